@@ -23,6 +23,8 @@
 extern "C" {
 #endif
 
+/* clang-format off */
+
 /* OpenConfig requests: container and list walkers */
 YMAP_CALLBACK(ymap_oq_oclldp_openconfiglldp_lvla_lldp);
 YMAP_CALLBACK(ymap_oq_oclldp_openconfiglldp_lvla_lldp_config);
@@ -419,6 +421,8 @@ YMAP_CALLBACK(ymap_qo_oclldp_tarvoqdifmgrcfg_leaf_lvla_interfaceconfigurations_m
 YMAP_CALLBACK(ymap_qo_oclldp_tarvoqdifmgrcfg_leaf_lvla_globalinterfaceconfiguration_linkstatus);
 YMAP_CALLBACK(ymap_qo_oclldp_ifmgr_intconfig_man);
 YMAP_CALLBACK(ymap_qo_oclldp_intconfig_intname_man);
+
+/* clang-format on */
 
 #ifdef __cplusplus
 }

@@ -42,9 +42,9 @@ enum {
 
 /* Bits of `framework_flags`: which of the optional members hold something. */
 enum {
-    YFW_FW_HAS_MARKER = 0x4,   /* hierarchy_marker is set */
+    YFW_FW_HAS_MARKER = 0x4,    /* hierarchy_marker is set */
     YFW_FW_HAS_NODE_TYPE = 0x8, /* node_type is set; with node_type 5 the node is an xpath error node */
-    YFW_FW_HAS_VALUE_NS = 0x10 /* value_ns is set */
+    YFW_FW_HAS_VALUE_NS = 0x10  /* value_ns is set */
 };
 
 /* Bits of `node_flags`. */
@@ -60,9 +60,9 @@ enum { YFW_NODE_TYPE_ERROR = 5 };
 
 /* A node of a request, response or output tree. Lives for one request. */
 struct tidl_yfw_datatree {
-    const char *name;  /* local name; never NULL in a tree that the framework made */
-    const char *value; /* leaf value as text, or NULL */
-    const char *ns;    /* namespace URI of the node's module */
+    const char *name;                   /* local name; never NULL in a tree that the framework made */
+    const char *value;                  /* leaf value as text, or NULL */
+    const char *ns;                     /* namespace URI of the node's module */
     struct tidl_yfw_datatree *children; /* contiguous; valid with YFW_NODE_CHILDREN_VALID */
     uint32_t child_count;
     uint32_t operation;
@@ -166,8 +166,8 @@ struct yfw_req_ctx {
     struct yfw_output_list_ctx output_list;
     char *err_node_name; /* yfw_strdup copy or NULL: the tag that yfw_oc_error_path reports */
     uint32_t request_flags;
-    uint32_t map_all;         /* 1 while a walker maps a whole subtree on its own initiative */
-    void *common_data_ptr;    /* malloc memory of the plug-in's callbacks, or NULL */
+    uint32_t map_all;      /* 1 while a walker maps a whole subtree on its own initiative */
+    void *common_data_ptr; /* malloc memory of the plug-in's callbacks, or NULL */
     uint32_t walk_flags;
     uint32_t list_entry_state; /* 0, 1 or 2 */
     uint32_t replace_marker;   /* 1 during both passes of a replace */
@@ -261,8 +261,8 @@ void yfw_oc_error_path(yfw_map_ctx ctx);
  * interface, 32 for interface state, else 0. Returns 0, or the framework's status. */
 terrno yfw_map_datatree_add_path_flagged(yfw_map_ctx ctx, struct tidl_yfw_datatree *parent, const char *path,
                                          const char *ns, const char *value,
-                                         const struct tidl_yfw_datatree *source, struct tidl_yfw_datatree **slot,
-                                         uint32_t list_entry, uint32_t flags);
+                                         const struct tidl_yfw_datatree *source,
+                                         struct tidl_yfw_datatree **slot, uint32_t list_entry, uint32_t flags);
 
 /* Looks up `leaf` below `path` in the tree being walked, in the list entries that the node hierarchy
  * stands in. *value: the text, which lives as long as the tree; NULL when absent (status 0). */

@@ -1,0 +1,305 @@
+// The frame that every callback runs in: assertion, entry trace, argument check, body, exit trace.
+//
+// A callback is one row, YMAP_DEFINE..., that makes a real exported function with a site of its own; what
+// it does stands in a body that is handed to `in_frame`. Messages go to two channels at once: the debug
+// log and the numbered trace buffer.
+#ifndef OCLLDP_FRAME_H
+#define OCLLDP_FRAME_H
+
+#include <cstdint>
+#include <cstdio>
+
+#include "oclldp_plugin.h"
+
+// Not <cassert>: the abort must not depend on NDEBUG and carries the callback's own prototype.
+extern "C" [[noreturn]] void __assert_fail(const char *assertion, const char *file, unsigned line,
+                                           const char *function) noexcept;
+
+namespace oclldp {
+
+using node = tidl_yfw_datatree;
+
+// The call sites that shared code logs from on behalf of a callback; each callback has slots of its own.
+enum site_slot : unsigned {
+    slot_start,
+    slot_end,
+    slot_bad_arguments,
+    slot_no_subtrees,
+    slot_no_tag,
+    slot_unsupported,
+    slot_list_without_keys,
+    slot_leafref,
+    slot_key_rule,
+    slot_empty_key,
+    slot_key_delete,
+    slot_xpath_error_node,
+    slot_mapping,
+    slot_count
+};
+
+// What is fixed of one callback. `slots` belong to the logging layer.
+struct callback_site {
+    const char *function;
+    const char *file;
+    int line;
+    const char *prototype;
+    int32_t slots[slot_count] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+};
+static_assert(slot_count == 13, "every slot starts at -1");
+
+// One call of a callback. `silent_end` leaves the exit trace out.
+struct frame {
+    callback_site &site;
+    yfw_map_ctx ctx;
+    bool silent_end = false;
+};
+
+// What a NULL node is answered with.
+enum class null_nodes {
+    invalid_arguments, // "Invalid arguments passed!", error path, no exit trace
+    null_arguments,    // "NULL arguments passed"
+    accepted
+};
+
+template <class... Arguments>
+void emit(const frame &f, int level, int32_t *slot, int line, const char *debug_format,
+          const char *numbered_format, Arguments... arguments) {
+    yfw_map_context &ctx = *f.ctx;
+    if (yfw_debug_should_log(&ctx.dbg_filter, level) != 0) {
+        void *handle = level == YFW_LOG_ERROR ? ctx.err_log_handle : ctx.trc_log_handle;
+        _qdos_dt_log_filter_adv(handle, 0, 0, 0, 0, 0, slot, debug_format, static_cast<void *>(f.ctx),
+                                arguments...);
+    }
+    if (ctx.trace_enabled != 0) {
+        char text[250];
+        std::snprintf(text, sizeof text, numbered_format, ret_nc_yfw_trace_index_incr(), f.site.function, line,
+                      static_cast<void *>(f.ctx), arguments...);
+        _lstrace(ctx.ltrace_handle, YFW_LTRACE_WORD, text);
+    }
+}
+
+} // namespace oclldp
+
+#define YMAP_EMIT(f, level, tag, slot, message, ...)                                                           \
+    do {                                                                                                       \
+        (void)sizeof(std::printf(message __VA_OPT__(, ) __VA_ARGS__)); /* checks the format */                 \
+        ::oclldp::emit(f, level, slot, __LINE__, tag ": YFW: ctx=%p," message,                                 \
+                       "#%u: " tag ": %s:%d ctx=%p," message __VA_OPT__(, ) __VA_ARGS__);                      \
+    } while (false)
+
+// Logs from shared code, at the slot that the running callback has for this message.
+#define YMAP_TRACE_AT(f, slot, message, ...)                                                                   \
+    YMAP_EMIT(f, YFW_LOG_TRACE, "TRC", &(f).site.slots[slot], message __VA_OPT__(, ) __VA_ARGS__)
+#define YMAP_ERROR_AT(f, slot, message, ...)                                                                   \
+    YMAP_EMIT(f, YFW_LOG_ERROR, "ERR", &(f).site.slots[slot], message __VA_OPT__(, ) __VA_ARGS__)
+
+// Log from a hand-written body: the statement is the call site.
+#define YMAP_TRACE(f, message, ...)                                                                            \
+    do {                                                                                                       \
+        static int32_t ymap_slot = -1;                                                                         \
+        YMAP_EMIT(f, YFW_LOG_TRACE, "TRC", &ymap_slot, message __VA_OPT__(, ) __VA_ARGS__);                    \
+    } while (false)
+#define YMAP_ERROR(f, message, ...)                                                                            \
+    do {                                                                                                       \
+        static int32_t ymap_slot = -1;                                                                         \
+        YMAP_EMIT(f, YFW_LOG_ERROR, "ERR", &ymap_slot, message __VA_OPT__(, ) __VA_ARGS__);                    \
+    } while (false)
+
+namespace oclldp {
+
+inline void assert_context(const callback_site &site, yfw_map_ctx ctx) {
+    if (ctx == nullptr)
+        __assert_fail("NULL != ctx", site.file, static_cast<unsigned>(site.line), site.prototype);
+}
+
+inline void trace_start(frame &f) {
+    YMAP_TRACE_AT(f, slot_start, "Start");
+}
+inline void trace_end(frame &f) {
+    YMAP_TRACE_AT(f, slot_end, "End");
+}
+
+// "Invalid arguments passed!": the one way out that writes no exit trace, on purpose.
+inline terrno invalid_arguments(frame &f) {
+    YMAP_ERROR_AT(f, slot_bad_arguments, "Invalid arguments passed!");
+    yfw_oc_error_path(f.ctx);
+    f.silent_end = true;
+    return YMAP_ERR_INVALID_ARGS;
+}
+
+inline terrno null_arguments(frame &f) {
+    YMAP_ERROR_AT(f, slot_bad_arguments, "NULL arguments passed");
+    return YMAP_ERR_MAP_FAILED;
+}
+
+template <class Body> terrno checked(frame &f, null_nodes rule, bool complete, Body &&body) {
+    if (!complete && rule == null_nodes::invalid_arguments)
+        return invalid_arguments(f);
+    if (!complete && rule == null_nodes::null_arguments)
+        return null_arguments(f);
+    return body(f);
+}
+
+// Runs `body` (frame &) -> terrno as one callback. `complete`: none of the nodes is NULL.
+template <class Body>
+terrno in_frame(callback_site &site, yfw_map_ctx ctx, bool complete, null_nodes rule, Body &&body) {
+    assert_context(site, ctx);
+    frame f{site, ctx};
+    trace_start(f);
+    const terrno status = checked(f, rule, complete, body);
+    if (!f.silent_end)
+        trace_end(f);
+    return status;
+}
+
+inline terrno exit_trace_only(callback_site &site, yfw_map_ctx ctx) {
+    assert_context(site, ctx);
+    frame f{site, ctx};
+    trace_end(f);
+    return YMAP_OK;
+}
+
+// ---- what bodies share ---------------------------------------------------------------------------------
+
+// The request's kind; a context without a request is no read.
+inline uint32_t request_kind(yfw_map_ctx ctx) {
+    const yfw_req_ctx *request = ctx->req_ctx;
+    return request != nullptr && request->request != nullptr ? request->request->req_type : UINT32_MAX;
+}
+
+inline bool is_get(yfw_map_ctx ctx) {
+    return request_kind(ctx) == YMAP_REQ_GET;
+}
+
+inline bool is_read(yfw_map_ctx ctx) {
+    const uint32_t kind = request_kind(ctx);
+    return kind == YMAP_REQ_GET || kind == YMAP_REQ_GET_CONFIG;
+}
+
+inline bool is_delete(const node *n) {
+    return yfw_map_is_request_delete(n) != 0;
+}
+
+inline bool has_text(const char *text) {
+    return text != nullptr && *text != '\0';
+}
+
+// The walkers and some edits mark the framework's nodes although callbacks get them as const.
+inline node *writable(const node *n) {
+    return const_cast<node *>(n);
+}
+
+inline void change_operation(const node *n, uint32_t operation) {
+    writable(n)->operation = operation;
+    writable(n)->node_flags |= YFW_NODE_OPERATION_CHANGED;
+}
+
+// Makes `tag` the node that the error reply names, then records the error path.
+inline void report_failing_node(yfw_map_ctx ctx, const char *tag) {
+    if (yfw_req_ctx *request = ctx->req_ctx) {
+        if (request->err_node_name != nullptr)
+            qdos_named_free(request->err_node_name);
+        request->err_node_name = nullptr;
+        request->err_node_name = yfw_strdup(tag, "YFW MAP");
+    }
+    yfw_oc_error_path(ctx);
+}
+
+// Equality by the framework's own comparison, without a bound.
+inline bool equal(frame &f, const char *a, const char *b) {
+    int result = 1;
+    return yfw_strcmp_s(f.site.function, a, INT64_MAX, b, &result) == YMAP_OK && result == 0;
+}
+
+// The optional arguments of an add.
+struct add_options {
+    const node *source = nullptr;
+    node **slot = nullptr;
+    uint32_t list_entry = 0;
+    uint32_t flags = 0;
+};
+
+inline terrno add(frame &f, node *parent, const char *path, const char *ns, const char *value,
+                  const add_options &options = {}) {
+    return yfw_map_datatree_add_path_flagged(f.ctx, parent, path, ns, value, options.source, options.slot,
+                                             options.list_entry, options.flags);
+}
+
+// A container that is there as a whole is added; one with children is left to them.
+inline terrno whole_container(frame &f, uint32_t count, node *out, const char *ns, const char *path) {
+    if (count != 0) {
+        YMAP_TRACE_AT(f, slot_mapping, "No mapping done for this node");
+        return YMAP_OK;
+    }
+    YMAP_TRACE_AT(f, slot_mapping, "No subtrees");
+    return add(f, out, path, ns, nullptr);
+}
+
+} // namespace oclldp
+
+// ---- rows ----------------------------------------------------------------------------------------------
+
+#define YMAP_CALLBACK_ARGUMENTS                                                                                \
+    yfw_map_ctx ctx, const struct tidl_yfw_datatree *in, struct tidl_yfw_datatree *out
+#define YMAP_CONTAINER_ARGUMENTS                                                                               \
+    yfw_map_ctx ctx, const struct tidl_yfw_datatree *in, uint32_t count, struct tidl_yfw_datatree *out
+
+#define YMAP_CALLBACK_TYPES "(yfw_map_ctx, const struct tidl_yfw_datatree *, struct tidl_yfw_datatree *)"
+#define YMAP_CONTAINER_TYPES                                                                                   \
+    "(yfw_map_ctx, const struct tidl_yfw_datatree *, uint32_t, struct tidl_yfw_datatree *)"
+
+#define YMAP_SITE(name, types)                                                                                 \
+    static constinit ::oclldp::callback_site site {                                                            \
+#name, __FILE__, __LINE__, "terrno " #name types                                                       \
+    }
+
+#define YMAP_WEAK __attribute__((weak))
+
+// Defines the callback `name`; `...` is an expression that gives its status, and sees the frame `f`, `in` and
+// `out` (and `count` in a container callback). The rule says what NULL nodes are answered with.
+#define YMAP_DEFINE(name, rule, ...)                                                                           \
+    extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
+        YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
+        return ::oclldp::in_frame(site, ctx, in != nullptr && out != nullptr, ::oclldp::null_nodes::rule,      \
+                                  [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
+    }
+#define YMAP_DEFINE_CONTAINER(name, rule, ...)                                                                 \
+    extern "C" terrno name(YMAP_CONTAINER_ARGUMENTS) {                                                         \
+        YMAP_SITE(name, YMAP_CONTAINER_TYPES);                                                                 \
+        (void)count;                                                                                           \
+        return ::oclldp::in_frame(site, ctx, in != nullptr && out != nullptr, ::oclldp::null_nodes::rule,      \
+                                  [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
+    }
+
+// The same, to be replaced at link time by a strong definition of the same name.
+#define YMAP_DEFINE_WEAK(name, rule, ...)                                                                      \
+    extern "C" YMAP_WEAK terrno name(YMAP_CALLBACK_ARGUMENTS);                                                 \
+    YMAP_DEFINE(name, rule, __VA_ARGS__)
+#define YMAP_DEFINE_WEAK_CONTAINER(name, rule, ...)                                                            \
+    extern "C" YMAP_WEAK terrno name(YMAP_CONTAINER_ARGUMENTS);                                                \
+    YMAP_DEFINE_CONTAINER(name, rule, __VA_ARGS__)
+
+// Do-nothing callbacks that write their exit trace only.
+#define YMAP_DEFINE_DUCK(name)                                                                                 \
+    extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
+        YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
+        (void)in;                                                                                              \
+        (void)out;                                                                                             \
+        return ::oclldp::exit_trace_only(site, ctx);                                                           \
+    }
+#define YMAP_DEFINE_CONTAINER_DUCK(name)                                                                       \
+    extern "C" terrno name(YMAP_CONTAINER_ARGUMENTS) {                                                         \
+        YMAP_SITE(name, YMAP_CONTAINER_TYPES);                                                                 \
+        (void)in;                                                                                              \
+        (void)count;                                                                                           \
+        (void)out;                                                                                             \
+        return ::oclldp::exit_trace_only(site, ctx);                                                           \
+    }
+
+// A further exported name of a callback of this file, for a node with nothing to map.
+#define YMAP_ALIAS(name, target)                                                                               \
+    extern "C" __attribute__((weak, alias(#target))) terrno name(YMAP_CALLBACK_ARGUMENTS);
+#define YMAP_ALIAS_CONTAINER(name, target)                                                                     \
+    extern "C" __attribute__((weak, alias(#target))) terrno name(YMAP_CONTAINER_ARGUMENTS);
+
+#endif

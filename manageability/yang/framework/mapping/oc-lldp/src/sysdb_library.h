@@ -1,0 +1,12 @@
+// Whether the platform has a system database at all.
+#ifndef OCLLDP_SYSDB_LIBRARY_H
+#define OCLLDP_SYSDB_LIBRARY_H
+
+namespace oclldp {
+
+// True once the system database's library file was found readable.
+bool sysdb_library_present();
+
+} // namespace oclldp
+
+#endif
