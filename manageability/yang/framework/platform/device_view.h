@@ -1,0 +1,34 @@
+// What the platform knows of the device's configuration and interfaces.
+#ifndef PLATFORM_DEVICE_VIEW_H
+#define PLATFORM_DEVICE_VIEW_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace yfw::platform {
+
+// Implemented by whoever holds the native data. Asked anew at every call, so answers may change between
+// calls; an exception becomes a failing status of the call that asked.
+class DeviceView {
+public:
+    virtual ~DeviceView() = default;
+
+    // Whether LLDP is configured on or off globally; nothing when it is not configured.
+    virtual std::optional<bool> global_lldp_enabled() const = 0;
+
+    // The display names, sorted, of the interfaces that carry LLDP configuration.
+    virtual std::vector<std::string> interfaces_with_lldp_configuration() const = 0;
+
+    virtual bool interface_exists(std::string_view display_name) const = 0;
+
+protected:
+    DeviceView() = default;
+    DeviceView(const DeviceView &) = default;
+    DeviceView &operator=(const DeviceView &) = default;
+};
+
+} // namespace yfw::platform
+
+#endif

@@ -1,0 +1,49 @@
+// A device that is told what to answer.
+#ifndef PLATFORM_TEST_FAKE_DEVICE_H
+#define PLATFORM_TEST_FAKE_DEVICE_H
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/device_view.h"
+
+namespace yfw::platform::test {
+
+class FakeDevice : public DeviceView {
+public:
+    std::optional<bool> global_enabled;
+    std::set<std::string, std::less<>> configured; // interfaces with LLDP configuration
+    std::set<std::string, std::less<>> interfaces;
+    bool broken = false; // every question throws
+
+    std::optional<bool> global_lldp_enabled() const override {
+        fail_when_broken();
+        return global_enabled;
+    }
+
+    std::vector<std::string> interfaces_with_lldp_configuration() const override {
+        fail_when_broken();
+        return {configured.begin(), configured.end()};
+    }
+
+    bool interface_exists(std::string_view display_name) const override {
+        fail_when_broken();
+        return interfaces.contains(display_name);
+    }
+
+private:
+    void fail_when_broken() const {
+        if (broken) {
+            throw std::runtime_error("device does not answer");
+        }
+    }
+};
+
+} // namespace yfw::platform::test
+
+#endif
