@@ -1,0 +1,99 @@
+// yfw: OpenConfig LLDP from the command line.
+#include <exception>
+#include <iostream>
+#include <map>
+
+#include <CLI/CLI.hpp>
+
+#include "frontends/cli/commands.h"
+#include "host/error.h"
+
+namespace {
+
+using namespace yfw;
+
+constexpr int exit_failed = 1;  // the mapping or the output failed
+constexpr int exit_refused = 2; // the request, a file or its data is wrong
+
+constexpr const char *get_examples = R"(
+Examples:
+  yfw get /lldp
+  yfw get --state "/lldp/interfaces/interface[name='eth1']/neighbors"
+  yfw get --config /lldp/config /lldp/interfaces --format xml
+  yfw get /lldp/state --device examples/r2
+  yfw get /lldp --native config.xml --native oper.json
+)";
+
+void add_device_options(CLI::App &command, cli::DeviceOptions &options) {
+    options.device = YFW_EXAMPLES_DIR "/r1";
+    options.openconfig_models = YFW_MODELS_DIR;
+    options.native_models = YFW_MODELS_DIR;
+    options.plugin = YFW_PLUGIN_LIBRARY;
+    auto *native = command.add_option("--native", options.native_files,
+                                      "File of native instance data, XML or JSON; may be repeated");
+    native->option_text("FILE");
+    native->allow_extra_args(false);
+    command.add_option("--device", options.device, "Directory of a recorded device; default: the shipped r1")
+        ->option_text("DIR")
+        ->excludes(native);
+    command.add_option("--models", options.openconfig_models, "Use the OpenConfig modules of this directory")
+        ->option_text("DIR");
+    command.add_option("--plugin", options.plugin, "The mapping plug-in to load")->option_text("FILE");
+    command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
+}
+
+void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options) {
+    CLI::App *get = app.add_subcommand("get", "Read OpenConfig data from a device");
+    get->footer(get_examples);
+    get->add_option("PATH", options.paths,
+                    "What to read, with keys where wanted: /lldp/interfaces/interface[name='eth1']")
+        ->required()
+        ->option_text("...");
+    auto *config = get->add_flag_callback(
+        "--config", [&options] { options.content = host::Content::config; }, "Configuration only");
+    get->add_flag_callback(
+           "--state", [&options] { options.content = host::Content::state; }, "Operational state only")
+        ->excludes(config);
+    const std::map<std::string, cli::Format> formats{{"json", cli::Format::json}, {"xml", cli::Format::xml}};
+    get->add_option("--format", options.format, "json (the default) or xml")
+        ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case))
+        ->option_text("FORMAT");
+    add_device_options(*get, device);
+    get->callback([&] { cli::run_get(device, options); });
+}
+
+// One line that names the place and what was expected.
+int report(const host::Error &error, bool trace) {
+    std::cerr << "yfw: ";
+    if (!error.path().empty())
+        std::cerr << error.path() << ": ";
+    std::cerr << error.what();
+    if (trace && error.status() != 0)
+        std::cerr << " (status 0x" << std::hex << error.status() << ')';
+    std::cerr << '\n';
+    return error.status() != 0 ? exit_failed : exit_refused;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    CLI::App app{"OpenConfig LLDP for devices that speak native models", "yfw"};
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "yfw " YFW_VERSION);
+    app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n");
+    cli::DeviceOptions device;
+    cli::GetOptions get;
+    add_get(app, device, get);
+    try {
+        app.parse(argc, argv);
+        return 0;
+    } catch (const CLI::ParseError &error) {
+        const int status = app.exit(error);
+        return status == 0 ? 0 : exit_refused;
+    } catch (const host::Error &error) {
+        return report(error, device.trace);
+    } catch (const std::exception &error) {
+        std::cerr << "yfw: " << error.what() << '\n';
+        return exit_failed;
+    }
+}

@@ -1,0 +1,19 @@
+// Printing answers.
+#ifndef YFW_FRONTENDS_CLI_PRINT_H
+#define YFW_FRONTENDS_CLI_PRINT_H
+
+#include <cstdio>
+
+#include "frontends/cli/options.h"
+#include "host/data_tree.h"
+#include "host/schemas.h"
+
+namespace yfw::cli {
+
+// Writes the data as JSON (RFC 7951) or XML, ended by a newline. Without data an empty object, or the empty top
+// container. Throws host::Error when the output cannot be written.
+void print_data(std::FILE *to, const host::Schemas &schemas, const lyd_node *data, Format format);
+
+} // namespace yfw::cli
+
+#endif

@@ -1,0 +1,220 @@
+#include "host/answer_data.h"
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_set>
+
+#include "host/error.h"
+#include "host/schemas.h"
+
+namespace yfw::host {
+namespace {
+
+// Below a node that is selected whole there is no selection any more.
+using Selections = std::vector<const Selection *>;
+
+// What `selection` says of the child `schema`; false when the child is not selected.
+bool select_child(const Selections &selections, const lysc_node *schema, Selections &below) {
+    if (selections.empty())
+        return true;
+    bool selected = false;
+    bool whole = false;
+    for (const Selection *selection : selections) {
+        if (!selection->selects_below()) {
+            selected = true;
+            whole = true;
+            continue;
+        }
+        for (const Selection &child : selection->children) {
+            if (child.node != schema || child.only_narrows())
+                continue;
+            selected = true;
+            below.push_back(&child);
+        }
+    }
+    if (whole)
+        below.clear();
+    return selected;
+}
+
+class Writer {
+public:
+    Writer(Content content, std::vector<std::string> &warnings) : content_(content), warnings_(warnings) {}
+
+    DataTree write(const AnswerEntry &root, const Selection &selection) {
+        const AnswerSlot &slot = root.slots[0];
+        const AnswerNode &top = *root.schema->children[0];
+        if (slot.container == nullptr)
+            return nullptr;
+        lyd_node *node = nullptr;
+        lyd_new_inner(nullptr, top.schema->module, top.schema->name, 0, &node);
+        DataTree data(node);
+        children(*slot.container, {&selection}, node);
+        return lyd_child(node) != nullptr ? std::move(data) : nullptr;
+    }
+
+private:
+    bool wanted_content(const lysc_node *schema) const {
+        if (content_ == Content::all)
+            return true;
+        return ((schema->flags & LYS_CONFIG_R) != 0) == (content_ == Content::state);
+    }
+
+    // Last child first: libyang finds the place of a node by the sibling that follows it, and looks for every one
+    // that is not there.
+    void children(const AnswerEntry &entry, const Selections &selections, lyd_node *to) {
+        const std::vector<const AnswerNode *> &schemas = entry.schema->children;
+        for (auto child = schemas.rbegin(); child != schemas.rend(); ++child) {
+            const AnswerSlot &slot = entry.slots[(*child)->index];
+            if (slot.text == nullptr || (*child)->is_key) // any member: nothing is there
+                continue;
+            Selections below;
+            if (select_child(selections, (*child)->schema, below))
+                write_child(slot, **child, below, to);
+        }
+    }
+
+    void write_child(const AnswerSlot &slot, const AnswerNode &schema, const Selections &selections, lyd_node *to) {
+        if (schema.is_leaf())
+            leaf(schema, slot.text, to);
+        else if (schema.is_leaf_list())
+            for (const AnswerLeafListValue *value = slot.values; value != nullptr; value = value->next)
+                leaf(schema, value->text, to);
+        else if (schema.is_list())
+            list(*slot.list, schema, selections, to);
+        else
+            container(*slot.container, selections, to);
+    }
+
+    void leaf(const AnswerNode &schema, const char *text, lyd_node *to) {
+        if (!wanted_content(schema.schema))
+            return;
+        const lysc_node *node = schema.schema;
+        if (lyd_new_term(to, node->module, node->name, text, 0, nullptr) != LY_SUCCESS)
+            warn(to, node->name, text);
+    }
+
+    void container(const AnswerEntry &entry, const Selections &selections, lyd_node *to) {
+        const lysc_node *schema = entry.schema->schema;
+        lyd_node *node = nullptr;
+        if (lyd_new_inner(to, schema->module, schema->name, 0, &node) != LY_SUCCESS)
+            return;
+        children(entry, selections, node);
+        if (lyd_child(node) == nullptr)
+            lyd_free_tree(node);
+    }
+
+    void list(const AnswerList &entries, const AnswerNode &schema, const Selections &selections, lyd_node *to) {
+        std::unordered_set<std::string> seen;
+        const bool several = entries.first != entries.last;
+        for (const AnswerEntry *entry = entries.first; entry != nullptr; entry = entry->next) {
+            Selections matching;
+            if (!match_entry(*entry, selections, matching))
+                continue;
+            if (several && !seen.insert(keys_of(*entry, schema)).second)
+                warnings_.push_back(place(to, schema.schema->name) + ": a second entry with the same keys is left out");
+            else
+                list_entry(*entry, schema, matching, to);
+        }
+    }
+
+    static std::string keys_of(const AnswerEntry &entry, const AnswerNode &schema) {
+        std::string keys;
+        for (const AnswerNode *key : schema.keys)
+            keys.append(text_of(entry, *key)).push_back('\0');
+        return keys;
+    }
+
+    static const char *text_of(const AnswerEntry &entry, const AnswerNode &leaf) {
+        const char *text = entry.slots[leaf.index].text;
+        return text != nullptr ? text : "";
+    }
+
+    // Whether the entry has what every key and every matching leaf of a selection asks for.
+    static bool match_entry(const AnswerEntry &entry, const Selections &selections, Selections &matching) {
+        for (const Selection *selection : selections)
+            if (std::all_of(selection->children.begin(), selection->children.end(), [&](const Selection &child) {
+                    return !child.value.has_value() || holds(entry, child);
+                }))
+                matching.push_back(selection);
+        return selections.empty() || !matching.empty();
+    }
+
+    static bool holds(const AnswerEntry &entry, const Selection &leaf) {
+        for (const AnswerNode *child : entry.schema->children)
+            if (child->schema == leaf.node)
+                return same_value(text_of(entry, *child), *leaf.value);
+        return false;
+    }
+
+    // An identity may be asked for with or without its module's name.
+    static bool same_value(std::string_view held, std::string_view asked) {
+        if (held == asked)
+            return true;
+        const size_t colon = held.find(':');
+        return colon != std::string_view::npos && held.substr(colon + 1) == asked;
+    }
+
+    // An entry that holds nothing but its keys is an answer to who asked for it whole, or for a key.
+    static bool wants_keys(const Selection *selection) {
+        const auto &children = selection->children;
+        return !selection->selects_below() || std::any_of(children.begin(), children.end(), [](const Selection &child) {
+            return child.is_key() && !child.only_narrows();
+        });
+    }
+
+    void list_entry(const AnswerEntry &entry, const AnswerNode &schema, const Selections &selections, lyd_node *to) {
+        lyd_node *node = make_entry(entry, schema, to);
+        if (node == nullptr)
+            return;
+        const lyd_node *last_key = lyd_child(node)->prev;
+        children(entry, selections, node);
+        const bool keys_only = last_key->next == nullptr;
+        const bool keys_wanted = selections.empty() || std::any_of(selections.begin(), selections.end(), wants_keys);
+        if (keys_only && (!keys_wanted || content_ != Content::all))
+            lyd_free_tree(node);
+    }
+
+    // A list entry with its keys. The model has lists of one and of three keys.
+    lyd_node *make_entry(const AnswerEntry &entry, const AnswerNode &schema, lyd_node *to) {
+        const lysc_node *node = schema.schema;
+        const char *keys[3] = {};
+        for (size_t i = 0; i < schema.keys.size() && i < std::size(keys); i++) {
+            keys[i] = entry.slots[schema.keys[i]->index].text;
+            if (keys[i] == nullptr) {
+                warnings_.push_back(place(to, node->name) + ": an entry without the key \"" +
+                                    schema.keys[i]->schema->name + "\" is left out");
+                return nullptr;
+            }
+        }
+        lyd_node *made = nullptr;
+        if (lyd_new_list(to, node->module, node->name, 0, &made, keys[0], keys[1], keys[2]) == LY_SUCCESS)
+            return made;
+        warn(to, node->name, keys[0]);
+        return nullptr;
+    }
+
+    static std::string place(const lyd_node *parent, const char *name) {
+        char *path = lyd_path(parent, LYD_PATH_STD, nullptr, 0);
+        const std::string text = std::string(path != nullptr ? path : "") + "/" + name;
+        std::free(path);
+        return text;
+    }
+
+    void warn(const lyd_node *parent, const char *name, const char *value) {
+        warnings_.push_back(place(parent, name) + ": \"" + value +
+                            "\" is left out: " + take_yang_error(parent->schema->module->ctx));
+    }
+
+    Content content_;
+    std::vector<std::string> &warnings_;
+};
+
+} // namespace
+
+DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
+                     std::vector<std::string> &warnings) {
+    return Writer(content, warnings).write(tree.root_entry(), selection);
+}
+
+} // namespace yfw::host

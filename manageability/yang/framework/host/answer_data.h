@@ -1,0 +1,21 @@
+// The finished answer as libyang data: filtered to what was asked for, with every value checked once.
+#ifndef YFW_HOST_ANSWER_DATA_H
+#define YFW_HOST_ANSWER_DATA_H
+
+#include <string>
+#include <vector>
+
+#include "host/answer_tree.h"
+#include "host/data_tree.h"
+#include "host/request.h"
+
+namespace yfw::host {
+
+// Makes the data of `tree` that `selection` and `content` select; NULL when nothing is selected. A value that the
+// model does not allow, or a list entry without usable keys, is left out with a line in `warnings`.
+DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
+                     std::vector<std::string> &warnings);
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,202 @@
+#include "host/answer_tree.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <type_traits>
+
+#include "host/host_status.h"
+
+namespace yfw::host {
+namespace {
+
+bool stands_on_path(const AnswerNode &candidate, const AnswerNode &target) {
+    for (const AnswerNode *at = &target; at != nullptr; at = at->parent)
+        if (at == &candidate)
+            return true;
+    return false;
+}
+
+} // namespace
+
+size_t AnswerTree::EntryKeyHash::operator()(const EntryKey &key) const {
+    const size_t list = reinterpret_cast<uintptr_t>(key.list) / alignof(AnswerList);
+    return std::hash<std::string_view>{}(key.value) ^ (list * 0x9e3779b97f4a7c15u);
+}
+
+AnswerTree::AnswerTree(const AnswerSchema &schema) : schema_(schema), root_(make_entry(schema.root(), nullptr)) {}
+
+AnswerTree::~AnswerTree() {
+    for (LeafHandle &handle : handles_)
+        if (handle.node.value_ns != nullptr)
+            qdos_named_free(handle.node.value_ns);
+}
+
+const char *AnswerTree::copy(std::string_view text) {
+    char *to = static_cast<char *>(memory_.allocate(text.size() + 1, 1));
+    std::memcpy(to, text.data(), text.size());
+    to[text.size()] = '\0';
+    return to;
+}
+
+AnswerEntry &AnswerTree::entry_of(tidl_yfw_datatree &node) {
+    static_assert(std::is_standard_layout_v<EntryHandle> && offsetof(EntryHandle, node) == 0);
+    return *reinterpret_cast<EntryHandle &>(node).entry;
+}
+
+tidl_yfw_datatree *AnswerTree::handle_of(AnswerEntry &entry) {
+    if (entry.handle != nullptr)
+        return entry.handle;
+    auto *handle = static_cast<EntryHandle *>(memory_.allocate(sizeof(EntryHandle), alignof(EntryHandle)));
+    *handle = EntryHandle{{}, &entry};
+    const lysc_node *schema = entry.schema->schema;
+    handle->node.name = schema != nullptr ? schema->name : "";
+    handle->node.ns = schema != nullptr ? schema->module->ns : nullptr;
+    handle->node.framework_private = static_cast<TreeOwner *>(this);
+    entry.handle = &handle->node;
+    return entry.handle;
+}
+
+AnswerEntry *AnswerTree::make_entry(const AnswerNode &schema, AnswerEntry *parent) {
+    auto *entry = static_cast<AnswerEntry *>(memory_.allocate(sizeof(AnswerEntry), alignof(AnswerEntry)));
+    *entry = AnswerEntry{};
+    entry->schema = &schema;
+    entry->parent = parent;
+    const size_t count = schema.children.size();
+    entry->slots = static_cast<AnswerSlot *>(memory_.allocate(count * sizeof(AnswerSlot), alignof(AnswerSlot)));
+    std::fill_n(entry->slots, count, AnswerSlot{nullptr});
+    return entry;
+}
+
+AnswerList &AnswerTree::list_at(AnswerEntry &parent, const AnswerNode &schema) {
+    AnswerSlot &slot = parent.slots[schema.index];
+    if (slot.list == nullptr) {
+        slot.list = static_cast<AnswerList *>(memory_.allocate(sizeof(AnswerList), alignof(AnswerList)));
+        *slot.list = AnswerList{};
+    }
+    return *slot.list;
+}
+
+AnswerEntry &AnswerTree::append_entry(AnswerEntry &parent, const AnswerNode &schema) {
+    AnswerList &list = list_at(parent, schema);
+    AnswerEntry *entry = make_entry(schema, &parent);
+    (list.last != nullptr ? list.last->next : list.first) = entry;
+    list.last = entry;
+    list.current = entry;
+    return *entry;
+}
+
+AnswerEntry &AnswerTree::current_child(AnswerEntry &parent, const AnswerNode &schema) {
+    if (schema.is_list()) {
+        AnswerList &list = list_at(parent, schema);
+        return list.current != nullptr ? *list.current : append_entry(parent, schema);
+    }
+    AnswerSlot &slot = parent.slots[schema.index];
+    if (slot.container == nullptr)
+        slot.container = make_entry(schema, &parent);
+    return *slot.container;
+}
+
+AnswerEntry &AnswerTree::reach(AnswerEntry &start, const AnswerNode &schema) {
+    if (start.schema == &schema)
+        return start;
+    return current_child(reach(start, *schema.parent), schema);
+}
+
+AnswerEntry &AnswerTree::start_for(tidl_yfw_datatree &parent, const AnswerNode &target) {
+    AnswerEntry &entry = entry_of(parent);
+    return stands_on_path(*entry.schema, *target.parent) ? entry : *root_;
+}
+
+const AnswerNode *AnswerTree::resolve(tidl_yfw_datatree &parent, std::string_view path) const {
+    if (path.empty() || path.front() != '/')
+        return entry_of(parent).schema->child(path);
+    while (path.size() > 1 && path.back() == '/')
+        path.remove_suffix(1);
+    return schema_.find(path);
+}
+
+// An add without a value keeps what is there.
+const char **AnswerTree::set_value(AnswerEntry &parent, const AnswerNode &target, const char *value) {
+    AnswerSlot &slot = parent.slots[target.index];
+    if (target.is_leaf()) {
+        if (value != nullptr)
+            slot.text = copy(value);
+        return &slot.text;
+    }
+    if (value == nullptr)
+        return nullptr;
+    AnswerLeafListValue **at = &slot.values;
+    for (; *at != nullptr; at = &(*at)->next)
+        if (std::strcmp((*at)->text, value) == 0)
+            return &(*at)->text;
+    *at = static_cast<AnswerLeafListValue *>(
+        memory_.allocate(sizeof(AnswerLeafListValue), alignof(AnswerLeafListValue)));
+    **at = {copy(value), nullptr};
+    return &(*at)->text;
+}
+
+tidl_yfw_datatree *AnswerTree::hand_out(const char **text, const AnswerNode &target) {
+    if (text == nullptr)
+        return nullptr;
+    LeafHandle &handle = handles_.emplace_back();
+    handle.text = text;
+    handle.node.name = target.schema->name;
+    handle.node.ns = target.schema->module->ns;
+    handle.node.value = *text;
+    return &handle.node; // no owner: nothing can be added below a leaf
+}
+
+terrno AnswerTree::add(tidl_yfw_datatree &parent, const AddArguments &arguments) {
+    const AnswerNode *target = resolve(parent, arguments.path);
+    if (target == nullptr)
+        return status_unknown_path;
+    AnswerEntry &start = start_for(parent, *target);
+    AnswerEntry &above = reach(start, *target->parent);
+    if (target->is_leaf() || target->is_leaf_list()) {
+        const char **text = set_value(above, *target, arguments.value);
+        if (arguments.slot != nullptr)
+            *arguments.slot = hand_out(text, *target);
+        return YMAP_OK;
+    }
+    const bool opens_entry = target->is_list() && arguments.list_entry != 0;
+    AnswerEntry &added = opens_entry ? append_entry(above, *target) : current_child(above, *target);
+    if (arguments.slot != nullptr)
+        *arguments.slot = handle_of(added);
+    return YMAP_OK;
+}
+
+tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                                 std::string_view key_name, std::string_view key_value) {
+    const AnswerNode *schema = resolve(parent, list_path);
+    const AnswerNode *key = schema != nullptr ? schema->child(key_name) : nullptr;
+    if (key == nullptr || !schema->is_list())
+        return nullptr;
+    AnswerEntry &above = reach(start_for(parent, *schema), *schema->parent);
+    AnswerList &list = list_at(above, *schema);
+    const auto found = entries_by_key_.find({&list, key_value});
+    if (found != entries_by_key_.end()) {
+        list.current = found->second;
+        return handle_of(*found->second);
+    }
+    AnswerEntry &entry = append_entry(above, *schema);
+    const char *text = copy(key_value);
+    entry.slots[key->index].text = text;
+    entries_by_key_.emplace(EntryKey{&list, {text, key_value.size()}}, &entry);
+    return handle_of(entry);
+}
+
+void AnswerTree::qualify_identities(const ly_ctx *context) {
+    for (LeafHandle &handle : handles_) {
+        tidl_yfw_datatree &node = handle.node;
+        if ((node.framework_flags & YFW_FW_HAS_VALUE_NS) == 0 || node.value_ns == nullptr || *handle.text == nullptr)
+            continue;
+        const lys_module *module = ly_ctx_get_module_implemented_ns(context, node.value_ns);
+        if (module == nullptr)
+            module = ly_ctx_get_module_latest_ns(context, node.value_ns);
+        if (module != nullptr && std::strchr(*handle.text, ':') == nullptr)
+            *handle.text = copy(std::string(module->name) + ":" + *handle.text);
+    }
+}
+
+} // namespace yfw::host

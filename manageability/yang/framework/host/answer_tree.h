@@ -1,0 +1,109 @@
+// The OpenConfig answer while the plug-in writes it: found by schema place and by key hash, never by scanning.
+#ifndef YFW_HOST_ANSWER_TREE_H
+#define YFW_HOST_ANSWER_TREE_H
+
+#include <deque>
+#include <memory_resource>
+#include <string_view>
+#include <unordered_map>
+
+#include "host/answer_schema.h"
+#include "host/tree_owner.h"
+
+namespace yfw::host {
+
+struct AnswerEntry;
+
+// A list below one parent. The current entry is the one that adds without a key go to.
+struct AnswerList {
+    AnswerEntry *first = nullptr;
+    AnswerEntry *last = nullptr;
+    AnswerEntry *current = nullptr;
+};
+
+struct AnswerLeafListValue {
+    const char *text;
+    AnswerLeafListValue *next;
+};
+
+// What stands at one place below a container or list entry; which member holds follows from the schema.
+union AnswerSlot {
+    const char *text; // leaf; NULL without a value
+    AnswerEntry *container;
+    AnswerList *list;
+    AnswerLeafListValue *values;
+};
+
+// A container or list entry. `handle` is what the plug-in gets to see of it, if it ever asked.
+struct AnswerEntry {
+    tidl_yfw_datatree *handle;
+    const AnswerNode *schema;
+    AnswerEntry *parent;
+    AnswerEntry *next; // of the same list
+    AnswerSlot *slots; // one for each of the schema's children
+};
+
+class AnswerTree final : public TreeOwner {
+public:
+    // Borrows the schema.
+    explicit AnswerTree(const AnswerSchema &schema);
+    ~AnswerTree() override;
+    AnswerTree(const AnswerTree &) = delete;
+    AnswerTree &operator=(const AnswerTree &) = delete;
+
+    tidl_yfw_datatree *root() { return handle_of(*root_); }
+    const AnswerEntry &root_entry() const { return *root_; }
+
+    // Puts the namespaces that the plug-in gave to identity values in front of them as module names. To be called
+    // when the plug-in is done.
+    void qualify_identities(const ly_ctx *context);
+
+    terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
+    tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                         std::string_view key_name, std::string_view key_value) override;
+
+private:
+    struct EntryKey {
+        const AnswerList *list;
+        std::string_view value;
+        bool operator==(const EntryKey &) const = default;
+    };
+    struct EntryKeyHash {
+        size_t operator()(const EntryKey &key) const;
+    };
+    // What the plug-in is given for an entry; the entry is found by it.
+    struct EntryHandle {
+        tidl_yfw_datatree node;
+        AnswerEntry *entry;
+    };
+    // A leaf that the plug-in was given, and where its value stands.
+    struct LeafHandle {
+        tidl_yfw_datatree node;
+        const char **text;
+    };
+
+    static AnswerEntry &entry_of(tidl_yfw_datatree &node);
+
+    const char *copy(std::string_view text);
+    tidl_yfw_datatree *handle_of(AnswerEntry &entry);
+    AnswerEntry *make_entry(const AnswerNode &schema, AnswerEntry *parent);
+    AnswerList &list_at(AnswerEntry &parent, const AnswerNode &schema);
+    AnswerEntry &append_entry(AnswerEntry &parent, const AnswerNode &schema);
+    AnswerEntry &current_child(AnswerEntry &parent, const AnswerNode &schema);
+    // The entry for `schema` below `start`, made where it is missing.
+    AnswerEntry &reach(AnswerEntry &start, const AnswerNode &schema);
+    AnswerEntry &start_for(tidl_yfw_datatree &parent, const AnswerNode &target);
+    const AnswerNode *resolve(tidl_yfw_datatree &parent, std::string_view path) const;
+    const char **set_value(AnswerEntry &parent, const AnswerNode &target, const char *value);
+    tidl_yfw_datatree *hand_out(const char **text, const AnswerNode &target);
+
+    const AnswerSchema &schema_;
+    std::pmr::monotonic_buffer_resource memory_;
+    std::unordered_map<EntryKey, AnswerEntry *, EntryKeyHash> entries_by_key_;
+    std::deque<LeafHandle> handles_;
+    AnswerEntry *root_;
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,26 @@
+// Owners for libyang's objects.
+#ifndef YFW_HOST_DATA_TREE_H
+#define YFW_HOST_DATA_TREE_H
+
+#include <memory>
+
+#include <libyang/libyang.h>
+
+namespace yfw::host {
+
+struct FreeDataTree {
+    void operator()(lyd_node *node) const { lyd_free_all(node); }
+};
+
+// A forest of data nodes; freed as a whole.
+using DataTree = std::unique_ptr<lyd_node, FreeDataTree>;
+
+struct DestroyContext {
+    void operator()(ly_ctx *context) const { ly_ctx_destroy(context); }
+};
+
+using YangContext = std::unique_ptr<ly_ctx, DestroyContext>;
+
+} // namespace yfw::host
+
+#endif

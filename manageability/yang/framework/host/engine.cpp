@@ -1,0 +1,185 @@
+#include "host/engine.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/answer_data.h"
+#include "host/answer_tree.h"
+#include "host/device.h"
+#include "host/error.h"
+#include "host/mapping_log.h"
+#include "host/native_response.h"
+#include "host/native_selection.h"
+#include "host/request_context.h"
+#include "host/request_tree.h"
+#include "platform/debug_log.h"
+
+namespace yfw::host {
+namespace {
+
+constexpr size_t trace_lines_kept = 10000;
+
+RequestTraits traits_of(const Selection &selection, Content content, bool trace) {
+    RequestTraits traits;
+    traits.kind = content == Content::config ? YMAP_REQ_GET_CONFIG : YMAP_REQ_GET;
+    traits.content = content == Content::config  ? YFW_CONTENT_CONFIG
+                     : content == Content::state ? YFW_CONTENT_OPERATIONAL
+                                                 : YFW_CONTENT_ALL;
+    traits.selects_state = content != Content::config && selects_state(selection);
+    traits.trace = trace;
+    return traits;
+}
+
+ErrorTag tag_of(terrno status) {
+    switch (status) {
+    case YMAP_ERR_INVALID_ARGS:
+    case YMAP_ERR_INVALID_VALUE:
+        return ErrorTag::invalid_value;
+    case YMAP_ERR_UNSUPPORTED_TAG:
+    case YMAP_ERR_UNSUPPORTED_AUGMENT:
+        return ErrorTag::unknown_element;
+    case YMAP_ERR_EMPTY_LIST_KEY:
+        return ErrorTag::missing_element;
+    case YMAP_ERR_KEY_DELETE:
+        return ErrorTag::bad_element;
+    case YMAP_ERR_NO_MEMORY:
+        return ErrorTag::resource_denied;
+    default:
+        return ErrorTag::operation_failed;
+    }
+}
+
+bool is_failure(terrno status) { return status != YMAP_OK && status != YMAP_STS_NO_MAPPING; }
+
+// The trees share their OpenConfig side; each root is called once.
+std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
+    std::vector<yfw_map_callback> roots;
+    for (const yfw_map_registration &tree : plugin.trees())
+        if (std::find(roots.begin(), roots.end(), tree.oc_to_native) == roots.end())
+            roots.push_back(tree.oc_to_native);
+    return roots;
+}
+
+void merge(DataTree &into, DataTree part) {
+    if (!into) {
+        into = std::move(part);
+    } else if (part) {
+        lyd_node *merged = into.release();
+        lyd_merge_siblings(&merged, part.release(), LYD_MERGE_DESTRUCT);
+        into.reset(merged);
+    }
+}
+
+// What a request leaves open in the platform ends with it.
+class RequestEnd {
+public:
+    explicit RequestEnd(platform::Platform &platform) : platform_(platform) {}
+    ~RequestEnd() {
+        platform_.system_database().end_request();
+        platform_.settings().device = nullptr;
+    }
+    RequestEnd(const RequestEnd &) = delete;
+    RequestEnd &operator=(const RequestEnd &) = delete;
+
+private:
+    platform::Platform &platform_;
+};
+
+} // namespace
+
+// One key's worth of a request.
+struct Engine::Pass {
+    RequestContext context;
+    MappingLog log;
+
+    Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
+        : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer), log(traits.trace) {}
+
+    void check(terrno status) {
+        if (!is_failure(status))
+            return;
+        const std::string &reason = log.last_error();
+        throw Error(tag_of(status), context.error_path(), reason.empty() ? terr_strerror(status) : reason, status);
+    }
+};
+
+Engine::Engine(const Schemas &schemas, sources::NativeSource &source, const std::filesystem::path &plugin_library)
+    : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()), plugin_(plugin_library),
+      trace_buffer_(trace_lines_kept) {}
+
+Answer Engine::read(const ReadRequest &request) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    const std::vector<Selection> passes = split_by_list_entry(merge_paths(request.paths));
+    const std::vector<std::unique_ptr<AnswerTree>> written = map_passes(passes, request.content);
+    Answer answer;
+    for (size_t i = 0; i < passes.size(); i++)
+        merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
+    return answer;
+}
+
+// The native data is given back before libyang's tree of the answer is made: the two never take memory at once.
+std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes, Content content) {
+    const Device device(schemas_, source_.read(schemas_.context()));
+    platform_.settings().device = &device;
+    const platform::Platform::Scope in_use(platform_);
+    const RequestEnd end_of_request(platform_);
+    std::vector<std::unique_ptr<AnswerTree>> written;
+    for (const Selection &selection : passes)
+        written.push_back(map_pass(selection, content, device));
+    return written;
+}
+
+std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content, const Device &device) {
+    Pass pass(traits_of(selection, content, trace_), trace_buffer_);
+    NativePaths paths;
+    walk_request(pass, selection, paths);
+    auto answer = std::make_unique<AnswerTree>(answer_schema_);
+    walk_responses(pass, paths, device, *answer);
+    answer->qualify_identities(schemas_.context());
+    return answer;
+}
+
+// A walk that ends with "no mapping" may have stopped early: each selected node is then walked by itself, so that
+// nothing selected is lost.
+void Engine::walk_request(Pass &pass, const Selection &selection, NativePaths &paths) {
+    const terrno status = walk_once(pass, selection, paths);
+    pass.check(status);
+    if (status != YMAP_STS_NO_MAPPING)
+        return;
+    const std::vector<Selection> parts = split_by_selected_node(selection);
+    if (parts.size() < 2)
+        return;
+    for (const Selection &part : parts)
+        pass.check(walk_once(pass, part, paths));
+}
+
+terrno Engine::walk_once(Pass &pass, const Selection &selection, NativePaths &paths) {
+    RequestTree request(selection);
+    terrno first = YMAP_OK;
+    for (const yfw_map_callback root : request_roots(plugin_)) {
+        pass.context.hierarchy().start(request.root());
+        const terrno status = root(pass.context.handle(), request.root(), paths.root());
+        first = first != YMAP_OK ? first : status;
+    }
+    return first;
+}
+
+void Engine::walk_responses(Pass &pass, const NativePaths &paths, const Device &device, AnswerTree &answer) {
+    NativeSelection selection(schemas_);
+    for (const NativePath &path : paths.paths())
+        selection.add(path);
+    for (const yfw_map_registration &tree : plugin_.trees()) {
+        const lysc_node *top = schemas_.native_root(tree.native_ns, tree.native_top);
+        const SelectedNode *selected = selection.tree(top);
+        const lyd_node *data = device.top(top);
+        if (selected == nullptr || data == nullptr)
+            continue;
+        const NativeResponse response(data, *selected);
+        pass.context.hierarchy().start(response.root());
+        pass.context.set_subtree("/lldp/nodes", find_child(*response.root(), "nodes"));
+        pass.check(tree.native_to_oc(pass.context.handle(), response.root(), answer.root()));
+        pass.context.set_subtree(nullptr, nullptr);
+    }
+}
+
+} // namespace yfw::host

@@ -1,0 +1,66 @@
+// The request engine: an OpenConfig request goes through the plug-in to native data, and native data back to the
+// OpenConfig answer.
+#ifndef YFW_HOST_ENGINE_H
+#define YFW_HOST_ENGINE_H
+
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/answer_schema.h"
+#include "host/data_tree.h"
+#include "host/native_paths.h"
+#include "host/plugin.h"
+#include "host/request.h"
+#include "host/schemas.h"
+#include "platform/platform.h"
+#include "platform/trace_buffer.h"
+#include "sources/native_source.h"
+
+namespace yfw::host {
+
+class AnswerTree;
+class Device;
+class RequestContext;
+
+struct Answer {
+    DataTree data;                     // below /lldp; NULL when nothing was found
+    std::vector<std::string> warnings; // what had to be left out, one line each
+};
+
+// Borrows the schemas and the source. Requests of several threads are served one after the other.
+class Engine {
+public:
+    Engine(const Schemas &schemas, sources::NativeSource &source, const std::filesystem::path &plugin_library);
+
+    // With tracing the plug-in's debug log holds every callback's steps, and the trace buffer is filled.
+    void set_trace(bool on) { trace_ = on; }
+    const platform::TraceBuffer &trace_buffer() const { return trace_buffer_; }
+
+    // Throws Error when the device cannot be read or the mapping fails.
+    Answer read(const ReadRequest &request);
+
+private:
+    struct Pass;
+
+    std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content);
+    std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content, const Device &device);
+    void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);
+    terrno walk_once(Pass &pass, const Selection &selection, NativePaths &paths);
+    void walk_responses(Pass &pass, const NativePaths &paths, const Device &device, AnswerTree &answer);
+
+    const Schemas &schemas_;
+    sources::NativeSource &source_;
+    AnswerSchema answer_schema_;
+    Plugin plugin_;
+    platform::Platform platform_;
+    platform::TraceBuffer trace_buffer_;
+    bool trace_ = false;
+    std::mutex one_request_; // the plug-in's globals serve one request at a time
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,23 @@
+#include "host/error.h"
+
+namespace yfw::host {
+
+std::string_view to_string(ErrorTag tag) {
+    switch (tag) {
+    case ErrorTag::invalid_value:
+        return "invalid-value";
+    case ErrorTag::unknown_element:
+        return "unknown-element";
+    case ErrorTag::missing_element:
+        return "missing-element";
+    case ErrorTag::bad_element:
+        return "bad-element";
+    case ErrorTag::resource_denied:
+        return "resource-denied";
+    case ErrorTag::operation_failed:
+        break;
+    }
+    return "operation-failed";
+}
+
+} // namespace yfw::host

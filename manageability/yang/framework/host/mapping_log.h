@@ -1,0 +1,30 @@
+// What the plug-in logs during a request: its last error for the error reply, and everything when tracing.
+#ifndef YFW_HOST_MAPPING_LOG_H
+#define YFW_HOST_MAPPING_LOG_H
+
+#include <string>
+
+#include "platform/debug_log.h"
+
+namespace yfw::host {
+
+// Receives the debug log for as long as it lives.
+class MappingLog {
+public:
+    // With `print` every line goes on to the sink that was there before; without it none does.
+    explicit MappingLog(bool print);
+    ~MappingLog();
+    MappingLog(const MappingLog &) = delete;
+    MappingLog &operator=(const MappingLog &) = delete;
+
+    // The text of the last error line, without what comes before the message; empty when there was none.
+    const std::string &last_error() const { return last_error_; }
+
+private:
+    platform::LogSink before_;
+    std::string last_error_;
+};
+
+} // namespace yfw::host
+
+#endif

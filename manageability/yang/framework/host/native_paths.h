@@ -1,0 +1,49 @@
+// What the plug-in asks of the device: the native paths that a request walk emits, in order.
+#ifndef YFW_HOST_NATIVE_PATHS_H
+#define YFW_HOST_NATIVE_PATHS_H
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/tree_owner.h"
+
+namespace yfw::host {
+
+struct NativePath {
+    std::string path;
+    std::string ns;
+    std::optional<std::string> value;
+    uint32_t operation; // of the source node at that moment; YFW_OP_NONE without one
+    bool has_source;
+    bool list_entry;
+    uint32_t flags;
+};
+
+// The output tree of a request walk.
+class NativePaths final : public TreeOwner {
+public:
+    NativePaths();
+
+    tidl_yfw_datatree *root() { return &root_; }
+    const std::vector<NativePath> &paths() const { return paths_; }
+
+    terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
+    tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                         std::string_view key_name, std::string_view key_value) override;
+
+private:
+    struct Handle {
+        tidl_yfw_datatree node;
+        std::string path;
+    };
+
+    tidl_yfw_datatree root_{};
+    std::vector<NativePath> paths_;
+    std::deque<Handle> handles_; // nodes that the plug-in was given
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,74 @@
+#include "host/native_response.h"
+
+#include <new>
+
+namespace yfw::host {
+namespace {
+
+bool is_inner(const lyd_node *node) { return (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0; }
+
+// Whether a list entry has the key values that were asked for.
+bool has_wanted_keys(const lyd_node *entry, const SelectedNode &selection) {
+    for (const auto &wanted : selection.children) {
+        if (!wanted->value.has_value())
+            continue;
+        const lyd_node *key = lyd_child(entry);
+        while (key != nullptr && key->schema != wanted->node)
+            key = key->next;
+        if (key != nullptr && *wanted->value != lyd_get_value(key))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+NativeResponse::NativeResponse(const lyd_node *top, const SelectedNode &selection) {
+    auto *root = static_cast<tidl_yfw_datatree *>(
+        memory_.allocate(sizeof(tidl_yfw_datatree), alignof(tidl_yfw_datatree)));
+    fill(*root, top, &selection, selection.whole);
+    root_ = root;
+}
+
+bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selection, bool whole) const {
+    if (node->schema == nullptr)
+        return false;
+    const SelectedNode *selected = selection != nullptr ? selection->child(node->schema) : nullptr;
+    if (selected == nullptr)
+        return whole || lysc_is_key(node->schema);
+    return node->schema->nodetype != LYS_LIST || has_wanted_keys(node, *selected);
+}
+
+// What is whole above is whole below; keys that narrow still do.
+void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection, bool whole) {
+    to = tidl_yfw_datatree{};
+    to.name = from->schema->name;
+    to.ns = from->schema->module->ns;
+    if (!is_inner(from)) {
+        to.value = lyd_get_value(from);
+        return;
+    }
+    to.node_flags = YFW_NODE_CHILDREN_VALID;
+    uint32_t count = 0;
+    for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next)
+        count += includes(child, selection, whole) ? 1 : 0;
+    if (count == 0)
+        return;
+    to.child_count = count;
+    to.children = static_cast<tidl_yfw_datatree *>(
+        memory_.allocate(count * sizeof(tidl_yfw_datatree), alignof(tidl_yfw_datatree)));
+    tidl_yfw_datatree *next = to.children;
+    for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next) {
+        if (!includes(child, selection, whole))
+            continue;
+        const SelectedNode *below = selection != nullptr ? selection->child(child->schema) : nullptr;
+        fill(*next, child, below, whole || (below != nullptr && below->whole));
+        if (lysc_is_key(child->schema)) {
+            next->node_flags |= YFW_NODE_IS_KEY;
+            next->key_byte = 1;
+        }
+        next++;
+    }
+}
+
+} // namespace yfw::host

@@ -1,0 +1,31 @@
+// The native response of one model, as the data tree that the plug-in walks.
+#ifndef YFW_HOST_NATIVE_RESPONSE_H
+#define YFW_HOST_NATIVE_RESPONSE_H
+
+#include <memory_resource>
+
+#include "host/native_selection.h"
+#include "yfw_map.h"
+
+namespace yfw::host {
+
+// Built from libyang's tree; values are borrowed from it, so the tree must outlive this.
+class NativeResponse {
+public:
+    // What `selection` selects of the tree at `top`.
+    NativeResponse(const lyd_node *top, const SelectedNode &selection);
+
+    // NULL when nothing that was selected is there.
+    const tidl_yfw_datatree *root() const { return root_; }
+
+private:
+    bool includes(const lyd_node *node, const SelectedNode *selection, bool whole) const;
+    void fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection, bool whole);
+
+    std::pmr::monotonic_buffer_resource memory_;
+    const tidl_yfw_datatree *root_ = nullptr;
+};
+
+} // namespace yfw::host
+
+#endif

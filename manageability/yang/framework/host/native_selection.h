@@ -1,0 +1,44 @@
+// Which native data a read fetches: the native paths of a request walk as one tree for each native model.
+#ifndef YFW_HOST_NATIVE_SELECTION_H
+#define YFW_HOST_NATIVE_SELECTION_H
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/native_paths.h"
+#include "host/schemas.h"
+
+namespace yfw::host {
+
+struct SelectedNode {
+    const lysc_node *node = nullptr;
+    bool whole = false;
+    std::optional<std::string> value; // of a list key: only the entries with it
+    std::vector<std::unique_ptr<SelectedNode>> children;
+
+    const SelectedNode *child(const lysc_node *schema) const;
+};
+
+class NativeSelection {
+public:
+    explicit NativeSelection(const Schemas &schemas) : schemas_(schemas) {}
+
+    // Adds a path; one that ends in a container or list selects it whole. Throws Error for a path that the native
+    // models do not have.
+    void add(const NativePath &path);
+
+    // What is selected below a native top node; NULL when nothing is.
+    const SelectedNode *tree(const lysc_node *top) const;
+
+private:
+    SelectedNode &tree_for(const NativePath &path, std::string_view top);
+
+    const Schemas &schemas_;
+    std::vector<std::unique_ptr<SelectedNode>> trees_;
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,32 @@
+// A mapping plug-in, loaded and registered.
+#ifndef YFW_HOST_PLUGIN_H
+#define YFW_HOST_PLUGIN_H
+
+#include <filesystem>
+#include <vector>
+
+#include "yfw_map.h"
+
+namespace yfw::host {
+
+// The plug-in's code stays loaded for as long as this object lives.
+class Plugin {
+public:
+    // Loads the library and calls its registration functions once each. Throws Error when it cannot be loaded or
+    // registers no usable tree.
+    explicit Plugin(const std::filesystem::path &library);
+    ~Plugin();
+    Plugin(const Plugin &) = delete;
+    Plugin &operator=(const Plugin &) = delete;
+
+    // The mapping trees, in the order of registration.
+    const std::vector<yfw_map_registration> &trees() const { return trees_; }
+
+private:
+    void *library_;
+    std::vector<yfw_map_registration> trees_;
+};
+
+} // namespace yfw::host
+
+#endif

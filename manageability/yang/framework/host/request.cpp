@@ -1,0 +1,156 @@
+#include "host/request.h"
+
+#include <algorithm>
+
+namespace yfw::host {
+namespace {
+
+bool same_entry(const Selection &existing, const PathStep &step) {
+    if (existing.node != step.node)
+        return false;
+    if (existing.node->nodetype == LYS_LEAF)
+        return true;
+    size_t valued = 0;
+    for (const Selection &child : existing.children)
+        valued += child.value.has_value() ? 1 : 0;
+    if (valued != step.predicates.size())
+        return false;
+    return std::all_of(step.predicates.begin(), step.predicates.end(), [&](const Predicate &predicate) {
+        return std::any_of(existing.children.begin(), existing.children.end(), [&](const Selection &child) {
+            return child.node == predicate.leaf && child.value == predicate.value;
+        });
+    });
+}
+
+Selection &child_for(Selection &parent, const PathStep &step) {
+    for (Selection &child : parent.children)
+        if (same_entry(child, step))
+            return child;
+    Selection &added = parent.children.emplace_back();
+    added.node = step.node;
+    for (const Predicate &predicate : step.predicates)
+        added.children.push_back({predicate.leaf, predicate.value, {}, false});
+    return added;
+}
+
+void add_path(Selection &root, const Path &path) {
+    Selection *at = &root;
+    for (size_t i = 1; i < path.size(); i++)
+        at = &child_for(*at, path[i]);
+    at->named = at->value.has_value();
+}
+
+bool contains(const Path &outer, const Path &inner) {
+    if (outer.size() > inner.size())
+        return false;
+    for (size_t i = 0; i < outer.size(); i++) {
+        if (outer[i].node != inner[i].node)
+            return false;
+        for (const Predicate &predicate : outer[i].predicates)
+            if (std::none_of(inner[i].predicates.begin(), inner[i].predicates.end(), [&](const Predicate &other) {
+                    return other.leaf == predicate.leaf && other.value == predicate.value;
+                }))
+                return false;
+    }
+    return true;
+}
+
+// Leaves out the paths that another one contains, and repetitions.
+std::vector<Path> outermost(const std::vector<Path> &paths) {
+    std::vector<Path> kept;
+    for (size_t i = 0; i < paths.size(); i++) {
+        bool contained = false;
+        for (size_t j = 0; j < paths.size() && !contained; j++)
+            contained = j != i && contains(paths[j], paths[i]) && (j < i || !contains(paths[i], paths[j]));
+        if (!contained)
+            kept.push_back(paths[i]);
+    }
+    return kept;
+}
+
+void append(std::vector<Selection> &to, std::vector<Selection> from) {
+    std::move(from.begin(), from.end(), std::back_inserter(to));
+}
+
+bool holds_state(const lysc_node *node) {
+    if ((node->flags & LYS_CONFIG_R) != 0)
+        return true;
+    for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next)
+        if (holds_state(child))
+            return true;
+    return false;
+}
+
+} // namespace
+
+bool Selection::selects_below() const {
+    return std::any_of(children.begin(), children.end(), [](const Selection &child) { return !child.only_narrows(); });
+}
+
+Selection merge_paths(const std::vector<Path> &paths) {
+    Selection root{paths.front().front().node, std::nullopt, {}, false};
+    for (const Path &path : outermost(paths))
+        add_path(root, path);
+    return root;
+}
+
+std::vector<Selection> split_by_list_entry(const Selection &root) {
+    std::vector<Selection> common_children; // in the first tree: they can stand together
+    std::vector<Selection> apart;           // each in a tree of its own
+    std::vector<const lysc_node *> lists;
+    for (const Selection &child : root.children) {
+        std::vector<Selection> parts = split_by_list_entry(child);
+        const bool repeated = child.node->nodetype == LYS_LIST &&
+                              std::find(lists.begin(), lists.end(), child.node) != lists.end();
+        if (child.node->nodetype == LYS_LIST)
+            lists.push_back(child.node);
+        if (!repeated) {
+            common_children.push_back(std::move(parts.front()));
+            parts.erase(parts.begin());
+        }
+        append(apart, std::move(parts));
+    }
+    std::vector<Selection> trees{{root.node, root.value, std::move(common_children), root.named}};
+    for (Selection &part : apart) {
+        Selection tree{root.node, root.value, {}, false};
+        for (const Selection &child : root.children)
+            if (child.value.has_value())
+                tree.children.push_back(child); // keys and matches go with every part
+        tree.children.push_back(std::move(part));
+        trees.push_back(std::move(tree));
+    }
+    return trees;
+}
+
+std::vector<Selection> split_by_selected_node(const Selection &root) {
+    std::vector<Selection> trees;
+    for (const Selection &child : root.children) {
+        if (child.only_narrows())
+            continue;
+        for (Selection &part : split_by_selected_node(child)) {
+            Selection tree{root.node, root.value, {}, false};
+            for (const Selection &other : root.children)
+                if (other.value.has_value())
+                    tree.children.push_back(other);
+            tree.children.push_back(std::move(part));
+            trees.push_back(std::move(tree));
+        }
+    }
+    if (trees.empty())
+        trees.push_back(root);
+    return trees;
+}
+
+bool selects_state(const Selection &root) {
+    bool content = false;
+    for (const Selection &child : root.children) {
+        if (child.only_narrows())
+            continue;
+        content = true;
+        if (selects_state(child))
+            return true;
+    }
+    return !content && holds_state(root.node);
+}
+
+} // namespace yfw::host

@@ -1,0 +1,63 @@
+// One request as the plug-in sees it: the contract's context structures and what stands behind them.
+#ifndef YFW_HOST_REQUEST_CONTEXT_H
+#define YFW_HOST_REQUEST_CONTEXT_H
+
+#include <string>
+#include <vector>
+
+#include "host/node_hierarchy.h"
+#include "host/tree_owner.h"
+#include "yfw_map.h"
+
+namespace yfw::host {
+
+// What the plug-in is told of a request.
+struct RequestTraits {
+    uint32_t kind = YMAP_REQ_GET;
+    uint32_t content = YFW_CONTENT_ALL;
+    bool selects_state = false;
+    bool trace = false; // debug log of level 3 and the trace buffer
+};
+
+// Lives for one pass of a request. Frees what the plug-in left in the context.
+class RequestContext {
+public:
+    // `trace_buffer`: the handle of the numbered trace, or NULL.
+    RequestContext(const RequestTraits &traits, void *error_log, void *trace_log, void *trace_buffer);
+    ~RequestContext();
+    RequestContext(const RequestContext &) = delete;
+    RequestContext &operator=(const RequestContext &) = delete;
+
+    // The request that a context belongs to.
+    static RequestContext &of(yfw_map_ctx ctx);
+
+    yfw_map_ctx handle() { return &context_; }
+    NodeHierarchy &hierarchy() { return hierarchy_; }
+    std::vector<yfw_map_itree_item> &entry_stack() { return entry_stack_; }
+    std::vector<tidl_yfw_datatree *> &saved_output_entries() { return saved_output_entries_; }
+    bool is_edit() const;
+
+    // Makes `node` the request's subtree at `path`, for the counters that look it up; NULL takes it away.
+    void set_subtree(const char *path, const tidl_yfw_datatree *node);
+
+    // Paths of deleted entries that the plug-in wants kept.
+    std::vector<std::string> &trimmed_paths() { return trimmed_paths_; }
+
+    void record_error_path();
+    // Where the plug-in failed; empty when it did not say.
+    const std::string &error_path() const { return error_path_; }
+
+private:
+    yfw_map_context context_{};
+    yfw_req_ctx request_{};
+    yfw_request_descriptor descriptor_{};
+    NodeHierarchy hierarchy_;
+    std::vector<yfw_map_itree_item> entry_stack_;
+    std::vector<tidl_yfw_datatree *> saved_output_entries_;
+    std::vector<std::string> trimmed_paths_;
+    std::string error_path_;
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,39 @@
+// What the contract's add operations ask of the tree that a node belongs to.
+#ifndef YFW_HOST_TREE_OWNER_H
+#define YFW_HOST_TREE_OWNER_H
+
+#include <string_view>
+
+#include "yfw_map.h"
+
+namespace yfw::host {
+
+// The arguments of one add; texts are borrowed.
+struct AddArguments {
+    const char *path;
+    const char *ns;
+    const char *value;
+    const tidl_yfw_datatree *source;
+    tidl_yfw_datatree **slot;
+    uint32_t list_entry;
+    uint32_t flags;
+};
+
+// A tree that nodes can be added to. Nodes that may be parents of an add point at their owner with
+// `framework_private`.
+class TreeOwner {
+public:
+    virtual ~TreeOwner() = default;
+
+    // Returns a platform status; nothing is added unless it is 0.
+    virtual terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) = 0;
+
+    // Finds or makes the list entry with this key and makes it the list's current one. NULL when the path is no
+    // list of the tree.
+    virtual tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                                 std::string_view key_name, std::string_view key_value) = 0;
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,119 @@
+#include "sources/file/file_source.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <system_error>
+
+#include "host/error.h"
+#include "host/schemas.h"
+
+namespace yfw::sources {
+namespace {
+
+using host::DataTree;
+using host::Error;
+using host::ErrorTag;
+
+[[noreturn]] void fail(const std::filesystem::path &file, const std::string &message) {
+    throw Error(ErrorTag::invalid_value, file.string(), message);
+}
+
+// The order of the file is kept, which the mapping takes as it comes.
+constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT | LYD_PARSE_ORDERED;
+
+// The first character that is no white space tells XML from JSON.
+LYD_FORMAT format_of(const std::filesystem::path &file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        fail(file, std::string("cannot be read: ") + std::strerror(errno));
+    stream >> std::ws;
+    switch (stream.peek()) {
+    case '<':
+        return LYD_XML;
+    case '{':
+        return LYD_JSON;
+    default:
+        fail(file, "holds neither XML nor JSON instance data");
+    }
+}
+
+struct FreeInput {
+    void operator()(ly_in *input) const { ly_in_free(input, 0); }
+};
+
+DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
+    if (!std::filesystem::is_regular_file(file))
+        fail(file, std::filesystem::exists(file) ? "is not a file" : "cannot be read: No such file or directory");
+    const LYD_FORMAT format = format_of(file);
+    ly_in *input = nullptr;
+    if (ly_in_new_filepath(file.c_str(), 0, &input) != LY_SUCCESS)
+        fail(file, "cannot be read: " + host::take_yang_error(context));
+    const std::unique_ptr<ly_in, FreeInput> owner(input);
+    lyd_node *data = nullptr;
+    const LY_ERR status = lyd_parse_data(context, nullptr, input, format, parse_options, 0, &data);
+    DataTree tree(data);
+    if (status != LY_SUCCESS)
+        fail(file, host::take_yang_error(context));
+    return tree;
+}
+
+void merge(DataTree &into, DataTree from, const std::filesystem::path &file, const ly_ctx *context) {
+    if (!into) {
+        into = std::move(from);
+        return;
+    }
+    lyd_node *target = into.release();
+    const LY_ERR status = lyd_merge_siblings(&target, from.release(), LYD_MERGE_DESTRUCT);
+    into.reset(target);
+    if (status != LY_SUCCESS)
+        fail(file, "cannot be merged with the files before it: " + host::take_yang_error(context));
+}
+
+bool holds_configuration(const lyd_node *top) {
+    return top->schema != nullptr && (top->schema->flags & LYS_CONFIG_W) != 0;
+}
+
+// Configuration is held to every rule of its models. Operational state is held to its types alone: a device may
+// report what its constraints rule out (RFC 8342 section 5.3).
+void validate_configuration(DataTree &data, const std::filesystem::path &place) {
+    std::vector<const lys_module *> modules;
+    for (const lyd_node *top = data.get(); top != nullptr; top = top->next)
+        if (holds_configuration(top))
+            modules.push_back(top->schema->module);
+    for (const lys_module *module : modules) {
+        lyd_node *tree = data.release();
+        const LY_ERR status = lyd_validate_module(&tree, module, 0, nullptr);
+        data.reset(tree);
+        if (status != LY_SUCCESS)
+            fail(place, host::take_yang_error(module->ctx));
+    }
+}
+
+} // namespace
+
+FileSource FileSource::of_device(const std::filesystem::path &directory) {
+    std::error_code error;
+    std::vector<std::filesystem::path> files;
+    for (const auto &entry : std::filesystem::directory_iterator(directory, error))
+        if (entry.path().extension() == ".xml" || entry.path().extension() == ".json")
+            files.push_back(entry.path());
+    if (error)
+        fail(directory, "cannot be read as a device's directory: " + error.message());
+    if (files.empty())
+        fail(directory, "holds no *.xml or *.json file of native data");
+    std::sort(files.begin(), files.end());
+    return FileSource(std::move(files));
+}
+
+DataTree FileSource::read(const ly_ctx *context) {
+    DataTree data;
+    for (const auto &file : files_)
+        merge(data, parse(context, file), file, context);
+    if (data)
+        validate_configuration(data, files_.size() == 1 ? files_.front() : files_.front().parent_path());
+    return data;
+}
+
+} // namespace yfw::sources
