@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <iostream>
+#include <memory>
 
 #include "frontends/cli/print.h"
 #include "host/engine.h"
@@ -25,18 +26,27 @@ host::ReadRequest read_request(const host::Schemas &schemas, const GetOptions &o
     return request;
 }
 
+// The process ends when the command does. What is large is left to the operating system then, which takes it
+// back at once; node by node that takes as long as a good part of the read.
+template <class T> const T &until_exit(std::unique_ptr<T> object) {
+    static T *kept = nullptr;
+    kept = object.release();
+    return *kept;
+}
 
 } // namespace
 
 void run_get(const DeviceOptions &device, const GetOptions &get) {
-    const host::Schemas schemas(device.native_models, device.openconfig_models);
+    const auto &schemas =
+        until_exit(std::make_unique<host::Schemas>(device.native_models, device.openconfig_models));
     const host::ReadRequest request = read_request(schemas, get);
     sources::FileSource source = open_device(device);
     host::Engine engine(schemas, source, device.plugin);
     engine.set_trace(device.trace);
-    const host::Answer answer = engine.read(request);
+    const auto &answer = until_exit(std::make_unique<host::Answer>(engine.read(request)));
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << warning << '\n';
+    prepare_output(stdout);
     print_data(stdout, schemas, answer.data.get(), get.format);
 }
 

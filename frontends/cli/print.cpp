@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include <stdio_ext.h>
+
 #include "host/error.h"
 
 namespace yfw::cli {
@@ -29,6 +31,12 @@ void print_nothing(std::FILE *to, const host::Schemas &schemas, Format format) {
 }
 
 } // namespace
+
+void prepare_output(std::FILE *to) {
+    constexpr size_t buffer_size = 1 << 20;
+    std::setvbuf(to, nullptr, _IOFBF, buffer_size);
+    __fsetlocking(to, FSETLOCKING_BYCALLER); // libyang writes word by word
+}
 
 void print_data(std::FILE *to, const host::Schemas &schemas, const lyd_node *data, Format format) {
     if (data == nullptr)

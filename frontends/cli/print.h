@@ -10,6 +10,9 @@
 
 namespace yfw::cli {
 
+// Makes a stream ready for large output by one thread. To be called before anything is written.
+void prepare_output(std::FILE *to);
+
 // Writes the data as JSON (RFC 7951) or XML, ended by a newline. Without data an empty object, or the empty top
 // container. Throws host::Error when the output cannot be written.
 void print_data(std::FILE *to, const host::Schemas &schemas, const lyd_node *data, Format format);

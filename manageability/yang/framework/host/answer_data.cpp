@@ -60,8 +60,8 @@ private:
         return ((schema->flags & LYS_CONFIG_R) != 0) == (content_ == Content::state);
     }
 
-    // Last child first: libyang finds the place of a node by the sibling that follows it, and looks for every one
-    // that is not there.
+    // Last child first: libyang finds the place of a node by the sibling that follows it, and looks for every
+    // one that is not there.
     void children(const AnswerEntry &entry, const Selections &selections, lyd_node *to) {
         const std::vector<const AnswerNode *> &schemas = entry.schema->children;
         for (auto child = schemas.rbegin(); child != schemas.rend(); ++child) {
@@ -74,7 +74,8 @@ private:
         }
     }
 
-    void write_child(const AnswerSlot &slot, const AnswerNode &schema, const Selections &selections, lyd_node *to) {
+    void write_child(const AnswerSlot &slot, const AnswerNode &schema, const Selections &selections,
+                     lyd_node *to) {
         if (schema.is_leaf())
             leaf(schema, slot.text, to);
         else if (schema.is_leaf_list())
@@ -112,7 +113,8 @@ private:
             if (!match_entry(*entry, selections, matching))
                 continue;
             if (several && !seen.insert(keys_of(*entry, schema)).second)
-                warnings_.push_back(place(to, schema.schema->name) + ": a second entry with the same keys is left out");
+                warnings_.push_back(place(to, schema.schema->name) +
+                                    ": a second entry with the same keys is left out");
             else
                 list_entry(*entry, schema, matching, to);
         }
@@ -133,9 +135,9 @@ private:
     // Whether the entry has what every key and every matching leaf of a selection asks for.
     static bool match_entry(const AnswerEntry &entry, const Selections &selections, Selections &matching) {
         for (const Selection *selection : selections)
-            if (std::all_of(selection->children.begin(), selection->children.end(), [&](const Selection &child) {
-                    return !child.value.has_value() || holds(entry, child);
-                }))
+            if (std::all_of(
+                    selection->children.begin(), selection->children.end(),
+                    [&](const Selection &child) { return !child.value.has_value() || holds(entry, child); }))
                 matching.push_back(selection);
         return selections.empty() || !matching.empty();
     }
@@ -158,19 +160,21 @@ private:
     // An entry that holds nothing but its keys is an answer to who asked for it whole, or for a key.
     static bool wants_keys(const Selection *selection) {
         const auto &children = selection->children;
-        return !selection->selects_below() || std::any_of(children.begin(), children.end(), [](const Selection &child) {
-            return child.is_key() && !child.only_narrows();
-        });
+        return !selection->selects_below() ||
+               std::any_of(children.begin(), children.end(),
+                           [](const Selection &child) { return child.is_key() && !child.only_narrows(); });
     }
 
-    void list_entry(const AnswerEntry &entry, const AnswerNode &schema, const Selections &selections, lyd_node *to) {
+    void list_entry(const AnswerEntry &entry, const AnswerNode &schema, const Selections &selections,
+                    lyd_node *to) {
         lyd_node *node = make_entry(entry, schema, to);
         if (node == nullptr)
             return;
         const lyd_node *last_key = lyd_child(node)->prev;
         children(entry, selections, node);
         const bool keys_only = last_key->next == nullptr;
-        const bool keys_wanted = selections.empty() || std::any_of(selections.begin(), selections.end(), wants_keys);
+        const bool keys_wanted =
+            selections.empty() || std::any_of(selections.begin(), selections.end(), wants_keys);
         if (keys_only && (!keys_wanted || content_ != Content::all))
             lyd_free_tree(node);
     }

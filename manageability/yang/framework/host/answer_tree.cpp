@@ -24,7 +24,8 @@ size_t AnswerTree::EntryKeyHash::operator()(const EntryKey &key) const {
     return std::hash<std::string_view>{}(key.value) ^ (list * 0x9e3779b97f4a7c15u);
 }
 
-AnswerTree::AnswerTree(const AnswerSchema &schema) : schema_(schema), root_(make_entry(schema.root(), nullptr)) {}
+AnswerTree::AnswerTree(const AnswerSchema &schema)
+    : schema_(schema), root_(make_entry(schema.root(), nullptr)) {}
 
 AnswerTree::~AnswerTree() {
     for (LeafHandle &handle : handles_)
@@ -189,7 +190,8 @@ tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std:
 void AnswerTree::qualify_identities(const ly_ctx *context) {
     for (LeafHandle &handle : handles_) {
         tidl_yfw_datatree &node = handle.node;
-        if ((node.framework_flags & YFW_FW_HAS_VALUE_NS) == 0 || node.value_ns == nullptr || *handle.text == nullptr)
+        if ((node.framework_flags & YFW_FW_HAS_VALUE_NS) == 0 || node.value_ns == nullptr ||
+            *handle.text == nullptr)
             continue;
         const lys_module *module = ly_ctx_get_module_implemented_ns(context, node.value_ns);
         if (module == nullptr)

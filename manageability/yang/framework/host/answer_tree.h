@@ -54,8 +54,8 @@ public:
     tidl_yfw_datatree *root() { return handle_of(*root_); }
     const AnswerEntry &root_entry() const { return *root_; }
 
-    // Puts the namespaces that the plug-in gave to identity values in front of them as module names. To be called
-    // when the plug-in is done.
+    // Puts the namespaces that the plug-in gave to identity values in front of them as module names. To be
+    // called when the plug-in is done.
     void qualify_identities(const ly_ctx *context);
 
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;

@@ -11,7 +11,8 @@ constexpr std::string_view oper_ns = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-oper
 constexpr std::string_view ifmgr_ns = "urn:tarvo:yang:Tarvo-QD-ifmgr-cfg";
 
 const lyd_node *child(const lyd_node *parent, std::string_view name) {
-    for (const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr; node != nullptr; node = node->next)
+    for (const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr; node != nullptr;
+         node = node->next)
         if (node->schema != nullptr && name == node->schema->name)
             return node;
     return nullptr;
@@ -24,12 +25,15 @@ std::string value(const lyd_node *parent, std::string_view name) {
 
 // Calls `visit` with every child by this name.
 template <class Visit> void for_each(const lyd_node *parent, std::string_view name, Visit &&visit) {
-    for (const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr; node != nullptr; node = node->next)
+    for (const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr; node != nullptr;
+         node = node->next)
         if (node->schema != nullptr && name == node->schema->name)
             visit(node);
 }
 
-bool is_active(const lyd_node *interface) { return value(interface, "active") == "act"; }
+bool is_active(const lyd_node *interface) {
+    return value(interface, "active") == "act";
+}
 
 } // namespace
 

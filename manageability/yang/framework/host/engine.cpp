@@ -49,7 +49,9 @@ ErrorTag tag_of(terrno status) {
     }
 }
 
-bool is_failure(terrno status) { return status != YMAP_OK && status != YMAP_STS_NO_MAPPING; }
+bool is_failure(terrno status) {
+    return status != YMAP_OK && status != YMAP_STS_NO_MAPPING;
+}
 
 // The trees share their OpenConfig side; each root is called once.
 std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
@@ -93,17 +95,20 @@ struct Engine::Pass {
     MappingLog log;
 
     Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
-        : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer), log(traits.trace) {}
+        : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer),
+          log(traits.trace) {}
 
     void check(terrno status) {
         if (!is_failure(status))
             return;
         const std::string &reason = log.last_error();
-        throw Error(tag_of(status), context.error_path(), reason.empty() ? terr_strerror(status) : reason, status);
+        throw Error(tag_of(status), context.error_path(), reason.empty() ? terr_strerror(status) : reason,
+                    status);
     }
 };
 
-Engine::Engine(const Schemas &schemas, sources::NativeSource &source, const std::filesystem::path &plugin_library)
+Engine::Engine(const Schemas &schemas, sources::NativeSource &source,
+               const std::filesystem::path &plugin_library)
     : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()), plugin_(plugin_library),
       trace_buffer_(trace_lines_kept) {}
 
@@ -118,7 +123,8 @@ Answer Engine::read(const ReadRequest &request) {
 }
 
 // The native data is given back before libyang's tree of the answer is made: the two never take memory at once.
-std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes, Content content) {
+std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
+                                                            Content content) {
     const Device device(schemas_, source_.read(schemas_.context()));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
@@ -129,7 +135,8 @@ std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Se
     return written;
 }
 
-std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content, const Device &device) {
+std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content,
+                                             const Device &device) {
     Pass pass(traits_of(selection, content, trace_), trace_buffer_);
     NativePaths paths;
     walk_request(pass, selection, paths);
@@ -139,8 +146,8 @@ std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
     return answer;
 }
 
-// A walk that ends with "no mapping" may have stopped early: each selected node is then walked by itself, so that
-// nothing selected is lost.
+// A walk that ends with "no mapping" may have stopped early: each selected node is then walked by itself, so
+// that nothing selected is lost.
 void Engine::walk_request(Pass &pass, const Selection &selection, NativePaths &paths) {
     const terrno status = walk_once(pass, selection, paths);
     pass.check(status);

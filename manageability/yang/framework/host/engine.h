@@ -1,5 +1,5 @@
-// The request engine: an OpenConfig request goes through the plug-in to native data, and native data back to the
-// OpenConfig answer.
+// The request engine: an OpenConfig request goes through the plug-in to native data, and native data back to
+// the OpenConfig answer.
 #ifndef YFW_HOST_ENGINE_H
 #define YFW_HOST_ENGINE_H
 

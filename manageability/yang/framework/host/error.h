@@ -10,7 +10,14 @@
 namespace yfw::host {
 
 // Error tags of RFC 6241 appendix A that the host gives.
-enum class ErrorTag { invalid_value, unknown_element, missing_element, bad_element, resource_denied, operation_failed };
+enum class ErrorTag {
+    invalid_value,
+    unknown_element,
+    missing_element,
+    bad_element,
+    resource_denied,
+    operation_failed
+};
 
 std::string_view to_string(ErrorTag tag);
 

@@ -34,6 +34,8 @@ MappingLog::MappingLog(bool print) {
     });
 }
 
-MappingLog::~MappingLog() { platform::set_log_sink(before_); }
+MappingLog::~MappingLog() {
+    platform::set_log_sink(before_);
+}
 
 } // namespace yfw::host

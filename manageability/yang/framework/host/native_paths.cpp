@@ -3,11 +3,15 @@
 namespace yfw::host {
 namespace {
 
-std::string text_of(const char *text) { return text != nullptr ? text : ""; }
+std::string text_of(const char *text) {
+    return text != nullptr ? text : "";
+}
 
 } // namespace
 
-NativePaths::NativePaths() { root_.framework_private = this; }
+NativePaths::NativePaths() {
+    root_.framework_private = this;
+}
 
 terrno NativePaths::add(tidl_yfw_datatree &parent, const AddArguments &arguments) {
     std::string path = arguments.path;

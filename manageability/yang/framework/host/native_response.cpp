@@ -5,7 +5,9 @@
 namespace yfw::host {
 namespace {
 
-bool is_inner(const lyd_node *node) { return (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0; }
+bool is_inner(const lyd_node *node) {
+    return (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0;
+}
 
 // Whether a list entry has the key values that were asked for.
 bool has_wanted_keys(const lyd_node *entry, const SelectedNode &selection) {
@@ -40,7 +42,8 @@ bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selectio
 }
 
 // What is whole above is whole below; keys that narrow still do.
-void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection, bool whole) {
+void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection,
+                          bool whole) {
     to = tidl_yfw_datatree{};
     to.name = from->schema->name;
     to.ns = from->schema->module->ns;

@@ -7,7 +7,8 @@ namespace yfw::host {
 namespace {
 
 [[noreturn]] void unknown(const NativePath &path) {
-    throw Error(ErrorTag::operation_failed, path.path, "the mapping names a native path that the models do not have");
+    throw Error(ErrorTag::operation_failed, path.path,
+                "the mapping names a native path that the models do not have");
 }
 
 SelectedNode &find_or_add(std::vector<std::unique_ptr<SelectedNode>> &nodes, const lysc_node *schema) {

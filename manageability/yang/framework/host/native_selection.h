@@ -25,8 +25,8 @@ class NativeSelection {
 public:
     explicit NativeSelection(const Schemas &schemas) : schemas_(schemas) {}
 
-    // Adds a path; one that ends in a container or list selects it whole. Throws Error for a path that the native
-    // models do not have.
+    // Adds a path; one that ends in a container or list selects it whole. Throws Error for a path that the
+    // native models do not have.
     void add(const NativePath &path);
 
     // What is selected below a native top node; NULL when nothing is.

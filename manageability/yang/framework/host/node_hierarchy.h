@@ -22,7 +22,8 @@ public:
 
     size_t depth() const { return nodes_.size(); }
 
-    // The value of `leaf` below the node at `path`, in the entries that the hierarchy stands in; NULL when absent.
+    // The value of `leaf` below the node at `path`, in the entries that the hierarchy stands in; NULL when
+    // absent.
     const char *value(std::string_view path, std::string_view leaf) const;
 
     // Makes the innermost list entry at `path` the current one; false when the hierarchy stands in none.

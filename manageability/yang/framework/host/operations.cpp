@@ -1,4 +1,5 @@
-// The framework's side of the contract: trees and paths. The plug-in calls these by name. No exception leaves them.
+// The framework's side of the contract: trees and paths. The plug-in calls these by name. No exception leaves
+// them.
 #include <cstring>
 #include <new>
 
@@ -61,8 +62,8 @@ void yfw_oc_error_path(yfw_map_ctx ctx) {
     });
 }
 
-terrno yfw_map_datatree_add_path_flagged(yfw_map_ctx, tidl_yfw_datatree *parent, const char *path, const char *ns,
-                                         const char *value, const tidl_yfw_datatree *source,
+terrno yfw_map_datatree_add_path_flagged(yfw_map_ctx, tidl_yfw_datatree *parent, const char *path,
+                                         const char *ns, const char *value, const tidl_yfw_datatree *source,
                                          tidl_yfw_datatree **slot, uint32_t list_entry, uint32_t flags) {
     TreeOwner *owner = owner_of(parent);
     if (owner == nullptr || path == nullptr)
@@ -76,7 +77,8 @@ terrno yfw_map_get_node_info(yfw_map_ctx ctx, const char *path, const char *leaf
 }
 
 terrno yfw_map_search_or_add_list(yfw_map_ctx, tidl_yfw_datatree *parent, tidl_yfw_datatree **slot,
-                                  const char *list_path, const char *key_value, const char *key_name, const char *) {
+                                  const char *list_path, const char *key_value, const char *key_name,
+                                  const char *) {
     TreeOwner *owner = owner_of(parent);
     if (owner == nullptr || list_path == nullptr || key_value == nullptr || key_name == nullptr)
         return yfw::host::status_bad_argument;

@@ -73,7 +73,8 @@ private:
         if (node == nullptr || (!module.empty() && module != node->module->name))
             throw Error(ErrorTag::unknown_element, std::string(text_),
                         "unknown node \"" + std::string(name) + "\"" +
-                            (parent != nullptr ? " under \"" + schema_path(parent) + "\"" : ": paths start with /lldp"));
+                            (parent != nullptr ? " under \"" + schema_path(parent) + "\""
+                                               : ": paths start with /lldp"));
         return node;
     }
 
@@ -90,7 +91,8 @@ private:
         Predicate predicate{parse_node(node), {}};
         if (predicate.leaf->nodetype != LYS_LEAF)
             throw Error(ErrorTag::invalid_value, std::string(text_),
-                        "\"" + std::string(predicate.leaf->name) + "\" is not a leaf of \"" + schema_path(node) + "\"");
+                        "\"" + std::string(predicate.leaf->name) + "\" is not a leaf of \"" +
+                            schema_path(node) + "\"");
         skip_blanks();
         expect('=', "\"=\"");
         skip_blanks();
@@ -131,14 +133,20 @@ std::string quoted(const std::string &value) {
 
 } // namespace
 
-Path parse_path(const lysc_node *root, std::string_view text) { return Parser(root, text).parse(); }
+Path parse_path(const lysc_node *root, std::string_view text) {
+    return Parser(root, text).parse();
+}
 
 std::string to_string(const Path &path) {
     std::string text;
     for (const PathStep &step : path) {
         text.append("/").append(step.node->name);
         for (const Predicate &predicate : step.predicates)
-            text.append("[").append(predicate.leaf->name).append("=").append(quoted(predicate.value)).append("]");
+            text.append("[")
+                .append(predicate.leaf->name)
+                .append("=")
+                .append(quoted(predicate.value))
+                .append("]");
     }
     return text;
 }

@@ -17,17 +17,20 @@ yfw_map_registration register_tree(void *library, const std::filesystem::path &p
     yfw_map_registration record{};
     function(&record);
     if (record.oc_to_native == nullptr || record.native_to_oc == nullptr)
-        throw Error(ErrorTag::operation_failed, path.string(), std::string(name) + " registered no root walkers");
+        throw Error(ErrorTag::operation_failed, path.string(),
+                    std::string(name) + " registered no root walkers");
     return record;
 }
 
 } // namespace
 
-Plugin::Plugin(const std::filesystem::path &library) : library_(dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+Plugin::Plugin(const std::filesystem::path &library)
+    : library_(dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (library_ == nullptr) {
         const char *reason = dlerror();
         throw Error(ErrorTag::operation_failed, library.string(),
-                    std::string("the mapping plug-in cannot be loaded: ") + (reason != nullptr ? reason : "unknown"));
+                    std::string("the mapping plug-in cannot be loaded: ") +
+                        (reason != nullptr ? reason : "unknown"));
     }
     try {
         for (const char *name : registration_functions)
@@ -38,6 +41,8 @@ Plugin::Plugin(const std::filesystem::path &library) : library_(dlopen(library.c
     }
 }
 
-Plugin::~Plugin() { dlclose(library_); }
+Plugin::~Plugin() {
+    dlclose(library_);
+}
 
 } // namespace yfw::host

@@ -12,8 +12,8 @@ namespace yfw::host {
 // The plug-in's code stays loaded for as long as this object lives.
 class Plugin {
 public:
-    // Loads the library and calls its registration functions once each. Throws Error when it cannot be loaded or
-    // registers no usable tree.
+    // Loads the library and calls its registration functions once each. Throws Error when it cannot be loaded
+    // or registers no usable tree.
     explicit Plugin(const std::filesystem::path &library);
     ~Plugin();
     Plugin(const Plugin &) = delete;

@@ -47,9 +47,10 @@ bool contains(const Path &outer, const Path &inner) {
         if (outer[i].node != inner[i].node)
             return false;
         for (const Predicate &predicate : outer[i].predicates)
-            if (std::none_of(inner[i].predicates.begin(), inner[i].predicates.end(), [&](const Predicate &other) {
-                    return other.leaf == predicate.leaf && other.value == predicate.value;
-                }))
+            if (std::none_of(inner[i].predicates.begin(), inner[i].predicates.end(),
+                             [&](const Predicate &other) {
+                                 return other.leaf == predicate.leaf && other.value == predicate.value;
+                             }))
                 return false;
     }
     return true;
@@ -84,7 +85,8 @@ bool holds_state(const lysc_node *node) {
 } // namespace
 
 bool Selection::selects_below() const {
-    return std::any_of(children.begin(), children.end(), [](const Selection &child) { return !child.only_narrows(); });
+    return std::any_of(children.begin(), children.end(),
+                       [](const Selection &child) { return !child.only_narrows(); });
 }
 
 Selection merge_paths(const std::vector<Path> &paths) {

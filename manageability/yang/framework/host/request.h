@@ -12,8 +12,8 @@ namespace yfw::host {
 
 enum class Content { all, config, state };
 
-// A node that a read selects. A container or list entry is selected whole when nothing is selected below it; a leaf
-// with a value is a key or has to match, and `named` tells that it is selected for its own sake as well.
+// A node that a read selects. A container or list entry is selected whole when nothing is selected below it; a
+// leaf with a value is a key or has to match, and `named` tells that it is selected for its own sake as well.
 struct Selection {
     const lysc_node *node = nullptr;
     std::optional<std::string> value;
@@ -39,8 +39,8 @@ struct ReadRequest {
 // paths, which must not be empty.
 Selection merge_paths(const std::vector<Path> &paths);
 
-// Splits a tree in which a list stands more than once below one parent into trees in which none does: the mapping
-// remembers one key of a list at a time. Together they select what `root` selects.
+// Splits a tree in which a list stands more than once below one parent into trees in which none does: the
+// mapping remembers one key of a list at a time. Together they select what `root` selects.
 std::vector<Selection> split_by_list_entry(const Selection &root);
 
 // One tree for each selected node, with what leads to it and its keys.

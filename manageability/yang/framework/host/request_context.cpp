@@ -4,7 +4,8 @@
 
 namespace yfw::host {
 
-RequestContext::RequestContext(const RequestTraits &traits, void *error_log, void *trace_log, void *trace_buffer) {
+RequestContext::RequestContext(const RequestTraits &traits, void *error_log, void *trace_log,
+                               void *trace_buffer) {
     descriptor_.req_type = traits.kind;
     descriptor_.req_content = traits.content;
     descriptor_.data_kind = traits.content;
@@ -27,7 +28,9 @@ RequestContext::~RequestContext() {
         qdos_named_free(request_.err_node_name);
 }
 
-RequestContext &RequestContext::of(yfw_map_ctx ctx) { return *static_cast<RequestContext *>(ctx->framework_private); }
+RequestContext &RequestContext::of(yfw_map_ctx ctx) {
+    return *static_cast<RequestContext *>(ctx->framework_private);
+}
 
 bool RequestContext::is_edit() const {
     return descriptor_.req_type != YMAP_REQ_GET && descriptor_.req_type != YMAP_REQ_GET_CONFIG;

@@ -7,7 +7,9 @@
 
 namespace yfw::host {
 
-RequestTree::RequestTree(const Selection &selection) { fill(root_, selection); }
+RequestTree::RequestTree(const Selection &selection) {
+    fill(root_, selection);
+}
 
 const char *RequestTree::copy(const char *text) {
     if (text == nullptr)

@@ -10,9 +10,9 @@
 
 namespace yfw::host {
 
-// Loads the native modules from `native_dir` and the OpenConfig LLDP modules from `openconfig_dir`; throws Error
-// naming the module that cannot be loaded. The schemas live as long as this object. One libyang context serves
-// one thread at a time.
+// Loads the native modules from `native_dir` and the OpenConfig LLDP modules from `openconfig_dir`; throws
+// Error naming the module that cannot be loaded. The schemas live as long as this object. One libyang context
+// serves one thread at a time.
 class Schemas {
 public:
     Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir);
@@ -34,8 +34,8 @@ private:
 // What libyang says of its last error: the message, and the place where it has one. Clears the errors.
 std::string take_yang_error(const ly_ctx *context);
 
-// The schema child of `parent` by this name: one of the parent's own module first, else an augmented one; NULL when
-// there is none.
+// The schema child of `parent` by this name: one of the parent's own module first, else an augmented one; NULL
+// when there is none.
 const lysc_node *schema_child(const lysc_node *parent, std::string_view name);
 
 } // namespace yfw::host

@@ -20,8 +20,8 @@ struct KeyedList {
     std::string_view key_value;
 };
 
-// Takes a keyed path apart along the plain path of its last list. Key values stand unquoted: a value ends where the
-// rest of the plain path goes on, so that it may itself hold brackets and slashes.
+// Takes a keyed path apart along the plain path of its last list. Key values stand unquoted: a value ends where
+// the rest of the plain path goes on, so that it may itself hold brackets and slashes.
 bool take_apart(std::string_view keyed, std::string_view plain, std::vector<KeyedList> &lists) {
     size_t plain_end = 0;
     while (!keyed.empty()) {
@@ -50,7 +50,8 @@ bool take_apart(std::string_view keyed, std::string_view plain, std::vector<Keye
 }
 
 terrno stitch(yfw_map_stitch &record) {
-    TreeOwner *owner = record.parent != nullptr ? static_cast<TreeOwner *>(record.parent->framework_private) : nullptr;
+    TreeOwner *owner =
+        record.parent != nullptr ? static_cast<TreeOwner *>(record.parent->framework_private) : nullptr;
     std::vector<KeyedList> lists;
     if (owner == nullptr || !take_apart(record.keyed_path, record.list_path, lists))
         return status_bad_argument;

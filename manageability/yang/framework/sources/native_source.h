@@ -11,8 +11,8 @@ class NativeSource {
 public:
     virtual ~NativeSource() = default;
 
-    // The native data at this moment, as one forest of valid data in `context`. Throws host::Error that names the
-    // place of what cannot be read.
+    // The native data at this moment, as one forest of valid data in `context`. Throws host::Error that names
+    // the place of what cannot be read.
     virtual host::DataTree read(const ly_ctx *context) = 0;
 };
 

@@ -45,7 +45,8 @@ struct FreeInput {
 
 DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     if (!std::filesystem::is_regular_file(file))
-        fail(file, std::filesystem::exists(file) ? "is not a file" : "cannot be read: No such file or directory");
+        fail(file,
+             std::filesystem::exists(file) ? "is not a file" : "cannot be read: No such file or directory");
     const LYD_FORMAT format = format_of(file);
     ly_in *input = nullptr;
     if (ly_in_new_filepath(file.c_str(), 0, &input) != LY_SUCCESS)
