@@ -34,6 +34,8 @@ enum site_slot : unsigned {
     slot_key_delete,
     slot_xpath_error_node,
     slot_mapping,
+    slot_value,
+    slot_bad_value,
     slot_count
 };
 
@@ -43,9 +45,9 @@ struct callback_site {
     const char *file;
     int line;
     const char *prototype;
-    int32_t slots[slot_count] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+    int32_t slots[slot_count] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
 };
-static_assert(slot_count == 13, "every slot starts at -1");
+static_assert(slot_count == 15, "every slot starts at -1");
 
 // One call of a callback. `silent_end` leaves the exit trace out.
 struct frame {

@@ -269,7 +269,13 @@ terrno key_child(frame &f, const oq_list &table, const oq_child &known, const no
         yfw_oc_error_path(f.ctx);
         return YMAP_ERR_KEY_DELETE;
     }
+    const node before = *child;
     const terrno status = known.walker(f.ctx, child, out);
+    if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
+        // Removing the entry's content took the key along; the merge pass names the entry by it again.
+        writable(child)->operation = before.operation;
+        writable(child)->node_flags = before.node_flags;
+    }
     mark_key(child);
     return status;
 }

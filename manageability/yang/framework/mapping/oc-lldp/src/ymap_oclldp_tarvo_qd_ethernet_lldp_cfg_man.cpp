@@ -26,7 +26,7 @@ terrno write_suppressed(frame &f, node *out, const char *enabled_path, const cha
                         const char *identity) {
     write(f, out, enabled_path, "true");
     node *added = nullptr;
-    const terrno status = add(f, out, suppressed_path, oc_ns, identity, {.slot = &added});
+    const terrno status = add(f, out, suppressed_path, oc_ns, identity, {.slot = &added, .list_entry = 1});
     qualify_identity(added);
     return status;
 }

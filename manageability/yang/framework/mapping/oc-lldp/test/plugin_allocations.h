@@ -1,0 +1,13 @@
+// The allocation functions as the plug-in sees them: they can fail on request, and they tell the double
+// when the plug-in frees a framework string with plain free.
+#ifndef OCLLDP_PLUGIN_ALLOCATIONS_H
+#define OCLLDP_PLUGIN_ALLOCATIONS_H
+
+namespace oclldp_test {
+
+// Makes the nth malloc or calloc of the plug-in (from 1, counted from now) return NULL; 0: none.
+void arm_allocation_failure(unsigned nth);
+
+} // namespace oclldp_test
+
+#endif
