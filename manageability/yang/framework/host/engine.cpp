@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
 
 #include "host/answer_data.h"
 #include "host/answer_tree.h"
@@ -17,7 +18,7 @@
 namespace yfw::host {
 namespace {
 
-constexpr size_t trace_lines_kept = 10000;
+constexpr size_t trace_lines_kept = 100000;
 
 RequestTraits traits_of(const Selection &selection, Content content, bool trace) {
     RequestTraits traits;
@@ -93,6 +94,7 @@ private:
 struct Engine::Pass {
     RequestContext context;
     MappingLog log;
+    std::deque<RequestTree> requests; // kept: errors name their nodes
 
     Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
         : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer),
@@ -161,7 +163,10 @@ void Engine::walk_request(Pass &pass, const Selection &selection, NativePaths &p
 }
 
 terrno Engine::walk_once(Pass &pass, const Selection &selection, NativePaths &paths) {
-    RequestTree request(selection);
+    return walk_tree(pass, pass.requests.emplace_back(selection), paths);
+}
+
+terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths) {
     terrno first = YMAP_OK;
     for (const yfw_map_callback root : request_roots(plugin_)) {
         pass.context.hierarchy().start(request.root());
@@ -169,6 +174,64 @@ terrno Engine::walk_once(Pass &pass, const Selection &selection, NativePaths &pa
         first = first != YMAP_OK ? first : status;
     }
     return first;
+}
+
+// An edit's native data is the running configuration: that is what the platform answers from.
+std::vector<NativePath> Engine::map_edit(const EditNode &edit, DataTree running) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    const Device device(schemas_, std::move(running));
+    platform_.settings().device = &device;
+    const platform::Platform::Scope in_use(platform_);
+    const RequestEnd end_of_request(platform_);
+    NativePaths paths;
+    if (walk_edit(edit, false, paths))
+        walk_edit(edit, true, paths);
+    return paths.paths();
+}
+
+Explanation Engine::explain(const ReadRequest &request) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    trace_buffer_.clear();
+    NativePaths paths;
+    for (const Selection &selection : split_by_list_entry(merge_paths(request.paths))) {
+        RequestTraits traits = traits_of(selection, request.content, trace_);
+        traits.number_trace = true;
+        Pass pass(traits, trace_buffer_);
+        paths.follow(&pass.context.hierarchy(), &trace_buffer_);
+        walk_request(pass, selection, paths);
+    }
+    return explanation_of(paths);
+}
+
+Explanation Engine::explain(const EditNode &edit, DataTree running) {
+    trace_buffer_.clear();
+    explaining_ = true;
+    NativePaths paths;
+    const Device device(schemas_, std::move(running));
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    platform_.settings().device = &device;
+    const platform::Platform::Scope in_use(platform_);
+    const RequestEnd end_of_request(platform_);
+    if (walk_edit(edit, false, paths))
+        walk_edit(edit, true, paths);
+    explaining_ = false;
+    return explanation_of(paths);
+}
+
+Explanation Engine::explanation_of(const NativePaths &paths) {
+    return explain_walk(schemas_.openconfig_root(), trace_buffer_.snapshot(), paths.paths());
+}
+
+// Returns whether a replace stopped after its delete pass: what it brings is then still to be merged.
+bool Engine::walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths &paths) {
+    RequestTraits traits;
+    traits.kind = YMAP_REQ_EDIT_ONE_KEY; // an entry is edited by exactly one key
+    traits.trace = trace_;
+    traits.number_trace = explaining_;
+    Pass pass(traits, trace_buffer_);
+    paths.follow(&pass.context.hierarchy(), &trace_buffer_);
+    pass.check(walk_tree(pass, pass.requests.emplace_back(edit, replace_as_merge), paths));
+    return pass.context.replace_unfinished();
 }
 
 void Engine::walk_responses(Pass &pass, const NativePaths &paths, const Device &device, AnswerTree &answer) {

@@ -11,6 +11,8 @@
 
 #include "host/answer_schema.h"
 #include "host/data_tree.h"
+#include "host/edit.h"
+#include "host/explanation.h"
 #include "host/native_paths.h"
 #include "host/plugin.h"
 #include "host/request.h"
@@ -24,6 +26,7 @@ namespace yfw::host {
 class AnswerTree;
 class Device;
 class RequestContext;
+class RequestTree;
 
 struct Answer {
     DataTree data;                     // below /lldp; NULL when nothing was found
@@ -42,12 +45,23 @@ public:
     // Throws Error when the device cannot be read or the mapping fails.
     Answer read(const ReadRequest &request);
 
+    // The native edits that an OpenConfig edit comes down to, in order, on a device with this running
+    // configuration. Nothing is applied. Throws Error when the mapping refuses the edit.
+    std::vector<NativePath> map_edit(const EditNode &edit, DataTree running);
+
+    // What the plug-in does with a read or an edit, without reading or changing a device.
+    Explanation explain(const ReadRequest &request);
+    Explanation explain(const EditNode &edit, DataTree running);
+
 private:
     struct Pass;
 
     std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content);
     std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content, const Device &device);
     void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);
+    terrno walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths);
+    bool walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths &paths);
+    Explanation explanation_of(const NativePaths &paths);
     terrno walk_once(Pass &pass, const Selection &selection, NativePaths &paths);
     void walk_responses(Pass &pass, const NativePaths &paths, const Device &device, AnswerTree &answer);
 
@@ -58,6 +72,7 @@ private:
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;
+    bool explaining_ = false;
     std::mutex one_request_; // the plug-in's globals serve one request at a time
 };
 

@@ -12,6 +12,10 @@ std::string_view to_string(ErrorTag tag) {
         return "missing-element";
     case ErrorTag::bad_element:
         return "bad-element";
+    case ErrorTag::data_exists:
+        return "data-exists";
+    case ErrorTag::data_missing:
+        return "data-missing";
     case ErrorTag::resource_denied:
         return "resource-denied";
     case ErrorTag::operation_failed:

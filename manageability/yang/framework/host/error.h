@@ -15,6 +15,8 @@ enum class ErrorTag {
     unknown_element,
     missing_element,
     bad_element,
+    data_exists,
+    data_missing,
     resource_denied,
     operation_failed
 };

@@ -13,6 +13,21 @@ NativePaths::NativePaths() {
     root_.framework_private = this;
 }
 
+void NativePaths::follow(const NodeHierarchy *hierarchy, const platform::TraceBuffer *trace) {
+    hierarchy_ = hierarchy;
+    trace_ = trace;
+}
+
+// A leaf is not on the hierarchy: it is the source of what it adds.
+std::string NativePaths::origin_of(const tidl_yfw_datatree *source) const {
+    if (hierarchy_ == nullptr)
+        return "";
+    std::string origin = hierarchy_->instance_path();
+    const bool below = source != nullptr && source->name != nullptr &&
+                       (source->node_flags & YFW_NODE_CHILDREN_VALID) == 0 && !origin.ends_with(source->name);
+    return below ? origin + "/" + source->name : origin;
+}
+
 terrno NativePaths::add(tidl_yfw_datatree &parent, const AddArguments &arguments) {
     std::string path = arguments.path;
     if (path.empty() || path.front() != '/') // relative to a node that was returned before
@@ -26,6 +41,8 @@ terrno NativePaths::add(tidl_yfw_datatree &parent, const AddArguments &arguments
     added.operation = arguments.source != nullptr ? arguments.source->operation : 0u;
     added.list_entry = arguments.list_entry != 0;
     added.flags = arguments.flags;
+    added.origin = origin_of(arguments.source);
+    added.trace_lines = trace_ != nullptr ? trace_->written() : 0;
     if (arguments.slot != nullptr) {
         Handle &handle = handles_.emplace_back();
         handle.path = std::move(path);

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "host/node_hierarchy.h"
 #include "host/tree_owner.h"
+#include "platform/trace_buffer.h"
 
 namespace yfw::host {
 
@@ -19,6 +21,8 @@ struct NativePath {
     bool has_source;
     bool list_entry;
     uint32_t flags;
+    std::string origin;       // the OpenConfig node that the walk stood on; empty when it is not followed
+    uint64_t trace_lines = 0; // how many lines of the numbered trace there were; 0 when it is not followed
 };
 
 // The output tree of a request walk.
@@ -28,6 +32,9 @@ public:
 
     tidl_yfw_datatree *root() { return &root_; }
     const std::vector<NativePath> &paths() const { return paths_; }
+
+    // Notes with every path where the walk stands and how long the trace is. Borrows both; either may be NULL.
+    void follow(const NodeHierarchy *hierarchy, const platform::TraceBuffer *trace);
 
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
     tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
@@ -39,6 +46,10 @@ private:
         std::string path;
     };
 
+    std::string origin_of(const tidl_yfw_datatree *source) const;
+
+    const NodeHierarchy *hierarchy_ = nullptr;
+    const platform::TraceBuffer *trace_ = nullptr;
     tidl_yfw_datatree root_{};
     std::vector<NativePath> paths_;
     std::deque<Handle> handles_; // nodes that the plug-in was given

@@ -18,7 +18,13 @@ const tidl_yfw_datatree *find_child(const tidl_yfw_datatree &parent, std::string
 void NodeHierarchy::start(const tidl_yfw_datatree *root) {
     root_ = root;
     nodes_.clear();
+    pushed_last_.clear();
     current_list_entry_ = nullptr;
+}
+
+void NodeHierarchy::push(const tidl_yfw_datatree *node) {
+    nodes_.push_back(node);
+    pushed_last_ = nodes_;
 }
 
 void NodeHierarchy::pop(const tidl_yfw_datatree *node) {
@@ -61,8 +67,16 @@ bool NodeHierarchy::select_list_entry(std::string_view path) {
 }
 
 std::string NodeHierarchy::instance_path() const {
+    return path_of(nodes_);
+}
+
+std::string NodeHierarchy::last_standing() const {
+    return path_of(pushed_last_);
+}
+
+std::string NodeHierarchy::path_of(const std::vector<const tidl_yfw_datatree *> &nodes) {
     std::string path;
-    for (const tidl_yfw_datatree *node : nodes_) {
+    for (const tidl_yfw_datatree *node : nodes) {
         path.append("/").append(node->name);
         for (uint32_t i = 0; (node->node_flags & YFW_NODE_CHILDREN_VALID) != 0 && i < node->child_count; i++) {
             const tidl_yfw_datatree &child = node->children[i];

@@ -16,7 +16,7 @@ public:
     // Starts on a new tree.
     void start(const tidl_yfw_datatree *root);
 
-    void push(const tidl_yfw_datatree *node) { nodes_.push_back(node); }
+    void push(const tidl_yfw_datatree *node);
     // Pops the node and whatever was left above it; a node that is not there is ignored.
     void pop(const tidl_yfw_datatree *node);
 
@@ -33,9 +33,15 @@ public:
     // The path to where the walk stands, list entries with their keys.
     std::string instance_path() const;
 
+    // The path to the node that was pushed last, whether it was popped since or not.
+    std::string last_standing() const;
+
 private:
+    static std::string path_of(const std::vector<const tidl_yfw_datatree *> &nodes);
+
     const tidl_yfw_datatree *root_ = nullptr;
     std::vector<const tidl_yfw_datatree *> nodes_;
+    std::vector<const tidl_yfw_datatree *> pushed_last_; // with what was below it then
     const tidl_yfw_datatree *current_list_entry_ = nullptr;
 };
 

@@ -18,7 +18,7 @@ RequestContext::RequestContext(const RequestTraits &traits, void *error_log, voi
     context_.err_log_handle = error_log;
     context_.trc_log_handle = trace_log;
     context_.ltrace_handle = trace_buffer;
-    context_.trace_enabled = traits.trace && trace_buffer != nullptr ? 1 : 0;
+    context_.trace_enabled = (traits.trace || traits.number_trace) && trace_buffer != nullptr ? 1 : 0;
     context_.framework_private = this;
 }
 
@@ -44,6 +44,14 @@ void RequestContext::record_error_path() {
     error_path_ = hierarchy_.instance_path();
     if (request_.err_node_name != nullptr)
         error_path_.append("/").append(request_.err_node_name);
+}
+
+std::string RequestContext::error_path() const {
+    return !error_path_.empty() ? error_path_ : hierarchy_.last_standing();
+}
+
+std::string RequestContext::error_text() const {
+    return error_path_.empty() && request_.err_node_name != nullptr ? request_.err_node_name : "";
 }
 
 } // namespace yfw::host

@@ -16,7 +16,8 @@ struct RequestTraits {
     uint32_t kind = YMAP_REQ_GET;
     uint32_t content = YFW_CONTENT_ALL;
     bool selects_state = false;
-    bool trace = false; // debug log of level 3 and the trace buffer
+    bool trace = false;        // debug log of level 3 and the trace buffer
+    bool number_trace = false; // the trace buffer alone
 };
 
 // Lives for one pass of a request. Frees what the plug-in left in the context.
@@ -36,6 +37,8 @@ public:
     std::vector<yfw_map_itree_item> &entry_stack() { return entry_stack_; }
     std::vector<tidl_yfw_datatree *> &saved_output_entries() { return saved_output_entries_; }
     bool is_edit() const;
+    // Whether a replace stopped after its delete pass.
+    bool replace_unfinished() const { return request_.replace_marker != 0; }
 
     // Makes `node` the request's subtree at `path`, for the counters that look it up; NULL takes it away.
     void set_subtree(const char *path, const tidl_yfw_datatree *node);
@@ -44,8 +47,11 @@ public:
     std::vector<std::string> &trimmed_paths() { return trimmed_paths_; }
 
     void record_error_path();
-    // Where the plug-in failed; empty when it did not say.
-    const std::string &error_path() const { return error_path_; }
+    // Where the plug-in failed: what it recorded, else where the walk stood last.
+    std::string error_path() const;
+    // What the plug-in left as the failing node's name without recording a path: a message of its own; or
+    // empty.
+    std::string error_text() const;
 
 private:
     yfw_map_context context_{};

@@ -7,8 +7,29 @@
 
 namespace yfw::host {
 
+namespace {
+
+const lysc_type *real_type(const lysc_node *node) {
+    if ((node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) == 0)
+        return nullptr;
+    const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(node)->type;
+    return type->basetype == LY_TYPE_LEAFREF ? reinterpret_cast<const lysc_type_leafref *>(type)->realtype
+                                             : type;
+}
+
+bool is_identity(const lysc_node *node) {
+    const lysc_type *type = real_type(node);
+    return type != nullptr && type->basetype == LY_TYPE_IDENT;
+}
+
+} // namespace
+
 RequestTree::RequestTree(const Selection &selection) {
     fill(root_, selection);
+}
+
+RequestTree::RequestTree(const EditNode &edit, bool replace_as_merge) {
+    fill(root_, edit, replace_as_merge);
 }
 
 const char *RequestTree::copy(const char *text) {
@@ -25,21 +46,50 @@ tidl_yfw_datatree *RequestTree::allocate(size_t count) {
     return nodes;
 }
 
-void RequestTree::fill(tidl_yfw_datatree &to, const Selection &from) {
-    to.name = from.node->name;
-    to.ns = from.node->module->ns;
+void RequestTree::fill_node(tidl_yfw_datatree &to, const lysc_node *node,
+                            const std::optional<std::string> &value) {
+    to.name = node->name;
+    to.ns = node->module->ns;
     to.framework_private = this;
-    if (from.value.has_value()) {
-        to.value = copy(from.value->c_str());
-        to.node_flags |= YFW_NODE_HAS_VALUE;
-    }
-    if (from.children.empty())
+    if (!value.has_value())
+        return;
+    const size_t colon = is_identity(node) ? value->rfind(':') : std::string::npos;
+    to.value = copy(value->c_str() + (colon == std::string::npos ? 0 : colon + 1));
+}
+
+void RequestTree::make_children(tidl_yfw_datatree &to, size_t count) {
+    if (count == 0)
         return;
     to.node_flags |= YFW_NODE_CHILDREN_VALID;
-    to.children = allocate(from.children.size());
-    to.child_count = static_cast<uint32_t>(from.children.size());
+    to.children = allocate(count);
+    to.child_count = static_cast<uint32_t>(count);
+}
+
+void RequestTree::fill(tidl_yfw_datatree &to, const Selection &from) {
+    fill_node(to, from.node, from.value);
+    if (to.value != nullptr)
+        to.node_flags |= YFW_NODE_HAS_VALUE;
+    make_children(to, from.children.size());
     for (size_t i = 0; i < from.children.size(); i++)
         fill(to.children[i], from.children[i]);
+}
+
+// What is created is merged: that it was not there has been checked.
+void RequestTree::fill(tidl_yfw_datatree &to, const EditNode &from, bool replace_as_merge) {
+    fill_node(to, from.node, from.value);
+    if (from.operation == Operation::replace && !replace_as_merge)
+        to.operation = YFW_OP_REPLACE;
+    else if (from.operation == Operation::delete_existing)
+        to.operation = YFW_OP_DELETE;
+    else if (from.operation == Operation::remove)
+        to.operation = YFW_OP_REMOVE;
+    std::vector<const EditNode *> children;
+    for (const EditNode &child : from.children)
+        if (child.is_key() || !child.value.has_value() || child.operation != Operation::none)
+            children.push_back(&child); // a leaf that nothing happens to is left out
+    make_children(to, children.size());
+    for (size_t i = 0; i < children.size(); i++)
+        fill(to.children[i], *children[i], replace_as_merge);
 }
 
 // The children stay contiguous, so they move; the old ones stay readable for whoever still walks them.

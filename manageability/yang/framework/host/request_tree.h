@@ -1,9 +1,10 @@
-// A read request as the data tree that the plug-in walks.
+// A request as the data tree that the plug-in walks.
 #ifndef YFW_HOST_REQUEST_TREE_H
 #define YFW_HOST_REQUEST_TREE_H
 
 #include <memory_resource>
 
+#include "host/edit.h"
 #include "host/request.h"
 #include "host/tree_owner.h"
 
@@ -12,8 +13,10 @@ namespace yfw::host {
 // Takes what the plug-in adds to the request: list keys that a read did not name.
 class RequestTree final : public TreeOwner {
 public:
-    // Texts are copied.
+    // Texts are copied. Identity values lose their module's name: the plug-in knows them without.
     explicit RequestTree(const Selection &selection);
+    // `replace_as_merge`: what was replaced is given as merged.
+    RequestTree(const EditNode &edit, bool replace_as_merge);
 
     const tidl_yfw_datatree *root() const { return &root_; }
 
@@ -24,7 +27,10 @@ public:
 private:
     const char *copy(const char *text);
     tidl_yfw_datatree *allocate(size_t count);
+    void fill_node(tidl_yfw_datatree &to, const lysc_node *node, const std::optional<std::string> &value);
+    void make_children(tidl_yfw_datatree &to, size_t count);
     void fill(tidl_yfw_datatree &to, const Selection &from);
+    void fill(tidl_yfw_datatree &to, const EditNode &from, bool replace_as_merge);
 
     std::pmr::monotonic_buffer_resource memory_;
     tidl_yfw_datatree root_{};

@@ -14,6 +14,10 @@ constexpr const char *openconfig_module = "openconfig-lldp";
 // Its identities are values only when it is implemented, not merely imported.
 constexpr const char *openconfig_types_module = "openconfig-lldp-types";
 
+// libyang knows the edit attributes of RFC 6241 section 7.2 as soon as there is a module of this name.
+constexpr const char *operation_module = "module ietf-netconf { yang-version 1.1;"
+                                         " namespace \"urn:ietf:params:xml:ns:netconf:base:1.0\"; prefix nc; feature xpath; }";
+
 void load(ly_ctx *context, const char *module, const std::filesystem::path &dir) {
     if (!std::filesystem::is_directory(dir))
         throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
@@ -41,6 +45,8 @@ Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem:
     if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &context) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", "the YANG library could not be started");
     context_.reset(context);
+    if (lys_parse_mem(context, operation_module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "ietf-netconf", take_yang_error(context));
     for (const char *module : native_modules)
         load(context, module, native_dir);
     load(context, openconfig_module, openconfig_dir);

@@ -1,0 +1,55 @@
+#include "host/callback_names.h"
+
+namespace yfw::host {
+namespace {
+
+constexpr std::string_view prefix = "ymap_oq_oclldp_openconfiglldp_";
+
+std::string without_hyphens(std::string_view name) {
+    std::string text;
+    for (const char c : name)
+        if (c != '-')
+            text += c;
+    return text;
+}
+
+const char *kind_of(const lysc_node *node) {
+    switch (node->nodetype) {
+    case LYS_CONTAINER:
+        return "cont";
+    case LYS_LIST:
+        return "list";
+    default:
+        return "leaf";
+    }
+}
+
+std::string words_of(const lysc_node *node) {
+    std::string words = "lldp";
+    if (node->parent == nullptr)
+        return words;
+    if (node->parent->parent != nullptr)
+        words += "_" + without_hyphens(node->parent->name);
+    return words + "_" + without_hyphens(node->name);
+}
+
+} // namespace
+
+CallbackNames::CallbackNames(const lysc_node *top) {
+    add(top);
+}
+
+void CallbackNames::add(const lysc_node *node) {
+    const std::string words = words_of(node);
+    char &level = next_level_.try_emplace(std::string(kind_of(node)) + words, 'a').first->second;
+    walkers_.emplace(std::string(prefix) + "lvl" + level++ + "_" + words, node);
+    for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next)
+        add(child);
+}
+
+const lysc_node *CallbackNames::node_of_walker(std::string_view function) const {
+    const auto found = walkers_.find(function);
+    return found != walkers_.end() ? found->second : nullptr;
+}
+
+} // namespace yfw::host

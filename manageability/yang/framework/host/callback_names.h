@@ -1,0 +1,36 @@
+// The names of the plug-in's OpenConfig walkers, by the nodes that they walk.
+#ifndef YFW_HOST_CALLBACK_NAMES_H
+#define YFW_HOST_CALLBACK_NAMES_H
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include <libyang/libyang.h>
+
+namespace yfw::host {
+
+// Names follow the model: a level letter (which of the nodes of this kind, parent and name it is, in the order
+// of the model), the parent's name and the node's own, without hyphens.
+class CallbackNames {
+public:
+    explicit CallbackNames(const lysc_node *top);
+
+    // The node that a walker is for; NULL for a function that is no walker.
+    const lysc_node *node_of_walker(std::string_view function) const;
+
+private:
+    void add(const lysc_node *node);
+
+    struct Hash {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+    };
+    std::map<std::string, char> next_level_;
+    std::unordered_map<std::string, const lysc_node *, Hash, std::equal_to<>> walkers_;
+};
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,75 @@
+// A device whose configuration can be changed: its running configuration is the last commit, its state comes
+// from a source.
+#ifndef YFW_HOST_CONFIGURED_DEVICE_H
+#define YFW_HOST_CONFIGURED_DEVICE_H
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "datastore/datastore.h"
+#include "host/engine.h"
+#include "sources/native_source.h"
+
+namespace yfw::host {
+
+// Reads through to the last commit, or to the source's own configuration before the first one. Borrows the
+// source.
+class ConfiguredSource final : public sources::NativeSource {
+public:
+    // A store that is not there yet counts as empty and is not made by reading.
+    ConfiguredSource(const Schemas &schemas, sources::NativeSource &source, std::filesystem::path store)
+        : schemas_(schemas), source_(source), store_(std::move(store)) {}
+
+    DataTree read(const ly_ctx *context) override;
+
+    // The source's own configuration.
+    DataTree recorded_configuration();
+
+    const std::filesystem::path &store() const { return store_; }
+
+private:
+    const Schemas &schemas_;
+    sources::NativeSource &source_;
+    std::filesystem::path store_;
+};
+
+// Who changes what, and why.
+struct CommitNote {
+    std::string who;
+    std::string comment;
+};
+
+// Commits edits. Everything is borrowed.
+class Editor {
+public:
+    Editor(const Schemas &schemas, ConfiguredSource &source, Engine &engine)
+        : schemas_(schemas), source_(source), engine_(engine) {}
+
+    // The native difference that the edit would make; nothing is written. Throws Error.
+    std::string try_edit(const EditNode &edit);
+
+    // Applies the edit as one commit, or not at all. Nothing when the edit changes nothing. Throws Error.
+    std::optional<datastore::Commit> edit(const EditNode &edit, const CommitNote &note);
+
+    // Makes the configuration of a commit the running one again, as a new commit. Nothing when it is that
+    // already.
+    std::optional<datastore::Commit> rollback(int64_t number, const CommitNote &note);
+
+    // Called at each step of a commit.
+    void on_step(std::function<void(datastore::Step)> observer) { observer_ = std::move(observer); }
+
+private:
+    // The configuration after `edit`, made of a copy of `running`.
+    DataTree changed(const EditNode &edit, const lyd_node *running);
+    void ensure_first_commit(datastore::Datastore &store);
+
+    const Schemas &schemas_;
+    ConfiguredSource &source_;
+    Engine &engine_;
+    std::function<void(datastore::Step)> observer_;
+};
+
+} // namespace yfw::host
+
+#endif

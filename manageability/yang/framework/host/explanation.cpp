@@ -1,0 +1,103 @@
+#include "host/explanation.h"
+
+#include <algorithm>
+
+#include "host/callback_names.h"
+#include "host/path.h"
+
+namespace yfw::host {
+namespace {
+
+// "#12: TRC: function:34 ctx=0x55d0,message"
+struct TraceLine {
+    std::string function;
+    std::string message;
+};
+
+TraceLine parse_line(const std::string &line) {
+    const size_t tag = line.find(": ");
+    const size_t name = line.find(": ", tag + 2);
+    const size_t end = line.find(':', name + 2);
+    const size_t comma = line.find(',', end);
+    if (name == std::string::npos || end == std::string::npos || comma == std::string::npos)
+        return {};
+    return {line.substr(name + 2, end - name - 2), line.substr(comma + 1)};
+}
+
+// Follows which callbacks are running.
+class Replay {
+public:
+    Replay(const lysc_node *root, Explanation &into) : names_(root), into_(into) {}
+
+    void line(const std::string &text) {
+        const TraceLine line = parse_line(text);
+        if (line.message == "Start")
+            enter(line.function);
+        else if (std::find_if(running_.begin(), running_.end(), [&](const Running &call) {
+                     return call.function == line.function;
+                 }) != running_.end())
+            leave_until(line.function, line.message == "End");
+        else if (line.message == "End" && !running_.empty())
+            note_callback(line.function); // a do-nothing callback writes no more than this
+    }
+
+    void path(const NativePath &path) {
+        if (!running_.empty() && running_.back().row != no_row)
+            into_[running_.back().row].paths.push_back(path);
+    }
+
+private:
+    static constexpr size_t no_row = SIZE_MAX;
+
+    struct Running {
+        std::string function;
+        size_t row; // of the node whose callback runs
+    };
+
+    void enter(const std::string &function) {
+        if (const lysc_node *node = names_.node_of_walker(function)) {
+            into_.push_back({schema_path(node), {}, {}});
+            running_.push_back({function, into_.size() - 1});
+            return;
+        }
+        note_callback(function);
+        running_.push_back({function, running_.empty() ? no_row : running_.back().row});
+    }
+
+    void note_callback(const std::string &function) {
+        if (!running_.empty() && running_.back().row != no_row &&
+            function.find("parse_augments") == std::string::npos)
+            into_[running_.back().row].callbacks.push_back(function);
+    }
+
+    // Some callbacks return without an exit trace.
+    void leave_until(const std::string &function, bool ends) {
+        while (running_.back().function != function)
+            running_.pop_back();
+        if (ends)
+            running_.pop_back();
+    }
+
+    CallbackNames names_;
+    Explanation &into_;
+    std::vector<Running> running_;
+};
+
+} // namespace
+
+Explanation explain_walk(const lysc_node *openconfig_root, const std::vector<std::string> &trace,
+                         const std::vector<NativePath> &paths) {
+    Explanation explanation;
+    Replay replay(openconfig_root, explanation);
+    size_t next = 0;
+    for (size_t i = 0; i < trace.size(); i++) {
+        while (next < paths.size() && paths[next].trace_lines <= i)
+            replay.path(paths[next++]);
+        replay.line(trace[i]);
+    }
+    while (next < paths.size())
+        replay.path(paths[next++]);
+    return explanation;
+}
+
+} // namespace yfw::host

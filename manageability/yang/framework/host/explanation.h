@@ -1,0 +1,30 @@
+// What the plug-in did with a request: node by node, callback by callback.
+#ifndef YFW_HOST_EXPLANATION_H
+#define YFW_HOST_EXPLANATION_H
+
+#include <string>
+#include <vector>
+
+#include <libyang/libyang.h>
+
+#include "host/native_paths.h"
+
+namespace yfw::host {
+
+// One call of a node's callback.
+struct ExplainedNode {
+    std::string openconfig;             // the node's schema path
+    std::vector<std::string> callbacks; // the node's callback and those that it called, in order
+    std::vector<NativePath> paths;      // what they added, in order
+};
+
+using Explanation = std::vector<ExplainedNode>;
+
+// Puts the numbered trace of a request walk and the native paths that came out of it together. `trace`: every
+// line of the walk; `paths` know how many lines there were when they were added.
+Explanation explain_walk(const lysc_node *openconfig_root, const std::vector<std::string> &trace,
+                         const std::vector<NativePath> &paths);
+
+} // namespace yfw::host
+
+#endif
