@@ -5,18 +5,11 @@
 #include <memory>
 
 #include "frontends/cli/print.h"
-#include "host/engine.h"
+#include "frontends/cli/session.h"
 #include "host/path.h"
-#include "sources/file/file_source.h"
 
 namespace yfw::cli {
 namespace {
-
-sources::FileSource open_device(const DeviceOptions &options) {
-    if (!options.native_files.empty())
-        return sources::FileSource(options.native_files);
-    return sources::FileSource::of_device(options.device);
-}
 
 host::ReadRequest read_request(const host::Schemas &schemas, const GetOptions &options) {
     host::ReadRequest request;
@@ -28,7 +21,7 @@ host::ReadRequest read_request(const host::Schemas &schemas, const GetOptions &o
 
 // The process ends when the command does. What is large is left to the operating system then, which takes it
 // back at once; node by node that takes as long as a good part of the read.
-template <class T> const T &until_exit(std::unique_ptr<T> object) {
+template <class T> T &until_exit(std::unique_ptr<T> object) {
     static T *kept = nullptr;
     kept = object.release();
     return *kept;
@@ -37,17 +30,13 @@ template <class T> const T &until_exit(std::unique_ptr<T> object) {
 } // namespace
 
 void run_get(const DeviceOptions &device, const GetOptions &get) {
-    const auto &schemas =
-        until_exit(std::make_unique<host::Schemas>(device.native_models, device.openconfig_models));
-    const host::ReadRequest request = read_request(schemas, get);
-    sources::FileSource source = open_device(device);
-    host::Engine engine(schemas, source, device.plugin);
-    engine.set_trace(device.trace);
-    const auto &answer = until_exit(std::make_unique<host::Answer>(engine.read(request)));
+    Session &session = until_exit(std::make_unique<Session>(device));
+    const host::ReadRequest request = read_request(session.schemas, get);
+    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(session.engine.read(request)));
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << warning << '\n';
     prepare_output(stdout);
-    print_data(stdout, schemas, answer.data.get(), get.format);
+    print_data(stdout, session.schemas, answer.data.get(), get.format);
 }
 
 } // namespace yfw::cli

@@ -6,6 +6,11 @@
 #include <CLI/CLI.hpp>
 
 #include "frontends/cli/commands.h"
+#include "frontends/cli/device_options.h"
+#include "frontends/cli/edit_command.h"
+#include "frontends/cli/explain_command.h"
+#include "frontends/cli/history_command.h"
+#include "frontends/cli/topology_command.h"
 #include "host/error.h"
 
 namespace {
@@ -24,24 +29,6 @@ Examples:
   yfw get /lldp --native config.xml --native oper.json
 )";
 
-void add_device_options(CLI::App &command, cli::DeviceOptions &options) {
-    options.device = YFW_EXAMPLES_DIR "/r1";
-    options.openconfig_models = YFW_MODELS_DIR;
-    options.native_models = YFW_MODELS_DIR;
-    options.plugin = YFW_PLUGIN_LIBRARY;
-    auto *native = command.add_option("--native", options.native_files,
-                                      "File of native instance data, XML or JSON; may be repeated");
-    native->option_text("FILE");
-    native->allow_extra_args(false);
-    command.add_option("--device", options.device, "Directory of a recorded device; default: the shipped r1")
-        ->option_text("DIR")
-        ->excludes(native);
-    command.add_option("--models", options.openconfig_models, "Use the OpenConfig modules of this directory")
-        ->option_text("DIR");
-    command.add_option("--plugin", options.plugin, "The mapping plug-in to load")->option_text("FILE");
-    command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
-}
-
 void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options) {
     CLI::App *get = app.add_subcommand("get", "Read OpenConfig data from a device");
     get->footer(get_examples);
@@ -58,7 +45,7 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     get->add_option("--format", options.format, "json (the default) or xml")
         ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case))
         ->option_text("FORMAT");
-    add_device_options(*get, device);
+    cli::add_device_options(*get, device);
     get->callback([&] { cli::run_get(device, options); });
 }
 
@@ -80,10 +67,14 @@ int main(int argc, char **argv) {
     CLI::App app{"OpenConfig LLDP for devices that speak native models", "yfw"};
     app.require_subcommand(1);
     app.set_version_flag("--version", "yfw " YFW_VERSION);
-    app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n");
+    app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n  yfw topology\n");
     cli::DeviceOptions device;
     cli::GetOptions get;
     add_get(app, device, get);
+    cli::add_edit_commands(app, device);
+    cli::add_history_commands(app, device);
+    cli::add_explain(app, device);
+    cli::add_topology(app, device);
     try {
         app.parse(argc, argv);
         return 0;

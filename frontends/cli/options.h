@@ -19,6 +19,7 @@ struct DeviceOptions {
     std::filesystem::path openconfig_models;
     std::filesystem::path native_models;
     std::filesystem::path plugin;
+    std::filesystem::path store; // empty: by the device's name
     bool trace = false;
 };
 

@@ -1,0 +1,28 @@
+#include "frontends/cli/device_options.h"
+
+namespace yfw::cli {
+
+void add_device_options(CLI::App &command, DeviceOptions &options) {
+    options.device = YFW_EXAMPLES_DIR "/r1";
+    options.openconfig_models = YFW_MODELS_DIR;
+    options.native_models = YFW_MODELS_DIR;
+    options.plugin = YFW_PLUGIN_LIBRARY;
+    auto *native = command.add_option("--native", options.native_files,
+                                      "File of native instance data, XML or JSON; may be repeated");
+    native->option_text("FILE");
+    native->allow_extra_args(false);
+    command.add_option("--device", options.device, "Directory of a recorded device; default: the shipped r1")
+        ->option_text("DIR")
+        ->excludes(native);
+    command
+        .add_option(
+            "--store", options.store,
+            "File of the device's commits; default: one in the user's state directory, by the device's path")
+        ->option_text("FILE");
+    command.add_option("--models", options.openconfig_models, "Use the OpenConfig modules of this directory")
+        ->option_text("DIR");
+    command.add_option("--plugin", options.plugin, "The mapping plug-in to load")->option_text("FILE");
+    command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
+}
+
+} // namespace yfw::cli
