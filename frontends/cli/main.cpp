@@ -1,7 +1,9 @@
 // yfw: OpenConfig LLDP from the command line.
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <map>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
@@ -61,6 +63,11 @@ int report(const host::Error &error, bool trace) {
     return error.status() != 0 ? exit_failed : exit_refused;
 }
 
+std::string one_line(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -79,8 +86,10 @@ int main(int argc, char **argv) {
         app.parse(argc, argv);
         return 0;
     } catch (const CLI::ParseError &error) {
-        const int status = app.exit(error);
-        return status == 0 ? 0 : exit_refused;
+        if (error.get_exit_code() == 0) // help or version
+            return app.exit(error);
+        std::cerr << "yfw: " << one_line(error.what()) << " (see yfw --help)\n";
+        return exit_refused;
     } catch (const host::Error &error) {
         return report(error, device.trace);
     } catch (const std::exception &error) {

@@ -37,6 +37,23 @@ bool select_child(const Selections &selections, const lysc_node *schema, Selecti
     return selected;
 }
 
+// RFC 3629. The plug-in cuts long texts by bytes, perhaps within a character.
+bool is_utf8(const char *text) {
+    const auto *at = reinterpret_cast<const unsigned char *>(text);
+    while (*at != 0) {
+        const unsigned char first = *at++;
+        const int more = first < 0x80 ? 0 : first >= 0xc2 && first < 0xe0 ? 1 : first >= 0xe0 && first < 0xf0 ? 2
+                         : first >= 0xf0 && first < 0xf5                    ? 3
+                                                                            : -1;
+        if (more < 0)
+            return false;
+        for (int i = 0; i < more; i++)
+            if ((*at++ & 0xc0) != 0x80)
+                return false;
+    }
+    return true;
+}
+
 class Writer {
 public:
     Writer(Content content, std::vector<std::string> &warnings) : content_(content), warnings_(warnings) {}
@@ -91,11 +108,16 @@ private:
         if (!wanted_content(schema.schema))
             return;
         const lysc_node *node = schema.schema;
-        if (lyd_new_term(to, node->module, node->name, text, 0, nullptr) != LY_SUCCESS)
+        if (!is_utf8(text))
+            warnings_.push_back(place(to, node->name) + ": a value that is no UTF-8 text is left out");
+        else if (lyd_new_term(to, node->module, node->name, text, 0, nullptr) != LY_SUCCESS)
             warn(to, node->name, text);
     }
 
-    void container(const AnswerEntry &entry, const Selections &selections, lyd_node *to) {
+    void container(const AnswerEntry &entry, const Selections &asked, lyd_node *to) {
+        Selections selections;
+        if (!match_entry(entry, asked, selections))
+            return;
         const lysc_node *schema = entry.schema->schema;
         lyd_node *node = nullptr;
         if (lyd_new_inner(to, schema->module, schema->name, 0, &node) != LY_SUCCESS)
@@ -158,11 +180,18 @@ private:
     }
 
     // An entry that holds nothing but its keys is an answer to who asked for it whole, or for a key.
-    static bool wants_keys(const Selection *selection) {
-        const auto &children = selection->children;
-        return !selection->selects_below() ||
-               std::any_of(children.begin(), children.end(),
-                           [](const Selection &child) { return child.is_key() && !child.only_narrows(); });
+    bool wants_keys(const Selections &selections) const {
+        if (selections.empty())
+            return content_ == Content::all;
+        return std::any_of(selections.begin(), selections.end(), [&](const Selection *selection) {
+            return (content_ == Content::all && !selection->selects_below()) || names_wanted_key(*selection);
+        });
+    }
+
+    bool names_wanted_key(const Selection &selection) const {
+        return std::any_of(selection.children.begin(), selection.children.end(), [&](const Selection &child) {
+            return child.is_key() && !child.only_narrows() && wanted_content(child.node);
+        });
     }
 
     void list_entry(const AnswerEntry &entry, const AnswerNode &schema, const Selections &selections,
@@ -173,9 +202,7 @@ private:
         const lyd_node *last_key = lyd_child(node)->prev;
         children(entry, selections, node);
         const bool keys_only = last_key->next == nullptr;
-        const bool keys_wanted =
-            selections.empty() || std::any_of(selections.begin(), selections.end(), wants_keys);
-        if (keys_only && (!keys_wanted || content_ != Content::all))
+        if (keys_only && !wants_keys(selections))
             lyd_free_tree(node);
     }
 
@@ -190,6 +217,10 @@ private:
                                     schema.keys[i]->schema->name + "\" is left out");
                 return nullptr;
             }
+        }
+        if (std::any_of(std::begin(keys), std::end(keys), [](const char *key) { return key != nullptr && !is_utf8(key); })) {
+            warnings_.push_back(place(to, node->name) + ": an entry whose key is no UTF-8 text is left out");
+            return nullptr;
         }
         lyd_node *made = nullptr;
         if (lyd_new_list(to, node->module, node->name, 0, &made, keys[0], keys[1], keys[2]) == LY_SUCCESS)

@@ -117,12 +117,29 @@ const AnswerNode *AnswerTree::resolve(tidl_yfw_datatree &parent, std::string_vie
     return schema_.find(path);
 }
 
+// An entry of a list with one key is found by the value that its key has now.
+void AnswerTree::index_key(AnswerEntry &entry, const char *before, const char *now) {
+    if (entry.schema->keys.size() != 1)
+        return;
+    const AnswerList *list = entry.parent->slots[entry.schema->index].list;
+    if (before != nullptr) {
+        const auto old = entries_by_key_.find({list, before});
+        if (old != entries_by_key_.end() && old->second == &entry)
+            entries_by_key_.erase(old);
+    }
+    entries_by_key_.emplace(EntryKey{list, now}, &entry);
+}
+
 // An add without a value keeps what is there.
 const char **AnswerTree::set_value(AnswerEntry &parent, const AnswerNode &target, const char *value) {
     AnswerSlot &slot = parent.slots[target.index];
     if (target.is_leaf()) {
-        if (value != nullptr)
+        if (value != nullptr) {
+            const char *before = slot.text;
             slot.text = copy(value);
+            if (target.is_key)
+                index_key(parent, before, slot.text);
+        }
         return &slot.text;
     }
     if (value == nullptr)

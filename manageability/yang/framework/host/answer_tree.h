@@ -94,6 +94,7 @@ private:
     AnswerEntry &reach(AnswerEntry &start, const AnswerNode &schema);
     AnswerEntry &start_for(tidl_yfw_datatree &parent, const AnswerNode &target);
     const AnswerNode *resolve(tidl_yfw_datatree &parent, std::string_view path) const;
+    void index_key(AnswerEntry &entry, const char *before, const char *now);
     const char **set_value(AnswerEntry &parent, const AnswerNode &target, const char *value);
     tidl_yfw_datatree *hand_out(const char **text, const AnswerNode &target);
 

@@ -95,6 +95,7 @@ struct Engine::Pass {
     RequestContext context;
     MappingLog log;
     std::deque<RequestTree> requests; // kept: errors name their nodes
+    uint32_t nodes = 0;               // of the native response
 
     Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
         : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer),
@@ -111,7 +112,8 @@ struct Engine::Pass {
 
 Engine::Engine(const Schemas &schemas, sources::NativeSource &source,
                const std::filesystem::path &plugin_library)
-    : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()), plugin_(plugin_library),
+    : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()),
+      plugin_library_(plugin_library), plugin_(std::make_unique<Plugin>(plugin_library)),
       trace_buffer_(trace_lines_kept) {}
 
 Answer Engine::read(const ReadRequest &request) {
@@ -145,6 +147,7 @@ std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
     auto answer = std::make_unique<AnswerTree>(answer_schema_);
     walk_responses(pass, paths, device, *answer);
     answer->qualify_identities(schemas_.context());
+    sums_may_be_left_ = pass.nodes > 1;
     return answer;
 }
 
@@ -168,8 +171,9 @@ terrno Engine::walk_once(Pass &pass, const Selection &selection, NativePaths &pa
 
 terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths) {
     terrno first = YMAP_OK;
-    for (const yfw_map_callback root : request_roots(plugin_)) {
+    for (const yfw_map_callback root : request_roots(*plugin_)) {
         pass.context.hierarchy().start(request.root());
+        pass.log.begin_walk();
         const terrno status = root(pass.context.handle(), request.root(), paths.root());
         first = first != YMAP_OK ? first : status;
     }
@@ -238,15 +242,18 @@ void Engine::walk_responses(Pass &pass, const NativePaths &paths, const Device &
     NativeSelection selection(schemas_);
     for (const NativePath &path : paths.paths())
         selection.add(path);
-    for (const yfw_map_registration &tree : plugin_.trees()) {
+    for (const yfw_map_registration &tree : plugin_->trees()) {
         const lysc_node *top = schemas_.native_root(tree.native_ns, tree.native_top);
         const SelectedNode *selected = selection.tree(top);
         const lyd_node *data = device.top(top);
         if (selected == nullptr || data == nullptr)
             continue;
         const NativeResponse response(data, *selected);
+        pass.log.begin_walk();
         pass.context.hierarchy().start(response.root());
-        pass.context.set_subtree("/lldp/nodes", find_child(*response.root(), "nodes"));
+        const tidl_yfw_datatree *nodes = find_child(*response.root(), "nodes");
+        pass.nodes = std::max(pass.nodes, nodes != nullptr ? nodes->child_count : 0u);
+        pass.context.set_subtree("/lldp/nodes", nodes);
         pass.check(tree.native_to_oc(pass.context.handle(), response.root(), answer.root()));
         pass.context.set_subtree(nullptr, nullptr);
     }

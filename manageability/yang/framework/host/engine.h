@@ -58,6 +58,7 @@ private:
 
     std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content);
     std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content, const Device &device);
+    void start_plugin_anew();
     void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);
     terrno walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths);
     bool walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths &paths);
@@ -68,7 +69,9 @@ private:
     const Schemas &schemas_;
     sources::NativeSource &source_;
     AnswerSchema answer_schema_;
-    Plugin plugin_;
+    std::filesystem::path plugin_library_;
+    std::unique_ptr<Plugin> plugin_;
+    bool sums_may_be_left_ = false; // in the plug-in, by a response that ended early
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;

@@ -20,6 +20,9 @@ public:
     // The text of the last error line, without what comes before the message; empty when there was none.
     const std::string &last_error() const { return last_error_; }
 
+    // Forgets the last error: another walk begins.
+    void begin_walk() { last_error_.clear(); }
+
 private:
     platform::LogSink before_;
     std::string last_error_;

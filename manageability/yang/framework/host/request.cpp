@@ -132,7 +132,7 @@ std::vector<Selection> split_by_selected_node(const Selection &root) {
         for (Selection &part : split_by_selected_node(child)) {
             Selection tree{root.node, root.value, {}, false};
             for (const Selection &other : root.children)
-                if (other.value.has_value())
+                if (other.value.has_value() && &other != &child)
                     tree.children.push_back(other);
             tree.children.push_back(std::move(part));
             trees.push_back(std::move(tree));

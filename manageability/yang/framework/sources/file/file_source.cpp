@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 
 #include "host/error.h"
@@ -57,6 +58,9 @@ DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     DataTree tree(data);
     if (status != LY_SUCCESS)
         fail(file, host::take_yang_error(context));
+    for (const lyd_node *top = data; top != nullptr; top = top->next)
+        if (std::string_view(top->schema->module->name).starts_with("openconfig-"))
+            fail(file, std::string("holds data of ") + top->schema->module->name + ": native data is expected");
     return tree;
 }
 

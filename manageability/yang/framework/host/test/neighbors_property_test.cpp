@@ -1,0 +1,272 @@
+// What holds for every table of neighbors that a device may report. The seeds are fixed.
+#include <algorithm>
+#include <cstdlib>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "data_texts.h"
+#include "host/error.h"
+#include "neighbor_tables.h"
+#include "test_device.h"
+
+namespace yfw::host::test {
+namespace {
+
+const lyd_node *child(const lyd_node *parent, std::string_view name) {
+    const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr;
+    while (node != nullptr && name != node->schema->name)
+        node = node->next;
+    return node;
+}
+
+// The entries of the list `name` below `parent`.
+std::vector<const lyd_node *> entries(const lyd_node *parent, std::string_view name) {
+    std::vector<const lyd_node *> found;
+    for (const lyd_node *node = child(parent, name); node != nullptr; node = node->next)
+        if (name == node->schema->name)
+            found.push_back(node);
+    return found;
+}
+
+std::string key_of(const lyd_node *entry) {
+    return lyd_get_value(lyd_child(entry));
+}
+
+std::vector<const lyd_node *> interfaces_of(const lyd_node *answer) {
+    return entries(child(answer, "interfaces"), "interface");
+}
+
+std::vector<const lyd_node *> neighbors_of(const lyd_node *interface) {
+    return entries(child(interface, "neighbors"), "neighbor");
+}
+
+// All neighbors, as often as they are there.
+std::multiset<NeighborKey> neighbors_in(const lyd_node *answer) {
+    std::multiset<NeighborKey> found;
+    for (const lyd_node *interface : interfaces_of(answer))
+        for (const lyd_node *neighbor : neighbors_of(interface))
+            found.emplace(key_of(interface), key_of(neighbor));
+    return found;
+}
+
+Lines subtree(const lyd_node *entry) {
+    // leaves() goes on to the siblings; a copy has none.
+    lyd_node *copy = nullptr;
+    lyd_dup_single(entry, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS, &copy);
+    while (copy != nullptr && lyd_parent(copy) != nullptr)
+        copy = lyd_parent(copy);
+    const DataTree owner(copy);
+    return leaves(copy);
+}
+
+// The lines of one interface's entry; of its neighbor `id`, if given. Empty when there is none.
+Lines held_for(const lyd_node *answer, const std::string &interface, const Text &id = {}) {
+    for (const lyd_node *entry : interfaces_of(answer)) {
+        if (key_of(entry) != interface)
+            continue;
+        if (!id.has_value())
+            return subtree(entry);
+        for (const lyd_node *neighbor : neighbors_of(entry))
+            if (key_of(neighbor) == *id)
+                return subtree(neighbor);
+    }
+    return {};
+}
+
+std::string entry_path(const std::string &interface) {
+    return "/lldp/interfaces/interface[name=" + quoted(interface) + "]";
+}
+
+std::string neighbor_path(const NeighborKey &key) {
+    return entry_path(key.first) + "/neighbors/neighbor[id=" + quoted(key.second) + "]";
+}
+
+class EveryTable : public testing::TestWithParam<unsigned> {
+protected:
+    void SetUp() override {
+        std::mt19937 random(GetParam());
+        table = random_table(random, 45);
+        device.source.xml = table.xml();
+        whole = device.engine.read(request({"/lldp"}));
+    }
+
+    Answer read(const std::string &asked) { return device.engine.read(request({asked})); }
+
+    DeviceUnderTest device;
+    Table table;
+    Answer whole;
+};
+
+// Keys that the mapping shortens are left alone where the cut goes through a character.
+TEST_P(EveryTable, HasEachNeighborOnceUnderItsInterface) {
+    const std::multiset<NeighborKey> found = neighbors_in(whole.data.get());
+    for (const auto &[key, announcements] : neighbor_keys(table))
+        EXPECT_TRUE(found.count(key) == 1 || ends_inside_a_character(key.second))
+            << found.count(key) << " of " << key.first << " " << key.second;
+}
+
+TEST_P(EveryTable, HasNoNeighborThatTheDeviceDoesNotHave) {
+    const std::map<NeighborKey, int> keys = neighbor_keys(table);
+    for (const NeighborKey &key : neighbors_in(whole.data.get()))
+        EXPECT_TRUE(keys.contains(key)) << key.first << " " << key.second;
+}
+
+TEST_P(EveryTable, GivesForAnInterfaceWhatTheWholeReadHoldsForIt) {
+    std::set<std::string> names = {"no such interface"};
+    for (const lyd_node *interface : interfaces_of(whole.data.get()))
+        names.insert(key_of(interface));
+    for (const std::string &name : names) {
+        const Answer keyed = read(entry_path(name));
+        EXPECT_TRUE(same(leaves(keyed.data.get()), held_for(whole.data.get(), name))) << name;
+    }
+}
+
+// What an id of several announcements, or of another device's part before the "#", is answered with is the
+// mapping's own affair: there it need only be an answer to what was asked.
+TEST_P(EveryTable, GivesForANeighborWhatTheWholeReadHoldsForIt) {
+    int compared = 0;
+    for (const auto &[key, announcements] : neighbor_keys(table)) {
+        if (ends_inside_a_character(key.second))
+            continue;
+        const Answer keyed = read(neighbor_path(key));
+        if (meets_its_own_alone(table, key.second, key.first)) {
+            EXPECT_TRUE(same(leaves(keyed.data.get()), held_for(whole.data.get(), key.first, key.second)))
+                << key.first << " " << key.second;
+            compared++;
+        }
+        for (const NeighborKey &found : neighbors_in(keyed.data.get()))
+            EXPECT_EQ(found, key) << "answers a read of " << key.first << " " << key.second;
+    }
+    EXPECT_GT(compared, 3);
+}
+
+TEST_P(EveryTable, GivesForANeighborOnAnyInterfaceWhatTheWholeReadHoldsForIt) {
+    for (const auto &[key, announcements] : neighbor_keys(table)) {
+        if (ends_inside_a_character(key.second) || !meets_its_own_alone(table, key.second))
+            continue;
+        const Answer keyed =
+            read("/lldp/interfaces/interface/neighbors/neighbor[id=" + quoted(key.second) + "]");
+        EXPECT_TRUE(same(leaves(keyed.data.get()), held_for(whole.data.get(), key.first, key.second)))
+            << key.first << " " << key.second;
+    }
+}
+
+void expect_to_be_read_back(const lyd_node *answer, LYD_FORMAT format) {
+    char *printed = nullptr;
+    ASSERT_EQ(lyd_print_mem(&printed, answer, format, LYD_PRINT_WITHSIBLINGS), LY_SUCCESS);
+    const std::string text(printed);
+    std::free(printed);
+    lyd_node *parsed = nullptr;
+    const LY_ERR status = lyd_parse_data_mem(schemas().context(), text.c_str(), format,
+                                             LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &parsed);
+    const DataTree owner(parsed);
+    ASSERT_EQ(status, LY_SUCCESS) << take_yang_error(schemas().context());
+    EXPECT_TRUE(same(leaves(parsed), leaves(answer)));
+}
+
+TEST_P(EveryTable, ComesOutAsDataThatIsReadBackUnchanged) {
+    expect_to_be_read_back(whole.data.get(), LYD_XML);
+    expect_to_be_read_back(whole.data.get(), LYD_JSON);
+}
+
+// The leaves of an announcement that are copied as they are, by the names that they have in the answer.
+LeafTexts copied_leaves(const Announcement &made) {
+    LeafTexts copied;
+    for (const LeafTexts *leaf_texts : {&made.leaves, &made.detail})
+        for (const auto &[name, value] : *leaf_texts)
+            copied.emplace_back(name == "hold-time" ? "ttl" : name, value);
+    return copied;
+}
+
+TEST_P(EveryTable, LosesALeafOnlyWithAWarning) {
+    const std::map<NeighborKey, int> keys = neighbor_keys(table);
+    for_each_announcement(table, [&](const Detail &detail, const Announcement &made) {
+        const NeighborKey key(detail.interface, neighbor_id(detail.device, made.port));
+        if (key.second.empty() || keys.at(key) != 1 || ends_inside_a_character(key.second))
+            return;
+        const Lines held = held_for(whole.data.get(), key.first, key.second);
+        for (const auto &[name, value] : copied_leaves(made)) {
+            const auto shows = [line = "/state/" + name + "=" + value](const std::string &text_line) {
+                return text_line.ends_with(line);
+            };
+            const auto names = [&, place = "/" + name](const std::string &warning) {
+                return warning.find(place) != std::string::npos && warning.find(value) != std::string::npos &&
+                       warning.find(key.second) != std::string::npos;
+            };
+            EXPECT_TRUE(std::any_of(held.begin(), held.end(), shows) ||
+                        std::any_of(whole.warnings.begin(), whole.warnings.end(), names))
+                << key.first << " " << key.second << " " << name << " " << value;
+        }
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, EveryTable, testing::Range(1u, 17u));
+
+Table with_a_fault(unsigned seed) {
+    std::mt19937 random(seed);
+    Table table = random_table(random, 30);
+    Card &card = table.cards[random() % table.cards.size()];
+    Detail &detail = card.details[random() % card.details.size()];
+    detail.announcements.front().mib.assign(
+        {{random() % 2 == 0 ? "chassis-id-sub-type" : "port-id-sub-type", random() % 2 == 0 ? "0" : "8"}});
+    return table;
+}
+
+class FaultyTable : public testing::TestWithParam<unsigned> {};
+
+// The id of the faulty neighbor is empty in some tables: such a neighbor is passed over.
+TEST_P(FaultyTable, FailsAsAWholeAndLeavesTheNextReadRight) {
+    DeviceUnderTest device;
+    std::mt19937 random(GetParam());
+    const Table sound = random_table(random, 30);
+    device.source.xml = sound.xml();
+    const Lines before = device.read({"/lldp"});
+    const Table faulty = with_a_fault(GetParam());
+    device.source.xml = faulty.xml();
+    try {
+        device.read({"/lldp"});
+        size_t named = 0;
+        for (const auto &[key, announcements] : neighbor_keys(faulty))
+            named += static_cast<size_t>(announcements);
+        EXPECT_LT(named, faulty.neighbors()) << "the faulty neighbor went unnoticed";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.status(), YMAP_ERR_MAP_FAILED);
+    }
+    device.source.xml = sound.xml();
+    EXPECT_TRUE(same(device.read({"/lldp"}), before));
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, FaultyTable, testing::Range(100u, 112u));
+
+// The mapping cuts an id at 255 bytes; here that goes through a character.
+TEST(LongName, ThatIsCutInsideACharacterIsLeftOutWithAWarning) {
+    DeviceUnderTest device;
+    std::string name = "e";
+    for (int i = 0; i < 200; i++)
+        name += "é";
+    device.source.xml = Table{{{"0/0", {{"eth1", name, {{"p1"}}}, {"eth1", "r2", {{"p2"}}}}}}}.xml();
+    const Answer answer = device.engine.read(request({"/lldp"}));
+    EXPECT_EQ(neighbors_in(answer.data.get()).count({"eth1", "r2#p2"}), 1u);
+    expect_to_be_read_back(answer.data.get(), LYD_XML);
+    expect_to_be_read_back(answer.data.get(), LYD_JSON);
+    EXPECT_FALSE(answer.warnings.empty());
+}
+
+TEST(LargeTable, HasEachNeighborOnceUnderItsInterface) {
+    DeviceUnderTest device;
+    Table table{{{"0/0"}}};
+    for (int i = 0; i < 2000; i++)
+        table.cards.front().details.push_back(
+            {"eth" + std::to_string(i / 4), "r" + std::to_string(i), {{"p" + std::to_string(i % 7)}}});
+    device.source.xml = table.xml();
+    const Answer answer = device.engine.read(request({"/lldp"}));
+    std::multiset<NeighborKey> wanted;
+    for (const auto &[key, announcements] : neighbor_keys(table))
+        wanted.insert(key);
+    EXPECT_EQ(neighbors_in(answer.data.get()), wanted);
+    EXPECT_TRUE(answer.warnings.empty());
+}
+
+} // namespace
+} // namespace yfw::host::test

@@ -1,0 +1,46 @@
+#include "host/plugin.h"
+
+#include <gtest/gtest.h>
+
+#include "host/error.h"
+#include "test_device.h"
+
+namespace yfw::host::test {
+namespace {
+
+TEST(LoadedPlugin, HasItsTreesInTheOrderOfRegistration) {
+    const Plugin plugin(OCLLDP_LIBRARY);
+    ASSERT_EQ(plugin.trees().size(), 3u);
+    EXPECT_STREQ(plugin.trees()[0].tree_name, "OC lldp config tree");
+    EXPECT_STREQ(plugin.trees()[1].tree_name, "OC lldp oper tree");
+    EXPECT_STREQ(plugin.trees()[2].tree_name, "OC lldp ifmgr tree");
+}
+
+TEST(LoadedPlugin, NamesTopNodesThatTheModelsHave) {
+    const Plugin plugin(OCLLDP_LIBRARY);
+    for (const yfw_map_registration &tree : plugin.trees())
+        EXPECT_NE(schemas().native_root(tree.native_ns, tree.native_top), nullptr) << tree.tree_name;
+}
+
+TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
+    try {
+        const Plugin plugin("/no/such/library.so");
+        FAIL() << "was loaded";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.path(), "/no/such/library.so");
+        EXPECT_EQ(error.tag(), ErrorTag::operation_failed);
+    }
+}
+
+TEST(PluginThatCannotBeUsed, IsNamedWhenItRegistersNothing) {
+    try {
+        const Plugin plugin("libm.so.6");
+        FAIL() << "was loaded";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.path(), "libm.so.6");
+        EXPECT_NE(std::string(error.what()).find("yfw_map_reg_oclldp_cfg"), std::string::npos) << error.what();
+    }
+}
+
+} // namespace
+} // namespace yfw::host::test

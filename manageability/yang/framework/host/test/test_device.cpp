@@ -1,0 +1,111 @@
+#include "test_device.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
+
+#include "data_texts.h"
+#include "host/error.h"
+#include "oclldp_plugin.h"
+
+namespace yfw::host::test {
+namespace {
+
+// No validation beyond the types.
+constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT;
+
+TextSource &shared_source() {
+    static TextSource source;
+    return source;
+}
+
+// Never destroyed: what the plug-in holds between requests (the last neighbor id asked for, say) is no leak for
+// as long as the plug-in is loaded.
+Engine &shared_engine() {
+    static Engine &engine = *new Engine(schemas(), shared_source(), OCLLDP_LIBRARY);
+    return engine;
+}
+
+template <class Global> Global &global(void *library, const char *name) {
+    void *symbol = dlsym(library, name);
+    EXPECT_NE(symbol, nullptr) << name;
+    return *static_cast<Global *>(symbol);
+}
+
+// Puts the plug-in's globals where a newly loaded one has them.
+void forget_earlier_requests() {
+    void *library = dlopen(OCLLDP_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
+    ASSERT_NE(library, nullptr);
+    for (const char *name : {"gl_stats", "stat_count"})
+        std::memset(&global<decltype(gl_stats)>(library, name), 0, sizeof gl_stats);
+    for (const char *name : {"gl_subtree_count", "is_get_with_key", "oclldp_get_with_int_key"})
+        global<int32_t>(library, name) = 0;
+    std::memset(&global<decltype(oclldp_gl_int_name)>(library, "oclldp_gl_int_name"), 0,
+                sizeof oclldp_gl_int_name);
+    std::free(std::exchange(global<char *>(library, "gl_neigh_dev_id"), nullptr));
+    dlclose(library);
+}
+
+} // namespace
+
+const Schemas &schemas() {
+    static const Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    return loaded;
+}
+
+const AnswerSchema &answer_schema() {
+    static const AnswerSchema made(schemas().openconfig_root());
+    return made;
+}
+
+Path path(std::string_view text) {
+    return parse_path(schemas().openconfig_root(), text);
+}
+
+ReadRequest request(const std::vector<std::string> &paths, Content content) {
+    ReadRequest made;
+    made.content = content;
+    for (const std::string &text : paths)
+        made.paths.push_back(path(text));
+    return made;
+}
+
+Selection selection(const std::vector<std::string> &paths) {
+    return merge_paths(request(paths).paths);
+}
+
+DataTree native_data(const std::string &text, Order order) {
+    const LYD_FORMAT format = text.starts_with('{') ? LYD_JSON : LYD_XML;
+    const uint32_t options = parse_options | (order == Order::kept ? LYD_PARSE_ORDERED : 0u);
+    lyd_node *data = nullptr;
+    const LY_ERR status = lyd_parse_data_mem(schemas().context(), text.c_str(), format, options, 0, &data);
+    DataTree tree(data);
+    if (status != LY_SUCCESS)
+        throw Error(ErrorTag::invalid_value, text, take_yang_error(schemas().context()));
+    return tree;
+}
+
+DataTree TextSource::read(const ly_ctx *context) {
+    EXPECT_EQ(context, schemas().context());
+    reads++;
+    return native_data(xml);
+}
+
+DeviceUnderTest::DeviceUnderTest() : source(shared_source()), engine(shared_engine()) {
+    source.xml.clear();
+    source.reads = 0;
+    engine.set_trace(false);
+    forget_earlier_requests();
+}
+
+std::vector<std::string> DeviceUnderTest::read(const std::vector<std::string> &paths, Content content) {
+    const Answer answer = engine.read(request(paths, content));
+    warnings = answer.warnings;
+    return leaves(answer.data.get());
+}
+
+} // namespace yfw::host::test

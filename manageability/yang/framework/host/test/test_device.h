@@ -1,0 +1,63 @@
+// The schemas of the tests, and a device whose native data a test writes down.
+#ifndef HOST_TEST_TEST_DEVICE_H
+#define HOST_TEST_TEST_DEVICE_H
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/answer_schema.h"
+#include "host/engine.h"
+#include "host/request.h"
+#include "host/schemas.h"
+#include "sources/native_source.h"
+
+namespace yfw::host::test {
+
+// Loaded when first asked for.
+const Schemas &schemas();
+const AnswerSchema &answer_schema();
+
+Path path(std::string_view text);
+ReadRequest request(const std::vector<std::string> &paths, Content content = Content::all);
+// The paths merged into one tree.
+Selection selection(const std::vector<std::string> &paths);
+
+// Native instance data from XML or JSON. Either the order of the text is kept, as the file source does, or the
+// data may come in any order. Throws Error.
+enum class Order { kept, any };
+DataTree native_data(const std::string &text, Order order = Order::kept);
+
+// A device whose native data stands in `xml`; it may change from read to read.
+class TextSource final : public sources::NativeSource {
+public:
+    DataTree read(const ly_ctx *context) override;
+
+    std::string xml;
+    int reads = 0; // how often the device was read
+};
+
+// An engine on a device that the test writes. All tests of a process share one engine, as requests do in a
+// program; the plug-in begins each test with nothing carried over from the one before.
+class DeviceUnderTest {
+public:
+    DeviceUnderTest();
+
+    // The answer's leaves (see data_texts.h); the warnings are kept in `warnings`.
+    std::vector<std::string> read(const std::vector<std::string> &paths, Content content = Content::all);
+
+    TextSource &source;
+    Engine &engine;
+    std::vector<std::string> warnings;
+};
+
+constexpr std::string_view lldp_ns = "http://openconfig.net/yang/lldp";
+constexpr std::string_view lldp_types_ns = "http://openconfig.net/yang/lldp/types";
+constexpr std::string_view oper_ns = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-oper";
+constexpr std::string_view cfg_ns = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg";
+constexpr std::string_view ifmgr_ns = "urn:tarvo:yang:Tarvo-QD-ifmgr-cfg";
+
+} // namespace yfw::host::test
+
+#endif

@@ -1,0 +1,310 @@
+// Devices that are made in the test: every combination of a few settings, moments that depend on the clock,
+// and neighbor tables that no one would write by hand.
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <time.h>
+
+#include <gtest/gtest.h>
+
+#include "support/answers.h"
+#include "support/child_process.h"
+#include "support/files.h"
+#include "support/native_xml.h"
+
+namespace yfw::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+const std::string lldp = "/openconfig-lldp:lldp";
+
+class AGeneratedDevice : public testing::Test {
+protected:
+    Outcome read(const std::string &native, const Strings &paths, const std::string &timezone = "UTC0") const {
+        Invocation invocation{.arguments = {"get", "--native", directory_.add("native.xml", native)},
+                              .timezone = timezone};
+        invocation.arguments.insert(invocation.arguments.end(), paths.begin(), paths.end());
+        return run_yfw(invocation);
+    }
+
+    Tree answer(const Outcome &outcome) const {
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        return parse_answer(modules_.get(), Format::json, outcome.output);
+    }
+
+    const TemporaryDirectory directory_;
+    const Context modules_ = openconfig_modules();
+};
+
+// In the order in which a later one wins.
+struct SelectableTlv {
+    const char *native;
+    const char *identity;
+};
+constexpr std::array<SelectableTlv, 5> selectable_tlvs{{{"system-name", "SYSTEM_NAME"},
+                                                        {"port-description", "PORT_DESCRIPTION"},
+                                                        {"system-description", "SYSTEM_DESCRIPTION"},
+                                                        {"system-capabilities", "SYSTEM_CAPABILITIES"},
+                                                        {"management-address", "MANAGEMENT_ADDRESS"}}};
+
+class SuppressedTlvs : public AGeneratedDevice,
+                       public testing::WithParamInterface<std::tuple<unsigned, bool>> {};
+
+TEST_P(SuppressedTlvs, AreAnsweredByTheLastOfThemAndCountAsEnabled) {
+    const auto [suppressed, others_are_written] = GetParam();
+    std::string selection;
+    Strings expected;
+    for (std::size_t i = 0; i < selectable_tlvs.size(); ++i) {
+        const bool disabled = ((suppressed >> i) & 1U) != 0;
+        if (disabled)
+            expected = {std::string("openconfig-lldp-types:") + selectable_tlvs[i].identity};
+        if (disabled || others_are_written)
+            selection += element(selectable_tlvs[i].native, element("disable", disabled ? "true" : "false"));
+    }
+    const Outcome outcome = read(native_configuration(element("tlv-select", selection)), {"/lldp"});
+    EXPECT_EQ(outcome.errors, "");
+    const Tree tree = answer(outcome);
+    const Strings enabled = expected.empty() ? Strings{} : Strings{"true"};
+    for (const std::string container : {"/config", "/state"}) {
+        EXPECT_EQ(values_at(tree.get(), lldp + container + "/suppress-tlv-advertisement"), expected);
+        EXPECT_EQ(values_at(tree.get(), lldp + container + "/enabled"), enabled);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Combination, SuppressedTlvs,
+                         testing::Combine(testing::Range(0U, 1U << selectable_tlvs.size()), testing::Bool()));
+
+struct Kind {
+    const char *native;
+    const char *openconfig;
+};
+
+class AConfiguredChassisIdType : public AGeneratedDevice, public testing::WithParamInterface<Kind> {};
+
+TEST_P(AConfiguredChassisIdType, IsSpelledTheOpenConfigWayAndHasNoState) {
+    const Outcome outcome =
+        read(native_configuration(element("chassis-id-type", GetParam().native)), {"/lldp"});
+    EXPECT_EQ(outcome.errors, "");
+    const Tree tree = answer(outcome);
+    EXPECT_EQ(values_at(tree.get(), lldp + "/config/chassis-id-type"), Strings{GetParam().openconfig});
+    EXPECT_EQ(values_at(tree.get(), lldp + "/state"), Strings{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Kind, AConfiguredChassisIdType,
+                         testing::Values(Kind{"chassis-component", "CHASSIS_COMPONENT"},
+                                         Kind{"interface-alias", "INTERFACE_ALIAS"},
+                                         Kind{"port-component", "PORT_COMPONENT"},
+                                         Kind{"mac-address", "MAC_ADDRESS"},
+                                         Kind{"network-address", "NETWORK_ADDRESS"},
+                                         Kind{"interface-name", "INTERFACE_NAME"}, Kind{"local", "LOCAL"}));
+
+milliseconds now() {
+    return std::chrono::floor<milliseconds>(std::chrono::system_clock::now().time_since_epoch());
+}
+
+seconds since_boot(clockid_t clock) {
+    timespec stamp{};
+    clock_gettime(clock, &stamp);
+    return seconds(stamp.tv_sec);
+}
+
+// Milliseconds since 1970 of a date-and-time with milliseconds and an offset.
+milliseconds moment(const std::string &text) {
+    tm parts{};
+    int thousandths = 0;
+    char sign = '+';
+    int hours = 0;
+    int minutes = 0;
+    const int fields =
+        std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d.%3d%c%d:%d", &parts.tm_year, &parts.tm_mon, &parts.tm_mday,
+                    &parts.tm_hour, &parts.tm_min, &parts.tm_sec, &thousandths, &sign, &hours, &minutes);
+    EXPECT_EQ(fields, 10) << text;
+    parts.tm_year -= 1900;
+    parts.tm_mon -= 1;
+    const seconds offset = std::chrono::hours(hours) + std::chrono::minutes(minutes);
+    return seconds(timegm(&parts)) + milliseconds(thousandths) - (sign == '-' ? -offset : offset);
+}
+
+struct ClearedIn {
+    const char *timezone;
+    const char *offset;
+    long age; // seconds
+};
+
+class ALastClear : public AGeneratedDevice, public testing::WithParamInterface<ClearedIn> {
+protected:
+    // The moment that the device and its interface give, which must be the same.
+    std::string read_last_clear(long age, const std::string &timezone) const {
+        const std::string clear = element("last-clear", std::to_string(age));
+        const std::string interface =
+            element("interface", element("interface-name", "e0") + element("interface-stats", clear));
+        const Outcome outcome = read(
+            native_node(element("interfaces", interface) + element("statistics", clear)), {"/lldp"}, timezone);
+        EXPECT_EQ(outcome.errors, "");
+        const Tree tree = answer(outcome);
+        const Strings stamps = values_at(tree.get(), "//openconfig-lldp:last-clear");
+        EXPECT_EQ(stamps.size(), 2U);
+        return stamps.empty() ? "" : stamps.front();
+    }
+};
+
+TEST_P(ALastClear, LiesItsAgeAgoAndIsToldInTheLocalZone) {
+    const milliseconds before = now();
+    const std::string stamp = read_last_clear(GetParam().age, GetParam().timezone);
+    const milliseconds after = now();
+    EXPECT_EQ(without_times(stamp), std::string("<timestamp ") + GetParam().offset + ">") << stamp;
+    EXPECT_GE(moment(stamp), before - seconds(GetParam().age));
+    EXPECT_LE(moment(stamp), after - seconds(GetParam().age));
+}
+
+INSTANTIATE_TEST_SUITE_P(Zone, ALastClear,
+                         testing::Values(ClearedIn{"UTC0", "+00:00", 1}, ClearedIn{"IST-5:30", "+05:30", 3600},
+                                         ClearedIn{"PST8", "-08:00", 86400},
+                                         ClearedIn{"NST3:30", "-03:30", 31536000},
+                                         ClearedIn{"LINT-14", "+14:00", 4294967}));
+
+class ALastClearOfNever : public ALastClear {};
+
+TEST_P(ALastClearOfNever, IsTheStartOfTheSystem) {
+    const milliseconds before = now();
+    const std::string stamp = read_last_clear(0, GetParam().timezone);
+    const milliseconds after = now();
+    // Time that the system slept counts for one of the clocks only; either is a clock since its start.
+    const seconds longest = since_boot(CLOCK_BOOTTIME) + seconds(1);
+    const seconds shortest =
+        since_boot(CLOCK_MONOTONIC) - std::chrono::ceil<seconds>(after - before) - seconds(1);
+    EXPECT_GE(moment(stamp), before - longest);
+    EXPECT_LE(moment(stamp), after - shortest);
+}
+
+INSTANTIATE_TEST_SUITE_P(Zone, ALastClearOfNever, testing::Values(ClearedIn{"UTC0", "+00:00", 0}));
+
+// One random announcement, and what the answer must call the neighbor.
+struct RandomNeighbor {
+    std::string interface;
+    std::string device;
+    std::optional<std::string> port;
+
+    std::string id() const {
+        const std::string shown = device == "[DISABLED]" ? "DISABLED" : device;
+        return (port ? shown + "#" + *port : shown).substr(0, 255);
+    }
+};
+
+class RandomTable {
+public:
+    explicit RandomTable(unsigned seed) : engine_(seed) {}
+
+    std::vector<RandomNeighbor> make(std::size_t count) {
+        std::vector<RandomNeighbor> table;
+        std::set<std::pair<std::string, std::string>> keys;
+        while (table.size() < count) {
+            RandomNeighbor neighbor{pick(interfaces), pick(devices), std::nullopt};
+            if (number() % 5 != 0)
+                neighbor.port = pick(ports);
+            if (keys.emplace(neighbor.interface, neighbor.device).second)
+                table.push_back(neighbor);
+        }
+        return table;
+    }
+
+    std::string announcement(const RandomNeighbor &neighbor) {
+        std::string detail =
+            element("last-update", std::to_string(wide())) + element("age", std::to_string(wide()));
+        for (const char *leaf : {"port-description", "system-name", "system-description"})
+            detail = element(leaf, escaped(pick(devices))) + detail;
+        std::string tlvs;
+        for (unsigned i = number() % 4; i > 0; --i)
+            tlvs += element("lldp-org-def-tlv-entry", element("oui", pick(ports)) +
+                                                          element("tlv-subtype", std::to_string(number() % 3)) +
+                                                          element("tlv-value", escaped(pick(devices))));
+        const std::string mib = element("combined-capabilities", std::to_string(number())) +
+                                element("chassis-id-sub-type", std::to_string(1 + number() % 7)) +
+                                element("port-id-sub-type", std::to_string(1 + number() % 7)) +
+                                element("org-def-tlv-list", tlvs);
+        return (neighbor.port ? element("port-id-detail", escaped(*neighbor.port)) : "") +
+               element("hold-time", std::to_string(number())) + element("detail", detail) + element("mib", mib);
+    }
+
+private:
+    static const Strings interfaces;
+    static const Strings devices;
+    static const Strings ports;
+
+    unsigned number() { return static_cast<unsigned>(engine_()); }
+    unsigned long long wide() { return static_cast<unsigned long long>(number()) << (number() % 33); }
+    const std::string &pick(const Strings &texts) { return texts[number() % texts.size()]; }
+
+    std::mt19937 engine_;
+};
+
+const Strings RandomTable::interfaces{"Ethernet0",
+                                      "Ethernet0/1",
+                                      "it's",
+                                      "\xc3\xbc"
+                                      "ber",
+                                      "a b",
+                                      std::string(200, 'i')};
+const Strings RandomTable::devices{
+    "sw1",   "sw#1", "[DISABLED]",          "DISABLED",           "Z\xc3\xbcrich <&> \"core\"",
+    "#lead", "",     std::string(300, 'd'), std::string(255, 'e')};
+const Strings RandomTable::ports{"Ethernet1/1", "p#2", "", "00:00:5e:00:53:01", std::string(300, 'p')};
+
+class ARandomNeighborTable : public AGeneratedDevice, public testing::WithParamInterface<unsigned> {};
+
+TEST_P(ARandomNeighborTable, IsAnsweredWithEachNeighborOnceUnderItsInterface) {
+    RandomTable random(GetParam());
+    std::string details;
+    std::map<std::string, std::set<std::string>> expected;
+    for (const RandomNeighbor &neighbor : random.make(30)) {
+        details += native_neighbor(neighbor.interface, neighbor.device, random.announcement(neighbor));
+        if (!neighbor.id().empty())
+            expected[neighbor.interface].insert(neighbor.id());
+    }
+    const Outcome outcome = read(native_neighbors(details), {"/lldp"});
+    for (const std::string &line : lines_of(outcome.errors))
+        EXPECT_EQ(line.rfind("yfw: warning: /openconfig-lldp:lldp/interfaces/interface", 0), 0U) << line;
+    const Tree tree = answer(outcome);
+    EXPECT_EQ(keys_unlike_their_twins(tree.get()), Strings{});
+    std::size_t entries = 0;
+    for (const auto &[interface, ids] : expected) {
+        const std::string list =
+            "/openconfig-lldp:lldp/interfaces/interface[name=\"" + interface + "\"]/neighbors/neighbor/id";
+        const Strings found = values_at(tree.get(), list);
+        EXPECT_EQ(std::set<std::string>(found.begin(), found.end()), ids) << interface;
+        EXPECT_EQ(found.size(), ids.size()) << interface;
+        entries += found.size();
+    }
+    EXPECT_EQ(values_at(tree.get(), "//openconfig-lldp:neighbor/id").size(), entries);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seed, ARandomNeighborTable, testing::Range(1U, 21U));
+
+class ANameOfManyBytes : public AGeneratedDevice {};
+
+// 255 bytes are 127 of these characters and half of the next one.
+TEST_F(ANameOfManyBytes, IsNotAnsweredWithHalfACharacter) {
+    std::string name;
+    for (int i = 0; i < 150; ++i)
+        name += "\xc3\xbc";
+    const std::string device = native_neighbors(native_neighbor("e0", name, element("port-id-detail", "p")));
+    for (const char *format : {"json", "xml"}) {
+        const Outcome outcome = read(device, {"/lldp", "--format", format});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_EQ(outcome.output.find("\xc3\""), std::string::npos) << outcome.output;
+        EXPECT_EQ(outcome.output.find("\xc3<"), std::string::npos) << outcome.output;
+    }
+}
+
+} // namespace
+} // namespace yfw::test

@@ -1,0 +1,49 @@
+// What a test wants to know about an answer: whether it is sound, and what it holds.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <libyang/libyang.h>
+
+namespace yfw::test {
+
+enum class Format { json, xml };
+
+/// The word that --format takes.
+const char *format_name(Format format);
+
+struct FreeContext {
+    void operator()(ly_ctx *context) const { ly_ctx_destroy(context); }
+};
+struct FreeTree {
+    void operator()(lyd_node *tree) const { lyd_free_all(tree); }
+};
+using Context = std::unique_ptr<ly_ctx, FreeContext>;
+using Tree = std::unique_ptr<lyd_node, FreeTree>;
+
+/// The OpenConfig modules of the repository. Throws std::runtime_error when they cannot be loaded.
+Context openconfig_modules();
+
+/// Parses an answer: every node must be known and every value must fit its type. A tree without nodes is
+/// null. Throws std::runtime_error with the parser's message. The context must outlive the tree.
+Tree parse_answer(const ly_ctx *context, Format format, const std::string &answer);
+
+/// Paths of the list keys whose value differs from the leaf of the same name under "config" or "state".
+std::vector<std::string> keys_unlike_their_twins(const lyd_node *tree);
+
+/// The values of the nodes that an XPath expression selects, in the order of the tree.
+std::vector<std::string> values_at(const lyd_node *tree, const std::string &xpath);
+
+/// The tree as text, in which two trees with the same data are the same.
+std::string as_text(const lyd_node *tree);
+
+/// The same of the subtrees that an XPath expression selects.
+std::string as_text(const lyd_node *tree, const std::string &xpath);
+
+/// Replaces each date-and-time with milliseconds by "<timestamp +HH:MM>": when it was read is not the
+/// same twice, its form and its zone are.
+std::string without_times(const std::string &text);
+
+} // namespace yfw::test
