@@ -273,7 +273,7 @@ TEST_P(OperRealContainers, RejectAMissingNodeOrOutput) {
 TEST_F(OperContainers, TheCustomTlvContainerNeedsAStitchedNeighbor) {
     plugin->neighbor_list_mapped() = 0;
     EXPECT_EQ(run_container("cont_lvla_lldp_mib_orgdeftlvlist", 0), YMAP_OK);
-    EXPECT_THAT(fw.adds, IsEmpty());
+    EXPECT_THAT(fw.add_paths(), IsEmpty());
 }
 
 } // namespace
