@@ -1,8 +1,9 @@
 // yfw: OpenConfig LLDP from the command line.
 #include <algorithm>
+#include <cctype>
 #include <exception>
 #include <iostream>
-#include <map>
+#include <sstream>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -43,36 +44,43 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     get->add_flag_callback(
            "--state", [&options] { options.content = host::Content::state; }, "Operational state only")
         ->excludes(config);
-    const std::map<std::string, cli::Format> formats{{"json", cli::Format::json}, {"xml", cli::Format::xml}};
-    get->add_option("--format", options.format, "json (the default) or xml")
-        ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case))
+    // Not by the library's own map of names to values, which also takes the values' numbers.
+    get->add_option_function<std::string>(
+           "--format",
+           [&options](const std::string &name) {
+               options.format = name == "xml" ? cli::Format::xml : cli::Format::json;
+           },
+           "json (the default) or xml")
+        ->transform(CLI::IsMember({"json", "xml"}, CLI::ignore_case))
         ->option_text("FORMAT");
     cli::add_device_options(*get, device);
     get->callback([&] { cli::run_get(device, options); });
 }
 
-// One line that names the place and what was expected.
-int report(const host::Error &error, bool trace) {
-    std::cerr << "yfw: ";
-    if (!error.path().empty())
-        std::cerr << error.path() << ": ";
-    std::cerr << error.what();
-    if (trace && error.status() != 0)
-        std::cerr << " (status 0x" << std::hex << error.status() << ')';
-    std::cerr << '\n';
-    return error.status() != 0 ? exit_failed : exit_refused;
+// Control characters of names and files that were given must break neither the line nor the terminal.
+std::string one_line(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
+    return text;
 }
 
-std::string one_line(std::string text) {
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
+// One line that names the place and what was expected.
+int report(const host::Error &error, bool trace) {
+    std::ostringstream line;
+    if (!error.path().empty())
+        line << error.path() << ": ";
+    line << error.what();
+    if (trace && error.status() != 0)
+        line << " (status 0x" << std::hex << error.status() << ')';
+    std::cerr << "yfw: " << one_line(line.str()) << '\n';
+    return error.status() != 0 ? exit_failed : exit_refused;
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
     CLI::App app{"OpenConfig LLDP for devices that speak native models", "yfw"};
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1); // a word that is no command is named before a missing one is missed
     app.set_version_flag("--version", "yfw " YFW_VERSION);
     app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n  yfw topology\n");
     cli::DeviceOptions device;
@@ -84,6 +92,8 @@ int main(int argc, char **argv) {
     cli::add_topology(app, device);
     try {
         app.parse(argc, argv);
+        if (app.get_subcommands().empty())
+            throw CLI::RequiredError("A subcommand");
         return 0;
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0) // help or version

@@ -249,6 +249,8 @@ private:
 
 DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
                      std::vector<std::string> &warnings) {
+    for (const std::string &path : tree.unknown_paths())
+        warnings.push_back(path + ": the OpenConfig model in use has no such node; it is left out");
     return Writer(content, warnings).write(tree.root_entry(), selection);
 }
 

@@ -7,6 +7,7 @@
 
 #include "host/host_status.h"
 
+
 namespace yfw::host {
 namespace {
 
@@ -167,8 +168,14 @@ tidl_yfw_datatree *AnswerTree::hand_out(const char **text, const AnswerNode &tar
 
 terrno AnswerTree::add(tidl_yfw_datatree &parent, const AddArguments &arguments) {
     const AnswerNode *target = resolve(parent, arguments.path);
-    if (target == nullptr)
-        return status_unknown_path;
+    if (target == nullptr) {
+        if (arguments.path[0] != '/')
+            return status_unknown_path;
+        unknown_paths_.emplace(arguments.path);
+        if (arguments.slot != nullptr)
+            *arguments.slot = nullptr;
+        return YMAP_OK;
+    }
     AnswerEntry &start = start_for(parent, *target);
     AnswerEntry &above = reach(start, *target->parent);
     if (target->is_leaf() || target->is_leaf_list()) {

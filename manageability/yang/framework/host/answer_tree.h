@@ -3,7 +3,10 @@
 #define YFW_HOST_ANSWER_TREE_H
 
 #include <deque>
+#include <functional>
 #include <memory_resource>
+#include <set>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -58,9 +61,13 @@ public:
     // called when the plug-in is done.
     void qualify_identities(const ly_ctx *context);
 
+    // A node that the model in use lacks costs that node, never the reply: it is only kept in unknown_paths().
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
     tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
                                          std::string_view key_name, std::string_view key_value) override;
+
+    // What was added and has no place in the model, as it was named.
+    const std::set<std::string, std::less<>> &unknown_paths() const { return unknown_paths_; }
 
 private:
     struct EntryKey {
@@ -103,6 +110,7 @@ private:
     std::unordered_map<EntryKey, AnswerEntry *, EntryKeyHash> entries_by_key_;
     std::deque<LeafHandle> handles_;
     AnswerEntry *root_;
+    std::set<std::string, std::less<>> unknown_paths_;
 };
 
 } // namespace yfw::host

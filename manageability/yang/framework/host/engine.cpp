@@ -95,7 +95,6 @@ struct Engine::Pass {
     RequestContext context;
     MappingLog log;
     std::deque<RequestTree> requests; // kept: errors name their nodes
-    uint32_t nodes = 0;               // of the native response
 
     Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
         : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer),
@@ -141,14 +140,23 @@ std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Se
 
 std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content,
                                              const Device &device) {
+    if (sums_may_be_left_)
+        start_plugin_anew();
     Pass pass(traits_of(selection, content, trace_), trace_buffer_);
     NativePaths paths;
     walk_request(pass, selection, paths);
     auto answer = std::make_unique<AnswerTree>(answer_schema_);
     walk_responses(pass, paths, device, *answer);
     answer->qualify_identities(schemas_.context());
-    sums_may_be_left_ = pass.nodes > 1;
     return answer;
+}
+
+// A counter that some nodes lack, or a response that ends early, leaves a partial sum in the plug-in's globals,
+// which the next response would go on from. Only unloading forgets it.
+void Engine::start_plugin_anew() {
+    plugin_.reset();
+    plugin_ = std::make_unique<Plugin>(plugin_library_);
+    sums_may_be_left_ = false;
 }
 
 // A walk that ends with "no mapping" may have stopped early: each selected node is then walked by itself, so
@@ -252,7 +260,8 @@ void Engine::walk_responses(Pass &pass, const NativePaths &paths, const Device &
         pass.log.begin_walk();
         pass.context.hierarchy().start(response.root());
         const tidl_yfw_datatree *nodes = find_child(*response.root(), "nodes");
-        pass.nodes = std::max(pass.nodes, nodes != nullptr ? nodes->child_count : 0u);
+        if (nodes != nullptr && nodes->child_count > 1)
+            sums_may_be_left_ = true;
         pass.context.set_subtree("/lldp/nodes", nodes);
         pass.check(tree.native_to_oc(pass.context.handle(), response.root(), answer.root()));
         pass.context.set_subtree(nullptr, nullptr);

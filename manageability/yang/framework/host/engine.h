@@ -71,7 +71,7 @@ private:
     AnswerSchema answer_schema_;
     std::filesystem::path plugin_library_;
     std::unique_ptr<Plugin> plugin_;
-    bool sums_may_be_left_ = false; // in the plug-in, by a response that ended early
+    bool sums_may_be_left_ = false; // in the plug-in, by a response of several nodes
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;

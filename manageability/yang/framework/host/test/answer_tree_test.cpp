@@ -77,9 +77,18 @@ TEST_F(AnswerTreeLeaf, IsGivenToThePluginWithNameAndValue) {
     EXPECT_STREQ(node->value, "r1");
 }
 
-TEST_F(AnswerTreeLeaf, OfAnUnknownPathIsRefusedAndAddsNothing) {
-    EXPECT_NE(add_below(tree.root(), "/lldp/state/no-such-leaf", "1"), YMAP_OK);
-    EXPECT_NE(add_below(tree.root(), "/lldp/statistics/frame-in", "1"), YMAP_OK);
+TEST_F(AnswerTreeLeaf, OfAnUnknownPathIsLeftOutWithOneWarning) {
+    EXPECT_EQ(add_below(tree.root(), "/lldp/state/no-such-leaf", "1"), YMAP_OK);
+    EXPECT_EQ(add_below(tree.root(), "/lldp/state/no-such-leaf", "2"), YMAP_OK);
+    EXPECT_EQ(add_below(tree.root(), "/lldp/statistics/frame-in", "1"), YMAP_OK);
+    EXPECT_EQ(answer(), Lines{});
+    ASSERT_EQ(warnings.size(), 2u);
+    EXPECT_EQ(warnings[0],
+              "/lldp/state/no-such-leaf: the OpenConfig model in use has no such node; it is left out");
+    EXPECT_EQ(warnings[1].rfind("/lldp/statistics/frame-in: ", 0), 0u);
+}
+
+TEST_F(AnswerTreeLeaf, OfARelativePathIsRefusedAtTheRoot) {
     EXPECT_NE(add_below(tree.root(), "state", "1"), YMAP_OK) << "a relative path needs an output node";
     EXPECT_EQ(answer(), Lines{});
 }

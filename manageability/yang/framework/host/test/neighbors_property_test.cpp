@@ -242,7 +242,7 @@ INSTANTIATE_TEST_SUITE_P(Seeds, FaultyTable, testing::Range(100u, 112u));
 // The mapping cuts an id at 255 bytes; here that goes through a character.
 TEST(LongName, ThatIsCutInsideACharacterIsLeftOutWithAWarning) {
     DeviceUnderTest device;
-    std::string name = "e";
+    std::string name;
     for (int i = 0; i < 200; i++)
         name += "é";
     device.source.xml = Table{{{"0/0", {{"eth1", name, {{"p1"}}}, {"eth1", "r2", {{"p2"}}}}}}}.xml();

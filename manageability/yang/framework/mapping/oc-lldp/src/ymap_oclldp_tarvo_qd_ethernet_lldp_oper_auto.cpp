@@ -1,6 +1,6 @@
 // The generated node callbacks of native LLDP operational data: one row per node. A strong definition of the
 // same name replaces a row: those of the neighbor's leaves, of the counters and of all that is no plain copy.
-#include "oc_copy.h"
+#include "neighbor_copy.h"
 
 namespace oclldp {
 namespace {
@@ -45,7 +45,7 @@ YMAP_DEFINE_WEAK(ymap_qo_oclldp_tarvoqdethernetlldpoper_leaf_lvla_lldp_interface
 
 // Containers and lists.
 YMAP_DEFINE_WEAK_CONTAINER(ymap_qo_oclldp_tarvoqdethernetlldpoper_cont_lvla_lldp_node_interfaces, invalid_arguments, whole_container(f, count, out, oc_ns, "/lldp/interfaces"))
-YMAP_DEFINE_WEAK_CONTAINER(ymap_qo_oclldp_tarvoqdethernetlldpoper_cont_lvla_lldp_mib_orgdeftlvlist, invalid_arguments, whole_container(f, count, out, oc_ns, "/lldp/interfaces/interface/neighbors/neighbor/custom-tlvs"))
+YMAP_DEFINE_WEAK_CONTAINER(ymap_qo_oclldp_tarvoqdethernetlldpoper_cont_lvla_lldp_mib_orgdeftlvlist, invalid_arguments, is_stitched() ? whole_container(f, count, out, oc_ns, "/lldp/interfaces/interface/neighbors/neighbor/custom-tlvs") : YMAP_OK)
 YMAP_DEFINE_WEAK(ymap_qo_oclldp_tarvoqdethernetlldpoper_list_lvla_lldp_interfaces_interface, invalid_arguments, map_interface(f, in, out))
 
 // Leaves that hand-written callbacks map.
