@@ -22,7 +22,7 @@ host::ReadRequest read_request(const host::Schemas &schemas, const GetOptions &o
 // The process ends when the command does. What is large is left to the operating system then, which takes it
 // back at once; node by node that takes as long as a good part of the read.
 template <class T> T &until_exit(std::unique_ptr<T> object) {
-    static T *kept = nullptr;
+    static T *volatile kept = nullptr; // volatile: leak checkers have to find it
     kept = object.release();
     return *kept;
 }

@@ -64,16 +64,25 @@ std::string one_line(std::string text) {
     return text;
 }
 
-// One line that names the place and what was expected.
-int report(const host::Error &error, bool trace) {
+// One line that names the place and what was expected; for an edit with the NETCONF error tag (RFC 6241
+// appendix A).
+int report(const host::Error &error, bool edits, bool trace) {
     std::ostringstream line;
     if (!error.path().empty())
         line << error.path() << ": ";
     line << error.what();
+    if (edits)
+        line << " [" << host::to_string(error.tag()) << ']';
     if (trace && error.status() != 0)
         line << " (status 0x" << std::hex << error.status() << ')';
     std::cerr << "yfw: " << one_line(line.str()) << '\n';
     return error.status() != 0 ? exit_failed : exit_refused;
+}
+
+bool edits(const CLI::App &app) {
+    const char *const commands[] = {"set", "delete", "edit", "commit", "rollback"};
+    return std::any_of(std::begin(commands), std::end(commands),
+                       [&](const char *name) { return app.got_subcommand(name); });
 }
 
 } // namespace
@@ -101,7 +110,7 @@ int main(int argc, char **argv) {
         std::cerr << "yfw: " << one_line(error.what()) << " (see yfw --help)\n";
         return exit_refused;
     } catch (const host::Error &error) {
-        return report(error, device.trace);
+        return report(error, edits(app), device.trace);
     } catch (const std::exception &error) {
         std::cerr << "yfw: " << error.what() << '\n';
         return exit_failed;

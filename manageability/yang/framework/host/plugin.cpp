@@ -1,5 +1,7 @@
 #include "host/plugin.h"
 
+#include <cstdlib>
+
 #include <dlfcn.h>
 
 #include "host/error.h"
@@ -22,6 +24,14 @@ yfw_map_registration register_tree(void *library, const std::filesystem::path &p
     return record;
 }
 
+// A neighbor key that no response answered stays with the plug-in, which frees it when it is used.
+void free_kept_key(void *library) {
+    if (auto *key = static_cast<char **>(dlsym(library, "gl_neigh_dev_id"))) {
+        std::free(*key);
+        *key = nullptr;
+    }
+}
+
 } // namespace
 
 Plugin::Plugin(const std::filesystem::path &library)
@@ -42,6 +52,7 @@ Plugin::Plugin(const std::filesystem::path &library)
 }
 
 Plugin::~Plugin() {
+    free_kept_key(library_);
     dlclose(library_);
 }
 
