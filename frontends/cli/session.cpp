@@ -1,16 +1,36 @@
 #include "frontends/cli/session.h"
 
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+
+#include "sources/file/file_source.h"
+#include "sources/lldpd/lldpd_source.h"
 
 namespace yfw::cli {
 namespace {
 
-sources::FileSource open_device(const DeviceOptions &options) {
+constexpr std::string_view daemon_prefix = "lldpd:";
+
+// "lldpd:SOCKET" names a daemon; nothing after the colon, the one of this machine.
+std::optional<std::string> daemon_socket(const std::string &device) {
+    if (device.rfind(daemon_prefix, 0) != 0)
+        return std::nullopt;
+    const std::string socket = device.substr(daemon_prefix.size());
+    return socket.empty() ? sources::lldpd::LldpdSource::default_socket() : socket;
+}
+
+OpenedDevice open_device(const DeviceOptions &options) {
     if (!options.native_files.empty())
-        return sources::FileSource(options.native_files);
-    return sources::FileSource::of_device(options.device);
+        return {std::make_unique<sources::FileSource>(options.native_files)};
+    if (const auto socket = daemon_socket(options.device)) {
+        auto daemon = std::make_unique<sources::lldpd::LldpdSource>(*socket);
+        sources::NativeTarget *target = daemon.get();
+        return {std::move(daemon), target};
+    }
+    return {std::make_unique<sources::FileSource>(sources::FileSource::of_device(options.device))};
 }
 
 std::string environment(const char *name) {
@@ -32,19 +52,22 @@ std::filesystem::path state_directory() {
 std::filesystem::path store_of(const DeviceOptions &options) {
     if (!options.store.empty() || !options.native_files.empty())
         return options.store;
+    const auto socket = daemon_socket(options.device);
     std::error_code error;
-    std::string name = std::filesystem::weakly_canonical(options.device, error).string();
+    std::string name = std::filesystem::weakly_canonical(socket.value_or(options.device), error).string();
     while (!name.empty() && (name.front() == '/' || name.back() == '/'))
         name.erase(name.front() == '/' ? 0 : name.size() - 1, 1);
     for (char &c : name)
         c = c == '/' ? '%' : c;
-    return state_directory() / (name + ".db");
+    return state_directory() / ((socket.has_value() ? std::string(daemon_prefix) : "") + name + ".db");
 }
 
 Session::Session(const DeviceOptions &options)
-    : schemas(options.native_models, options.openconfig_models), recorded(open_device(options)),
-      source(schemas, recorded, store_of(options)), engine(schemas, source, options.plugin) {
+    : schemas(options.native_models, options.openconfig_models), device(open_device(options)),
+      source(schemas, *device.source, store_of(options), device.target),
+      engine(schemas, source, options.plugin) {
     engine.set_trace(options.trace);
+    source.restore_target();
 }
 
 } // namespace yfw::cli

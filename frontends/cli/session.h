@@ -3,20 +3,28 @@
 #define YFW_FRONTENDS_CLI_SESSION_H
 
 #include <filesystem>
+#include <memory>
 
 #include "frontends/cli/options.h"
 #include "host/configured_device.h"
 #include "host/engine.h"
-#include "sources/file/file_source.h"
+#include "sources/native_source.h"
+#include "sources/native_target.h"
 
 namespace yfw::cli {
+
+// A device as it was named on the command line.
+struct OpenedDevice {
+    std::unique_ptr<sources::NativeSource> source;
+    sources::NativeTarget *target = nullptr; // the same object, where edits take effect on more than the store
+};
 
 // Throws host::Error.
 struct Session {
     explicit Session(const DeviceOptions &options);
 
     host::Schemas schemas;
-    sources::FileSource recorded;
+    OpenedDevice device;
     host::ConfiguredSource source;
     host::Engine engine;
 };

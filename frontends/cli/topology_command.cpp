@@ -72,8 +72,9 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
     command->footer(topology_examples);
     command
         ->add_option("--device", options->devices,
-                     "Directory of a recorded device; may be repeated; default: the shipped r1 to r4")
-        ->option_text("DIR")
+                     "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: the shipped "
+                     "r1 to r4")
+        ->option_text("DEVICE")
         ->allow_extra_args(false);
     auto *dot = command->add_flag("--dot", options->dot, "Print the graph in Graphviz's language");
     command->add_option("--svg", options->svg, "Draw the picture into this file; needs Graphviz")

@@ -36,18 +36,27 @@ template <class Work> auto in_store(Work &&work) {
 
 } // namespace
 
-DataTree ConfiguredSource::read(const ly_ctx *context) {
-    DataTree data = source_.read(context);
+std::optional<datastore::Commit> ConfiguredSource::last_commit() const {
     std::error_code error;
     if (store_.empty() || !std::filesystem::exists(store_, error))
-        return data;
-    const std::optional<datastore::Commit> last =
-        in_store([&] { return datastore::Datastore(store_, false).last(); });
+        return std::nullopt;
+    return in_store([&] { return datastore::Datastore(store_, false).last(); });
+}
+
+DataTree ConfiguredSource::read(const ly_ctx *context) {
+    DataTree data = source_.read(context);
+    const std::optional<datastore::Commit> last = last_commit();
     if (!last.has_value())
         return data;
     take_configuration(data); // what was recorded has been replaced
     join(data, parse_configuration(schemas_, last->configuration, store_.string()));
     return data;
+}
+
+void ConfiguredSource::restore_target() {
+    const std::optional<datastore::Commit> last = target_ != nullptr ? last_commit() : std::nullopt;
+    if (last.has_value())
+        target_->restore(parse_configuration(schemas_, last->configuration, store_.string()).get());
 }
 
 DataTree ConfiguredSource::recorded_configuration() {
@@ -70,7 +79,10 @@ DataTree Editor::changed(const EditNode &edit, const lyd_node *running) {
 std::string Editor::try_edit(const EditNode &edit) {
     DataTree data = source_.read(schemas_.context());
     const DataTree running = take_configuration(data);
-    return configuration_difference(running.get(), changed(edit, running.get()).get());
+    const DataTree after = changed(edit, running.get());
+    if (source_.target() != nullptr)
+        source_.target()->check(running.get(), after.get());
+    return configuration_difference(running.get(), after.get());
 }
 
 void Editor::ensure_first_commit(datastore::Datastore &store) {
@@ -87,52 +99,62 @@ void Editor::ensure_first_commit(datastore::Datastore &store) {
     });
 }
 
+std::optional<datastore::Commit> Editor::commit(const MakeChange &make) {
+    DataTree before;
+    DataTree applied; // NULL as long as the target runs what it ran
+    try {
+        return in_store([&] {
+            datastore::Datastore store(source_.store(), true);
+            ensure_first_commit(store);
+            store.on_step(observer_);
+            return store.commit(
+                [&](const std::optional<datastore::Commit> &last) -> std::optional<datastore::Commit> {
+                    before = parse_configuration(schemas_, last->configuration, source_.store().string());
+                    Change change = make(before.get());
+                    datastore::Commit made = std::move(change.record);
+                    made.difference = configuration_difference(before.get(), change.after.get());
+                    made.configuration =
+                        change.text.empty() ? print_configuration(change.after.get()) : change.text;
+                    if (made.configuration == last->configuration)
+                        return std::nullopt;
+                    if (source_.target() != nullptr) {
+                        source_.target()->apply(before.get(), change.after.get());
+                        applied = std::move(change.after);
+                    }
+                    return made;
+                });
+        });
+    } catch (const Error &) {
+        if (applied) // the store failed after the target had taken it
+            source_.target()->apply(applied.get(), before.get());
+        throw;
+    }
+}
+
 std::optional<datastore::Commit> Editor::edit(const EditNode &edit, const CommitNote &note) {
-    return in_store([&] {
-        datastore::Datastore store(source_.store(), true);
-        ensure_first_commit(store);
-        store.on_step(observer_);
-        return store.commit(
-            [&](const std::optional<datastore::Commit> &last) -> std::optional<datastore::Commit> {
-                const DataTree running =
-                    parse_configuration(schemas_, last->configuration, source_.store().string());
-                const DataTree after = changed(edit, running.get());
-                datastore::Commit made;
-                made.difference = configuration_difference(running.get(), after.get());
-                if (made.difference.empty())
-                    return std::nullopt;
-                made.who = note.who;
-                made.comment = note.comment;
-                made.edit = print_edit(edit);
-                made.configuration = print_configuration(after.get());
-                return made;
-            });
+    return commit([&](const lyd_node *running) {
+        Change change;
+        change.after = changed(edit, running);
+        change.record.who = note.who;
+        change.record.comment = note.comment;
+        change.record.edit = print_edit(edit);
+        return change;
     });
 }
 
 std::optional<datastore::Commit> Editor::rollback(int64_t number, const CommitNote &note) {
-    return in_store([&] {
-        datastore::Datastore store(source_.store(), true);
-        const std::optional<datastore::Commit> target = store.find(number);
-        if (!target.has_value())
-            throw Error(ErrorTag::data_missing, source_.store().string(),
-                        "there is no commit " + std::to_string(number));
-        store.on_step(observer_);
-        return store.commit(
-            [&](const std::optional<datastore::Commit> &last) -> std::optional<datastore::Commit> {
-                if (last->configuration == target->configuration)
-                    return std::nullopt;
-                const DataTree before =
-                    parse_configuration(schemas_, last->configuration, source_.store().string());
-                const DataTree after =
-                    parse_configuration(schemas_, target->configuration, source_.store().string());
-                datastore::Commit made;
-                made.who = note.who;
-                made.comment = note.comment.empty() ? "rollback to " + std::to_string(number) : note.comment;
-                made.difference = configuration_difference(before.get(), after.get());
-                made.configuration = target->configuration;
-                return made;
-            });
+    const std::optional<datastore::Commit> target =
+        in_store([&] { return datastore::Datastore(source_.store(), true).find(number); });
+    if (!target.has_value())
+        throw Error(ErrorTag::data_missing, source_.store().string(),
+                    "there is no commit " + std::to_string(number));
+    return commit([&](const lyd_node *) {
+        Change change;
+        change.after = parse_configuration(schemas_, target->configuration, source_.store().string());
+        change.text = target->configuration;
+        change.record.who = note.who;
+        change.record.comment = note.comment.empty() ? "rollback to " + std::to_string(number) : note.comment;
+        return change;
     });
 }
 

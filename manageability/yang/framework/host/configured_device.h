@@ -4,34 +4,44 @@
 #define YFW_HOST_CONFIGURED_DEVICE_H
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "datastore/datastore.h"
 #include "host/engine.h"
 #include "sources/native_source.h"
+#include "sources/native_target.h"
 
 namespace yfw::host {
 
 // Reads through to the last commit, or to the source's own configuration before the first one. Borrows the
-// source.
+// source and the target; a device without a target only keeps its configuration.
 class ConfiguredSource final : public sources::NativeSource {
 public:
     // A store that is not there yet counts as empty and is not made by reading.
-    ConfiguredSource(const Schemas &schemas, sources::NativeSource &source, std::filesystem::path store)
-        : schemas_(schemas), source_(source), store_(std::move(store)) {}
+    ConfiguredSource(const Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
+                     sources::NativeTarget *target = nullptr)
+        : schemas_(schemas), source_(source), store_(std::move(store)), target_(target) {}
 
     DataTree read(const ly_ctx *context) override;
 
     // The source's own configuration.
     DataTree recorded_configuration();
 
+    // Makes the target run the last commit, if there is one: it may have been restarted since.
+    void restore_target();
+
     const std::filesystem::path &store() const { return store_; }
+    sources::NativeTarget *target() const { return target_; } // may be NULL
 
 private:
+    std::optional<datastore::Commit> last_commit() const;
+
     const Schemas &schemas_;
     sources::NativeSource &source_;
     std::filesystem::path store_;
+    sources::NativeTarget *target_;
 };
 
 // Who changes what, and why.
@@ -60,6 +70,16 @@ public:
     void on_step(std::function<void(datastore::Step)> observer) { observer_ = std::move(observer); }
 
 private:
+    // A configuration that is to replace the running one.
+    struct Change {
+        DataTree after;
+        std::string text;         // of `after`; empty: to be printed
+        datastore::Commit record; // who, comment, edit
+    };
+    using MakeChange = std::function<Change(const lyd_node *running)>;
+
+    // Makes a commit of a change, in the store and on the target or in neither.
+    std::optional<datastore::Commit> commit(const MakeChange &make);
     // The configuration after `edit`, made of a copy of `running`.
     DataTree changed(const EditNode &edit, const lyd_node *running);
     void ensure_first_commit(datastore::Datastore &store);

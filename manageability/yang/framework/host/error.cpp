@@ -18,6 +18,8 @@ std::string_view to_string(ErrorTag tag) {
         return "data-missing";
     case ErrorTag::resource_denied:
         return "resource-denied";
+    case ErrorTag::operation_not_supported:
+        return "operation-not-supported";
     case ErrorTag::operation_failed:
         break;
     }

@@ -18,6 +18,7 @@ enum class ErrorTag {
     data_exists,
     data_missing,
     resource_denied,
+    operation_not_supported,
     operation_failed
 };
 

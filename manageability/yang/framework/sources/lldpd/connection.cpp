@@ -1,0 +1,121 @@
+#include "sources/lldpd/connection.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "host/error.h"
+
+namespace yfw::sources::lldpd {
+namespace {
+
+void drop_message(int, const char *) {}
+
+} // namespace
+
+Connection::Connection(std::string socket, std::chrono::milliseconds bound)
+    : socket_(std::move(socket)), bound_(bound),
+      handle_(lldpctl_new_name(socket_.c_str(), send, receive, this)) {
+    lldpctl_log_callback(drop_message); // failures are reported once, by fail()
+    if (handle_ == nullptr)
+        throw std::bad_alloc();
+}
+
+Connection::~Connection() {
+    lldpctl_release(handle_);
+    if (descriptor_ >= 0)
+        close(descriptor_);
+}
+
+void Connection::fail(const std::string &doing) const {
+    const std::string reason =
+        trouble_.empty() ? std::string(lldpctl_last_strerror(handle_)) : trouble_;
+    throw host::Error(host::ErrorTag::operation_failed, place(), doing + ": " + reason);
+}
+
+Atom Connection::expect(lldpctl_atom_t *atom, const std::string &doing) const {
+    if (atom == nullptr)
+        fail(doing);
+    return Atom(atom);
+}
+
+bool Connection::connect() {
+    if (descriptor_ >= 0)
+        return true;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (socket_.size() >= sizeof address.sun_path) {
+        trouble_ = "the name of the socket is too long";
+        return false;
+    }
+    std::memcpy(address.sun_path, socket_.c_str(), socket_.size() + 1);
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (descriptor < 0 || ::connect(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
+        trouble_ = std::string("cannot connect: ") + std::strerror(errno) + "; is lldpd running?";
+        if (descriptor >= 0)
+            close(descriptor);
+        return false;
+    }
+    descriptor_ = descriptor;
+    return true;
+}
+
+bool Connection::wait_for(short events) {
+    pollfd waited[2] = {{descriptor_, events, 0}, {interrupt_, POLLIN, 0}};
+    const int ready = poll(waited, interrupt_ >= 0 ? 2 : 1, static_cast<int>(bound_.count()));
+    interrupted_ = interrupt_ >= 0 && ready > 0 && waited[1].revents != 0;
+    if (ready == 0)
+        trouble_ = "no answer within " + std::to_string(bound_.count()) + " ms";
+    return !interrupted_ && (ready > 0 || (ready < 0 && errno == EINTR));
+}
+
+ssize_t Connection::send(lldpctl_conn_t *, const uint8_t *data, size_t length, void *self) {
+    auto &connection = *static_cast<Connection *>(self);
+    if (!connection.connect())
+        return LLDPCTL_ERR_CANNOT_CONNECT;
+    size_t sent = 0;
+    while (sent < length) {
+        const ssize_t count =
+            ::send(connection.descriptor_, data + sent, length - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count >= 0) {
+            sent += static_cast<size_t>(count);
+        } else if (errno == EAGAIN || errno == EINTR) {
+            if (!connection.wait_for(POLLOUT))
+                return LLDPCTL_ERR_CALLBACK_FAILURE;
+        } else {
+            connection.trouble_ = std::string("lldpd went away: ") + std::strerror(errno);
+            return LLDPCTL_ERR_CALLBACK_FAILURE;
+        }
+    }
+    return static_cast<ssize_t>(length);
+}
+
+ssize_t Connection::receive(lldpctl_conn_t *, const uint8_t *data, size_t length, void *self) {
+    auto &connection = *static_cast<Connection *>(self);
+    if (!connection.connect())
+        return LLDPCTL_ERR_CANNOT_CONNECT;
+    // The library hands out the buffer to fill as const.
+    void *buffer = const_cast<uint8_t *>(data);
+    for (;;) {
+        const ssize_t count = ::recv(connection.descriptor_, buffer, length, MSG_DONTWAIT);
+        if (count > 0)
+            return count;
+        if (count == 0) {
+            connection.trouble_ = "lldpd closed the connection";
+            return LLDPCTL_ERR_EOF;
+        }
+        if (errno != EAGAIN && errno != EINTR) {
+            connection.trouble_ = std::string("lldpd went away: ") + std::strerror(errno);
+            return LLDPCTL_ERR_CALLBACK_FAILURE;
+        }
+        if (!connection.wait_for(POLLIN))
+            return connection.interrupted_ ? LLDPCTL_ERR_WOULDBLOCK : LLDPCTL_ERR_CALLBACK_FAILURE;
+    }
+}
+
+} // namespace yfw::sources::lldpd

@@ -1,0 +1,80 @@
+// A conversation with an lldpd on its control socket, in which nothing waits without bound.
+#ifndef YFW_SOURCES_LLDPD_CONNECTION_H
+#define YFW_SOURCES_LLDPD_CONNECTION_H
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include <lldpctl.h>
+
+namespace yfw::sources::lldpd {
+
+struct ReleaseAtom {
+    void operator()(lldpctl_atom_t *atom) const { lldpctl_atom_dec_ref(atom); }
+};
+
+// A piece of data of lldpd's library; valid for as long as its connection lives.
+using Atom = std::unique_ptr<lldpctl_atom_t, ReleaseAtom>;
+
+// Connects at its first use. One thread at a time.
+class Connection {
+public:
+    static constexpr std::chrono::seconds usual_bound{10};
+
+    // `bound`: how long one answer may take.
+    explicit Connection(std::string socket, std::chrono::milliseconds bound = usual_bound);
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    lldpctl_conn_t *handle() const { return handle_; }
+
+    // Throws host::Error that names the socket, what was done, and why it failed.
+    [[noreturn]] void fail(const std::string &doing) const;
+
+    // The atom, which lldpd's library gave for `doing`; throws as fail() when it gave none.
+    Atom expect(lldpctl_atom_t *atom, const std::string &doing) const;
+
+    // The name of the device: "lldpd:SOCKET".
+    std::string place() const { return "lldpd:" + socket_; }
+
+    // Waits of receive() end early, with "would block", when this descriptor becomes readable. -1: none.
+    void interrupt_by(int descriptor) { interrupt_ = descriptor; }
+    // Receiving waits as long as it takes, for announcements that may never come.
+    void wait_without_bound() { bound_ = std::chrono::milliseconds(-1); }
+
+    // Whether the last failure was the interruption.
+    bool interrupted() const { return interrupted_; }
+
+private:
+    static ssize_t send(lldpctl_conn_t *, const uint8_t *data, size_t length, void *self);
+    static ssize_t receive(lldpctl_conn_t *, const uint8_t *data, size_t length, void *self);
+
+    bool connect();
+    bool wait_for(short events);
+
+    std::string socket_;
+    std::chrono::milliseconds bound_;
+    int descriptor_ = -1;
+    int interrupt_ = -1;
+    bool interrupted_ = false;
+    std::string trouble_; // of the socket, more than the library's error says
+    lldpctl_conn_t *handle_;
+};
+
+// Calls `visit` with each element of a list, which may be NULL.
+template <class Visit> void for_each(lldpctl_atom_t *list, Visit &&visit) {
+    if (list == nullptr)
+        return;
+    for (lldpctl_atom_iter_t *at = lldpctl_atom_iter(list); at != nullptr;
+         at = lldpctl_atom_iter_next(list, at)) {
+        const Atom element(lldpctl_atom_iter_value(list, at));
+        if (element != nullptr)
+            visit(element.get());
+    }
+}
+
+} // namespace yfw::sources::lldpd
+
+#endif

@@ -1,0 +1,67 @@
+#include "sources/lldpd/lldpd_source.h"
+
+#include "host/error.h"
+#include "sources/lldpd/native_data.h"
+#include "sources/lldpd/reader.h"
+#include "sources/lldpd/settings_writer.h"
+#include "sources/lldpd/wanted_settings.h"
+
+namespace yfw::sources::lldpd {
+namespace {
+
+// Settings for a port that is not there would be lost on the way.
+void refuse_missing_ports(const Connection &connection, const WantedSettings &before,
+                          const WantedSettings &after) {
+    const PortStatuses there = read_port_statuses(connection);
+    for (const auto &[name, status] : after.ports)
+        if (!there.contains(name) && !before.ports.contains(name))
+            throw host::Error(host::ErrorTag::invalid_value,
+                              "/lldp/interfaces/interface[name='" + name + "']",
+                              connection.place() + " has no such interface");
+}
+
+// The native configuration before may hold what lldpd cannot do: it is only compared with.
+WantedSettings settings_before(const lyd_node *configuration) {
+    try {
+        return wanted_settings(configuration);
+    } catch (const host::Error &) {
+        return {};
+    }
+}
+
+} // namespace
+
+std::string LldpdSource::default_socket() {
+    return lldpctl_get_default_transport();
+}
+
+host::DataTree LldpdSource::read(const ly_ctx *context) {
+    const Connection connection(socket_);
+    const State state = read_state(connection);
+    host::DataTree data = configuration_data(context, state);
+    lyd_node *first = data.release();
+    lyd_insert_sibling(first, operational_data(context, state).release(), &first);
+    return host::DataTree(first);
+}
+
+void LldpdSource::check(const lyd_node *before, const lyd_node *after) {
+    const WantedSettings wanted = wanted_settings(after);
+    const Connection connection(socket_);
+    refuse_missing_ports(connection, settings_before(before), wanted);
+}
+
+void LldpdSource::apply(const lyd_node *before, const lyd_node *after) {
+    const WantedSettings from = settings_before(before);
+    const WantedSettings wanted = wanted_settings(after);
+    const Connection connection(socket_);
+    refuse_missing_ports(connection, from, wanted);
+    SettingsWriter(connection).write(wanted, !from.transmit_interval.has_value());
+}
+
+void LldpdSource::restore(const lyd_node *configuration) {
+    const WantedSettings wanted = wanted_settings(configuration);
+    const Connection connection(socket_);
+    SettingsWriter(connection).write(wanted, false);
+}
+
+} // namespace yfw::sources::lldpd

@@ -1,0 +1,33 @@
+// A machine's lldpd as a device.
+#ifndef YFW_SOURCES_LLDPD_LLDPD_SOURCE_H
+#define YFW_SOURCES_LLDPD_LLDPD_SOURCE_H
+
+#include <string>
+
+#include "sources/native_source.h"
+#include "sources/native_target.h"
+
+namespace yfw::sources::lldpd {
+
+// Talks to the daemon anew at each call, so that it may be restarted in between. Every wait is bounded.
+class LldpdSource final : public NativeSource, public NativeTarget {
+public:
+    // `socket`: of the daemon's control protocol, usually /run/lldpd.socket.
+    explicit LldpdSource(std::string socket) : socket_(std::move(socket)) {}
+
+    // The socket of this machine's daemon.
+    static std::string default_socket();
+
+    host::DataTree read(const ly_ctx *context) override;
+
+    void check(const lyd_node *before, const lyd_node *after) override;
+    void apply(const lyd_node *before, const lyd_node *after) override;
+    void restore(const lyd_node *configuration) override;
+
+private:
+    std::string socket_;
+};
+
+} // namespace yfw::sources::lldpd
+
+#endif

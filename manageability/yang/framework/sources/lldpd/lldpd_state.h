@@ -1,0 +1,92 @@
+// What an lldpd knows, as plain structures: neither lldpd's library nor YANG.
+#ifndef YFW_SOURCES_LLDPD_LLDPD_STATE_H
+#define YFW_SOURCES_LLDPD_LLDPD_STATE_H
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace yfw::sources::lldpd {
+
+// Bits of IEEE Std 802.1AB clause 8.5.8.1.
+struct Capabilities {
+    uint16_t available = 0;
+    uint16_t enabled = 0;
+};
+
+struct ManagementAddress {
+    std::string text; // IPv4 or IPv6
+    std::optional<uint32_t> interface_number;
+};
+
+// An organizationally specific TLV that lldpd hands on (clause 8.6).
+struct CustomTlv {
+    std::array<uint8_t, 3> oui{};
+    uint8_t subtype = 0;
+    std::string octets; // as on the wire
+};
+
+struct Chassis {
+    std::optional<uint32_t> id_subtype; // clause 8.5.2.2; nothing when lldpd does not tell it
+    std::string id;
+    std::optional<std::string> name;
+    std::optional<std::string> description;
+    std::optional<Capabilities> capabilities;
+    std::vector<ManagementAddress> addresses;
+};
+
+struct Neighbor {
+    Chassis chassis;
+    std::optional<uint32_t> port_id_subtype; // clause 8.5.3.2
+    std::string port_id;
+    std::optional<std::string> port_description;
+    std::optional<uint32_t> time_to_live;   // seconds
+    std::optional<uint64_t> last_update;    // seconds since the epoch
+    std::optional<uint64_t> age;            // seconds since last_update
+    std::vector<CustomTlv> tlvs;
+};
+
+// lldpd counts in 64 bits. A counter that it does not have is nothing.
+struct Counters {
+    std::optional<uint64_t> transmitted;
+    std::optional<uint64_t> received;
+    std::optional<uint64_t> discarded;
+    std::optional<uint64_t> unrecognized;
+    std::optional<uint64_t> aged_out;
+};
+
+struct PortStatus {
+    bool transmits = true;
+    bool receives = true;
+    bool operator==(const PortStatus &) const = default;
+};
+
+struct Port {
+    std::string name;
+    PortStatus status;
+    Counters counters;
+    std::vector<Neighbor> neighbors; // those heard by LLDP
+};
+
+// The settings that were made, as far as the native models know them.
+struct DaemonSettings {
+    bool paused = false;
+    uint32_t transmit_interval = 30; // seconds
+    std::optional<std::string> system_name;
+    std::optional<std::string> system_description;
+    std::optional<std::string> chassis_id;
+    bool advertises_capabilities = true;
+    bool advertises_addresses = true;
+};
+
+struct State {
+    Chassis local;
+    DaemonSettings settings;
+    std::vector<Port> ports; // in the order of lldpd
+};
+
+} // namespace yfw::sources::lldpd
+
+#endif

@@ -1,0 +1,213 @@
+#include "sources/lldpd/native_data.h"
+
+#include <cstdio>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include "sources/lldpd/native_writer.h"
+
+namespace yfw::sources::lldpd {
+namespace {
+
+constexpr const char *oper_module = "Tarvo-QD-ethernet-lldp-oper";
+constexpr const char *cfg_module = "Tarvo-QD-ethernet-lldp-cfg";
+constexpr const char *ifmgr_module = "Tarvo-QD-ifmgr-cfg";
+
+// The letters of the capabilities, from the lowest bit upwards.
+constexpr std::string_view capability_letters = "OPBWRTCS";
+
+std::optional<std::string> letters(uint16_t capabilities) {
+    std::string text;
+    for (size_t bit = 0; bit < capability_letters.size(); bit++)
+        if ((capabilities >> bit & 1) != 0)
+            text += (text.empty() ? "" : ",") + std::string(1, capability_letters[bit]);
+    return text.empty() ? std::nullopt : std::optional(text);
+}
+
+// Native counters are 32 bits wide and start again at 0.
+std::optional<uint64_t> wrapped(const std::optional<uint64_t> &count) {
+    return count.has_value() ? std::optional<uint64_t>(static_cast<uint32_t>(*count)) : std::nullopt;
+}
+
+// A C string ends at its first zero byte: such octets have no text.
+std::optional<std::string> tlv_text(const std::string &octets) {
+    if (octets.empty() || octets.find('\0') != std::string::npos)
+        return std::nullopt;
+    return octets;
+}
+
+void write_addresses(const Inner &detail, const std::vector<ManagementAddress> &addresses) {
+    if (addresses.empty())
+        return;
+    const Inner list = detail.inner("network-addresses");
+    for (const ManagementAddress &address : addresses) {
+        const Inner entry = list.inner("lldp-addr-entry");
+        const bool is_ipv6 = address.text.find(':') != std::string::npos;
+        const Inner inner = entry.inner("address");
+        inner.leaf("address-type", std::string(is_ipv6 ? "ipv6" : "ipv4"));
+        inner.leaf(is_ipv6 ? "ipv6-address" : "ipv4-address", address.text);
+        entry.leaf("if-num", address.interface_number);
+    }
+}
+
+void write_tlvs(const Inner &mib, const std::vector<CustomTlv> &tlvs) {
+    if (tlvs.empty())
+        return;
+    const Inner list = mib.inner("org-def-tlv-list");
+    for (const CustomTlv &tlv : tlvs) {
+        const Inner entry = list.inner("lldp-org-def-tlv-entry");
+        char oui[sizeof "00:00:00"];
+        std::snprintf(oui, sizeof oui, "%02x:%02x:%02x", tlv.oui[0], tlv.oui[1], tlv.oui[2]);
+        entry.leaf("oui", std::string(oui));
+        entry.leaf("tlv-subtype", uint64_t{tlv.subtype});
+        entry.leaf("tlv-value", tlv_text(tlv.octets));
+    }
+}
+
+void write_neighbor(const Inner &entry, const std::string &interface, const Neighbor &neighbor) {
+    const Chassis &chassis = neighbor.chassis;
+    entry.leaf("receiving-interface-name", interface);
+    entry.leaf("device-id", device_id(neighbor));
+    entry.leaf("chassis-id", chassis.id);
+    if (!neighbor.port_id.empty())
+        entry.leaf("port-id-detail", neighbor.port_id);
+    entry.leaf("hold-time", neighbor.time_to_live);
+    const Inner detail = entry.inner("detail");
+    write_addresses(detail, chassis.addresses);
+    detail.leaf("port-description", neighbor.port_description);
+    detail.leaf("system-name", chassis.name);
+    detail.leaf("system-description", chassis.description);
+    if (chassis.capabilities.has_value()) {
+        detail.leaf("system-capabilities", letters(chassis.capabilities->available));
+        detail.leaf("enabled-capabilities", letters(chassis.capabilities->enabled));
+    }
+    detail.leaf("last-update", neighbor.last_update);
+    detail.leaf("age", neighbor.age);
+    const Inner mib = entry.inner("mib");
+    if (chassis.capabilities.has_value())
+        mib.leaf("combined-capabilities",
+                 uint64_t{chassis.capabilities->available} << 16 | chassis.capabilities->enabled);
+    mib.leaf("chassis-id-sub-type", chassis.id_subtype);
+    mib.leaf("port-id-sub-type", neighbor.port_id_subtype);
+    write_tlvs(mib, neighbor.tlvs);
+}
+
+// One entry for an interface and a device; a device that is heard several times is in it several times.
+void write_neighbors(const Inner &node, const std::vector<Port> &ports) {
+    const Inner details = node.inner("neighbors").inner("details");
+    for (const Port &port : ports) {
+        std::map<std::string, Inner> entries;
+        for (const Neighbor &neighbor : port.neighbors) {
+            const std::string device = device_id(neighbor);
+            auto entry = entries.find(device);
+            if (entry == entries.end())
+                entry = entries.emplace(device, details.entry("detail", port.name, device)).first;
+            write_neighbor(entry->second.inner("lldp-neighbor"), port.name, neighbor);
+        }
+    }
+}
+
+void write_counters(const Inner &to, const Counters &counters) {
+    to.leaf("transmitted-packets", wrapped(counters.transmitted));
+    to.leaf("received-packets", wrapped(counters.received));
+    to.leaf("discarded-packets", wrapped(counters.discarded));
+    to.leaf("unrecognized-tl-vs", wrapped(counters.unrecognized));
+}
+
+void add(std::optional<uint64_t> &sum, const std::optional<uint64_t> &count) {
+    if (count.has_value())
+        sum = sum.value_or(0) + *count;
+}
+
+Counters sum_of(const std::vector<Port> &ports) {
+    Counters sum;
+    for (const Port &port : ports) {
+        add(sum.transmitted, port.counters.transmitted);
+        add(sum.received, port.counters.received);
+        add(sum.discarded, port.counters.discarded);
+        add(sum.unrecognized, port.counters.unrecognized);
+        add(sum.aged_out, port.counters.aged_out);
+    }
+    return sum;
+}
+
+void write_interfaces(const Inner &node, const std::vector<Port> &ports, bool paused) {
+    const Inner interfaces = node.inner("interfaces");
+    for (const Port &port : ports) {
+        const Inner entry = interfaces.entry("interface", port.name);
+        entry.leaf("tx-enabled", uint64_t{port.status.transmits && !paused});
+        entry.leaf("rx-enabled", uint64_t{port.status.receives && !paused});
+        write_counters(entry.inner("interface-stats"), port.counters);
+    }
+}
+
+void write_switches(const Inner &lldp, const PortStatus &status) {
+    lldp.leaf("enable", std::string(status.transmits || status.receives ? "true" : "false"));
+    if (!status.transmits)
+        lldp.inner("transmit").leaf("disable", std::string("true"));
+    if (!status.receives)
+        lldp.inner("receive").leaf("disable", std::string("true"));
+}
+
+void write_suppression(const Inner &lldp, const DaemonSettings &settings) {
+    if (settings.advertises_capabilities && settings.advertises_addresses)
+        return;
+    const Inner select = lldp.inner("tlv-select");
+    select.leaf("tlv-select-enter", std::string("true"));
+    if (!settings.advertises_capabilities)
+        select.inner("system-capabilities").leaf("disable", std::string("true"));
+    if (!settings.advertises_addresses)
+        select.inner("management-address").leaf("disable", std::string("true"));
+}
+
+} // namespace
+
+std::string device_id(const Neighbor &neighbor) {
+    const std::string name = neighbor.chassis.name.value_or("");
+    return name.empty() ? "[DISABLED]" : name;
+}
+
+host::DataTree operational_data(const ly_ctx *context, const State &state) {
+    host::DataTree data;
+    const Inner lldp(context, oper_module, "lldp", data);
+    const Inner info = lldp.inner("global-lldp").inner("lldp-info");
+    info.leaf("chassis-id", state.local.id);
+    info.leaf("chassis-id-sub-type", state.local.id_subtype);
+    info.leaf("system-name", state.local.name);
+    info.leaf("system-description", state.local.description);
+    const Inner node = lldp.inner("nodes").entry("node", state.local.name.value_or("lldpd"));
+    write_neighbors(node, state.ports);
+    write_interfaces(node, state.ports, state.settings.paused);
+    const Counters sums = sum_of(state.ports);
+    const Inner statistics = node.inner("statistics");
+    write_counters(statistics, sums);
+    statistics.leaf("aged-out-entries", wrapped(sums.aged_out));
+    return data;
+}
+
+host::DataTree configuration_data(const ly_ctx *context, const State &state) {
+    host::DataTree data;
+    const DaemonSettings &settings = state.settings;
+    if (!settings.paused) {
+        const Inner lldp(context, cfg_module, "lldp", data);
+        lldp.leaf("enable", std::string("true"));
+        if (settings.transmit_interval >= shortest_interval && settings.transmit_interval <= longest_interval)
+            lldp.leaf("timer", uint64_t{settings.transmit_interval});
+        lldp.leaf("system-name", settings.system_name);
+        lldp.leaf("system-description", settings.system_description);
+        lldp.leaf("chassis-id", settings.chassis_id);
+        if (settings.chassis_id.has_value())
+            lldp.leaf("chassis-id-type", std::string("local"));
+        write_suppression(lldp, settings);
+    }
+    const Inner interfaces(context, ifmgr_module, "interface-configurations", data);
+    for (const Port &port : state.ports) {
+        const Inner entry = interfaces.entry("interface-configuration", "act", port.name);
+        if (!settings.paused)
+            write_switches(entry.inner("lldp", cfg_module), port.status);
+    }
+    return data;
+}
+
+} // namespace yfw::sources::lldpd

@@ -1,0 +1,189 @@
+#include "sources/lldpd/reader.h"
+
+#include <cstring>
+#include <ctime>
+#include <functional>
+
+#include "host/error.h"
+
+namespace yfw::sources::lldpd {
+namespace {
+
+std::optional<std::string> text(lldpctl_atom_t *atom, lldpctl_key_t key) {
+    const char *found = lldpctl_atom_get_str(atom, key);
+    return found != nullptr ? std::optional<std::string>(found) : std::nullopt;
+}
+
+// The library gives -1 for what is not there.
+template <class Number> std::optional<Number> number(lldpctl_atom_t *atom, lldpctl_key_t key) {
+    const long found = lldpctl_atom_get_int(atom, key);
+    return found >= 0 ? std::optional<Number>(static_cast<Number>(found)) : std::nullopt;
+}
+
+std::string octets(lldpctl_atom_t *atom, lldpctl_key_t key) {
+    size_t length = 0;
+    const uint8_t *found = lldpctl_atom_get_buffer(atom, key, &length);
+    return found != nullptr ? std::string(reinterpret_cast<const char *>(found), length) : std::string();
+}
+
+// Subtype 0 is reserved: lldpd does not know it.
+std::optional<uint32_t> subtype(lldpctl_atom_t *atom, lldpctl_key_t key) {
+    const auto found = number<uint32_t>(atom, key);
+    return found != 0U ? found : std::nullopt;
+}
+
+std::vector<ManagementAddress> read_addresses(lldpctl_atom_t *chassis) {
+    std::vector<ManagementAddress> addresses;
+    const Atom list(lldpctl_atom_get(chassis, lldpctl_k_chassis_mgmt));
+    for_each(list.get(), [&](lldpctl_atom_t *address) {
+        if (const auto ip = text(address, lldpctl_k_mgmt_ip))
+            addresses.push_back({*ip, number<uint32_t>(address, lldpctl_k_mgmt_iface_index)});
+    });
+    return addresses;
+}
+
+Chassis read_chassis(lldpctl_atom_t *atom) {
+    Chassis chassis;
+    chassis.id_subtype = subtype(atom, lldpctl_k_chassis_id_subtype);
+    chassis.id = text(atom, lldpctl_k_chassis_id).value_or("");
+    chassis.name = text(atom, lldpctl_k_chassis_name);
+    chassis.description = text(atom, lldpctl_k_chassis_descr);
+    const auto available = number<uint16_t>(atom, lldpctl_k_chassis_cap_available);
+    if (available.value_or(0) != 0)
+        chassis.capabilities = {*available,
+                                number<uint16_t>(atom, lldpctl_k_chassis_cap_enabled).value_or(uint16_t{0})};
+    chassis.addresses = read_addresses(atom);
+    return chassis;
+}
+
+std::vector<CustomTlv> read_tlvs(lldpctl_atom_t *remote_port) {
+    std::vector<CustomTlv> tlvs;
+    const Atom list(lldpctl_atom_get(remote_port, lldpctl_k_custom_tlvs));
+    for_each(list.get(), [&](lldpctl_atom_t *atom) {
+        CustomTlv tlv;
+        const std::string oui = octets(atom, lldpctl_k_custom_tlv_oui);
+        if (oui.size() != tlv.oui.size())
+            return;
+        std::memcpy(tlv.oui.data(), oui.data(), oui.size());
+        tlv.subtype = number<uint8_t>(atom, lldpctl_k_custom_tlv_oui_subtype).value_or(uint8_t{0});
+        tlv.octets = octets(atom, lldpctl_k_custom_tlv_oui_info_string);
+        tlvs.push_back(std::move(tlv));
+    });
+    return tlvs;
+}
+
+Port read_port(const std::string &name, lldpctl_atom_t *atom) {
+    Port port;
+    port.name = name;
+    port.status = read_status(atom);
+    port.counters = {number<uint64_t>(atom, lldpctl_k_tx_cnt), number<uint64_t>(atom, lldpctl_k_rx_cnt),
+                     number<uint64_t>(atom, lldpctl_k_rx_discarded_cnt),
+                     number<uint64_t>(atom, lldpctl_k_rx_unrecognized_cnt),
+                     number<uint64_t>(atom, lldpctl_k_ageout_cnt)};
+    const Atom list(lldpctl_atom_get(atom, lldpctl_k_port_neighbors));
+    for_each(list.get(), [&](lldpctl_atom_t *remote) {
+        if (speaks_lldp(remote))
+            port.neighbors.push_back(read_neighbor(remote));
+    });
+    return port;
+}
+
+// The library's words for what a port does.
+struct StatusWord {
+    const char *word;
+    PortStatus status;
+};
+constexpr StatusWord status_words[] = {{"RX and TX", {true, true}},
+                                       {"TX only", {true, false}},
+                                       {"RX only", {false, true}},
+                                       {"disabled", {false, false}}};
+
+} // namespace
+
+bool speaks_lldp(lldpctl_atom_t *remote_port) {
+    return text(remote_port, lldpctl_k_port_protocol) == "LLDP";
+}
+
+PortStatus read_status(lldpctl_atom_t *port) {
+    const std::string word = text(port, lldpctl_k_port_status).value_or("");
+    for (const StatusWord &known : status_words)
+        if (word == known.word)
+            return known.status;
+    return {};
+}
+
+long status_value(const Connection &connection, const PortStatus &status) {
+    for (const StatusWord &known : status_words) {
+        if (known.status != status)
+            continue;
+        for (lldpctl_map_t *value = lldpctl_key_get_map(lldpctl_k_port_status);
+             value != nullptr && value->string != nullptr; value++)
+            if (std::strcmp(value->string, known.word) == 0)
+                return value->value;
+    }
+    throw host::Error(host::ErrorTag::operation_failed, connection.place(),
+                      "this lldpd's library cannot set the status of a port");
+}
+
+Neighbor read_neighbor(lldpctl_atom_t *remote_port) {
+    Neighbor neighbor;
+    if (const Atom chassis{lldpctl_atom_get(remote_port, lldpctl_k_port_chassis)})
+        neighbor.chassis = read_chassis(chassis.get());
+    neighbor.port_id_subtype = subtype(remote_port, lldpctl_k_port_id_subtype);
+    neighbor.port_id = text(remote_port, lldpctl_k_port_id).value_or("");
+    neighbor.port_description = text(remote_port, lldpctl_k_port_descr);
+    neighbor.time_to_live = number<uint32_t>(remote_port, lldpctl_k_port_ttl);
+    if (neighbor.time_to_live == 0U) // not told with the port
+        neighbor.time_to_live.reset();
+    neighbor.last_update = number<uint64_t>(remote_port, lldpctl_k_port_age);
+    const auto now = static_cast<uint64_t>(std::time(nullptr));
+    if (neighbor.last_update.has_value())
+        neighbor.age = now > *neighbor.last_update ? now - *neighbor.last_update : 0;
+    neighbor.tlvs = read_tlvs(remote_port);
+    return neighbor;
+}
+
+void for_each_port(const Connection &connection,
+                   const std::function<void(const std::string &, lldpctl_atom_t *)> &visit) {
+    const Atom interfaces =
+        connection.expect(lldpctl_get_interfaces(connection.handle()), "reading the interfaces");
+    for_each(interfaces.get(), [&](lldpctl_atom_t *interface) {
+        const std::string name = text(interface, lldpctl_k_interface_name).value_or("");
+        const Atom port(lldpctl_get_port(interface));
+        if (port != nullptr)
+            visit(name, port.get());
+        else if (lldpctl_last_error(connection.handle()) != LLDPCTL_ERR_NOT_EXIST)
+            connection.fail("reading the interface " + name);
+    });
+}
+
+DaemonSettings read_settings(const Connection &connection) {
+    const Atom atom =
+        connection.expect(lldpctl_get_configuration(connection.handle()), "reading the configuration");
+    DaemonSettings settings;
+    settings.paused = number<int>(atom.get(), lldpctl_k_config_paused).value_or(0) != 0;
+    settings.transmit_interval =
+        number<uint32_t>(atom.get(), lldpctl_k_config_tx_interval).value_or(settings.transmit_interval);
+    settings.system_name = text(atom.get(), lldpctl_k_config_hostname);
+    settings.system_description = text(atom.get(), lldpctl_k_config_description);
+    settings.chassis_id = text(atom.get(), lldpctl_k_config_cid_string);
+    settings.advertises_capabilities =
+        number<int>(atom.get(), lldpctl_k_config_chassis_cap_advertise).value_or(1) != 0;
+    settings.advertises_addresses =
+        number<int>(atom.get(), lldpctl_k_config_chassis_mgmt_advertise).value_or(1) != 0;
+    return settings;
+}
+
+State read_state(const Connection &connection) {
+    State state;
+    state.settings = read_settings(connection);
+    const Atom chassis =
+        connection.expect(lldpctl_get_local_chassis(connection.handle()), "reading the chassis");
+    state.local = read_chassis(chassis.get());
+    for_each_port(connection, [&](const std::string &name, lldpctl_atom_t *port) {
+        state.ports.push_back(read_port(name, port));
+    });
+    return state;
+}
+
+} // namespace yfw::sources::lldpd

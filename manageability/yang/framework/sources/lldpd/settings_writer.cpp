@@ -1,0 +1,126 @@
+#include "sources/lldpd/settings_writer.h"
+
+#include "host/error.h"
+#include "sources/lldpd/native_data.h"
+#include "sources/lldpd/reader.h"
+
+namespace yfw::sources::lldpd {
+namespace {
+
+constexpr uint32_t usual_interval = 30; // seconds; IEEE Std 802.1AB clause 9.2.5.7, and lldpd's own
+
+// A daemon may run with an interval that the native timer cannot hold; such a one was never configured here.
+uint32_t interval_without_a_timer(uint32_t now, bool keeps_interval) {
+    const bool configurable = now >= shortest_interval && now <= longest_interval;
+    return keeps_interval || !configurable ? now : usual_interval;
+}
+
+} // namespace
+
+PortStatuses read_port_statuses(const Connection &connection) {
+    PortStatuses statuses;
+    for_each_port(connection, [&](const std::string &name, lldpctl_atom_t *port) {
+        statuses.emplace(name, read_status(port));
+    });
+    return statuses;
+}
+
+SettingsWriter::SettingsWriter(const Connection &connection)
+    : connection_(connection),
+      configuration_(
+          connection.expect(lldpctl_get_configuration(connection.handle()), "reading the configuration")) {}
+
+void SettingsWriter::write(const WantedSettings &wanted, bool keeps_interval) {
+    try {
+        change_all(wanted, keeps_interval);
+    } catch (...) {
+        take_back();
+        throw;
+    }
+    undo_.clear();
+}
+
+// What pauses comes first and what resumes last: no frame leaves with settings half made.
+void SettingsWriter::change_all(const WantedSettings &wanted, bool keeps_interval) {
+    const DaemonSettings now = read_settings(connection_);
+    if (!wanted.runs)
+        change(lldpctl_k_config_paused, "pausing", now.paused, 1);
+    change(lldpctl_k_config_tx_interval, "setting the transmit interval", now.transmit_interval,
+           wanted.transmit_interval.value_or(interval_without_a_timer(now.transmit_interval, keeps_interval)));
+    change(lldpctl_k_config_hostname, "setting the system name", now.system_name, wanted.system_name);
+    change(lldpctl_k_config_description, "setting the system description", now.system_description,
+           wanted.system_description);
+    change(lldpctl_k_config_cid_string, "setting the chassis id", now.chassis_id, wanted.chassis_id);
+    change(lldpctl_k_config_chassis_cap_advertise, "selecting the capabilities TLV",
+           now.advertises_capabilities, wanted.advertises_capabilities);
+    change(lldpctl_k_config_chassis_mgmt_advertise, "selecting the management address TLV",
+           now.advertises_addresses, wanted.advertises_addresses);
+    change_ports(wanted);
+    if (wanted.runs)
+        change(lldpctl_k_config_paused, "resuming", now.paused, 0);
+}
+
+// A paused daemon's ports stay as they are: it neither sends nor listens, and what it resumes with is written
+// before it resumes.
+void SettingsWriter::change_ports(const WantedSettings &wanted) {
+    if (!wanted.runs)
+        return;
+    for_each_port(connection_, [&](const std::string &name, lldpctl_atom_t *port) {
+        const PortStatus now = read_status(port);
+        const PortStatus status = wanted.of_port(name);
+        if (status == now)
+            return;
+        undo_.emplace_back([this, name, now] { restore_status(name, now); });
+        set_status(name, port, status);
+    });
+}
+
+void SettingsWriter::change(lldpctl_key_t key, const char *what, long now, long wanted) {
+    if (now == wanted)
+        return;
+    undo_.emplace_back([=, this] { set(key, what, now); });
+    set(key, what, wanted);
+}
+
+void SettingsWriter::change(lldpctl_key_t key, const char *what, const std::optional<std::string> &now,
+                            const std::optional<std::string> &wanted) {
+    if (now == wanted)
+        return;
+    undo_.emplace_back([=, this] { set(key, what, now); });
+    set(key, what, wanted);
+}
+
+void SettingsWriter::set(lldpctl_key_t key, const char *what, long value) {
+    const Atom done = connection_.expect(lldpctl_atom_set_int(configuration_.get(), key, value), what);
+}
+
+void SettingsWriter::set(lldpctl_key_t key, const char *what, const std::optional<std::string> &value) {
+    const Atom done = connection_.expect(
+        lldpctl_atom_set_str(configuration_.get(), key, value.has_value() ? value->c_str() : nullptr), what);
+}
+
+void SettingsWriter::set_status(const std::string &name, lldpctl_atom_t *port, const PortStatus &status) {
+    const Atom done = connection_.expect(
+        lldpctl_atom_set_int(port, lldpctl_k_port_status, status_value(connection_, status)),
+        "setting the status of " + name);
+}
+
+void SettingsWriter::restore_status(const std::string &name, const PortStatus &status) {
+    for_each_port(connection_, [&](const std::string &found, lldpctl_atom_t *port) {
+        if (found == name)
+            set_status(name, port, status);
+    });
+}
+
+// As far as the daemon still takes it; the failure that led here is the one to be reported.
+void SettingsWriter::take_back() noexcept {
+    while (!undo_.empty()) {
+        try {
+            undo_.back()();
+        } catch (const host::Error &) {
+        }
+        undo_.pop_back();
+    }
+}
+
+} // namespace yfw::sources::lldpd

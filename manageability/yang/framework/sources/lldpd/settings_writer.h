@@ -1,0 +1,46 @@
+// Makes an lldpd run wanted settings.
+#ifndef YFW_SOURCES_LLDPD_SETTINGS_WRITER_H
+#define YFW_SOURCES_LLDPD_SETTINGS_WRITER_H
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "sources/lldpd/connection.h"
+#include "sources/lldpd/wanted_settings.h"
+
+namespace yfw::sources::lldpd {
+
+// The names of lldpd's ports and what they do.
+using PortStatuses = std::map<std::string, PortStatus, std::less<>>;
+PortStatuses read_port_statuses(const Connection &connection);
+
+// Writes what differs from what the daemon runs. What it wrote is taken back when a write fails.
+class SettingsWriter {
+public:
+    explicit SettingsWriter(const Connection &connection);
+
+    // `keeps_interval`: an interval that is not wanted leaves the daemon's own. Throws host::Error.
+    void write(const WantedSettings &wanted, bool keeps_interval);
+
+private:
+    void change_all(const WantedSettings &wanted, bool keeps_interval);
+    void change_ports(const WantedSettings &wanted);
+    void change(lldpctl_key_t key, const char *what, long now, long wanted);
+    void change(lldpctl_key_t key, const char *what, const std::optional<std::string> &now,
+                const std::optional<std::string> &wanted);
+    void set(lldpctl_key_t key, const char *what, long value);
+    void set(lldpctl_key_t key, const char *what, const std::optional<std::string> &value);
+    void set_status(const std::string &name, lldpctl_atom_t *port, const PortStatus &status);
+    void restore_status(const std::string &name, const PortStatus &status);
+    void take_back() noexcept;
+
+    const Connection &connection_;
+    Atom configuration_;
+    std::vector<std::function<void()>> undo_; // the last one first
+};
+
+} // namespace yfw::sources::lldpd
+
+#endif
