@@ -11,7 +11,10 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
                                       "File of native instance data, XML or JSON; may be repeated");
     native->option_text("FILE");
     native->allow_extra_args(false);
-    command.add_option("--device", options.device, "Directory of a recorded device, or lldpd:SOCKET for a running lldpd; default: the shipped r1")
+    command
+        .add_option(
+            "--device", options.device,
+            "Directory of a recorded device, or lldpd:SOCKET for a running lldpd; default: the shipped r1")
         ->option_text("DEVICE")
         ->excludes(native);
     command

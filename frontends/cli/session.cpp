@@ -8,6 +8,7 @@
 
 #include "sources/file/file_source.h"
 #include "sources/lldpd/lldpd_source.h"
+#include "sources/lldpd/lldpd_watch.h"
 
 namespace yfw::cli {
 namespace {
@@ -24,13 +25,13 @@ std::optional<std::string> daemon_socket(const std::string &device) {
 
 OpenedDevice open_device(const DeviceOptions &options) {
     if (!options.native_files.empty())
-        return {std::make_unique<sources::FileSource>(options.native_files)};
+        return {.source = std::make_unique<sources::FileSource>(options.native_files)};
     if (const auto socket = daemon_socket(options.device)) {
         auto daemon = std::make_unique<sources::lldpd::LldpdSource>(*socket);
         sources::NativeTarget *target = daemon.get();
-        return {std::move(daemon), target};
+        return {std::move(daemon), target, std::make_unique<sources::lldpd::LldpdWatch>(*socket)};
     }
-    return {std::make_unique<sources::FileSource>(sources::FileSource::of_device(options.device))};
+    return {.source = std::make_unique<sources::FileSource>(sources::FileSource::of_device(options.device))};
 }
 
 std::string environment(const char *name) {

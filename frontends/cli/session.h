@@ -10,6 +10,7 @@
 #include "host/engine.h"
 #include "sources/native_source.h"
 #include "sources/native_target.h"
+#include "sources/neighbor_watch.h"
 
 namespace yfw::cli {
 
@@ -17,6 +18,7 @@ namespace yfw::cli {
 struct OpenedDevice {
     std::unique_ptr<sources::NativeSource> source;
     sources::NativeTarget *target = nullptr; // the same object, where edits take effect on more than the store
+    std::unique_ptr<sources::NeighborWatch> watch = nullptr; // of a device that tells its changes
 };
 
 // Throws host::Error.

@@ -42,9 +42,11 @@ bool is_utf8(const char *text) {
     const auto *at = reinterpret_cast<const unsigned char *>(text);
     while (*at != 0) {
         const unsigned char first = *at++;
-        const int more = first < 0x80 ? 0 : first >= 0xc2 && first < 0xe0 ? 1 : first >= 0xe0 && first < 0xf0 ? 2
-                         : first >= 0xf0 && first < 0xf5                    ? 3
-                                                                            : -1;
+        const int more = first < 0x80                    ? 0
+                         : first >= 0xc2 && first < 0xe0 ? 1
+                         : first >= 0xe0 && first < 0xf0 ? 2
+                         : first >= 0xf0 && first < 0xf5 ? 3
+                                                         : -1;
         if (more < 0)
             return false;
         for (int i = 0; i < more; i++)
@@ -218,7 +220,8 @@ private:
                 return nullptr;
             }
         }
-        if (std::any_of(std::begin(keys), std::end(keys), [](const char *key) { return key != nullptr && !is_utf8(key); })) {
+        if (std::any_of(std::begin(keys), std::end(keys),
+                        [](const char *key) { return key != nullptr && !is_utf8(key); })) {
             warnings_.push_back(place(to, node->name) + ": an entry whose key is no UTF-8 text is left out");
             return nullptr;
         }

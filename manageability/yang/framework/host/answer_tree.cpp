@@ -7,7 +7,6 @@
 
 #include "host/host_status.h"
 
-
 namespace yfw::host {
 namespace {
 

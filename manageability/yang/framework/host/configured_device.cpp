@@ -1,5 +1,8 @@
 #include "host/configured_device.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "host/configuration_text.h"
 #include "host/error.h"
 #include "host/native_edits.h"
@@ -34,6 +37,32 @@ template <class Work> auto in_store(Work &&work) {
     }
 }
 
+// A data path without the names of modules and without keys.
+std::string schema_path(const std::string &path) {
+    std::string plain;
+    for (size_t i = 0; i < path.size(); i++) {
+        if (path[i] == '[')
+            i = std::min(path.find("']", i), path.size() - 2) + 1;
+        else if (path[i] == ':')
+            plain.resize(plain.rfind('/') + 1);
+        else
+            plain += path[i];
+    }
+    return plain;
+}
+
+// What a device refuses is a native node; the user named the OpenConfig node that it came from.
+template <class Work> void in_openconfig_terms(const std::vector<NativePath> &edits, Work &&work) {
+    try {
+        work();
+    } catch (const Error &error) {
+        for (const NativePath &edit : edits)
+            if (edit.path == schema_path(error.path()) && !edit.origin.empty())
+                throw Error(error.tag(), edit.origin, error.path() + ": " + error.what(), error.status());
+        throw;
+    }
+}
+
 } // namespace
 
 std::optional<datastore::Commit> ConfiguredSource::last_commit() const {
@@ -64,25 +93,26 @@ DataTree ConfiguredSource::recorded_configuration() {
     return take_configuration(data);
 }
 
-DataTree Editor::changed(const EditNode &edit, const lyd_node *running) {
+Editor::Change Editor::changed(const EditNode &edit, const lyd_node *running) {
     EditNode whole = edit;
     drop_deleted_content(whole);
     const Answer shown = engine_.read({Content::config, {{{schemas_.openconfig_root(), {}}}}});
     check_existence(whole, shown.data.get());
-    const std::vector<NativePath> edits = engine_.map_edit(whole, copy(running));
-    DataTree configuration = copy(running);
-    apply_native_edits(schemas_, edits, configuration);
-    validate_configuration(schemas_, configuration);
-    return configuration;
+    Change change;
+    change.edits = engine_.map_edit(whole, copy(running));
+    change.after = copy(running);
+    apply_native_edits(schemas_, change.edits, change.after);
+    validate_configuration(schemas_, change.after);
+    return change;
 }
 
 std::string Editor::try_edit(const EditNode &edit) {
     DataTree data = source_.read(schemas_.context());
     const DataTree running = take_configuration(data);
-    const DataTree after = changed(edit, running.get());
+    const Change change = changed(edit, running.get());
     if (source_.target() != nullptr)
-        source_.target()->check(running.get(), after.get());
-    return configuration_difference(running.get(), after.get());
+        in_openconfig_terms(change.edits, [&] { source_.target()->check(running.get(), change.after.get()); });
+    return configuration_difference(running.get(), change.after.get());
 }
 
 void Editor::ensure_first_commit(datastore::Datastore &store) {
@@ -101,7 +131,8 @@ void Editor::ensure_first_commit(datastore::Datastore &store) {
 
 std::optional<datastore::Commit> Editor::commit(const MakeChange &make) {
     DataTree before;
-    DataTree applied; // NULL as long as the target runs what it ran
+    DataTree after;
+    bool applied = false; // the target runs `after`
     try {
         return in_store([&] {
             datastore::Datastore store(source_.store(), true);
@@ -118,23 +149,24 @@ std::optional<datastore::Commit> Editor::commit(const MakeChange &make) {
                     if (made.configuration == last->configuration)
                         return std::nullopt;
                     if (source_.target() != nullptr) {
-                        source_.target()->apply(before.get(), change.after.get());
-                        applied = std::move(change.after);
+                        in_openconfig_terms(change.edits,
+                                            [&] { source_.target()->apply(before.get(), change.after.get()); });
+                        after = std::move(change.after);
+                        applied = true;
                     }
                     return made;
                 });
         });
-    } catch (const Error &) {
+    } catch (...) {
         if (applied) // the store failed after the target had taken it
-            source_.target()->apply(applied.get(), before.get());
+            source_.target()->apply(after.get(), before.get());
         throw;
     }
 }
 
 std::optional<datastore::Commit> Editor::edit(const EditNode &edit, const CommitNote &note) {
     return commit([&](const lyd_node *running) {
-        Change change;
-        change.after = changed(edit, running);
+        Change change = changed(edit, running);
         change.record.who = note.who;
         change.record.comment = note.comment;
         change.record.edit = print_edit(edit);

@@ -73,7 +73,8 @@ private:
     // A configuration that is to replace the running one.
     struct Change {
         DataTree after;
-        std::string text;         // of `after`; empty: to be printed
+        std::string text; // of `after`; empty: to be printed
+        std::vector<NativePath> edits;
         datastore::Commit record; // who, comment, edit
     };
     using MakeChange = std::function<Change(const lyd_node *running)>;
@@ -81,7 +82,7 @@ private:
     // Makes a commit of a change, in the store and on the target or in neither.
     std::optional<datastore::Commit> commit(const MakeChange &make);
     // The configuration after `edit`, made of a copy of `running`.
-    DataTree changed(const EditNode &edit, const lyd_node *running);
+    Change changed(const EditNode &edit, const lyd_node *running);
     void ensure_first_commit(datastore::Datastore &store);
 
     const Schemas &schemas_;

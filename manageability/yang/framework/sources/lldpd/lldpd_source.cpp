@@ -15,8 +15,7 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
     const PortStatuses there = read_port_statuses(connection);
     for (const auto &[name, status] : after.ports)
         if (!there.contains(name) && !before.ports.contains(name))
-            throw host::Error(host::ErrorTag::invalid_value,
-                              "/lldp/interfaces/interface[name='" + name + "']",
+            throw host::Error(host::ErrorTag::invalid_value, "/lldp/interfaces/interface[name='" + name + "']",
                               connection.place() + " has no such interface");
 }
 

@@ -42,9 +42,9 @@ struct Neighbor {
     std::optional<uint32_t> port_id_subtype; // clause 8.5.3.2
     std::string port_id;
     std::optional<std::string> port_description;
-    std::optional<uint32_t> time_to_live;   // seconds
-    std::optional<uint64_t> last_update;    // seconds since the epoch
-    std::optional<uint64_t> age;            // seconds since last_update
+    std::optional<uint32_t> time_to_live; // seconds
+    std::optional<uint64_t> last_update;  // seconds since the epoch
+    std::optional<uint64_t> age;          // seconds since last_update
     std::vector<CustomTlv> tlvs;
 };
 

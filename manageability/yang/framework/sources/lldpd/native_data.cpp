@@ -186,6 +186,13 @@ host::DataTree operational_data(const ly_ctx *context, const State &state) {
     return data;
 }
 
+host::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor) {
+    host::DataTree data;
+    const Inner node = Inner(context, oper_module, "lldp", data).inner("nodes").entry("node", "lldpd");
+    write_neighbors(node, {{interface, {}, {}, {neighbor}}});
+    return data;
+}
+
 host::DataTree configuration_data(const ly_ctx *context, const State &state) {
     host::DataTree data;
     const DaemonSettings &settings = state.settings;

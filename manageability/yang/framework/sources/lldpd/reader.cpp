@@ -9,9 +9,10 @@
 namespace yfw::sources::lldpd {
 namespace {
 
+// The library gives an empty text for some of what is not there.
 std::optional<std::string> text(lldpctl_atom_t *atom, lldpctl_key_t key) {
     const char *found = lldpctl_atom_get_str(atom, key);
-    return found != nullptr ? std::optional<std::string>(found) : std::nullopt;
+    return found != nullptr && *found != '\0' ? std::optional<std::string>(found) : std::nullopt;
 }
 
 // The library gives -1 for what is not there.

@@ -26,9 +26,8 @@ PortStatuses read_port_statuses(const Connection &connection) {
 }
 
 SettingsWriter::SettingsWriter(const Connection &connection)
-    : connection_(connection),
-      configuration_(
-          connection.expect(lldpctl_get_configuration(connection.handle()), "reading the configuration")) {}
+    : connection_(connection), configuration_(connection.expect(lldpctl_get_configuration(connection.handle()),
+                                                                "reading the configuration")) {}
 
 void SettingsWriter::write(const WantedSettings &wanted, bool keeps_interval) {
     try {
@@ -90,19 +89,23 @@ void SettingsWriter::change(lldpctl_key_t key, const char *what, const std::opti
     set(key, what, wanted);
 }
 
+// The library gives back the very atom that was set, not another reference to it.
+void SettingsWriter::check(const lldpctl_atom_t *same, const std::string &doing) const {
+    if (same == nullptr)
+        connection_.fail(doing);
+}
+
 void SettingsWriter::set(lldpctl_key_t key, const char *what, long value) {
-    const Atom done = connection_.expect(lldpctl_atom_set_int(configuration_.get(), key, value), what);
+    check(lldpctl_atom_set_int(configuration_.get(), key, value), what);
 }
 
 void SettingsWriter::set(lldpctl_key_t key, const char *what, const std::optional<std::string> &value) {
-    const Atom done = connection_.expect(
-        lldpctl_atom_set_str(configuration_.get(), key, value.has_value() ? value->c_str() : nullptr), what);
+    check(lldpctl_atom_set_str(configuration_.get(), key, value.has_value() ? value->c_str() : nullptr), what);
 }
 
 void SettingsWriter::set_status(const std::string &name, lldpctl_atom_t *port, const PortStatus &status) {
-    const Atom done = connection_.expect(
-        lldpctl_atom_set_int(port, lldpctl_k_port_status, status_value(connection_, status)),
-        "setting the status of " + name);
+    check(lldpctl_atom_set_int(port, lldpctl_k_port_status, status_value(connection_, status)),
+          "setting the status of " + name);
 }
 
 void SettingsWriter::restore_status(const std::string &name, const PortStatus &status) {

@@ -30,6 +30,7 @@ private:
     void change(lldpctl_key_t key, const char *what, long now, long wanted);
     void change(lldpctl_key_t key, const char *what, const std::optional<std::string> &now,
                 const std::optional<std::string> &wanted);
+    void check(const lldpctl_atom_t *same, const std::string &doing) const;
     void set(lldpctl_key_t key, const char *what, long value);
     void set(lldpctl_key_t key, const char *what, const std::optional<std::string> &value);
     void set_status(const std::string &name, lldpctl_atom_t *port, const PortStatus &status);

@@ -12,8 +12,8 @@
 namespace yfw::sources::lldpd {
 
 struct WantedSettings {
-    bool runs = false;       // some interface speaks LLDP
-    bool everywhere = false; // also the interfaces without settings of their own do
+    bool runs = false;                         // some interface speaks LLDP
+    bool everywhere = false;                   // also the interfaces without settings of their own do
     std::optional<uint32_t> transmit_interval; // seconds; nothing: not configured
     std::optional<std::string> system_name;
     std::optional<std::string> system_description;

@@ -1,0 +1,43 @@
+// The changes that an lldpd tells.
+#ifndef YFW_SOURCES_LLDPD_LLDPD_WATCH_H
+#define YFW_SOURCES_LLDPD_LLDPD_WATCH_H
+
+#include <map>
+#include <string>
+#include <tuple>
+
+#include "sources/lldpd/lldpd_state.h"
+#include "sources/neighbor_watch.h"
+
+namespace yfw::sources::lldpd {
+
+// After the daemon was away, what changed meanwhile is told as changes.
+class LldpdWatch final : public NeighborWatch {
+public:
+    explicit LldpdWatch(std::string socket) : socket_(std::move(socket)) {}
+
+    void run(const ly_ctx *context, int stop, const Listener &listener) override;
+
+private:
+    // Interface, chassis id and port id: what makes a neighbor the same one (IEEE Std 802.1AB
+    // clause 9.2.7.7.1).
+    using Key = std::tuple<std::string, std::string, std::string>;
+    using Neighbors = std::map<Key, Neighbor>;
+
+    // Returns when it is stopped; throws when the daemon went away.
+    void watch_until_lost(int stop);
+    Neighbors read_all() const;
+    void tell_difference(const Neighbors &now);
+    void changed(NeighborChange change, const std::string &interface, const Neighbor &neighbor);
+    void tell(NeighborChange change, const std::string &interface, const Neighbor &neighbor) const;
+
+    std::string socket_;
+    Neighbors known_;
+    bool established_ = false; // known_ holds what was there
+    const ly_ctx *context_ = nullptr;
+    const Listener *listener_ = nullptr;
+};
+
+} // namespace yfw::sources::lldpd
+
+#endif
