@@ -96,7 +96,8 @@ DataTree ConfiguredSource::recorded_configuration() {
 Editor::Change Editor::changed(const EditNode &edit, const lyd_node *running) {
     EditNode whole = edit;
     drop_deleted_content(whole);
-    const Answer shown = engine_.read({Content::config, {{{schemas_.openconfig_root(), {}}}}});
+    const Answer shown =
+        engine_.read({Content::config, {{{schemas_.openconfig_root(), {}}}}, std::nullopt}, copy(running));
     check_existence(whole, shown.data.get());
     Change change;
     change.edits = engine_.map_edit(whole, copy(running));
@@ -162,6 +163,22 @@ std::optional<datastore::Commit> Editor::commit(const MakeChange &make) {
             source_.target()->apply(after.get(), before.get());
         throw;
     }
+}
+
+DataTree Editor::apply(const EditNode &edit, const lyd_node *running) {
+    return changed(edit, running).after;
+}
+
+std::optional<datastore::Commit> Editor::commit_configuration(const lyd_node *configuration,
+                                                              const std::string &edit, const CommitNote &note) {
+    return commit([&](const lyd_node *) {
+        Change change;
+        change.after = copy(configuration);
+        change.record.who = note.who;
+        change.record.comment = note.comment;
+        change.record.edit = edit;
+        return change;
+    });
 }
 
 std::optional<datastore::Commit> Editor::edit(const EditNode &edit, const CommitNote &note) {

@@ -59,6 +59,14 @@ public:
     // The native difference that the edit would make; nothing is written. Throws Error.
     std::string try_edit(const EditNode &edit);
 
+    // The native configuration that `running` becomes by the edit; nothing is written. Throws Error.
+    DataTree apply(const EditNode &edit, const lyd_node *running);
+
+    // Makes a valid native configuration the running one, as one commit. `edit`: what led to it, for the
+    // record. Nothing when it is that already. Throws Error.
+    std::optional<datastore::Commit> commit_configuration(const lyd_node *configuration,
+                                                          const std::string &edit, const CommitNote &note);
+
     // Applies the edit as one commit, or not at all. Nothing when the edit changes nothing. Throws Error.
     std::optional<datastore::Commit> edit(const EditNode &edit, const CommitNote &note);
 

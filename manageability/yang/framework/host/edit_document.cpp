@@ -47,7 +47,16 @@ std::optional<Operation> own_operation(const lyd_node *node) {
     return std::nullopt;
 }
 
-[[noreturn]] void refuse(const lyd_node *node) {
+// A node that the model does not take: a foreign name, or a value out of its type.
+[[noreturn]] void refuse(const lysc_node *parent, const lyd_node *node) {
+    const auto *opaque = reinterpret_cast<const lyd_node_opaq *>(node);
+    const char *ns = opaque->format == LY_VALUE_XML ? opaque->name.module_ns : nullptr;
+    if (ns != nullptr && ly_ctx_get_module_implemented_ns(LYD_CTX(node), ns) == nullptr)
+        throw Error(ErrorTag::unknown_namespace, place_of(node),
+                    "no model has the namespace \"" + std::string(ns) + "\"");
+    if (parent != nullptr && schema_child(parent, opaque->name.name) == nullptr)
+        throw Error(ErrorTag::unknown_element, place_of(node),
+                    "unknown node \"" + std::string(opaque->name.name) + "\"");
     lyd_parse_opaq_error(node);
     throw Error(ErrorTag::invalid_value, place_of(node), take_yang_error(LYD_CTX(node)));
 }
@@ -58,7 +67,7 @@ const lysc_node *leaf_to_take_away(const lysc_node *parent, const lyd_node *node
     const lysc_node *schema = schema_child(parent, opaque->name.name);
     const bool leaf = schema != nullptr && (schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
     if (!leaf || lysc_is_key(schema) || !takes_away(operation) || *opaque->value != '\0')
-        refuse(node);
+        refuse(parent, node);
     return schema;
 }
 
@@ -136,7 +145,7 @@ EditNode parse_edit(const Schemas &schemas, const std::string &document, Operati
         throw Error(ErrorTag::missing_element, "", "the edit is empty");
     for (const lyd_node *top = data.get(); top != nullptr; top = top->next) {
         if (top->schema == nullptr)
-            refuse(top);
+            refuse(nullptr, top);
         if (top->schema != schemas.openconfig_root())
             throw Error(ErrorTag::unknown_element, place_of(top), "only the OpenConfig /lldp can be edited");
     }

@@ -116,9 +116,17 @@ Engine::Engine(const Schemas &schemas, sources::NativeSource &source,
       trace_buffer_(trace_lines_kept) {}
 
 Answer Engine::read(const ReadRequest &request) {
+    return read_from(request, [&] { return source_.read(schemas_.context()); });
+}
+
+Answer Engine::read(const ReadRequest &request, DataTree native) {
+    return read_from(request, [&] { return std::move(native); });
+}
+
+Answer Engine::read_from(const ReadRequest &request, const std::function<DataTree()> &native) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    const std::vector<Selection> passes = split_by_list_entry(merge_paths(request.paths));
-    const std::vector<std::unique_ptr<AnswerTree>> written = map_passes(passes, request.content);
+    const std::vector<Selection> passes = split_by_list_entry(selection_of(request));
+    const std::vector<std::unique_ptr<AnswerTree>> written = map_passes(passes, request.content, native());
     Answer answer;
     for (size_t i = 0; i < passes.size(); i++)
         merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
@@ -127,8 +135,8 @@ Answer Engine::read(const ReadRequest &request) {
 
 // The native data is given back before libyang's tree of the answer is made: the two never take memory at once.
 std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
-                                                            Content content) {
-    const Device device(schemas_, source_.read(schemas_.context()));
+                                                            Content content, DataTree native) {
+    const Device device(schemas_, std::move(native));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -205,7 +213,7 @@ Explanation Engine::explain(const ReadRequest &request) {
     const std::lock_guard<std::mutex> serialised(one_request_);
     trace_buffer_.clear();
     NativePaths paths;
-    for (const Selection &selection : split_by_list_entry(merge_paths(request.paths))) {
+    for (const Selection &selection : split_by_list_entry(selection_of(request))) {
         RequestTraits traits = traits_of(selection, request.content, trace_);
         traits.number_trace = true;
         Pass pass(traits, trace_buffer_);

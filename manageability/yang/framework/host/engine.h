@@ -4,6 +4,7 @@
 #define YFW_HOST_ENGINE_H
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -44,6 +45,8 @@ public:
 
     // Throws Error when the device cannot be read or the mapping fails.
     Answer read(const ReadRequest &request);
+    // The same of native data instead of what the device holds now.
+    Answer read(const ReadRequest &request, DataTree native);
 
     // The native edits that an OpenConfig edit comes down to, in order, on a device with this running
     // configuration. Nothing is applied. Throws Error when the mapping refuses the edit.
@@ -56,7 +59,9 @@ public:
 private:
     struct Pass;
 
-    std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content);
+    Answer read_from(const ReadRequest &request, const std::function<DataTree()> &native);
+    std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
+                                                        DataTree native);
     std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content, const Device &device);
     void start_plugin_anew();
     void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);

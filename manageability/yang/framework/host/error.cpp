@@ -8,6 +8,8 @@ std::string_view to_string(ErrorTag tag) {
         return "invalid-value";
     case ErrorTag::unknown_element:
         return "unknown-element";
+    case ErrorTag::unknown_namespace:
+        return "unknown-namespace";
     case ErrorTag::missing_element:
         return "missing-element";
     case ErrorTag::bad_element:

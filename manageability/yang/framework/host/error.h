@@ -13,6 +13,7 @@ namespace yfw::host {
 enum class ErrorTag {
     invalid_value,
     unknown_element,
+    unknown_namespace,
     missing_element,
     bad_element,
     data_exists,

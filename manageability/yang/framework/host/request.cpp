@@ -96,6 +96,10 @@ Selection merge_paths(const std::vector<Path> &paths) {
     return root;
 }
 
+Selection selection_of(const ReadRequest &request) {
+    return request.selection.has_value() ? *request.selection : merge_paths(request.paths);
+}
+
 std::vector<Selection> split_by_list_entry(const Selection &root) {
     std::vector<Selection> common_children; // in the first tree: they can stand together
     std::vector<Selection> apart;           // each in a tree of its own

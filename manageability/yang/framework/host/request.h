@@ -33,7 +33,11 @@ struct Selection {
 struct ReadRequest {
     Content content = Content::all;
     std::vector<Path> paths;
+    std::optional<Selection> selection; // instead of the paths
 };
+
+// What the request selects, as one tree.
+Selection selection_of(const ReadRequest &request);
 
 // Merges the paths into one tree; list entries with the same keys become one. The root is the first step of the
 // paths, which must not be empty.
