@@ -37,21 +37,42 @@ bool select_child(const Selections &selections, const lysc_node *schema, Selecti
     return selected;
 }
 
-// RFC 3629. The plug-in cuts long texts by bytes, perhaps within a character.
-bool is_utf8(const char *text) {
+// The character at `at`, which is moved behind it; nothing when the bytes are no UTF-8 (RFC 3629).
+std::optional<char32_t> next_character(const unsigned char *&at) {
+    const unsigned char first = *at++;
+    if (first < 0x80)
+        return first;
+    const int more = first >= 0xf0 ? 3 : first >= 0xe0 ? 2 : 1;
+    if (first < 0xc2 || first > 0xf4)
+        return std::nullopt;
+    char32_t character = first & (0x3fu >> more);
+    for (int i = 0; i < more; i++) {
+        if ((*at & 0xc0) != 0x80)
+            return std::nullopt;
+        character = character << 6 | (*at++ & 0x3fu);
+    }
+    constexpr char32_t smallest[] = {0, 0x80, 0x800, 0x10000};
+    return character >= smallest[more] ? std::optional(character) : std::nullopt;
+}
+
+// What a YANG string may hold (RFC 7950 section 9.4): devices hear all kinds of bytes from their neighbors, and
+// the plug-in cuts long texts, perhaps within a character.
+bool is_yang_text(const char *text) {
     const auto *at = reinterpret_cast<const unsigned char *>(text);
     while (*at != 0) {
-        const unsigned char first = *at++;
-        const int more = first < 0x80                    ? 0
-                         : first >= 0xc2 && first < 0xe0 ? 1
-                         : first >= 0xe0 && first < 0xf0 ? 2
-                         : first >= 0xf0 && first < 0xf5 ? 3
-                                                         : -1;
-        if (more < 0)
+        if (*at >= 0x20 && *at < 0x80) {
+            at++;
+            continue;
+        }
+        const std::optional<char32_t> character = next_character(at);
+        if (!character.has_value())
             return false;
-        for (int i = 0; i < more; i++)
-            if ((*at++ & 0xc0) != 0x80)
-                return false;
+        const char32_t c = *character;
+        const bool control = c < 0x20 && c != '\t' && c != '\n' && c != '\r';
+        const bool surrogate = c >= 0xd800 && c <= 0xdfff;
+        const bool no_character = (c >= 0xfdd0 && c <= 0xfdef) || (c & 0xfffe) == 0xfffe || c > 0x10ffff;
+        if (control || surrogate || no_character)
+            return false;
     }
     return true;
 }
@@ -110,8 +131,8 @@ private:
         if (!wanted_content(schema.schema))
             return;
         const lysc_node *node = schema.schema;
-        if (!is_utf8(text))
-            warnings_.push_back(place(to, node->name) + ": a value that is no UTF-8 text is left out");
+        if (!is_yang_text(text))
+            warnings_.push_back(place(to, node->name) + ": a value that is no text is left out");
         else if (lyd_new_term(to, node->module, node->name, text, 0, nullptr) != LY_SUCCESS)
             warn(to, node->name, text);
     }
@@ -221,8 +242,8 @@ private:
             }
         }
         if (std::any_of(std::begin(keys), std::end(keys),
-                        [](const char *key) { return key != nullptr && !is_utf8(key); })) {
-            warnings_.push_back(place(to, node->name) + ": an entry whose key is no UTF-8 text is left out");
+                        [](const char *key) { return key != nullptr && !is_yang_text(key); })) {
+            warnings_.push_back(place(to, node->name) + ": an entry whose key is no text is left out");
             return nullptr;
         }
         lyd_node *made = nullptr;

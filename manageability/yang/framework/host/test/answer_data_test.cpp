@@ -128,5 +128,21 @@ TEST_F(AnswerWithFaults, NamesTheEntryInItsWarning) {
     EXPECT_NE(warning().find("r2#p"), std::string::npos) << warning();
 }
 
+// Devices hear all kinds of bytes from their neighbors; RFC 7950 section 9.4 says what a string may hold.
+class ValueThatIsNoText : public WrittenAnswer, public testing::WithParamInterface<const char *> {};
+
+TEST_P(ValueThatIsNoText, IsLeftOutWithAWarningAndTheRestIsAnswered) {
+    add("/lldp/state/system-name", GetParam());
+    add("/lldp/state/system-description", "caf\xc3\xa9\t\xf0\x9f\x98\x80");
+    EXPECT_EQ(answer(), (Lines{"/lldp/state/system-description=caf\xc3\xa9\t\xf0\x9f\x98\x80"}));
+    ASSERT_EQ(warnings.size(), 1u);
+    EXPECT_NE(warnings[0].find("system-name"), std::string::npos) << warnings[0];
+}
+
+INSTANTIATE_TEST_SUITE_P(Bytes, ValueThatIsNoText,
+                         testing::Values("\x01", "a\x1f", "\xc0\x80", "\xe0\x80\x80", "\xed\xa0\x80",
+                                         "\xef\xbf\xbf", "\xef\xb7\x90", "\xf4\x90\x80\x80", "\x80",
+                                         "\xe2\x82", "\xff"));
+
 } // namespace
 } // namespace yfw::host::test
