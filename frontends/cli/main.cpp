@@ -13,7 +13,10 @@
 #include "frontends/cli/edit_command.h"
 #include "frontends/cli/explain_command.h"
 #include "frontends/cli/history_command.h"
+#include "frontends/cli/lab_command.h"
+#include "frontends/cli/serve_command.h"
 #include "frontends/cli/topology_command.h"
+#include "frontends/cli/watch_command.h"
 #include "host/error.h"
 
 namespace {
@@ -98,7 +101,10 @@ int main(int argc, char **argv) {
     cli::add_edit_commands(app, device);
     cli::add_history_commands(app, device);
     cli::add_explain(app, device);
+    cli::add_lab(app);
+    cli::add_serve(app, device);
     cli::add_topology(app, device);
+    cli::add_watch(app, device);
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty())

@@ -82,6 +82,17 @@ DataTree ConfiguredSource::read(const ly_ctx *context) {
     return data;
 }
 
+DataTree ConfiguredSource::running_configuration() {
+    const std::optional<datastore::Commit> last = last_commit();
+    return last.has_value() ? parse_configuration(schemas_, last->configuration, store_.string())
+                            : recorded_configuration();
+}
+
+int64_t ConfiguredSource::last_commit_number() const {
+    const std::optional<datastore::Commit> last = last_commit();
+    return last.has_value() ? last->number : -1;
+}
+
 void ConfiguredSource::restore_target() {
     const std::optional<datastore::Commit> last = target_ != nullptr ? last_commit() : std::nullopt;
     if (last.has_value())

@@ -29,6 +29,12 @@ public:
     // The source's own configuration.
     DataTree recorded_configuration();
 
+    // The last commit's configuration, or the source's own before the first one.
+    DataTree running_configuration();
+
+    // -1 when there is none yet.
+    int64_t last_commit_number() const;
+
     // Makes the target run the last commit, if there is one: it may have been restarted since.
     void restore_target();
 

@@ -1,0 +1,113 @@
+#include "frontends/cli/serve_command.h"
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <memory>
+
+#include <unistd.h>
+
+#include "frontends/cli/device_options.h"
+#include "frontends/cli/session.h"
+#include "frontends/cli/ssh_tryout.h"
+#include "frontends/cli/stdio_joint.h"
+#include "frontends/cli/stop_signals.h"
+#include "frontends/netconf/netconf_server.h"
+#include "host/error.h"
+
+namespace yfw::cli {
+namespace {
+
+constexpr const char *serve_help = R"(
+Without --socket: an SSH server of its own on a loopback port, with fresh keys; it prints how to connect and
+removes everything at the end. With --socket: for a system's sshd, whose configuration says
+  Subsystem netconf /usr/bin/yfw netconf-stdio
+
+Examples:
+  yfw serve
+  yfw serve --device lldpd: --port 8300
+  yfw serve --device lldpd: --socket /run/yfw/netconf.sock --writers netadmin --readers netops
+)";
+
+constexpr const char *default_socket = "/run/yfw/netconf.sock";
+
+struct ServeOptions {
+    netconf::ServerOptions server;
+    std::string socket;
+    uint16_t port = 0;
+    uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
+    uint64_t largest_message = netconf::FrameLimits{}.message;
+};
+
+void serve_device(const DeviceOptions &device, const netconf::ServerOptions &options, int stop,
+                  const std::function<void()> &ready) {
+    Session session(device);
+    if (session.source.store().empty())
+        throw host::Error(host::ErrorTag::missing_element, "--store",
+                          "a device that is given as files needs a file for its commits");
+    const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf");
+    netconf::Datastores datastores(session.schemas, session.source, session.engine);
+    datastores.recover();
+    netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules);
+    ready();
+    server.run(stop);
+}
+
+void run_serve(const DeviceOptions &device, const ServeOptions &options) {
+    const StopSignals stop;
+    netconf::ServerOptions server = options.server;
+    server.limits = {options.largest_chunk, options.largest_message};
+    if (!options.socket.empty()) {
+        server.socket = options.socket;
+        serve_device(device, server, stop.descriptor(),
+                     [&] { std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl; });
+        return;
+    }
+    SshTryout ssh(options.port);
+    server.socket = ssh.socket();
+    server.groups.owner = geteuid();
+    serve_device(device, server, stop.descriptor(), [&] {
+        ssh.start();
+        std::cout << ssh.instructions() << std::flush;
+    });
+}
+
+} // namespace
+
+void add_serve(CLI::App &app, DeviceOptions &device) {
+    const auto options = std::make_shared<ServeOptions>();
+    CLI::App *serve = app.add_subcommand("serve", "Serve a device over NETCONF");
+    serve->footer(serve_help);
+    auto *socket =
+        serve->add_option("--socket", options->socket, "Serve on this Unix socket, for a system's sshd");
+    socket->option_text("PATH");
+    serve->add_option("--port", options->port, "The loopback port of the SSH server; default: a free one")
+        ->option_text("PORT")
+        ->excludes(socket);
+    serve->add_option("--readers", options->server.groups.readers, "The group of those who may read")
+        ->capture_default_str()
+        ->option_text("GROUP");
+    serve->add_option("--writers", options->server.groups.writers, "The group of those who may read and edit")
+        ->capture_default_str()
+        ->option_text("GROUP");
+    serve
+        ->add_option("--max-chunk", options->largest_chunk,
+                     "The longest chunk that is accepted; default 10 MiB")
+        ->check(CLI::Range(uint64_t{1}, uint64_t{4294967295}))
+        ->option_text("BYTES");
+    serve->add_option("--max-message", options->largest_message, "The longest message; default 64 MiB")
+        ->check(CLI::PositiveNumber)
+        ->option_text("BYTES");
+    add_device_options(*serve, device);
+    serve->callback([&device, options] { run_serve(device, *options); });
+
+    CLI::App *stdio =
+        app.add_subcommand("netconf-stdio", "Join standard input and output to the server's socket");
+    stdio->footer(
+        "\nFor sshd:\n  Subsystem netconf /usr/bin/yfw netconf-stdio --socket /run/yfw/netconf.sock\n");
+    const auto joined = std::make_shared<std::string>(default_socket);
+    stdio->add_option("--socket", *joined, "The server's socket")->capture_default_str()->option_text("PATH");
+    stdio->callback([joined] { join_standard_streams(*joined); });
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,264 @@
+#include "frontends/netconf/datastores.h"
+
+#include <algorithm>
+#include <fstream>
+#include <numeric>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "frontends/netconf/rpc_error.h"
+#include "host/configuration_text.h"
+#include "host/native_edits.h"
+
+namespace yfw::netconf {
+namespace {
+
+host::DataTree copy_of(const lyd_node *data) {
+    lyd_node *copy = nullptr;
+    if (data != nullptr)
+        lyd_dup_siblings(data, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, &copy);
+    return host::DataTree(copy);
+}
+
+using Guard = std::lock_guard<std::mutex>;
+
+} // namespace
+
+Datastores::Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine)
+    : schemas_(schemas), source_(source), editor_(schemas, source, engine) {}
+
+host::DataTree Datastores::running() const {
+    return source_.running_configuration();
+}
+
+void Datastores::drop_candidate() {
+    candidate_.reset();
+    candidate_edits_.clear();
+    candidate_editor_ = 0;
+}
+
+const lyd_node *Datastores::candidate_or(const host::DataTree &running) const {
+    return candidate_.has_value() ? candidate_->get() : running.get();
+}
+
+host::DataTree Datastores::read(Datastore datastore) {
+    const Guard guard(mutex_);
+    if (datastore == Datastore::candidate && candidate_.has_value())
+        return copy_of(candidate_->get());
+    return running();
+}
+
+void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) const {
+    const auto lock = locks_.find(datastore);
+    if (lock != locks_.end() && lock->second != caller.session)
+        throw RpcError("protocol", "in-use",
+                       "the datastore is locked by session " + std::to_string(lock->second));
+}
+
+void Datastores::edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, target);
+    if (only_test) {
+        const host::DataTree before = running();
+        editor_.apply(edit, target == Datastore::candidate ? candidate_or(before) : before.get());
+    } else if (target == Datastore::running) {
+        editor_.edit(edit, {caller.user, "NETCONF session " + std::to_string(caller.session)});
+    } else {
+        const host::DataTree before = running();
+        candidate_ = editor_.apply(edit, candidate_or(before));
+        candidate_edits_.push_back(host::print_edit(edit));
+        candidate_editor_ = caller.session;
+    }
+}
+
+void Datastores::validate(Datastore datastore) {
+    const Guard guard(mutex_);
+    host::DataTree configuration = running();
+    if (datastore == Datastore::candidate && candidate_.has_value())
+        configuration = copy_of(candidate_->get());
+    host::validate_configuration(schemas_, configuration);
+}
+
+void Datastores::validate(const host::EditNode &edit) {
+    const Guard guard(mutex_);
+    editor_.apply(edit, running().get());
+}
+
+void Datastores::copy(const Caller &caller, Datastore from, Datastore to) {
+    if (from == to)
+        throw RpcError("protocol", "invalid-value", "the source and the target are the same");
+    if (to == Datastore::running)
+        return commit(caller, std::nullopt, std::nullopt);
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, to);
+    drop_candidate();
+}
+
+void Datastores::discard(const Caller &caller) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::candidate);
+    drop_candidate();
+}
+
+// ---- commits -------------------------------------------------------------------------------------------
+
+void Datastores::refuse_other_confirmer(const Caller &caller,
+                                        const std::optional<std::string> &persist_id) const {
+    if (persist_id.has_value() && (!pending_.has_value() || pending_->persist != persist_id))
+        throw RpcError("protocol", "invalid-value", "no commit waits under this persist-id");
+    if (pending_.has_value() && pending_->persist.has_value() && !persist_id.has_value())
+        throw RpcError("protocol", "invalid-value", "a commit waits to be confirmed by its persist-id");
+    if (pending_.has_value() && !pending_->persist.has_value() && pending_->session != caller.session)
+        throw RpcError("protocol", "in-use",
+                       "session " + std::to_string(pending_->session) + " has a commit to confirm");
+}
+
+void Datastores::commit(const Caller &caller, const std::optional<ConfirmedCommit> &confirmed,
+                        const std::optional<std::string> &persist_id) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::running);
+    refuse_if_locked(caller, Datastore::candidate);
+    refuse_other_confirmer(caller, persist_id);
+    // The first commit of all keeps what was there as number 0.
+    const int64_t before =
+        pending_.has_value() ? pending_->back_to : std::max<int64_t>(last_commit_number(), 0);
+    if (confirmed.has_value())
+        remember_pending(before);
+    try {
+        if (candidate_.has_value())
+            editor_.commit_configuration(
+                candidate_->get(),
+                std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string()),
+                {caller.user, "NETCONF session " + std::to_string(caller.session)});
+    } catch (...) {
+        if (!pending_.has_value())
+            forget_pending();
+        throw;
+    }
+    drop_candidate();
+    if (confirmed.has_value()) {
+        pending_ = Pending{before, caller.session, confirmed->persist};
+        deadline_ = std::chrono::steady_clock::now() + confirmed->timeout;
+    } else {
+        end_pending();
+    }
+}
+
+void Datastores::cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id) {
+    const Guard guard(mutex_);
+    if (!pending_.has_value())
+        throw RpcError("protocol", "operation-failed", "no commit waits to be confirmed");
+    refuse_other_confirmer(caller, persist_id);
+    take_back();
+}
+
+void Datastores::take_back() {
+    editor_.rollback(pending_->back_to, {"", "not confirmed: back to " + std::to_string(pending_->back_to)});
+    end_pending();
+}
+
+void Datastores::end_pending() {
+    pending_.reset();
+    deadline_ = no_deadline;
+    forget_pending();
+}
+
+std::optional<std::chrono::steady_clock::time_point> Datastores::deadline() const {
+    const auto deadline = deadline_.load();
+    return deadline != no_deadline ? std::optional(deadline) : std::nullopt;
+}
+
+void Datastores::take_back_when_due() {
+    const Guard guard(mutex_);
+    if (pending_.has_value() && deadline_.load() <= std::chrono::steady_clock::now())
+        take_back();
+}
+
+int64_t Datastores::last_commit_number() const {
+    return source_.last_commit_number();
+}
+
+std::filesystem::path Datastores::pending_file() const {
+    return source_.store().string() + ".unconfirmed";
+}
+
+// On the disk before the commit is: a server that ends at any moment leaves enough to take it back.
+void Datastores::remember_pending(int64_t back_to) const {
+    std::filesystem::create_directories(pending_file().parent_path());
+    const int file = open(pending_file().c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const std::string text = std::to_string(back_to) + "\n";
+    const bool written = file >= 0 &&
+                         write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+                         fsync(file) == 0;
+    if (file >= 0)
+        close(file);
+    if (!written)
+        throw RpcError("application", "operation-failed", pending_file().string() + ": cannot be written");
+}
+
+void Datastores::forget_pending() noexcept {
+    std::error_code ignored;
+    std::filesystem::remove(pending_file(), ignored);
+}
+
+void Datastores::recover() {
+    const Guard guard(mutex_);
+    std::ifstream file(pending_file());
+    int64_t back_to = -1;
+    if (!file)
+        return;
+    // A file that was cut short was written before its commit began.
+    if (file >> back_to && back_to >= 0 && back_to < last_commit_number())
+        editor_.rollback(back_to,
+                         {"", "not confirmed when the server ended: back to " + std::to_string(back_to)});
+    forget_pending();
+}
+
+// ---- locks ---------------------------------------------------------------------------------------------
+
+void Datastores::lock(const Caller &caller, Datastore datastore) {
+    const Guard guard(mutex_);
+    const auto held = locks_.find(datastore);
+    if (held != locks_.end())
+        throw RpcError("protocol", "lock-denied", "the datastore is already locked")
+            .with_info("<session-id>" + std::to_string(held->second) + "</session-id>");
+    if (datastore == Datastore::candidate && candidate_.has_value())
+        throw RpcError("protocol", "lock-denied", "the candidate has changes that were not committed")
+            .with_info("<session-id>0</session-id>");
+    if (datastore == Datastore::running && pending_.has_value() && pending_->session != caller.session)
+        throw RpcError("protocol", "lock-denied", "a commit waits to be confirmed")
+            .with_info("<session-id>" + std::to_string(pending_->session) + "</session-id>");
+    locks_[datastore] = caller.session;
+}
+
+void Datastores::unlock(const Caller &caller, Datastore datastore) {
+    const Guard guard(mutex_);
+    const auto held = locks_.find(datastore);
+    if (held == locks_.end() || held->second != caller.session)
+        throw RpcError("protocol", "operation-failed", "the session does not hold this lock");
+    locks_.erase(held);
+    if (datastore == Datastore::candidate) { // RFC 6241 section 8.3.5.2
+        drop_candidate();
+    }
+}
+
+std::optional<uint32_t> Datastores::locked_by(Datastore datastore) {
+    const Guard guard(mutex_);
+    const auto held = locks_.find(datastore);
+    return held != locks_.end() ? std::optional(held->second) : std::nullopt;
+}
+
+void Datastores::end_session(uint32_t session) {
+    const Guard guard(mutex_);
+    const auto candidate_lock = locks_.find(Datastore::candidate);
+    const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second == session;
+    std::erase_if(locks_, [&](const auto &lock) { return lock.second == session; });
+    if (held_candidate || candidate_editor_ == session) {
+        drop_candidate();
+    }
+    if (pending_.has_value() && pending_->session == session && !pending_->persist.has_value())
+        take_back();
+}
+
+} // namespace yfw::netconf

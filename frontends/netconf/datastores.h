@@ -1,0 +1,103 @@
+// The datastores of the server: running, which is the device's, and candidate (RFC 6241 sections 7 and 8).
+#ifndef YFW_FRONTENDS_NETCONF_DATASTORES_H
+#define YFW_FRONTENDS_NETCONF_DATASTORES_H
+
+#include <atomic>
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/configured_device.h"
+#include "host/edit.h"
+
+namespace yfw::netconf {
+
+enum class Datastore { running, candidate };
+
+struct Caller {
+    uint32_t session = 0;
+    std::string user;
+    bool may_write = false;
+};
+
+struct ConfirmedCommit {
+    std::chrono::seconds timeout{600};
+    std::optional<std::string> persist;
+};
+
+// Configurations are native; edits come in OpenConfig terms. Safe for several threads. Everything borrowed.
+// What is refused throws RpcError or host::Error, and then nothing has changed.
+class Datastores {
+public:
+    Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine);
+
+    host::DataTree read(Datastore datastore);
+
+    // `only_test`: the edit is checked and nothing is changed.
+    void edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test);
+    void validate(Datastore datastore);
+    // Checks that an edit of the running configuration would be valid.
+    void validate(const host::EditNode &edit);
+
+    void copy(const Caller &caller, Datastore from, Datastore to);
+    void discard(const Caller &caller);
+
+    // Makes the candidate the running configuration; `confirmed`: until confirmed in time (section 8.4).
+    void commit(const Caller &caller, const std::optional<ConfirmedCommit> &confirmed,
+                const std::optional<std::string> &persist_id);
+    void cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id);
+
+    void lock(const Caller &caller, Datastore datastore);
+    void unlock(const Caller &caller, Datastore datastore);
+    std::optional<uint32_t> locked_by(Datastore datastore);
+
+    // The session is gone: its locks are freed, the candidate that it had locked or that nobody else edits is
+    // discarded, and its commit, unless it persists, is taken back.
+    void end_session(uint32_t session);
+
+    // When an unconfirmed commit has to be taken back; nothing when there is none. Never waits.
+    std::optional<std::chrono::steady_clock::time_point> deadline() const;
+    void take_back_when_due();
+
+    // Takes back what a server that ended left unconfirmed.
+    void recover();
+
+private:
+    static constexpr auto no_deadline = std::chrono::steady_clock::time_point::max();
+
+    struct Pending {
+        int64_t back_to = 0; // the commit before
+        uint32_t session = 0;
+        std::optional<std::string> persist;
+    };
+
+    host::DataTree running() const;
+    void drop_candidate();
+    const lyd_node *candidate_or(const host::DataTree &running) const;
+    void refuse_if_locked(const Caller &caller, Datastore datastore) const;
+    void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
+    void take_back();
+    void end_pending();
+    int64_t last_commit_number() const;
+    std::filesystem::path pending_file() const;
+    void remember_pending(int64_t back_to) const;
+    void forget_pending() noexcept;
+
+    const host::Schemas &schemas_;
+    host::ConfiguredSource &source_;
+    host::Editor editor_;
+    std::optional<host::DataTree> candidate_; // nothing: the same as running
+    std::vector<std::string> candidate_edits_;
+    uint32_t candidate_editor_ = 0; // the session that edited it last
+    std::map<Datastore, uint32_t> locks_;
+    std::optional<Pending> pending_;
+    std::atomic<std::chrono::steady_clock::time_point> deadline_{no_deadline}; // of pending_
+    std::mutex mutex_;
+};
+
+} // namespace yfw::netconf
+
+#endif

@@ -1,0 +1,202 @@
+#include "frontends/netconf/filter.h"
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+
+#include "frontends/netconf/rpc_error.h"
+#include "host/schemas.h"
+
+namespace yfw::netconf {
+namespace {
+
+// ---- as a selection ------------------------------------------------------------------------------------
+
+// The filter's namespace is the node's; one that only inherits NETCONF's own stands for any (RFC 6241 section
+// 6.2.1 leaves a filter without a namespace of its own to the server).
+bool means(const Element &filter, const lysc_node *node) {
+    return filter.name() == node->name && (filter.ns() == node->module->ns || filter.ns() == base_ns);
+}
+
+const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
+    const lysc_node *node = nullptr;
+    while ((node = lys_getnext(node, parent, nullptr, 0)) != nullptr)
+        if (means(filter, node))
+            return node;
+    return nullptr;
+}
+
+std::optional<host::Selection> select(const Element &filter, const lysc_node *node);
+
+// An identity's prefix is the client's own; answers bear the module's name.
+std::string matched_value(const lysc_node *leaf, std::string text) {
+    const auto *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
+    const size_t colon = text.find(':');
+    if (type->basetype != LY_TYPE_IDENT)
+        return text;
+    const auto *bases = reinterpret_cast<const lysc_type_identityref *>(type)->bases;
+    return std::string(bases[0]->module->name) + ":" +
+           (colon == std::string::npos ? text : text.substr(colon + 1));
+}
+
+std::optional<host::Selection> select_children(const Element &filter, const lysc_node *node) {
+    host::Selection selected{node, std::nullopt, {}, false};
+    for (const Element &child : filter.children()) {
+        const lysc_node *below = node_meant(child, node);
+        std::optional<host::Selection> part = below != nullptr ? select(child, below) : std::nullopt;
+        if (part.has_value())
+            selected.children.push_back(std::move(*part));
+        else if (!child.text().empty())
+            return std::nullopt; // content that cannot match: nothing of this node is selected
+    }
+    if (selected.children.empty())
+        return std::nullopt;
+    // Beside something that is selected, a leaf that has to match is itself part of the answer.
+    if (selected.selects_below())
+        for (host::Selection &child : selected.children)
+            child.named = child.named || (child.value.has_value() && !child.is_key());
+    return selected;
+}
+
+std::optional<host::Selection> select(const Element &filter, const lysc_node *node) {
+    if (!filter.attributes().empty()) // the data has no attributes that could match
+        return std::nullopt;
+    const bool holds_text = (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+    if (!holds_text && !filter.children().empty())
+        return select_children(filter, node);
+    host::Selection selected{node, std::nullopt, {}, false};
+    if (!filter.text().empty() && !holds_text)
+        return std::nullopt;
+    if (!filter.text().empty())
+        selected.value = matched_value(node, filter.text());
+    return selected;
+}
+
+void merge_into(host::Selection &whole, host::Selection part) {
+    const bool whole_is_all = whole.children.empty();
+    if (whole_is_all || part.children.empty())
+        whole.children.clear();
+    else
+        std::move(part.children.begin(), part.children.end(), std::back_inserter(whole.children));
+}
+
+// ---- on a document -------------------------------------------------------------------------------------
+
+bool names(const Element &filter, const Element &data) {
+    return filter.name() == data.name() && (filter.ns() == data.ns() || filter.ns() == base_ns);
+}
+
+bool is_content_match(const Element &filter) {
+    return filter.children().empty() && !filter.text().empty();
+}
+
+bool contents_match(const std::vector<Element> &filters, const std::vector<Element> &data) {
+    return std::all_of(filters.begin(), filters.end(), [&](const Element &filter) {
+        return !is_content_match(filter) || std::any_of(data.begin(), data.end(), [&](const Element &node) {
+            return names(filter, node) && node.text() == filter.text();
+        });
+    });
+}
+
+std::string open_tag(const Element &data) {
+    return "<" + std::string(data.name()) + " xmlns=\"" + escaped(data.ns()) + "\">";
+}
+
+// ---- XPath ---------------------------------------------------------------------------------------------
+
+bool is_name_character(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '-' || c == '.';
+}
+
+std::string module_meant(const ly_ctx *context, const std::string &prefix, const Prefixes &prefixes) {
+    const auto declared = prefixes.find(prefix);
+    if (declared == prefixes.end())
+        throw RpcError("protocol", "invalid-value", "the prefix \"" + prefix + "\" is not declared");
+    const lys_module *module = ly_ctx_get_module_implemented_ns(context, declared->second.c_str());
+    // A namespace without nodes here selects nothing, which is no error.
+    return module != nullptr ? module->name : "ietf-yang-types";
+}
+
+// libyang's own form of an expression: names of modules instead of the client's prefixes.
+std::string in_module_names(const ly_ctx *context, const std::string &expression, const Prefixes &prefixes) {
+    std::string out;
+    for (size_t at = 0; at < expression.size();) {
+        const char c = expression[at];
+        size_t end = at + 1;
+        if (c == '\'' || c == '"') {
+            end = std::min(expression.find(c, end), expression.size() - 1) + 1;
+        } else if (is_name_character(c)) {
+            while (end < expression.size() && is_name_character(expression[end]))
+                end++;
+            const bool is_prefix =
+                expression.compare(end, 1, ":") == 0 && expression.compare(end, 2, "::") != 0;
+            if (is_prefix) {
+                out += module_meant(context, expression.substr(at, end - at), prefixes);
+                at = end;
+                continue;
+            }
+        }
+        out.append(expression, at, end - at);
+        at = end;
+    }
+    return out;
+}
+
+} // namespace
+
+std::string filtered(const Element &filter, const Element &data) {
+    const std::vector<Element> filters = filter.children();
+    const std::vector<Element> nodes = data.children();
+    if (filters.empty())
+        return data.print();
+    if (!contents_match(filters, nodes))
+        return "";
+    if (std::all_of(filters.begin(), filters.end(), is_content_match))
+        return data.print();
+    std::string inside;
+    for (const Element &node : nodes)
+        for (const Element &part : filters)
+            if (names(part, node))
+                inside += filtered(part, node);
+    return inside.empty() ? "" : open_tag(data) + inside + "</" + std::string(data.name()) + ">";
+}
+
+std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root) {
+    std::optional<host::Selection> whole;
+    for (const Element &top : filter.children()) {
+        if (!means(top, root))
+            continue;
+        std::optional<host::Selection> part = select(top, root);
+        if (part.has_value() && whole.has_value())
+            merge_into(*whole, std::move(*part));
+        else if (part.has_value())
+            whole = std::move(part);
+    }
+    return whole;
+}
+
+host::DataTree xpath_filtered(const lyd_node *data, const Element &filter) {
+    if (data == nullptr)
+        return nullptr;
+    const std::string expression =
+        in_module_names(LYD_CTX(data), filter.attribute("select").value_or(""), filter.prefixes());
+    ly_set *found = nullptr;
+    const LY_ERR status = lyd_find_xpath3(nullptr, data, expression.c_str(), nullptr, &found);
+    const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
+    const std::unique_ptr<ly_set, decltype(free_set)> owner(found, free_set);
+    if (status != LY_SUCCESS)
+        throw RpcError("protocol", "invalid-value", host::take_yang_error(LYD_CTX(data)));
+    lyd_node *selected = nullptr;
+    for (uint32_t i = 0; i < found->count; i++) {
+        lyd_node *copy = nullptr;
+        lyd_dup_single(found->dnodes[i], nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_WITH_FLAGS,
+                       &copy);
+        while (copy != nullptr && lyd_parent(copy) != nullptr)
+            copy = lyd_parent(copy);
+        if (copy != nullptr)
+            lyd_merge_siblings(&selected, copy, LYD_MERGE_DESTRUCT);
+    }
+    return host::DataTree(selected);
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,194 @@
+#include "frontends/netconf/netconf_server.h"
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <event2/event.h>
+#include <event2/listener.h>
+
+#include "frontends/netconf/session.h"
+#include "host/error.h"
+
+namespace yfw::netconf {
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path &socket, const std::string &why) {
+    throw host::Error(host::ErrorTag::operation_failed, socket.string(), why);
+}
+
+sockaddr_un address_of(const std::filesystem::path &socket) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (socket.string().size() >= sizeof address.sun_path)
+        fail(socket, "the name of the socket is too long");
+    std::strcpy(address.sun_path, socket.c_str());
+    return address;
+}
+
+bool is_answered(const sockaddr_un &address) {
+    const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answered = connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    close(probe);
+    return answered;
+}
+
+} // namespace
+
+NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &schemas, host::Engine &engine,
+                             Datastores &datastores, const ProtocolModules &modules)
+    : options_(options),
+      datastores_(datastores), server_{schemas,
+                                       engine,
+                                       datastores,
+                                       modules,
+                                       monitoring_,
+                                       [this](uint32_t session) {
+                                           const std::lock_guard<std::mutex> guard(known_mutex_);
+                                           return known_.contains(session);
+                                       }},
+      base_(event_base_new()), workers_(options.threads) {
+    listen();
+    const auto finished = [](int, short, void *self) {
+        static_cast<NetconfServer *>(self)->workers_.run_finished();
+    };
+    finished_ = event_new(base_, workers_.descriptor(), EV_READ | EV_PERSIST, finished, this);
+    event_add(finished_, nullptr);
+    const auto due = [](int, short, void *self) {
+        auto &server = *static_cast<NetconfServer *>(self);
+        server.in_background([&server] { server.datastores_.take_back_when_due(); });
+    };
+    commit_timer_ = event_new(base_, -1, 0, due, this);
+}
+
+NetconfServer::~NetconfServer() {
+    sessions_.clear();
+    for (event *one : {finished_, stop_, commit_timer_})
+        if (one != nullptr)
+            event_free(one);
+    if (listener_ != nullptr) {
+        evconnlistener_free(listener_);
+        unlink(options_.socket.c_str());
+    }
+    event_base_free(base_);
+}
+
+void NetconfServer::listen() {
+    const sockaddr_un address = address_of(options_.socket);
+    if (is_answered(address))
+        fail(options_.socket, "another server answers on this socket");
+    std::error_code ignored;
+    if (std::filesystem::is_socket(options_.socket, ignored))
+        unlink(options_.socket.c_str());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (socket < 0 || bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+        const int reason = errno;
+        if (socket >= 0)
+            close(socket);
+        fail(options_.socket, std::string("cannot listen: ") + std::strerror(reason));
+    }
+    chmod(options_.socket.c_str(), 0666);
+    const auto accepted = [](evconnlistener *, int fd, sockaddr *, int, void *self) {
+        static_cast<NetconfServer *>(self)->accept(fd);
+    };
+    listener_ =
+        evconnlistener_new(base_, accepted, this, LEV_OPT_CLOSE_ON_FREE | LEV_OPT_CLOSE_ON_EXEC, 128, socket);
+    if (listener_ == nullptr)
+        fail(options_.socket, "cannot listen");
+}
+
+void NetconfServer::say(const std::string &text) const {
+    std::cerr << "yfw: " << text << std::endl;
+}
+
+void NetconfServer::accept(int socket) {
+    const std::optional<User> user = user_of_peer(socket, options_.groups);
+    if (!user.has_value()) {
+        say("a user who is neither a reader nor a writer was turned away");
+        close(socket);
+        return;
+    }
+    const uint32_t id = ++last_session_;
+    auto session = std::make_unique<Session>(*this, base_, socket, Caller{id, user->name, user->may_write});
+    {
+        const std::lock_guard<std::mutex> guard(known_mutex_);
+        known_[id] = true;
+    }
+    monitoring_.session_began(id, user->name);
+    sessions_.emplace(id, std::move(session)).first->second->greet();
+}
+
+void NetconfServer::end(uint32_t session, bool dropped) {
+    {
+        const std::lock_guard<std::mutex> guard(known_mutex_);
+        known_.erase(session);
+    }
+    sessions_.erase(session);
+    monitoring_.session_ended(session, dropped);
+    in_background([this, session] { datastores_.end_session(session); });
+}
+
+// Taking back a commit may take as long as a device takes: not in the event loop.
+void NetconfServer::in_background(std::function<void()> work) {
+    workers_.add([this, work = std::move(work)]() -> WorkerPool::Finish {
+        std::string trouble;
+        try {
+            work();
+        } catch (const std::exception &error) {
+            trouble = error.what();
+        }
+        return [this, trouble] {
+            if (!trouble.empty())
+                say("a commit that was not confirmed cannot be taken back: " + trouble);
+            arm_commit_timer();
+        };
+    });
+}
+
+void NetconfServer::dispatch(Session &session, std::string message) {
+    workers_.add([this, caller = session.caller(), message = std::move(message)]() -> WorkerPool::Finish {
+        Reply reply = answer(server_, caller, message);
+        monitoring_.count(caller.session,
+                          {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
+        return [this, id = caller.session, reply = std::move(reply)] { finish(id, reply); };
+    });
+}
+
+void NetconfServer::finish(uint32_t id, const Reply &reply) {
+    arm_commit_timer();
+    if (reply.aftermath.kill.has_value() && sessions_.contains(*reply.aftermath.kill))
+        end(*reply.aftermath.kill, true);
+    const auto session = sessions_.find(id);
+    if (session != sessions_.end())
+        session->second->reply(reply.text, reply.aftermath.close);
+}
+
+void NetconfServer::arm_commit_timer() {
+    const auto deadline = datastores_.deadline();
+    if (!deadline.has_value()) {
+        event_del(commit_timer_);
+        return;
+    }
+    const auto left = std::max(
+        std::chrono::milliseconds(0),
+        std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - std::chrono::steady_clock::now()) +
+            std::chrono::milliseconds(1));
+    const timeval wait{static_cast<time_t>(left.count() / 1000),
+                       static_cast<suseconds_t>(left.count() % 1000 * 1000)};
+    event_add(commit_timer_, &wait);
+}
+
+void NetconfServer::run(int stop) {
+    const auto stopped = [](int, short, void *base) { event_base_loopbreak(static_cast<event_base *>(base)); };
+    stop_ = event_new(base_, stop, EV_READ, stopped, base_);
+    event_add(stop_, nullptr);
+    event_base_dispatch(base_);
+    sessions_.clear();
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,77 @@
+// The server: sessions on a Unix socket.
+#ifndef YFW_FRONTENDS_NETCONF_NETCONF_SERVER_H
+#define YFW_FRONTENDS_NETCONF_NETCONF_SERVER_H
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "frontends/netconf/access.h"
+#include "frontends/netconf/conversation.h"
+#include "frontends/netconf/framing.h"
+#include "frontends/netconf/worker_pool.h"
+
+struct event;
+struct event_base;
+struct evconnlistener;
+
+namespace yfw::netconf {
+
+struct ServerOptions {
+    std::filesystem::path socket;
+    AccessGroups groups;
+    FrameLimits limits;
+    std::chrono::seconds hello_timeout{30};
+    size_t threads = 4;
+};
+
+class Session;
+
+// Serves until stop_on() says so. Everything it is given is borrowed.
+class NetconfServer {
+public:
+    // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
+    // that another server answers on is refused; one that was left behind is replaced. Throws host::Error.
+    NetconfServer(const ServerOptions &options, const host::Schemas &schemas, host::Engine &engine,
+                  Datastores &datastores, const ProtocolModules &modules);
+    ~NetconfServer();
+    NetconfServer(const NetconfServer &) = delete;
+    NetconfServer &operator=(const NetconfServer &) = delete;
+
+    // Runs until `stop`, a descriptor, becomes readable; then all sessions are closed and the socket is gone.
+    void run(int stop);
+
+private:
+    friend class Session;
+
+    void listen();
+    void accept(int socket);
+    void end(uint32_t session, bool dropped);
+    void dispatch(Session &session, std::string message);
+    void finish(uint32_t session, const Reply &reply);
+    void arm_commit_timer();
+    void in_background(std::function<void()> work);
+    void say(const std::string &text) const;
+
+    ServerOptions options_;
+    Datastores &datastores_;
+    Monitoring monitoring_;
+    Server server_;
+    event_base *base_ = nullptr;
+    evconnlistener *listener_ = nullptr;
+    event *finished_ = nullptr;
+    event *stop_ = nullptr;
+    event *commit_timer_ = nullptr;
+    std::map<uint32_t, std::unique_ptr<Session>> sessions_;
+    std::mutex known_mutex_;
+    std::map<uint32_t, bool> known_; // sessions, for other threads
+    uint32_t last_session_ = 0;
+    WorkerPool workers_; // ends first: its jobs use all of the above
+};
+
+} // namespace yfw::netconf
+
+#endif

@@ -1,0 +1,73 @@
+#include "frontends/netconf/protocol_modules.h"
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+#include "host/error.h"
+#include "host/schemas.h"
+
+namespace yfw::netconf {
+namespace {
+
+constexpr const char *loaded[] = {"openconfig-lldp", "openconfig-lldp-types", "ietf-netconf",
+                                  "ietf-netconf-monitoring", "ietf-yang-library"};
+
+using Text = std::unique_ptr<char, decltype(&std::free)>;
+
+} // namespace
+
+ProtocolModules::ProtocolModules(const std::filesystem::path &openconfig_dir,
+                                 const std::filesystem::path &protocol_dir) {
+    ly_ctx *made = nullptr;
+    if (ly_ctx_new(protocol_dir.c_str(), LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
+        throw host::Error(host::ErrorTag::operation_failed, protocol_dir.string(),
+                          "no directory of YANG modules");
+    context_.reset(made);
+    ly_ctx_set_searchdir(made, openconfig_dir.c_str());
+    for (const char *name : loaded)
+        if (ly_ctx_load_module(made, name, nullptr, nullptr) == nullptr)
+            throw host::Error(host::ErrorTag::operation_failed, name, host::take_yang_error(made));
+    list_modules();
+    print_library();
+}
+
+void ProtocolModules::list_modules() {
+    uint32_t index = 0;
+    std::string all;
+    while (const lys_module *module = ly_ctx_get_module_iter(context_.get(), &index)) {
+        modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
+                            module->implemented != 0});
+        all +=
+            modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") + ";";
+    }
+    content_id_ = std::to_string(std::hash<std::string>{}(all));
+}
+
+void ProtocolModules::print_library() {
+    lyd_node *data = nullptr;
+    if (ly_ctx_get_yanglib_data(context_.get(), &data, "%s", content_id_.c_str()) != LY_SUCCESS)
+        throw host::Error(host::ErrorTag::operation_failed, "ietf-yang-library",
+                          host::take_yang_error(context_.get()));
+    const host::DataTree owner(data);
+    for (const lyd_node *top = data; top != nullptr; top = top->next) {
+        char *text = nullptr;
+        lyd_print_mem(&text, top, LYD_XML, LYD_PRINT_SHRINK);
+        const Text printed(text, std::free);
+        library_.emplace_back(printed != nullptr ? printed.get() : "");
+    }
+}
+
+std::optional<std::string> ProtocolModules::text(const std::string &name, const std::string &revision) const {
+    const lys_module *module = revision.empty()
+                                   ? ly_ctx_get_module_latest(context_.get(), name.c_str())
+                                   : ly_ctx_get_module(context_.get(), name.c_str(), revision.c_str());
+    if (module == nullptr)
+        return std::nullopt;
+    char *text = nullptr;
+    lys_print_mem(&text, module, LYS_OUT_YANG, 0);
+    const Text printed(text, std::free);
+    return printed != nullptr ? std::optional<std::string>(printed.get()) : std::nullopt;
+}
+
+} // namespace yfw::netconf

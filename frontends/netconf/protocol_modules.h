@@ -1,0 +1,49 @@
+// The modules that a client sees: OpenConfig's and the protocol's own.
+#ifndef YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
+#define YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/data_tree.h"
+
+namespace yfw::netconf {
+
+struct ModuleName {
+    std::string name;
+    std::string revision; // may be empty
+    std::string ns;
+    bool implemented = true;
+};
+
+class ProtocolModules {
+public:
+    // Loads OpenConfig's modules from one directory and the protocol's from another. Throws host::Error.
+    ProtocolModules(const std::filesystem::path &openconfig_dir, const std::filesystem::path &protocol_dir);
+
+    const std::vector<ModuleName> &modules() const { return modules_; }
+
+    // The text of a module or submodule in YANG; nothing when there is none by that name and revision (empty:
+    // any). Several revisions of one name are never loaded.
+    std::optional<std::string> text(const std::string &name, const std::string &revision) const;
+
+    // The identifier of this set of modules (RFC 8525).
+    const std::string &content_id() const { return content_id_; }
+    // The data of ietf-yang-library, printed: its <yang-library> and its <modules-state>.
+    const std::vector<std::string> &library() const { return library_; }
+
+private:
+    void list_modules();
+    void print_library();
+
+    host::YangContext context_;
+    std::vector<ModuleName> modules_;
+    std::string content_id_;
+    std::vector<std::string> library_;
+};
+
+} // namespace yfw::netconf
+
+#endif

@@ -1,0 +1,88 @@
+#include "frontends/netconf/rpc_error.h"
+
+namespace yfw::netconf {
+namespace {
+
+// Each step of an OpenConfig path gets the prefix that print_error() declares.
+std::string prefixed(const std::string &path) {
+    std::string text;
+    bool quoted = false;
+    bool step = false;
+    for (const char c : path) {
+        if (c == '\'')
+            quoted = !quoted;
+        if (step && c != '/')
+            text += "oc-lldp:";
+        step = !quoted && (c == '/' || c == '[');
+        text += c;
+    }
+    return text;
+}
+
+bool is_openconfig_path(const std::string &path) {
+    return path == "/lldp" || path.rfind("/lldp/", 0) == 0;
+}
+
+// "/openconfig-lldp:lldp/config" as "/lldp/config".
+std::string without_module(const std::string &path) {
+    const std::string module = "/openconfig-lldp:";
+    return path.rfind(module, 0) == 0 ? "/" + path.substr(module.size()) : path;
+}
+
+std::string element(const char *name, const std::string &text) {
+    return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
+}
+
+} // namespace
+
+std::string escaped(std::string_view text) {
+    std::string out;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        default:
+            out += static_cast<unsigned char>(c) < ' ' && c != '\n' && c != '\t' ? ' ' : c;
+        }
+    }
+    return out;
+}
+
+RpcError rpc_error_of(const host::Error &error) {
+    RpcError told("application", std::string(host::to_string(error.tag())), error.what());
+    const std::string path = without_module(error.path());
+    if (is_openconfig_path(path))
+        told.at(prefixed(path));
+    const size_t step = path.find_last_of('/');
+    const std::string name = step == std::string::npos ? path : path.substr(step + 1);
+    // Their error-info is mandatory (RFC 6241 appendix A).
+    if (error.tag() == host::ErrorTag::unknown_element || error.tag() == host::ErrorTag::missing_element ||
+        error.tag() == host::ErrorTag::bad_element || error.tag() == host::ErrorTag::unknown_namespace)
+        told.with_info("<bad-element>" + escaped(name) + "</bad-element>");
+    return told;
+}
+
+std::string print_error(const RpcError &error) {
+    std::string xml = "<rpc-error>" + element("error-type", error.type) + element("error-tag", error.tag) +
+                      "<error-severity>error</error-severity>" + element("error-app-tag", error.app_tag);
+    if (!error.path.empty())
+        xml += "<error-path xmlns:oc-lldp=\"http://openconfig.net/yang/lldp\">" + escaped(error.path) +
+               "</error-path>";
+    if (*error.what() != '\0')
+        xml += "<error-message xml:lang=\"en\">" + escaped(error.what()) + "</error-message>";
+    if (!error.info.empty())
+        xml += "<error-info>" + error.info + "</error-info>";
+    return xml + "</rpc-error>";
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,170 @@
+#include "frontends/netconf/xml.h"
+
+#include <cstdlib>
+#include <memory>
+
+#include "frontends/netconf/rpc_error.h"
+#include "host/schemas.h"
+
+namespace yfw::netconf {
+namespace {
+
+// A context without models of its own: all elements stay as they are. libyang's contexts are shared between
+// threads for parsing.
+const ly_ctx *modelless() {
+    static const host::YangContext context = [] {
+        ly_ctx *made = nullptr;
+        if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY, &made) != LY_SUCCESS)
+            throw std::bad_alloc();
+        return host::YangContext(made);
+    }();
+    return context.get();
+}
+
+[[noreturn]] void malformed(const std::string &why) {
+    throw RpcError("rpc", "malformed-message", why);
+}
+
+size_t after(std::string_view text, size_t from, std::string_view end) {
+    const size_t found = text.find(end, from);
+    if (found == std::string_view::npos)
+        malformed("the message ends within markup");
+    return found + end.size();
+}
+
+// The end of a tag: its first ">" outside quotes.
+size_t after_tag(std::string_view text, size_t from) {
+    char quote = '\0';
+    for (size_t i = from; i < text.size(); i++) {
+        if (quote != '\0')
+            quote = text[i] == quote ? '\0' : quote;
+        else if (text[i] == '"' || text[i] == '\'')
+            quote = text[i];
+        else if (text[i] == '>')
+            return i + 1;
+    }
+    malformed("the message ends within a tag");
+}
+
+// Refuses what a parser that calls itself for each level should not be given.
+void check_shape(std::string_view text) {
+    size_t depth = 0;
+    for (size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+        const std::string_view rest = text.substr(at);
+        if (rest.starts_with("<!--")) {
+            at = after(text, at + 4, "-->");
+        } else if (rest.starts_with("<![CDATA[")) {
+            at = after(text, at, "]]>");
+        } else if (rest.starts_with("<?")) {
+            at = after(text, at, "?>");
+        } else if (rest.starts_with("<!")) {
+            malformed("a document type is not accepted");
+        } else {
+            const size_t end = after_tag(text, at);
+            const bool closes = rest.starts_with("</");
+            if (closes && depth == 0)
+                malformed("an element is closed that was not opened");
+            if (closes)
+                depth--;
+            else if (text[end - 2] != '/' && ++depth > Document::deepest)
+                malformed("elements are nested deeper than " + std::to_string(Document::deepest));
+            at = end;
+        }
+    }
+}
+
+// Clients that write <nc:rpc> often leave elements inside without any namespace, <config> above all; they mean
+// NETCONF's own.
+std::string with_default_namespace(const std::string &text) {
+    size_t root = text.find('<');
+    while (root != std::string::npos && (text.compare(root, 2, "<?") == 0 || text.compare(root, 2, "<!") == 0))
+        root = text.find('<', root + 1);
+    if (root == std::string::npos)
+        return text;
+    const std::string_view tag = std::string_view(text).substr(root, after_tag(text, root) - root);
+    const size_t name_end = tag.find_first_of(" \t\r\n/>");
+    const bool prefixed = tag.substr(0, name_end).find(':') != std::string_view::npos;
+    if (!prefixed || tag.find(" xmlns=") != std::string_view::npos)
+        return text;
+    return text.substr(0, root + name_end) + " xmlns=\"" + std::string(base_ns) + "\"" +
+           text.substr(root + name_end);
+}
+
+} // namespace
+
+std::string Element::text() const {
+    const std::string_view value = node_->value != nullptr ? node_->value : "";
+    const size_t first = value.find_first_not_of(" \t\r\n");
+    if (first == std::string_view::npos)
+        return "";
+    return std::string(value.substr(first, value.find_last_not_of(" \t\r\n") - first + 1));
+}
+
+std::vector<Element::Attribute> Element::attributes() const {
+    std::vector<Attribute> found;
+    for (const lyd_attr *at = node_->attr; at != nullptr; at = at->next)
+        found.push_back({at->name.name, at->name.prefix != nullptr ? at->name.prefix : "",
+                         at->name.module_ns != nullptr ? at->name.module_ns : "",
+                         at->value != nullptr ? at->value : ""});
+    return found;
+}
+
+std::optional<std::string> Element::attribute(std::string_view wanted) const {
+    for (const Attribute &attribute : attributes())
+        if (attribute.name == wanted)
+            return std::string(attribute.value);
+    return std::nullopt;
+}
+
+// libyang keeps them to itself, but prints them with the element.
+Prefixes Element::prefixes() const {
+    const std::string text = print();
+    const std::string_view tag = std::string_view(text).substr(0, after_tag(text, 0));
+    Prefixes found;
+    constexpr std::string_view declares = " xmlns:";
+    for (size_t at = tag.find(declares); at != std::string_view::npos; at = tag.find(declares, at + 1)) {
+        const size_t name = at + declares.size();
+        const size_t equals = tag.find('=', name);
+        const size_t end = tag.find(tag[equals + 1], equals + 2);
+        found.emplace(tag.substr(name, equals - name), tag.substr(equals + 2, end - equals - 2));
+    }
+    return found;
+}
+
+std::vector<Element> Element::children() const {
+    std::vector<Element> found;
+    for (const lyd_node *child = node_->child; child != nullptr; child = child->next)
+        found.emplace_back(child);
+    return found;
+}
+
+std::optional<Element> Element::child(std::string_view wanted) const {
+    for (const Element &child : children())
+        if (child.is(ns(), wanted))
+            return child;
+    return std::nullopt;
+}
+
+std::string Element::print() const {
+    char *text = nullptr;
+    lyd_print_mem(&text, reinterpret_cast<const lyd_node *>(node_), LYD_XML, LYD_PRINT_SHRINK);
+    const std::unique_ptr<char, decltype(&std::free)> owner(text, std::free);
+    return text != nullptr ? text : "";
+}
+
+Document::Document(const std::string &text) {
+    check_shape(text);
+    lyd_node *parsed = nullptr;
+    const LY_ERR status = lyd_parse_data_mem(modelless(), with_default_namespace(text).c_str(), LYD_XML,
+                                             LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &parsed);
+    tree_.reset(parsed);
+    if (status != LY_SUCCESS)
+        malformed(host::take_yang_error(modelless()));
+    if (parsed == nullptr)
+        malformed("the message holds no element");
+    if (parsed->next != nullptr)
+        malformed("the message holds more than one element");
+    root_ = parsed;
+}
+
+} // namespace yfw::netconf
