@@ -1,4 +1,4 @@
-// Runs every folder of scenarios/ as a read of the program. README.md says what a folder holds.
+// Runs every folder of scenarios/ as a read or an edit of the program. README.md says what a folder holds.
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -46,12 +46,29 @@ protected:
     bool has(const std::string &file) const { return fs::exists(folder_ / file); }
     std::string text(const std::string &file) const { return read_file(folder_ / file); }
 
+    std::vector<std::string> request() const { return lines_of(text("request")); }
+
+    bool is_edit() const {
+        const std::string command = request().at(0);
+        return command == "set" || command == "delete" || command == "edit" || command == "commit";
+    }
+
     Outcome run(Format format) const {
-        Invocation invocation{.arguments = lines_of(text("request")), .working_directory = folder_};
+        Invocation invocation{.arguments = request(), .working_directory = folder_};
         invocation.arguments.insert(invocation.arguments.end(), {"--format", format_name(format)});
         if (has("timezone"))
             invocation.timezone = without_line_end(text("timezone"));
         return run_yfw(invocation);
+    }
+
+    // The edit with further words before or after its command, on the device as the folder has it.
+    Outcome run_edit(const std::vector<std::string> &before, const std::vector<std::string> &after = {}) const {
+        const TemporaryDirectory directory;
+        std::vector<std::string> arguments = request();
+        arguments.insert(arguments.begin() + 1, after.begin(), after.end());
+        arguments.insert(arguments.begin() + 1, {"--store", (directory.path() / "commits.db").string()});
+        arguments.insert(arguments.begin(), before.begin(), before.end());
+        return run_yfw({.arguments = std::move(arguments), .working_directory = folder_});
     }
 
     // With YFW_UPDATE_EXPECTED=1 the folder is given what came out, for a person to review.
@@ -88,10 +105,34 @@ protected:
             expect_or_update(file, without_times(outcome.output));
     }
 
+    void expect_edit() const {
+        const Outcome dry_run = run_edit({}, {"--dry-run"});
+        if (has("expected.status")) {
+            expect_failure(dry_run);
+            return;
+        }
+        expect_printed("expected.difference", dry_run);
+        if (has("expected.native-edits"))
+            expect_printed("expected.native-edits", run_edit({"explain"}));
+        const std::string committed =
+            dry_run.output.empty() ? "nothing changes\n" : "commit 1\n" + dry_run.output;
+        EXPECT_EQ(run_edit({}).output, committed);
+    }
+
+    void expect_printed(const std::string &file, const Outcome &outcome) const {
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors, "");
+        expect_or_update(file, outcome.output);
+    }
+
     const fs::path folder_ = fs::path(YFW_SCENARIOS_DIR) / GetParam();
 };
 
 TEST_P(AScenario, IsAnsweredAsExpected) {
+    if (is_edit()) {
+        expect_edit();
+        return;
+    }
     const Outcome json = run(Format::json);
     if (has("expected.status")) {
         expect_failure(json);

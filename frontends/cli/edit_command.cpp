@@ -60,6 +60,17 @@ std::string read_file(const std::string &file) {
     return text.str();
 }
 
+// A document that is at fault as a whole is named by its file.
+host::EditNode parse_file(const host::Schemas &schemas, const EditOptions &options) {
+    try {
+        return host::parse_edit(schemas, read_file(options.file), *host::operation_from(options.operation));
+    } catch (const host::Error &error) {
+        if (!error.path().empty())
+            throw;
+        throw host::Error(error.tag(), options.file, error.what(), error.status());
+    }
+}
+
 void run(const DeviceOptions &device, const EditOptions &options,
          const std::function<host::EditNode(const host::Schemas &)> &make_edit) {
     Session session(device);
@@ -126,10 +137,7 @@ void add_edit_file(CLI::App &app, DeviceOptions &device, const std::shared_ptr<E
         ->check(CLI::IsMember({"merge", "replace", "create", "delete", "remove", "none"}))
         ->option_text("OPERATION");
     command->callback([&device, options] {
-        run(device, *options, [&](const auto &schemas) {
-            return host::parse_edit(schemas, read_file(options->file),
-                                    *host::operation_from(options->operation));
-        });
+        run(device, *options, [&](const auto &schemas) { return parse_file(schemas, *options); });
     });
 }
 

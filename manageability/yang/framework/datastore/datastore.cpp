@@ -1,8 +1,10 @@
 #include "datastore/datastore.h"
 
+#include <chrono>
 #include <ctime>
 #include <memory>
 #include <system_error>
+#include <thread>
 
 #include <sqlite3.h>
 
@@ -99,9 +101,7 @@ Datastore::Datastore(const std::filesystem::path &file, bool create) : file_(fil
     }
     try {
         sqlite3_busy_timeout(database_, busy_milliseconds);
-        execute("PRAGMA journal_mode = WAL");
-        execute("PRAGMA synchronous = FULL");
-        execute(schema);
+        set_up();
     } catch (...) {
         sqlite3_close(database_);
         throw;
@@ -110,6 +110,23 @@ Datastore::Datastore(const std::filesystem::path &file, bool create) : file_(fil
 
 Datastore::~Datastore() {
     sqlite3_close(database_);
+}
+
+// Turning the log on fails at once, without SQLite's own waiting, when another process is doing the same.
+void Datastore::set_up() const {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busy_milliseconds);
+    for (;;) {
+        try {
+            execute("PRAGMA journal_mode = WAL");
+            execute("PRAGMA synchronous = FULL");
+            execute(schema);
+            return;
+        } catch (const StoreError &) {
+            if (sqlite3_errcode(database_) != SQLITE_BUSY || std::chrono::steady_clock::now() > end)
+                throw;
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
 }
 
 void Datastore::execute(const char *sql) const {

@@ -58,6 +58,7 @@ public:
     void on_step(std::function<void(Step)> observer) { observer_ = std::move(observer); }
 
 private:
+    void set_up() const;
     void execute(const char *sql) const;
     void insert(const Commit &commit) const;
     void reached(Step step) const;

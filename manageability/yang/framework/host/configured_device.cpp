@@ -141,19 +141,32 @@ void Editor::ensure_first_commit(datastore::Datastore &store) {
     });
 }
 
+// A first edit that is refused, or changes nothing, makes no store: until one is accepted, the device's own
+// configuration holds.
+std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
+    if (std::filesystem::exists(source_.store()))
+        return std::nullopt;
+    const DataTree running = source_.recorded_configuration();
+    return Prepared{print_configuration(running.get()), make(running.get())};
+}
+
 std::optional<datastore::Commit> Editor::commit(const MakeChange &make) {
     DataTree before;
     DataTree after;
     bool applied = false; // the target runs `after`
     try {
         return in_store([&] {
+            std::optional<Prepared> prepared = prepare_first(make);
+            if (prepared.has_value() && print_configuration(prepared->change.after.get()) == prepared->running)
+                return std::optional<datastore::Commit>();
             datastore::Datastore store(source_.store(), true);
             ensure_first_commit(store);
             store.on_step(observer_);
             return store.commit(
                 [&](const std::optional<datastore::Commit> &last) -> std::optional<datastore::Commit> {
                     before = parse_configuration(schemas_, last->configuration, source_.store().string());
-                    Change change = make(before.get());
+                    const bool is_prepared = prepared.has_value() && prepared->running == last->configuration;
+                    Change change = is_prepared ? std::move(prepared->change) : make(before.get());
                     datastore::Commit made = std::move(change.record);
                     made.difference = configuration_difference(before.get(), change.after.get());
                     made.configuration =
@@ -203,8 +216,9 @@ std::optional<datastore::Commit> Editor::edit(const EditNode &edit, const Commit
 }
 
 std::optional<datastore::Commit> Editor::rollback(int64_t number, const CommitNote &note) {
-    const std::optional<datastore::Commit> target =
-        in_store([&] { return datastore::Datastore(source_.store(), true).find(number); });
+    const bool exists = std::filesystem::exists(source_.store());
+    const std::optional<datastore::Commit> target = in_store(
+        [&] { return exists ? datastore::Datastore(source_.store(), false).find(number) : std::nullopt; });
     if (!target.has_value())
         throw Error(ErrorTag::data_missing, source_.store().string(),
                     "there is no commit " + std::to_string(number));

@@ -93,6 +93,11 @@ private:
     };
     using MakeChange = std::function<Change(const lyd_node *running)>;
 
+    struct Prepared {
+        std::string running; // what the change was made of
+        Change change;
+    };
+    std::optional<Prepared> prepare_first(const MakeChange &make);
     // Makes a commit of a change, in the store and on the target or in neither.
     std::optional<datastore::Commit> commit(const MakeChange &make);
     // The configuration after `edit`, made of a copy of `running`.

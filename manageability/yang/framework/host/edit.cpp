@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/error.h"
+#include "host/yang_text.h"
 
 namespace yfw::host {
 namespace {
@@ -42,6 +43,9 @@ std::string qualified(const lysc_node *leaf, const std::string &value) {
 
 void check_value(const Path &path, const std::string &value) {
     const lysc_node *leaf = path.back().node;
+    if (!is_yang_text(value.c_str()))
+        throw Error(ErrorTag::invalid_value, to_string(path),
+                    "holds bytes or characters that no YANG string may hold");
     if (lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, nullptr) ==
         LY_EVALID)
         throw Error(ErrorTag::invalid_value, to_string(path), take_yang_error(leaf->module->ctx));

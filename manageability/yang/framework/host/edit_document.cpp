@@ -3,6 +3,7 @@
 
 #include "host/edit.h"
 #include "host/error.h"
+#include "host/yang_text.h"
 
 namespace yfw::host {
 namespace {
@@ -28,7 +29,7 @@ std::string place_of(const lyd_node *node) {
 Operation operation_word(const lyd_node *node, const char *word) {
     const std::optional<Operation> operation = operation_from(word);
     if (!operation.has_value())
-        throw Error(ErrorTag::invalid_value, place_of(node),
+        throw Error(ErrorTag::bad_attribute, place_of(node),
                     "\"" + std::string(word) + "\" is no edit operation");
     return *operation;
 }
@@ -47,6 +48,20 @@ std::optional<Operation> own_operation(const lyd_node *node) {
     return std::nullopt;
 }
 
+// A key that an entry of this list lacks; NULL when it has them all, or is no list.
+const lysc_node *missing_key(const lysc_node *list, const lyd_node *entry) {
+    const bool is_list = list->nodetype == LYS_LIST;
+    for (const lysc_node *key = is_list ? lysc_node_child(list) : nullptr; key != nullptr && lysc_is_key(key);
+         key = key->next) {
+        const lyd_node *child = lyd_child(entry);
+        while (child != nullptr && std::strcmp(LYD_NAME(child), key->name) != 0)
+            child = child->next;
+        if (child == nullptr)
+            return key;
+    }
+    return nullptr;
+}
+
 // A node that the model does not take: a foreign name, or a value out of its type.
 [[noreturn]] void refuse(const lysc_node *parent, const lyd_node *node) {
     const auto *opaque = reinterpret_cast<const lyd_node_opaq *>(node);
@@ -57,6 +72,10 @@ std::optional<Operation> own_operation(const lyd_node *node) {
     if (parent != nullptr && schema_child(parent, opaque->name.name) == nullptr)
         throw Error(ErrorTag::unknown_element, place_of(node),
                     "unknown node \"" + std::string(opaque->name.name) + "\"");
+    if (const lysc_node *key =
+            parent != nullptr ? missing_key(schema_child(parent, opaque->name.name), node) : nullptr)
+        throw Error(ErrorTag::missing_element, place_of(node),
+                    "an entry is edited by its key: <" + std::string(key->name) + "> is missing");
     lyd_parse_opaq_error(node);
     throw Error(ErrorTag::invalid_value, place_of(node), take_yang_error(LYD_CTX(node)));
 }
@@ -86,11 +105,20 @@ EditNode read_node(const lysc_node *parent, const lyd_node *from, Operation inhe
     }
     if ((from->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
         to.value = lyd_get_value(from);
+    if (to.value.has_value() && !is_yang_text(to.value->c_str())) // JSON can escape every character
+        throw Error(ErrorTag::invalid_value, place_of(from), "holds characters that no YANG string may hold");
     // What stands below a replaced node is its new content.
     const Operation below = to.operation == Operation::replace ? Operation::merge : to.operation;
     for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next)
         to.children.push_back(read_node(to.node, child, below));
     return to;
+}
+
+// A leaf's value out of its type leaves the leaf opaque; an enumeration that fails is the operation attribute.
+[[noreturn]] void refuse_document(const std::string &reason) {
+    const bool is_operation = reason.rfind("Invalid enumeration value", 0) == 0;
+    throw Error(is_operation ? ErrorTag::bad_attribute : ErrorTag::invalid_value, "",
+                is_operation ? reason + " It is no edit operation." : reason);
 }
 
 // ---- writing --------------------------------------------------------------------------------------------
@@ -140,7 +168,7 @@ EditNode parse_edit(const Schemas &schemas, const std::string &document, Operati
                                              LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &parsed);
     const DataTree data(parsed);
     if (status != LY_SUCCESS)
-        throw Error(ErrorTag::invalid_value, "", take_yang_error(schemas.context()));
+        refuse_document(take_yang_error(schemas.context()));
     if (data == nullptr)
         throw Error(ErrorTag::missing_element, "", "the edit is empty");
     for (const lyd_node *top = data.get(); top != nullptr; top = top->next) {

@@ -8,6 +8,7 @@
 #include "host/answer_tree.h"
 #include "host/device.h"
 #include "host/error.h"
+#include "host/host_status.h"
 #include "host/mapping_log.h"
 #include "host/native_response.h"
 #include "host/native_selection.h"
@@ -35,6 +36,7 @@ ErrorTag tag_of(terrno status) {
     switch (status) {
     case YMAP_ERR_INVALID_ARGS:
     case YMAP_ERR_INVALID_VALUE:
+    case status_leafref_mismatch:
         return ErrorTag::invalid_value;
     case YMAP_ERR_UNSUPPORTED_TAG:
     case YMAP_ERR_UNSUPPORTED_AUGMENT:
@@ -48,6 +50,16 @@ ErrorTag tag_of(terrno status) {
     default:
         return ErrorTag::operation_failed;
     }
+}
+
+// Whether something that holds list entries is deleted or replaced as a whole.
+bool takes_lists_away(const EditNode &edit) {
+    const bool whole = takes_away(edit.operation) || edit.operation == Operation::replace;
+    if (whole && edit.node->nodetype == LYS_CONTAINER)
+        for (const lysc_node *child = lysc_node_child(edit.node); child != nullptr; child = child->next)
+            if ((child->nodetype & (LYS_LIST | LYS_CONTAINER)) != 0)
+                return true;
+    return std::any_of(edit.children.begin(), edit.children.end(), takes_lists_away);
 }
 
 bool is_failure(terrno status) {
@@ -103,9 +115,18 @@ struct Engine::Pass {
     void check(terrno status) {
         if (!is_failure(status))
             return;
-        const std::string &reason = log.last_error();
+        std::string reason = context.error_text();
+        if (reason.empty())
+            reason = log.last_error();
         throw Error(tag_of(status), context.error_path(), reason.empty() ? terr_strerror(status) : reason,
                     status);
+    }
+
+    // The plug-in tells a deletion of entries as done also when it could not find them all: what it told of is
+    // then no more than half of the edit.
+    void refuse_reported_errors() {
+        if (!log.last_error().empty())
+            throw Error(ErrorTag::operation_failed, context.error_path(), log.last_error());
     }
 };
 
@@ -251,6 +272,8 @@ bool Engine::walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths 
     Pass pass(traits, trace_buffer_);
     paths.follow(&pass.context.hierarchy(), &trace_buffer_);
     pass.check(walk_tree(pass, pass.requests.emplace_back(edit, replace_as_merge), paths));
+    if (takes_lists_away(edit))
+        pass.refuse_reported_errors();
     return pass.context.replace_unfinished();
 }
 

@@ -14,6 +14,8 @@ std::string_view to_string(ErrorTag tag) {
         return "missing-element";
     case ErrorTag::bad_element:
         return "bad-element";
+    case ErrorTag::bad_attribute:
+        return "bad-attribute";
     case ErrorTag::data_exists:
         return "data-exists";
     case ErrorTag::data_missing:

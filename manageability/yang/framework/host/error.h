@@ -16,6 +16,7 @@ enum class ErrorTag {
     unknown_namespace,
     missing_element,
     bad_element,
+    bad_attribute,
     data_exists,
     data_missing,
     resource_denied,

@@ -5,6 +5,17 @@
 #include "host/path_words.h"
 
 namespace yfw::host {
+namespace {
+
+// The one leaf that is a node's only content.
+const tidl_yfw_datatree *only_leaf(const tidl_yfw_datatree &node) {
+    const bool one = (node.node_flags & YFW_NODE_CHILDREN_VALID) != 0 && node.child_count == 1;
+    const bool leaf = one && (node.children[0].node_flags & YFW_NODE_CHILDREN_VALID) == 0 &&
+                      (node.children[0].node_flags & YFW_NODE_IS_KEY) == 0;
+    return leaf ? &node.children[0] : nullptr;
+}
+
+} // namespace
 
 const tidl_yfw_datatree *find_child(const tidl_yfw_datatree &parent, std::string_view name) {
     if ((parent.node_flags & YFW_NODE_CHILDREN_VALID) == 0)
@@ -71,7 +82,8 @@ std::string NodeHierarchy::instance_path() const {
 }
 
 std::string NodeHierarchy::last_standing() const {
-    return path_of(pushed_last_);
+    const tidl_yfw_datatree *leaf = pushed_last_.empty() ? nullptr : only_leaf(*pushed_last_.back());
+    return path_of(pushed_last_) + (leaf != nullptr ? "/" + std::string(leaf->name) : "");
 }
 
 std::string NodeHierarchy::path_of(const std::vector<const tidl_yfw_datatree *> &nodes) {

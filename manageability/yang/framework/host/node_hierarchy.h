@@ -33,7 +33,8 @@ public:
     // The path to where the walk stands, list entries with their keys.
     std::string instance_path() const;
 
-    // The path to the node that was pushed last, whether it was popped since or not.
+    // The path to the node that was pushed last, whether it was popped since or not; leaves are never pushed,
+    // so one that is the node's only content is added.
     std::string last_standing() const;
 
 private:

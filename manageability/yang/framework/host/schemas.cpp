@@ -15,8 +15,9 @@ constexpr const char *openconfig_module = "openconfig-lldp";
 constexpr const char *openconfig_types_module = "openconfig-lldp-types";
 
 // libyang knows the edit attributes of RFC 6241 section 7.2 as soon as there is a module of this name.
-constexpr const char *operation_module = "module ietf-netconf { yang-version 1.1;"
-                                         " namespace \"urn:ietf:params:xml:ns:netconf:base:1.0\"; prefix nc; feature xpath; }";
+constexpr const char *operation_module =
+    "module ietf-netconf { yang-version 1.1;"
+    " namespace \"urn:ietf:params:xml:ns:netconf:base:1.0\"; prefix nc; feature xpath; }";
 
 void load(ly_ctx *context, const char *module, const std::filesystem::path &dir) {
     if (!std::filesystem::is_directory(dir))
