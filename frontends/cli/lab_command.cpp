@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "frontends/cli/session.h"
 #include "frontends/lab/lab.h"
 
 namespace yfw::cli {
@@ -147,11 +148,23 @@ std::string next_commands(const lab::Place &place, const lab::Status &status) {
     return text.str();
 }
 
+// What was committed on an earlier laboratory's daemon under this socket is not for the new one.
+void forget_commits(const std::filesystem::path &socket) {
+    DeviceOptions device;
+    device.device = "lldpd:" + socket.string();
+    const std::string store = store_of(device).string();
+    std::error_code ignored;
+    for (const char *part : {"", "-wal", "-shm", ".unconfirmed"})
+        std::filesystem::remove(store + part, ignored);
+}
+
 void run_up(const LabOptions &options) {
     const lab::Topology topology =
         options.topology.empty() ? lab::default_topology() : lab::read_topology_file(options.topology);
     lab::up(options.place, topology, options.tx_interval, report_progress);
     const lab::Status status = lab::status(options.place);
+    for (const lab::RouterStatus &router : status.routers)
+        forget_commits(router.socket);
     std::cout << status_text(options.place, status) << next_commands(options.place, status) << std::flush;
 }
 

@@ -12,6 +12,7 @@
 #include "frontends/cli/topology_answer.h"
 #include "frontends/cli/topology_drawing.h"
 #include "frontends/cli/topology_model.h"
+#include "frontends/lab/lab.h"
 #include "host/path.h"
 
 namespace yfw::cli {
@@ -26,10 +27,12 @@ Examples:
   yfw topology --device examples/r1 --device examples/r2
   yfw topology --dot | neato -Tpng -o network.png
   yfw topology --svg network.svg
+  yfw topology --lab
 )";
 
 struct TopologyOptions {
     std::vector<std::filesystem::path> devices;
+    std::string lab; // its name; empty: none
     bool dot = false;
     std::filesystem::path svg;
 };
@@ -51,9 +54,17 @@ void print(const std::string &text) {
         throw std::runtime_error(std::string("standard output: cannot be written: ") + std::strerror(errno));
 }
 
+std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {
+    std::vector<std::filesystem::path> devices;
+    for (const lab::LabRouter &router : lab::running_lab(name))
+        devices.emplace_back("lldpd:" + router.socket.string());
+    return devices;
+}
+
 void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
     std::vector<topology::Report> reports;
-    for (const std::filesystem::path &directory : options.devices)
+    for (const std::filesystem::path &directory :
+         options.lab.empty() ? options.devices : devices_of_lab(options.lab))
         reports.push_back(read_device(directory, device));
     const topology::Topology topology = topology::build(reports);
     if (!options.svg.empty())
@@ -70,12 +81,21 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         options->devices.emplace_back(std::filesystem::path(YFW_EXAMPLES_DIR) / name);
     CLI::App *command = app.add_subcommand("topology", "Draw who is connected to whom");
     command->footer(topology_examples);
+    auto *devices =
+        command
+            ->add_option(
+                "--device", options->devices,
+                "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: the shipped "
+                "r1 to r4")
+            ->option_text("DEVICE");
+    devices->allow_extra_args(false);
     command
-        ->add_option("--device", options->devices,
-                     "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: the shipped "
-                     "r1 to r4")
-        ->option_text("DEVICE")
-        ->allow_extra_args(false);
+        ->add_option("--lab", options->lab,
+                     "The routers of the laboratory by this name; default: the one of `lab up`")
+        ->expected(0, 1)
+        ->default_str(lab::Place().name)
+        ->option_text("[NAME]")
+        ->excludes(devices);
     auto *dot = command->add_flag("--dot", options->dot, "Print the graph in Graphviz's language");
     command->add_option("--svg", options->svg, "Draw the picture into this file; needs Graphviz")
         ->option_text("FILE")

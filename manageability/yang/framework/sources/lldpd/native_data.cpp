@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "host/yang_text.h"
 #include "sources/lldpd/native_writer.h"
 
 namespace yfw::sources::lldpd {
@@ -28,6 +29,11 @@ std::optional<std::string> letters(uint16_t capabilities) {
 // Native counters are 32 bits wide and start again at 0.
 std::optional<uint64_t> wrapped(const std::optional<uint64_t> &count) {
     return count.has_value() ? std::optional<uint64_t>(static_cast<uint32_t>(*count)) : std::nullopt;
+}
+
+// A neighbor may announce any bytes as text; what no YANG string may hold counts as not announced.
+std::optional<std::string> clean(const std::optional<std::string> &text) {
+    return text.has_value() && !text->empty() && host::is_yang_text(text->c_str()) ? text : std::nullopt;
 }
 
 // A C string ends at its first zero byte: such octets have no text.
@@ -69,15 +75,14 @@ void write_neighbor(const Inner &entry, const std::string &interface, const Neig
     const Chassis &chassis = neighbor.chassis;
     entry.leaf("receiving-interface-name", interface);
     entry.leaf("device-id", device_id(neighbor));
-    entry.leaf("chassis-id", chassis.id);
-    if (!neighbor.port_id.empty())
-        entry.leaf("port-id-detail", neighbor.port_id);
+    entry.leaf("chassis-id", clean(chassis.id));
+    entry.leaf("port-id-detail", clean(neighbor.port_id));
     entry.leaf("hold-time", neighbor.time_to_live);
     const Inner detail = entry.inner("detail");
     write_addresses(detail, chassis.addresses);
-    detail.leaf("port-description", neighbor.port_description);
-    detail.leaf("system-name", chassis.name);
-    detail.leaf("system-description", chassis.description);
+    detail.leaf("port-description", clean(neighbor.port_description));
+    detail.leaf("system-name", clean(chassis.name));
+    detail.leaf("system-description", clean(chassis.description));
     if (chassis.capabilities.has_value()) {
         detail.leaf("system-capabilities", letters(chassis.capabilities->available));
         detail.leaf("enabled-capabilities", letters(chassis.capabilities->enabled));
@@ -164,8 +169,7 @@ void write_suppression(const Inner &lldp, const DaemonSettings &settings) {
 } // namespace
 
 std::string device_id(const Neighbor &neighbor) {
-    const std::string name = neighbor.chassis.name.value_or("");
-    return name.empty() ? "[DISABLED]" : name;
+    return clean(neighbor.chassis.name).value_or("[DISABLED]");
 }
 
 host::DataTree operational_data(const ly_ctx *context, const State &state) {

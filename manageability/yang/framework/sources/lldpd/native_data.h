@@ -19,7 +19,8 @@ host::DataTree neighbor_data(const ly_ctx *context, const std::string &interface
 // interval that the native timer cannot hold is left out.
 host::DataTree configuration_data(const ly_ctx *context, const State &state);
 
-// The identifier by which the native models know a neighbor: its system name, "[DISABLED]" when it told none.
+// The identifier by which the native models know a neighbor: its system name, "[DISABLED]" when it told none,
+// or one that is no text.
 std::string device_id(const Neighbor &neighbor);
 
 // Seconds that the native timer takes.
