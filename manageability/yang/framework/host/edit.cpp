@@ -193,7 +193,28 @@ bool has_keys(const lyd_node *entry, const EditNode &node) {
     return true;
 }
 
+// The keys as libyang's predicates; nothing when a value holds both kinds of quotes, which those cannot say.
+std::optional<std::string> key_predicates(const EditNode &node) {
+    std::string predicates;
+    for (const EditNode &key : node.children) {
+        if (!key.is_key() || !key.value.has_value())
+            continue;
+        const char quote = key.value->find('\'') == std::string::npos ? '\'' : '"';
+        if (key.value->find(quote) != std::string::npos)
+            return std::nullopt;
+        predicates += "[" + std::string(key.node->name) + "=" + quote + *key.value + quote + "]";
+    }
+    return predicates;
+}
+
 const lyd_node *find_data(const lyd_node *siblings, const EditNode &node) {
+    const bool is_entry = node.node->nodetype == LYS_LIST && siblings != nullptr;
+    const auto predicates = is_entry ? key_predicates(node) : std::nullopt;
+    if (predicates.has_value() && !predicates->empty()) { // by libyang's hash
+        lyd_node *found = nullptr;
+        lyd_find_sibling_val(siblings, node.node, predicates->c_str(), predicates->size(), &found);
+        return found;
+    }
     for (const lyd_node *data = siblings; data != nullptr; data = data->next) {
         if (data->schema != node.node)
             continue;

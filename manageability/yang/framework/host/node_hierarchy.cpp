@@ -90,9 +90,12 @@ std::string NodeHierarchy::path_of(const std::vector<const tidl_yfw_datatree *> 
     std::string path;
     for (const tidl_yfw_datatree *node : nodes) {
         path.append("/").append(node->name);
+        // Keys come first: a container may have any number of entries behind them.
         for (uint32_t i = 0; (node->node_flags & YFW_NODE_CHILDREN_VALID) != 0 && i < node->child_count; i++) {
             const tidl_yfw_datatree &child = node->children[i];
-            if ((child.node_flags & YFW_NODE_IS_KEY) != 0 && child.value != nullptr)
+            if ((child.node_flags & YFW_NODE_IS_KEY) == 0)
+                break;
+            if (child.value != nullptr)
                 path.append("[").append(child.name).append("='").append(child.value).append("']");
         }
     }

@@ -1,0 +1,140 @@
+// The parts of an edit: mapping alone, with validation, with the synced commit; one leaf, and as many
+// interfaces as the argument says. The peer of a commit is what the disk takes for one synced row.
+#include <filesystem>
+#include <string>
+
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include "host/configuration_text.h"
+#include "host/configured_device.h"
+#include "host/edit.h"
+#include "host/engine.h"
+#include "host/schemas.h"
+
+namespace {
+
+using namespace yfw;
+
+const host::Schemas &schemas() {
+    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    return loaded;
+}
+
+// A device with LLDP switched on and so many interfaces, each with settings of its own.
+std::string configuration(int64_t interfaces) {
+    std::string xml = "<lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\"><enable>true</enable></lldp>"
+                      "<interface-configurations xmlns=\"urn:tarvo:yang:Tarvo-QD-ifmgr-cfg\">";
+    for (int64_t i = 0; i < interfaces; i++)
+        xml +=
+            "<interface-configuration><active>act</active><interface-name>eth" + std::to_string(i) +
+            "</interface-name><lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\"><enable>true</enable>"
+            "</lldp></interface-configuration>";
+    return xml + "</interface-configurations>";
+}
+
+class FixedSource final : public sources::NativeSource {
+public:
+    explicit FixedSource(std::string xml) : xml_(std::move(xml)) {}
+    host::DataTree read(const ly_ctx *) override { return host::parse_configuration(schemas(), xml_, "bench"); }
+
+private:
+    std::string xml_;
+};
+
+// A device with a store in a directory that goes with it.
+struct Device {
+    explicit Device(int64_t interfaces)
+        : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
+          files(configuration(interfaces)), source(schemas(), files, directory / "commits.db"),
+          engine(schemas(), source, YFW_PLUGIN_LIBRARY), editor(schemas(), source, engine) {
+        std::filesystem::create_directories(directory);
+    }
+    ~Device() { std::filesystem::remove_all(directory); }
+    Device(const Device &) = delete;
+    Device &operator=(const Device &) = delete;
+
+    std::filesystem::path directory;
+    FixedSource files;
+    host::ConfiguredSource source;
+    host::Engine engine;
+    host::Editor editor;
+};
+
+host::EditNode timer_edit(int64_t seconds) {
+    host::EditNode root;
+    root.node = schemas().openconfig_root();
+    host::add_edit(root, host::parse_path(root.node, "/lldp/config/hello-timer"), std::to_string(seconds),
+                   host::Operation::merge);
+    return root;
+}
+
+host::EditNode interfaces_edit(int64_t interfaces, bool enabled) {
+    std::string xml = "<lldp xmlns=\"http://openconfig.net/yang/lldp\"><interfaces>";
+    for (int64_t i = 0; i < interfaces; i++) {
+        const std::string name = "<name>eth" + std::to_string(i) + "</name>";
+        xml += "<interface>" + name + "<config>" + name + "<enabled>" + (enabled ? "true" : "false") +
+               "</enabled></config></interface>";
+    }
+    return host::parse_edit(schemas(), xml + "</interfaces></lldp>", host::Operation::merge);
+}
+
+void map_one_leaf(benchmark::State &state) {
+    Device device(1);
+    const host::EditNode edit = timer_edit(30);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(device.engine.map_edit(edit, device.source.running_configuration()));
+}
+
+void validate_one_leaf(benchmark::State &state) {
+    Device device(1);
+    const host::EditNode edit = timer_edit(30);
+    const host::DataTree running = device.source.running_configuration();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(device.editor.apply(edit, running.get()));
+}
+
+void commit_one_leaf(benchmark::State &state) {
+    Device device(1);
+    int64_t seconds = 10;
+    for (auto _ : state) {
+        seconds = seconds == 10 ? 20 : 10;
+        benchmark::DoNotOptimize(device.editor.edit(timer_edit(seconds), {"bench", ""}));
+    }
+}
+
+void store_one_row(benchmark::State &state) {
+    Device device(1);
+    datastore::Datastore store(device.source.store(), true);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            store.commit([](const auto &) { return std::optional<datastore::Commit>(datastore::Commit{}); }));
+}
+
+void map_interfaces(benchmark::State &state) {
+    Device device(state.range(0));
+    const host::EditNode edit = interfaces_edit(state.range(0), true);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(device.engine.map_edit(edit, device.source.running_configuration()));
+    state.SetComplexityN(state.range(0));
+}
+
+void commit_interfaces(benchmark::State &state) {
+    Device device(state.range(0));
+    bool enabled = true;
+    device.editor.edit(timer_edit(30), {"bench", ""}); // makes the store
+    for (auto _ : state) {
+        enabled = !enabled;
+        benchmark::DoNotOptimize(device.editor.edit(interfaces_edit(state.range(0), enabled), {"bench", ""}));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+} // namespace
+
+BENCHMARK(map_one_leaf)->Unit(benchmark::kMicrosecond);
+BENCHMARK(validate_one_leaf)->Unit(benchmark::kMicrosecond);
+BENCHMARK(commit_one_leaf)->Unit(benchmark::kMicrosecond);
+BENCHMARK(store_one_row)->Unit(benchmark::kMicrosecond);
+BENCHMARK(map_interfaces)->RangeMultiplier(2)->Range(500, 8000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(commit_interfaces)->RangeMultiplier(2)->Range(500, 8000)->Complexity()->Unit(benchmark::kMillisecond);
