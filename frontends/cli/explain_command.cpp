@@ -113,12 +113,25 @@ Correspondence correspondence_of(Session &session, const lysc_node *leaf) {
     return row;
 }
 
+// A key that nothing is read for is written together with its twin below "state".
+std::vector<std::string> sources_of_twin(const std::vector<Correspondence> &rows, const std::string &key) {
+    const size_t name = key.rfind('/') + 1;
+    const std::string twin = key.substr(0, name) + "state/" + key.substr(name);
+    for (const Correspondence &row : rows)
+        if (row.openconfig == twin)
+            return row.sources;
+    return {};
+}
+
 std::vector<Correspondence> whole_correspondence(Session &session) {
     std::vector<const lysc_node *> leaves;
     collect_leaves(session.schemas.openconfig_root(), leaves);
     std::vector<Correspondence> rows;
     for (const lysc_node *leaf : leaves)
         rows.push_back(correspondence_of(session, leaf));
+    for (size_t i = 0; i < rows.size(); i++)
+        if (lysc_is_key(leaves[i]) && rows[i].sources.empty())
+            rows[i].sources = sources_of_twin(rows, rows[i].openconfig);
     return rows;
 }
 
