@@ -12,6 +12,7 @@
 #include "frontends/cli/ssh_tryout.h"
 #include "frontends/cli/stdio_joint.h"
 #include "frontends/cli/stop_signals.h"
+#include "frontends/cli/target_keeper.h"
 #include "frontends/netconf/netconf_server.h"
 #include "host/error.h"
 
@@ -49,6 +50,7 @@ void serve_device(const DeviceOptions &device, const netconf::ServerOptions &opt
     netconf::Datastores datastores(session.schemas, session.source, session.engine);
     datastores.recover();
     netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules);
+    const TargetKeeper keeper(session);
     ready();
     server.run(stop);
 }
