@@ -113,8 +113,8 @@ std::string module_meant(const ly_ctx *context, const std::string &prefix, const
     if (declared == prefixes.end())
         throw RpcError("protocol", "invalid-value", "the prefix \"" + prefix + "\" is not declared");
     const lys_module *module = ly_ctx_get_module_implemented_ns(context, declared->second.c_str());
-    // A namespace without nodes here selects nothing, which is no error.
-    return module != nullptr ? module->name : "ietf-yang-types";
+    // A namespace that is not here selects nothing, which is no error; nor has this module data.
+    return module != nullptr ? module->name : "ietf-netconf";
 }
 
 // libyang's own form of an expression: names of modules instead of the client's prefixes.

@@ -58,6 +58,14 @@ void ProtocolModules::print_library() {
     }
 }
 
+host::DataTree ProtocolModules::parse(const std::string &xml) const {
+    lyd_node *data = nullptr;
+    if (lyd_parse_data_mem(context_.get(), xml.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &data) !=
+        LY_SUCCESS)
+        throw host::Error(host::ErrorTag::operation_failed, "", host::take_yang_error(context_.get()));
+    return host::DataTree(data);
+}
+
 std::optional<std::string> ProtocolModules::text(const std::string &name, const std::string &revision) const {
     const lys_module *module = revision.empty()
                                    ? ly_ctx_get_module_latest(context_.get(), name.c_str())

@@ -29,6 +29,9 @@ public:
     // any). Several revisions of one name are never loaded.
     std::optional<std::string> text(const std::string &name, const std::string &revision) const;
 
+    // Data of these modules from its text; throws host::Error when it is none.
+    host::DataTree parse(const std::string &xml) const;
+
     // The identifier of this set of modules (RFC 8525).
     const std::string &content_id() const { return content_id_; }
     // The data of ietf-yang-library, printed: its <yang-library> and its <modules-state>.

@@ -84,21 +84,29 @@ std::string print_monitoring(const Server &server) {
            print_schemas(server.modules) + server.monitoring.print() + "</netconf-state>";
 }
 
+std::string subtree_filtered(const Element &filter, const std::string &text) {
+    const Document document(text);
+    std::string xml;
+    for (const Element &wanted : filter.children())
+        if (wanted.name() == document.root().name() &&
+            (wanted.ns() == document.root().ns() || wanted.ns() == base_ns))
+            xml += filtered(wanted, document.root());
+    return xml;
+}
+
 // The server's own data, which no mapping is asked for.
 std::string read_own(const Server &server, const std::optional<Element> &filter) {
     std::vector<std::string> all = server.modules.library();
     all.push_back(print_monitoring(server));
+    const FilterType type = type_of(filter);
     std::string xml;
     for (const std::string &text : all) {
-        if (type_of(filter) == FilterType::none) {
+        if (type == FilterType::none)
             xml += text;
-            continue;
-        }
-        const Document document(text);
-        for (const Element &wanted : filter->children())
-            if (wanted.name() == document.root().name() &&
-                (wanted.ns() == document.root().ns() || wanted.ns() == base_ns))
-                xml += filtered(wanted, document.root());
+        else if (type == FilterType::subtree)
+            xml += subtree_filtered(*filter, text);
+        else
+            xml += print_data(xpath_filtered(server.modules.parse(text).get(), *filter).get());
     }
     return xml;
 }
@@ -109,7 +117,7 @@ std::string read_everything(const Server &server, const std::optional<Element> &
     const std::string device =
         read_openconfig(server, host::Content::all, filter,
                         [&](const host::ReadRequest &request) { return server.engine.read(request); });
-    return type_of(filter) == FilterType::xpath ? device : device + read_own(server, filter);
+    return device + read_own(server, filter);
 }
 
 std::string read_configuration(const Server &server, Datastore datastore,

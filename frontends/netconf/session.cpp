@@ -14,6 +14,7 @@ namespace {
 
 // A client that asks without reading is not read from any more, so that it costs no more memory than this.
 constexpr size_t most_waiting = 16;
+constexpr size_t most_waiting_bytes = 1u << 20;
 constexpr size_t most_unwritten = 1u << 20;
 
 } // namespace
@@ -22,12 +23,14 @@ Session::Session(NetconfServer &server, event_base *base, int socket, Caller cal
     : server_(server), caller_(std::move(caller)),
       stream_(bufferevent_socket_new(base, socket, BEV_OPT_CLOSE_ON_FREE)), reader_(server.options_.limits) {
     bufferevent_setcb(stream_, on_read, on_written, on_event, this);
+    hello_timer_ = evtimer_new(base, on_hello_overdue, this);
     const timeval bound{static_cast<time_t>(server.options_.hello_timeout.count()), 0};
-    bufferevent_set_timeouts(stream_, &bound, nullptr);
+    evtimer_add(hello_timer_, &bound);
     bufferevent_enable(stream_, EV_READ | EV_WRITE);
 }
 
 Session::~Session() {
+    event_free(hello_timer_);
     bufferevent_free(stream_);
 }
 
@@ -54,11 +57,13 @@ void Session::on_written(bufferevent *, void *self) {
 void Session::on_event(bufferevent *, short what, void *self) {
     auto &session = *static_cast<Session *>(self);
     if ((what & (BEV_EVENT_EOF | BEV_EVENT_ERROR)) != 0)
-        return session.end(true);
-    if ((what & BEV_EVENT_TIMEOUT) != 0 && !session.greeted_) {
-        session.server_.monitoring_.bad_hello();
         session.end(true);
-    }
+}
+
+void Session::on_hello_overdue(int, short, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    session.server_.monitoring_.bad_hello();
+    session.broken("no <hello> came in time");
 }
 
 void Session::read() {
@@ -81,10 +86,10 @@ void Session::read() {
 }
 
 void Session::take(std::string message) {
-    if (greeted_)
-        waiting_.push_back(std::move(message));
-    else
-        hello_came(message);
+    if (!greeted_)
+        return hello_came(message);
+    waiting_bytes_ += message.size();
+    waiting_.push_back(std::move(message));
 }
 
 void Session::hello_came(const std::string &hello) {
@@ -97,7 +102,7 @@ void Session::hello_came(const std::string &hello) {
     }
     greeted_ = true;
     reader_.use(framing_);
-    bufferevent_set_timeouts(stream_, nullptr, nullptr);
+    evtimer_del(hello_timer_);
 }
 
 void Session::next() {
@@ -108,11 +113,12 @@ void Session::next() {
     busy_ = true;
     std::string message = std::move(waiting_.front());
     waiting_.pop_front();
+    waiting_bytes_ -= message.size();
     server_.dispatch(*this, std::move(message));
 }
 
 void Session::pause_when_full() {
-    const bool full = waiting_.size() > most_waiting;
+    const bool full = waiting_.size() > most_waiting || waiting_bytes_ > most_waiting_bytes;
     if (full)
         bufferevent_disable(stream_, EV_READ);
     else if (!closing_)

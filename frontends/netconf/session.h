@@ -9,6 +9,7 @@
 #include "frontends/netconf/operations.h"
 
 struct bufferevent;
+struct event;
 struct event_base;
 
 namespace yfw::netconf {
@@ -36,6 +37,7 @@ private:
     static void on_read(bufferevent *, void *self);
     static void on_written(bufferevent *, void *self);
     static void on_event(bufferevent *, short what, void *self);
+    static void on_hello_overdue(int, short, void *self);
 
     void read();
     void take(std::string message);
@@ -55,6 +57,8 @@ private:
     bool busy_ = false;    // a request is being answered
     bool closing_ = false;
     std::deque<std::string> waiting_;
+    size_t waiting_bytes_ = 0;
+    event *hello_timer_;
 };
 
 } // namespace yfw::netconf
