@@ -1,6 +1,5 @@
 #include "frontends/cli/watch_command.h"
 
-#include <ctime>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -12,6 +11,7 @@
 #include "frontends/cli/stop_signals.h"
 #include "host/error.h"
 #include "host/path.h"
+#include "host/utc_time.h"
 
 namespace yfw::cli {
 namespace {
@@ -46,16 +46,6 @@ const char *word(sources::NeighborChange change) {
         break;
     }
     return "updated";
-}
-
-// RFC 3339, UTC.
-std::string now() {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    char text[sizeof "2000-01-01T00:00:00Z"];
-    std::strftime(text, sizeof text, "%FT%TZ", &parts);
-    return text;
 }
 
 // The innermost list entry: the neighbor. Every step to it has one list entry.
@@ -105,7 +95,7 @@ public:
         const lyd_node *neighbor = neighbor_in(answer.data.get());
         if (neighbor == nullptr)
             return;
-        const std::string time = now();
+        const std::string time = host::utc_now();
         if (json_)
             std::cout << nlohmann::ordered_json{{"time", time},
                                                 {"change", word(change)},

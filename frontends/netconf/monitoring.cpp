@@ -1,8 +1,7 @@
 #include "frontends/netconf/monitoring.h"
 
-#include <ctime>
-
 #include "frontends/netconf/rpc_error.h"
+#include "host/utc_time.h"
 
 namespace yfw::netconf {
 namespace {
@@ -29,20 +28,11 @@ using Guard = std::lock_guard<std::mutex>;
 
 } // namespace
 
-std::string time_of_day() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    gmtime_r(&now, &parts);
-    char text[sizeof "2000-01-01T00:00:00Z"];
-    std::strftime(text, sizeof text, "%FT%TZ", &parts);
-    return text;
-}
-
-Monitoring::Monitoring() : start_time_(time_of_day()) {}
+Monitoring::Monitoring() : start_time_(host::utc_now()) {}
 
 void Monitoring::session_began(uint32_t id, const std::string &user) {
     const Guard guard(mutex_);
-    sessions_[id] = {user, time_of_day(), {}};
+    sessions_[id] = {user, host::utc_now(), {}};
     in_sessions_++;
 }
 

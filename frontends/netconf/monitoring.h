@@ -47,9 +47,6 @@ private:
     uint32_t dropped_sessions_ = 0;
 };
 
-// The time of day, RFC 3339, UTC.
-std::string time_of_day();
-
 } // namespace yfw::netconf
 
 #endif

@@ -1,12 +1,13 @@
 #include "datastore/datastore.h"
 
 #include <chrono>
-#include <ctime>
 #include <memory>
 #include <system_error>
 #include <thread>
 
 #include <sqlite3.h>
+
+#include "host/utc_time.h"
 
 namespace yfw::datastore {
 namespace {
@@ -74,15 +75,6 @@ private:
 
 Commit whole_row(const Statement &row) {
     return {row.number(0), row.text(1), row.text(2), row.text(3), row.text(4), row.text(5), row.text(6)};
-}
-
-std::string now() {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm utc{};
-    gmtime_r(&seconds, &utc);
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-    return text;
 }
 
 } // namespace
@@ -184,7 +176,7 @@ Datastore::commit(const std::function<std::optional<Commit>(const std::optional<
             return std::nullopt;
         }
         made->number = before.has_value() ? before->number + 1 : 0;
-        made->time = now();
+        made->time = host::utc_now();
         insert(*made);
         reached(Step::inserted);
         execute("COMMIT");
