@@ -19,6 +19,10 @@ StopSignals::StopSignals() {
 }
 
 StopSignals::~StopSignals() {
+    // What was noted has been heeded: delivered now, it would end the program after all.
+    signalfd_siginfo noted{};
+    while (read(descriptor_, &noted, sizeof noted) > 0) {
+    }
     close(descriptor_);
     sigprocmask(SIG_SETMASK, &before_, nullptr);
 }

@@ -53,4 +53,16 @@ std::map<std::string, size_t> neighbors_heard(const std::filesystem::path &socke
     return heard;
 }
 
+std::vector<std::string> silent_interfaces(const std::filesystem::path &socket) {
+    std::vector<std::string> silent;
+    const json parsed = answer(socket, {"statistics"});
+    const json::json_pointer list("/lldp/0/interface");
+    const json::json_pointer sent("/tx/0/tx");
+    if (parsed.contains(list))
+        for (const json &interface : parsed.at(list))
+            if (interface.value(sent, "0") == "0")
+                silent.push_back(interface.value("name", ""));
+    return silent;
+}
+
 } // namespace yfw::lab

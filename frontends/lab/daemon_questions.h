@@ -20,6 +20,9 @@ std::optional<std::string> configured_name(const std::filesystem::path &socket);
 // How many neighbors the daemon has heard on each interface. Throws std::runtime_error.
 std::map<std::string, size_t> neighbors_heard(const std::filesystem::path &socket);
 
+// The interfaces on which the daemon has not sent a frame yet. Throws std::runtime_error.
+std::vector<std::string> silent_interfaces(const std::filesystem::path &socket);
+
 } // namespace yfw::lab
 
 #endif

@@ -83,6 +83,7 @@ public:
         for (const Router &router : state_.topology.routers)
             wait_for(router);
         switch_on();
+        wake_silent_ports();
         state_.complete = true;
         save(state_, place_);
     }
@@ -156,6 +157,34 @@ private:
         step("switching on the ports");
         for (const Router &router : state_.topology.routers)
             network_.switch_on(router);
+    }
+
+    std::vector<Port> silent_ports() const {
+        std::vector<Port> silent;
+        for (const Router &router : state_.topology.routers)
+            for (const std::string &interface : silent_interfaces(place_.socket(router.name)))
+                silent.push_back({router.name, interface});
+        return silent;
+    }
+
+    // A daemon sends as soon as a port is on. When hundreds come on at once, one may be missed; it is noticed
+    // when it comes on again.
+    void wake_silent_ports() {
+        constexpr int attempts = 3;
+        for (int attempt = 0; attempt < attempts; attempt++) {
+            const auto deadline = Clock::now() + std::chrono::seconds(3);
+            std::vector<Port> silent = silent_ports();
+            while (!silent.empty() && Clock::now() < deadline) {
+                Interruption::check();
+                std::this_thread::sleep_for(pause_between_looks);
+                silent = silent_ports();
+            }
+            if (silent.empty())
+                return;
+            step("waking " + std::to_string(silent.size()) + " silent ports");
+            for (const Port &port : silent)
+                network_.flap(port);
+        }
     }
 
     Place place_;

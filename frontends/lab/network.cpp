@@ -46,6 +46,12 @@ void Network::switch_on(const Router &router) const {
     ip({"-n", place_.namespace_of(router.name), "link", "set", "group", "default", "up"});
 }
 
+void Network::flap(const Port &port) const {
+    const std::string name_space = place_.namespace_of(port.router);
+    ip({"-n", name_space, "link", "set", port.interface, "down"});
+    switch_on(name_space, port.interface);
+}
+
 void Network::connect(const Link &link) const {
     make_cable(place_.namespace_of(link.first.router), link.first.interface,
                place_.namespace_of(link.second.router), link.second.interface);

@@ -28,6 +28,8 @@ public:
     void add_addresses(const Router &router) const;
     // All ports of the router at once.
     void switch_on(const Router &router) const;
+    // Off, and on again.
+    void flap(const Port &port) const;
 
 private:
     void ip(std::vector<std::string> arguments) const;

@@ -1,5 +1,6 @@
 #include "sources/lldpd/connection.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -64,9 +65,17 @@ bool Connection::connect() {
     return true;
 }
 
+int Connection::milliseconds_left() const {
+    if (!bounded_)
+        return -1;
+    const auto left = answer_by_ - std::chrono::steady_clock::now();
+    return static_cast<int>(std::max<int64_t>(
+        0, std::chrono::duration_cast<std::chrono::milliseconds>(left + std::chrono::milliseconds(1)).count()));
+}
+
 bool Connection::wait_for(short events) {
     pollfd waited[2] = {{descriptor_, events, 0}, {interrupt_, POLLIN, 0}};
-    const int ready = poll(waited, interrupt_ >= 0 ? 2 : 1, static_cast<int>(bound_.count()));
+    const int ready = poll(waited, interrupt_ >= 0 ? 2 : 1, milliseconds_left());
     interrupted_ = interrupt_ >= 0 && ready > 0 && waited[1].revents != 0;
     if (ready == 0)
         trouble_ = "no answer within " + std::to_string(bound_.count()) + " ms";
@@ -77,6 +86,7 @@ ssize_t Connection::send(lldpctl_conn_t *, const uint8_t *data, size_t length, v
     auto &connection = *static_cast<Connection *>(self);
     if (!connection.connect())
         return LLDPCTL_ERR_CANNOT_CONNECT;
+    connection.answer_by_ = std::chrono::steady_clock::now() + connection.bound_;
     size_t sent = 0;
     while (sent < length) {
         const ssize_t count =
@@ -101,7 +111,11 @@ ssize_t Connection::receive(lldpctl_conn_t *, const uint8_t *data, size_t length
     // The library hands out the buffer to fill as const.
     void *buffer = const_cast<uint8_t *>(data);
     for (;;) {
-        const ssize_t count = ::recv(connection.descriptor_, buffer, length, MSG_DONTWAIT);
+        // An answer that comes in drops is bounded like one that does not come.
+        const bool overdue = connection.milliseconds_left() == 0;
+        const ssize_t count = overdue ? -1 : ::recv(connection.descriptor_, buffer, length, MSG_DONTWAIT);
+        if (overdue)
+            errno = EAGAIN;
         if (count > 0)
             return count;
         if (count == 0) {

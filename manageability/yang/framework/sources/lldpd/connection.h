@@ -42,7 +42,7 @@ public:
     // Waits of receive() end early, with "would block", when this descriptor becomes readable. -1: none.
     void interrupt_by(int descriptor) { interrupt_ = descriptor; }
     // Receiving waits as long as it takes, for announcements that may never come.
-    void wait_without_bound() { bound_ = std::chrono::milliseconds(-1); }
+    void wait_without_bound() { bounded_ = false; }
 
     // Whether the last failure was the interruption.
     bool interrupted() const { return interrupted_; }
@@ -53,9 +53,12 @@ private:
 
     bool connect();
     bool wait_for(short events);
+    int milliseconds_left() const;
 
     std::string socket_;
     std::chrono::milliseconds bound_;
+    bool bounded_ = true;
+    std::chrono::steady_clock::time_point answer_by_; // set by each request
     int descriptor_ = -1;
     int interrupt_ = -1;
     bool interrupted_ = false;

@@ -127,7 +127,7 @@ void LldpdWatch::run(const ly_ctx *context, int stop, const Listener &listener) 
             if (!established_)
                 throw;
             if (!lost)
-                listener.lost(error.what());
+                listener.lost(error.path() + ": " + error.what());
             lost = true;
         }
     }

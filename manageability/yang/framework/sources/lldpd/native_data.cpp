@@ -147,8 +147,11 @@ void write_interfaces(const Inner &node, const std::vector<Port> &ports, bool pa
     }
 }
 
+// lldpd has no switch of an interface's own: what a port does not do is disabled, the rest follows the switch
+// for all.
 void write_switches(const Inner &lldp, const PortStatus &status) {
-    lldp.leaf("enable", std::string(status.transmits || status.receives ? "true" : "false"));
+    if (!status.transmits && !status.receives)
+        lldp.leaf("enable", std::string("false"));
     if (!status.transmits)
         lldp.inner("transmit").leaf("disable", std::string("true"));
     if (!status.receives)
@@ -215,7 +218,7 @@ host::DataTree configuration_data(const ly_ctx *context, const State &state) {
     const Inner interfaces(context, ifmgr_module, "interface-configurations", data);
     for (const Port &port : state.ports) {
         const Inner entry = interfaces.entry("interface-configuration", "act", port.name);
-        if (!settings.paused)
+        if (!settings.paused && port.status != PortStatus{})
             write_switches(entry.inner("lldp", cfg_module), port.status);
     }
     return data;

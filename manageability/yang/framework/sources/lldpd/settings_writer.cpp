@@ -36,7 +36,14 @@ void SettingsWriter::write(const WantedSettings &wanted, bool keeps_interval) {
         take_back();
         throw;
     }
+    if (wanted.runs && !undo_.empty())
+        transmit_now();
     undo_.clear();
+}
+
+// Neighbors learn at once and not after up to an interval. It is no setting: its failure changes nothing.
+void SettingsWriter::transmit_now() {
+    lldpctl_atom_set_int(configuration_.get(), lldpctl_k_config_tx_interval, -1);
 }
 
 // What pauses comes first and what resumes last: no frame leaves with settings half made.

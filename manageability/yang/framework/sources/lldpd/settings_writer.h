@@ -35,6 +35,7 @@ private:
     void set(lldpctl_key_t key, const char *what, const std::optional<std::string> &value);
     void set_status(const std::string &name, lldpctl_atom_t *port, const PortStatus &status);
     void restore_status(const std::string &name, const PortStatus &status);
+    void transmit_now();
     void take_back() noexcept;
 
     const Connection &connection_;

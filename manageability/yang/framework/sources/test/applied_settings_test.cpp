@@ -1,0 +1,219 @@
+// Native configurations on a running lldpd, seen by lldpcli: on the daemon itself and on its neighbor.
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/error.h"
+#include "native_modules.h"
+#include "sources/lldpd/lldpd_source.h"
+#include "support/lab.h"
+#include "support/native_xml.h"
+
+namespace yfw::sources::test {
+namespace {
+
+using testing::ElementsAre;
+using yfw::test::element;
+using yfw::test::eventually;
+using yfw::test::Laboratory;
+using yfw::test::native_configuration;
+
+const std::string on = element("enable", "true");
+const std::string no_transmit = element("transmit", element("disable", "true"));
+const std::string no_receive = element("receive", element("disable", "true"));
+
+std::string with_interface(const std::string &global, const std::string &name, const std::string &lldp) {
+    return native_configuration(global) +
+           "<interface-configurations xmlns=\"urn:tarvo:yang:Tarvo-QD-ifmgr-cfg\">" +
+           element("interface-configuration", element("active", "act") + element("interface-name", name) +
+                                                  "<lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\">" +
+                                                  lldp + "</lldp>") +
+           "</interface-configurations>";
+}
+
+// Two routers, a and b, with two cables. One laboratory for the tests of a process.
+class AConfiguration : public testing::Test {
+protected:
+    static void TearDownTestSuite() { lab_.reset(); }
+
+    void SetUp() override {
+        const std::string obstacle = yfw::test::lab_obstacle();
+        if (!obstacle.empty() && yfw::test::lab_is_required())
+            FAIL() << obstacle;
+        if (!obstacle.empty())
+            GTEST_SKIP() << obstacle;
+        // Not in SetUpTestSuite: tests whose suite cannot be set up count as skipped.
+        if (lab_ == nullptr)
+            lab_ = std::make_unique<Laboratory>(R"({
+              "routers": [{"name": "a", "system-name": "a.example.net", "system-description": "Router a"},
+                          {"name": "b", "system-name": "b.example.net", "system-description": "Router b"}],
+              "links": [["a:eth1", "b:eth1"], ["a:eth2", "b:eth2"]]})");
+    }
+    void TearDown() override {
+        if (lab_ == nullptr)
+            return;
+        restore(native_configuration(on));
+        // A configuration without a timer leaves the daemon's own.
+        lab_->configure("a", {"lldp", "tx-interval", std::to_string(yfw::test::lab_interval)});
+    }
+
+    static lldpd::LldpdSource device() { return lldpd::LldpdSource(lab_->socket("a")); }
+    static void apply(const std::string &before, const std::string &after) {
+        const host::DataTree from = native_data(before), to = native_data(after);
+        device().apply(from.get(), to.get());
+    }
+    static void restore(const std::string &configuration) {
+        device().restore(native_data(configuration).get());
+    }
+
+    // What lldpcli says of an interface of a.
+    static std::string status(const std::string &interface) {
+        const nlohmann::json told = lab_->ask("a", {"interfaces", "details"});
+        for (const auto &each : told.at("/lldp/0/interface"_json_pointer))
+            if (each.at("name") == interface)
+                return each.at("/status/0/value"_json_pointer);
+        return "no such interface";
+    }
+    static nlohmann::json setting(const std::string &name) {
+        return lab_->ask("a", {"configuration"})
+            .at("/configuration/0/config/0"_json_pointer)
+            .at(name)
+            .at("/0/value"_json_pointer);
+    }
+    // What b hears of a on eth1: "KIND ID, NAME, DESCRIPTION".
+    static std::string chassis_heard() {
+        std::string text;
+        for (const nlohmann::json &neighbor : lab_->neighbors("b", "eth1")) {
+            const auto value = [&](const std::string &of) {
+                return neighbor.value(nlohmann::json::json_pointer("/chassis/0/" + of), "");
+            };
+            text += value("id/0/type") + " " + value("id/0/value") + ", " + value("name/0/value") + ", " +
+                    value("descr/0/value");
+        }
+        return text;
+    }
+    static bool hears(const std::string &router, const std::string &interface) {
+        return !lab_->names_heard(router, interface).empty();
+    }
+
+    static std::unique_ptr<Laboratory> lab_;
+};
+
+std::unique_ptr<Laboratory> AConfiguration::lab_;
+
+TEST_F(AConfiguration, OfTransmissionAloneIsHeardByTheNeighborAndHearsNothing) {
+    ASSERT_TRUE(eventually([] { return hears("a", "eth1") && hears("b", "eth1"); }));
+    apply(native_configuration(on), with_interface(on, "eth1", on + no_receive));
+    EXPECT_EQ(status("eth1"), "TX only");
+    EXPECT_EQ(status("eth2"), "RX and TX");
+    EXPECT_TRUE(eventually([] { return !hears("a", "eth1"); }));
+    EXPECT_TRUE(hears("b", "eth1"));
+}
+
+TEST_F(AConfiguration, OfReceptionAloneHearsTheNeighborAndIsNotHeard) {
+    ASSERT_TRUE(eventually([] { return hears("a", "eth1") && hears("b", "eth1"); }));
+    apply(native_configuration(on), with_interface(on, "eth1", on + no_transmit));
+    EXPECT_EQ(status("eth1"), "RX only");
+    EXPECT_TRUE(eventually([] { return !hears("b", "eth1"); }));
+    EXPECT_TRUE(hears("a", "eth1"));
+    EXPECT_TRUE(hears("b", "eth2"));
+}
+
+TEST_F(AConfiguration, OfOneInterfaceUnderNoGlobalLldpIsOfThatInterfaceAlone) {
+    apply(native_configuration(on), with_interface("", "eth2", on));
+    EXPECT_EQ(status("eth2"), "RX and TX");
+    EXPECT_EQ(status("eth1"), "disabled");
+    EXPECT_TRUE(eventually([] { return !hears("b", "eth1") && hears("b", "eth2"); }));
+}
+
+TEST_F(AConfiguration, WithoutLldpPausesTheDaemon) {
+    apply(native_configuration(on), native_configuration(element("enable", "false")));
+    EXPECT_TRUE(eventually([] { return !hears("b", "eth1") && !hears("b", "eth2"); }));
+    apply(native_configuration(element("enable", "false")), native_configuration(on));
+    EXPECT_TRUE(eventually([] { return hears("b", "eth1") && hears("b", "eth2"); }));
+}
+
+TEST_F(AConfiguration, OfTextsIsAnnounced) {
+    const std::string after =
+        native_configuration(on + element("timer", "5") + element("system-name", "a &amp; \"more\"") +
+                             element("system-description", "caf\xc3\xa9") + element("chassis-id", "rack 4") +
+                             element("chassis-id-type", "local"));
+    apply(native_configuration(on), after);
+    // Each text may come in a frame of its own.
+    EXPECT_TRUE(eventually([] { return chassis_heard() == "local rack 4, a & \"more\", caf\xc3\xa9"; }))
+        << chassis_heard();
+    // Without them the daemon has its own again.
+    apply(after, native_configuration(on));
+    EXPECT_EQ(setting("hostname"), "(none)");
+    EXPECT_EQ(setting("description"), "(none)");
+    EXPECT_EQ(setting("cid-string"), "(none)");
+    EXPECT_TRUE(eventually([] { return chassis_heard().starts_with("mac "); })) << chassis_heard();
+}
+
+TEST_F(AConfiguration, OfTheTimerIsTheInterval) {
+    const std::string timed = native_configuration(on + element("timer", "5"));
+    apply(native_configuration(on), timed);
+    EXPECT_EQ(setting("tx-delay"), "5");
+    apply(timed, native_configuration(on));
+    EXPECT_NE(setting("tx-delay"), "5");
+}
+
+TEST_F(AConfiguration, WithoutATimerLeavesTheDaemonItsOwnInterval) {
+    const std::string own = std::to_string(yfw::test::lab_interval);
+    ASSERT_EQ(setting("tx-delay"), own);
+    apply(native_configuration(on), native_configuration(on + element("system-name", "x")));
+    EXPECT_EQ(setting("tx-delay"), own);
+}
+
+TEST_F(AConfiguration, OfTlvsLeavesThemOutOfTheFrames) {
+    lab_->ip("a", {"address", "add", "192.0.2.77/24", "dev", "eth1"});
+    const auto announces = [](const char *what) {
+        const auto heard = lab_->neighbors("b", "eth1");
+        return heard.size() == 1 && heard.front().at("/chassis/0"_json_pointer).contains(what);
+    };
+    ASSERT_TRUE(eventually([&] { return announces("capability") && announces("mgmt-ip"); }));
+    const std::string without = native_configuration(
+        on + element("tlv-select", element("system-capabilities", element("disable", "true")) +
+                                       element("management-address", element("disable", "true"))));
+    apply(native_configuration(on), without);
+    EXPECT_TRUE(eventually([&] { return !announces("capability") && !announces("mgmt-ip"); }));
+    apply(without, native_configuration(on));
+    EXPECT_TRUE(eventually([&] { return announces("capability") && announces("mgmt-ip"); }));
+}
+
+TEST_F(AConfiguration, ThatNamesAnUnknownInterfaceIsRefusedAndChangesNothing) {
+    const nlohmann::json settings = lab_->ask("a", {"configuration"});
+    const std::string after =
+        with_interface(on + element("system-name", "changed") + element("timer", "7"), "eth9", on + no_receive);
+    const host::DataTree from = native_data(native_configuration(on)), to = native_data(after);
+    EXPECT_THROW(device().check(from.get(), to.get()), host::Error);
+    EXPECT_EQ(lab_->ask("a", {"configuration"}), settings);
+    EXPECT_EQ(status("eth1"), "RX and TX");
+}
+
+TEST_F(AConfiguration, ThatIsCheckedIsNotApplied) {
+    const nlohmann::json settings = lab_->ask("a", {"configuration"});
+    const host::DataTree from = native_data(native_configuration(on)),
+                         to = native_data(
+                             with_interface(on + element("system-name", "changed"), "eth1", no_receive));
+    device().check(from.get(), to.get());
+    EXPECT_EQ(lab_->ask("a", {"configuration"}), settings);
+    EXPECT_EQ(status("eth1"), "RX and TX");
+}
+
+TEST_F(AConfiguration, ThatIsRestoredHoldsWhateverTheDaemonRunsNow) {
+    const std::string wanted = with_interface(on + element("system-name", "restored"), "eth1", on + no_receive);
+    restore(wanted);
+    lab_->configure("a", {"system", "hostname", "by hand"});
+    lab_->configure("a", {"ports", "eth1", "lldp", "status", "disabled"});
+    lab_->configure("a", {"ports", "eth2", "lldp", "status", "rx-only"});
+    restore(wanted);
+    EXPECT_EQ(setting("hostname"), "restored");
+    EXPECT_EQ(status("eth1"), "TX only");
+    EXPECT_EQ(status("eth2"), "RX and TX");
+}
+
+} // namespace
+} // namespace yfw::sources::test

@@ -1,0 +1,106 @@
+// What a daemon runs with, as native configuration; configured again, it is what the daemon ran with.
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "native_modules.h"
+#include "sources/lldpd/native_data.h"
+#include "sources/lldpd/wanted_settings.h"
+#include "support/answers.h"
+
+namespace yfw::sources::test {
+namespace {
+
+using lldpd::State;
+using lldpd::WantedSettings;
+using testing::ElementsAre;
+
+// Two ports, which both speak LLDP.
+State running_state() {
+    State state = state_of({});
+    state.ports.push_back(state.ports.front());
+    state.ports.back().name = "eth2";
+    return state;
+}
+
+std::vector<std::string> configured(const State &state, const std::string &xpath) {
+    const host::DataTree data = lldpd::configuration_data(native_modules(), state);
+    return yfw::test::values_at(data.get(), "/Tarvo-QD-ethernet-lldp-cfg:lldp" + xpath);
+}
+
+WantedSettings configured_again(const State &state) {
+    const host::DataTree data = lldpd::configuration_data(native_modules(), state);
+    EXPECT_EQ(fault_of(data), "");
+    return lldpd::wanted_settings(data.get());
+}
+
+TEST(AnInterval, IsConfiguredWhereTheNativeTimerHoldsIt) {
+    for (const auto &[seconds, held] : {std::pair{1U, false},
+                                        {4U, false},
+                                        {5U, true},
+                                        {30U, true},
+                                        {65534U, true},
+                                        {65535U, false},
+                                        {4294967295U, false}}) {
+        State state = running_state();
+        state.settings.transmit_interval = seconds;
+        EXPECT_EQ(configured(state, "/timer").size(), held ? 1U : 0U) << seconds;
+        EXPECT_EQ(configured_again(state).transmit_interval, held ? std::optional(seconds) : std::nullopt);
+    }
+}
+
+TEST(APausedDaemon, RunsNoLldp) {
+    State state = running_state();
+    state.settings.paused = true;
+    EXPECT_FALSE(configured_again(state).runs);
+}
+
+TEST(ARunningDaemon, RunsOnItsPortsAsTheyAre) {
+    for (const lldpd::PortStatus status :
+         {lldpd::PortStatus{true, true}, {true, false}, {false, true}, {false, false}}) {
+        State state = running_state();
+        state.ports.front().status = status;
+        const WantedSettings wanted = configured_again(state);
+        EXPECT_TRUE(wanted.runs);
+        EXPECT_EQ(wanted.of_port("eth1").transmits, status.transmits);
+        EXPECT_EQ(wanted.of_port("eth1").receives, status.receives);
+        EXPECT_EQ(wanted.of_port("eth2"), lldpd::PortStatus{});
+    }
+}
+
+TEST(TextsThatWereSet, AreConfiguredAsTheyAre) {
+    State state = running_state();
+    state.settings.system_name = "r1 <of> \"many\" & 'more'";
+    state.settings.system_description = "caf\xc3\xa9";
+    state.settings.chassis_id = "rack 4";
+    const WantedSettings wanted = configured_again(state);
+    EXPECT_EQ(wanted.system_name, state.settings.system_name);
+    EXPECT_EQ(wanted.system_description, state.settings.system_description);
+    EXPECT_EQ(wanted.chassis_id, state.settings.chassis_id);
+    EXPECT_THAT(configured(state, "/chassis-id-type"), ElementsAre("local"));
+}
+
+// What the daemon announces of its own accord was not configured.
+TEST(TextsThatWereNotSet, AreNotConfigured) {
+    State state = running_state();
+    state.local.name = "host.example.net";
+    state.local.description = "Debian";
+    for (const char *leaf : {"/system-name", "/system-description", "/chassis-id", "/chassis-id-type"})
+        EXPECT_THAT(configured(state, leaf), ElementsAre()) << leaf;
+}
+
+TEST(WhatIsNotAnnounced, IsConfiguredAsDisabled) {
+    for (const bool capabilities : {true, false})
+        for (const bool addresses : {true, false}) {
+            State state = running_state();
+            state.settings.advertises_capabilities = capabilities;
+            state.settings.advertises_addresses = addresses;
+            const WantedSettings wanted = configured_again(state);
+            EXPECT_EQ(wanted.advertises_capabilities, capabilities);
+            EXPECT_EQ(wanted.advertises_addresses, addresses);
+        }
+}
+
+} // namespace
+} // namespace yfw::sources::test

@@ -1,0 +1,17 @@
+// A recorded router as the structures that an lldpd is read into.
+#ifndef YFW_SOURCES_TEST_RECORDED_STATE_H
+#define YFW_SOURCES_TEST_RECORDED_STATE_H
+
+#include <filesystem>
+#include <string>
+
+#include "sources/lldpd/lldpd_state.h"
+
+namespace yfw::sources::test {
+
+// From ROUTER-neighbors.json and its siblings, which lldpcli wrote. Throws what nlohmann_json throws.
+lldpd::State recorded_state(const std::filesystem::path &recordings, const std::string &router);
+
+} // namespace yfw::sources::test
+
+#endif

@@ -1,0 +1,85 @@
+// The recorded routers, put into the structures that an lldpd is read into, are the recorded devices.
+#include <algorithm>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "host/test/data_texts.h"
+#include "native_modules.h"
+#include "recorded_state.h"
+#include "sources/lldpd/native_data.h"
+#include "support/files.h"
+
+namespace yfw::sources::test {
+namespace {
+
+using host::test::leaves;
+using host::test::Lines;
+using host::test::same;
+
+const std::filesystem::path examples = YFW_EXAMPLES_DIR;
+
+Lines device_file(const std::string &router, const char *name) {
+    return leaves(native_data(yfw::test::read_file(examples / router / name)).get());
+}
+
+class ARecordedRouter : public testing::TestWithParam<const char *> {
+protected:
+    const std::string router_ = GetParam();
+    const lldpd::State state_ = recorded_state(examples / "recordings", router_);
+};
+
+// The node has the name of the device, which a daemon knows nothing of.
+Lines with_node_name(Lines lines, const std::string &name) {
+    for (std::string &line : lines)
+        if (const size_t start = line.find("[node-name='"); start != std::string::npos)
+            line.replace(start, line.find(']', start) + 1 - start, "[node-name='" + name + "']");
+    return lines;
+}
+
+TEST_P(ARecordedRouter, HasTheOperationalDataOfItsDevice) {
+    const host::DataTree data = lldpd::operational_data(native_modules(), state_);
+    EXPECT_TRUE(same(with_node_name(leaves(data.get()), router_),
+                     with_node_name(device_file(router_, "oper.xml"), router_)));
+}
+
+// But for the switches of the single interfaces, which the recorded devices have and lldpd has not.
+TEST_P(ARecordedRouter, HasTheConfigurationOfItsDevice) {
+    const host::DataTree data = lldpd::configuration_data(native_modules(), state_);
+    Lines wanted = device_file(router_, "config.xml");
+    for (std::string &leaf : wanted)
+        if (const size_t lldp = leaf.find("/Tarvo-QD-ethernet-lldp-cfg:lldp/enable=true");
+            lldp != std::string::npos)
+            leaf.resize(lldp); // the interface's entry stays
+    EXPECT_TRUE(same(leaves(data.get()), wanted));
+}
+
+TEST_P(ARecordedRouter, IsOneNode) {
+    EXPECT_EQ(operational_values(state_, "/nodes/node/node-name").size(), 1U);
+}
+
+TEST_P(ARecordedRouter, IsValidData) {
+    EXPECT_EQ(fault_of(lldpd::operational_data(native_modules(), state_)), "");
+    EXPECT_EQ(fault_of(lldpd::configuration_data(native_modules(), state_)), "");
+}
+
+// What a change of one neighbor is told with is what a read of everything tells of it.
+TEST_P(ARecordedRouter, HasNeighborsWhoseDataAloneIsThatOfTheWhole) {
+    const Lines whole = with_node_name(leaves(lldpd::operational_data(native_modules(), state_).get()), "n");
+    size_t compared = 0;
+    for (const lldpd::Port &port : state_.ports)
+        for (const lldpd::Neighbor &neighbor : port.neighbors) {
+            const host::DataTree alone = lldpd::neighbor_data(native_modules(), port.name, neighbor);
+            for (const std::string &line : with_node_name(leaves(alone.get()), "n")) {
+                EXPECT_NE(std::find(whole.begin(), whole.end(), line), whole.end()) << line;
+                compared++;
+            }
+        }
+    EXPECT_GT(compared, 10U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Named, ARecordedRouter, testing::Values("r1", "r2", "r3", "r4"),
+                         [](const auto &router) { return std::string(router.param); });
+
+} // namespace
+} // namespace yfw::sources::test

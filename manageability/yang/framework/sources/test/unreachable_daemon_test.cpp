@@ -1,0 +1,301 @@
+// Daemons that are not there, or not sound: an error that names the socket, in bounded time.
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "fake_daemon.h"
+#include "host/error.h"
+#include "native_modules.h"
+#include "sources/lldpd/connection.h"
+#include "sources/lldpd/lldpd_source.h"
+#include "sources/lldpd/lldpd_watch.h"
+#include "sources/lldpd/reader.h"
+#include "sources/lldpd/settings_writer.h"
+#include "support/files.h"
+#include "support/native_xml.h"
+
+namespace yfw::sources::test {
+namespace {
+
+using testing::HasSubstr;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds bound{300};
+// Several answers may be waited for; this is still far from waiting for ever.
+constexpr std::chrono::seconds longest{5};
+
+using Question = std::function<void(const std::string &socket)>;
+
+// The error that asking gives, as one text; a failure of the test when there is none.
+std::string error_of(const Question &ask, const std::string &socket) {
+    const auto start = Clock::now();
+    std::string text;
+    try {
+        ask(socket);
+        ADD_FAILURE() << "no error";
+    } catch (const host::Error &error) {
+        text = error.path() + ": " + error.what();
+    }
+    EXPECT_LT(Clock::now() - start, longest);
+    return text;
+}
+
+struct QuestionCase {
+    const char *name;
+    Question ask;
+};
+
+void read_everything(const std::string &socket) {
+    lldpd::read_state(lldpd::Connection(socket, bound));
+}
+
+void read_settings(const std::string &socket) {
+    lldpd::read_settings(lldpd::Connection(socket, bound));
+}
+
+void write_settings(const std::string &socket) {
+    const lldpd::Connection connection(socket, bound);
+    lldpd::SettingsWriter(connection)
+        .write({.transmit_interval = 30,
+                .system_name = "a",
+                .system_description = {},
+                .chassis_id = {},
+                .ports = {}},
+               true);
+}
+
+// --- nobody there: also through the whole source, which needs no time for it ---
+
+void read_device(const std::string &socket) {
+    lldpd::LldpdSource(socket).read(native_modules());
+}
+
+void apply_to_device(const std::string &socket) {
+    const host::DataTree configuration =
+        native_data(yfw::test::native_configuration(yfw::test::element("enable", "true")));
+    lldpd::LldpdSource(socket).apply(nullptr, configuration.get());
+}
+
+void restore_device(const std::string &socket) {
+    const host::DataTree configuration =
+        native_data(yfw::test::native_configuration(yfw::test::element("enable", "true")));
+    lldpd::LldpdSource(socket).restore(configuration.get());
+}
+
+void watch_device(const std::string &socket) {
+    lldpd::LldpdWatch(socket).run(
+        native_modules(), -1,
+        {.event = [](NeighborEvent) {}, .lost = [](const std::string &) {}, .back = [] {}});
+}
+
+class ADaemonThatIsNotThere : public testing::TestWithParam<QuestionCase> {
+protected:
+    std::string error(const std::string &socket) const {
+        const std::string text = error_of(GetParam().ask, socket);
+        EXPECT_THAT(text, HasSubstr("lldpd:" + socket));
+        EXPECT_THAT(text, testing::Not(HasSubstr("\n")));
+        return text;
+    }
+    yfw::test::TemporaryDirectory directory_;
+};
+
+TEST_P(ADaemonThatIsNotThere, HasNoSocket) {
+    EXPECT_THAT(error((directory_.path() / "nowhere").string()), HasSubstr("No such file"));
+}
+
+TEST_P(ADaemonThatIsNotThere, HasAFileInPlaceOfASocket) {
+    error(directory_.add("file", "no socket"));
+}
+
+TEST_P(ADaemonThatIsNotThere, HasADirectoryInPlaceOfASocket) {
+    error(directory_.path().string());
+}
+
+TEST_P(ADaemonThatIsNotThere, HasLeftItsSocket) {
+    const std::string socket = (directory_.path() / "left").string();
+    {
+        const ListeningSocket listening;
+        std::filesystem::rename(listening.path(), socket);
+    }
+    EXPECT_THAT(error(socket), HasSubstr("refused"));
+}
+
+TEST_P(ADaemonThatIsNotThere, HasAPathThatIsTooLongForASocket) {
+    error((directory_.path() / std::string(200, 's')).string());
+}
+
+TEST_P(ADaemonThatIsNotThere, MayNotBeAsked) {
+    const ListeningSocket listening;
+    std::filesystem::permissions(listening.directory(), std::filesystem::perms(0755));
+    std::filesystem::permissions(listening.path(), std::filesystem::perms(0));
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    native_modules(); // loaded while it may be
+    const pid_t child = fork();
+    if (child == 0) {
+        constexpr unsigned nobody = 65534;
+        if (geteuid() == 0 && setresuid(nobody, nobody, nobody) != 0)
+            _exit(1);
+        const std::string text = error_of(GetParam().ask, listening.path());
+        const bool written = write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        _exit(written ? 0 : 1);
+    }
+    close(ends[1]);
+    std::string text(4096, '\0');
+    const ssize_t length = read(ends[0], text.data(), text.size());
+    close(ends[0]);
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    text.resize(length > 0 ? static_cast<size_t>(length) : 0);
+    EXPECT_THAT(text, HasSubstr("lldpd:" + listening.path()));
+    EXPECT_THAT(text, HasSubstr("ermi")) << "nothing of a permission";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    On, ADaemonThatIsNotThere,
+    testing::Values(QuestionCase{"Reading", read_everything}, QuestionCase{"ReadingSettings", read_settings},
+                    QuestionCase{"Writing", write_settings}, QuestionCase{"ReadingTheDevice", read_device},
+                    QuestionCase{"Applying", apply_to_device}, QuestionCase{"Restoring", restore_device},
+                    QuestionCase{"Watching", watch_device}),
+    [](const auto &question) { return question.param.name; });
+
+// --- somebody there who is no sound daemon ---
+
+struct BehaviourCase {
+    const char *name;
+    std::function<void(const Client &)> behave;
+};
+
+// What the messages of the control protocol begin with.
+struct Header {
+    uint32_t type = 0;
+    size_t length = 0;
+};
+
+std::string header(const std::string &question, size_t length) {
+    Header made;
+    std::memcpy(&made.type, question.data(), sizeof made.type);
+    made.length = length;
+    return {reinterpret_cast<const char *>(&made), sizeof made};
+}
+
+std::string noise(size_t size) {
+    std::minstd_rand random(7);
+    std::string bytes;
+    for (size_t i = 0; i < size; i++)
+        bytes += static_cast<char>(random());
+    return bytes;
+}
+
+// Answers one question of the client's, whose header it got.
+void answer(const Client &client, const std::function<void(const std::string &question)> &how) {
+    const std::string question = client.receive(sizeof(Header));
+    if (question.size() >= sizeof(Header))
+        how(question);
+}
+
+const std::vector<BehaviourCase> behaviours{
+    {"NeverAnswers", [](const Client &client) { client.wait(); }},
+    {"ClosesAtOnce", [](const Client &) {}},
+    {"ClosesAfterTheQuestion", [](const Client &client) { client.receive(1); }},
+    {"ClosesWithinAHeader",
+     [](const Client &client) {
+         answer(client, [&](const std::string &question) { client.send(question.substr(0, 5)); });
+     }},
+    {"ClosesWithinAnAnswer",
+     [](const Client &client) {
+         answer(client, [&](const std::string &question) { client.send(header(question, 1000) + noise(10)); });
+     }},
+    {"FallsSilentWithinAnAnswer",
+     [](const Client &client) {
+         answer(client, [&](const std::string &question) { client.send(header(question, 1000) + noise(10)); });
+         client.wait();
+     }},
+    {"SendsNoise",
+     [](const Client &client) {
+         client.send(noise(100000));
+         client.wait();
+     }},
+    {"SendsNoiseAsAnAnswer",
+     [](const Client &client) {
+         answer(client,
+                [&](const std::string &question) { client.send(header(question, 1000) + noise(1000)); });
+         client.wait();
+     }},
+    {"AnswersAnotherQuestion",
+     [](const Client &client) {
+         answer(client, [&](std::string question) {
+             question[0] = static_cast<char>(question[0] + 1);
+             client.send(header(question, 8) + noise(8));
+         });
+         client.wait();
+     }},
+    {"AnswersWithNothing",
+     [](const Client &client) {
+         answer(client, [&](const std::string &question) { client.send(header(question, 0)); });
+         client.wait();
+     }},
+    {"AnnouncesAnAnswerWithoutMeasure",
+     [](const Client &client) {
+         answer(client, [&](const std::string &question) { client.send(header(question, SIZE_MAX)); });
+         client.wait();
+     }},
+    {"AnswersOctetByOctetWithoutEnd",
+     [](const Client &client) {
+         answer(client, [&](const std::string &question) {
+             client.send(header(question, 100000));
+             const auto end = Clock::now() + 2 * longest; // the test is to fail, not to hang
+             while (Clock::now() < end && client.send("x") && client.pause()) {
+             }
+         });
+     }},
+};
+
+class ADaemonThat : public testing::TestWithParam<std::tuple<BehaviourCase, QuestionCase>> {};
+
+TEST_P(ADaemonThat, IsAnErrorInBoundedTime) {
+    const FakeDaemon daemon(std::get<0>(GetParam()).behave);
+    const std::string text = error_of(std::get<1>(GetParam()).ask, daemon.path());
+    EXPECT_THAT(text, HasSubstr("lldpd:" + daemon.path()));
+    EXPECT_THAT(text, testing::Not(HasSubstr("\n")));
+}
+
+INSTANTIATE_TEST_SUITE_P(When, ADaemonThat,
+                         testing::Combine(testing::ValuesIn(behaviours),
+                                          testing::Values(QuestionCase{"Read", read_everything},
+                                                          QuestionCase{"AskedForItsSettings", read_settings},
+                                                          QuestionCase{"Written", write_settings})),
+                         [](const auto &pair) {
+                             return std::string(std::get<0>(pair.param).name) + "When" +
+                                    std::get<1>(pair.param).name;
+                         });
+
+TEST(ADaemonThatAcceptsNobody, IsAnErrorInBoundedTime) {
+    const ListeningSocket listening;
+    EXPECT_THAT(error_of(read_everything, listening.path()), HasSubstr("lldpd:" + listening.path()));
+}
+
+TEST(ADaemonWhoseQueueIsFull, IsAnErrorInBoundedTime) {
+    ListeningSocket listening(0);
+    listening.fill();
+    EXPECT_THAT(error_of(read_everything, listening.path()), HasSubstr("lldpd:" + listening.path()));
+}
+
+TEST(AWatch, OfADaemonThatClosesAtOnceIsAnErrorInBoundedTime) {
+    const FakeDaemon daemon([](const Client &) {});
+    EXPECT_THAT(error_of(watch_device, daemon.path()), HasSubstr("lldpd:" + daemon.path()));
+}
+
+} // namespace
+} // namespace yfw::sources::test

@@ -1,0 +1,283 @@
+#include "support/lab.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "frontends/lab/daemon.h"
+#include "frontends/lab/daemon_questions.h"
+#include "frontends/lab/process.h"
+
+namespace yfw::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+// Of the names of these laboratories, before the number of the test's process.
+constexpr const char *prefix = "yl";
+
+std::string run_program(const std::string &name, const std::string &package,
+                        const std::vector<std::string> &arguments) {
+    std::vector<std::string> words{lab::find_program(name, package)};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const lab::Finished finished = lab::run(words);
+    if (finished.status != 0)
+        throw std::runtime_error(name + ": " + finished.reason());
+    return finished.output;
+}
+
+// Laboratories of tests that were killed before they could remove them.
+void remove_those_of_dead_tests() {
+    std::error_code error;
+    for (const auto &files : fs::directory_iterator(fs::temp_directory_path())) {
+        if (!files.path().filename().string().starts_with("yfw-test-"))
+            continue;
+        for (fs::directory_iterator entry(files.path(), error), end; !error && entry != end;
+             entry.increment(error)) {
+            const std::string name = entry->path().filename().string();
+            const std::string start = std::string("lab-") + prefix;
+            if (name.starts_with(start) && !fs::exists("/proc/" + name.substr(start.size())))
+                run_yfw({{"lab", "down", "--name", name.substr(4), "--dir", files.path().string()}});
+        }
+    }
+}
+
+} // namespace
+
+std::string lab_obstacle() {
+    if (geteuid() != 0)
+        return "a laboratory needs root";
+    try {
+        lab::find_program("lldpd", "lldpd");
+        lab::find_program("lldpcli", "lldpd");
+        lab::find_program("ip", "iproute2");
+    } catch (const std::exception &error) {
+        return error.what();
+    }
+    return "";
+}
+
+bool lab_is_required() {
+    return std::getenv("CI") != nullptr || std::getenv("YFW_REQUIRE_LAB") != nullptr;
+}
+
+bool eventually(const std::function<bool()> &condition, std::chrono::milliseconds limit) {
+    constexpr std::chrono::milliseconds pause{50};
+    for (const auto deadline = Clock::now() + limit; !condition();) {
+        if (Clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(pause);
+    }
+    return true;
+}
+
+Laboratory::Laboratory(const std::string &topology)
+    : Laboratory(lab::read_topology(nlohmann::json::parse(topology), "topology"), topology) {}
+
+Laboratory::Laboratory(lab::Topology topology, const std::string &file)
+    : topology_(std::move(topology)), place_{prefix + std::to_string(getpid()), files_.path()} {
+    remove_those_of_dead_tests();
+    fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user enters it
+    setenv("XDG_STATE_HOME", (files_.path() / "state").c_str(), 1);
+    std::vector<std::string> more{"--tx-interval", std::to_string(lab_interval)};
+    if (!file.empty())
+        more.insert(more.end(), {"--topology", files_.add("topology.json", file)});
+    const Outcome outcome = run("up", more);
+    if (outcome.status != 0) {
+        run("down");
+        throw std::runtime_error("no laboratory: " + outcome.errors);
+    }
+}
+
+Laboratory::~Laboratory() {
+    try {
+        for (const auto &[router, daemon] : std::map(started_))
+            kill_daemon(router);
+        run("down");
+    } catch (const std::exception &) { // the next laboratory of the tests removes what is left
+    }
+}
+
+Outcome Laboratory::run(const std::string &command, const std::vector<std::string> &more) const {
+    std::vector<std::string> words{"lab", command, "--name", place_.name, "--dir", place_.base.string()};
+    words.insert(words.end(), more.begin(), more.end());
+    return run_yfw({.arguments = words});
+}
+
+nlohmann::json Laboratory::ask(const std::string &router, const std::vector<std::string> &words) const {
+    std::vector<std::string> arguments{"-u", socket(router), "-f", "json0", "show"};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    return nlohmann::json::parse(run_program("lldpcli", "lldpd", arguments));
+}
+
+std::vector<nlohmann::json> Laboratory::neighbors(const std::string &router,
+                                                  const std::string &interface) const {
+    const nlohmann::json told = ask(router, {"neighbors", "details"});
+    std::vector<nlohmann::json> found;
+    for (const nlohmann::json &neighbor : told.at("lldp").at(0).value("interface", nlohmann::json::array()))
+        if (neighbor.at("name") == interface)
+            found.push_back(neighbor);
+    return found;
+}
+
+std::vector<std::string> Laboratory::names_heard(const std::string &router,
+                                                 const std::string &interface) const {
+    std::vector<std::string> names;
+    const nlohmann::json::json_pointer name("/chassis/0/name/0/value");
+    for (const nlohmann::json &neighbor : neighbors(router, interface))
+        names.push_back(neighbor.value(name, ""));
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void Laboratory::configure(const std::string &router, const std::vector<std::string> &words) const {
+    std::vector<std::string> arguments{"-u", socket(router), "configure"};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    run_program("lldpcli", "lldpd", arguments);
+}
+
+void Laboratory::ip(const std::string &router, const std::vector<std::string> &words) const {
+    std::vector<std::string> arguments{"-n", place_.namespace_of(router)};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    run_program("ip", "iproute2", arguments);
+}
+
+std::vector<pid_t> Laboratory::processes(const std::string &router) const {
+    std::istringstream numbers(run_program("ip", "iproute2", {"netns", "pids", place_.namespace_of(router)}));
+    std::vector<pid_t> found;
+    for (pid_t number = 0; numbers >> number;)
+        found.push_back(number);
+    return found;
+}
+
+void Laboratory::signal(const std::string &router, int number) const {
+    for (const pid_t process : processes(router))
+        kill(process, number);
+}
+
+void Laboratory::kill_daemon(const std::string &router) {
+    const auto own = started_.find(router);
+    const bool gone = eventually([&] {
+        signal(router, SIGKILL);
+        if (own != started_.end())
+            waitpid(own->second, nullptr, WNOHANG);
+        return processes(router).empty();
+    });
+    if (!gone)
+        throw std::runtime_error("the daemon of " + router + " does not end");
+    if (own != started_.end())
+        started_.erase(own);
+}
+
+void Laboratory::start_daemon(const std::string &router) {
+    const auto found = std::find_if(topology_.routers.begin(), topology_.routers.end(),
+                                    [&](const lab::Router &each) { return each.name == router; });
+    // A daemon gives up when it finds the socket of the one before it still in use.
+    const auto start = [&] {
+        lab::WaitingDaemon daemon(place_, *found, topology_.interfaces_of(router), lab_interval);
+        started_[router] = daemon.process().number;
+        daemon.release();
+    };
+    start();
+    const bool answers = eventually([&] {
+        if (waitpid(started_[router], nullptr, WNOHANG) == started_[router])
+            start();
+        return lab::configured_name(socket(router)) == found->system_name;
+    });
+    if (!answers)
+        throw std::runtime_error("the daemon of " + router + " does not answer");
+}
+
+void Laboratory::stop_daemon(const std::string &router) const {
+    signal(router, SIGSTOP);
+}
+
+void Laboratory::continue_daemon(const std::string &router) const {
+    signal(router, SIGCONT);
+}
+
+RunningYfw::RunningYfw(const std::vector<std::string> &arguments) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, files_.add("output", "").c_str(), O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, files_.add("errors", "").c_str(), O_WRONLY, 0);
+    std::vector<std::string> words{YFW_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char *> pointers;
+    for (std::string &word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    const int error = posix_spawn(&child_, YFW_PROGRAM, &actions, nullptr, pointers.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0)
+        throw std::runtime_error(YFW_PROGRAM " cannot be started");
+}
+
+RunningYfw::~RunningYfw() {
+    if (!runs())
+        return;
+    signal(SIGKILL);
+    waitpid(child_, nullptr, 0);
+}
+
+std::optional<std::string> RunningYfw::line_with(const std::vector<std::string> &words,
+                                                 std::chrono::milliseconds limit) {
+    std::optional<std::string> found;
+    const auto holds_words = [&](const std::string &line) {
+        return std::all_of(words.begin(), words.end(),
+                           [&](const std::string &word) { return line.find(word) != std::string::npos; });
+    };
+    const auto search = [&] {
+        const bool ended = !runs();
+        const std::string text = output();
+        for (size_t start = seen_, end = 0; (end = text.find('\n', start)) != std::string::npos;
+             start = end + 1) {
+            const std::string line = text.substr(start, end - start);
+            if (!holds_words(line))
+                continue;
+            found = line;
+            seen_ = end + 1;
+            return true;
+        }
+        return ended;
+    };
+    eventually(search, limit);
+    return found;
+}
+
+std::string RunningYfw::output() {
+    return read_file(files_.path() / "output");
+}
+
+std::string RunningYfw::errors() {
+    return read_file(files_.path() / "errors");
+}
+
+void RunningYfw::signal(int number) const {
+    kill(child_, number);
+}
+
+bool RunningYfw::runs() {
+    int status = 0;
+    if (!status_.has_value() && waitpid(child_, &status, WNOHANG) == child_)
+        status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return !status_.has_value();
+}
+
+std::optional<int> RunningYfw::wait(std::chrono::milliseconds limit) {
+    eventually([this] { return !runs(); }, limit);
+    return status_;
+}
+
+} // namespace yfw::test
