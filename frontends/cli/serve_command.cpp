@@ -1,6 +1,7 @@
 #include "frontends/cli/serve_command.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <iostream>
 #include <memory>
@@ -57,6 +58,7 @@ void serve_device(const DeviceOptions &device, const netconf::ServerOptions &opt
 
 void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     const StopSignals stop;
+    std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
     netconf::ServerOptions server = options.server;
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {

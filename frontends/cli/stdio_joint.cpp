@@ -1,6 +1,7 @@
 #include "frontends/cli/stdio_joint.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 
 #include <poll.h>
@@ -45,6 +46,7 @@ bool move(int from, int to) {
 } // namespace
 
 void join_standard_streams(const std::string &path) {
+    std::signal(SIGPIPE, SIG_IGN); // an end that vanished is an error of writing to it
     const int descriptor = connect_to(path);
     pollfd waited[2] = {{STDIN_FILENO, POLLIN, 0}, {descriptor, POLLIN, 0}};
     for (;;) {

@@ -10,6 +10,7 @@
 #include "frontends/netconf/rpc_error.h"
 #include "host/configuration_text.h"
 #include "host/native_edits.h"
+#include "host/utc_time.h"
 
 namespace yfw::netconf {
 namespace {
@@ -51,9 +52,9 @@ host::DataTree Datastores::read(Datastore datastore) {
 
 void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) const {
     const auto lock = locks_.find(datastore);
-    if (lock != locks_.end() && lock->second != caller.session)
+    if (lock != locks_.end() && lock->second.session != caller.session)
         throw RpcError("protocol", "in-use",
-                       "the datastore is locked by session " + std::to_string(lock->second));
+                       "the datastore is locked by session " + std::to_string(lock->second.session));
 }
 
 void Datastores::edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test) {
@@ -222,20 +223,20 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
     const auto held = locks_.find(datastore);
     if (held != locks_.end())
         throw RpcError("protocol", "lock-denied", "the datastore is already locked")
-            .with_info("<session-id>" + std::to_string(held->second) + "</session-id>");
+            .with_info("<session-id>" + std::to_string(held->second.session) + "</session-id>");
     if (datastore == Datastore::candidate && candidate_.has_value())
         throw RpcError("protocol", "lock-denied", "the candidate has changes that were not committed")
             .with_info("<session-id>0</session-id>");
     if (datastore == Datastore::running && pending_.has_value() && pending_->session != caller.session)
         throw RpcError("protocol", "lock-denied", "a commit waits to be confirmed")
             .with_info("<session-id>" + std::to_string(pending_->session) + "</session-id>");
-    locks_[datastore] = caller.session;
+    locks_[datastore] = {caller.session, host::utc_now()};
 }
 
 void Datastores::unlock(const Caller &caller, Datastore datastore) {
     const Guard guard(mutex_);
     const auto held = locks_.find(datastore);
-    if (held == locks_.end() || held->second != caller.session)
+    if (held == locks_.end() || held->second.session != caller.session)
         throw RpcError("protocol", "operation-failed", "the session does not hold this lock");
     locks_.erase(held);
     if (datastore == Datastore::candidate) { // RFC 6241 section 8.3.5.2
@@ -243,7 +244,7 @@ void Datastores::unlock(const Caller &caller, Datastore datastore) {
     }
 }
 
-std::optional<uint32_t> Datastores::locked_by(Datastore datastore) {
+std::optional<Datastores::Lock> Datastores::lock_of(Datastore datastore) {
     const Guard guard(mutex_);
     const auto held = locks_.find(datastore);
     return held != locks_.end() ? std::optional(held->second) : std::nullopt;
@@ -252,8 +253,8 @@ std::optional<uint32_t> Datastores::locked_by(Datastore datastore) {
 void Datastores::end_session(uint32_t session) {
     const Guard guard(mutex_);
     const auto candidate_lock = locks_.find(Datastore::candidate);
-    const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second == session;
-    std::erase_if(locks_, [&](const auto &lock) { return lock.second == session; });
+    const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second.session == session;
+    std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; });
     if (held_candidate || candidate_editor_ == session) {
         drop_candidate();
     }

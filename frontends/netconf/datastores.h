@@ -52,7 +52,11 @@ public:
 
     void lock(const Caller &caller, Datastore datastore);
     void unlock(const Caller &caller, Datastore datastore);
-    std::optional<uint32_t> locked_by(Datastore datastore);
+    struct Lock {
+        uint32_t session = 0;
+        std::string time; // RFC 3339
+    };
+    std::optional<Lock> lock_of(Datastore datastore);
 
     // The session is gone: its locks are freed, the candidate that it had locked or that nobody else edits is
     // discarded, and its commit, unless it persists, is taken back.
@@ -92,7 +96,7 @@ private:
     std::optional<host::DataTree> candidate_; // nothing: the same as running
     std::vector<std::string> candidate_edits_;
     uint32_t candidate_editor_ = 0; // the session that edited it last
-    std::map<Datastore, uint32_t> locks_;
+    std::map<Datastore, Lock> locks_;
     std::optional<Pending> pending_;
     std::atomic<std::chrono::steady_clock::time_point> deadline_{no_deadline}; // of pending_
     std::mutex mutex_;

@@ -12,10 +12,8 @@ namespace {
 
 // ---- as a selection ------------------------------------------------------------------------------------
 
-// The filter's namespace is the node's; one that only inherits NETCONF's own stands for any (RFC 6241 section
-// 6.2.1 leaves a filter without a namespace of its own to the server).
 bool means(const Element &filter, const lysc_node *node) {
-    return filter.name() == node->name && (filter.ns() == node->module->ns || filter.ns() == base_ns);
+    return filter.name() == node->name && filter.takes_namespace(node->module->ns);
 }
 
 const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
@@ -83,7 +81,7 @@ void merge_into(host::Selection &whole, host::Selection part) {
 // ---- on a document -------------------------------------------------------------------------------------
 
 bool names(const Element &filter, const Element &data) {
-    return filter.name() == data.name() && (filter.ns() == data.ns() || filter.ns() == base_ns);
+    return filter.name() == data.name() && filter.takes_namespace(data.ns());
 }
 
 bool is_content_match(const Element &filter) {

@@ -162,7 +162,7 @@ void NetconfServer::dispatch(Session &session, std::string message) {
 void NetconfServer::finish(uint32_t id, const Reply &reply) {
     arm_commit_timer();
     if (reply.aftermath.kill.has_value() && sessions_.contains(*reply.aftermath.kill))
-        end(*reply.aftermath.kill, true);
+        end(*reply.aftermath.kill, false); // RFC 6022: a killed session is not a dropped one
     const auto session = sessions_.find(id);
     if (session != sessions_.end())
         session->second->reply(reply.text, reply.aftermath.close);

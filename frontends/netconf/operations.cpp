@@ -62,6 +62,9 @@ void refuse_others(const Element &parent, std::initializer_list<std::string_view
 // The one datastore that <source> or <target> names.
 Datastore datastore_of(const Element &parent, const char *name) {
     const Element holder = required(parent, name);
+    if (holder.children().size() > 1)
+        throw RpcError("protocol", "bad-element", "expected one datastore")
+            .with_info("<bad-element>" + escaped(holder.children()[1].name()) + "</bad-element>");
     if (holder.child("running"))
         return Datastore::running;
     if (holder.child("candidate"))
@@ -99,6 +102,29 @@ std::string print_children(const Element &parent) {
     return xml;
 }
 
+// What libyang refuses without saying where.
+void check_operations(const Element &element, const std::string &parent) {
+    const std::string path = parent + "/oc-lldp:" + std::string(element.name());
+    for (const Element::Attribute &attribute : element.attributes())
+        if (attribute.ns == base_ns && attribute.name == "operation" &&
+            (attribute.value == "none" || !host::operation_from(attribute.value).has_value()))
+            throw RpcError("application", "bad-attribute",
+                           "\"" + std::string(attribute.value) + "\" is no edit operation")
+                .at(path)
+                .with_info("<bad-attribute>operation</bad-attribute><bad-element>" + escaped(element.name()) +
+                           "</bad-element>");
+    for (const Element &child : element.children())
+        check_operations(child, path);
+}
+
+void check_top(const Server &server, const Element &top) {
+    const lysc_node *root = server.schemas.openconfig_root();
+    if (top.ns() == root->module->ns && top.name() != root->name)
+        throw RpcError("application", "unknown-element", "only <lldp> can be edited")
+            .with_info("<bad-element>" + escaped(top.name()) + "</bad-element>");
+    check_operations(top, "");
+}
+
 std::optional<host::EditNode> edit_of(const Server &server, const Element &config, host::Operation operation) {
     const std::vector<Element> tops = config.children();
     if (tops.empty())
@@ -106,6 +132,7 @@ std::optional<host::EditNode> edit_of(const Server &server, const Element &confi
     if (tops.size() > 1)
         throw RpcError("application", "bad-element", "expected one <lldp>")
             .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
+    check_top(server, tops.front());
     return host::parse_edit(server.schemas, print_children(config), operation);
 }
 

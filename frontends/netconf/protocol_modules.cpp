@@ -10,8 +10,8 @@
 namespace yfw::netconf {
 namespace {
 
-constexpr const char *loaded[] = {"openconfig-lldp", "openconfig-lldp-types", "ietf-netconf",
-                                  "ietf-netconf-monitoring", "ietf-yang-library"};
+constexpr const char *loaded[] = {"openconfig-lldp",         "openconfig-lldp-types", "ietf-netconf",
+                                  "ietf-netconf-monitoring", "ietf-yang-library",     "ietf-datastores"};
 
 using Text = std::unique_ptr<char, decltype(&std::free)>;
 
@@ -50,6 +50,13 @@ void ProtocolModules::print_library() {
         throw host::Error(host::ErrorTag::operation_failed, "ietf-yang-library",
                           host::take_yang_error(context_.get()));
     const host::DataTree owner(data);
+    for (const char *datastore : {"running", "candidate", "operational"}) {
+        const std::string path =
+            std::string("/ietf-yang-library:yang-library/datastore[name='ietf-datastores:") + datastore +
+            "']/schema";
+        if (lyd_new_path(data, context_.get(), path.c_str(), "complete", 0, nullptr) != LY_SUCCESS)
+            throw host::Error(host::ErrorTag::operation_failed, path, host::take_yang_error(context_.get()));
+    }
     for (const lyd_node *top = data; top != nullptr; top = top->next) {
         char *text = nullptr;
         lyd_print_mem(&text, top, LYD_XML, LYD_PRINT_SHRINK);

@@ -59,9 +59,9 @@ std::string read_openconfig(const Server &server, host::Content content, const s
 
 std::string print_datastore(const Server &server, const char *name, Datastore datastore) {
     std::string xml = "<datastore><name>" + std::string(name) + "</name>";
-    if (const auto session = server.datastores.locked_by(datastore))
-        xml += "<locks><global-lock><locked-by-session>" + std::to_string(*session) +
-               "</locked-by-session></global-lock></locks>";
+    if (const auto lock = server.datastores.lock_of(datastore))
+        xml += "<locks><global-lock><locked-by-session>" + std::to_string(lock->session) +
+               "</locked-by-session><locked-time>" + lock->time + "</locked-time></global-lock></locks>";
     return xml + "</datastore>";
 }
 
@@ -88,8 +88,7 @@ std::string subtree_filtered(const Element &filter, const std::string &text) {
     const Document document(text);
     std::string xml;
     for (const Element &wanted : filter.children())
-        if (wanted.name() == document.root().name() &&
-            (wanted.ns() == document.root().ns() || wanted.ns() == base_ns))
+        if (wanted.name() == document.root().name() && wanted.takes_namespace(document.root().ns()))
             xml += filtered(wanted, document.root());
     return xml;
 }

@@ -1,5 +1,7 @@
 #include "frontends/netconf/rpc_error.h"
 
+#include "host/yang_text.h"
+
 namespace yfw::netconf {
 namespace {
 
@@ -33,9 +35,28 @@ std::string element(const char *name, const std::string &text) {
     return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
 }
 
+// The error-info that RFC 6241 appendix A demands with a tag; `name`: of the node at the end of the path.
+std::string mandatory_info(const host::Error &error, const std::string &name) {
+    switch (error.tag()) {
+    case host::ErrorTag::unknown_element:
+    case host::ErrorTag::bad_element:
+        return element("bad-element", name);
+    case host::ErrorTag::missing_element:
+        return element("bad-element", error.subject().empty() ? name : error.subject());
+    case host::ErrorTag::unknown_namespace:
+        return element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) + "</bad-namespace>";
+    case host::ErrorTag::bad_attribute:
+        return element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
+               element("bad-element", name);
+    default:
+        return "";
+    }
+}
+
 } // namespace
 
 std::string escaped(std::string_view text) {
+    const bool is_text = host::is_yang_text(std::string(text).c_str());
     std::string out;
     for (const char c : text) {
         switch (c) {
@@ -52,7 +73,8 @@ std::string escaped(std::string_view text) {
             out += "&quot;";
             break;
         default:
-            out += static_cast<unsigned char>(c) < ' ' && c != '\n' && c != '\t' ? ' ' : c;
+            // Messages may quote what was wrong with a request, down to its bytes.
+            out += is_text || (c >= ' ' && c <= '~') || c == '\n' || c == '\t' ? c : '?';
         }
     }
     return out;
@@ -65,11 +87,7 @@ RpcError rpc_error_of(const host::Error &error) {
         told.at(prefixed(path));
     const size_t step = path.find_last_of('/');
     const std::string name = step == std::string::npos ? path : path.substr(step + 1);
-    // Their error-info is mandatory (RFC 6241 appendix A).
-    if (error.tag() == host::ErrorTag::unknown_element || error.tag() == host::ErrorTag::missing_element ||
-        error.tag() == host::ErrorTag::bad_element || error.tag() == host::ErrorTag::unknown_namespace)
-        told.with_info("<bad-element>" + escaped(name) + "</bad-element>");
-    return told;
+    return told.with_info(mandatory_info(error, name));
 }
 
 std::string print_error(const RpcError &error) {

@@ -56,8 +56,17 @@ void Session::on_written(bufferevent *, void *self) {
 
 void Session::on_event(bufferevent *, short what, void *self) {
     auto &session = *static_cast<Session *>(self);
-    if ((what & (BEV_EVENT_EOF | BEV_EVENT_ERROR)) != 0)
-        session.end(true);
+    if ((what & BEV_EVENT_ERROR) != 0)
+        return session.end(true);
+    if ((what & BEV_EVENT_EOF) != 0)
+        session.no_more_comes();
+}
+
+// What was asked before is still answered: the client may have ended its own direction alone.
+void Session::no_more_comes() {
+    ended_ = true;
+    if (!greeted_ || (!busy_ && waiting_.empty()))
+        end(true);
 }
 
 void Session::on_hello_overdue(int, short, void *self) {
@@ -108,6 +117,8 @@ void Session::hello_came(const std::string &hello) {
 void Session::next() {
     pause_when_full();
     const bool full = evbuffer_get_length(bufferevent_get_output(stream_)) > most_unwritten;
+    if (ended_ && !busy_ && waiting_.empty())
+        return close_after_writing();
     if (busy_ || closing_ || waiting_.empty() || full)
         return;
     busy_ = true;
@@ -121,7 +132,7 @@ void Session::pause_when_full() {
     const bool full = waiting_.size() > most_waiting || waiting_bytes_ > most_waiting_bytes;
     if (full)
         bufferevent_disable(stream_, EV_READ);
-    else if (!closing_)
+    else if (!closing_ && !ended_)
         bufferevent_enable(stream_, EV_READ);
 }
 

@@ -46,6 +46,7 @@ private:
     void hello_came(const std::string &hello);
     void broken(const std::string &why);
     void end(bool dropped);
+    void no_more_comes();
     void pause_when_full();
 
     NetconfServer &server_;
@@ -56,6 +57,7 @@ private:
     bool greeted_ = false; // the client's hello came
     bool busy_ = false;    // a request is being answered
     bool closing_ = false;
+    bool ended_ = false; // the client sends no more
     std::deque<std::string> waiting_;
     size_t waiting_bytes_ = 0;
     event *hello_timer_;

@@ -46,9 +46,24 @@ size_t after_tag(std::string_view text, size_t from) {
     malformed("the message ends within a tag");
 }
 
-// Refuses what a parser that calls itself for each level should not be given.
-void check_shape(std::string_view text) {
+// Clients that write <nc:rpc> often leave elements inside without any namespace, <config> above all; they mean
+// NETCONF's own.
+std::string with_namespace(std::string tag, bool is_root) {
+    const size_t name_end = tag.find_first_of(" \t\r\n/>", 1);
+    const bool prefixed = tag.substr(0, name_end).find(':') != std::string::npos;
+    const std::string declared = "xmlns=\"" + std::string(base_ns) + "\"";
+    if (is_root && prefixed && tag.find(" xmlns=") == std::string::npos)
+        tag.insert(name_end, " " + declared);
+    return tag;
+}
+
+// The document as libyang is to parse it. Refuses what a parser that calls itself for each level should not be
+// given.
+std::string prepared(std::string_view text) {
+    std::string out;
     size_t depth = 0;
+    size_t done = 0;
+    bool is_root = true;
     for (size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
         const std::string_view rest = text.substr(at);
         if (rest.starts_with("<!--")) {
@@ -68,26 +83,26 @@ void check_shape(std::string_view text) {
                 depth--;
             else if (text[end - 2] != '/' && ++depth > Document::deepest)
                 malformed("elements are nested deeper than " + std::to_string(Document::deepest));
-            at = end;
+            out.append(text, done, at - done);
+            out += closes ? std::string(text.substr(at, end - at))
+                          : with_namespace(std::string(text.substr(at, end - at)), is_root);
+            is_root = false;
+            done = at = end;
         }
     }
+    return out.append(text, done);
 }
 
-// Clients that write <nc:rpc> often leave elements inside without any namespace, <config> above all; they mean
-// NETCONF's own.
-std::string with_default_namespace(const std::string &text) {
-    size_t root = text.find('<');
-    while (root != std::string::npos && (text.compare(root, 2, "<?") == 0 || text.compare(root, 2, "<!") == 0))
-        root = text.find('<', root + 1);
-    if (root == std::string::npos)
-        return text;
-    const std::string_view tag = std::string_view(text).substr(root, after_tag(text, root) - root);
-    const size_t name_end = tag.find_first_of(" \t\r\n/>");
-    const bool prefixed = tag.substr(0, name_end).find(':') != std::string_view::npos;
-    if (!prefixed || tag.find(" xmlns=") != std::string_view::npos)
-        return text;
-    return text.substr(0, root + name_end) + " xmlns=\"" + std::string(base_ns) + "\"" +
-           text.substr(root + name_end);
+// libyang lets an attribute stand twice.
+void refuse_repeated_attributes(const Element &element) {
+    const std::vector<Element::Attribute> attributes = element.attributes();
+    for (size_t i = 0; i < attributes.size(); i++)
+        for (size_t k = i + 1; k < attributes.size(); k++)
+            if (attributes[i].name == attributes[k].name && attributes[i].ns == attributes[k].ns)
+                malformed("the attribute " + std::string(attributes[i].name) + " stands twice in <" +
+                          std::string(element.name()) + ">");
+    for (const Element &child : element.children())
+        refuse_repeated_attributes(child);
 }
 
 } // namespace
@@ -153,9 +168,8 @@ std::string Element::print() const {
 }
 
 Document::Document(const std::string &text) {
-    check_shape(text);
     lyd_node *parsed = nullptr;
-    const LY_ERR status = lyd_parse_data_mem(modelless(), with_default_namespace(text).c_str(), LYD_XML,
+    const LY_ERR status = lyd_parse_data_mem(modelless(), prepared(text).c_str(), LYD_XML,
                                              LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &parsed);
     tree_.reset(parsed);
     if (status != LY_SUCCESS)
@@ -165,6 +179,7 @@ Document::Document(const std::string &text) {
     if (parsed->next != nullptr)
         malformed("the message holds more than one element");
     root_ = parsed;
+    refuse_repeated_attributes(root());
 }
 
 } // namespace yfw::netconf

@@ -28,6 +28,12 @@ public:
         return ns() == wanted_ns && name() == wanted_name;
     }
 
+    // As part of a filter: one without a namespace of its own, empty or inherited from NETCONF, stands for any
+    // (RFC 6241 section 6.2.1 leaves that to the server).
+    bool takes_namespace(std::string_view wanted) const {
+        return ns() == wanted || ns().empty() || ns() == base_ns;
+    }
+
     // Character data without the white space around it.
     std::string text() const;
 

@@ -30,7 +30,8 @@ Operation operation_word(const lyd_node *node, const char *word) {
     const std::optional<Operation> operation = operation_from(word);
     if (!operation.has_value())
         throw Error(ErrorTag::bad_attribute, place_of(node),
-                    "\"" + std::string(word) + "\" is no edit operation");
+                    "\"" + std::string(word) + "\" is no edit operation")
+            .about("operation");
     return *operation;
 }
 
@@ -68,14 +69,16 @@ const lysc_node *missing_key(const lysc_node *list, const lyd_node *entry) {
     const char *ns = opaque->format == LY_VALUE_XML ? opaque->name.module_ns : nullptr;
     if (ns != nullptr && ly_ctx_get_module_implemented_ns(LYD_CTX(node), ns) == nullptr)
         throw Error(ErrorTag::unknown_namespace, place_of(node),
-                    "no model has the namespace \"" + std::string(ns) + "\"");
+                    "no model has the namespace \"" + std::string(ns) + "\"")
+            .about(ns);
     if (parent != nullptr && schema_child(parent, opaque->name.name) == nullptr)
         throw Error(ErrorTag::unknown_element, place_of(node),
                     "unknown node \"" + std::string(opaque->name.name) + "\"");
     if (const lysc_node *key =
             parent != nullptr ? missing_key(schema_child(parent, opaque->name.name), node) : nullptr)
         throw Error(ErrorTag::missing_element, place_of(node),
-                    "an entry is edited by its key: <" + std::string(key->name) + "> is missing");
+                    "an entry is edited by its key: <" + std::string(key->name) + "> is missing")
+            .about(key->name);
     lyd_parse_opaq_error(node);
     throw Error(ErrorTag::invalid_value, place_of(node), take_yang_error(LYD_CTX(node)));
 }

@@ -33,6 +33,14 @@ public:
     Error(ErrorTag tag, std::string path, const std::string &message, uint32_t status = 0)
         : std::runtime_error(message), tag_(tag), path_(std::move(path)), status_(status) {}
 
+    // What a client is told beside the path: the namespace or attribute that is unknown, the key that is
+    // missing.
+    Error &&about(std::string subject) && {
+        subject_ = std::move(subject);
+        return std::move(*this);
+    }
+    const std::string &subject() const { return subject_; }
+
     ErrorTag tag() const { return tag_; }
     const std::string &path() const { return path_; }
     uint32_t status() const { return status_; }
@@ -40,6 +48,7 @@ public:
 private:
     ErrorTag tag_;
     std::string path_;
+    std::string subject_;
     uint32_t status_;
 };
 

@@ -1,0 +1,188 @@
+// Clients that were not written here, over SSH and with a key: they read, lock, edit and commit.
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "frontends/lab/process.h"
+#include "netconf_server.h"
+#include "support/files.h"
+#include "support/lab.h"
+
+namespace yfw::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+using Words = std::vector<std::string>;
+
+lab::Finished run(const Words &words) {
+    return lab::run(words, -1, std::chrono::minutes(2));
+}
+
+bool is_required() {
+    return std::getenv("CI") != nullptr || std::getenv("YFW_REQUIRE_CLIENTS") != nullptr;
+}
+
+// Where a program is; nothing when it is not installed.
+std::optional<std::string> program(const std::string &name) {
+    try {
+        return lab::find_program(name, name);
+    } catch (const std::exception &) {
+        return std::nullopt;
+    }
+}
+
+// The server that is ready-made for trying out, with its own sshd.
+class ATryoutServer : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!program("sshd").has_value() || !program("ssh-keygen").has_value())
+            return missing("openssh-server");
+        std::filesystem::copy(YFW_EXAMPLES_DIR "/r1", files_.path() / "device");
+        setenv("XDG_STATE_HOME", (files_.path() / "state").c_str(), 1);
+        server_.emplace(Words{"serve", "--device", (files_.path() / "device").string()});
+        const std::optional<std::string> line = server_->line_with({"127.0.0.1:", "user", "key"});
+        ASSERT_TRUE(line.has_value()) << server_->errors();
+        port_ = word_after(*line, "127.0.0.1:");
+        user_ = word_after(*line, "user ");
+        key_ = word_after(*line, "key ");
+    }
+
+    // Killed, it could not remove its keys.
+    void TearDown() override {
+        if (!server_.has_value())
+            return;
+        if (server_->runs())
+            server_->signal(SIGTERM);
+        EXPECT_EQ(server_->wait(), 0) << server_->errors();
+    }
+
+    static void missing(const std::string &package) {
+        if (is_required())
+            FAIL() << package << " is missing";
+        GTEST_SKIP() << package << " is missing";
+    }
+
+    static std::string word_after(const std::string &line, const std::string &start) {
+        const size_t at = line.find(start) + start.size();
+        return line.substr(at, line.find_first_of(", \n", at) - at);
+    }
+
+    std::string script(const std::string &name) const {
+        return std::string(YFW_NETCONF_SCRIPTS_DIR "/") + name;
+    }
+    std::string in_files(const std::string &name) const { return (files_.path() / name).string(); }
+
+    TemporaryDirectory files_;
+    std::optional<RunningYfw> server_;
+    std::string port_, user_, key_;
+};
+
+TEST_F(ATryoutServer, ServesNcclient) {
+    if (run({"/usr/bin/python3", "-c", "import ncclient"}).status != 0)
+        return missing("python3-ncclient");
+    const lab::Finished finished = run({"/usr/bin/python3", script("ncclient_session.py"), port_, user_, key_});
+    EXPECT_EQ(finished.status, 0) << finished.reason();
+    EXPECT_THAT(lines_of(finished.output),
+                ElementsAre("session: numbered", "candidate: True",
+                            "neighbors: r2.example.net,r3.example.net,r4.example.net,r2.example.net",
+                            "one: eth1", "by-xpath: eth2", "name: r1.example.net", "committed: by-ncclient",
+                            "refused: unknown-element", "cancelled: by-ncclient", "schema: openconfig-lldp",
+                            "end: closed"));
+}
+
+TEST_F(ATryoutServer, ServesYangcli) {
+    const std::optional<std::string> yangcli = program("yangcli");
+    if (!yangcli.has_value())
+        return missing("yangcli");
+    std::filesystem::copy(script("yangcli.script"), files_.path());
+    files_.add("edit.xml", lldp("<config><system-name>by-yangcli</system-name></config>"));
+    const lab::Finished finished =
+        run({"/usr/bin/env", "-C", files_.path().string(), "HOME=" + files_.path().string(), *yangcli,
+             "--server=127.0.0.1", "--ncport=" + port_, "--user=" + user_, "--password=none",
+             "--private-key=" + key_, "--public-key=" + key_ + ".pub", "--batch-mode",
+             "--run-script=" + in_files("yangcli.script"), "--log-level=info",
+             "--modpath=" YFW_MODELS_DIR ":/usr/share/yuma/modules"});
+    EXPECT_EQ(finished.status, 0) << finished.reason();
+    EXPECT_THAT(finished.output, HasSubstr("Protocol version set to: RFC 6241 (base:1.1)"));
+    EXPECT_THAT(finished.output, testing::Not(HasSubstr("RPC Error Reply"))) << finished.output;
+    EXPECT_THAT(finished.output, HasSubstr("system-name r2.example.net")) << finished.output;
+    EXPECT_THAT(finished.output, HasSubstr("system-name by-yangcli")) << finished.output;
+}
+
+TEST_F(ATryoutServer, ServesNodeNetconf) {
+    const std::optional<std::string> npm = program("npm"), node = program("node");
+    if (!npm.has_value() || !node.has_value())
+        return missing("npm");
+    const std::string prefix = in_files("npm");
+    std::filesystem::create_directory(prefix);
+    const lab::Finished install = run({*npm, "install", "--prefix", prefix, "--ignore-scripts", "--no-audit",
+                                       "--no-fund", "node-netconf@1.1.2"});
+    if (install.status != 0)
+        return missing("the npm package node-netconf (" + install.reason() + ")");
+    const lab::Finished finished =
+        run({"/usr/bin/env", "NETCONF_PACKAGE=" + prefix + "/node_modules/node-netconf", *node,
+             script("node_session.js"), port_, user_, key_});
+    EXPECT_EQ(finished.status, 0) << finished.reason();
+    EXPECT_THAT(lines_of(finished.output),
+                ElementsAre("session: numbered", "interfaces: eth1,eth2,eth3", "one: eth1",
+                            "name: r1.example.net", "uncommitted: r1.example.net", "committed: by-node",
+                            "refused: rpcError", "end: closed"));
+}
+
+// An SSH client that is given its requests at once, as from a file.
+TEST_F(ATryoutServer, ServesSshWithRequestsFromAFile) {
+    const std::optional<std::string> ssh = program("ssh");
+    if (!ssh.has_value())
+        return missing("openssh-client");
+    const std::string requests =
+        files_.add("requests", with_end_of_message(hello_message({base_1_0})) +
+                                   with_end_of_message(rpc_message(get_config("running"), "first")) +
+                                   with_end_of_message(rpc_message("<close-session/>", "last")));
+    const lab::Finished finished =
+        run({"/bin/sh", "-c",
+             *ssh + " -F none -p " + port_ + " -i " + key_ +
+                 " -o IdentitiesOnly=yes -o StrictHostKeyChecking=no -o UserKnownHostsFile=/dev/null -s " +
+                 user_ + "@127.0.0.1 netconf <" + requests});
+    EXPECT_THAT(finished.output, HasSubstr("message-id=\"first\"")) << finished.reason();
+    EXPECT_THAT(finished.output, HasSubstr("message-id=\"last\""));
+}
+
+TEST_F(ATryoutServer, LetsNobodyInWithoutItsKey) {
+    const std::optional<std::string> ssh = program("ssh");
+    if (!ssh.has_value())
+        return missing("openssh-client");
+    const std::string other = in_files("other");
+    ASSERT_EQ(run({*program("ssh-keygen"), "-q", "-t", "ed25519", "-N", "", "-f", other}).status, 0);
+    const lab::Finished finished =
+        run({*ssh, "-F", "none", "-p", port_, "-i", other, "-o", "IdentitiesOnly=yes", "-o", "BatchMode=yes",
+             "-o", "StrictHostKeyChecking=no", "-o", "UserKnownHostsFile=/dev/null", "-s", user_ + "@127.0.0.1",
+             "netconf"});
+    EXPECT_EQ(finished.status, 255);
+    EXPECT_THAT(finished.output, testing::Not(HasSubstr("hello")));
+}
+
+TEST_F(ATryoutServer, LeavesNothingBehind) {
+    const std::filesystem::path directory = std::filesystem::path(key_).parent_path();
+    ASSERT_TRUE(std::filesystem::exists(directory));
+    EXPECT_EQ(std::filesystem::status(key_).permissions() & std::filesystem::perms(077),
+              std::filesystem::perms::none);
+    server_->signal(SIGTERM);
+    ASSERT_EQ(server_->wait(), 0);
+    EXPECT_FALSE(std::filesystem::exists(directory));
+    const std::optional<std::string> scan = program("ssh-keyscan");
+    ASSERT_TRUE(scan.has_value());
+    EXPECT_EQ(run({*scan, "-T", "2", "-p", port_, "127.0.0.1"}).output, "");
+}
+
+} // namespace
+} // namespace yfw::test

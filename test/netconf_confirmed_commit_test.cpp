@@ -1,0 +1,197 @@
+// Commits that are taken back unless they are confirmed.
+#include <csignal>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "netconf_server.h"
+
+namespace yfw::test {
+namespace {
+
+using std::chrono::seconds;
+const std::string original = "r1.example.net";
+
+std::string commit(const std::string &content) {
+    return "<commit>" + content + "</commit>";
+}
+
+std::string confirmed(int timeout, const std::string &more = "") {
+    return commit("<confirmed/><confirm-timeout>" + std::to_string(timeout) + "</confirm-timeout>" + more);
+}
+
+constexpr int long_time = 300;
+const std::string persist = "<persist>token</persist>";
+const std::string persist_id = "<persist-id>token</persist-id>";
+
+class AConfirmedCommit : public NetconfTest {
+protected:
+    // Commits a new name, to be confirmed.
+    void commit_name(const std::string &name, const std::string &operation) {
+        expect_ok(client->rpc(edit_config("candidate", name_edit(name))));
+        expect_ok(client->rpc(operation));
+        ASSERT_EQ(this->name(other), name);
+    }
+    bool is_taken_back(seconds limit = seconds(10)) {
+        return eventually([this] { return name(other) == original; }, limit);
+    }
+    // For longer than the timeouts of these tests.
+    void expect_kept(const std::string &kept) {
+        EXPECT_FALSE(eventually([&] { return name(other) != kept; }, seconds(3)));
+    }
+
+    std::optional<NetconfClient> client{std::in_place, server().socket()};
+    NetconfClient other{server().socket()};
+};
+
+TEST_F(AConfirmedCommit, IsTakenBackAfterItsTimeout) {
+    commit_name("new", confirmed(1));
+    EXPECT_TRUE(is_taken_back());
+    EXPECT_EQ(name(*client), original);
+}
+
+TEST_F(AConfirmedCommit, IsKeptWhenItIsConfirmed) {
+    commit_name("new", confirmed(1));
+    expect_ok(client->rpc("<commit/>"));
+    expect_kept("new");
+    expect_ok(client->rpc("<close-session/>"));
+    expect_kept("new");
+}
+
+TEST_F(AConfirmedCommit, IsConfirmedTogetherWithWhatWasEditedSince) {
+    commit_name("new", confirmed(long_time));
+    expect_ok(client->rpc(edit_config("candidate", name_edit("newer"))));
+    expect_ok(client->rpc("<commit/>"));
+    EXPECT_EQ(name(other), "newer");
+    EXPECT_NE(error_tag(client->rpc("<cancel-commit/>")), "");
+}
+
+TEST_F(AConfirmedCommit, IsGivenMoreTimeByAnotherOne) {
+    commit_name("new", confirmed(2));
+    commit_name("newer", confirmed(long_time));
+    expect_kept("newer");
+}
+
+TEST_F(AConfirmedCommit, IsTakenBackToBeforeTheFirstOfSeveral) {
+    commit_name("new", confirmed(long_time));
+    commit_name("newer", confirmed(1));
+    EXPECT_TRUE(is_taken_back());
+}
+
+TEST_F(AConfirmedCommit, IsTakenBackWhenItIsCancelled) {
+    commit_name("new", confirmed(long_time));
+    expect_ok(client->rpc("<cancel-commit/>"));
+    EXPECT_EQ(name(other), original);
+    EXPECT_NE(error_tag(client->rpc("<cancel-commit/>")), "");
+}
+
+TEST_F(AConfirmedCommit, IsTakenBackWhenItsSessionCloses) {
+    commit_name("new", confirmed(long_time));
+    expect_ok(client->rpc("<close-session/>"));
+    EXPECT_TRUE(is_taken_back());
+}
+
+TEST_F(AConfirmedCommit, IsTakenBackWhenItsSessionVanishes) {
+    commit_name("new", confirmed(long_time));
+    client.reset();
+    EXPECT_TRUE(is_taken_back());
+}
+
+TEST_F(AConfirmedCommit, IsTakenBackWhenItsSessionIsKilled) {
+    commit_name("new", confirmed(long_time));
+    expect_ok(other.rpc("<kill-session><session-id>" + client->session_id() + "</session-id></kill-session>"));
+    EXPECT_TRUE(is_taken_back());
+}
+
+TEST_F(AConfirmedCommit, IsNeitherConfirmedNorCancelledByAnotherSession) {
+    commit_name("new", confirmed(long_time));
+    EXPECT_NE(error_tag(other.rpc("<commit/>")), "");
+    EXPECT_NE(error_tag(other.rpc("<cancel-commit/>")), "");
+    EXPECT_EQ(name(other), "new");
+    expect_ok(client->rpc("<cancel-commit/>"));
+    EXPECT_EQ(name(other), original);
+}
+
+TEST_F(AConfirmedCommit, OutlivesItsSessionWhenItPersists) {
+    commit_name("new", confirmed(long_time, persist));
+    client.reset();
+    expect_kept("new");
+    expect_ok(other.rpc(commit(persist_id)));
+    EXPECT_NE(error_tag(other.rpc("<cancel-commit>" + persist_id + "</cancel-commit>")), "");
+    EXPECT_EQ(name(other), "new");
+}
+
+TEST_F(AConfirmedCommit, IsTakenBackAfterItsTimeoutWhenItPersistsToo) {
+    commit_name("new", confirmed(2, persist));
+    client.reset();
+    EXPECT_TRUE(is_taken_back());
+}
+
+TEST_F(AConfirmedCommit, IsConfirmedByTheRightTokenAlone) {
+    commit_name("new", confirmed(long_time, persist));
+    const std::string wrong = "<persist-id>other</persist-id>";
+    for (NetconfClient *each : {&*client, &other}) {
+        EXPECT_EQ(error_tag(each->rpc(commit(wrong))), "invalid-value");
+        EXPECT_EQ(error_tag(each->rpc("<cancel-commit>" + wrong + "</cancel-commit>")), "invalid-value");
+        EXPECT_NE(error_tag(each->rpc("<commit/>")), "");
+        EXPECT_NE(error_tag(each->rpc("<cancel-commit/>")), "");
+    }
+    expect_ok(other.rpc("<cancel-commit>" + persist_id + "</cancel-commit>"));
+    EXPECT_EQ(name(other), original);
+}
+
+TEST_F(AConfirmedCommit, IsGivenMoreTimeFromAnotherSessionByItsToken) {
+    commit_name("new", confirmed(2, persist));
+    client.reset();
+    expect_ok(other.rpc(confirmed(long_time, persist + persist_id)));
+    expect_kept("new");
+    expect_ok(other.rpc("<cancel-commit>" + persist_id + "</cancel-commit>"));
+    EXPECT_EQ(name(other), original);
+}
+
+// --- the daemon ends while one is pending ---
+
+struct EndCase {
+    const char *name;
+    int signal;
+    std::string more;
+};
+
+class AConfirmedCommitOfADaemonThatEnds : public AConfirmedCommit,
+                                          public testing::WithParamInterface<EndCase> {};
+
+TEST_P(AConfirmedCommitOfADaemonThatEnds, IsTakenBackWhenItStartsAgain) {
+    commit_name("new", confirmed(long_time, GetParam().more));
+    server().process().signal(GetParam().signal);
+    ASSERT_TRUE(server().process().wait().has_value());
+    server().start();
+    NetconfClient next(server().socket());
+    EXPECT_EQ(name(next), original);
+    EXPECT_EQ(name(next, "candidate"), original);
+    EXPECT_NE(error_tag(next.rpc("<cancel-commit>" + persist_id + "</cancel-commit>")), "");
+    expect_ok(next.rpc(edit_config("candidate", name_edit("later"))));
+    expect_ok(next.rpc("<commit/>"));
+    server().kill_and_restart();
+    NetconfClient last(server().socket());
+    EXPECT_EQ(name(last), "later");
+}
+
+INSTANTIATE_TEST_SUITE_P(By, AConfirmedCommitOfADaemonThatEnds,
+                         testing::Values(EndCase{"Kill", SIGKILL, ""},
+                                         EndCase{"KillThoughItPersists", SIGKILL, persist},
+                                         EndCase{"Termination", SIGTERM, ""},
+                                         EndCase{"TerminationThoughItPersists", SIGTERM, persist}),
+                         [](const auto &test) { return test.param.name; });
+
+TEST_F(AConfirmedCommit, IsKeptByADaemonThatIsKilledAfterItWasConfirmed) {
+    commit_name("new", confirmed(long_time));
+    expect_ok(client->rpc("<commit/>"));
+    server().kill_and_restart();
+    NetconfClient next(server().socket());
+    EXPECT_EQ(name(next), "new");
+}
+
+} // namespace
+} // namespace yfw::test

@@ -1,0 +1,294 @@
+// Edits of a datastore, and what is refused with nothing changed.
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "netconf_server.h"
+
+namespace yfw::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+const std::string all_values = "/openconfig-lldp:lldp/config/*|//openconfig-lldp:interface/config/*";
+const Strings names{"eth1", "true", "eth2", "true", "eth3", "true"};
+
+Strings with_interfaces(Strings global) {
+    global.insert(global.end(), names.begin(), names.end());
+    return global;
+}
+
+std::string config(const std::string &content, const std::string &operation = "") {
+    return lldp("<config" + (operation.empty() ? "" : " nc:operation=\"" + operation + "\"") + ">" + content +
+                "</config>");
+}
+
+std::string leaf(const std::string &name, const std::string &value, const std::string &operation = "") {
+    return "<" + name + (operation.empty() ? "" : " nc:operation=\"" + operation + "\"") + ">" + value + "</" +
+           name + ">";
+}
+
+std::string interface(const std::string &name, const std::string &enabled, const std::string &operation = "") {
+    const std::string content =
+        leaf("name", name) +
+        (enabled.empty() ? "" : "<config>" + leaf("name", name) + leaf("enabled", enabled) + "</config>");
+    return lldp("<interfaces>" + leaf("interface", content, operation) + "</interfaces>");
+}
+
+// --- what becomes of an edit ---
+
+struct EditCase {
+    const char *name;
+    std::string config;
+    Strings values; // of the datastore afterwards
+    std::string options{};
+};
+
+class AnEditOf : public NetconfTest, public testing::WithParamInterface<std::tuple<EditCase, const char *>> {
+protected:
+    const EditCase &edit() const { return std::get<0>(GetParam()); }
+    std::string target() const { return std::get<1>(GetParam()); }
+};
+
+TEST_P(AnEditOf, ChangesItsTargetAndNothingElse) {
+    NetconfClient client(server().socket()), other(server().socket());
+    const std::string before = everything(client);
+    expect_ok(client.rpc(edit_config(target(), edit().config, edit().options)));
+    EXPECT_EQ(values(other, target(), all_values), edit().values);
+    if (target() == "candidate") {
+        EXPECT_EQ(everything(other, "running"), before);
+    }
+}
+
+const Strings original{"true", "r1.example.net", "Router r1 software 1.0"};
+const std::string description = "Router r1 software 1.0";
+
+INSTANTIATE_TEST_SUITE_P(
+    A, AnEditOf,
+    testing::Combine(
+        testing::Values(
+            EditCase{"LeafMerged", config(leaf("system-name", "new")),
+                     with_interfaces({"true", "new", description})},
+            EditCase{"LeafAdded", config(leaf("hello-timer", "40")),
+                     with_interfaces({"true", "40", "r1.example.net", description})},
+            EditCase{"LeafReplaced", config(leaf("system-name", "new", "replace")),
+                     with_interfaces({"true", "new", description})},
+            EditCase{"LeafCreated", config(leaf("hello-timer", "40", "create")),
+                     with_interfaces({"true", "40", "r1.example.net", description})},
+            EditCase{"LeafDeleted", config(leaf("system-name", "", "delete")),
+                     with_interfaces({"true", description})},
+            EditCase{"LeafRemoved", config(leaf("system-name", "", "remove")),
+                     with_interfaces({"true", description})},
+            EditCase{"LeafRemovedThatIsNot", config(leaf("hello-timer", "", "remove")),
+                     with_interfaces(original)},
+            EditCase{"ContainerReplaced",
+                     config(leaf("enabled", "true") + leaf("system-name", "new"), "replace"),
+                     with_interfaces({"true", "new"})},
+            EditCase{"InterfaceCreated",
+                     interface("eth4", "true", "create"),
+                     {"true", "r1.example.net", description, "eth1", "true", "eth2", "true", "eth3", "true",
+                      "eth4", "true"}},
+            EditCase{"InterfaceDeleted",
+                     interface("eth2", "", "delete"),
+                     {"true", "r1.example.net", description, "eth1", "true", "eth3", "true"}},
+            EditCase{"InterfaceMerged",
+                     interface("eth2", "false"),
+                     {"true", "r1.example.net", description, "eth1", "true", "eth2", "false", "eth3", "true"}},
+            EditCase{"MergeByDefault", config(leaf("system-name", "new")),
+                     with_interfaces({"true", "new", description}),
+                     "<default-operation>merge</default-operation>"},
+            EditCase{"NoneByDefault", config(leaf("system-name", "new")), with_interfaces(original),
+                     "<default-operation>none</default-operation>"},
+            EditCase{"NoneByDefaultWithAnOperationInside",
+                     config(leaf("system-name", "new", "merge") + leaf("system-description", "", "delete")),
+                     with_interfaces({"true", "new"}), "<default-operation>none</default-operation>"},
+            EditCase{"ReplaceByDefault",
+                     config(leaf("enabled", "true") + leaf("system-name", "new")),
+                     {"true", "new"},
+                     "<default-operation>replace</default-operation>"},
+            EditCase{"TestOnly", config(leaf("system-name", "new")), with_interfaces(original),
+                     "<test-option>test-only</test-option>"},
+            EditCase{"TestThenSet", config(leaf("system-name", "new")),
+                     with_interfaces({"true", "new", description}), "<test-option>test-then-set</test-option>"},
+            EditCase{"Set", config(leaf("system-name", "new")), with_interfaces({"true", "new", description}),
+                     "<test-option>set</test-option>"},
+            EditCase{"AllOptions", config(leaf("system-name", "new")),
+                     with_interfaces({"true", "new", description}),
+                     "<default-operation>merge</default-operation><test-option>test-then-set</test-option>"
+                     "<error-option>rollback-on-error</error-option>"},
+            EditCase{"EmptyConfig", "", with_interfaces(original)}),
+        testing::Values("running", "candidate")),
+    [](const auto &test) { return std::string(std::get<0>(test.param).name) + "_" + std::get<1>(test.param); });
+
+TEST_F(NetconfTest, AnEditOfOptionsInAnyOrderIsTaken) {
+    NetconfClient client(server().socket());
+    expect_ok(client.rpc("<edit-config><config>" + name_edit("new") +
+                         "</config><error-option>stop-on-error</error-option><target><running/></target>"
+                         "</edit-config>"));
+    EXPECT_EQ(name(client), "new");
+}
+
+// --- refused ---
+
+struct RefusedCase {
+    const char *name;
+    std::string config;
+    std::string tag;
+    std::string path{}; // the end of the error's path
+    std::string info{}; // "name=value" of the error's info
+    std::string options{};
+};
+
+class AnEditThatIsRefused : public NetconfTest,
+                            public testing::WithParamInterface<std::tuple<RefusedCase, const char *>> {};
+
+TEST_P(AnEditThatIsRefused, ChangesNothing) {
+    const auto &[edit, target] = GetParam();
+    NetconfClient client(server().socket());
+    const std::string before = everything(client, target);
+    const Xml reply = client.rpc(edit_config(target, edit.config, edit.options));
+    EXPECT_EQ(error_tag(reply), edit.tag) << reply.printed;
+    EXPECT_EQ(everything(client, target), before);
+    EXPECT_EQ(everything(client, "running"), before);
+}
+
+TEST_P(AnEditThatIsRefused, SaysWhereAndWhat) {
+    const auto &[edit, target] = GetParam();
+    NetconfClient client(server().socket());
+    const Xml reply = client.rpc(edit_config(target, edit.config, edit.options));
+    const Xml *error = reply.child("rpc-error");
+    ASSERT_NE(error, nullptr) << reply.printed;
+    const Xml *path = error->child("error-path");
+    EXPECT_THAT(path != nullptr ? path->text : "", testing::EndsWith(edit.path)) << reply.printed;
+    const std::string info_name = edit.info.substr(0, edit.info.find('='));
+    if (!edit.info.empty()) {
+        EXPECT_EQ(info_name + "=" + error_info(*error, info_name), edit.info) << reply.printed;
+    }
+}
+
+const std::string in_config = "/oc-lldp:lldp/oc-lldp:config/oc-lldp:";
+const std::string in_list = "/oc-lldp:lldp/oc-lldp:interfaces/oc-lldp:interface[oc-lldp:name='";
+
+INSTANTIATE_TEST_SUITE_P(
+    Because, AnEditThatIsRefused,
+    testing::Combine(
+        testing::Values(
+            RefusedCase{"ALeafExists", config(leaf("system-name", "new", "create")), "data-exists",
+                        in_config + "system-name"},
+            RefusedCase{"AnInterfaceExists", interface("eth1", "true", "create"), "data-exists",
+                        in_list + "eth1']"},
+            RefusedCase{"ALeafIsMissing", config(leaf("hello-timer", "", "delete")), "data-missing",
+                        in_config + "hello-timer"},
+            RefusedCase{"AnInterfaceIsMissing", interface("eth9", "", "delete"), "data-missing",
+                        in_list + "eth9']"},
+            RefusedCase{"AnElementIsUnknown", config(leaf("nonsense", "1")), "unknown-element", "",
+                        "bad-element=nonsense"},
+            RefusedCase{"AContainerIsUnknown", lldp("<nonsense><more/></nonsense>"), "unknown-element", "",
+                        "bad-element=nonsense"},
+            RefusedCase{"ATopNodeIsUnknown", "<nonsense xmlns=\"http://openconfig.net/yang/lldp\"/>",
+                        "unknown-element", "", "bad-element=nonsense"},
+            RefusedCase{"ANamespaceIsUnknown", "<lldp xmlns=\"urn:example:nonsense\"/>", "unknown-namespace",
+                        "", "bad-namespace=urn:example:nonsense"},
+            RefusedCase{"ANamespaceWithinIsUnknown",
+                        config("<system-name xmlns=\"urn:example:nonsense\">x</system-name>"),
+                        "unknown-namespace", "", "bad-namespace=urn:example:nonsense"},
+            RefusedCase{"ANumberIsNone", config(leaf("hello-timer", "often")), "invalid-value",
+                        in_config + "hello-timer"},
+            RefusedCase{"ANumberIsNotInTheNativeRange", config(leaf("hello-timer", "65536000")),
+                        "invalid-value", in_config + "hello-timer"},
+            RefusedCase{"ABooleanIsNone", config(leaf("enabled", "yes")), "invalid-value",
+                        in_config + "enabled"},
+            RefusedCase{"ATextIsTooLong", config(leaf("system-name", std::string(256, 'x'))), "invalid-value",
+                        in_config + "system-name"},
+            RefusedCase{"AnInterfaceHasNoName",
+                        lldp("<interfaces><interface><config><enabled>true</enabled></config></interface>"
+                             "</interfaces>"),
+                        "missing-element", "", "bad-element=name"},
+            RefusedCase{"AnOperationIsUnknown", config(leaf("system-name", "x", "nonsense")), "bad-attribute",
+                        in_config + "system-name", "bad-attribute=operation"},
+            RefusedCase{"TheSecondOfTwoIsWrong",
+                        config(leaf("system-name", "new") + leaf("hello-timer", "often")), "invalid-value",
+                        in_config + "hello-timer"},
+            RefusedCase{"OneIsWrongWithRollback",
+                        config(leaf("system-name", "new") + leaf("enabled", "true", "create")), "data-exists",
+                        in_config + "enabled", "", "<error-option>rollback-on-error</error-option>"},
+            RefusedCase{"OneIsWrongWithStop",
+                        config(leaf("system-name", "new") + leaf("enabled", "true", "create")), "data-exists",
+                        in_config + "enabled", "", "<error-option>stop-on-error</error-option>"},
+            RefusedCase{"ATestShowsIt", config(leaf("hello-timer", "often")), "invalid-value",
+                        in_config + "hello-timer", "", "<test-option>test-only</test-option>"},
+            RefusedCase{"ATestShowsThatItExists", config(leaf("enabled", "true", "create")), "data-exists",
+                        in_config + "enabled", "", "<test-option>test-only</test-option>"}),
+        testing::Values("running", "candidate")),
+    [](const auto &test) { return std::string(std::get<0>(test.param).name) + "_" + std::get<1>(test.param); });
+
+// --- requests that are no edits ---
+
+struct RequestCase {
+    const char *name;
+    std::string request;
+    Strings tags;
+    std::string bad_element{};
+};
+
+class ARequestToEdit : public NetconfTest, public testing::WithParamInterface<RequestCase> {};
+
+TEST_P(ARequestToEdit, IsRefusedWithNothingChanged) {
+    NetconfClient client(server().socket());
+    const std::string before = everything(client);
+    const Xml reply = client.rpc(GetParam().request);
+    EXPECT_THAT(GetParam().tags, testing::Contains(error_tag(reply))) << reply.printed;
+    if (!GetParam().bad_element.empty() && reply.child("rpc-error") != nullptr) {
+        EXPECT_EQ(error_info(*reply.child("rpc-error"), "bad-element"), GetParam().bad_element);
+    }
+    EXPECT_EQ(everything(client), before);
+}
+
+const std::string new_name = "<config>" + name_edit("new") + "</config>";
+const std::string running = "<target><running/></target>";
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, ARequestToEdit,
+    testing::Values(
+        RequestCase{"NothingAtAll", "<edit-config/>", {"missing-element"}},
+        RequestCase{"NoTarget", "<edit-config>" + new_name + "</edit-config>", {"missing-element"}, "target"},
+        RequestCase{"NoConfig", "<edit-config>" + running + "</edit-config>", {"missing-element"}, "config"},
+        RequestCase{"TwoTargets",
+                    "<edit-config><target><running/><candidate/></target>" + new_name + "</edit-config>",
+                    {"bad-element", "unknown-element", "invalid-value"}},
+        RequestCase{"ADatastoreThatIsNotOffered",
+                    edit_config("startup", name_edit("new")),
+                    {"invalid-value", "unknown-element", "bad-element", "operation-not-supported"}},
+        RequestCase{"AnUnknownParameter",
+                    "<edit-config>" + running + "<nonsense/>" + new_name + "</edit-config>",
+                    {"unknown-element"},
+                    "nonsense"},
+        RequestCase{"AnUnknownDefaultOperation",
+                    edit_config("running", name_edit("new"), "<default-operation>nonsense</default-operation>"),
+                    {"invalid-value", "bad-element"}},
+        RequestCase{"ADefaultOperationThatIsForElementsOnly",
+                    edit_config("running", name_edit("new"), "<default-operation>delete</default-operation>"),
+                    {"invalid-value", "bad-element"}},
+        RequestCase{"AnUnknownTestOption",
+                    edit_config("running", name_edit("new"), "<test-option>nonsense</test-option>"),
+                    {"invalid-value", "bad-element"}},
+        RequestCase{"AnUnknownErrorOption",
+                    edit_config("running", name_edit("new"), "<error-option>nonsense</error-option>"),
+                    {"invalid-value", "bad-element"}},
+        RequestCase{"AUrl",
+                    "<edit-config>" + running + "<url>file:///tmp/x</url></edit-config>",
+                    {"operation-not-supported", "unknown-element", "missing-element"}},
+        RequestCase{"State",
+                    edit_config("running", lldp("<state><system-name>new</system-name></state>")),
+                    {"unknown-element", "bad-element", "invalid-value", "operation-not-supported"}},
+        RequestCase{"TheServersOwnState",
+                    edit_config("running", "<netconf-state xmlns=\"urn:ietf:params:xml:ns:yang:"
+                                           "ietf-netconf-monitoring\"/>"),
+                    {"unknown-element", "unknown-namespace", "bad-element", "invalid-value",
+                     "operation-not-supported"}}),
+    [](const auto &test) { return test.param.name; });
+
+} // namespace
+} // namespace yfw::test

@@ -1,0 +1,144 @@
+#include "netconf_server.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace yfw::test {
+
+namespace fs = std::filesystem;
+
+NetconfServer::NetconfServer(std::vector<std::string> options, const fs::path &device)
+    : options_(std::move(options)) {
+    fs::copy(device, this->device());
+    setenv("XDG_STATE_HOME", (directory_.path() / "state").c_str(), 1);
+    start();
+}
+
+void NetconfServer::start() {
+    std::vector<std::string> words{"serve", "--device", device().string(), "--socket", socket().string()};
+    words.insert(words.end(), options_.begin(), options_.end());
+    process_.emplace(words);
+    const bool listens = eventually([this] {
+        try {
+            Connection connection(socket());
+            connection.receive_to("</hello>");
+            number_ = connection.server();
+            return true;
+        } catch (const std::runtime_error &) {
+            return !process_->runs();
+        }
+    });
+    if (!listens || !process_->runs())
+        throw std::runtime_error("no server: " + process_->errors());
+}
+
+void NetconfServer::kill_and_restart() {
+    process_->signal(SIGKILL);
+    process_->wait();
+    start();
+}
+
+std::string NetconfServer::process_file(const std::string &name) const {
+    return "/proc/" + std::to_string(number_) + "/" + name;
+}
+
+size_t NetconfServer::peak_memory() const {
+    const std::string text = read_file(process_file("status"));
+    return std::stoul(text.substr(text.find("VmHWM:") + 6)) << 10;
+}
+
+size_t NetconfServer::descriptors() const {
+    const fs::directory_iterator all(process_file("fd"));
+    return static_cast<size_t>(std::distance(begin(all), end(all)));
+}
+
+std::string NetconfTest::openconfig(const std::string &document) const {
+    return as_text(parse_answer(modules_.get(), Format::xml, document).get());
+}
+
+std::string NetconfTest::openconfig_of(const Xml &reply) const {
+    const Xml *data = reply.child("data");
+    if (data == nullptr)
+        throw std::runtime_error("no <data>: " + reply.printed);
+    std::string documents;
+    for (const Xml &each : data->children)
+        documents += openconfig(each.printed);
+    return documents;
+}
+
+std::vector<std::string> NetconfTest::values(NetconfClient &client, const std::string &datastore,
+                                             const std::string &xpath) const {
+    const std::string text = everything(client, datastore);
+    return values_at(parse_answer(modules_.get(), Format::xml, text).get(), xpath);
+}
+
+std::string NetconfTest::name(NetconfClient &client, const std::string &datastore) const {
+    const auto names = values(client, datastore, "/openconfig-lldp:lldp/config/system-name");
+    return names.empty() ? "" : names.front();
+}
+
+std::string NetconfTest::everything(NetconfClient &client, const std::string &datastore) const {
+    return openconfig_of(client.rpc(get_config(datastore)));
+}
+
+void expect_ok(const Xml &reply) {
+    EXPECT_EQ(reply.children.size(), 1u) << reply.printed;
+    EXPECT_NE(reply.child("ok"), nullptr) << reply.printed;
+}
+
+std::string error_tag(const Xml &reply) {
+    const Xml *error = reply.child("rpc-error");
+    const Xml *tag = error != nullptr ? error->child("error-tag") : nullptr;
+    return tag != nullptr ? tag->text : "";
+}
+
+Xml expect_error(const Xml &reply, const std::string &type, const std::string &tag) {
+    const Xml *error = reply.child("rpc-error");
+    EXPECT_EQ(reply.children.size(), 1u) << reply.printed;
+    EXPECT_NE(error, nullptr) << reply.printed;
+    if (error == nullptr)
+        return {};
+    EXPECT_EQ(error->texts("error-type"), std::vector<std::string>{type}) << reply.printed;
+    EXPECT_EQ(error->texts("error-tag"), std::vector<std::string>{tag}) << reply.printed;
+    EXPECT_EQ(error->texts("error-severity"), std::vector<std::string>{"error"}) << reply.printed;
+    return *error;
+}
+
+std::string error_info(const Xml &error, const std::string &name) {
+    const Xml *info = error.child("error-info");
+    const Xml *found = info != nullptr ? info->child(name) : nullptr;
+    return found != nullptr ? found->text : "";
+}
+
+std::string lldp(const std::string &content) {
+    return "<lldp xmlns=\"http://openconfig.net/yang/lldp\" xmlns:nc=\"" + base_namespace +
+           "\" xmlns:types=\"http://openconfig.net/yang/lldp/types\">" + content + "</lldp>";
+}
+
+std::string name_edit(const std::string &name) {
+    return lldp("<config><system-name>" + name + "</system-name></config>");
+}
+
+std::string get_config(const std::string &datastore, const std::string &filter) {
+    return "<get-config><source><" + datastore + "/></source>" + filter + "</get-config>";
+}
+
+std::string edit_config(const std::string &datastore, const std::string &config, const std::string &options) {
+    return "<edit-config><target><" + datastore + "/></target>" + options + "<config>" + config +
+           "</config></edit-config>";
+}
+
+std::string lock(const std::string &datastore) {
+    return "<lock><target><" + datastore + "/></target></lock>";
+}
+
+std::string unlock(const std::string &datastore) {
+    return "<unlock><target><" + datastore + "/></target></unlock>";
+}
+
+std::string subtree(const std::string &content) {
+    return "<filter type=\"subtree\">" + content + "</filter>";
+}
+
+} // namespace yfw::test

@@ -1,0 +1,95 @@
+// The program serving a device over NETCONF, and what its tests say to it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "netconf_client.h"
+#include "support/answers.h"
+#include "support/lab.h"
+
+namespace yfw::test {
+
+/// A server with a directory, a device and a state of its own. The device is a copy of the recorded r1 unless
+/// another directory is given.
+class NetconfServer {
+public:
+    explicit NetconfServer(std::vector<std::string> options = {},
+                           const std::filesystem::path &device = YFW_EXAMPLES_DIR "/r1");
+
+    /// Starts it and waits until it takes connections. Throws std::runtime_error with what it said when it ends
+    /// instead.
+    void start();
+    RunningYfw &process() { return *process_; }
+    /// SIGKILL, and start() again.
+    void kill_and_restart();
+
+    /// Bytes, the most that it ever had.
+    size_t peak_memory() const;
+    /// How many descriptors it has open.
+    size_t descriptors() const;
+
+    std::filesystem::path socket() const { return directory_.path() / "netconf.sock"; }
+    std::filesystem::path device() const { return directory_.path() / "device"; }
+    std::filesystem::path directory() const { return directory_.path(); }
+
+private:
+    std::string process_file(const std::string &name) const;
+
+    TemporaryDirectory directory_;
+    std::vector<std::string> options_;
+    pid_t number_ = -1; // of the process
+    std::optional<RunningYfw> process_;
+};
+
+/// Tests with a server of their own.
+class NetconfTest : public testing::Test {
+protected:
+    NetconfTest() : modules_(openconfig_modules()) {}
+    NetconfServer &server() { return server_; }
+    const ly_ctx *modules() const { return modules_.get(); }
+
+    /// What a reply holds, strictly parsed with the OpenConfig modules, as text.
+    std::string openconfig_of(const Xml &reply) const;
+    /// The same of a document's text.
+    std::string openconfig(const std::string &document) const;
+    /// The values in a datastore that an XPath expression selects.
+    std::vector<std::string> values(NetconfClient &client, const std::string &datastore,
+                                    const std::string &xpath) const;
+    /// The system's name in a datastore, which the tests edit.
+    std::string name(NetconfClient &client, const std::string &datastore = "running") const;
+    /// All of a datastore as text.
+    std::string everything(NetconfClient &client, const std::string &datastore = "running") const;
+
+private:
+    Context modules_;
+    NetconfServer server_;
+};
+
+/// Fails when the reply is not <ok/>.
+void expect_ok(const Xml &reply);
+/// The tag of the only <rpc-error> of the reply; empty when there is none.
+std::string error_tag(const Xml &reply);
+/// Fails when the reply is not one error with this type and tag; gives the error.
+Xml expect_error(const Xml &reply, const std::string &type, const std::string &tag);
+/// A child of <error-info>; empty when there is none.
+std::string error_info(const Xml &error, const std::string &name);
+
+// --- operations ---
+
+/// OpenConfig LLDP with this content; the prefix "nc" is NETCONF's and "types" that of LLDP's types.
+std::string lldp(const std::string &content);
+/// The device's name as an edit.
+std::string name_edit(const std::string &name);
+std::string get_config(const std::string &datastore, const std::string &filter = "");
+/// `options`: what stands between the target and the configuration.
+std::string edit_config(const std::string &datastore, const std::string &config,
+                        const std::string &options = "");
+std::string lock(const std::string &datastore);
+std::string unlock(const std::string &datastore);
+std::string subtree(const std::string &content);
+
+} // namespace yfw::test
