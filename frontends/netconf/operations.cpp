@@ -312,7 +312,7 @@ std::vector<std::string> capabilities(const ProtocolModules &modules) {
         if (module.name == "ietf-yang-library")
             all.push_back(prefix + "capability:yang-library:1.1?revision=" + module.revision +
                           "&content-id=" + modules.content_id());
-        if (module.implemented)
+        if (module.offered)
             all.push_back(module.ns + "?module=" + module.name +
                           (module.revision.empty() ? "" : "&revision=" + module.revision));
     }

@@ -1,8 +1,10 @@
 #include "frontends/netconf/protocol_modules.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <string_view>
 
 #include "host/error.h"
 #include "host/schemas.h"
@@ -36,8 +38,10 @@ void ProtocolModules::list_modules() {
     uint32_t index = 0;
     std::string all;
     while (const lys_module *module = ly_ctx_get_module_iter(context_.get(), &index)) {
-        modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
-                            module->implemented != 0});
+        const bool offered =
+            std::find(std::begin(loaded), std::end(loaded), std::string_view(module->name)) != std::end(loaded);
+        modules_.push_back(
+            {module->name, module->revision != nullptr ? module->revision : "", module->ns, offered});
         all +=
             modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") + ";";
     }

@@ -15,7 +15,7 @@ struct ModuleName {
     std::string name;
     std::string revision; // may be empty
     std::string ns;
-    bool implemented = true;
+    bool offered = true; // and not only imported, or part of libyang
 };
 
 class ProtocolModules {
