@@ -68,7 +68,8 @@ TEST(AnError, IsPrintedWithItsMessageEscaped) {
 }
 
 TEST(AnError, IsPrintedAsXmlWhateverBytesItsMessageHolds) {
-    const std::string bytes("control \x01\x1b, no UTF-8 \xff\xfe, zero \0.", 37);
+    using namespace std::string_literals;
+    const std::string bytes = "control \x01\x1b, no UTF-8 \xff\xfe, zero \0."s;
     EXPECT_NO_THROW(in_a_reply(RpcError("rpc", "malformed-message", bytes)));
 }
 
