@@ -101,6 +101,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- messages that are too long ---
 
+// AddressSanitizer keeps what was freed for a while.
+#ifdef __SANITIZE_ADDRESS__
+constexpr unsigned memory_factor = 2;
+#else
+constexpr unsigned memory_factor = 1;
+#endif
+
 class AnEndlessMessage : public NetconfTest, public testing::WithParamInterface<std::string> {};
 
 TEST_P(AnEndlessMessage, IsNotReadToItsEnd) {
@@ -113,7 +120,7 @@ TEST_P(AnEndlessMessage, IsNotReadToItsEnd) {
     EXPECT_GE(taken, 60);
     EXPECT_LT(taken, 80);
     EXPECT_TRUE(sender.connection().until_closed().has_value());
-    EXPECT_LT(server().peak_memory(), 400u << 20);
+    EXPECT_LT(server().peak_memory(), memory_factor * (400u << 20));
     EXPECT_EQ(name(other), "r1.example.net");
 }
 

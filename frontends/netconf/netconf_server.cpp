@@ -52,18 +52,18 @@ NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &
                                            const std::lock_guard<std::mutex> guard(known_mutex_);
                                            return known_.contains(session);
                                        }},
-      base_(event_base_new()), workers_(options.threads) {
+      base_(event_base_new(), event_base_free), workers_(options.threads) {
     listen();
     const auto finished = [](int, short, void *self) {
         static_cast<NetconfServer *>(self)->workers_.run_finished();
     };
-    finished_ = event_new(base_, workers_.descriptor(), EV_READ | EV_PERSIST, finished, this);
+    finished_ = event_new(base_.get(), workers_.descriptor(), EV_READ | EV_PERSIST, finished, this);
     event_add(finished_, nullptr);
     const auto due = [](int, short, void *self) {
         auto &server = *static_cast<NetconfServer *>(self);
         server.in_background([&server] { server.datastores_.take_back_when_due(); });
     };
-    commit_timer_ = event_new(base_, -1, 0, due, this);
+    commit_timer_ = event_new(base_.get(), -1, 0, due, this);
 }
 
 NetconfServer::~NetconfServer() {
@@ -75,7 +75,6 @@ NetconfServer::~NetconfServer() {
         evconnlistener_free(listener_);
         unlink(options_.socket.c_str());
     }
-    event_base_free(base_);
 }
 
 void NetconfServer::listen() {
@@ -96,8 +95,8 @@ void NetconfServer::listen() {
     const auto accepted = [](evconnlistener *, int fd, sockaddr *, int, void *self) {
         static_cast<NetconfServer *>(self)->accept(fd);
     };
-    listener_ =
-        evconnlistener_new(base_, accepted, this, LEV_OPT_CLOSE_ON_FREE | LEV_OPT_CLOSE_ON_EXEC, 128, socket);
+    listener_ = evconnlistener_new(base_.get(), accepted, this, LEV_OPT_CLOSE_ON_FREE | LEV_OPT_CLOSE_ON_EXEC,
+                                   128, socket);
     if (listener_ == nullptr)
         fail(options_.socket, "cannot listen");
 }
@@ -114,7 +113,8 @@ void NetconfServer::accept(int socket) {
         return;
     }
     const uint32_t id = ++last_session_;
-    auto session = std::make_unique<Session>(*this, base_, socket, Caller{id, user->name, user->may_write});
+    auto session =
+        std::make_unique<Session>(*this, base_.get(), socket, Caller{id, user->name, user->may_write});
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
         known_[id] = true;
@@ -185,9 +185,9 @@ void NetconfServer::arm_commit_timer() {
 
 void NetconfServer::run(int stop) {
     const auto stopped = [](int, short, void *base) { event_base_loopbreak(static_cast<event_base *>(base)); };
-    stop_ = event_new(base_, stop, EV_READ, stopped, base_);
+    stop_ = event_new(base_.get(), stop, EV_READ, stopped, base_.get());
     event_add(stop_, nullptr);
-    event_base_dispatch(base_);
+    event_base_dispatch(base_.get());
     sessions_.clear();
 }
 

@@ -60,7 +60,7 @@ private:
     Datastores &datastores_;
     Monitoring monitoring_;
     Server server_;
-    event_base *base_ = nullptr;
+    std::unique_ptr<event_base, void (*)(event_base *)> base_;
     evconnlistener *listener_ = nullptr;
     event *finished_ = nullptr;
     event *stop_ = nullptr;
