@@ -4,7 +4,6 @@
 #include <iostream>
 #include <system_error>
 
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -14,11 +13,6 @@ namespace yfw::cli {
 namespace {
 
 constexpr int milliseconds_between_attempts = 1000;
-
-bool stops_within(int stop, int milliseconds) {
-    pollfd waited{stop, POLLIN, 0};
-    return poll(&waited, 1, milliseconds) > 0;
-}
 
 } // namespace
 
@@ -65,7 +59,7 @@ void TargetKeeper::keep() {
         } catch (const host::Error &) {
             was_away = true;
         }
-    } while (!stops_within(stop_, milliseconds_between_attempts));
+    } while (!sources::stops_within(stop_, milliseconds_between_attempts));
 }
 
 } // namespace yfw::cli

@@ -15,13 +15,6 @@
 namespace yfw::netconf {
 namespace {
 
-host::DataTree copy_of(const lyd_node *data) {
-    lyd_node *copy = nullptr;
-    if (data != nullptr)
-        lyd_dup_siblings(data, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, &copy);
-    return host::DataTree(copy);
-}
-
 using Guard = std::lock_guard<std::mutex>;
 
 } // namespace
@@ -46,7 +39,7 @@ const lyd_node *Datastores::candidate_or(const host::DataTree &running) const {
 host::DataTree Datastores::read(Datastore datastore) {
     const Guard guard(mutex_);
     if (datastore == Datastore::candidate && candidate_.has_value())
-        return copy_of(candidate_->get());
+        return host::copy_configuration(candidate_->get());
     return running();
 }
 
@@ -77,7 +70,7 @@ void Datastores::validate(Datastore datastore) {
     const Guard guard(mutex_);
     host::DataTree configuration = running();
     if (datastore == Datastore::candidate && candidate_.has_value())
-        configuration = copy_of(candidate_->get());
+        configuration = host::copy_configuration(candidate_->get());
     host::validate_configuration(schemas_, configuration);
 }
 

@@ -6,15 +6,11 @@
 namespace yfw::netconf {
 namespace {
 
-std::string element(const char *name, const std::string &text) {
-    return "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
-}
-
 std::string print(const SessionCounters &counters) {
-    return element("in-rpcs", std::to_string(counters.in_rpcs)) +
-           element("in-bad-rpcs", std::to_string(counters.in_bad_rpcs)) +
-           element("out-rpc-errors", std::to_string(counters.out_rpc_errors)) +
-           element("out-notifications", std::to_string(counters.out_notifications));
+    return text_element("in-rpcs", std::to_string(counters.in_rpcs)) +
+           text_element("in-bad-rpcs", std::to_string(counters.in_bad_rpcs)) +
+           text_element("out-rpc-errors", std::to_string(counters.out_rpc_errors)) +
+           text_element("out-notifications", std::to_string(counters.out_notifications));
 }
 
 void add(SessionCounters &to, const SessionCounters &more) {
@@ -59,13 +55,13 @@ std::string Monitoring::print() const {
     const Guard guard(mutex_);
     std::string xml = "<sessions>";
     for (const auto &[id, session] : sessions_)
-        xml += "<session>" + element("session-id", std::to_string(id)) + "<transport>netconf-ssh</transport>" +
-               element("username", session.user) + element("login-time", session.login_time) +
-               netconf::print(session.counters) + "</session>";
-    return xml + "</sessions><statistics>" + element("netconf-start-time", start_time_) +
-           element("in-bad-hellos", std::to_string(bad_hellos_)) +
-           element("in-sessions", std::to_string(in_sessions_)) +
-           element("dropped-sessions", std::to_string(dropped_sessions_)) + netconf::print(all_) +
+        xml += "<session>" + text_element("session-id", std::to_string(id)) +
+               "<transport>netconf-ssh</transport>" + text_element("username", session.user) +
+               text_element("login-time", session.login_time) + netconf::print(session.counters) + "</session>";
+    return xml + "</sessions><statistics>" + text_element("netconf-start-time", start_time_) +
+           text_element("in-bad-hellos", std::to_string(bad_hellos_)) +
+           text_element("in-sessions", std::to_string(in_sessions_)) +
+           text_element("dropped-sessions", std::to_string(dropped_sessions_)) + netconf::print(all_) +
            "</statistics>";
 }
 

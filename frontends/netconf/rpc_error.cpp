@@ -31,23 +31,20 @@ std::string without_module(const std::string &path) {
     return path.rfind(module, 0) == 0 ? "/" + path.substr(module.size()) : path;
 }
 
-std::string element(const char *name, const std::string &text) {
-    return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
-}
-
 // The error-info that RFC 6241 appendix A demands with a tag; `name`: of the node at the end of the path.
 std::string mandatory_info(const host::Error &error, const std::string &name) {
     switch (error.tag()) {
     case host::ErrorTag::unknown_element:
     case host::ErrorTag::bad_element:
-        return element("bad-element", name);
+        return text_element("bad-element", name);
     case host::ErrorTag::missing_element:
-        return element("bad-element", error.subject().empty() ? name : error.subject());
+        return text_element("bad-element", error.subject().empty() ? name : error.subject());
     case host::ErrorTag::unknown_namespace:
-        return element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) + "</bad-namespace>";
+        return text_element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) +
+               "</bad-namespace>";
     case host::ErrorTag::bad_attribute:
-        return element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
-               element("bad-element", name);
+        return text_element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
+               text_element("bad-element", name);
     default:
         return "";
     }
@@ -90,9 +87,14 @@ RpcError rpc_error_of(const host::Error &error) {
     return told.with_info(mandatory_info(error, name));
 }
 
+std::string text_element(const char *name, const std::string &text) {
+    return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
+}
+
 std::string print_error(const RpcError &error) {
-    std::string xml = "<rpc-error>" + element("error-type", error.type) + element("error-tag", error.tag) +
-                      "<error-severity>error</error-severity>" + element("error-app-tag", error.app_tag);
+    std::string xml = "<rpc-error>" + text_element("error-type", error.type) +
+                      text_element("error-tag", error.tag) + "<error-severity>error</error-severity>" +
+                      text_element("error-app-tag", error.app_tag);
     if (!error.path.empty())
         xml += "<error-path xmlns:oc-lldp=\"http://openconfig.net/yang/lldp\">" + escaped(error.path) +
                "</error-path>";

@@ -42,6 +42,9 @@ RpcError rpc_error_of(const host::Error &error);
 // The <rpc-error> element.
 std::string print_error(const RpcError &error);
 
+// An element that holds this text; nothing when the text is empty.
+std::string text_element(const char *name, const std::string &text);
+
 // Text as XML character data, also within a quoted attribute.
 std::string escaped(std::string_view text);
 

@@ -96,4 +96,11 @@ DataTree take_configuration(DataTree &data) {
     return DataTree(configuration);
 }
 
+DataTree copy_configuration(const lyd_node *configuration) {
+    lyd_node *copy = nullptr;
+    if (configuration != nullptr)
+        lyd_dup_siblings(configuration, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, &copy);
+    return DataTree(copy);
+}
+
 } // namespace yfw::host

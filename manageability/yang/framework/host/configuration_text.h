@@ -19,6 +19,9 @@ DataTree parse_configuration(const Schemas &schemas, const std::string &text, co
 // none.
 std::string configuration_difference(const lyd_node *before, const lyd_node *after);
 
+// A copy of the forest that `configuration` is the first tree of; NULL of NULL.
+DataTree copy_configuration(const lyd_node *configuration);
+
 // The configuration alone: the top nodes of `data` that hold configuration.
 DataTree take_configuration(DataTree &data);
 

@@ -10,13 +10,6 @@
 namespace yfw::host {
 namespace {
 
-DataTree copy(const lyd_node *data) {
-    lyd_node *duplicate = nullptr;
-    if (data != nullptr)
-        lyd_dup_siblings(data, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, &duplicate);
-    return DataTree(duplicate);
-}
-
 void join(DataTree &into, DataTree more) {
     lyd_node *first = into.release();
     lyd_node *next = nullptr;
@@ -107,12 +100,12 @@ DataTree ConfiguredSource::recorded_configuration() {
 Editor::Change Editor::changed(const EditNode &edit, const lyd_node *running) {
     EditNode whole = edit;
     drop_deleted_content(whole);
-    const Answer shown =
-        engine_.read({Content::config, {{{schemas_.openconfig_root(), {}}}}, std::nullopt}, copy(running));
+    const Answer shown = engine_.read({Content::config, {{{schemas_.openconfig_root(), {}}}}, std::nullopt},
+                                      copy_configuration(running));
     check_existence(whole, shown.data.get());
     Change change;
-    change.edits = engine_.map_edit(whole, copy(running));
-    change.after = copy(running);
+    change.edits = engine_.map_edit(whole, copy_configuration(running));
+    change.after = copy_configuration(running);
     apply_native_edits(schemas_, change.edits, change.after);
     validate_configuration(schemas_, change.after);
     return change;
@@ -197,7 +190,7 @@ std::optional<datastore::Commit> Editor::commit_configuration(const lyd_node *co
                                                               const std::string &edit, const CommitNote &note) {
     return commit([&](const lyd_node *) {
         Change change;
-        change.after = copy(configuration);
+        change.after = copy_configuration(configuration);
         change.record.who = note.who;
         change.record.comment = note.comment;
         change.record.edit = edit;

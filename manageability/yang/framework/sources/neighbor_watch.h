@@ -34,6 +34,9 @@ public:
     virtual void run(const ly_ctx *context, int stop, const Listener &listener) = 0;
 };
 
+// Whether the descriptor becomes readable within the time.
+bool stops_within(int stop, int milliseconds);
+
 } // namespace yfw::sources
 
 #endif

@@ -1,7 +1,5 @@
 #include "sources/lldpd/lldpd_watch.h"
 
-#include <poll.h>
-
 #include "host/error.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
@@ -10,12 +8,6 @@ namespace yfw::sources::lldpd {
 namespace {
 
 constexpr int milliseconds_between_attempts = 500;
-
-// Whether the descriptor became readable within the time.
-bool stops_within(int stop, int milliseconds) {
-    pollfd waited{stop, POLLIN, 0};
-    return poll(&waited, 1, milliseconds) > 0;
-}
 
 struct Heard {
     NeighborChange change;
