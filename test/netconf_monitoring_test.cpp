@@ -248,7 +248,8 @@ TEST_F(NetconfMonitoring, TellsEverythingWithoutAFilter) {
     const Xml reply = client.rpc("<get/>");
     for (const Xml &each : reply.child("data")->children)
         names.push_back(each.name);
-    EXPECT_THAT(names, testing::UnorderedElementsAre("lldp", "netconf-state", "yang-library", "modules-state"));
+    EXPECT_THAT(names, testing::UnorderedElementsAre("lldp", "netconf-state", "netconf", "yang-library",
+                                                     "modules-state"));
 }
 
 TEST_F(NetconfMonitoring, TellsNoStateAsConfiguration) {

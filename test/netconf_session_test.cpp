@@ -35,7 +35,7 @@ TEST_F(NetconfHello, TellsWhatTheServerOffers) {
 
 TEST_F(NetconfHello, TellsNothingOfWhatIsNotOffered) {
     const NetconfClient client(server().socket());
-    for (const char *missing : {"startup", "url", "notification"})
+    for (const char *missing : {"startup", "url", "partial-lock"})
         EXPECT_THAT(client.capabilities(),
                     testing::Not(Contains(testing::HasSubstr(std::string(":") + missing + ":"))));
 }

@@ -9,12 +9,15 @@
 #include <unistd.h>
 
 #include "frontends/cli/device_options.h"
+#include "frontends/cli/neighbor_report.h"
 #include "frontends/cli/session.h"
 #include "frontends/cli/ssh_tryout.h"
 #include "frontends/cli/stdio_joint.h"
 #include "frontends/cli/stop_signals.h"
 #include "frontends/cli/target_keeper.h"
+#include "frontends/netconf/defaults.h"
 #include "frontends/netconf/netconf_server.h"
+#include "frontends/netconf/server_events.h"
 #include "host/error.h"
 
 namespace yfw::cli {
@@ -37,9 +40,15 @@ struct ServeOptions {
     netconf::ServerOptions server;
     std::string socket;
     uint16_t port = 0;
+    int hello_timeout = 30; // seconds
     uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
     uint64_t largest_message = netconf::FrameLimits{}.message;
 };
+
+void publish(netconf::EventStream &events, const NeighborReport &report) {
+    netconf::publish_neighbor_change(events, std::string(to_string(report.change)), report.interface(),
+                                     report.id(), netconf::print_data(report.answer.get()));
+}
 
 void serve_device(const DeviceOptions &device, const netconf::ServerOptions &options, int stop,
                   const std::function<void()> &ready) {
@@ -47,11 +56,17 @@ void serve_device(const DeviceOptions &device, const netconf::ServerOptions &opt
     if (session.source.store().empty())
         throw host::Error(host::ErrorTag::missing_element, "--store",
                           "a device that is given as files needs a file for its commits");
-    const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf");
-    netconf::Datastores datastores(session.schemas, session.source, session.engine);
+    const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
+                                           device.native_models);
+    netconf::EventStream events;
+    netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
     datastores.recover();
-    netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules);
-    const TargetKeeper keeper(session);
+    netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules, events);
+    const NeighborReporter reporter(session.schemas, session.engine);
+    const TargetKeeper keeper(session, [&](sources::NeighborEvent event) {
+        if (const auto report = reporter.report(std::move(event)))
+            publish(events, *report);
+    });
     ready();
     server.run(stop);
 }
@@ -60,6 +75,7 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     const StopSignals stop;
     std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
     netconf::ServerOptions server = options.server;
+    server.hello_timeout = std::chrono::seconds(options.hello_timeout);
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
@@ -99,6 +115,11 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
                      "The longest chunk that is accepted; default 10 MiB")
         ->check(CLI::Range(uint64_t{1}, uint64_t{4294967295}))
         ->option_text("BYTES");
+    serve
+        ->add_option("--hello-timeout", options->hello_timeout,
+                     "How long a client may take to say its <hello>; default 30")
+        ->check(CLI::Range(1, 3600))
+        ->option_text("SECONDS");
     serve->add_option("--max-message", options->largest_message, "The longest message; default 64 MiB")
         ->check(CLI::PositiveNumber)
         ->option_text("BYTES");

@@ -16,7 +16,8 @@ constexpr int milliseconds_between_attempts = 1000;
 
 } // namespace
 
-TargetKeeper::TargetKeeper(Session &session) : session_(session), stop_(eventfd(0, EFD_CLOEXEC)) {
+TargetKeeper::TargetKeeper(Session &session, std::function<void(sources::NeighborEvent)> on_neighbor)
+    : session_(session), on_neighbor_(std::move(on_neighbor)), stop_(eventfd(0, EFD_CLOEXEC)) {
     if (stop_ < 0)
         throw std::system_error(errno, std::generic_category(), "eventfd");
     if (session_.device.watch != nullptr)
@@ -40,6 +41,14 @@ void TargetKeeper::restore() {
     }
 }
 
+void TargetKeeper::pass_on(sources::NeighborEvent event) {
+    try {
+        on_neighbor_(std::move(event));
+    } catch (const host::Error &error) {
+        std::cerr << "yfw: warning: a change of a neighbor cannot be told: " << error.what() << std::endl;
+    }
+}
+
 // A device that is not there when this begins is waited for in the same way.
 void TargetKeeper::keep() {
     bool was_away = false;
@@ -49,7 +58,7 @@ void TargetKeeper::keep() {
                 session_.source.restore_target(); // throws for as long as it is away
             was_away = false;
             session_.device.watch->run(session_.schemas.context(), stop_,
-                                       {[](sources::NeighborEvent) {},
+                                       {[this](sources::NeighborEvent event) { pass_on(std::move(event)); },
                                         [](const std::string &reason) {
                                             std::cerr << "yfw: warning: " << reason << "; waiting for it"
                                                       << std::endl;

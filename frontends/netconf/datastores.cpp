@@ -17,10 +17,17 @@ namespace {
 
 using Guard = std::lock_guard<std::mutex>;
 
+constexpr std::chrono::seconds retry_interval{10};
+
+host::CommitNote note_of(const Caller &caller) {
+    return {caller.user, "NETCONF session " + std::to_string(caller.session)};
+}
+
 } // namespace
 
-Datastores::Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine)
-    : schemas_(schemas), source_(source), editor_(schemas, source, engine) {}
+Datastores::Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine,
+                       EventStream &events)
+    : schemas_(schemas), source_(source), editor_(schemas, source, engine), events_(events) {}
 
 host::DataTree Datastores::running() const {
     return source_.running_configuration();
@@ -29,6 +36,7 @@ host::DataTree Datastores::running() const {
 void Datastores::drop_candidate() {
     candidate_.reset();
     candidate_edits_.clear();
+    candidate_records_.clear();
     candidate_editor_ = 0;
 }
 
@@ -57,11 +65,14 @@ void Datastores::edit(const Caller &caller, Datastore target, const host::EditNo
         const host::DataTree before = running();
         editor_.apply(edit, target == Datastore::candidate ? candidate_or(before) : before.get());
     } else if (target == Datastore::running) {
-        editor_.edit(edit, {caller.user, "NETCONF session " + std::to_string(caller.session)});
+        if (editor_.edit(edit, note_of(caller)).has_value())
+            publish_config_change(events_, caller.actor(), edit_records(edit));
     } else {
         const host::DataTree before = running();
         candidate_ = editor_.apply(edit, candidate_or(before));
         candidate_edits_.push_back(host::print_edit(edit));
+        const std::vector<EditRecord> records = edit_records(edit);
+        candidate_records_.insert(candidate_records_.end(), records.begin(), records.end());
         candidate_editor_ = caller.session;
     }
 }
@@ -103,9 +114,9 @@ void Datastores::refuse_other_confirmer(const Caller &caller,
         throw RpcError("protocol", "invalid-value", "no commit waits under this persist-id");
     if (pending_.has_value() && pending_->persist.has_value() && !persist_id.has_value())
         throw RpcError("protocol", "invalid-value", "a commit waits to be confirmed by its persist-id");
-    if (pending_.has_value() && !pending_->persist.has_value() && pending_->session != caller.session)
+    if (pending_.has_value() && !pending_->persist.has_value() && pending_->actor.session != caller.session)
         throw RpcError("protocol", "in-use",
-                       "session " + std::to_string(pending_->session) + " has a commit to confirm");
+                       "session " + std::to_string(pending_->actor.session) + " has a commit to confirm");
 }
 
 void Datastores::commit(const Caller &caller, const std::optional<ConfirmedCommit> &confirmed,
@@ -120,23 +131,34 @@ void Datastores::commit(const Caller &caller, const std::optional<ConfirmedCommi
     if (confirmed.has_value())
         remember_pending(before);
     try {
-        if (candidate_.has_value())
-            editor_.commit_configuration(
-                candidate_->get(),
-                std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string()),
-                {caller.user, "NETCONF session " + std::to_string(caller.session)});
+        commit_candidate(caller);
     } catch (...) {
         if (!pending_.has_value())
             forget_pending();
         throw;
     }
     drop_candidate();
-    if (confirmed.has_value()) {
-        pending_ = Pending{before, caller.session, confirmed->persist};
-        deadline_ = std::chrono::steady_clock::now() + confirmed->timeout;
-    } else {
-        end_pending();
-    }
+    if (confirmed.has_value())
+        return wait_for_confirmation(caller, *confirmed, before);
+    if (pending_.has_value())
+        publish_confirmed_commit(events_, caller.actor(), "complete", std::nullopt);
+    end_pending();
+}
+
+void Datastores::commit_candidate(const Caller &caller) {
+    if (!candidate_.has_value())
+        return;
+    const std::string edit = std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string());
+    if (editor_.commit_configuration(candidate_->get(), edit, note_of(caller)).has_value())
+        publish_config_change(events_, caller.actor(), candidate_records_);
+}
+
+void Datastores::wait_for_confirmation(const Caller &caller, const ConfirmedCommit &confirmed,
+                                       int64_t back_to) {
+    publish_confirmed_commit(events_, caller.actor(), pending_.has_value() ? "extend" : "start",
+                             confirmed.timeout);
+    pending_ = Pending{back_to, caller.actor(), confirmed.persist};
+    deadline_ = std::chrono::steady_clock::now() + confirmed.timeout;
 }
 
 void Datastores::cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id) {
@@ -144,11 +166,14 @@ void Datastores::cancel_commit(const Caller &caller, const std::optional<std::st
     if (!pending_.has_value())
         throw RpcError("protocol", "operation-failed", "no commit waits to be confirmed");
     refuse_other_confirmer(caller, persist_id);
-    take_back();
+    take_back(caller.actor());
+    publish_confirmed_commit(events_, caller.actor(), "cancel", std::nullopt);
 }
 
-void Datastores::take_back() {
-    editor_.rollback(pending_->back_to, {"", "not confirmed: back to " + std::to_string(pending_->back_to)});
+void Datastores::take_back(const Actor &actor) {
+    const host::CommitNote note{actor.user, "not confirmed: back to " + std::to_string(pending_->back_to)};
+    if (editor_.rollback(pending_->back_to, note).has_value())
+        publish_config_change(events_, actor, {});
     end_pending();
 }
 
@@ -165,8 +190,11 @@ std::optional<std::chrono::steady_clock::time_point> Datastores::deadline() cons
 
 void Datastores::take_back_when_due() {
     const Guard guard(mutex_);
-    if (pending_.has_value() && deadline_.load() <= std::chrono::steady_clock::now())
-        take_back();
+    if (!pending_.has_value() || deadline_.load() > std::chrono::steady_clock::now())
+        return;
+    deadline_ = std::chrono::steady_clock::now() + retry_interval; // should the device not take it now
+    take_back({});
+    publish_confirmed_commit(events_, {}, "timeout", std::nullopt);
 }
 
 int64_t Datastores::last_commit_number() const {
@@ -220,9 +248,9 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
     if (datastore == Datastore::candidate && candidate_.has_value())
         throw RpcError("protocol", "lock-denied", "the candidate has changes that were not committed")
             .with_info("<session-id>0</session-id>");
-    if (datastore == Datastore::running && pending_.has_value() && pending_->session != caller.session)
+    if (datastore == Datastore::running && pending_.has_value() && pending_->actor.session != caller.session)
         throw RpcError("protocol", "lock-denied", "a commit waits to be confirmed")
-            .with_info("<session-id>" + std::to_string(pending_->session) + "</session-id>");
+            .with_info("<session-id>" + std::to_string(pending_->actor.session) + "</session-id>");
     locks_[datastore] = {caller.session, host::utc_now()};
 }
 
@@ -232,9 +260,8 @@ void Datastores::unlock(const Caller &caller, Datastore datastore) {
     if (held == locks_.end() || held->second.session != caller.session)
         throw RpcError("protocol", "operation-failed", "the session does not hold this lock");
     locks_.erase(held);
-    if (datastore == Datastore::candidate) { // RFC 6241 section 8.3.5.2
+    if (datastore == Datastore::candidate) // RFC 6241 section 8.3.5.2
         drop_candidate();
-    }
 }
 
 std::optional<Datastores::Lock> Datastores::lock_of(Datastore datastore) {
@@ -248,11 +275,13 @@ void Datastores::end_session(uint32_t session) {
     const auto candidate_lock = locks_.find(Datastore::candidate);
     const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second.session == session;
     std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; });
-    if (held_candidate || candidate_editor_ == session) {
+    if (held_candidate || candidate_editor_ == session)
         drop_candidate();
-    }
-    if (pending_.has_value() && pending_->session == session && !pending_->persist.has_value())
-        take_back();
+    if (!pending_.has_value() || pending_->actor.session != session || pending_->persist.has_value())
+        return;
+    const Actor actor = pending_->actor;
+    take_back({});
+    publish_confirmed_commit(events_, actor, "cancel", std::nullopt);
 }
 
 } // namespace yfw::netconf

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "frontends/netconf/server_events.h"
 #include "host/configured_device.h"
 #include "host/edit.h"
 
@@ -21,6 +22,9 @@ struct Caller {
     uint32_t session = 0;
     std::string user;
     bool may_write = false;
+    bool is_subscribed = false;
+
+    Actor actor() const { return {session, user}; }
 };
 
 struct ConfirmedCommit {
@@ -28,11 +32,13 @@ struct ConfirmedCommit {
     std::optional<std::string> persist;
 };
 
-// Configurations are native; edits come in OpenConfig terms. Safe for several threads. Everything borrowed.
-// What is refused throws RpcError or host::Error, and then nothing has changed.
+// Configurations are native; edits come in OpenConfig terms. Changes of the running configuration are
+// published. Safe for several threads. Everything borrowed. What is refused throws RpcError or host::Error, and
+// then nothing has changed.
 class Datastores {
 public:
-    Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine);
+    Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine,
+               EventStream &events);
 
     host::DataTree read(Datastore datastore);
 
@@ -74,7 +80,7 @@ private:
 
     struct Pending {
         int64_t back_to = 0; // the commit before
-        uint32_t session = 0;
+        Actor actor;
         std::optional<std::string> persist;
     };
 
@@ -83,7 +89,10 @@ private:
     const lyd_node *candidate_or(const host::DataTree &running) const;
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;
     void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
-    void take_back();
+    // `actor`: who wants it. Does not tell of the confirmed commit.
+    void take_back(const Actor &actor);
+    void commit_candidate(const Caller &caller);
+    void wait_for_confirmation(const Caller &caller, const ConfirmedCommit &confirmed, int64_t back_to);
     void end_pending();
     int64_t last_commit_number() const;
     std::filesystem::path pending_file() const;
@@ -93,9 +102,11 @@ private:
     const host::Schemas &schemas_;
     host::ConfiguredSource &source_;
     host::Editor editor_;
+    EventStream &events_;
     std::optional<host::DataTree> candidate_; // nothing: the same as running
     std::vector<std::string> candidate_edits_;
-    uint32_t candidate_editor_ = 0; // the session that edited it last
+    std::vector<EditRecord> candidate_records_; // of these edits
+    uint32_t candidate_editor_ = 0;             // the session that edited it last
     std::map<Datastore, Lock> locks_;
     std::optional<Pending> pending_;
     std::atomic<std::chrono::steady_clock::time_point> deadline_{no_deadline}; // of pending_

@@ -100,6 +100,23 @@ std::string open_tag(const Element &data) {
     return "<" + std::string(data.name()) + " xmlns=\"" + escaped(data.ns()) + "\">";
 }
 
+std::string filtered(const Element &filter, const Element &data) {
+    const std::vector<Element> filters = filter.children();
+    const std::vector<Element> nodes = data.children();
+    if (filters.empty())
+        return data.print();
+    if (!contents_match(filters, nodes))
+        return "";
+    if (std::all_of(filters.begin(), filters.end(), is_content_match))
+        return data.print();
+    std::string inside;
+    for (const Element &node : nodes)
+        for (const Element &part : filters)
+            if (names(part, node))
+                inside += filtered(part, node);
+    return inside.empty() ? "" : open_tag(data) + inside + "</" + std::string(data.name()) + ">";
+}
+
 // ---- XPath ---------------------------------------------------------------------------------------------
 
 bool is_name_character(char c) {
@@ -142,21 +159,26 @@ std::string in_module_names(const ly_ctx *context, const std::string &expression
 
 } // namespace
 
-std::string filtered(const Element &filter, const Element &data) {
-    const std::vector<Element> filters = filter.children();
-    const std::vector<Element> nodes = data.children();
-    if (filters.empty())
-        return data.print();
-    if (!contents_match(filters, nodes))
-        return "";
-    if (std::all_of(filters.begin(), filters.end(), is_content_match))
-        return data.print();
-    std::string inside;
-    for (const Element &node : nodes)
-        for (const Element &part : filters)
-            if (names(part, node))
-                inside += filtered(part, node);
-    return inside.empty() ? "" : open_tag(data) + inside + "</" + std::string(data.name()) + ">";
+Filter filter_of(const Element &filter) {
+    const std::string type = filter.attribute("type").value_or("subtree");
+    if (type == "subtree")
+        return {FilterType::subtree, filter, {}, {}};
+    if (type != "xpath")
+        throw RpcError("protocol", "bad-attribute", "a filter is of type subtree or xpath")
+            .with_info("<bad-attribute>type</bad-attribute><bad-element>filter</bad-element>");
+    const std::optional<std::string> select = filter.attribute("select");
+    if (!select.has_value())
+        throw RpcError("protocol", "missing-attribute", "an xpath filter has a select")
+            .with_info("<bad-attribute>select</bad-attribute><bad-element>filter</bad-element>");
+    return {FilterType::xpath, filter, *select, filter.prefixes()};
+}
+
+std::string subtree_filtered(const Element &filter, const Element &data) {
+    std::string xml;
+    for (const Element &wanted : filter.children())
+        if (names(wanted, data))
+            xml += filtered(wanted, data);
+    return xml;
 }
 
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root) {
@@ -173,11 +195,10 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
     return whole;
 }
 
-host::DataTree xpath_filtered(const lyd_node *data, const Element &filter) {
+host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth) {
     if (data == nullptr)
         return nullptr;
-    const std::string expression =
-        in_module_names(LYD_CTX(data), filter.attribute("select").value_or(""), filter.prefixes());
+    const std::string expression = in_module_names(LYD_CTX(data), filter.expression, filter.prefixes);
     ly_set *found = nullptr;
     const LY_ERR status = lyd_find_xpath3(nullptr, data, expression.c_str(), nullptr, &found);
     const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
@@ -189,6 +210,7 @@ host::DataTree xpath_filtered(const lyd_node *data, const Element &filter) {
         lyd_node *copy = nullptr;
         lyd_dup_single(found->dnodes[i], nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_WITH_FLAGS,
                        &copy);
+        cut_below(copy, depth);
         while (copy != nullptr && lyd_parent(copy) != nullptr)
             copy = lyd_parent(copy);
         if (copy != nullptr)

@@ -12,7 +12,7 @@
 #include <event2/event.h>
 #include <event2/listener.h>
 
-#include "frontends/netconf/session.h"
+#include "frontends/netconf/server_events.h"
 #include "host/error.h"
 
 namespace yfw::netconf {
@@ -41,17 +41,18 @@ bool is_answered(const sockaddr_un &address) {
 } // namespace
 
 NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &schemas, host::Engine &engine,
-                             Datastores &datastores, const ProtocolModules &modules)
-    : options_(options),
-      datastores_(datastores), server_{schemas,
-                                       engine,
-                                       datastores,
-                                       modules,
-                                       monitoring_,
-                                       [this](uint32_t session) {
-                                           const std::lock_guard<std::mutex> guard(known_mutex_);
-                                           return known_.contains(session);
-                                       }},
+                             Datastores &datastores, const ProtocolModules &modules, EventStream &events)
+    : options_(options), datastores_(datastores),
+      events_(events), server_{schemas,
+                               engine,
+                               datastores,
+                               modules,
+                               monitoring_,
+                               events,
+                               [this](uint32_t session) {
+                                   const std::lock_guard<std::mutex> guard(known_mutex_);
+                                   return known_.contains(session);
+                               }},
       base_(event_base_new(), event_base_free), workers_(options.threads) {
     listen();
     const auto finished = [](int, short, void *self) {
@@ -64,9 +65,11 @@ NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &
         server.in_background([&server] { server.datastores_.take_back_when_due(); });
     };
     commit_timer_ = event_new(base_.get(), -1, 0, due, this);
+    events_.on_event([this](const SharedEvent &event) { workers_.post([this, event] { tell(*event); }); });
 }
 
 NetconfServer::~NetconfServer() {
+    events_.on_event({});
     sessions_.clear();
     for (event *one : {finished_, stop_, commit_timer_})
         if (one != nullptr)
@@ -114,7 +117,7 @@ void NetconfServer::accept(int socket) {
     }
     const uint32_t id = ++last_session_;
     auto session =
-        std::make_unique<Session>(*this, base_.get(), socket, Caller{id, user->name, user->may_write});
+        std::make_unique<Session>(*this, base_.get(), socket, Caller{id, user->name, user->may_write, false});
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
         known_[id] = true;
@@ -123,14 +126,27 @@ void NetconfServer::accept(int socket) {
     sessions_.emplace(id, std::move(session)).first->second->greet();
 }
 
-void NetconfServer::end(uint32_t session, bool dropped) {
+void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by) {
+    const Session &ending = *sessions_.at(session);
+    const Actor actor = ending.caller().actor();
+    const bool has_begun =
+        ending.has_started() || reason == EndReason::bad_hello || reason == EndReason::timeout;
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
         known_.erase(session);
     }
     sessions_.erase(session);
-    monitoring_.session_ended(session, dropped);
+    // RFC 6022: a killed session is not a dropped one.
+    monitoring_.session_ended(session, reason != EndReason::closed && reason != EndReason::killed);
+    if (has_begun)
+        publish_session_end(events_, actor, std::string(to_string(reason)), killed_by);
     in_background([this, session] { datastores_.end_session(session); });
+}
+
+// A session that is told may end by it.
+void NetconfServer::tell(const Event &event) {
+    for (auto session = sessions_.begin(); session != sessions_.end();)
+        (session++)->second->tell(event);
 }
 
 // Taking back a commit may take as long as a device takes: not in the event loop.
@@ -162,10 +178,10 @@ void NetconfServer::dispatch(Session &session, std::string message) {
 void NetconfServer::finish(uint32_t id, const Reply &reply) {
     arm_commit_timer();
     if (reply.aftermath.kill.has_value() && sessions_.contains(*reply.aftermath.kill))
-        end(*reply.aftermath.kill, false); // RFC 6022: a killed session is not a dropped one
+        end(*reply.aftermath.kill, EndReason::killed, id);
     const auto session = sessions_.find(id);
     if (session != sessions_.end())
-        session->second->reply(reply.text, reply.aftermath.close);
+        session->second->reply(reply.text, reply.aftermath);
 }
 
 void NetconfServer::arm_commit_timer() {

@@ -12,6 +12,7 @@
 #include "frontends/netconf/access.h"
 #include "frontends/netconf/conversation.h"
 #include "frontends/netconf/framing.h"
+#include "frontends/netconf/session.h"
 #include "frontends/netconf/worker_pool.h"
 
 struct event;
@@ -28,15 +29,13 @@ struct ServerOptions {
     size_t threads = 4;
 };
 
-class Session;
-
 // Serves until stop_on() says so. Everything it is given is borrowed.
 class NetconfServer {
 public:
     // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
     // that another server answers on is refused; one that was left behind is replaced. Throws host::Error.
     NetconfServer(const ServerOptions &options, const host::Schemas &schemas, host::Engine &engine,
-                  Datastores &datastores, const ProtocolModules &modules);
+                  Datastores &datastores, const ProtocolModules &modules, EventStream &events);
     ~NetconfServer();
     NetconfServer(const NetconfServer &) = delete;
     NetconfServer &operator=(const NetconfServer &) = delete;
@@ -49,7 +48,8 @@ private:
 
     void listen();
     void accept(int socket);
-    void end(uint32_t session, bool dropped);
+    void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
+    void tell(const Event &event);
     void dispatch(Session &session, std::string message);
     void finish(uint32_t session, const Reply &reply);
     void arm_commit_timer();
@@ -58,6 +58,7 @@ private:
 
     ServerOptions options_;
     Datastores &datastores_;
+    EventStream &events_;
     Monitoring monitoring_;
     Server server_;
     std::unique_ptr<event_base, void (*)(event_base *)> base_;

@@ -3,6 +3,7 @@
 #define YFW_FRONTENDS_NETCONF_OPERATIONS_H
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,14 +11,16 @@
 #include "frontends/netconf/datastores.h"
 #include "frontends/netconf/monitoring.h"
 #include "frontends/netconf/protocol_modules.h"
+#include "frontends/netconf/subscription.h"
 #include "frontends/netconf/xml.h"
 
 namespace yfw::netconf {
 
 // What is to happen to sessions after the reply was sent.
 struct Aftermath {
-    bool close = false;           // the caller's own
-    std::optional<uint32_t> kill; // another one
+    bool close = false;                                         // the caller's own
+    std::optional<uint32_t> kill;                               // another one
+    std::shared_ptr<const Subscription> subscription = nullptr; // of the caller's, from now on
 };
 
 // Everything is borrowed. Safe for several threads.
@@ -27,6 +30,7 @@ struct Server {
     Datastores &datastores;
     const ProtocolModules &modules;
     Monitoring &monitoring;
+    const EventStream &events;
     std::function<bool(uint32_t)> is_session;
 };
 

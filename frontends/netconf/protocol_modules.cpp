@@ -12,24 +12,56 @@
 namespace yfw::netconf {
 namespace {
 
-constexpr const char *loaded[] = {"openconfig-lldp",         "openconfig-lldp-types", "ietf-netconf",
-                                  "ietf-netconf-monitoring", "ietf-yang-library",     "ietf-datastores"};
+// A module that is offered, and its features that are.
+struct Loaded {
+    const char *name;
+    std::vector<const char *> features;
+};
+
+const std::vector<Loaded> &loaded() {
+    static const std::vector<Loaded> all{
+        {"openconfig-lldp", {}},
+        {"openconfig-lldp-types", {}},
+        {"ietf-netconf",
+         {"writable-running", "candidate", "confirmed-commit", "rollback-on-error", "validate", "xpath"}},
+        {"ietf-netconf-monitoring", {}},
+        {"ietf-yang-library", {}},
+        {"ietf-datastores", {}},
+        {"notifications", {}},
+        {"nc-notifications", {}},
+        {"ietf-netconf-notifications", {}},
+        {"yfw-lldp-notifications", {}},
+        {"ietf-netconf-with-defaults", {}},
+        {"ietf-netconf-nmda", {"with-defaults"}}};
+    return all;
+}
+
+std::string with_commas(const std::vector<const char *> &words) {
+    std::string text;
+    for (const char *word : words)
+        text += (text.empty() ? "" : ",") + std::string(word);
+    return text;
+}
 
 using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
 
 ProtocolModules::ProtocolModules(const std::filesystem::path &openconfig_dir,
-                                 const std::filesystem::path &protocol_dir) {
+                                 const std::filesystem::path &protocol_dir,
+                                 const std::filesystem::path &own_dir) {
     ly_ctx *made = nullptr;
     if (ly_ctx_new(protocol_dir.c_str(), LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
         throw host::Error(host::ErrorTag::operation_failed, protocol_dir.string(),
                           "no directory of YANG modules");
     context_.reset(made);
     ly_ctx_set_searchdir(made, openconfig_dir.c_str());
-    for (const char *name : loaded)
-        if (ly_ctx_load_module(made, name, nullptr, nullptr) == nullptr)
-            throw host::Error(host::ErrorTag::operation_failed, name, host::take_yang_error(made));
+    ly_ctx_set_searchdir(made, own_dir.c_str());
+    for (Loaded module : loaded()) {
+        module.features.push_back(nullptr);
+        if (ly_ctx_load_module(made, module.name, nullptr, module.features.data()) == nullptr)
+            throw host::Error(host::ErrorTag::operation_failed, module.name, host::take_yang_error(made));
+    }
     list_modules();
     print_library();
 }
@@ -38,10 +70,12 @@ void ProtocolModules::list_modules() {
     uint32_t index = 0;
     std::string all;
     while (const lys_module *module = ly_ctx_get_module_iter(context_.get(), &index)) {
-        const bool offered =
-            std::find(std::begin(loaded), std::end(loaded), std::string_view(module->name)) != std::end(loaded);
-        modules_.push_back(
-            {module->name, module->revision != nullptr ? module->revision : "", module->ns, offered});
+        const auto offered = std::find_if(loaded().begin(), loaded().end(), [&](const Loaded &one) {
+            return std::string_view(one.name) == module->name;
+        });
+        const bool is_offered = offered != loaded().end();
+        modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
+                            is_offered, is_offered ? with_commas(offered->features) : ""});
         all +=
             modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") + ";";
     }
@@ -65,7 +99,8 @@ void ProtocolModules::print_library() {
         char *text = nullptr;
         lyd_print_mem(&text, top, LYD_XML, LYD_PRINT_SHRINK);
         const Text printed(text, std::free);
-        library_.emplace_back(printed != nullptr ? printed.get() : "");
+        library_.push_back(
+            {top->schema->module->ns, top->schema->name, printed != nullptr ? printed.get() : ""});
     }
 }
 
@@ -75,6 +110,28 @@ host::DataTree ProtocolModules::parse(const std::string &xml) const {
         LY_SUCCESS)
         throw host::Error(host::ErrorTag::operation_failed, "", host::take_yang_error(context_.get()));
     return host::DataTree(data);
+}
+
+host::DataTree ProtocolModules::parse_notification(const std::string &xml) const {
+    ly_in *in = nullptr;
+    ly_in_new_memory(xml.c_str(), &in);
+    lyd_node *notification = nullptr;
+    const LY_ERR status =
+        lyd_parse_op(context_.get(), nullptr, in, LYD_XML, LYD_TYPE_NOTIF_YANG, &notification, nullptr);
+    ly_in_free(in, 0);
+    host::DataTree owner(notification);
+    if (status != LY_SUCCESS)
+        throw host::Error(host::ErrorTag::operation_failed, "", host::take_yang_error(context_.get()));
+    return owner;
+}
+
+bool ProtocolModules::allows(const char *path, const std::string &value) const {
+    const lysc_node *leaf = lys_find_path(context_.get(), nullptr, path, 0);
+    const bool allowed =
+        leaf != nullptr && lyd_value_validate(context_.get(), leaf, value.c_str(), value.size(), nullptr,
+                                              nullptr, nullptr) == LY_SUCCESS;
+    ly_err_clean(const_cast<ly_ctx *>(context_.get()), nullptr);
+    return allowed;
 }
 
 std::optional<std::string> ProtocolModules::text(const std::string &name, const std::string &revision) const {

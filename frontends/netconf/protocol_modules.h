@@ -15,13 +15,16 @@ struct ModuleName {
     std::string name;
     std::string revision; // may be empty
     std::string ns;
-    bool offered = true; // and not only imported, or part of libyang
+    bool offered = true;  // and not only imported, or part of libyang
+    std::string features; // that are offered, with commas between
 };
 
 class ProtocolModules {
 public:
-    // Loads OpenConfig's modules from one directory and the protocol's from another. Throws host::Error.
-    ProtocolModules(const std::filesystem::path &openconfig_dir, const std::filesystem::path &protocol_dir);
+    // Loads OpenConfig's modules from one directory, the protocol's from another and those of this product from
+    // a third. Throws host::Error.
+    ProtocolModules(const std::filesystem::path &openconfig_dir, const std::filesystem::path &protocol_dir,
+                    const std::filesystem::path &own_dir);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
 
@@ -31,11 +34,21 @@ public:
 
     // Data of these modules from its text; throws host::Error when it is none.
     host::DataTree parse(const std::string &xml) const;
+    // A notification of these modules, from its element.
+    host::DataTree parse_notification(const std::string &xml) const;
+
+    // Whether the leaf at this schema path, such as an argument of an operation, may have this value.
+    bool allows(const char *path, const std::string &value) const;
 
     // The identifier of this set of modules (RFC 8525).
     const std::string &content_id() const { return content_id_; }
     // The data of ietf-yang-library, printed: its <yang-library> and its <modules-state>.
-    const std::vector<std::string> &library() const { return library_; }
+    struct Printed {
+        std::string ns;
+        std::string name;
+        std::string xml;
+    };
+    const std::vector<Printed> &library() const { return library_; }
 
 private:
     void list_modules();
@@ -44,7 +57,7 @@ private:
     host::YangContext context_;
     std::vector<ModuleName> modules_;
     std::string content_id_;
-    std::vector<std::string> library_;
+    std::vector<Printed> library_;
 };
 
 } // namespace yfw::netconf

@@ -1,129 +1,158 @@
 #include "frontends/netconf/read_operations.h"
 
-#include <cstdlib>
 #include <functional>
-#include <memory>
 
+#include "frontends/netconf/defaults.h"
 #include "frontends/netconf/filter.h"
+#include "frontends/netconf/own_data.h"
 #include "frontends/netconf/rpc_error.h"
 
 namespace yfw::netconf {
 namespace {
 
-std::string print_data(const lyd_node *data) {
-    if (data == nullptr)
-        return "";
-    char *text = nullptr;
-    lyd_print_mem(&text, data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS);
-    const std::unique_ptr<char, decltype(&std::free)> printed(text, std::free);
-    return printed != nullptr ? printed.get() : "";
-}
-
-enum class FilterType { none, subtree, xpath };
-
-FilterType type_of(const std::optional<Element> &filter) {
-    if (!filter.has_value())
-        return FilterType::none;
-    const std::string type = filter->attribute("type").value_or("subtree");
-    if (type == "subtree")
-        return FilterType::subtree;
-    if (type != "xpath")
-        throw RpcError("protocol", "bad-attribute", "a filter is of type subtree or xpath")
-            .with_info("<bad-attribute>type</bad-attribute><bad-element>filter</bad-element>");
-    if (!filter->attribute("select").has_value())
-        throw RpcError("protocol", "missing-attribute", "an xpath filter has a select")
-            .with_info("<bad-attribute>select</bad-attribute><bad-element>filter</bad-element>");
-    return FilterType::xpath;
-}
+// What a client wants of a datastore.
+struct Wanted {
+    std::optional<Filter> filter;
+    host::Content content = host::Content::all;
+    uint32_t depth = unlimited_depth; // of each selected node
+    WithDefaults defaults = WithDefaults::as_set;
+};
 
 using Read = std::function<host::Answer(const host::ReadRequest &)>;
 
+bool wants_defaults(const Wanted &wanted) {
+    return wanted.content != host::Content::state &&
+           (wanted.defaults == WithDefaults::report_all || wanted.defaults == WithDefaults::report_all_tagged);
+}
+
 // Reads the OpenConfig tree, no more of it than a subtree filter selects.
-std::string read_openconfig(const Server &server, host::Content content, const std::optional<Element> &filter,
-                            const Read &read) {
-    host::ReadRequest request;
-    request.content = content;
+std::string read_openconfig(const Server &server, const Wanted &wanted, const Read &read) {
     const lysc_node *root = server.schemas.openconfig_root();
+    const bool is_xpath = wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
+    host::ReadRequest request;
+    request.content = wanted.content;
     request.selection = host::Selection{root, std::nullopt, {}, false};
-    const FilterType type = type_of(filter);
-    if (type == FilterType::subtree) {
-        request.selection = subtree_selection(*filter, root);
-        if (!request.selection.has_value())
-            return "";
-    }
+    if (wanted.filter.has_value() && !is_xpath)
+        request.selection = subtree_selection(wanted.filter->element, root);
+    if (!request.selection.has_value())
+        return "";
     host::Answer answer = read(request);
-    if (type == FilterType::xpath)
-        answer.data = xpath_filtered(answer.data.get(), *filter);
-    return print_data(answer.data.get());
+    if (wants_defaults(wanted))
+        add_defaults(answer.data.get(), *request.selection);
+    if (is_xpath)
+        answer.data = xpath_filtered(answer.data.get(), *wanted.filter, wanted.depth);
+    else
+        cut_selected(answer.data.get(), *request.selection, wanted.depth);
+    return wanted.depth == unlimited_depth ? print_data(answer.data.get(), wanted.defaults)
+                                           : print_cut_data(answer.data.get(), wanted.defaults);
 }
 
-std::string print_datastore(const Server &server, const char *name, Datastore datastore) {
-    std::string xml = "<datastore><name>" + std::string(name) + "</name>";
-    if (const auto lock = server.datastores.lock_of(datastore))
-        xml += "<locks><global-lock><locked-by-session>" + std::to_string(lock->session) +
-               "</locked-by-session><locked-time>" + lock->time + "</locked-time></global-lock></locks>";
-    return xml + "</datastore>";
-}
-
-std::string print_schemas(const ProtocolModules &modules) {
-    std::string xml = "<schemas>";
-    for (const ModuleName &module : modules.modules())
-        xml += "<schema><identifier>" + module.name + "</identifier><version>" + module.revision +
-               "</version><format>yang</format><namespace>" + escaped(module.ns) +
-               "</namespace><location>NETCONF</location></schema>";
-    return xml + "</schemas>";
-}
-
-std::string print_monitoring(const Server &server) {
-    std::string xml =
-        "<netconf-state xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring\"><capabilities>";
-    for (const std::string &capability : capabilities(server.modules))
-        xml += "<capability>" + escaped(capability) + "</capability>";
-    return xml + "</capabilities><datastores>" + print_datastore(server, "running", Datastore::running) +
-           print_datastore(server, "candidate", Datastore::candidate) + "</datastores>" +
-           print_schemas(server.modules) + server.monitoring.print() + "</netconf-state>";
-}
-
-std::string subtree_filtered(const Element &filter, const std::string &text) {
-    const Document document(text);
-    std::string xml;
-    for (const Element &wanted : filter.children())
-        if (wanted.name() == document.root().name() && wanted.takes_namespace(document.root().ns()))
-            xml += filtered(wanted, document.root());
+// Configuration and state of the device, and the server's own data, which is all state.
+std::string read_operational(const Server &server, const Wanted &wanted) {
+    std::string xml = read_openconfig(
+        server, wanted, [&](const host::ReadRequest &request) { return server.engine.read(request); });
+    if (wanted.content != host::Content::config)
+        xml += read_own_data(server, wanted.filter, wanted.depth);
     return xml;
 }
 
-// The server's own data, which no mapping is asked for.
-std::string read_own(const Server &server, const std::optional<Element> &filter) {
-    std::vector<std::string> all = server.modules.library();
-    all.push_back(print_monitoring(server));
-    const FilterType type = type_of(filter);
-    std::string xml;
-    for (const std::string &text : all) {
-        if (type == FilterType::none)
-            xml += text;
-        else if (type == FilterType::subtree)
-            xml += subtree_filtered(*filter, text);
-        else
-            xml += print_data(xpath_filtered(server.modules.parse(text).get(), *filter).get());
-    }
-    return xml;
+std::string read_configuration(const Server &server, Datastore datastore, Wanted wanted) {
+    if (wanted.content == host::Content::state) // there is none in a configuration
+        return "";
+    wanted.content = host::Content::config;
+    return read_openconfig(server, wanted, [&](const host::ReadRequest &request) {
+        return server.engine.read(request, server.datastores.read(datastore));
+    });
+}
+
+Wanted wanted_of(const Element &operation) {
+    Wanted wanted;
+    if (const std::optional<Element> filter = operation.child("filter"))
+        wanted.filter = filter_of(*filter);
+    wanted.defaults = with_defaults_of(operation);
+    return wanted;
+}
+
+std::string data_element(const std::string &attributes, const std::string &content) {
+    return "<data" + attributes + ">" + content + "</data>";
+}
+
+// ---- get-data ------------------------------------------------------------------------------------------
+
+RpcError invalid(const char *name, const std::string &why) {
+    return RpcError("application", "invalid-value", why)
+        .with_info("<bad-element>" + std::string(name) + "</bad-element>");
+}
+
+std::optional<Filter> nmda_filter_of(const Element &operation) {
+    const std::optional<Element> subtree = operation.child("subtree-filter");
+    const std::optional<Element> xpath = operation.child("xpath-filter");
+    if (subtree.has_value() && xpath.has_value())
+        throw RpcError("protocol", "bad-element", "<subtree-filter> and <xpath-filter> exclude one another")
+            .with_info("<bad-element>xpath-filter</bad-element>");
+    if (subtree.has_value())
+        return Filter{FilterType::subtree, *subtree, {}, {}};
+    if (xpath.has_value())
+        return Filter{FilterType::xpath, *xpath, xpath->text(), xpath->prefixes()};
+    return std::nullopt;
+}
+
+host::Content content_of(const Element &operation) {
+    const std::optional<std::string> filter = text_of(operation, "config-filter");
+    if (!filter.has_value())
+        return host::Content::all;
+    if (*filter != "true" && *filter != "false")
+        throw invalid("config-filter", "<config-filter> is true or false");
+    return *filter == "true" ? host::Content::config : host::Content::state;
+}
+
+uint32_t depth_of(const Server &server, const Element &operation) {
+    const std::string text = text_of(operation, "max-depth").value_or("unbounded");
+    if (!server.modules.allows("/ietf-netconf-nmda:get-data/max-depth", text))
+        throw invalid("max-depth", "<max-depth> is a number from 1 to 65535, or unbounded");
+    return text == "unbounded" ? unlimited_depth : static_cast<uint32_t>(std::stoul(text));
 }
 
 } // namespace
 
-std::string read_everything(const Server &server, const std::optional<Element> &filter) {
-    const std::string device =
-        read_openconfig(server, host::Content::all, filter,
-                        [&](const host::ReadRequest &request) { return server.engine.read(request); });
-    return device + read_own(server, filter);
+std::string get(const Call &call) {
+    refuse_others(call.operation, {"filter", "with-defaults"});
+    return data_element("", read_operational(call.server, wanted_of(call.operation)));
 }
 
-std::string read_configuration(const Server &server, Datastore datastore,
-                               const std::optional<Element> &filter) {
-    return read_openconfig(server, host::Content::config, filter, [&](const host::ReadRequest &request) {
-        return server.engine.read(request, server.datastores.read(datastore));
-    });
+std::string get_config(const Call &call) {
+    refuse_others(call.operation, {"source", "filter", "with-defaults"});
+    const Datastore source = datastore_of(call.operation, "source");
+    return data_element("", read_configuration(call.server, source, wanted_of(call.operation)));
+}
+
+std::string get_data(const Call &call) {
+    refuse_others(call.operation, {"datastore", "subtree-filter", "xpath-filter", "config-filter", "max-depth",
+                                   "with-defaults"});
+    const Element datastore = required(call.operation, "datastore");
+    const Wanted wanted{nmda_filter_of(call.operation), content_of(call.operation),
+                        depth_of(call.server, call.operation), with_defaults_of(call.operation)};
+    const std::string attributes = " xmlns=\"" + std::string(nmda_ns) + "\"";
+    if (datastore_name(datastore) != "operational")
+        return data_element(attributes,
+                            read_configuration(call.server, configuration_named_by(datastore), wanted));
+    // The capability with-operational-defaults is not offered.
+    if (wanted.defaults != WithDefaults::as_set)
+        throw invalid("with-defaults", "<with-defaults> goes with a configuration only");
+    return data_element(attributes, read_operational(call.server, wanted));
+}
+
+std::string get_schema(const Call &call) {
+    refuse_others(call.operation, {"identifier", "version", "format"});
+    const std::string name = required(call.operation, "identifier").text();
+    const std::string format = text_of(call.operation, "format").value_or("yang");
+    const size_t colon = format.find(':');
+    if ((colon == std::string::npos ? format : format.substr(colon + 1)) != "yang")
+        throw RpcError("application", "invalid-value", "schemas are given as yang");
+    const auto text = call.server.modules.text(name, text_of(call.operation, "version").value_or(""));
+    if (!text.has_value())
+        throw RpcError("application", "invalid-value", "there is no such schema");
+    return "<data xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring\">" + escaped(*text) + "</data>";
 }
 
 } // namespace yfw::netconf

@@ -1,20 +1,19 @@
-// What <get> and <get-config> read.
+// The operations that read.
 #ifndef YFW_FRONTENDS_NETCONF_READ_OPERATIONS_H
 #define YFW_FRONTENDS_NETCONF_READ_OPERATIONS_H
 
-#include <optional>
 #include <string>
 
-#include "frontends/netconf/operations.h"
+#include "frontends/netconf/call.h"
 
 namespace yfw::netconf {
 
-// Configuration and state of the device, the server's own state and its modules, as far as the filter selects
-// them, printed. Throws RpcError or host::Error.
-std::string read_everything(const Server &server, const std::optional<Element> &filter);
-
-// A datastore in OpenConfig terms.
-std::string read_configuration(const Server &server, Datastore datastore, const std::optional<Element> &filter);
+// Each performs the operation of its name and returns the content of the reply. They throw RpcError or
+// host::Error.
+std::string get(const Call &call);
+std::string get_config(const Call &call);
+std::string get_data(const Call &call); // RFC 8526
+std::string get_schema(const Call &call);
 
 } // namespace yfw::netconf
 

@@ -5,7 +5,7 @@
 namespace yfw::netconf {
 namespace {
 
-// Each step of an OpenConfig path gets the prefix that print_error() declares.
+// Each step of an OpenConfig path gets the prefix that openconfig_path_element() declares.
 std::string prefixed(const std::string &path) {
     std::string text;
     bool quoted = false;
@@ -81,7 +81,7 @@ RpcError rpc_error_of(const host::Error &error) {
     RpcError told("application", std::string(host::to_string(error.tag())), error.what());
     const std::string path = without_module(error.path());
     if (is_openconfig_path(path))
-        told.at(prefixed(path));
+        told.at(path);
     const size_t step = path.find_last_of('/');
     const std::string name = step == std::string::npos ? path : path.substr(step + 1);
     return told.with_info(mandatory_info(error, name));
@@ -91,13 +91,17 @@ std::string text_element(const char *name, const std::string &text) {
     return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
 }
 
+std::string openconfig_path_element(const char *name, const std::string &path) {
+    return "<" + std::string(name) + " xmlns:oc-lldp=\"http://openconfig.net/yang/lldp\">" +
+           escaped(prefixed(path)) + "</" + name + ">";
+}
+
 std::string print_error(const RpcError &error) {
     std::string xml = "<rpc-error>" + text_element("error-type", error.type) +
                       text_element("error-tag", error.tag) + "<error-severity>error</error-severity>" +
                       text_element("error-app-tag", error.app_tag);
     if (!error.path.empty())
-        xml += "<error-path xmlns:oc-lldp=\"http://openconfig.net/yang/lldp\">" + escaped(error.path) +
-               "</error-path>";
+        xml += openconfig_path_element("error-path", error.path);
     if (*error.what() != '\0')
         xml += "<error-message xml:lang=\"en\">" + escaped(error.what()) + "</error-message>";
     if (!error.info.empty())

@@ -9,7 +9,8 @@
 
 namespace yfw::netconf {
 
-// `type`: transport, rpc, protocol or application. Path, app-tag and info may be empty; `info` is XML.
+// `type`: transport, rpc, protocol or application. Path (below the OpenConfig module, without prefixes),
+// app-tag and info may be empty; `info` is XML.
 class RpcError : public std::runtime_error {
 public:
     RpcError(std::string error_type, std::string error_tag, const std::string &message)
@@ -44,6 +45,9 @@ std::string print_error(const RpcError &error);
 
 // An element that holds this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);
+
+// An element that holds an instance path below the OpenConfig module, given without prefixes.
+std::string openconfig_path_element(const char *name, const std::string &path);
 
 // Text as XML character data, also within a quoted attribute.
 std::string escaped(std::string_view text);

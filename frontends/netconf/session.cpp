@@ -1,5 +1,7 @@
 #include "frontends/netconf/session.h"
 
+#include <algorithm>
+
 #include <sys/time.h>
 
 #include <event2/buffer.h>
@@ -8,6 +10,7 @@
 
 #include "frontends/netconf/netconf_server.h"
 #include "frontends/netconf/rpc_error.h"
+#include "frontends/netconf/server_events.h"
 
 namespace yfw::netconf {
 namespace {
@@ -16,22 +19,58 @@ namespace {
 constexpr size_t most_waiting = 16;
 constexpr size_t most_waiting_bytes = 1u << 20;
 constexpr size_t most_unwritten = 1u << 20;
+// One that does not read what it subscribed to is given up. More than the events that are kept.
+constexpr size_t most_notifications_bytes = 16u << 20;
+
+timeval to_timeval(std::chrono::microseconds span) {
+    return {static_cast<time_t>(span.count() / 1000000), static_cast<suseconds_t>(span.count() % 1000000)};
+}
+
+EventTime now() {
+    return std::chrono::system_clock::now();
+}
 
 } // namespace
+
+std::string_view to_string(EndReason reason) {
+    switch (reason) {
+    case EndReason::closed:
+        return "closed";
+    case EndReason::killed:
+        return "killed";
+    case EndReason::dropped:
+        return "dropped";
+    case EndReason::timeout:
+        return "timeout";
+    case EndReason::bad_hello:
+        return "bad-hello";
+    case EndReason::other:
+        break;
+    }
+    return "other";
+}
 
 Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller)
     : server_(server), caller_(std::move(caller)),
       stream_(bufferevent_socket_new(base, socket, BEV_OPT_CLOSE_ON_FREE)), reader_(server.options_.limits) {
     bufferevent_setcb(stream_, on_read, on_written, on_event, this);
     hello_timer_ = evtimer_new(base, on_hello_overdue, this);
-    const timeval bound{static_cast<time_t>(server.options_.hello_timeout.count()), 0};
+    const timeval bound = to_timeval(server.options_.hello_timeout);
     evtimer_add(hello_timer_, &bound);
     bufferevent_enable(stream_, EV_READ | EV_WRITE);
 }
 
 Session::~Session() {
     event_free(hello_timer_);
+    if (stop_timer_ != nullptr)
+        event_free(stop_timer_);
     bufferevent_free(stream_);
+}
+
+Caller Session::caller() const {
+    Caller now = caller_;
+    now.is_subscribed = subscription_ != nullptr;
+    return now;
 }
 
 void Session::greet() {
@@ -50,14 +89,15 @@ void Session::on_read(bufferevent *, void *self) {
 void Session::on_written(bufferevent *, void *self) {
     auto &session = *static_cast<Session *>(self);
     if (session.closing_)
-        return session.end(false);
+        return session.end(EndReason::closed);
+    session.write_notifications();
     session.next();
 }
 
 void Session::on_event(bufferevent *, short what, void *self) {
     auto &session = *static_cast<Session *>(self);
     if ((what & BEV_EVENT_ERROR) != 0)
-        return session.end(true);
+        return session.end(EndReason::dropped);
     if ((what & BEV_EVENT_EOF) != 0)
         session.no_more_comes();
 }
@@ -66,13 +106,13 @@ void Session::on_event(bufferevent *, short what, void *self) {
 void Session::no_more_comes() {
     ended_ = true;
     if (!greeted_ || (!busy_ && waiting_.empty()))
-        end(true);
+        end(EndReason::dropped);
 }
 
 void Session::on_hello_overdue(int, short, void *self) {
     auto &session = *static_cast<Session *>(self);
     session.server_.monitoring_.bad_hello();
-    session.broken("no <hello> came in time");
+    session.broken("no <hello> came in time", EndReason::timeout);
 }
 
 void Session::read() {
@@ -89,7 +129,7 @@ void Session::read() {
             take(std::move(*message));
         }
     } catch (const FramingError &error) {
-        return broken(error.what());
+        return broken(error.what(), greeted_ ? EndReason::other : EndReason::bad_hello);
     }
     next();
 }
@@ -112,20 +152,24 @@ void Session::hello_came(const std::string &hello) {
     greeted_ = true;
     reader_.use(framing_);
     evtimer_del(hello_timer_);
+    publish_session_start(server_.events_, caller_.actor());
 }
 
 void Session::next() {
     pause_when_full();
-    const bool full = evbuffer_get_length(bufferevent_get_output(stream_)) > most_unwritten;
     if (ended_ && !busy_ && waiting_.empty())
         return close_after_writing();
-    if (busy_ || closing_ || waiting_.empty() || full)
+    if (busy_ || closing_ || waiting_.empty() || is_full())
         return;
     busy_ = true;
     std::string message = std::move(waiting_.front());
     waiting_.pop_front();
     waiting_bytes_ -= message.size();
     server_.dispatch(*this, std::move(message));
+}
+
+bool Session::is_full() const {
+    return evbuffer_get_length(bufferevent_get_output(stream_)) > most_unwritten;
 }
 
 void Session::pause_when_full() {
@@ -136,10 +180,12 @@ void Session::pause_when_full() {
         bufferevent_enable(stream_, EV_READ);
 }
 
-void Session::reply(const std::string &text, bool then_close) {
+void Session::reply(const std::string &text, const Aftermath &aftermath) {
     busy_ = false;
     write(text);
-    if (then_close)
+    if (aftermath.subscription != nullptr)
+        subscribe(aftermath.subscription);
+    if (aftermath.close)
         close_after_writing();
     else
         next();
@@ -149,17 +195,89 @@ void Session::close_after_writing() {
     closing_ = true;
     waiting_.clear();
     if (evbuffer_get_length(bufferevent_get_output(stream_)) == 0)
-        end(false);
+        end(EndReason::closed);
 }
 
 // Nothing can be told to somebody whose framing is broken (RFC 6242 section 4.2).
-void Session::broken(const std::string &why) {
+void Session::broken(const std::string &why, EndReason reason) {
     server_.say("session " + std::to_string(caller_.session) + " (" + caller_.user + ") is closed: " + why);
-    end(true);
+    end(reason);
 }
 
-void Session::end(bool dropped) {
-    server_.end(caller_.session, dropped); // destroys this
+void Session::end(EndReason reason) {
+    server_.end(caller_.session, reason, std::nullopt); // destroys this
+}
+
+// ---- notifications -------------------------------------------------------------------------------------
+
+void Session::subscribe(std::shared_ptr<const Subscription> subscription) {
+    if (closing_)
+        return;
+    subscription_ = std::move(subscription);
+    told_ = server_.events_.last_number();
+    if (subscription_->start().has_value())
+        replay();
+    if (subscription_->stop().has_value())
+        stop_at(*subscription_->stop());
+}
+
+// What was published while the kept events were fetched is among them, and comes again later.
+void Session::replay() {
+    for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
+        told_ = std::max(told_, event->number);
+        if (subscription_->wants(*event) && event->time <= subscription_->stop().value_or(event->time))
+            notify(event->time, event->xml);
+    }
+    notify(now(), replay_complete());
+}
+
+void Session::stop_at(EventTime time) {
+    const auto left = std::chrono::ceil<std::chrono::microseconds>(time - now());
+    if (left.count() <= 0)
+        return end_subscription();
+    stop_timer_ = evtimer_new(bufferevent_get_base(stream_), on_subscription_over, this);
+    const timeval wait = to_timeval(left);
+    evtimer_add(stop_timer_, &wait);
+}
+
+void Session::on_subscription_over(int, short, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    event_free(session.stop_timer_);
+    session.stop_timer_ = nullptr;
+    session.end_subscription();
+}
+
+void Session::end_subscription() {
+    subscription_.reset();
+    notify(now(), notification_complete());
+}
+
+void Session::tell(const Event &event) {
+    if (subscription_ == nullptr || event.number <= told_)
+        return;
+    told_ = event.number;
+    if (event.time > subscription_->stop().value_or(event.time) || !subscription_->wants(event))
+        return;
+    notify(event.time, event.xml);
+    if (notifications_bytes_ > most_notifications_bytes)
+        broken("it does not read its notifications", EndReason::other);
+}
+
+void Session::notify(EventTime time, const std::string &event) {
+    if (closing_)
+        return;
+    notifications_.push_back(print_notification(time, event));
+    notifications_bytes_ += notifications_.back().size();
+    server_.monitoring_.count(caller_.session, {0, 0, 0, 1});
+    write_notifications();
+}
+
+void Session::write_notifications() {
+    while (!notifications_.empty() && !is_full()) {
+        write(notifications_.front());
+        notifications_bytes_ -= notifications_.front().size();
+        notifications_.pop_front();
+    }
 }
 
 } // namespace yfw::netconf

@@ -3,8 +3,10 @@
 #define YFW_FRONTENDS_NETCONF_SESSION_H
 
 #include <deque>
+#include <memory>
 #include <string>
 
+#include "frontends/netconf/event_stream.h"
 #include "frontends/netconf/framing.h"
 #include "frontends/netconf/operations.h"
 
@@ -16,6 +18,10 @@ namespace yfw::netconf {
 
 class NetconfServer;
 
+// Why a session ends; the words of termination-reason in RFC 6470.
+enum class EndReason { closed, killed, dropped, timeout, bad_hello, other };
+std::string_view to_string(EndReason reason);
+
 // Reads requests and writes replies in their order; one request is answered at a time. What it is told by the
 // event loop may end it: the server then destroys it.
 class Session {
@@ -25,11 +31,15 @@ public:
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
-    const Caller &caller() const { return caller_; }
+    // Who asks, as things are now.
+    Caller caller() const;
+    bool has_started() const { return greeted_; }
 
     void greet();
     // The answer to the request under way.
-    void reply(const std::string &text, bool then_close);
+    void reply(const std::string &text, const Aftermath &aftermath);
+    // An event that it may have subscribed to.
+    void tell(const Event &event);
     // Ends when everything written has left; reads no more.
     void close_after_writing();
 
@@ -38,16 +48,24 @@ private:
     static void on_written(bufferevent *, void *self);
     static void on_event(bufferevent *, short what, void *self);
     static void on_hello_overdue(int, short, void *self);
+    static void on_subscription_over(int, short, void *self);
 
     void read();
     void take(std::string message);
     void next();
     void write(const std::string &message);
     void hello_came(const std::string &hello);
-    void broken(const std::string &why);
-    void end(bool dropped);
+    void broken(const std::string &why, EndReason reason);
+    void end(EndReason reason);
     void no_more_comes();
     void pause_when_full();
+    bool is_full() const;
+    void subscribe(std::shared_ptr<const Subscription> subscription);
+    void replay();
+    void stop_at(EventTime time);
+    void end_subscription();
+    void notify(EventTime time, const std::string &event);
+    void write_notifications();
 
     NetconfServer &server_;
     Caller caller_;
@@ -61,6 +79,11 @@ private:
     std::deque<std::string> waiting_;
     size_t waiting_bytes_ = 0;
     event *hello_timer_;
+    std::shared_ptr<const Subscription> subscription_;
+    event *stop_timer_ = nullptr;
+    uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
+    std::deque<std::string> notifications_; // that have to wait until the client reads
+    size_t notifications_bytes_ = 0;
 };
 
 } // namespace yfw::netconf

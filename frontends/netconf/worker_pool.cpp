@@ -41,6 +41,13 @@ void WorkerPool::add(Job job) {
     more_.notify_one();
 }
 
+void WorkerPool::post(Finish finish) {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    finished_.push_back(std::move(finish));
+    const uint64_t one = 1;
+    [[maybe_unused]] const ssize_t woken = write(wake_, &one, sizeof one);
+}
+
 void WorkerPool::run_finished() {
     uint64_t count = 0;
     [[maybe_unused]] const ssize_t drained = read(wake_, &count, sizeof count);
@@ -62,11 +69,8 @@ void WorkerPool::work() {
         const Job job = std::move(waiting_.front());
         waiting_.pop_front();
         lock.unlock();
-        Finish finish = job();
+        post(job());
         lock.lock();
-        finished_.push_back(std::move(finish));
-        const uint64_t one = 1;
-        [[maybe_unused]] const ssize_t woken = write(wake_, &one, sizeof one);
     }
 }
 

@@ -25,6 +25,8 @@ public:
     WorkerPool &operator=(const WorkerPool &) = delete;
 
     void add(Job job);
+    // Has the event loop run something, after all that it was to run before. From any thread.
+    void post(Finish finish);
     int descriptor() const { return wake_; }
     void run_finished();
 

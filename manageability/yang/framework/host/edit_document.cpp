@@ -93,6 +93,16 @@ const lysc_node *leaf_to_take_away(const lysc_node *parent, const lyd_node *node
     return schema;
 }
 
+// Whether the leaf is marked as one that has its default value (RFC 6243 section 4.5.2): that is set by taking
+// the leaf away.
+bool is_tagged_default(const lyd_node *leaf) {
+    if ((leaf->flags & LYD_DEFAULT) == 0)
+        return false;
+    if (!lyd_is_default(leaf))
+        throw Error(ErrorTag::invalid_value, place_of(leaf), "is marked as the default value, and is not that");
+    return true;
+}
+
 EditNode read_node(const lysc_node *parent, const lyd_node *from, Operation inherited) {
     EditNode to;
     to.operation = own_operation(from).value_or(inherited);
@@ -108,6 +118,10 @@ EditNode read_node(const lysc_node *parent, const lyd_node *from, Operation inhe
     }
     if ((from->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
         to.value = lyd_get_value(from);
+    if (to.value.has_value() && is_tagged_default(from)) {
+        to.value.reset();
+        to.operation = Operation::remove;
+    }
     if (to.value.has_value() && !is_yang_text(to.value->c_str())) // JSON can escape every character
         throw Error(ErrorTag::invalid_value, place_of(from), "holds characters that no YANG string may hold");
     // What stands below a replaced node is its new content.

@@ -19,6 +19,11 @@ constexpr const char *operation_module =
     "module ietf-netconf { yang-version 1.1;"
     " namespace \"urn:ietf:params:xml:ns:netconf:base:1.0\"; prefix nc; feature xpath; }";
 
+// The attribute of RFC 6243 section 6, likewise: it becomes, and is printed for, the flag of a default value.
+constexpr const char *defaults_module =
+    "module ietf-netconf-with-defaults { yang-version 1.1;"
+    " namespace \"urn:ietf:params:xml:ns:netconf:default:1.0\"; prefix wd; }";
+
 void load(ly_ctx *context, const char *module, const std::filesystem::path &dir) {
     if (!std::filesystem::is_directory(dir))
         throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
@@ -46,8 +51,9 @@ Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem:
     if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &context) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", "the YANG library could not be started");
     context_.reset(context);
-    if (lys_parse_mem(context, operation_module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, "ietf-netconf", take_yang_error(context));
+    for (const char *module : {operation_module, defaults_module})
+        if (lys_parse_mem(context, module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
+            throw Error(ErrorTag::operation_failed, module, take_yang_error(context));
     for (const char *module : native_modules)
         load(context, module, native_dir);
     load(context, openconfig_module, openconfig_dir);

@@ -1,0 +1,179 @@
+#include "frontends/netconf/edit_operations.h"
+
+#include "frontends/netconf/defaults.h"
+#include "frontends/netconf/rpc_error.h"
+
+namespace yfw::netconf {
+namespace {
+
+host::Operation default_operation_of(const Element &edit) {
+    const std::string word = text_of(edit, "default-operation").value_or("merge");
+    if (word == "merge")
+        return host::Operation::merge;
+    if (word == "replace")
+        return host::Operation::replace;
+    if (word == "none")
+        return host::Operation::none;
+    throw RpcError("protocol", "invalid-value", "<default-operation> is merge, replace or none")
+        .with_info("<bad-element>default-operation</bad-element>");
+}
+
+std::string print_children(const Element &parent) {
+    std::string xml;
+    for (const Element &child : parent.children())
+        xml += child.print();
+    return xml;
+}
+
+// What libyang refuses without saying where.
+void check_operations(const Element &element, const std::string &parent) {
+    const std::string path = parent + "/" + std::string(element.name());
+    for (const Element::Attribute &attribute : element.attributes())
+        if (attribute.ns == base_ns && attribute.name == "operation" &&
+            (attribute.value == "none" || !host::operation_from(attribute.value).has_value()))
+            throw RpcError("application", "bad-attribute",
+                           "\"" + std::string(attribute.value) + "\" is no edit operation")
+                .at(path)
+                .with_info("<bad-attribute>operation</bad-attribute><bad-element>" + escaped(element.name()) +
+                           "</bad-element>");
+    for (const Element &child : element.children())
+        check_operations(child, path);
+}
+
+void check_top(const Server &server, const Element &top) {
+    const lysc_node *root = server.schemas.openconfig_root();
+    if (top.ns() == root->module->ns && top.name() != root->name)
+        throw RpcError("application", "unknown-element", "only <lldp> can be edited")
+            .with_info("<bad-element>" + escaped(top.name()) + "</bad-element>");
+    check_operations(top, "");
+}
+
+std::optional<host::EditNode> edit_of(const Server &server, const Element &config, host::Operation operation) {
+    const std::vector<Element> tops = config.children();
+    if (tops.empty())
+        return std::nullopt;
+    if (tops.size() > 1)
+        throw RpcError("application", "bad-element", "expected one <lldp>")
+            .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
+    check_top(server, tops.front());
+    return host::parse_edit(server.schemas, print_children(config), operation);
+}
+
+void refuse_url(const Element &operation) {
+    if (operation.child("url"))
+        throw RpcError("protocol", "operation-not-supported", "this server does not read from URLs");
+}
+
+} // namespace
+
+std::string edit_config(const Call &call) {
+    refuse_others(call.operation,
+                  {"target", "default-operation", "test-option", "error-option", "config", "url"});
+    require_writer(call);
+    refuse_url(call.operation);
+    const std::string test = text_of(call.operation, "test-option").value_or("test-then-set");
+    const std::string error = text_of(call.operation, "error-option").value_or("stop-on-error");
+    if (test != "test-then-set" && test != "set" && test != "test-only")
+        throw RpcError("protocol", "invalid-value", "<test-option> is test-then-set, set or test-only")
+            .with_info("<bad-element>test-option</bad-element>");
+    // Edits are all or nothing: the first two say the same here, and the third cannot be kept.
+    if (error != "stop-on-error" && error != "rollback-on-error")
+        throw RpcError("protocol", "invalid-value", "<error-option> is stop-on-error or rollback-on-error")
+            .with_info("<bad-element>error-option</bad-element>");
+    const Datastore target = datastore_of(call.operation, "target");
+    const auto edit =
+        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
+    if (edit.has_value())
+        call.server.datastores.edit(call.caller, target, *edit, test == "test-only");
+    return ok;
+}
+
+std::string edit_data(const Call &call) {
+    refuse_others(call.operation, {"datastore", "default-operation", "config", "url"});
+    require_writer(call);
+    refuse_url(call.operation);
+    const Datastore target = configuration_named_by(required(call.operation, "datastore"));
+    const auto edit =
+        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
+    if (edit.has_value())
+        call.server.datastores.edit(call.caller, target, *edit, false);
+    return ok;
+}
+
+std::string copy_config(const Call &call) {
+    refuse_others(call.operation, {"source", "target", "with-defaults"});
+    with_defaults_of(call.operation); // makes no difference between configurations
+    require_writer(call);
+    const Datastore target = datastore_of(call.operation, "target");
+    const Element source = required(call.operation, "source");
+    const std::optional<Element> config = source.child("config");
+    if (!config.has_value()) {
+        call.server.datastores.copy(call.caller, datastore_of(call.operation, "source"), target);
+        return ok;
+    }
+    const auto edit = edit_of(call.server, *config, host::Operation::replace);
+    if (!edit.has_value())
+        throw RpcError("protocol", "invalid-value", "the configuration to copy is empty");
+    call.server.datastores.edit(call.caller, target, *edit, false);
+    return ok;
+}
+
+// Of what there is, only the startup datastore could be deleted (RFC 6241 section 7.4).
+std::string delete_config(const Call &call) {
+    require_writer(call);
+    datastore_of(call.operation, "target");
+    throw RpcError("protocol", "operation-not-supported", "neither running nor candidate can be deleted");
+}
+
+std::string validate(const Call &call) {
+    refuse_others(call.operation, {"source"});
+    const Element source = required(call.operation, "source");
+    if (const std::optional<Element> config = source.child("config")) {
+        if (const auto edit = edit_of(call.server, *config, host::Operation::replace))
+            call.server.datastores.validate(*edit);
+    } else {
+        call.server.datastores.validate(datastore_of(call.operation, "source"));
+    }
+    return ok;
+}
+
+std::string commit(const Call &call) {
+    refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
+    require_writer(call);
+    std::optional<ConfirmedCommit> confirmed;
+    if (call.operation.child("confirmed")) {
+        confirmed.emplace();
+        if (const auto timeout = call.operation.child("confirm-timeout"))
+            confirmed->timeout = std::chrono::seconds(number_of(*timeout, 1));
+        confirmed->persist = text_of(call.operation, "persist");
+    }
+    call.server.datastores.commit(call.caller, confirmed, text_of(call.operation, "persist-id"));
+    return ok;
+}
+
+std::string cancel_commit(const Call &call) {
+    refuse_others(call.operation, {"persist-id"});
+    require_writer(call);
+    call.server.datastores.cancel_commit(call.caller, text_of(call.operation, "persist-id"));
+    return ok;
+}
+
+std::string discard_changes(const Call &call) {
+    require_writer(call);
+    call.server.datastores.discard(call.caller);
+    return ok;
+}
+
+std::string lock(const Call &call) {
+    require_writer(call);
+    call.server.datastores.lock(call.caller, datastore_of(call.operation, "target"));
+    return ok;
+}
+
+std::string unlock(const Call &call) {
+    require_writer(call);
+    call.server.datastores.unlock(call.caller, datastore_of(call.operation, "target"));
+    return ok;
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,86 @@
+#include "frontends/netconf/event_stream.h"
+
+#include <algorithm>
+#include <ctime>
+
+#include <libyang/libyang.h>
+
+namespace yfw::netconf {
+namespace {
+
+constexpr size_t most_kept = 10000;
+constexpr size_t most_kept_bytes = 4u << 20;
+
+using Guard = std::lock_guard<std::mutex>;
+
+// Times tell events apart.
+EventTime now_in_microseconds() {
+    return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+}
+
+} // namespace
+
+std::string print_time(EventTime time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const std::time_t whole = std::chrono::system_clock::to_time_t(seconds);
+    std::tm parts{};
+    gmtime_r(&whole, &parts);
+    char day_and_time[sizeof "2000-01-31T23:59:59"];
+    std::strftime(day_and_time, sizeof day_and_time, "%Y-%m-%dT%H:%M:%S", &parts);
+    std::string fraction =
+        std::to_string(std::chrono::duration_cast<std::chrono::microseconds>(time - seconds).count());
+    return day_and_time + ("." + std::string(6 - fraction.size(), '0') + fraction) + "Z";
+}
+
+EventTime parse_time(const std::string &text) {
+    timespec read{};
+    ly_time_str2ts(text.c_str(), &read);
+    return EventTime(std::chrono::seconds(read.tv_sec) + std::chrono::nanoseconds(read.tv_nsec));
+}
+
+EventStream::EventStream() : created_(now_in_microseconds()), last_time_(created_) {}
+
+void EventStream::publish(std::string module, std::string name, std::string xml) {
+    const Guard guard(mutex_);
+    // Later than the one before, also when the clock was put back or is coarse.
+    last_time_ = std::max(now_in_microseconds(), last_time_ + std::chrono::microseconds(1));
+    const auto event = std::make_shared<const Event>(
+        Event{++last_number_, last_time_, std::move(module), std::move(name), std::move(xml)});
+    kept_.push_back(event);
+    kept_bytes_ += event->xml.size();
+    forget_oldest();
+    if (listener_)
+        listener_(event);
+}
+
+void EventStream::forget_oldest() {
+    while (kept_.size() > most_kept || (kept_bytes_ > most_kept_bytes && !kept_.empty())) {
+        aged_ = kept_.front()->time;
+        kept_bytes_ -= kept_.front()->xml.size();
+        kept_.pop_front();
+    }
+}
+
+void EventStream::on_event(std::function<void(const SharedEvent &)> listener) {
+    const Guard guard(mutex_);
+    listener_ = std::move(listener);
+}
+
+uint64_t EventStream::last_number() const {
+    const Guard guard(mutex_);
+    return last_number_;
+}
+
+std::vector<SharedEvent> EventStream::since(EventTime time) const {
+    const Guard guard(mutex_);
+    const auto first = std::partition_point(kept_.begin(), kept_.end(),
+                                            [time](const SharedEvent &event) { return event->time < time; });
+    return {first, kept_.end()};
+}
+
+std::optional<EventTime> EventStream::aged() const {
+    const Guard guard(mutex_);
+    return aged_;
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,36 @@
+// Which nodes of an answer a filter selected, once they are there.
+#ifndef YFW_FRONTENDS_NETCONF_SELECTED_H
+#define YFW_FRONTENDS_NETCONF_SELECTED_H
+
+#include <cstdint>
+#include <vector>
+
+#include "host/request.h"
+
+namespace yfw::netconf {
+
+// Levels of nodes.
+inline constexpr uint32_t unlimited_depth = UINT32_MAX;
+
+// The parts of a selection that meet at one node of the answer; they live as long as the selection.
+using Selections = std::vector<const host::Selection *>;
+
+// Whether one of them selects the node with all below it.
+bool selects_whole(const Selections &selections);
+
+// Those of the parts below that meet at this child: for a list entry, those with its keys. Of a node that is
+// selected whole the same, as everything below it is.
+Selections selections_of_child(const Selections &selections, const lyd_node *child);
+
+// Whether a leaf below the node is selected, be it there or not.
+bool selects_leaf(const Selections &selections, const lysc_node *leaf);
+
+// Leaves no more than `depth` levels of the node, itself the first, and the keys of what is left.
+void cut_below(lyd_node *node, uint32_t depth);
+
+// The same of each node that is selected whole.
+void cut_selected(lyd_node *data, const host::Selection &selection, uint32_t depth);
+
+} // namespace yfw::netconf
+
+#endif

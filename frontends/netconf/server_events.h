@@ -1,0 +1,51 @@
+// The events of a NETCONF server itself (RFC 6470) and of its device, published on its stream.
+#ifndef YFW_FRONTENDS_NETCONF_SERVER_EVENTS_H
+#define YFW_FRONTENDS_NETCONF_SERVER_EVENTS_H
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frontends/netconf/event_stream.h"
+#include "host/edit.h"
+
+namespace yfw::netconf {
+
+// Who did something: a session of a user, or the server by itself.
+struct Actor {
+    uint32_t session = 0; // 0: the server
+    std::string user;
+};
+
+// A node that a request edited: its instance path below the OpenConfig module, and the word for what was done.
+struct EditRecord {
+    std::string target;
+    std::string operation;
+};
+
+// What an edit touches: the leaves that it sets, and the topmost node of what is replaced or taken away as a
+// whole.
+std::vector<EditRecord> edit_records(const host::EditNode &edit);
+
+void publish_config_change(EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits);
+
+void publish_session_start(EventStream &events, const Actor &session);
+
+// `reason`: a word of termination-reason; `killed_by`: a session, for "killed".
+void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
+                         std::optional<uint32_t> killed_by);
+
+// `what`: a word of confirm-event; `timeout`: for "start" and "extend".
+void publish_confirmed_commit(EventStream &events, const Actor &actor, const std::string &what,
+                              std::optional<std::chrono::seconds> timeout);
+
+// An event of yfw-lldp-notifications. `change`: added, updated or removed; `data`: the neighbor as a read shows
+// it, printed.
+void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
+                             const std::string &id, const std::string &data);
+
+} // namespace yfw::netconf
+
+#endif

@@ -1,0 +1,98 @@
+#include "frontends/netconf/subscription.h"
+
+#include "frontends/netconf/filter.h"
+#include "frontends/netconf/rpc_error.h"
+
+namespace yfw::netconf {
+namespace {
+
+constexpr const char *notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
+
+std::string bad_element(const char *name) {
+    return "<bad-element>" + std::string(name) + "</bad-element>";
+}
+
+std::optional<EventTime> time_in(const Element &request, const ProtocolModules &modules, const char *name) {
+    const std::optional<Element> given = request.child(name);
+    if (!given.has_value())
+        return std::nullopt;
+    const std::string path = "/notifications:create-subscription/" + std::string(name);
+    if (!modules.allows(path.c_str(), given->text()))
+        throw RpcError("application", "invalid-value",
+                       "<" + std::string(name) + "> has to be a time such as 2026-01-31T23:59:59Z")
+            .with_info(bad_element(name));
+    return parse_time(given->text());
+}
+
+std::string of_streams(const char *event) {
+    return "<" + std::string(event) + " xmlns=\"" + streams_ns + "\"/>";
+}
+
+} // namespace
+
+Subscription::Subscription(const Element &request, const ProtocolModules &modules) : modules_(modules) {
+    const std::optional<Element> stream = request.child("stream");
+    if (stream.has_value() && stream->text() != "NETCONF")
+        throw RpcError("application", "invalid-value", "there is one stream, NETCONF")
+            .with_info(bad_element("stream"));
+    read_times(request);
+    if (const std::optional<Element> filter = request.child("filter"))
+        read_filter(*filter);
+}
+
+void Subscription::read_times(const Element &request) {
+    start_ = time_in(request, modules_, "startTime");
+    stop_ = time_in(request, modules_, "stopTime");
+    if (stop_.has_value() && !start_.has_value())
+        throw RpcError("protocol", "missing-element", "<stopTime> goes with <startTime> only")
+            .with_info(bad_element("startTime"));
+    if (start_.has_value() && *start_ > std::chrono::system_clock::now())
+        throw RpcError("protocol", "bad-element", "<startTime> lies in the future")
+            .with_info(bad_element("startTime"));
+    if (stop_.has_value() && *stop_ < *start_)
+        throw RpcError("protocol", "bad-element", "<stopTime> is earlier than <startTime>")
+            .with_info(bad_element("stopTime"));
+}
+
+void Subscription::read_filter(const Element &filter) {
+    const Filter read = filter_of(filter);
+    if (read.type == FilterType::xpath) // one that cannot be evaluated is refused now
+        xpath_filtered(modules_.parse_notification(replay_complete()).get(), read);
+    filter_.emplace(filter.print());
+}
+
+bool Subscription::wants(const Event &event) const {
+    if (!filter_.has_value())
+        return true;
+    const Filter filter = filter_of(filter_->root());
+    if (filter.type == FilterType::xpath)
+        return xpath_filtered(modules_.parse_notification(event.xml).get(), filter) != nullptr;
+    return !subtree_filtered(filter.element, Document(event.xml).root()).empty();
+}
+
+std::string print_notification(EventTime time, const std::string &event) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<notification xmlns=\"" + std::string(notification_ns) +
+           "\">" + text_element("eventTime", print_time(time)) + event + "</notification>";
+}
+
+std::string replay_complete() {
+    return of_streams("replayComplete");
+}
+
+std::string notification_complete() {
+    return of_streams("notificationComplete");
+}
+
+std::string print_streams(const EventStream &events) {
+    std::string xml =
+        "<netconf xmlns=\"" + std::string(streams_ns) + "\"><streams><stream>" +
+        text_element("name", "NETCONF") +
+        text_element("description", "Changes of the configuration, of sessions and of neighbors") +
+        text_element("replaySupport", "true") +
+        text_element("replayLogCreationTime", print_time(events.created()));
+    if (const std::optional<EventTime> aged = events.aged())
+        xml += text_element("replayLogAgedTime", print_time(*aged));
+    return xml + "</stream></streams></netconf>";
+}
+
+} // namespace yfw::netconf

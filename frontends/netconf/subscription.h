@@ -1,0 +1,49 @@
+// What a session asked to be told (RFC 5277 section 2.1.1).
+#ifndef YFW_FRONTENDS_NETCONF_SUBSCRIPTION_H
+#define YFW_FRONTENDS_NETCONF_SUBSCRIPTION_H
+
+#include <optional>
+#include <string>
+
+#include "frontends/netconf/event_stream.h"
+#include "frontends/netconf/protocol_modules.h"
+#include "frontends/netconf/xml.h"
+
+namespace yfw::netconf {
+
+class Subscription {
+public:
+    // `request`: the <create-subscription>. Throws RpcError when it cannot be met. Borrows the modules.
+    Subscription(const Element &request, const ProtocolModules &modules);
+
+    // An event is sent whole when the filter selects anything of it.
+    bool wants(const Event &event) const;
+
+    const std::optional<EventTime> &start() const { return start_; } // also what is kept from then on
+    const std::optional<EventTime> &stop() const { return stop_; }
+
+private:
+    void read_times(const Element &request);
+    void read_filter(const Element &filter);
+
+    const ProtocolModules &modules_;
+    std::optional<Document> filter_;
+    std::optional<EventTime> start_;
+    std::optional<EventTime> stop_;
+};
+
+inline constexpr const char *streams_ns = "urn:ietf:params:xml:ns:netmod:notification";
+
+// The <notification> around an event.
+std::string print_notification(EventTime time, const std::string &event);
+
+// The events that tell of a subscription itself (RFC 5277 section 3); no filter holds them back.
+std::string replay_complete();
+std::string notification_complete();
+
+// The data of nc-notifications: the streams that there are.
+std::string print_streams(const EventStream &events);
+
+} // namespace yfw::netconf
+
+#endif
