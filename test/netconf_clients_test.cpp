@@ -87,6 +87,23 @@ protected:
     std::string port_, user_, key_;
 };
 
+// Killed, a server cannot remove its keys; the next one does. What belongs to one that runs stays.
+TEST_F(ATryoutServer, RemovesWhatAKilledOneLeftBehind) {
+    RunningYfw killed({"serve", "--device", in_files("device"), "--store", in_files("other.db")});
+    const std::optional<std::string> line = killed.line_with({"127.0.0.1:", "user", "key"});
+    ASSERT_TRUE(line.has_value()) << killed.errors();
+    const std::filesystem::path left = word_after(*line, "key ");
+    killed.signal(SIGKILL);
+    killed.wait();
+    ASSERT_TRUE(std::filesystem::exists(left));
+    RunningYfw next({"serve", "--device", in_files("device"), "--store", in_files("other.db")});
+    ASSERT_TRUE(next.line_with({"127.0.0.1:", "user", "key"}).has_value()) << next.errors();
+    EXPECT_FALSE(std::filesystem::exists(left.parent_path()));
+    EXPECT_TRUE(std::filesystem::exists(key_));
+    next.signal(SIGTERM);
+    EXPECT_EQ(next.wait(), 0) << next.errors();
+}
+
 TEST_F(ATryoutServer, ServesNcclient) {
     if (run({"/usr/bin/python3", "-c", "import ncclient"}).status != 0)
         return missing("python3-ncclient");

@@ -1,12 +1,15 @@
 #include "frontends/cli/device_options.h"
 
+#include "frontends/cli/installation.h"
+
 namespace yfw::cli {
 
 void add_device_options(CLI::App &command, DeviceOptions &options) {
-    options.device = YFW_EXAMPLES_DIR "/r1";
-    options.openconfig_models = YFW_MODELS_DIR;
-    options.native_models = YFW_MODELS_DIR;
-    options.plugin = YFW_PLUGIN_LIBRARY;
+    const Installation files = installation();
+    options.device = files.examples / "r1";
+    options.openconfig_models = files.models;
+    options.native_models = files.models;
+    options.plugin = files.plugin;
     auto *native = command.add_option("--native", options.native_files,
                                       "File of native instance data, XML or JSON; may be repeated");
     native->option_text("FILE");

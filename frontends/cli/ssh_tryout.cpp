@@ -52,27 +52,12 @@ bool is_answered(uint16_t port) {
     return connect(probe.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
 }
 
-std::filesystem::path make_directory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "yfw-serve-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw Error(ErrorTag::operation_failed, pattern,
-                    std::string("cannot be made: ") + std::strerror(errno));
-    return pattern;
-}
-
 } // namespace
 
 SshTryout::SshTryout(uint16_t port)
     : sshd_(lab::find_program("sshd", "openssh-server")), port_(port != 0 ? port : free_port()) {
-    directory_ = make_directory();
-    try {
-        make_keys();
-        write_configuration();
-    } catch (...) {
-        std::error_code ignored;
-        std::filesystem::remove_all(directory_, ignored);
-        throw;
-    }
+    make_keys();
+    write_configuration();
 }
 
 SshTryout::~SshTryout() {
@@ -80,8 +65,6 @@ SshTryout::~SshTryout() {
         kill(daemon_, SIGTERM);
         waitpid(daemon_, nullptr, 0);
     }
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
 }
 
 void SshTryout::make_keys() const {
@@ -89,19 +72,19 @@ void SshTryout::make_keys() const {
     for (const auto &[file, type] :
          {std::pair("host_ed25519", "ed25519"), {"host_ecdsa", "ecdsa"}, {"id", "ed25519"}}) {
         const lab::Finished made = lab::run(
-            {keygen, "-q", "-t", type, "-N", "", "-C", "yfw serve", "-f", (directory_ / file).string()});
+            {keygen, "-q", "-t", type, "-N", "", "-C", "yfw serve", "-f", (files_.path() / file).string()});
         if (made.status != 0)
-            throw Error(ErrorTag::operation_failed, (directory_ / file).string(), made.reason());
+            throw Error(ErrorTag::operation_failed, (files_.path() / file).string(), made.reason());
     }
-    std::filesystem::copy_file(directory_ / "id.pub", directory_ / "authorized_keys");
+    std::filesystem::copy_file(files_.path() / "id.pub", files_.path() / "authorized_keys");
 }
 
 void SshTryout::write_configuration() const {
-    std::ofstream config(directory_ / "sshd_config");
+    std::ofstream config(files_.path() / "sshd_config");
     config << "Port " << port_ << "\nListenAddress 127.0.0.1\n"
-           << "HostKey " << (directory_ / "host_ed25519").string() << '\n'
-           << "HostKey " << (directory_ / "host_ecdsa").string() << '\n'
-           << "AuthorizedKeysFile " << (directory_ / "authorized_keys").string() << '\n'
+           << "HostKey " << (files_.path() / "host_ed25519").string() << '\n'
+           << "HostKey " << (files_.path() / "host_ecdsa").string() << '\n'
+           << "AuthorizedKeysFile " << (files_.path() / "authorized_keys").string() << '\n'
            << "PidFile none\nUsePAM no\nStrictModes no\nPasswordAuthentication "
               "no\nKbdInteractiveAuthentication no\n"
            << "PermitRootLogin prohibit-password\nAllowUsers " << current_user() << '\n'
@@ -109,7 +92,7 @@ void SshTryout::write_configuration() const {
            << "Subsystem netconf " << std::filesystem::read_symlink("/proc/self/exe").string()
            << " netconf-stdio --socket " << socket().string() << '\n';
     if (!config.flush())
-        throw Error(ErrorTag::operation_failed, (directory_ / "sshd_config").string(), "cannot be written");
+        throw Error(ErrorTag::operation_failed, (files_.path() / "sshd_config").string(), "cannot be written");
     if (geteuid() == 0)
         mkdir("/run/sshd", 0755); // sshd insists on it; a system that has sshd running has it
 }
@@ -126,8 +109,8 @@ void SshTryout::start() {
         sigset_t none;
         sigemptyset(&none);
         sigprocmask(SIG_SETMASK, &none, nullptr);
-        const std::string log = (directory_ / "sshd.log").string();
-        const std::string config = (directory_ / "sshd_config").string();
+        const std::string log = (files_.path() / "sshd.log").string();
+        const std::string config = (files_.path() / "sshd_config").string();
         execl(sshd_.c_str(), sshd_.c_str(), "-D", "-f", config.c_str(), "-E", log.c_str(), nullptr);
         _exit(127);
     }
@@ -139,7 +122,7 @@ void SshTryout::wait_until_it_listens() const {
     while (!is_answered(port_)) {
         int status = 0;
         if (waitpid(daemon_, &status, WNOHANG) == daemon_ || std::chrono::steady_clock::now() > end) {
-            std::ifstream log(directory_ / "sshd.log");
+            std::ifstream log(files_.path() / "sshd.log");
             std::string reason;
             std::getline(log, reason);
             throw Error(ErrorTag::operation_failed, "sshd", "does not start: " + reason);
@@ -149,7 +132,7 @@ void SshTryout::wait_until_it_listens() const {
 }
 
 std::string SshTryout::instructions() const {
-    const std::string key = (directory_ / "id").string();
+    const std::string key = (files_.path() / "id").string();
     const std::string port = std::to_string(port_);
     const std::string user = current_user();
     return "NETCONF on 127.0.0.1:" + port + ", user " + user + ", key " + key + "\n\n  ssh -p " + port +

@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+#include "frontends/cli/private_directory.h"
+
 namespace yfw::cli {
 
 // An sshd on a loopback port, with host keys of its own and one authorised key, whose subsystem "netconf" is
@@ -20,7 +22,7 @@ public:
     SshTryout &operator=(const SshTryout &) = delete;
 
     // The socket that the NETCONF server is to listen on.
-    std::filesystem::path socket() const { return directory_ / "netconf.sock"; }
+    std::filesystem::path socket() const { return files_.path() / "netconf.sock"; }
 
     // Starts the daemon; to be called once the socket is listened on.
     void start();
@@ -33,7 +35,7 @@ private:
     void write_configuration() const;
     void wait_until_it_listens() const;
 
-    std::filesystem::path directory_;
+    PrivateDirectory files_{"yfw-serve"};
     std::string sshd_;
     uint16_t port_;
     pid_t daemon_ = -1;

@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "frontends/cli/graphviz.h"
+#include "frontends/cli/installation.h"
 #include "frontends/cli/session.h"
 #include "frontends/cli/topology_answer.h"
 #include "frontends/cli/topology_drawing.h"
@@ -78,7 +79,7 @@ void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
 void add_topology(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<TopologyOptions>();
     for (const char *name : {"r1", "r2", "r3", "r4"})
-        options->devices.emplace_back(std::filesystem::path(YFW_EXAMPLES_DIR) / name);
+        options->devices.emplace_back(installation().examples / name);
     CLI::App *command = app.add_subcommand("topology", "Draw who is connected to whom");
     command->footer(topology_examples);
     auto *devices =

@@ -1,0 +1,15 @@
+#include "frontends/cli/installation.h"
+
+namespace yfw::cli {
+
+Installation installation() {
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::filesystem::path prefix = program.parent_path().parent_path();
+    const std::filesystem::path shared = prefix / "share/yfw";
+    if (!error && std::filesystem::is_directory(shared / "models", error))
+        return {shared / "models", shared / "examples", prefix / "lib/yfw/liboclldp.so"};
+    return {YFW_MODELS_DIR, YFW_EXAMPLES_DIR, YFW_PLUGIN_LIBRARY};
+}
+
+} // namespace yfw::cli

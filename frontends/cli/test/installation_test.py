@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+"""Installs the program below a prefix of its own and uses it there.
+
+  installation_test.py CMAKE BUILD_DIRECTORY PACKAGING
+"""
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+CMAKE, BUILD, PACKAGING = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+SSHD = shutil.which("sshd") or "/usr/sbin/sshd"
+
+
+def run(*words, **more):
+    return subprocess.run(words, capture_output=True, text=True, timeout=120, **more)
+
+
+class Installation(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.directory = tempfile.TemporaryDirectory()
+        cls.prefix = pathlib.Path(cls.directory.name) / "usr"
+        installed = run(CMAKE, "--install", BUILD, "--prefix", str(cls.prefix))
+        if installed.returncode != 0:
+            raise RuntimeError(installed.stderr)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.directory.cleanup()
+
+    def yfw(self, *words):
+        state = {**os.environ, "XDG_STATE_HOME": self.directory.name}
+        return run(self.prefix / "bin/yfw", *words, env=state)
+
+    def test_uses_what_is_installed_with_it(self):
+        device = self.prefix / "share/yfw/examples/r1"
+        for file in device.glob("*.xml"):
+            file.write_text(file.read_text().replace("r1.example.net", "installed.example.net"))
+        answer = self.yfw("get", "/lldp/config/system-name")
+        self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+        self.assertEqual(json.loads(answer.stdout)["openconfig-lldp:lldp"]["config"]["system-name"],
+                         "installed.example.net")
+
+    def test_uses_no_models_from_elsewhere(self):
+        module = self.prefix / "share/yfw/models/openconfig-lldp.yang"
+        text = module.read_text()
+        module.write_text("nothing")
+        self.addCleanup(module.write_text, text)
+        answer = self.yfw("get", "/lldp/config")
+        self.assertNotEqual(answer.returncode, 0)
+        self.assertIn(str(module), answer.stderr)
+
+    def test_uses_no_plugin_from_elsewhere(self):
+        plugin = self.prefix / "lib/yfw/liboclldp.so"
+        aside = plugin.with_suffix(".aside")
+        plugin.rename(aside)
+        self.addCleanup(aside.rename, plugin)
+        answer = self.yfw("get", "/lldp/config")
+        self.assertNotEqual(answer.returncode, 0)
+        self.assertIn(str(plugin), answer.stderr)
+
+    @unittest.skipUnless(os.path.exists(SSHD) or "CI" in os.environ, "no sshd here")
+    def test_has_a_snippet_that_sshd_takes(self):
+        key = pathlib.Path(self.directory.name) / "host_key"
+        run("ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", str(key))
+        config = pathlib.Path(self.directory.name) / "sshd_config"
+        snippet = (self.prefix / "share/yfw/sshd-yfw-netconf.conf").read_text()
+        config.write_text(f"HostKey {key}\n{snippet}")
+        checked = run(SSHD, "-T", "-f", str(config))
+        self.assertEqual((checked.returncode, checked.stderr), (0, ""))
+        self.assertIn("subsystem netconf /usr/bin/yfw netconf-stdio", checked.stdout)
+        self.assertIn("port 830", checked.stdout)
+
+    def test_has_a_unit_whose_command_the_program_takes(self):
+        unit = (self.prefix / "lib/systemd/system/yfw-netconf.service").read_text()
+        command = next(line for line in unit.splitlines() if line.startswith("ExecStart=")).split("=", 1)[1].split()
+        self.assertEqual(command[:2], ["/usr/bin/yfw", "serve"])
+        options = [word for word in command[2:] if word.startswith("--")]
+        known = self.yfw("serve", "--help").stdout
+        for option in options:
+            self.assertIn(option, known)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
