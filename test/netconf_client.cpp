@@ -4,10 +4,13 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <stdexcept>
 
 #include <libyang/libyang.h>
 #include <poll.h>
+#include <pwd.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -47,6 +50,30 @@ Xml element_of(const lyd_node *node) {
     return element;
 }
 
+// The test's process is this user as long as the object lives; nothing happens for no user.
+class AsUser {
+public:
+    explicit AsUser(const std::string &name) : switched_(!name.empty()) {
+        if (!switched_)
+            return;
+        const passwd *user = getpwnam(name.c_str());
+        if (user == nullptr || seteuid(user->pw_uid) != 0)
+            throw std::runtime_error("cannot become the user " + name);
+    }
+    ~AsUser() {
+        if (!switched_)
+            return;
+        if (seteuid(getuid()) != 0)
+            std::terminate();
+        prctl(PR_SET_DUMPABLE, 1); // a change of the user takes it, and a leak check needs it
+    }
+    AsUser(const AsUser &) = delete;
+    AsUser &operator=(const AsUser &) = delete;
+
+private:
+    bool switched_;
+};
+
 int rest_of(Clock::time_point deadline) {
     const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
     return static_cast<int>(std::max<int64_t>(rest.count(), 0));
@@ -68,6 +95,21 @@ std::vector<std::string> Xml::texts(std::string_view wanted) const {
     return found;
 }
 
+const Xml *Xml::at(std::string_view names) const {
+    const Xml *found = this;
+    while (found != nullptr && !names.empty()) {
+        const size_t end = std::min(names.find('/'), names.size());
+        found = found->child(names.substr(0, end));
+        names.remove_prefix(std::min(end + 1, names.size()));
+    }
+    return found;
+}
+
+std::string Xml::text_at(std::string_view names) const {
+    const Xml *found = at(names);
+    return found != nullptr ? found->text : "";
+}
+
 Xml parse_xml(const std::string &text) {
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *created = nullptr;
@@ -84,15 +126,24 @@ Xml parse_xml(const std::string &text) {
     return element_of(tree);
 }
 
-Connection::Connection(const std::filesystem::path &path)
+Connection::Connection(const std::filesystem::path &path, const std::string &user)
     : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    if (connect(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
+    int error = 0;
+    try {
+        const AsUser as_user(user); // the kernel remembers who connects
+        if (connect(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+            error = errno;
+    } catch (...) {
+        close(socket_);
+        throw;
+    }
+    if (error == 0)
         return;
     close(socket_);
-    throw std::runtime_error("nobody listens on " + path.string() + ": " + std::strerror(errno));
+    throw std::runtime_error("nobody listens on " + path.string() + ": " + std::strerror(error));
 }
 
 Connection::~Connection() {
@@ -156,6 +207,10 @@ std::optional<std::string> Connection::until_closed(std::chrono::milliseconds li
     return ended_ ? std::optional(buffer_) : std::nullopt;
 }
 
+bool Connection::has_more(std::chrono::milliseconds limit) {
+    return !buffer_.empty() || receive_more(Clock::now() + limit);
+}
+
 void Connection::finish_sending() const {
     shutdown(socket_, SHUT_WR);
 }
@@ -186,8 +241,9 @@ std::string rpc_message(const std::string &operation, const std::string &id) {
     return "<rpc message-id=\"" + id + "\" xmlns=\"" + base_namespace + "\">" + operation + "</rpc>";
 }
 
-NetconfClient::NetconfClient(const std::filesystem::path &socket, const std::vector<std::string> &capabilities)
-    : connection_(socket),
+NetconfClient::NetconfClient(const std::filesystem::path &socket, const std::vector<std::string> &capabilities,
+                             const std::string &user)
+    : connection_(socket, user),
       has_chunks_(std::find(capabilities.begin(), capabilities.end(), base_1_1) != capabilities.end()) {
     std::string hello = connection_.receive_to(end_of_message);
     hello_ = parse_xml(hello.substr(0, hello.size() - end_of_message.size()));
@@ -199,9 +255,31 @@ Xml NetconfClient::rpc(const std::string &operation) {
     if (!send(rpc_message(operation, id)))
         throw std::runtime_error("the server does not take " + operation.substr(0, 200));
     Xml reply = receive();
+    while (reply.name == "notification") {
+        notifications_.push_back(std::move(reply));
+        reply = receive();
+    }
     if (reply.attributes["message-id"] != id)
         throw std::runtime_error("another message was answered: " + reply.printed);
     return reply;
+}
+
+std::optional<Xml> NetconfClient::notification(std::chrono::milliseconds limit) {
+    std::optional<Xml> next;
+    if (!notifications_.empty()) {
+        next = std::move(notifications_.front());
+        notifications_.pop_front();
+        return next;
+    }
+    if (!connection_.has_more(limit)) {
+        if (connection_.until_closed(std::chrono::milliseconds(0)).has_value())
+            throw std::runtime_error("closed instead of a notification");
+        return next;
+    }
+    next = receive();
+    if (next->name != "notification")
+        throw std::runtime_error("no notification: " + next->printed);
+    return next;
 }
 
 bool NetconfClient::send(const std::string &message) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -33,6 +34,10 @@ struct Xml {
     const Xml *child(std::string_view wanted) const;
     /// The texts of the children by that name.
     std::vector<std::string> texts(std::string_view wanted) const;
+    /// A descendant by the names of the elements down to it, "a/b/c"; nothing when there is none.
+    const Xml *at(std::string_view names) const;
+    /// Its text; empty when there is none.
+    std::string text_at(std::string_view names) const;
 };
 
 /// Throws std::runtime_error when the text is no XML document with one root in a namespace.
@@ -41,8 +46,9 @@ Xml parse_xml(const std::string &text);
 /// Bytes to and from a Unix socket.
 class Connection {
 public:
-    /// Throws std::runtime_error when nobody listens.
-    explicit Connection(const std::filesystem::path &socket);
+    /// `user`: the local user that the other end sees, which only root can choose; empty for the test's own.
+    /// Throws std::runtime_error when nobody listens, and when there is no such user.
+    explicit Connection(const std::filesystem::path &socket, const std::string &user = "");
     ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
@@ -54,6 +60,8 @@ public:
     std::string receive(size_t count);
     /// What comes until the other end closes; nothing when it does not.
     std::optional<std::string> until_closed(std::chrono::milliseconds limit = patience);
+    /// Whether there is something to receive, or comes in time.
+    bool has_more(std::chrono::milliseconds limit);
     /// No more will be sent.
     void finish_sending() const;
     /// The process at the other end.
@@ -81,11 +89,16 @@ std::string rpc_message(const std::string &operation, const std::string &id = "1
 /// A session. Replies are parsed; one that is not well formed throws.
 class NetconfClient {
 public:
+    /// `user` as of Connection.
     explicit NetconfClient(const std::filesystem::path &socket,
-                           const std::vector<std::string> &capabilities = {base_1_0, base_1_1});
+                           const std::vector<std::string> &capabilities = {base_1_0, base_1_1},
+                           const std::string &user = "");
 
-    /// Sends an operation and gives its reply.
+    /// Sends an operation and gives its reply. Notifications that come before it are kept for notification().
     Xml rpc(const std::string &operation);
+    /// The next notification, those that are kept first; nothing when none comes in time. Throws
+    /// std::runtime_error when another message comes, and when the server closes.
+    std::optional<Xml> notification(std::chrono::milliseconds limit = patience);
     /// Sends a message as it is.
     bool send(const std::string &message);
     Xml receive() { return parse_xml(receive_text()); }
@@ -101,6 +114,7 @@ private:
     bool has_chunks_;
     int last_id_ = 0;
     Xml hello_;
+    std::deque<Xml> notifications_; // that came before a reply
 };
 
 } // namespace yfw::test

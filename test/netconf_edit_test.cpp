@@ -20,23 +20,6 @@ Strings with_interfaces(Strings global) {
     return global;
 }
 
-std::string config(const std::string &content, const std::string &operation = "") {
-    return lldp("<config" + (operation.empty() ? "" : " nc:operation=\"" + operation + "\"") + ">" + content +
-                "</config>");
-}
-
-std::string leaf(const std::string &name, const std::string &value, const std::string &operation = "") {
-    return "<" + name + (operation.empty() ? "" : " nc:operation=\"" + operation + "\"") + ">" + value + "</" +
-           name + ">";
-}
-
-std::string interface(const std::string &name, const std::string &enabled, const std::string &operation = "") {
-    const std::string content =
-        leaf("name", name) +
-        (enabled.empty() ? "" : "<config>" + leaf("name", name) + leaf("enabled", enabled) + "</config>");
-    return lldp("<interfaces>" + leaf("interface", content, operation) + "</interfaces>");
-}
-
 // --- what becomes of an edit ---
 
 struct EditCase {
@@ -69,52 +52,53 @@ INSTANTIATE_TEST_SUITE_P(
     A, AnEditOf,
     testing::Combine(
         testing::Values(
-            EditCase{"LeafMerged", config(leaf("system-name", "new")),
+            EditCase{"LeafMerged", config_edit(leaf_edit("system-name", "new")),
                      with_interfaces({"true", "new", description})},
-            EditCase{"LeafAdded", config(leaf("hello-timer", "40")),
+            EditCase{"LeafAdded", config_edit(leaf_edit("hello-timer", "40")),
                      with_interfaces({"true", "40", "r1.example.net", description})},
-            EditCase{"LeafReplaced", config(leaf("system-name", "new", "replace")),
+            EditCase{"LeafReplaced", config_edit(leaf_edit("system-name", "new", "replace")),
                      with_interfaces({"true", "new", description})},
-            EditCase{"LeafCreated", config(leaf("hello-timer", "40", "create")),
+            EditCase{"LeafCreated", config_edit(leaf_edit("hello-timer", "40", "create")),
                      with_interfaces({"true", "40", "r1.example.net", description})},
-            EditCase{"LeafDeleted", config(leaf("system-name", "", "delete")),
+            EditCase{"LeafDeleted", config_edit(leaf_edit("system-name", "", "delete")),
                      with_interfaces({"true", description})},
-            EditCase{"LeafRemoved", config(leaf("system-name", "", "remove")),
+            EditCase{"LeafRemoved", config_edit(leaf_edit("system-name", "", "remove")),
                      with_interfaces({"true", description})},
-            EditCase{"LeafRemovedThatIsNot", config(leaf("hello-timer", "", "remove")),
+            EditCase{"LeafRemovedThatIsNot", config_edit(leaf_edit("hello-timer", "", "remove")),
                      with_interfaces(original)},
             EditCase{"ContainerReplaced",
-                     config(leaf("enabled", "true") + leaf("system-name", "new"), "replace"),
+                     config_edit(leaf_edit("enabled", "true") + leaf_edit("system-name", "new"), "replace"),
                      with_interfaces({"true", "new"})},
             EditCase{"InterfaceCreated",
-                     interface("eth4", "true", "create"),
+                     interface_edit("eth4", "true", "create"),
                      {"true", "r1.example.net", description, "eth1", "true", "eth2", "true", "eth3", "true",
                       "eth4", "true"}},
             EditCase{"InterfaceDeleted",
-                     interface("eth2", "", "delete"),
+                     interface_edit("eth2", "", "delete"),
                      {"true", "r1.example.net", description, "eth1", "true", "eth3", "true"}},
             EditCase{"InterfaceMerged",
-                     interface("eth2", "false"),
+                     interface_edit("eth2", "false"),
                      {"true", "r1.example.net", description, "eth1", "true", "eth2", "false", "eth3", "true"}},
-            EditCase{"MergeByDefault", config(leaf("system-name", "new")),
+            EditCase{"MergeByDefault", config_edit(leaf_edit("system-name", "new")),
                      with_interfaces({"true", "new", description}),
                      "<default-operation>merge</default-operation>"},
-            EditCase{"NoneByDefault", config(leaf("system-name", "new")), with_interfaces(original),
+            EditCase{"NoneByDefault", config_edit(leaf_edit("system-name", "new")), with_interfaces(original),
                      "<default-operation>none</default-operation>"},
             EditCase{"NoneByDefaultWithAnOperationInside",
-                     config(leaf("system-name", "new", "merge") + leaf("system-description", "", "delete")),
+                     config_edit(leaf_edit("system-name", "new", "merge") +
+                                 leaf_edit("system-description", "", "delete")),
                      with_interfaces({"true", "new"}), "<default-operation>none</default-operation>"},
             EditCase{"ReplaceByDefault",
-                     config(leaf("enabled", "true") + leaf("system-name", "new")),
+                     config_edit(leaf_edit("enabled", "true") + leaf_edit("system-name", "new")),
                      {"true", "new"},
                      "<default-operation>replace</default-operation>"},
-            EditCase{"TestOnly", config(leaf("system-name", "new")), with_interfaces(original),
+            EditCase{"TestOnly", config_edit(leaf_edit("system-name", "new")), with_interfaces(original),
                      "<test-option>test-only</test-option>"},
-            EditCase{"TestThenSet", config(leaf("system-name", "new")),
+            EditCase{"TestThenSet", config_edit(leaf_edit("system-name", "new")),
                      with_interfaces({"true", "new", description}), "<test-option>test-then-set</test-option>"},
-            EditCase{"Set", config(leaf("system-name", "new")), with_interfaces({"true", "new", description}),
-                     "<test-option>set</test-option>"},
-            EditCase{"AllOptions", config(leaf("system-name", "new")),
+            EditCase{"Set", config_edit(leaf_edit("system-name", "new")),
+                     with_interfaces({"true", "new", description}), "<test-option>set</test-option>"},
+            EditCase{"AllOptions", config_edit(leaf_edit("system-name", "new")),
                      with_interfaces({"true", "new", description}),
                      "<default-operation>merge</default-operation><test-option>test-then-set</test-option>"
                      "<error-option>rollback-on-error</error-option>"},
@@ -175,15 +159,15 @@ INSTANTIATE_TEST_SUITE_P(
     Because, AnEditThatIsRefused,
     testing::Combine(
         testing::Values(
-            RefusedCase{"ALeafExists", config(leaf("system-name", "new", "create")), "data-exists",
+            RefusedCase{"ALeafExists", config_edit(leaf_edit("system-name", "new", "create")), "data-exists",
                         in_config + "system-name"},
-            RefusedCase{"AnInterfaceExists", interface("eth1", "true", "create"), "data-exists",
+            RefusedCase{"AnInterfaceExists", interface_edit("eth1", "true", "create"), "data-exists",
                         in_list + "eth1']"},
-            RefusedCase{"ALeafIsMissing", config(leaf("hello-timer", "", "delete")), "data-missing",
+            RefusedCase{"ALeafIsMissing", config_edit(leaf_edit("hello-timer", "", "delete")), "data-missing",
                         in_config + "hello-timer"},
-            RefusedCase{"AnInterfaceIsMissing", interface("eth9", "", "delete"), "data-missing",
+            RefusedCase{"AnInterfaceIsMissing", interface_edit("eth9", "", "delete"), "data-missing",
                         in_list + "eth9']"},
-            RefusedCase{"AnElementIsUnknown", config(leaf("nonsense", "1")), "unknown-element", "",
+            RefusedCase{"AnElementIsUnknown", config_edit(leaf_edit("nonsense", "1")), "unknown-element", "",
                         "bad-element=nonsense"},
             RefusedCase{"AContainerIsUnknown", lldp("<nonsense><more/></nonsense>"), "unknown-element", "",
                         "bad-element=nonsense"},
@@ -192,35 +176,36 @@ INSTANTIATE_TEST_SUITE_P(
             RefusedCase{"ANamespaceIsUnknown", "<lldp xmlns=\"urn:example:nonsense\"/>", "unknown-namespace",
                         "", "bad-namespace=urn:example:nonsense"},
             RefusedCase{"ANamespaceWithinIsUnknown",
-                        config("<system-name xmlns=\"urn:example:nonsense\">x</system-name>"),
+                        config_edit("<system-name xmlns=\"urn:example:nonsense\">x</system-name>"),
                         "unknown-namespace", "", "bad-namespace=urn:example:nonsense"},
-            RefusedCase{"ANumberIsNone", config(leaf("hello-timer", "often")), "invalid-value",
+            RefusedCase{"ANumberIsNone", config_edit(leaf_edit("hello-timer", "often")), "invalid-value",
                         in_config + "hello-timer"},
-            RefusedCase{"ANumberIsNotInTheNativeRange", config(leaf("hello-timer", "65536000")),
+            RefusedCase{"ANumberIsNotInTheNativeRange", config_edit(leaf_edit("hello-timer", "65536000")),
                         "invalid-value", in_config + "hello-timer"},
-            RefusedCase{"ABooleanIsNone", config(leaf("enabled", "yes")), "invalid-value",
+            RefusedCase{"ABooleanIsNone", config_edit(leaf_edit("enabled", "yes")), "invalid-value",
                         in_config + "enabled"},
-            RefusedCase{"ATextIsTooLong", config(leaf("system-name", std::string(256, 'x'))), "invalid-value",
-                        in_config + "system-name"},
+            RefusedCase{"ATextIsTooLong", config_edit(leaf_edit("system-name", std::string(256, 'x'))),
+                        "invalid-value", in_config + "system-name"},
             RefusedCase{"AnInterfaceHasNoName",
                         lldp("<interfaces><interface><config><enabled>true</enabled></config></interface>"
                              "</interfaces>"),
                         "missing-element", "", "bad-element=name"},
-            RefusedCase{"AnOperationIsUnknown", config(leaf("system-name", "x", "nonsense")), "bad-attribute",
-                        in_config + "system-name", "bad-attribute=operation"},
+            RefusedCase{"AnOperationIsUnknown", config_edit(leaf_edit("system-name", "x", "nonsense")),
+                        "bad-attribute", in_config + "system-name", "bad-attribute=operation"},
             RefusedCase{"TheSecondOfTwoIsWrong",
-                        config(leaf("system-name", "new") + leaf("hello-timer", "often")), "invalid-value",
-                        in_config + "hello-timer"},
+                        config_edit(leaf_edit("system-name", "new") + leaf_edit("hello-timer", "often")),
+                        "invalid-value", in_config + "hello-timer"},
             RefusedCase{"OneIsWrongWithRollback",
-                        config(leaf("system-name", "new") + leaf("enabled", "true", "create")), "data-exists",
-                        in_config + "enabled", "", "<error-option>rollback-on-error</error-option>"},
+                        config_edit(leaf_edit("system-name", "new") + leaf_edit("enabled", "true", "create")),
+                        "data-exists", in_config + "enabled", "",
+                        "<error-option>rollback-on-error</error-option>"},
             RefusedCase{"OneIsWrongWithStop",
-                        config(leaf("system-name", "new") + leaf("enabled", "true", "create")), "data-exists",
-                        in_config + "enabled", "", "<error-option>stop-on-error</error-option>"},
-            RefusedCase{"ATestShowsIt", config(leaf("hello-timer", "often")), "invalid-value",
+                        config_edit(leaf_edit("system-name", "new") + leaf_edit("enabled", "true", "create")),
+                        "data-exists", in_config + "enabled", "", "<error-option>stop-on-error</error-option>"},
+            RefusedCase{"ATestShowsIt", config_edit(leaf_edit("hello-timer", "often")), "invalid-value",
                         in_config + "hello-timer", "", "<test-option>test-only</test-option>"},
-            RefusedCase{"ATestShowsThatItExists", config(leaf("enabled", "true", "create")), "data-exists",
-                        in_config + "enabled", "", "<test-option>test-only</test-option>"}),
+            RefusedCase{"ATestShowsThatItExists", config_edit(leaf_edit("enabled", "true", "create")),
+                        "data-exists", in_config + "enabled", "", "<test-option>test-only</test-option>"}),
         testing::Values("running", "candidate")),
     [](const auto &test) { return std::string(std::get<0>(test.param).name) + "_" + std::get<1>(test.param); });
 

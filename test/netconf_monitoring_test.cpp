@@ -266,8 +266,10 @@ TEST_F(NetconfMonitoring, HasALibraryThatIsValidAndNamesItsModules) {
     const Tree tree = library();
     const std::vector<std::string> implemented =
         values_at(tree.get(), "/ietf-yang-library:yang-library/module-set/module/name");
-    for (const char *name : {"openconfig-lldp", "openconfig-lldp-types", "ietf-netconf",
-                             "ietf-netconf-monitoring", "ietf-yang-library"})
+    for (const char *name :
+         {"openconfig-lldp", "openconfig-lldp-types", "ietf-netconf", "ietf-netconf-monitoring",
+          "ietf-yang-library", "notifications", "nc-notifications", "ietf-netconf-notifications",
+          "ietf-netconf-with-defaults", "ietf-netconf-nmda", "yfw-lldp-notifications"})
         EXPECT_THAT(implemented, Contains(name));
     EXPECT_THAT(values_at(tree.get(),
                           "/ietf-yang-library:yang-library/module-set/module[name='openconfig-lldp']"

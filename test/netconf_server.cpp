@@ -9,14 +9,19 @@ namespace yfw::test {
 namespace fs = std::filesystem;
 
 NetconfServer::NetconfServer(std::vector<std::string> options, const fs::path &device)
-    : options_(std::move(options)) {
-    fs::copy(device, this->device());
+    : served_((directory_.path() / "device").string()), options_(std::move(options)) {
+    fs::copy(device, served_);
     setenv("XDG_STATE_HOME", (directory_.path() / "state").c_str(), 1);
     start();
 }
 
+NetconfServer::NetconfServer(const LiveDevice &device) : served_(device.name) {
+    start();
+}
+
 void NetconfServer::start() {
-    std::vector<std::string> words{"serve", "--device", device().string(), "--socket", socket().string()};
+    fs::permissions(directory_.path(), fs::perms(0755));
+    std::vector<std::string> words{"serve", "--device", served_, "--socket", socket().string()};
     words.insert(words.end(), options_.begin(), options_.end());
     process_.emplace(words);
     const bool listens = eventually([this] {
@@ -120,6 +125,24 @@ std::string name_edit(const std::string &name) {
     return lldp("<config><system-name>" + name + "</system-name></config>");
 }
 
+std::string leaf_edit(const std::string &name, const std::string &value, const std::string &operation) {
+    return "<" + name + (operation.empty() ? "" : " nc:operation=\"" + operation + "\"") + ">" + value + "</" +
+           name + ">";
+}
+
+std::string config_edit(const std::string &leaves, const std::string &operation) {
+    return lldp(leaf_edit("config", leaves, operation));
+}
+
+std::string interface_edit(const std::string &name, const std::string &enabled, const std::string &operation) {
+    const std::string settings = leaf_edit("name", name) + leaf_edit("enabled", enabled);
+    return lldp("<interfaces>" +
+                leaf_edit("interface",
+                          leaf_edit("name", name) + (enabled.empty() ? "" : leaf_edit("config", settings)),
+                          operation) +
+                "</interfaces>");
+}
+
 std::string get_config(const std::string &datastore, const std::string &filter) {
     return "<get-config><source><" + datastore + "/></source>" + filter + "</get-config>";
 }
@@ -139,6 +162,20 @@ std::string unlock(const std::string &datastore) {
 
 std::string subtree(const std::string &content) {
     return "<filter type=\"subtree\">" + content + "</filter>";
+}
+
+std::string nmda_operation(const std::string &operation, const std::string &content) {
+    return "<" + operation + " xmlns=\"" + nmda_namespace + "\" xmlns:ds=\"" + datastores_namespace +
+           "\" xmlns:oc=\"http://openconfig.net/yang/lldp\">" + content + "</" + operation + ">";
+}
+
+std::string get_data(const std::string &datastore, const std::string &more) {
+    return nmda_operation("get-data", "<datastore>ds:" + datastore + "</datastore>" + more);
+}
+
+std::string edit_data(const std::string &datastore, const std::string &config, const std::string &options) {
+    return nmda_operation("edit-data", "<datastore>ds:" + datastore + "</datastore>" + options + "<config>" +
+                                           config + "</config>");
 }
 
 } // namespace yfw::test

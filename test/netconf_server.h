@@ -13,12 +13,19 @@
 
 namespace yfw::test {
 
+/// A device that is not the test's own, as --device takes it.
+struct LiveDevice {
+    std::string name;
+};
+
 /// A server with a directory, a device and a state of its own. The device is a copy of the recorded r1 unless
-/// another directory is given.
+/// another directory is given. Every local user can reach the socket.
 class NetconfServer {
 public:
     explicit NetconfServer(std::vector<std::string> options = {},
                            const std::filesystem::path &device = YFW_EXAMPLES_DIR "/r1");
+    /// Serves a live device; where its state is kept is as the environment says.
+    explicit NetconfServer(const LiveDevice &device);
 
     /// Starts it and waits until it takes connections. Throws std::runtime_error with what it said when it ends
     /// instead.
@@ -40,6 +47,7 @@ private:
     std::string process_file(const std::string &name) const;
 
     TemporaryDirectory directory_;
+    std::string served_; // what --device takes
     std::vector<std::string> options_;
     pid_t number_ = -1; // of the process
     std::optional<RunningYfw> process_;
@@ -48,7 +56,8 @@ private:
 /// Tests with a server of their own.
 class NetconfTest : public testing::Test {
 protected:
-    NetconfTest() : modules_(openconfig_modules()) {}
+    explicit NetconfTest(std::vector<std::string> options = {})
+        : modules_(openconfig_modules()), server_(std::move(options)) {}
     NetconfServer &server() { return server_; }
     const ly_ctx *modules() const { return modules_.get(); }
 
@@ -84,6 +93,13 @@ std::string error_info(const Xml &error, const std::string &name);
 std::string lldp(const std::string &content);
 /// The device's name as an edit.
 std::string name_edit(const std::string &name);
+/// A leaf of an edit; `operation` as of RFC 6241 section 7.2, here and below.
+std::string leaf_edit(const std::string &name, const std::string &value, const std::string &operation = "");
+/// The device's configuration with these leaves, as an edit.
+std::string config_edit(const std::string &leaves, const std::string &operation = "");
+/// An interface as an edit; without `enabled` its key alone.
+std::string interface_edit(const std::string &name, const std::string &enabled,
+                           const std::string &operation = "");
 std::string get_config(const std::string &datastore, const std::string &filter = "");
 /// `options`: what stands between the target and the configuration.
 std::string edit_config(const std::string &datastore, const std::string &config,
@@ -91,5 +107,13 @@ std::string edit_config(const std::string &datastore, const std::string &config,
 std::string lock(const std::string &datastore);
 std::string unlock(const std::string &datastore);
 std::string subtree(const std::string &content);
+
+inline const std::string nmda_namespace = "urn:ietf:params:xml:ns:yang:ietf-netconf-nmda";
+inline const std::string datastores_namespace = "urn:ietf:params:xml:ns:yang:ietf-datastores";
+
+/// An operation of RFC 8526; the prefix "ds" is that of the datastores' names, "oc" that of OpenConfig LLDP.
+std::string nmda_operation(const std::string &operation, const std::string &content);
+std::string get_data(const std::string &datastore, const std::string &more = "");
+std::string edit_data(const std::string &datastore, const std::string &config, const std::string &options = "");
 
 } // namespace yfw::test

@@ -126,6 +126,40 @@ TEST_F(NetconfHello, IsAwaitedForHalfAMinute) {
     EXPECT_EQ(name(next), "r1.example.net");
 }
 
+class AnImpatientServer : public NetconfTest {
+protected:
+    AnImpatientServer() : NetconfTest({"--hello-timeout", "1"}) {}
+};
+
+TEST_F(AnImpatientServer, ClosesWhoDoesNotSayHelloInTimeAndNobodyElse) {
+    NetconfClient idle(server().socket());
+    const std::string hello = with_end_of_message(hello_message({base_1_0}));
+    Connection silent(server().socket()), half(server().socket()), nearly(server().socket());
+    half.send(hello.substr(0, hello.size() / 2));
+    nearly.send(hello.substr(0, hello.size() - 1));
+    const std::chrono::seconds limit(10);
+    for (Connection *each : {&silent, &half, &nearly})
+        EXPECT_TRUE(each->until_closed(limit).has_value());
+    EXPECT_EQ(name(idle), "r1.example.net");
+    NetconfClient next(server().socket());
+    EXPECT_EQ(name(next), "r1.example.net");
+}
+
+// Each byte of a slow hello is no new beginning.
+TEST_F(AnImpatientServer, DoesNotWaitLongerForAHelloThatComesByteByByte) {
+    Connection slow(server().socket());
+    const std::string hello = hello_message({base_1_0}, std::string(1000, ' '));
+    size_t sent = 0;
+    EXPECT_TRUE(eventually(
+        [&] {
+            slow.send(hello.substr(sent++ % hello.size(), 1));
+            return slow.until_closed(std::chrono::milliseconds(0)).has_value();
+        },
+        std::chrono::seconds(10)));
+    NetconfClient next(server().socket());
+    EXPECT_EQ(name(next), "r1.example.net");
+}
+
 // --- messages ---
 
 class NetconfMessage : public NetconfTest {};

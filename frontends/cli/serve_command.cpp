@@ -5,6 +5,9 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include <unistd.h>
 
@@ -39,6 +42,7 @@ constexpr const char *default_socket = "/run/yfw/netconf.sock";
 struct ServeOptions {
     netconf::ServerOptions server;
     std::string socket;
+    std::string nacm;
     uint16_t port = 0;
     int hello_timeout = 30; // seconds
     uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
@@ -50,14 +54,30 @@ void publish(netconf::EventStream &events, const NeighborReport &report) {
                                      report.id(), netconf::print_data(report.answer.get()));
 }
 
-void serve_device(const DeviceOptions &device, const netconf::ServerOptions &options, int stop,
-                  const std::function<void()> &ready) {
+// Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
+// host::Error for a file that is no rules.
+std::optional<netconf::Nacm> access_rules(const DeviceOptions &device, const netconf::ProtocolModules &modules,
+                                          const std::string &file) {
+    if (file.empty())
+        return std::nullopt;
+    std::vector<std::string> names;
+    for (const netconf::ModuleName &module : modules.modules())
+        if (module.offered)
+            names.push_back(module.name);
+    return netconf::Nacm(file, {device.native_models / "ietf", device.openconfig_models, device.native_models},
+                         names);
+}
+
+void serve_device(const DeviceOptions &device, netconf::ServerOptions options, const std::string &rules,
+                  int stop, const std::function<void()> &ready) {
     Session session(device);
     if (session.source.store().empty())
         throw host::Error(host::ErrorTag::missing_element, "--store",
                           "a device that is given as files needs a file for its commits");
     const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
                                            device.native_models);
+    const std::optional<netconf::Nacm> nacm = access_rules(device, modules, rules);
+    options.nacm = nacm.has_value() ? &*nacm : nullptr;
     netconf::EventStream events;
     netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
     datastores.recover();
@@ -79,14 +99,14 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
-        serve_device(device, server, stop.descriptor(),
+        serve_device(device, server, options.nacm, stop.descriptor(),
                      [&] { std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl; });
         return;
     }
     SshTryout ssh(options.port);
     server.socket = ssh.socket();
     server.groups.owner = geteuid();
-    serve_device(device, server, stop.descriptor(), [&] {
+    serve_device(device, server, options.nacm, stop.descriptor(), [&] {
         ssh.start();
         std::cout << ssh.instructions() << std::flush;
     });
@@ -110,6 +130,10 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
     serve->add_option("--writers", options->server.groups.writers, "The group of those who may read and edit")
         ->capture_default_str()
         ->option_text("GROUP");
+    serve
+        ->add_option("--nacm", options->nacm,
+                     "Access rules, a <nacm> document of ietf-netconf-acm, that hold beside the groups")
+        ->option_text("FILE");
     serve
         ->add_option("--max-chunk", options->largest_chunk,
                      "The longest chunk that is accepted; default 10 MiB")

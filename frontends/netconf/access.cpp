@@ -21,9 +21,16 @@ std::vector<gid_t> groups_of(const passwd &user) {
     return groups;
 }
 
-bool belongs_to(const std::vector<gid_t> &groups, const std::string &name) {
-    const group *found = getgrnam(name.c_str());
-    return found != nullptr && std::find(groups.begin(), groups.end(), found->gr_gid) != groups.end();
+std::vector<std::string> names_of(const std::vector<gid_t> &groups) {
+    std::vector<std::string> names;
+    for (const gid_t number : groups)
+        if (const group *found = getgrgid(number))
+            names.emplace_back(found->gr_name);
+    return names;
+}
+
+bool belongs_to(const User &user, const std::string &group) {
+    return std::find(user.groups.begin(), user.groups.end(), group) != user.groups.end();
 }
 
 } // namespace
@@ -34,17 +41,11 @@ std::optional<User> user_of_peer(int socket, const AccessGroups &groups) {
     if (getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0)
         return std::nullopt;
     const passwd *entry = getpwuid(peer.uid);
-    const std::string name = entry != nullptr ? entry->pw_name : std::to_string(peer.uid);
-    if (peer.uid == 0 || peer.uid == groups.owner)
-        return User{name, true};
-    if (entry == nullptr)
-        return std::nullopt;
-    const std::vector<gid_t> member = groups_of(*entry);
-    if (belongs_to(member, groups.writers))
-        return User{name, true};
-    if (belongs_to(member, groups.readers))
-        return User{name, false};
-    return std::nullopt;
+    User user{entry != nullptr ? entry->pw_name : std::to_string(peer.uid), false, {}};
+    if (entry != nullptr)
+        user.groups = names_of(groups_of(*entry));
+    user.may_write = peer.uid == 0 || peer.uid == groups.owner || belongs_to(user, groups.writers);
+    return user.may_write || belongs_to(user, groups.readers) ? std::optional(user) : std::nullopt;
 }
 
 } // namespace yfw::netconf

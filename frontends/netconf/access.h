@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -18,6 +19,7 @@ struct AccessGroups {
 struct User {
     std::string name;
     bool may_write = false;
+    std::vector<std::string> groups; // all of them
 };
 
 // The user at the other end of a Unix socket; nothing when they belong to neither group. Root is a writer.

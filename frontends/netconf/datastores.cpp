@@ -27,7 +27,7 @@ host::CommitNote note_of(const Caller &caller) {
 
 Datastores::Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine,
                        EventStream &events)
-    : schemas_(schemas), source_(source), editor_(schemas, source, engine), events_(events) {}
+    : schemas_(schemas), source_(source), engine_(engine), editor_(schemas, source, engine), events_(events) {}
 
 host::DataTree Datastores::running() const {
     return source_.running_configuration();
@@ -58,18 +58,45 @@ void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) con
                        "the datastore is locked by session " + std::to_string(lock->second.session));
 }
 
+// What a client changes is told by what it sees before and after, and not by what it asks for (RFC 8341
+// section 3.2.3 and following).
+void Datastores::refuse_denied(const Caller &caller, const lyd_node *before, const lyd_node *after) const {
+    const auto seen = [this](const lyd_node *native) {
+        host::ReadRequest request;
+        request.content = host::Content::config;
+        request.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
+        return engine_.read(request, host::copy_configuration(native)).data;
+    };
+    const auto denied = caller.rules->denied_write(seen(before).get(), seen(after).get());
+    if (denied.has_value())
+        throw RpcError("application", "access-denied",
+                       caller.user + " may not " + std::string(to_string(denied->access)) + " this node")
+            .at(denied->path);
+}
+
+host::ChangeGuard Datastores::guard_of(const Caller &caller) const {
+    if (caller.rules == nullptr)
+        return {};
+    return [this, &caller](const lyd_node *before, const lyd_node *after) {
+        refuse_denied(caller, before, after);
+    };
+}
+
 void Datastores::edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test) {
     const Guard guard(mutex_);
     refuse_if_locked(caller, target);
-    if (only_test) {
-        const host::DataTree before = running();
-        editor_.apply(edit, target == Datastore::candidate ? candidate_or(before) : before.get());
-    } else if (target == Datastore::running) {
-        if (editor_.edit(edit, note_of(caller)).has_value())
+    if (target == Datastore::running && !only_test) {
+        if (editor_.edit(edit, note_of(caller), guard_of(caller)).has_value())
             publish_config_change(events_, caller.actor(), edit_records(edit));
-    } else {
-        const host::DataTree before = running();
-        candidate_ = editor_.apply(edit, candidate_or(before));
+        return;
+    }
+    const host::DataTree now_running = running();
+    const lyd_node *before = target == Datastore::candidate ? candidate_or(now_running) : now_running.get();
+    host::DataTree after = editor_.apply(edit, before);
+    if (caller.rules != nullptr)
+        refuse_denied(caller, before, after.get());
+    if (!only_test) {
+        candidate_ = std::move(after);
         candidate_edits_.push_back(host::print_edit(edit));
         const std::vector<EditRecord> records = edit_records(edit);
         candidate_records_.insert(candidate_records_.end(), records.begin(), records.end());
@@ -97,6 +124,8 @@ void Datastores::copy(const Caller &caller, Datastore from, Datastore to) {
         return commit(caller, std::nullopt, std::nullopt);
     const Guard guard(mutex_);
     refuse_if_locked(caller, to);
+    if (caller.rules != nullptr && candidate_.has_value())
+        refuse_denied(caller, candidate_->get(), running().get());
     drop_candidate();
 }
 
@@ -149,7 +178,7 @@ void Datastores::commit_candidate(const Caller &caller) {
     if (!candidate_.has_value())
         return;
     const std::string edit = std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string());
-    if (editor_.commit_configuration(candidate_->get(), edit, note_of(caller)).has_value())
+    if (editor_.commit_configuration(candidate_->get(), edit, note_of(caller), guard_of(caller)).has_value())
         publish_config_change(events_, caller.actor(), candidate_records_);
 }
 

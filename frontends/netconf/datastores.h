@@ -5,11 +5,13 @@
 #include <atomic>
 #include <chrono>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "frontends/netconf/nacm.h"
 #include "frontends/netconf/server_events.h"
 #include "host/configured_device.h"
 #include "host/edit.h"
@@ -23,6 +25,7 @@ struct Caller {
     std::string user;
     bool may_write = false;
     bool is_subscribed = false;
+    std::shared_ptr<const UserRules> rules = nullptr; // of access; without them all of that is permitted
 
     Actor actor() const { return {session, user}; }
 };
@@ -87,6 +90,8 @@ private:
     host::DataTree running() const;
     void drop_candidate();
     const lyd_node *candidate_or(const host::DataTree &running) const;
+    void refuse_denied(const Caller &caller, const lyd_node *before, const lyd_node *after) const;
+    host::ChangeGuard guard_of(const Caller &caller) const;
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;
     void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
     // `actor`: who wants it. Does not tell of the confirmed commit.
@@ -101,6 +106,7 @@ private:
 
     const host::Schemas &schemas_;
     host::ConfiguredSource &source_;
+    host::Engine &engine_;
     host::Editor editor_;
     EventStream &events_;
     std::optional<host::DataTree> candidate_; // nothing: the same as running

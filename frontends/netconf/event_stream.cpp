@@ -32,9 +32,16 @@ std::string print_time(EventTime time) {
     return day_and_time + ("." + std::string(6 - fraction.size(), '0') + fraction) + "Z";
 }
 
-EventTime parse_time(const std::string &text) {
+std::optional<EventTime> parse_time(const std::string &text) {
+    const auto number = [&text](size_t at, size_t digits) {
+        return static_cast<unsigned>(std::stoul(text.substr(at, digits)));
+    };
+    const std::chrono::year_month_day day(std::chrono::year(static_cast<int>(number(0, 4))),
+                                          std::chrono::month(number(5, 2)), std::chrono::day(number(8, 2)));
+    const bool is_time = number(11, 2) < 24 && number(14, 2) < 60 && number(17, 2) <= 60; // with leap seconds
     timespec read{};
-    ly_time_str2ts(text.c_str(), &read);
+    if (!day.ok() || !is_time || ly_time_str2ts(text.c_str(), &read) != LY_SUCCESS)
+        return std::nullopt;
     return EventTime(std::chrono::seconds(read.tv_sec) + std::chrono::nanoseconds(read.tv_nsec));
 }
 

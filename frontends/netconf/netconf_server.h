@@ -24,6 +24,7 @@ namespace yfw::netconf {
 struct ServerOptions {
     std::filesystem::path socket;
     AccessGroups groups;
+    const Nacm *nacm = nullptr; // rules beside the groups; borrowed
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
     size_t threads = 4;

@@ -37,6 +37,7 @@ std::string create_subscription(const Call &call) {
 
 struct Known {
     std::string_view ns;
+    std::string_view module; // of this namespace
     std::string_view name;
     std::string (*perform)(const Call &);
 };
@@ -44,23 +45,30 @@ struct Known {
 constexpr std::string_view monitoring_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring";
 constexpr std::string_view notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
 
-constexpr Known operations[] = {{base_ns, "get", get},
-                                {base_ns, "get-config", get_config},
-                                {base_ns, "edit-config", edit_config},
-                                {base_ns, "copy-config", copy_config},
-                                {base_ns, "delete-config", delete_config},
-                                {base_ns, "lock", lock},
-                                {base_ns, "unlock", unlock},
-                                {base_ns, "validate", validate},
-                                {base_ns, "commit", commit},
-                                {base_ns, "cancel-commit", cancel_commit},
-                                {base_ns, "discard-changes", discard_changes},
-                                {base_ns, "close-session", close_session},
-                                {base_ns, "kill-session", kill_session},
-                                {monitoring_ns, "get-schema", get_schema},
-                                {nmda_ns, "get-data", get_data},
-                                {nmda_ns, "edit-data", edit_data},
-                                {notification_ns, "create-subscription", create_subscription}};
+constexpr Known operations[] = {{base_ns, "ietf-netconf", "get", get},
+                                {base_ns, "ietf-netconf", "get-config", get_config},
+                                {base_ns, "ietf-netconf", "edit-config", edit_config},
+                                {base_ns, "ietf-netconf", "copy-config", copy_config},
+                                {base_ns, "ietf-netconf", "delete-config", delete_config},
+                                {base_ns, "ietf-netconf", "lock", lock},
+                                {base_ns, "ietf-netconf", "unlock", unlock},
+                                {base_ns, "ietf-netconf", "validate", validate},
+                                {base_ns, "ietf-netconf", "commit", commit},
+                                {base_ns, "ietf-netconf", "cancel-commit", cancel_commit},
+                                {base_ns, "ietf-netconf", "discard-changes", discard_changes},
+                                {base_ns, "ietf-netconf", "close-session", close_session},
+                                {base_ns, "ietf-netconf", "kill-session", kill_session},
+                                {monitoring_ns, "ietf-netconf-monitoring", "get-schema", get_schema},
+                                {nmda_ns, "ietf-netconf-nmda", "get-data", get_data},
+                                {nmda_ns, "ietf-netconf-nmda", "edit-data", edit_data},
+                                {notification_ns, "notifications", "create-subscription", create_subscription}};
+
+// RFC 8341 section 3.4.4.
+void refuse_denied(const Caller &caller, const Known &known) {
+    if (caller.rules != nullptr && !caller.rules->may_execute(known.module, known.name, false))
+        throw RpcError("protocol", "access-denied",
+                       caller.user + " may not use <" + std::string(known.name) + ">");
+}
 
 } // namespace
 
@@ -89,8 +97,10 @@ std::string perform(const Server &server, const Caller &caller, const Element &o
     bool known_ns = false;
     for (const Known &known : operations) {
         known_ns = known_ns || known.ns == operation.ns();
-        if (operation.is(known.ns, known.name))
-            return known.perform({server, caller, operation, aftermath});
+        if (!operation.is(known.ns, known.name))
+            continue;
+        refuse_denied(caller, known);
+        return known.perform({server, caller, operation, aftermath});
     }
     if (known_ns)
         throw RpcError("protocol", "operation-not-supported",

@@ -71,22 +71,33 @@ std::string cut_to(const Server &server, const std::string &xml, const std::opti
     return print_cut_data(data.get());
 }
 
-std::string read(const Server &server, const Own &own, const std::optional<Filter> &filter, uint32_t depth) {
-    if (filter.has_value() && filter->type == FilterType::xpath)
-        return print_cut_data(xpath_filtered(server.modules.parse(own.print()).get(), *filter, depth).get());
-    if (!filter.has_value())
-        return cut_to(server, own.print(), filter, depth);
-    if (!is_named(filter->element, own))
+// As far as the caller may read it.
+std::string print_readable(const Call &call, const Own &own) {
+    if (call.caller.rules == nullptr)
+        return own.print();
+    host::DataTree data = call.server.modules.parse(own.print());
+    call.caller.rules->remove_unreadable(data);
+    return print_data(data.get());
+}
+
+std::string read(const Call &call, const Own &own, const std::optional<Filter> &filter, uint32_t depth) {
+    const bool is_subtree = filter.has_value() && filter->type == FilterType::subtree;
+    if (is_subtree && !is_named(filter->element, own))
         return "";
-    return cut_to(server, subtree_filtered(filter->element, Document(own.print()).root()), filter, depth);
+    const std::string xml = print_readable(call, own);
+    if (xml.empty() || !filter.has_value())
+        return cut_to(call.server, xml, filter, depth);
+    if (is_subtree)
+        return cut_to(call.server, subtree_filtered(filter->element, Document(xml).root()), filter, depth);
+    return print_cut_data(xpath_filtered(call.server.modules.parse(xml).get(), *filter, depth).get());
 }
 
 } // namespace
 
-std::string read_own_data(const Server &server, const std::optional<Filter> &filter, uint32_t depth) {
+std::string read_own_data(const Call &call, const std::optional<Filter> &filter, uint32_t depth) {
     std::string xml;
-    for (const Own &own : own_data(server))
-        xml += read(server, own, filter, depth);
+    for (const Own &own : own_data(call.server))
+        xml += read(call, own, filter, depth);
     return xml;
 }
 

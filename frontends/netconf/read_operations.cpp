@@ -25,9 +25,25 @@ bool wants_defaults(const Wanted &wanted) {
            (wanted.defaults == WithDefaults::report_all || wanted.defaults == WithDefaults::report_all_tagged);
 }
 
+// As far as the caller may read it. What may not be read must not be told by what matches it either, so such
+// a filter is applied to what is left.
+host::Answer read_readable(const Call &call, host::ReadRequest request, const Read &read) {
+    if (call.caller.rules == nullptr)
+        return read(request);
+    const host::Selection selection = *request.selection;
+    const bool has_matches = has_content_matches(selection);
+    if (has_matches)
+        request.selection = without_content_matches(selection);
+    host::Answer answer = read(request);
+    call.caller.rules->remove_unreadable(answer.data);
+    if (has_matches)
+        keep_selected(answer.data, selection);
+    return answer;
+}
+
 // Reads the OpenConfig tree, no more of it than a subtree filter selects.
-std::string read_openconfig(const Server &server, const Wanted &wanted, const Read &read) {
-    const lysc_node *root = server.schemas.openconfig_root();
+std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
+    const lysc_node *root = call.server.schemas.openconfig_root();
     const bool is_xpath = wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
     host::ReadRequest request;
     request.content = wanted.content;
@@ -36,7 +52,7 @@ std::string read_openconfig(const Server &server, const Wanted &wanted, const Re
         request.selection = subtree_selection(wanted.filter->element, root);
     if (!request.selection.has_value())
         return "";
-    host::Answer answer = read(request);
+    host::Answer answer = read_readable(call, request, read);
     if (wants_defaults(wanted))
         add_defaults(answer.data.get(), *request.selection);
     if (is_xpath)
@@ -48,20 +64,20 @@ std::string read_openconfig(const Server &server, const Wanted &wanted, const Re
 }
 
 // Configuration and state of the device, and the server's own data, which is all state.
-std::string read_operational(const Server &server, const Wanted &wanted) {
+std::string read_operational(const Call &call, const Wanted &wanted) {
     std::string xml = read_openconfig(
-        server, wanted, [&](const host::ReadRequest &request) { return server.engine.read(request); });
+        call, wanted, [&](const host::ReadRequest &request) { return call.server.engine.read(request); });
     if (wanted.content != host::Content::config)
-        xml += read_own_data(server, wanted.filter, wanted.depth);
+        xml += read_own_data(call, wanted.filter, wanted.depth);
     return xml;
 }
 
-std::string read_configuration(const Server &server, Datastore datastore, Wanted wanted) {
+std::string read_configuration(const Call &call, Datastore datastore, Wanted wanted) {
     if (wanted.content == host::Content::state) // there is none in a configuration
         return "";
     wanted.content = host::Content::config;
-    return read_openconfig(server, wanted, [&](const host::ReadRequest &request) {
-        return server.engine.read(request, server.datastores.read(datastore));
+    return read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
+        return call.server.engine.read(request, call.server.datastores.read(datastore));
     });
 }
 
@@ -117,13 +133,13 @@ uint32_t depth_of(const Server &server, const Element &operation) {
 
 std::string get(const Call &call) {
     refuse_others(call.operation, {"filter", "with-defaults"});
-    return data_element("", read_operational(call.server, wanted_of(call.operation)));
+    return data_element("", read_operational(call, wanted_of(call.operation)));
 }
 
 std::string get_config(const Call &call) {
     refuse_others(call.operation, {"source", "filter", "with-defaults"});
     const Datastore source = datastore_of(call.operation, "source");
-    return data_element("", read_configuration(call.server, source, wanted_of(call.operation)));
+    return data_element("", read_configuration(call, source, wanted_of(call.operation)));
 }
 
 std::string get_data(const Call &call) {
@@ -134,12 +150,11 @@ std::string get_data(const Call &call) {
                         depth_of(call.server, call.operation), with_defaults_of(call.operation)};
     const std::string attributes = " xmlns=\"" + std::string(nmda_ns) + "\"";
     if (datastore_name(datastore) != "operational")
-        return data_element(attributes,
-                            read_configuration(call.server, configuration_named_by(datastore), wanted));
+        return data_element(attributes, read_configuration(call, configuration_named_by(datastore), wanted));
     // The capability with-operational-defaults is not offered.
     if (wanted.defaults != WithDefaults::as_set)
         throw invalid("with-defaults", "<with-defaults> goes with a configuration only");
-    return data_element(attributes, read_operational(call.server, wanted));
+    return data_element(attributes, read_operational(call, wanted));
 }
 
 std::string get_schema(const Call &call) {

@@ -93,7 +93,7 @@ std::string text_element(const char *name, const std::string &text) {
 
 std::string openconfig_path_element(const char *name, const std::string &path) {
     return "<" + std::string(name) + " xmlns:oc-lldp=\"http://openconfig.net/yang/lldp\">" +
-           escaped(prefixed(path)) + "</" + name + ">";
+           escaped(prefixed(without_module(path))) + "</" + name + ">";
 }
 
 std::string print_error(const RpcError &error) {

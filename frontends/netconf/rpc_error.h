@@ -9,7 +9,7 @@
 
 namespace yfw::netconf {
 
-// `type`: transport, rpc, protocol or application. Path (below the OpenConfig module, without prefixes),
+// `type`: transport, rpc, protocol or application. Path (of an OpenConfig node, without prefixes),
 // app-tag and info may be empty; `info` is XML.
 class RpcError : public std::runtime_error {
 public:
@@ -46,7 +46,7 @@ std::string print_error(const RpcError &error);
 // An element that holds this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);
 
-// An element that holds an instance path below the OpenConfig module, given without prefixes.
+// An element that holds the instance path of an OpenConfig node, given without prefixes.
 std::string openconfig_path_element(const char *name, const std::string &path);
 
 // Text as XML character data, also within a quoted attribute.

@@ -6,19 +6,44 @@
 namespace yfw::netconf {
 namespace {
 
-bool is_entry_with(const lyd_node *entry, const lysc_node *key, const std::string &value) {
-    for (const lyd_node *child = lyd_child(entry); child != nullptr; child = child->next)
-        if (child->schema == key)
-            return lyd_get_value(child) == value;
-    return true; // the answer does not show this key
+bool has_value(const lyd_node *parent, const lysc_node *leaf, const std::string &value) {
+    for (const lyd_node *child = lyd_child(parent); child != nullptr; child = child->next)
+        if (child->schema == leaf && lyd_get_value(child) == value)
+            return true;
+    return false;
 }
 
+// Whether the node is one that the selection means: it has the values that are asked for.
 bool meets(const host::Selection &selection, const lyd_node *node) {
     return selection.node == node->schema &&
            std::all_of(selection.children.begin(), selection.children.end(), [&](const host::Selection &child) {
-               return !child.value.has_value() || !child.is_key() ||
-                      is_entry_with(node, child.node, *child.value);
+               return !child.value.has_value() || has_value(node, child.node, *child.value);
            });
+}
+
+// Whether an entry is asked for by no more than its key.
+bool selects_key(const Selections &selections) {
+    return std::any_of(selections.begin(), selections.end(), [](const host::Selection *selection) {
+        return std::any_of(
+            selection->children.begin(), selection->children.end(),
+            [](const host::Selection &child) { return child.is_key() && !child.only_narrows(); });
+    });
+}
+
+// Whether something of the node is left.
+bool keep(lyd_node *node, const Selections &selections) {
+    if (selects_whole(selections) || (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) == 0)
+        return !selections.empty();
+    bool is_left = false;
+    lyd_node *next = nullptr;
+    for (lyd_node *child = lyd_child_no_keys(node); child != nullptr; child = next) {
+        next = child->next;
+        if (keep(child, selections_of_child(selections, child)))
+            is_left = true;
+        else
+            lyd_free_tree(child);
+    }
+    return is_left || selects_key(selections);
 }
 
 void cut(lyd_node *node, const Selections &selections, uint32_t depth) {
@@ -52,6 +77,26 @@ bool selects_leaf(const Selections &selections, const lysc_node *leaf) {
                            [leaf](const host::Selection &child) { return child.node == leaf; });
     };
     return selects_whole(selections) || std::any_of(selections.begin(), selections.end(), names_leaf);
+}
+
+bool has_content_matches(const host::Selection &selection) {
+    return (selection.value.has_value() && !selection.is_key()) ||
+           std::any_of(selection.children.begin(), selection.children.end(), has_content_matches);
+}
+
+host::Selection without_content_matches(host::Selection selection) {
+    if (!selection.selects_below())
+        std::erase_if(selection.children, [](const host::Selection &child) { return !child.is_key(); });
+    if (!selection.is_key())
+        selection.value.reset();
+    for (host::Selection &child : selection.children)
+        child = without_content_matches(std::move(child));
+    return selection;
+}
+
+void keep_selected(host::DataTree &data, const host::Selection &selection) {
+    if (data != nullptr && !(meets(selection, data.get()) && keep(data.get(), {&selection})))
+        data.reset();
 }
 
 void cut_below(lyd_node *node, uint32_t depth) {

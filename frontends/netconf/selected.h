@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "host/data_tree.h"
 #include "host/request.h"
 
 namespace yfw::netconf {
@@ -24,6 +25,15 @@ Selections selections_of_child(const Selections &selections, const lyd_node *chi
 
 // Whether a leaf below the node is selected, be it there or not.
 bool selects_leaf(const Selections &selections, const lysc_node *leaf);
+
+// Whether it asks for values other than keys.
+bool has_content_matches(const host::Selection &selection);
+
+// What has to be there to tell whether they match: the same without them.
+host::Selection without_content_matches(host::Selection selection);
+
+// Takes out of the data what is not selected.
+void keep_selected(host::DataTree &data, const host::Selection &selection);
 
 // Leaves no more than `depth` levels of the node, itself the first, and the keys of what is left.
 void cut_below(lyd_node *node, uint32_t depth);

@@ -225,7 +225,7 @@ void Session::subscribe(std::shared_ptr<const Subscription> subscription) {
 void Session::replay() {
     for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
         told_ = std::max(told_, event->number);
-        if (subscription_->wants(*event) && event->time <= subscription_->stop().value_or(event->time))
+        if (wants(*event) && event->time <= subscription_->stop().value_or(event->time))
             notify(event->time, event->xml);
     }
     notify(now(), replay_complete());
@@ -256,11 +256,16 @@ void Session::tell(const Event &event) {
     if (subscription_ == nullptr || event.number <= told_)
         return;
     told_ = event.number;
-    if (event.time > subscription_->stop().value_or(event.time) || !subscription_->wants(event))
+    if (event.time > subscription_->stop().value_or(event.time) || !wants(event))
         return;
     notify(event.time, event.xml);
     if (notifications_bytes_ > most_notifications_bytes)
         broken("it does not read its notifications", EndReason::other);
+}
+
+bool Session::wants(const Event &event) const {
+    const bool may = caller_.rules == nullptr || caller_.rules->may_be_told(event.module, event.name);
+    return may && subscription_->wants(event);
 }
 
 void Session::notify(EventTime time, const std::string &event) {

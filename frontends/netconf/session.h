@@ -62,6 +62,7 @@ private:
     bool is_full() const;
     void subscribe(std::shared_ptr<const Subscription> subscription);
     void replay();
+    bool wants(const Event &event) const;
     void stop_at(EventTime time);
     void end_subscription();
     void notify(EventTime time, const std::string &event);

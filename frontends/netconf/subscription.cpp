@@ -17,11 +17,13 @@ std::optional<EventTime> time_in(const Element &request, const ProtocolModules &
     if (!given.has_value())
         return std::nullopt;
     const std::string path = "/notifications:create-subscription/" + std::string(name);
-    if (!modules.allows(path.c_str(), given->text()))
+    const bool has_form = modules.allows(path.c_str(), given->text());
+    const std::optional<EventTime> time = has_form ? parse_time(given->text()) : std::nullopt;
+    if (!time.has_value())
         throw RpcError("application", "invalid-value",
                        "<" + std::string(name) + "> has to be a time such as 2026-01-31T23:59:59Z")
             .with_info(bad_element(name));
-    return parse_time(given->text());
+    return time;
 }
 
 std::string of_streams(const char *event) {

@@ -10,9 +10,10 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/program_process.h"
 
 namespace yfw::test {
 namespace {
@@ -59,29 +60,6 @@ struct Pipe {
     }
 };
 
-class FileActions {
-public:
-    FileActions() { check(posix_spawn_file_actions_init(&actions_), "posix_spawn_file_actions_init"); }
-    ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
-    FileActions(const FileActions &) = delete;
-    FileActions &operator=(const FileActions &) = delete;
-    void duplicate(int from, int to) {
-        check(posix_spawn_file_actions_adddup2(&actions_, from, to), "posix_spawn_file_actions_adddup2");
-    }
-    void open_for_writing(int fd, const std::string &path) {
-        check(posix_spawn_file_actions_addopen(&actions_, fd, path.c_str(), O_WRONLY, 0),
-              "posix_spawn_file_actions_addopen");
-    }
-    void change_directory(const std::filesystem::path &directory) {
-        check(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()),
-              "posix_spawn_file_actions_addchdir_np");
-    }
-    const posix_spawn_file_actions_t *get() const { return &actions_; }
-
-private:
-    posix_spawn_file_actions_t actions_{};
-};
-
 bool is_setting_of(const char *entry, const char *name) {
     const std::size_t length = std::strlen(name);
     return std::strncmp(entry, name, length) == 0 && entry[length] == '=';
@@ -93,14 +71,6 @@ std::vector<std::string> environment(const Invocation &invocation) {
     for (char **entry = environ; *entry != nullptr; ++entry)
         if (!is_setting_of(*entry, "TZ") && !is_setting_of(*entry, "LC_ALL"))
             result.emplace_back(*entry);
-    return result;
-}
-
-std::vector<char *> pointers(std::vector<std::string> &texts) {
-    std::vector<char *> result;
-    for (std::string &text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
     return result;
 }
 
@@ -121,23 +91,16 @@ struct Streams {
 
 pid_t start(const Invocation &invocation, Streams &streams) {
     FileActions actions;
-    actions.open_for_writing(STDIN_FILENO, "/dev/null");
+    actions.open(STDIN_FILENO, "/dev/null", O_WRONLY);
     if (invocation.output_device.empty())
         actions.duplicate(streams.output.write_end.get(), STDOUT_FILENO);
     else
-        actions.open_for_writing(STDOUT_FILENO, invocation.output_device);
+        actions.open(STDOUT_FILENO, invocation.output_device, O_WRONLY);
     actions.duplicate(streams.errors.write_end.get(), STDERR_FILENO);
     actions.duplicate(streams.life.write_end.get(), life_descriptor);
     if (!invocation.working_directory.empty())
         actions.change_directory(invocation.working_directory);
-    std::vector<std::string> arguments{YFW_PROGRAM};
-    arguments.insert(arguments.end(), invocation.arguments.begin(), invocation.arguments.end());
-    std::vector<std::string> settings = environment(invocation);
-    pid_t child = -1;
-    check(posix_spawn(&child, YFW_PROGRAM, actions.get(), nullptr, pointers(arguments).data(),
-                      pointers(settings).data()),
-          "posix_spawn of " YFW_PROGRAM);
-    return child;
+    return start_program(invocation.arguments, actions, environment(invocation));
 }
 
 // Appends what can be read now; false at the end of the stream.
@@ -188,7 +151,7 @@ Outcome run_yfw(const Invocation &invocation) {
     }
     if (!ended)
         throw std::runtime_error("the program was still running after two minutes and was killed");
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    outcome.status = exit_status_of(status);
     return outcome;
 }
 

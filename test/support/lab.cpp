@@ -1,15 +1,12 @@
 #include "support/lab.h"
 
 #include <algorithm>
-#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,10 +18,9 @@ namespace yfw::test {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 
 // Of the names of these laboratories, before the number of the test's process.
-constexpr const char *prefix = "yl";
+constexpr const char *own_prefix = "yl";
 
 std::string run_program(const std::string &name, const std::string &package,
                         const std::vector<std::string> &arguments) {
@@ -34,22 +30,6 @@ std::string run_program(const std::string &name, const std::string &package,
     if (finished.status != 0)
         throw std::runtime_error(name + ": " + finished.reason());
     return finished.output;
-}
-
-// Laboratories of tests that were killed before they could remove them.
-void remove_those_of_dead_tests() {
-    std::error_code error;
-    for (const auto &files : fs::directory_iterator(fs::temp_directory_path())) {
-        if (!files.path().filename().string().starts_with("yfw-test-"))
-            continue;
-        for (fs::directory_iterator entry(files.path(), error), end; !error && entry != end;
-             entry.increment(error)) {
-            const std::string name = entry->path().filename().string();
-            const std::string start = std::string("lab-") + prefix;
-            if (name.starts_with(start) && !fs::exists("/proc/" + name.substr(start.size())))
-                run_yfw({{"lab", "down", "--name", name.substr(4), "--dir", files.path().string()}});
-        }
-    }
 }
 
 } // namespace
@@ -71,22 +51,27 @@ bool lab_is_required() {
     return std::getenv("CI") != nullptr || std::getenv("YFW_REQUIRE_LAB") != nullptr;
 }
 
-bool eventually(const std::function<bool()> &condition, std::chrono::milliseconds limit) {
-    constexpr std::chrono::milliseconds pause{50};
-    for (const auto deadline = Clock::now() + limit; !condition();) {
-        if (Clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(pause);
+void remove_laboratories_of_dead_tests(const std::string &prefix) {
+    std::error_code error;
+    for (const auto &files : fs::directory_iterator(fs::temp_directory_path())) {
+        if (!files.path().filename().string().starts_with("yfw-test-"))
+            continue;
+        for (fs::directory_iterator entry(files.path(), error), end; !error && entry != end;
+             entry.increment(error)) {
+            const std::string name = entry->path().filename().string();
+            const std::string start = "lab-" + prefix;
+            if (name.starts_with(start) && !fs::exists("/proc/" + name.substr(start.size())))
+                run_yfw({{"lab", "down", "--name", name.substr(4), "--dir", files.path().string()}});
+        }
     }
-    return true;
 }
 
 Laboratory::Laboratory(const std::string &topology)
     : Laboratory(lab::read_topology(nlohmann::json::parse(topology), "topology"), topology) {}
 
 Laboratory::Laboratory(lab::Topology topology, const std::string &file)
-    : topology_(std::move(topology)), place_{prefix + std::to_string(getpid()), files_.path()} {
-    remove_those_of_dead_tests();
+    : topology_(std::move(topology)), place_{own_prefix + std::to_string(getpid()), files_.path()} {
+    remove_laboratories_of_dead_tests(own_prefix);
     fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user enters it
     setenv("XDG_STATE_HOME", (files_.path() / "state").c_str(), 1);
     std::vector<std::string> more{"--tx-interval", std::to_string(lab_interval)};
@@ -207,28 +192,11 @@ void Laboratory::continue_daemon(const std::string &router) const {
 }
 
 RunningYfw::RunningYfw(const std::vector<std::string> &arguments) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, files_.add("output", "").c_str(), O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, files_.add("errors", "").c_str(), O_WRONLY, 0);
-    std::vector<std::string> words{YFW_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char *> pointers;
-    for (std::string &word : words)
-        pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    const int error = posix_spawn(&child_, YFW_PROGRAM, &actions, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        throw std::runtime_error(YFW_PROGRAM " cannot be started");
-}
-
-RunningYfw::~RunningYfw() {
-    if (!runs())
-        return;
-    signal(SIGKILL);
-    waitpid(child_, nullptr, 0);
+    FileActions actions;
+    actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+    actions.open(STDOUT_FILENO, files_.add("output", ""), O_WRONLY);
+    actions.open(STDERR_FILENO, files_.add("errors", ""), O_WRONLY);
+    process_.emplace(arguments, actions);
 }
 
 std::optional<std::string> RunningYfw::line_with(const std::vector<std::string> &words,
@@ -262,22 +230,6 @@ std::string RunningYfw::output() {
 
 std::string RunningYfw::errors() {
     return read_file(files_.path() / "errors");
-}
-
-void RunningYfw::signal(int number) const {
-    kill(child_, number);
-}
-
-bool RunningYfw::runs() {
-    int status = 0;
-    if (!status_.has_value() && waitpid(child_, &status, WNOHANG) == child_)
-        status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    return !status_.has_value();
-}
-
-std::optional<int> RunningYfw::wait(std::chrono::milliseconds limit) {
-    eventually([this] { return !runs(); }, limit);
-    return status_;
 }
 
 } // namespace yfw::test

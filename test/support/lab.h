@@ -15,7 +15,9 @@
 #include "frontends/lab/lab_directory.h"
 #include "frontends/lab/topology_file.h"
 #include "support/child_process.h"
+#include "support/eventually.h"
 #include "support/files.h"
+#include "support/program_process.h"
 
 namespace yfw::test {
 
@@ -26,9 +28,9 @@ std::string lab_obstacle();
 /// set.
 bool lab_is_required();
 
-/// Asks again and again until it is true or the time is up; then false.
-bool eventually(const std::function<bool()> &condition,
-                std::chrono::milliseconds limit = std::chrono::seconds(20));
+/// Removes the laboratories of tests that were killed before they could: those whose name is `prefix` and the
+/// number of a process that is gone.
+void remove_laboratories_of_dead_tests(const std::string &prefix);
 
 /// Seconds between a router's frames in the laboratories of the tests; they are forgotten after four times
 /// that.
@@ -87,9 +89,6 @@ private:
 class RunningYfw {
 public:
     explicit RunningYfw(const std::vector<std::string> &arguments);
-    ~RunningYfw();
-    RunningYfw(const RunningYfw &) = delete;
-    RunningYfw &operator=(const RunningYfw &) = delete;
 
     /// Waits for a whole line on standard output, after those that were found before, that holds all the words.
     /// Nothing when none came in time or the program ended.
@@ -98,15 +97,16 @@ public:
     /// What it printed so far.
     std::string output();
     std::string errors();
-    void signal(int number) const;
-    bool runs();
+    void signal(int number) const { process_->signal(number); }
+    bool runs() { return process_->runs(); }
     /// The exit status, 128 + the signal that ended it; nothing when it still runs after the time.
-    std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(10));
+    std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+        return process_->wait(limit);
+    }
 
 private:
     TemporaryDirectory files_; // its standard output and error
-    pid_t child_ = -1;
-    std::optional<int> status_;
+    std::optional<ProgramProcess> process_;
     size_t seen_ = 0; // bytes of the output up to the end of the line found last
 };
 

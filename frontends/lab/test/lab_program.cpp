@@ -1,41 +1,23 @@
 #include "frontends/lab/test/lab_program.h"
 
 #include <array>
-#include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
-#include <thread>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
+
+#include "support/lab.h"
 
 namespace yfw::lab::test {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds longest{30};
 constexpr const char *prefix =
     "yt"; // of the names of the tests' laboratories, before the test's process number
-
-// Why no laboratory can be made here; empty when one can.
-std::string obstacle() {
-    if (geteuid() != 0)
-        return "a laboratory needs root";
-    for (const auto &[program, package] :
-         {std::pair("lldpd", "lldpd"), std::pair("lldpcli", "lldpd"), std::pair("ip", "iproute2")})
-        try {
-            find_program(program, package);
-        } catch (const std::exception &error) {
-            return error.what();
-        }
-    return "";
-}
 
 std::vector<pid_t> all_processes() {
     std::vector<pid_t> result;
@@ -59,23 +41,6 @@ bool holds_file_in(pid_t process, const std::string &directory) {
     return false;
 }
 
-// Laboratories of tests that were killed before they could remove them.
-void remove_those_of_dead_tests() {
-    for (const auto &files : fs::directory_iterator(fs::temp_directory_path())) {
-        std::error_code error;
-        if (!files.path().filename().string().starts_with("yfw-test-"))
-            continue;
-        for (fs::directory_iterator entry(files.path(), error), end; !error && entry != end;
-             entry.increment(error)) {
-            const std::string name = entry->path().filename().string();
-            const std::string start = std::string("lab-") + prefix;
-            if (!name.starts_with(start) || fs::exists("/proc/" + name.substr(start.size())))
-                continue;
-            yfw::test::run_yfw({{"lab", "down", "--name", name.substr(4), "--dir", files.path().string()}});
-        }
-    }
-}
-
 } // namespace
 
 const char *const two_routers = R"({
@@ -85,43 +50,16 @@ const char *const two_routers = R"({
     {"name": "b", "system-name": "b.example.net"}],
   "links": [["a:eth1", "b:eth7"]]})";
 
-bool eventually(const std::function<bool()> &condition, std::chrono::milliseconds limit) {
-    const auto deadline = Clock::now() + limit;
-    while (!condition()) {
-        if (Clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return true;
-}
-
 RunningProgram::RunningProgram(const std::vector<std::string> &arguments) {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
     stream_ = Descriptor(ends[0]);
     const Descriptor writing(ends[1]);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, writing.get(), STDERR_FILENO);
-    std::vector<std::string> copies{YFW_PROGRAM};
-    copies.insert(copies.end(), arguments.begin(), arguments.end());
-    std::vector<char *> pointers;
-    for (std::string &copy : copies)
-        pointers.push_back(copy.data());
-    pointers.push_back(nullptr);
-    const int error = posix_spawn(&child_, YFW_PROGRAM, &actions, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        throw std::runtime_error(YFW_PROGRAM " cannot be started");
-}
-
-RunningProgram::~RunningProgram() {
-    if (child_ > 0) {
-        signal(SIGKILL);
-        waitpid(child_, nullptr, 0);
-    }
+    yfw::test::FileActions actions;
+    actions.open(STDOUT_FILENO, "/dev/null", O_WRONLY);
+    actions.duplicate(writing.get(), STDERR_FILENO);
+    process_.emplace(arguments, actions);
 }
 
 bool RunningProgram::read_more(std::chrono::milliseconds limit) {
@@ -143,36 +81,27 @@ bool RunningProgram::says_lines(size_t count) {
     return true;
 }
 
-void RunningProgram::signal(int number) const {
-    kill(child_, number);
-}
-
 int RunningProgram::wait() {
-    int status = 0;
-    const bool ended = eventually([&] {
+    eventually([&] {
         while (read_more(std::chrono::milliseconds(0))) {
         }
-        return waitpid(child_, &status, WNOHANG) == child_;
+        return !process_->runs();
     });
-    if (!ended) {
-        signal(SIGKILL);
-        waitpid(child_, &status, 0);
-    }
+    const int status = process_->kill();
     while (read_more(std::chrono::milliseconds(0))) { // what it said at its end
     }
-    child_ = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return status;
 }
 
 void LabTest::SetUp() {
-    if (const std::string reason = obstacle(); !reason.empty()) {
-        if (getenv("CI") != nullptr || getenv("YFW_REQUIRE_LAB") != nullptr)
+    if (const std::string reason = yfw::test::lab_obstacle(); !reason.empty()) {
+        if (yfw::test::lab_is_required())
             FAIL() << reason;
         GTEST_SKIP() << reason;
     }
     setenv("XDG_STATE_HOME", files_.path().c_str(), 1);
     fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user enters it
-    remove_those_of_dead_tests();
+    yfw::test::remove_laboratories_of_dead_tests(prefix);
     place_ = {prefix + std::to_string(getpid()), files_.path()};
 }
 

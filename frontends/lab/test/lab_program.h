@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,25 +14,26 @@
 #include "frontends/lab/lab_directory.h"
 #include "frontends/lab/process.h"
 #include "support/child_process.h"
+#include "support/eventually.h"
 #include "support/files.h"
+#include "support/program_process.h"
 
 namespace yfw::lab::test {
 
 // Asks again and again until it is true or the time is up; then false.
-bool eventually(const std::function<bool()> &condition,
-                std::chrono::milliseconds limit = std::chrono::seconds(30));
+inline bool eventually(const std::function<bool()> &condition,
+                       std::chrono::milliseconds limit = std::chrono::seconds(30)) {
+    return yfw::test::eventually(condition, limit);
+}
 
 // `yfw` at work, which the test looks at line by line. Killed with the object.
 class RunningProgram {
 public:
     explicit RunningProgram(const std::vector<std::string> &arguments);
-    ~RunningProgram();
-    RunningProgram(const RunningProgram &) = delete;
-    RunningProgram &operator=(const RunningProgram &) = delete;
 
     // Waits for this many lines on standard error; false when it ended, or took half a minute, before.
     bool says_lines(size_t count);
-    void signal(int number) const;
+    void signal(int number) const { process_->signal(number); }
     // The exit status, 128 + the signal that ended it. Killed after half a minute.
     int wait();
     const std::string &errors() const { return errors_; }
@@ -39,8 +41,8 @@ public:
 private:
     bool read_more(std::chrono::milliseconds limit);
 
-    pid_t child_ = -1;
     Descriptor stream_;
+    std::optional<yfw::test::ProgramProcess> process_;
     std::string errors_;
 };
 

@@ -187,8 +187,11 @@ DataTree Editor::apply(const EditNode &edit, const lyd_node *running) {
 }
 
 std::optional<datastore::Commit> Editor::commit_configuration(const lyd_node *configuration,
-                                                              const std::string &edit, const CommitNote &note) {
-    return commit([&](const lyd_node *) {
+                                                              const std::string &edit, const CommitNote &note,
+                                                              const ChangeGuard &guard) {
+    return commit([&](const lyd_node *running) {
+        if (guard)
+            guard(running, configuration);
         Change change;
         change.after = copy_configuration(configuration);
         change.record.who = note.who;
@@ -198,9 +201,12 @@ std::optional<datastore::Commit> Editor::commit_configuration(const lyd_node *co
     });
 }
 
-std::optional<datastore::Commit> Editor::edit(const EditNode &edit, const CommitNote &note) {
+std::optional<datastore::Commit> Editor::edit(const EditNode &edit, const CommitNote &note,
+                                              const ChangeGuard &guard) {
     return commit([&](const lyd_node *running) {
         Change change = changed(edit, running);
+        if (guard)
+            guard(running, change.after.get());
         change.record.who = note.who;
         change.record.comment = note.comment;
         change.record.edit = print_edit(edit);

@@ -56,7 +56,10 @@ struct CommitNote {
     std::string comment;
 };
 
-// Commits edits. Everything is borrowed.
+// Refuses a change by throwing: before and after it, both native.
+using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *after)>;
+
+// Commits edits. Everything is borrowed. A guard, where there is one, is asked before anything changes.
 class Editor {
 public:
     Editor(const Schemas &schemas, ConfiguredSource &source, Engine &engine)
@@ -71,10 +74,12 @@ public:
     // Makes a valid native configuration the running one, as one commit. `edit`: what led to it, for the
     // record. Nothing when it is that already. Throws Error.
     std::optional<datastore::Commit> commit_configuration(const lyd_node *configuration,
-                                                          const std::string &edit, const CommitNote &note);
+                                                          const std::string &edit, const CommitNote &note,
+                                                          const ChangeGuard &guard = {});
 
     // Applies the edit as one commit, or not at all. Nothing when the edit changes nothing. Throws Error.
-    std::optional<datastore::Commit> edit(const EditNode &edit, const CommitNote &note);
+    std::optional<datastore::Commit> edit(const EditNode &edit, const CommitNote &note,
+                                          const ChangeGuard &guard = {});
 
     // Makes the configuration of a commit the running one again, as a new commit. Nothing when it is that
     // already.

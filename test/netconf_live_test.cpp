@@ -1,0 +1,136 @@
+// Neighbors of a real daemon that come, change and go, as a subscriber is told.
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "lldpd_lab.h"
+#include "netconf_events.h"
+#include "netconf_server.h"
+
+namespace yfw::test {
+namespace {
+
+using std::chrono::milliseconds;
+
+const std::string neighbor_of_eth1 = "r2.example.net#eth1";
+
+// "added", "updated" or "removed" for the neighbor that r1 hears on eth1.
+EventCondition is(const std::string &change) {
+    return [change](const Xml &event) {
+        return event.text_at("change") == change && event.text_at("interface") == "eth1" &&
+               event.text_at("id") == neighbor_of_eth1;
+    };
+}
+
+// How long the neighbor is known changes from one look to the next.
+std::string without_age(const ly_ctx *modules, const std::string &document) {
+    const Tree tree = parse_answer(modules, Format::xml, document);
+    ly_set *found = nullptr;
+    EXPECT_EQ(lyd_find_xpath(tree.get(), "//openconfig-lldp:age|//openconfig-lldp:last-update", &found),
+              LY_SUCCESS);
+    for (uint32_t i = 0; found != nullptr && i < found->count; i++)
+        lyd_free_tree(found->dnodes[i]);
+    ly_set_free(found, nullptr);
+    return as_text(tree.get());
+}
+
+// A server for r1 whose neighbors' events a client is told.
+class LiveServer {
+public:
+    explicit LiveServer(Laboratory &lab) : lab_(lab), server_(LiveDevice{lab.device("r1")}) {
+        expect_ok(client_.rpc(
+            create_subscription(subtree("<neighbor-change xmlns=\"" + neighbor_namespace + "\"/>"))));
+    }
+
+    // Changes come when the daemon is being watched. They are made until one is told.
+    bool tells_changes() {
+        const std::string description = "round " + std::to_string(++round_);
+        int change = 0;
+        return eventually([&] {
+            lab_.configure("r2",
+                           {"system", "description", description + " change " + std::to_string(++change)});
+            const std::optional<Xml> notification = client_.notification(milliseconds(500));
+            return notification.has_value() && is("updated")(event_of(*notification)) &&
+                   notification->printed.find(description) != std::string::npos;
+        });
+    }
+
+    std::string get_neighbor() {
+        const Xml reply = asker_.rpc(
+            "<get>" +
+            subtree(lldp("<interfaces><interface><name>eth1</name><neighbors><neighbor><id>" +
+                         neighbor_of_eth1 + "</id></neighbor></neighbors></interface></interfaces>")) +
+            "</get>");
+        const Xml *tree = reply.at("data/lldp");
+        return tree != nullptr ? tree->printed : "";
+    }
+
+    NetconfClient another_client() const { return NetconfClient(server_.socket()); }
+    NetconfClient &subscriber() { return client_; }
+
+private:
+    Laboratory &lab_;
+    NetconfServer server_;
+    int round_ = 0;
+    NetconfClient client_{server_.socket()}, asker_{server_.socket()};
+};
+
+std::string data_of(const Xml &event) {
+    const Xml *tree = event.at("data/lldp");
+    EXPECT_NE(tree, nullptr) << event.printed;
+    return tree != nullptr ? tree->printed : "";
+}
+
+TEST_F(LldpdLab, ServesASubscriberAnUpdateWithTheDataThatGetShows) {
+    const Context modules = openconfig_modules();
+    LiveServer server(lab());
+    ASSERT_TRUE(server.tells_changes());
+    edit("r2", {"set", "/lldp/config/system-description", "described anew"});
+    const Xml event = next_event(server.subscriber(), "neighbor-change", [](const Xml &each) {
+        return is("updated")(each) && each.printed.find("described anew") != std::string::npos;
+    });
+    EXPECT_EQ(event.ns, neighbor_namespace);
+    EXPECT_EQ(without_age(modules.get(), data_of(event)), without_age(modules.get(), server.get_neighbor()));
+}
+
+TEST_F(LldpdLab, ServesASubscriberACutAndItsRepair) {
+    const Context modules = openconfig_modules();
+    LiveServer server(lab());
+    ASSERT_TRUE(server.tells_changes());
+    const std::string neighbor = "/openconfig-lldp:lldp/interfaces/interface[name='eth1']/neighbors/neighbor";
+    lab().ip("r2", {"link", "set", "eth1", "down"});
+    const Xml removed = next_event(server.subscriber(), "neighbor-change", is("removed"));
+    lab().ip("r2", {"link", "set", "eth1", "up"});
+    const Tree last = parse_answer(modules.get(), Format::xml, data_of(removed));
+    EXPECT_THAT(values_at(last.get(), neighbor + "/id"), testing::ElementsAre(neighbor_of_eth1));
+    EXPECT_THAT(values_at(last.get(), neighbor + "/state/system-name"), testing::ElementsAre("r2.example.net"));
+    const Xml added = next_event(server.subscriber(), "neighbor-change", is("added"));
+    const Tree next = parse_answer(modules.get(), Format::xml, data_of(added));
+    EXPECT_THAT(values_at(next.get(), neighbor + "/state/system-name"), testing::ElementsAre("r2.example.net"));
+    EXPECT_TRUE(eventually(all_hear_each_other));
+}
+
+TEST_F(LldpdLab, ServesASubscriberAfterARestartOfItsDaemon) {
+    LiveServer server(lab());
+    ASSERT_TRUE(server.tells_changes());
+    lab().kill_daemon("r1");
+    lab().start_daemon("r1");
+    EXPECT_TRUE(server.tells_changes());
+    EXPECT_TRUE(eventually(all_hear_each_other));
+}
+
+TEST_F(LldpdLab, ServesAReplayOfWhatItsNeighborsDid) {
+    LiveServer server(lab());
+    ASSERT_TRUE(server.tells_changes());
+    NetconfClient later = server.another_client();
+    expect_ok(later.rpc(create_subscription(start_time(long_ago))));
+    const std::vector<Xml> events = events_by(events_to(later, "replayComplete"), "neighbor-change");
+    EXPECT_TRUE(std::any_of(events.begin(), events.end(), is("updated")));
+}
+
+} // namespace
+} // namespace yfw::test
