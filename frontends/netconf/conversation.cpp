@@ -7,18 +7,31 @@ namespace {
 
 constexpr const char *declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
+// Who reads a line feed or a tab in an attribute gets a blank (XML section 3.3.3): references stay what they
+// are.
+std::string attribute_value(std::string_view value) {
+    std::string text;
+    for (const char c : escaped(value)) {
+        if (c == '\n' || c == '\r' || c == '\t')
+            text += "&#" + std::to_string(c) + ";";
+        else
+            text += c;
+    }
+    return text;
+}
+
 // All attributes of the <rpc>, as RFC 6241 section 4.2 wants them back.
 std::string echoed_attributes(const Element &rpc) {
     std::string text;
     for (const Element::Attribute &attribute : rpc.attributes()) {
         const std::string name(attribute.name);
-        const std::string value = "=\"" + escaped(attribute.value) + "\"";
+        const std::string value = "=\"" + attribute_value(attribute.value) + "\"";
         if (attribute.prefix.empty() || attribute.prefix == "xml") {
             text += " " + (attribute.prefix.empty() ? "" : std::string(attribute.prefix) + ":") + name + value;
             continue;
         }
         const std::string prefix(attribute.prefix);
-        const std::string declared = " xmlns:" + prefix + "=\"" + escaped(attribute.ns) + "\"";
+        const std::string declared = " xmlns:" + prefix + "=\"" + attribute_value(attribute.ns) + "\"";
         if (text.find(declared) == std::string::npos)
             text += declared;
         text += " " + prefix + ":" + name + value;

@@ -17,8 +17,8 @@ using EventTime = std::chrono::time_point<std::chrono::system_clock, std::chrono
 
 // RFC 3339, UTC, to the microsecond: an event can be asked for again by the time that it bears.
 std::string print_time(EventTime time);
-// `text`: in the form of a date-and-time (RFC 6991). Nothing when the calendar has no such day, or the day no such
-// time.
+// `text`: in the form of a date-and-time (RFC 6991). Nothing when the calendar has no such day, or the day no
+// such time.
 std::optional<EventTime> parse_time(const std::string &text);
 
 struct Event {

@@ -26,15 +26,28 @@ const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
 
 std::optional<host::Selection> select(const Element &filter, const lysc_node *node);
 
+// Keys refer to the leaf that holds their value.
+const lysc_type *value_type(const lysc_node *leaf) {
+    const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
+    while (type->basetype == LY_TYPE_LEAFREF)
+        type = reinterpret_cast<const lysc_type_leafref *>(type)->realtype;
+    return type;
+}
+
 // An identity's prefix is the client's own; answers bear the module's name.
-std::string matched_value(const lysc_node *leaf, std::string text) {
-    const auto *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
-    const size_t colon = text.find(':');
+std::string matched_value(const Element &filter, const lysc_node *leaf) {
+    const lysc_type *type = value_type(leaf);
+    const std::string text = filter.text();
     if (type->basetype != LY_TYPE_IDENT)
         return text;
-    const auto *bases = reinterpret_cast<const lysc_type_identityref *>(type)->bases;
-    return std::string(bases[0]->module->name) + ":" +
-           (colon == std::string::npos ? text : text.substr(colon + 1));
+    const lys_module *module = reinterpret_cast<const lysc_type_identityref *>(type)->bases[0]->module;
+    const size_t colon = text.find(':');
+    if (colon == std::string::npos)
+        return std::string(module->name) + ":" + text;
+    const Prefixes prefixes = filter.prefixes();
+    const auto declared = prefixes.find(text.substr(0, colon));
+    const bool is_another = declared != prefixes.end() && declared->second != module->ns;
+    return is_another ? text : std::string(module->name) + text.substr(colon);
 }
 
 std::optional<host::Selection> select_children(const Element &filter, const lysc_node *node) {
@@ -66,7 +79,7 @@ std::optional<host::Selection> select(const Element &filter, const lysc_node *no
     if (!filter.text().empty() && !holds_text)
         return std::nullopt;
     if (!filter.text().empty())
-        selected.value = matched_value(node, filter.text());
+        selected.value = matched_value(filter, node);
     return selected;
 }
 
@@ -117,46 +130,6 @@ std::string filtered(const Element &filter, const Element &data) {
     return inside.empty() ? "" : open_tag(data) + inside + "</" + std::string(data.name()) + ">";
 }
 
-// ---- XPath ---------------------------------------------------------------------------------------------
-
-bool is_name_character(char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '-' || c == '.';
-}
-
-std::string module_meant(const ly_ctx *context, const std::string &prefix, const Prefixes &prefixes) {
-    const auto declared = prefixes.find(prefix);
-    if (declared == prefixes.end())
-        throw RpcError("protocol", "invalid-value", "the prefix \"" + prefix + "\" is not declared");
-    const lys_module *module = ly_ctx_get_module_implemented_ns(context, declared->second.c_str());
-    // A namespace that is not here selects nothing, which is no error; nor has this module data.
-    return module != nullptr ? module->name : "ietf-netconf";
-}
-
-// libyang's own form of an expression: names of modules instead of the client's prefixes.
-std::string in_module_names(const ly_ctx *context, const std::string &expression, const Prefixes &prefixes) {
-    std::string out;
-    for (size_t at = 0; at < expression.size();) {
-        const char c = expression[at];
-        size_t end = at + 1;
-        if (c == '\'' || c == '"') {
-            end = std::min(expression.find(c, end), expression.size() - 1) + 1;
-        } else if (is_name_character(c)) {
-            while (end < expression.size() && is_name_character(expression[end]))
-                end++;
-            const bool is_prefix =
-                expression.compare(end, 1, ":") == 0 && expression.compare(end, 2, "::") != 0;
-            if (is_prefix) {
-                out += module_meant(context, expression.substr(at, end - at), prefixes);
-                at = end;
-                continue;
-            }
-        }
-        out.append(expression, at, end - at);
-        at = end;
-    }
-    return out;
-}
-
 } // namespace
 
 Filter filter_of(const Element &filter) {
@@ -193,30 +166,6 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
             whole = std::move(part);
     }
     return whole;
-}
-
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth) {
-    if (data == nullptr)
-        return nullptr;
-    const std::string expression = in_module_names(LYD_CTX(data), filter.expression, filter.prefixes);
-    ly_set *found = nullptr;
-    const LY_ERR status = lyd_find_xpath3(nullptr, data, expression.c_str(), nullptr, &found);
-    const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
-    const std::unique_ptr<ly_set, decltype(free_set)> owner(found, free_set);
-    if (status != LY_SUCCESS)
-        throw RpcError("protocol", "invalid-value", host::take_yang_error(LYD_CTX(data)));
-    lyd_node *selected = nullptr;
-    for (uint32_t i = 0; i < found->count; i++) {
-        lyd_node *copy = nullptr;
-        lyd_dup_single(found->dnodes[i], nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_WITH_FLAGS,
-                       &copy);
-        cut_below(copy, depth);
-        while (copy != nullptr && lyd_parent(copy) != nullptr)
-            copy = lyd_parent(copy);
-        if (copy != nullptr)
-            lyd_merge_siblings(&selected, copy, LYD_MERGE_DESTRUCT);
-    }
-    return host::DataTree(selected);
 }
 
 } // namespace yfw::netconf

@@ -32,7 +32,8 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
 std::string subtree_filtered(const Element &filter, const Element &data);
 
 // What an XPath filter selects of the data, with the nodes that lead to it and their keys, and of each selected
-// node no more than `depth` levels. Throws RpcError.
+// node no more than `depth` levels. Throws RpcError, also for an expression that is longer than 16 KiB or would
+// take too long.
 host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth = unlimited_depth);
 
 } // namespace yfw::netconf

@@ -32,19 +32,62 @@ size_t after(std::string_view text, size_t from, std::string_view end) {
     return found + end.size();
 }
 
-// The end of a tag: its first ">" outside quotes.
-size_t after_tag(std::string_view text, size_t from) {
+struct Tag {
+    size_t end = 0;        // behind its first ">" outside quotes
+    size_t attributes = 0; // with declarations of namespaces
+};
+
+Tag tag_at(std::string_view text, size_t from) {
     char quote = '\0';
+    Tag tag;
     for (size_t i = from; i < text.size(); i++) {
-        if (quote != '\0')
+        if (quote != '\0') {
             quote = text[i] == quote ? '\0' : quote;
-        else if (text[i] == '"' || text[i] == '\'')
+        } else if (text[i] == '"' || text[i] == '\'') {
             quote = text[i];
-        else if (text[i] == '>')
-            return i + 1;
+            tag.attributes++;
+        } else if (text[i] == '>') {
+            tag.end = i + 1;
+            return tag;
+        }
     }
     malformed("the message ends within a tag");
 }
+
+// The elements around a place of a message. Refuses what a parser should not be given that calls itself for
+// each level, and looks through all attributes and namespaces for each one.
+class OpenElements {
+public:
+    void check(size_t attributes) const {
+        if (attributes_ + attributes > Document::most_attributes)
+            malformed("an element has more than " + std::to_string(Document::most_attributes) +
+                      " attributes, with those around it");
+    }
+
+    void count() {
+        if (++count_ > Document::most_elements)
+            malformed("a message has more than " + std::to_string(Document::most_elements) + " elements");
+    }
+
+    void open(size_t attributes) {
+        open_.push_back(attributes);
+        attributes_ += attributes;
+        if (open_.size() > Document::deepest)
+            malformed("elements are nested deeper than " + std::to_string(Document::deepest));
+    }
+
+    void close() {
+        if (open_.empty())
+            malformed("an element is closed that was not opened");
+        attributes_ -= open_.back();
+        open_.pop_back();
+    }
+
+private:
+    std::vector<size_t> open_; // how many attributes each has
+    size_t attributes_ = 0;
+    size_t count_ = 0; // of elements so far
+};
 
 // Clients that write <nc:rpc> often leave elements inside without any namespace, <config> above all; they mean
 // NETCONF's own.
@@ -57,11 +100,10 @@ std::string with_namespace(std::string tag, bool is_root) {
     return tag;
 }
 
-// The document as libyang is to parse it. Refuses what a parser that calls itself for each level should not be
-// given.
+// The document as libyang is to parse it.
 std::string prepared(std::string_view text) {
     std::string out;
-    size_t depth = 0;
+    OpenElements around;
     size_t done = 0;
     bool is_root = true;
     for (size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
@@ -75,14 +117,15 @@ std::string prepared(std::string_view text) {
         } else if (rest.starts_with("<!")) {
             malformed("a document type is not accepted");
         } else {
-            const size_t end = after_tag(text, at);
+            const auto [end, attributes] = tag_at(text, at);
             const bool closes = rest.starts_with("</");
-            if (closes && depth == 0)
-                malformed("an element is closed that was not opened");
+            around.check(attributes);
+            if (!closes)
+                around.count();
             if (closes)
-                depth--;
-            else if (text[end - 2] != '/' && ++depth > Document::deepest)
-                malformed("elements are nested deeper than " + std::to_string(Document::deepest));
+                around.close();
+            else if (text[end - 2] != '/')
+                around.open(attributes);
             out.append(text, done, at - done);
             out += closes ? std::string(text.substr(at, end - at))
                           : with_namespace(std::string(text.substr(at, end - at)), is_root);
@@ -134,7 +177,7 @@ std::optional<std::string> Element::attribute(std::string_view wanted) const {
 // libyang keeps them to itself, but prints them with the element.
 Prefixes Element::prefixes() const {
     const std::string text = print();
-    const std::string_view tag = std::string_view(text).substr(0, after_tag(text, 0));
+    const std::string_view tag = std::string_view(text).substr(0, tag_at(text, 0).end);
     Prefixes found;
     constexpr std::string_view declares = " xmlns:";
     for (size_t at = tag.find(declares); at != std::string_view::npos; at = tag.find(declares, at + 1)) {

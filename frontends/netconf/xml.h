@@ -61,11 +61,15 @@ private:
     const lyd_node_opaq *node_;
 };
 
-// One XML document with one root. A document with a DOCTYPE, or deeper than any message has reason to be, is
-// refused before it is parsed.
+// One XML document with one root. A document with a DOCTYPE, or deeper or with more attributes than any message
+// has reason to have, is refused before it is parsed.
 class Document {
 public:
     static constexpr size_t deepest = 128;
+    // Each takes some hundred bytes of memory.
+    static constexpr size_t most_elements = 500000;
+    // Of an element with those around it, declarations of namespaces counted.
+    static constexpr size_t most_attributes = 1000;
 
     // Throws RpcError "malformed-message".
     explicit Document(const std::string &text);

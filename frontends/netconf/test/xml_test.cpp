@@ -22,6 +22,25 @@ std::string nested(size_t depth) {
     return text;
 }
 
+// In one more that holds them.
+std::string with_elements(size_t count) {
+    std::string text = "<a xmlns='urn:a'>";
+    for (size_t i = 0; i < count; i++)
+        text += "<b/>";
+    return text + "</a>";
+}
+
+// So many attributes, counting namespaces, on an element and on one around it.
+std::string with_attributes(size_t inside, size_t around) {
+    std::string text = "<a xmlns='urn:a'";
+    for (size_t i = 1; i < around; i++)
+        text += " xmlns:p" + std::to_string(i) + "='urn:" + std::to_string(i) + "'";
+    text += "><b";
+    for (size_t i = 0; i < inside; i++)
+        text += " b" + std::to_string(i) + "=\"1\"";
+    return text + "/></a>";
+}
+
 struct DocumentCase {
     const char *name;
     std::string text;
@@ -86,6 +105,11 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"TheSameAttributeTwice", "<a xmlns='urn:a' b=\"1\" b=\"2\"/>"},
         DocumentCase{"AnUndeclaredPrefix", "<x:a xmlns='urn:a'/>"},
         DocumentCase{"AnUndeclaredPrefixOfAnAttribute", "<a xmlns='urn:a' x:b=\"1\"/>"},
+        DocumentCase{"TooManyAttributes", with_attributes(Document::most_attributes, 1)},
+        DocumentCase{"TooManyNamespaces", with_attributes(0, Document::most_attributes + 1)},
+        DocumentCase{"TooManyAttributesWithThoseAround", with_attributes(Document::most_attributes - 9, 10)},
+        DocumentCase{"AHundredThousandAttributes", with_attributes(100000, 1)},
+        DocumentCase{"TooManyElements", with_elements(Document::most_elements)},
         DocumentCase{"AnElementTooDeep", nested(Document::deepest + 1)},
         DocumentCase{"TwentyThousandNestedElements", nested(20000)},
         DocumentCase{"TwentyThousandElementsThatDoNotEnd", nested(20000).substr(0, 60012)}),
@@ -108,6 +132,14 @@ std::string many_siblings() {
     return text + "</a>";
 }
 
+// More than one element and those around it may have.
+std::string siblings_with_attributes() {
+    std::string text = "<a xmlns='urn:a'>";
+    for (size_t i = 0; i < Document::most_attributes; i++)
+        text += i % 2 == 0 ? "<b c=\"1\" d=\"2\"/>" : "<b c=\"1\" d=\"2\"><e f=\"3\"/></b>";
+    return text + "</a>";
+}
+
 INSTANTIATE_TEST_SUITE_P(
     With, AWellFormedDocument,
     testing::Values(
@@ -116,7 +148,9 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"CommentsAround", "<!-- x --><a xmlns='urn:a'/><!-- <b> <!DOCTYPE b> -->\n"},
         DocumentCase{"WhiteSpaceAround", "\n <a xmlns='urn:a'/> \n"},
         DocumentCase{"TheDeepestElementThatIsAllowed", nested(Document::deepest)},
+        DocumentCase{"AsManyAttributesAsAreAllowed", with_attributes(Document::most_attributes - 10, 10)},
         DocumentCase{"ManySiblings", many_siblings()},
+        DocumentCase{"ManySiblingsWithAttributes", siblings_with_attributes()},
         DocumentCase{"TagsInAnAttribute", "<a xmlns='urn:a' b=\"/&gt;&lt;a>\"/>"},
         DocumentCase{"TheWordDoctypeInText", "<a xmlns='urn:a'>&lt;!DOCTYPE a></a>"},
         DocumentCase{"ADocumentTypeInAComment", "<a xmlns='urn:a'><!-- <!DOCTYPE a> --></a>"},

@@ -1,0 +1,52 @@
+// A NETCONF server in this process, for benchmarks only.
+#ifndef YFW_BENCH_SERVED_DEVICE_H
+#define YFW_BENCH_SERVED_DEVICE_H
+
+#include <filesystem>
+#include <thread>
+
+#include "frontends/netconf/netconf_server.h"
+
+namespace yfw::bench {
+
+// A directory of this process's own, which goes with everything in it.
+class Directory {
+public:
+    Directory();
+    ~Directory();
+    Directory(const Directory &) = delete;
+    Directory &operator=(const Directory &) = delete;
+
+    const std::filesystem::path &path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// Serves a source, with a store of its own, on a thread of its own while it lives. There can be one at a time:
+// the plug-in keeps state between its callbacks. Borrows the schemas and the source.
+class ServedDevice {
+public:
+    ServedDevice(const host::Schemas &schemas, sources::NativeSource &source);
+    ~ServedDevice();
+    ServedDevice(const ServedDevice &) = delete;
+    ServedDevice &operator=(const ServedDevice &) = delete;
+
+    std::filesystem::path socket() const { return directory_.path() / "netconf.sock"; }
+    const std::filesystem::path &directory() const { return directory_.path(); }
+
+private:
+    Directory directory_;
+    host::ConfiguredSource configured_;
+    host::Engine engine_;
+    netconf::ProtocolModules modules_;
+    netconf::EventStream events_;
+    netconf::Datastores datastores_;
+    netconf::NetconfServer server_;
+    int stop_;
+    std::thread thread_;
+};
+
+} // namespace yfw::bench
+
+#endif

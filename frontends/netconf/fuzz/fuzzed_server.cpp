@@ -1,0 +1,50 @@
+#include "frontends/netconf/fuzz/fuzzed_server.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+namespace yfw::netconf::fuzz {
+namespace {
+
+std::filesystem::path make_directory() {
+    std::string name = std::filesystem::temp_directory_path() / "yfw-fuzz-XXXXXX";
+    if (mkdtemp(name.data()) == nullptr)
+        throw std::system_error(errno, std::generic_category(), name);
+    return name;
+}
+
+bool is_session(uint32_t id) {
+    return id == FuzzedServer::first_session || id == FuzzedServer::second_session;
+}
+
+} // namespace
+
+FuzzedServer::State::State(FuzzedServer &all)
+    : datastores(all.schemas_, all.source_, all.engine_, events), server{all.schemas_, all.engine_, datastores,
+                                                                         all.modules_, monitoring,  events,
+                                                                         is_session} {
+    for (const uint32_t session : {first_session, second_session})
+        monitoring.session_began(session, "fuzzer");
+}
+
+// The engine stays: with this device of one node it keeps the plug-in loaded, and the fuzzer's counters in it.
+FuzzedServer::FuzzedServer()
+    : directory_(make_directory()), schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR),
+      recorded_(sources::FileSource::of_device(YFW_DEVICE_DIR)),
+      source_(schemas_, recorded_, directory_ / "commits.db"), engine_(schemas_, source_, YFW_PLUGIN_LIBRARY),
+      modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR) {}
+
+FuzzedServer::~FuzzedServer() {
+    std::error_code ignored;
+    std::filesystem::remove_all(directory_, ignored);
+}
+
+void FuzzedServer::begin_anew() {
+    state_.reset();
+    for (const auto &file : std::filesystem::directory_iterator(directory_))
+        std::filesystem::remove(file.path());
+    state_.emplace(*this);
+}
+
+} // namespace yfw::netconf::fuzz

@@ -1,0 +1,52 @@
+// A server without a transport, on a recorded device, that can be begun anew as often as there are inputs.
+#ifndef YFW_FRONTENDS_NETCONF_FUZZ_FUZZED_SERVER_H
+#define YFW_FRONTENDS_NETCONF_FUZZ_FUZZED_SERVER_H
+
+#include <filesystem>
+#include <optional>
+
+#include "frontends/netconf/conversation.h"
+#include "sources/file/file_source.h"
+
+namespace yfw::netconf::fuzz {
+
+class FuzzedServer {
+public:
+    // Its sessions.
+    static constexpr uint32_t first_session = 1;
+    static constexpr uint32_t second_session = 2;
+
+    FuzzedServer();
+    ~FuzzedServer();
+    FuzzedServer(const FuzzedServer &) = delete;
+    FuzzedServer &operator=(const FuzzedServer &) = delete;
+
+    // Forgets commits, candidate, locks and counters.
+    void begin_anew();
+
+    const Server &server() const { return state_->server; }
+    // -1 when there is none yet.
+    int64_t last_commit() const { return source_.last_commit_number(); }
+
+private:
+    struct State {
+        explicit State(FuzzedServer &all);
+
+        EventStream events;
+        Datastores datastores;
+        Monitoring monitoring;
+        Server server;
+    };
+
+    std::filesystem::path directory_; // of the store alone
+    host::Schemas schemas_;
+    sources::FileSource recorded_;
+    host::ConfiguredSource source_;
+    host::Engine engine_;
+    ProtocolModules modules_;
+    std::optional<State> state_;
+};
+
+} // namespace yfw::netconf::fuzz
+
+#endif

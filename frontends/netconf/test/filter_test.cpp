@@ -1,0 +1,153 @@
+// What subtree filters select of the OpenConfig tree, and what XPath filters refuse.
+#include <ostream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "frontends/netconf/filter.h"
+#include "frontends/netconf/rpc_error.h"
+#include "frontends/netconf/xpath_cost.h"
+#include "host/schemas.h"
+
+namespace yfw::netconf {
+namespace {
+
+const host::Schemas &schemas() {
+    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    return loaded;
+}
+
+// --- identities ---
+
+struct IdentityCase {
+    const char *name;
+    std::string text;
+};
+
+void PrintTo(const IdentityCase &test, std::ostream *out) {
+    *out << test.text;
+}
+
+// Of a key, which refers to a leaf, and of such a leaf.
+class AnIdentityInAFilter : public testing::TestWithParam<IdentityCase> {
+protected:
+    std::string value_selected(const std::string &begin, const std::string &end) const {
+        const Document document("<filter xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\"><lldp "
+                                "xmlns=\"http://openconfig.net/yang/lldp\" "
+                                "xmlns:t=\"http://openconfig.net/yang/lldp/types\"><interfaces><interface>"
+                                "<neighbors><neighbor><capabilities><capability>" +
+                                begin + GetParam().text + end +
+                                "</capability></capabilities></neighbor></neighbors></interface></interfaces>"
+                                "</lldp></filter>");
+        std::optional<host::Selection> at = subtree_selection(document.root(), schemas().openconfig_root());
+        while (at.has_value() && !at->children.empty())
+            at = host::Selection(at->children.front());
+        return at.has_value() ? at->value.value_or("") : "";
+    }
+};
+
+TEST_P(AnIdentityInAFilter, MatchesAKeyByTheNameOfItsModule) {
+    EXPECT_EQ(value_selected("<name>", "</name>"), "openconfig-lldp-types:MAC_BRIDGE");
+}
+
+TEST_P(AnIdentityInAFilter, MatchesALeafByTheNameOfItsModule) {
+    EXPECT_EQ(value_selected("<state><name>", "</name></state>"), "openconfig-lldp-types:MAC_BRIDGE");
+}
+
+INSTANTIATE_TEST_SUITE_P(Written, AnIdentityInAFilter,
+                         testing::Values(IdentityCase{"Plainly", "MAC_BRIDGE"},
+                                         IdentityCase{"WithThePrefixOfTheClient", "t:MAC_BRIDGE"},
+                                         IdentityCase{"WithTheNameOfTheModule",
+                                                      "openconfig-lldp-types:MAC_BRIDGE"}),
+                         [](const testing::TestParamInfo<IdentityCase> &test) { return test.param.name; });
+
+TEST(AnIdentityOfAnotherNamespace, MatchesNothingOfItsName) {
+    const Document document(
+        "<filter xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\"><lldp "
+        "xmlns=\"http://openconfig.net/yang/lldp\" xmlns:t=\"urn:other\"><interfaces>"
+        "<interface><neighbors><neighbor><capabilities><capability><name>t:MAC_BRIDGE</name>"
+        "</capability></capabilities></neighbor></neighbors></interface></interfaces></lldp>"
+        "</filter>");
+    std::optional<host::Selection> at = subtree_selection(document.root(), schemas().openconfig_root());
+    while (at.has_value() && !at->children.empty())
+        at = host::Selection(at->children.front());
+    ASSERT_TRUE(at.has_value());
+    EXPECT_NE(at->value, "openconfig-lldp-types:MAC_BRIDGE");
+}
+
+// --- XPath ---
+
+host::DataTree some_data() {
+    lyd_node *data = nullptr;
+    lyd_new_path(nullptr, schemas().context(), "/openconfig-lldp:lldp/config/system-name", "r1", 0, &data);
+    return host::DataTree(data);
+}
+
+std::string xpath_filter(const std::string &expression) {
+    return "<filter xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\" "
+           "xmlns:l=\"http://openconfig.net/yang/lldp\" type=\"xpath\" select=\"" +
+           expression + "\"/>";
+}
+
+TEST(AnExpression, OfAFewThousandBytesIsEvaluated) {
+    const host::DataTree data = some_data();
+    std::string expression = "/l:lldp";
+    for (int i = 0; i < 300; i++)
+        expression += " | /l:lldp/l:config[l:system-name='r" + std::to_string(i) + "']";
+    const Document filter(xpath_filter(expression));
+    EXPECT_NE(xpath_filtered(data.get(), filter_of(filter.root())), nullptr);
+}
+
+TEST(AnExpression, ThatWouldTakeSecondsIsRefusedForItsLength) {
+    const host::DataTree data = some_data();
+    const Document filter(xpath_filter(std::string(200000, '-') + "1"));
+    try {
+        xpath_filtered(data.get(), filter_of(filter.root()));
+        FAIL() << "it was evaluated";
+    } catch (const RpcError &error) {
+        EXPECT_EQ(error.type, "protocol");
+        EXPECT_EQ(error.tag, "too-big");
+    }
+}
+
+struct CostCase {
+    const char *name;
+    std::string expression;
+    double least; // of the cost on a thousand nodes
+    double most;
+};
+
+void PrintTo(const CostCase &test, std::ostream *out) {
+    *out << test.expression;
+}
+
+class TheCost : public testing::TestWithParam<CostCase> {};
+
+TEST_P(TheCost, CountsWhatLooksThroughAllData) {
+    const double cost = xpath_cost(GetParam().expression, 1000);
+    EXPECT_GE(cost, GetParam().least);
+    EXPECT_LE(cost, GetParam().most);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, TheCost,
+                         testing::Values(CostCase{"APath", "/a/b/c", 1e3, 5e3},
+                                         CostCase{"AnEntry", "/a/b[c='1']/d[e=\"x\"]/f", 1e3, 5e3},
+                                         CostCase{"AUnion", "/a/b | /a/c[d]", 2e3, 1e4},
+                                         CostCase{"ASearch", "//b", 1e3, 5e3},
+                                         CostCase{"ASearchInAPredicate", "/a/b[//c]", 1e6, 1e7},
+                                         CostCase{"ASearchInAPredicateOfASearch", "//*[//*[//*]]", 1e9, 1e11},
+                                         CostCase{"APathFromTheRootInAPredicate", "/a/b[c = /a/d/e]", 1e6, 1e7},
+                                         CostCase{"APathFromTheRootAfterAWord", "/a/b[c and /a]", 1e6, 1e7},
+                                         CostCase{"AStepUpwardsInAPredicate", "/a/b[../b[../b]]", 1e9, 1e11},
+                                         CostCase{"AnAxisInAPredicate", "/a/b[following-sibling::b]", 1e6, 1e7},
+                                         CostCase{"AStepDownwardsInAPredicate", "/a/b[c/d/e]", 1e3, 5e3},
+                                         CostCase{"ManyStepsDownwardsInPredicates", "/a[b[c[d[e]]]]", 1e3, 5e4},
+                                         CostCase{"TextThatLooksLikeASearch", "/a/b[c='//*[//*]']", 1e3, 5e3},
+                                         CostCase{"ABracketTooMany", "/a]//*[//*[//*]]", 1e9, 1e11},
+                                         CostCase{"NothingClosed", "//*[//*[//*", 1e9, 1e11},
+                                         CostCase{"AnUnclosedText", "/a['", 1e3, 5e3},
+                                         CostCase{"Nothing", "", 0, 1}),
+                         [](const testing::TestParamInfo<CostCase> &test) { return test.param.name; });
+
+} // namespace
+} // namespace yfw::netconf
