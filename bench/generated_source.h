@@ -8,12 +8,13 @@
 
 namespace yfw::bench {
 
-// Gives out copies of one device, so that parsing is not measured. Borrows the schemas.
+// Gives out one device, or copies of it, so that parsing is not measured. Borrows the schemas.
 class GeneratedSource final : public sources::NativeSource {
 public:
     GeneratedSource(const host::Schemas &schemas, const DeviceSize &size);
 
     host::DataTree read(const ly_ctx *) override;
+    sources::Snapshot snapshot(const ly_ctx *) override { return {host::borrowed(data_.get())}; }
 
 private:
     host::DataTree data_;

@@ -63,7 +63,7 @@ NeighborReporter::NeighborReporter(const host::Schemas &schemas, host::Engine &e
 std::optional<NeighborReport> NeighborReporter::report(sources::NeighborEvent event) const {
     NeighborReport report;
     report.change = event.change;
-    report.answer = engine_.read(wanted_, std::move(event.data)).data;
+    report.answer = engine_.read(wanted_, {std::move(event.data)}).data;
     report.neighbor = neighbor_in(report.answer.get());
     return report.neighbor != nullptr ? std::optional(std::move(report)) : std::nullopt;
 }

@@ -70,7 +70,7 @@ std::optional<netconf::Nacm> access_rules(const DeviceOptions &device, const net
 
 void serve_device(const DeviceOptions &device, netconf::ServerOptions options, const std::string &rules,
                   int stop, const std::function<void()> &ready) {
-    Session session(device);
+    Session session(device, Use::serving);
     if (session.source.store().empty())
         throw host::Error(host::ErrorTag::missing_element, "--store",
                           "a device that is given as files needs a file for its commits");

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "sources/file/file_source.h"
+#include "sources/file/kept_file_source.h"
 #include "sources/lldpd/lldpd_source.h"
 #include "sources/lldpd/lldpd_watch.h"
 
@@ -23,15 +23,21 @@ std::optional<std::string> daemon_socket(const std::string &device) {
     return socket.empty() ? sources::lldpd::LldpdSource::default_socket() : socket;
 }
 
-OpenedDevice open_device(const DeviceOptions &options) {
+std::unique_ptr<sources::NativeSource> open_files(sources::FileSource files, Use use) {
+    if (use == Use::serving)
+        return std::make_unique<sources::KeptFileSource>(std::move(files));
+    return std::make_unique<sources::FileSource>(std::move(files));
+}
+
+OpenedDevice open_device(const DeviceOptions &options, Use use) {
     if (!options.native_files.empty())
-        return {.source = std::make_unique<sources::FileSource>(options.native_files)};
+        return {.source = open_files(sources::FileSource(options.native_files), use)};
     if (const auto socket = daemon_socket(options.device)) {
         auto daemon = std::make_unique<sources::lldpd::LldpdSource>(*socket);
         sources::NativeTarget *target = daemon.get();
         return {std::move(daemon), target, std::make_unique<sources::lldpd::LldpdWatch>(*socket)};
     }
-    return {.source = std::make_unique<sources::FileSource>(sources::FileSource::of_device(options.device))};
+    return {.source = open_files(sources::FileSource::of_device(options.device), use)};
 }
 
 std::string environment(const char *name) {
@@ -63,8 +69,8 @@ std::filesystem::path store_of(const DeviceOptions &options) {
     return state_directory() / ((socket.has_value() ? std::string(daemon_prefix) : "") + name + ".db");
 }
 
-Session::Session(const DeviceOptions &options)
-    : schemas(options.native_models, options.openconfig_models), device(open_device(options)),
+Session::Session(const DeviceOptions &options, Use use)
+    : schemas(options.native_models, options.openconfig_models), device(open_device(options, use)),
       source(schemas, *device.source, store_of(options), device.target),
       engine(schemas, source, options.plugin) {
     engine.set_trace(options.trace);

@@ -21,9 +21,12 @@ struct OpenedDevice {
     std::unique_ptr<sources::NeighborWatch> watch = nullptr; // of a device that tells its changes
 };
 
+// How long a command looks at a device: `serving` keeps what it has read of a recorded one.
+enum class Use { once, serving };
+
 // Throws host::Error.
 struct Session {
-    explicit Session(const DeviceOptions &options);
+    explicit Session(const DeviceOptions &options, Use use = Use::once);
 
     host::Schemas schemas;
     OpenedDevice device;

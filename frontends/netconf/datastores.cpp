@@ -44,11 +44,15 @@ const lyd_node *Datastores::candidate_or(const host::DataTree &running) const {
     return candidate_.has_value() ? candidate_->get() : running.get();
 }
 
-host::DataTree Datastores::read(Datastore datastore) {
-    const Guard guard(mutex_);
-    if (datastore == Datastore::candidate && candidate_.has_value())
-        return host::copy_configuration(candidate_->get());
-    return running();
+sources::Snapshot Datastores::read(Datastore datastore) {
+    if (datastore == Datastore::running)
+        return source_.snapshot(schemas_.context());
+    {
+        const Guard guard(mutex_);
+        if (candidate_.has_value())
+            return {nullptr, *candidate_};
+    }
+    return source_.snapshot(schemas_.context());
 }
 
 void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) const {
@@ -65,7 +69,7 @@ void Datastores::refuse_denied(const Caller &caller, const lyd_node *before, con
         host::ReadRequest request;
         request.content = host::Content::config;
         request.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-        return engine_.read(request, host::copy_configuration(native)).data;
+        return engine_.read(request, {host::borrowed(native)}).data;
     };
     const auto denied = caller.rules->denied_write(seen(before).get(), seen(after).get());
     if (denied.has_value())

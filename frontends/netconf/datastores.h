@@ -43,7 +43,8 @@ public:
     Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine,
                EventStream &events);
 
-    host::DataTree read(Datastore datastore);
+    // What the configuration is to be read from, perhaps with state.
+    sources::Snapshot read(Datastore datastore);
 
     // `only_test`: the edit is checked and nothing is changed.
     void edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test);
@@ -109,7 +110,7 @@ private:
     host::Engine &engine_;
     host::Editor editor_;
     EventStream &events_;
-    std::optional<host::DataTree> candidate_; // nothing: the same as running
+    std::optional<host::SharedData> candidate_; // nothing: the same as running
     std::vector<std::string> candidate_edits_;
     std::vector<EditRecord> candidate_records_; // of these edits
     uint32_t candidate_editor_ = 0;             // the session that edited it last

@@ -139,6 +139,11 @@ std::optional<Commit> Datastore::last() const {
     return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
 }
 
+std::optional<int64_t> Datastore::last_number() const {
+    Statement rows(file_, database_, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
+    return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
+}
+
 std::optional<Commit> Datastore::find(int64_t number) const {
     Statement rows(
         file_, database_,

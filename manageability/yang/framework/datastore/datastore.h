@@ -46,6 +46,8 @@ public:
     // The last commit; nothing when there is none.
     std::optional<Commit> last() const;
     std::optional<Commit> find(int64_t number) const;
+    // Of the last commit; nothing when there is none.
+    std::optional<int64_t> last_number() const;
     // All commits without their texts of edit, difference and configuration, newest first.
     std::vector<Commit> history() const;
 

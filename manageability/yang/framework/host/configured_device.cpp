@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include "host/configuration_text.h"
 #include "host/error.h"
 #include "host/native_edits.h"
@@ -75,6 +78,41 @@ DataTree ConfiguredSource::read(const ly_ctx *context) {
     return data;
 }
 
+sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
+    sources::Snapshot native = source_.snapshot(context);
+    if (std::optional<SharedData> committed = committed_configuration())
+        native.configuration = std::move(committed); // what was recorded has been replaced
+    return native;
+}
+
+std::optional<ConfiguredSource::StoreIdentity>
+ConfiguredSource::identity_of(const std::filesystem::path &store) {
+    struct statx status {};
+    if (store.empty() || statx(AT_FDCWD, store.c_str(), 0, STATX_INO | STATX_BTIME, &status) != 0)
+        return std::nullopt;
+    return StoreIdentity{status.stx_ino, status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec};
+}
+
+// Other processes may commit, and replace the store.
+std::optional<SharedData> ConfiguredSource::committed_configuration() {
+    const std::optional<StoreIdentity> identity = identity_of(store_);
+    if (!identity.has_value())
+        return std::nullopt;
+    const std::lock_guard<std::mutex> guard(kept_mutex_);
+    return in_store([&]() -> std::optional<SharedData> {
+        const datastore::Datastore store(store_, false);
+        const std::optional<int64_t> number = store.last_number();
+        if (!number.has_value())
+            return std::nullopt;
+        if (!kept_.has_value() || kept_->store != *identity || kept_->number != *number) {
+            const std::optional<datastore::Commit> commit = store.find(*number);
+            kept_ =
+                Kept{*identity, *number, parse_configuration(schemas_, commit->configuration, store_.string())};
+        }
+        return kept_->configuration;
+    });
+}
+
 DataTree ConfiguredSource::running_configuration() {
     const std::optional<datastore::Commit> last = last_commit();
     return last.has_value() ? parse_configuration(schemas_, last->configuration, store_.string())
@@ -101,10 +139,10 @@ Editor::Change Editor::changed(const EditNode &edit, const lyd_node *running) {
     EditNode whole = edit;
     drop_deleted_content(whole);
     const Answer shown = engine_.read({Content::config, {{{schemas_.openconfig_root(), {}}}}, std::nullopt},
-                                      copy_configuration(running));
+                                      {borrowed(running)});
     check_existence(whole, shown.data.get());
     Change change;
-    change.edits = engine_.map_edit(whole, copy_configuration(running));
+    change.edits = engine_.map_edit(whole, borrowed(running));
     change.after = copy_configuration(running);
     apply_native_edits(schemas_, change.edits, change.after);
     validate_configuration(schemas_, change.after);

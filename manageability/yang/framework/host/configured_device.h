@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -25,6 +26,7 @@ public:
         : schemas_(schemas), source_(source), store_(std::move(store)), target_(target) {}
 
     DataTree read(const ly_ctx *context) override;
+    sources::Snapshot snapshot(const ly_ctx *context) override;
 
     // The source's own configuration.
     DataTree recorded_configuration();
@@ -43,11 +45,29 @@ public:
 
 private:
     std::optional<datastore::Commit> last_commit() const;
+    std::optional<SharedData> committed_configuration();
 
     const Schemas &schemas_;
     sources::NativeSource &source_;
     std::filesystem::path store_;
     sources::NativeTarget *target_;
+
+    // A file that takes another's place may have its number, but is younger.
+    struct StoreIdentity {
+        uint64_t number = 0; // the inode
+        int64_t born = 0;    // nanoseconds
+        bool operator==(const StoreIdentity &) const = default;
+    };
+    static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
+
+    // The configuration of the last commit that was looked at, and which one that is.
+    struct Kept {
+        StoreIdentity store;
+        int64_t number = 0;
+        SharedData configuration;
+    };
+    std::mutex kept_mutex_;
+    std::optional<Kept> kept_;
 };
 
 // Who changes what, and why.

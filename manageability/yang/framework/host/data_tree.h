@@ -15,6 +15,14 @@ struct FreeDataTree {
 // A forest of data nodes; freed as a whole.
 using DataTree = std::unique_ptr<lyd_node, FreeDataTree>;
 
+// The same, held by several; nobody changes it. A DataTree becomes one.
+using SharedData = std::shared_ptr<const lyd_node>;
+
+// Data of another holder, which has to live longer.
+inline SharedData borrowed(const lyd_node *data) {
+    return {SharedData(), data};
+}
+
 struct DestroyContext {
     void operator()(ly_ctx *context) const { ly_ctx_destroy(context); }
 };

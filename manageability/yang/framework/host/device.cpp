@@ -38,7 +38,9 @@ bool is_active(const lyd_node *interface) {
 } // namespace
 
 const lyd_node *Device::top(const lysc_node *schema) const {
-    for (const lyd_node *node = data_.get(); node != nullptr; node = node->next)
+    const bool is_apart = native_.configuration.has_value() && (schema->flags & LYS_CONFIG_W) != 0;
+    const SharedData &forest = is_apart ? *native_.configuration : native_.data;
+    for (const lyd_node *node = forest.get(); node != nullptr; node = node->next)
         if (node->schema == schema)
             return node;
     return nullptr;

@@ -10,13 +10,14 @@
 #include "host/data_tree.h"
 #include "host/schemas.h"
 #include "platform/device_view.h"
+#include "sources/native_source.h"
 
 namespace yfw::host {
 
 // Native data at one moment. Borrows the schemas.
 class Device final : public platform::DeviceView {
 public:
-    Device(const Schemas &schemas, DataTree data) : schemas_(schemas), data_(std::move(data)) {}
+    Device(const Schemas &schemas, sources::Snapshot native) : schemas_(schemas), native_(std::move(native)) {}
 
     // The data below a native top node; NULL when the device has none.
     const lyd_node *top(const lysc_node *schema) const;
@@ -30,7 +31,7 @@ private:
     void collect_interfaces() const;
 
     const Schemas &schemas_;
-    DataTree data_;
+    sources::Snapshot native_;
     mutable std::optional<std::unordered_set<std::string>> interfaces_; // filled when first asked for
 };
 

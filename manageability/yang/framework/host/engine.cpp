@@ -137,14 +137,14 @@ Engine::Engine(const Schemas &schemas, sources::NativeSource &source,
       trace_buffer_(trace_lines_kept) {}
 
 Answer Engine::read(const ReadRequest &request) {
-    return read_from(request, [&] { return source_.read(schemas_.context()); });
+    return read_from(request, [&] { return source_.snapshot(schemas_.context()); });
 }
 
-Answer Engine::read(const ReadRequest &request, DataTree native) {
+Answer Engine::read(const ReadRequest &request, sources::Snapshot native) {
     return read_from(request, [&] { return std::move(native); });
 }
 
-Answer Engine::read_from(const ReadRequest &request, const std::function<DataTree()> &native) {
+Answer Engine::read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native) {
     const std::lock_guard<std::mutex> serialised(one_request_);
     const std::vector<Selection> passes = split_by_list_entry(selection_of(request));
     const std::vector<std::unique_ptr<AnswerTree>> written = map_passes(passes, request.content, native());
@@ -154,9 +154,10 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<DataTre
     return answer;
 }
 
-// The native data is given back before libyang's tree of the answer is made: the two never take memory at once.
+// Native data that nobody keeps is given back before libyang's tree of the answer is made: the two then never
+// take memory at once.
 std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
-                                                            Content content, DataTree native) {
+                                                            Content content, sources::Snapshot native) {
     const Device device(schemas_, std::move(native));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
@@ -218,9 +219,9 @@ terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &pa
 }
 
 // An edit's native data is the running configuration: that is what the platform answers from.
-std::vector<NativePath> Engine::map_edit(const EditNode &edit, DataTree running) {
+std::vector<NativePath> Engine::map_edit(const EditNode &edit, SharedData running) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    const Device device(schemas_, std::move(running));
+    const Device device(schemas_, {std::move(running)});
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -244,11 +245,11 @@ Explanation Engine::explain(const ReadRequest &request) {
     return explanation_of(paths);
 }
 
-Explanation Engine::explain(const EditNode &edit, DataTree running) {
+Explanation Engine::explain(const EditNode &edit, SharedData running) {
     trace_buffer_.clear();
     explaining_ = true;
     NativePaths paths;
-    const Device device(schemas_, std::move(running));
+    const Device device(schemas_, {std::move(running)});
     const std::lock_guard<std::mutex> serialised(one_request_);
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);

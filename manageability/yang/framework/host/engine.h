@@ -46,22 +46,22 @@ public:
     // Throws Error when the device cannot be read or the mapping fails.
     Answer read(const ReadRequest &request);
     // The same of native data instead of what the device holds now.
-    Answer read(const ReadRequest &request, DataTree native);
+    Answer read(const ReadRequest &request, sources::Snapshot native);
 
     // The native edits that an OpenConfig edit comes down to, in order, on a device with this running
     // configuration. Nothing is applied. Throws Error when the mapping refuses the edit.
-    std::vector<NativePath> map_edit(const EditNode &edit, DataTree running);
+    std::vector<NativePath> map_edit(const EditNode &edit, SharedData running);
 
     // What the plug-in does with a read or an edit, without reading or changing a device.
     Explanation explain(const ReadRequest &request);
-    Explanation explain(const EditNode &edit, DataTree running);
+    Explanation explain(const EditNode &edit, SharedData running);
 
 private:
     struct Pass;
 
-    Answer read_from(const ReadRequest &request, const std::function<DataTree()> &native);
+    Answer read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native);
     std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
-                                                        DataTree native);
+                                                        sources::Snapshot native);
     std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content, const Device &device);
     void start_plugin_anew();
     void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);

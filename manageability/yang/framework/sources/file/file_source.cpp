@@ -7,6 +7,9 @@
 #include <string_view>
 #include <system_error>
 
+#include <sys/stat.h>
+#include <time.h>
+
 #include "host/error.h"
 #include "host/schemas.h"
 
@@ -96,6 +99,12 @@ void validate_configuration(DataTree &data, const std::filesystem::path &place) 
     }
 }
 
+constexpr int64_t settling_time = 3000000000; // coarser than the clock of any file system that we know
+
+int64_t nanoseconds(const timespec &time) {
+    return int64_t{time.tv_sec} * 1000000000 + time.tv_nsec;
+}
+
 } // namespace
 
 FileSource FileSource::of_device(const std::filesystem::path &directory) {
@@ -110,6 +119,22 @@ FileSource FileSource::of_device(const std::filesystem::path &directory) {
         fail(directory, "holds no *.xml or *.json file of native data");
     std::sort(files.begin(), files.end());
     return FileSource(std::move(files));
+}
+
+std::optional<std::vector<FileState>> FileSource::settled_states() const {
+    std::vector<FileState> states;
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    for (const auto &file : files_) {
+        struct stat status {};
+        if (stat(file.c_str(), &status) != 0)
+            return std::nullopt;
+        states.push_back({status.st_ino, static_cast<uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+                          nanoseconds(status.st_ctim)});
+        if (std::max(states.back().modified, states.back().changed) > nanoseconds(now) - settling_time)
+            return std::nullopt;
+    }
+    return states;
 }
 
 DataTree FileSource::read(const ly_ctx *context) {

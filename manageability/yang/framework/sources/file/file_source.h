@@ -2,12 +2,24 @@
 #ifndef YFW_SOURCES_FILE_FILE_SOURCE_H
 #define YFW_SOURCES_FILE_FILE_SOURCE_H
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "sources/native_source.h"
 
 namespace yfw::sources {
+
+// What tells whether a file is still the one that was read.
+struct FileState {
+    uint64_t number = 0; // the inode
+    uint64_t size = 0;
+    int64_t modified = 0; // nanoseconds
+    int64_t changed = 0;
+
+    bool operator==(const FileState &) const = default;
+};
 
 class FileSource final : public NativeSource {
 public:
@@ -19,6 +31,10 @@ public:
     static FileSource of_device(const std::filesystem::path &directory);
 
     host::DataTree read(const ly_ctx *context) override;
+
+    // Of all files; nothing when one is missing, or was changed so recently that another change might bear the
+    // same time.
+    std::optional<std::vector<FileState>> settled_states() const;
 
 private:
     std::vector<std::filesystem::path> files_;

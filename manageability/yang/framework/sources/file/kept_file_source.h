@@ -1,0 +1,31 @@
+// A recorded device that is read again only when its files have changed.
+#ifndef YFW_SOURCES_FILE_KEPT_FILE_SOURCE_H
+#define YFW_SOURCES_FILE_KEPT_FILE_SOURCE_H
+
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "sources/file/file_source.h"
+
+namespace yfw::sources {
+
+// For a process that is asked more than once; it keeps the data in memory.
+class KeptFileSource final : public NativeSource {
+public:
+    explicit KeptFileSource(FileSource source) : source_(std::move(source)) {}
+
+    host::DataTree read(const ly_ctx *context) override { return source_.read(context); }
+    Snapshot snapshot(const ly_ctx *context) override;
+
+private:
+    FileSource source_;
+    std::mutex mutex_;
+    std::optional<std::vector<FileState>> states_; // of the files that data_ was read from
+    const ly_ctx *context_ = nullptr;              // that it was made in
+    host::SharedData data_;
+};
+
+} // namespace yfw::sources
+
+#endif

@@ -1,0 +1,81 @@
+// A recorded device that is served is read anew when its files have changed, and only then.
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "host/error.h"
+#include "native_modules.h"
+#include "sources/file/kept_file_source.h"
+#include "support/eventually.h"
+#include "support/files.h"
+
+namespace yfw::sources::test {
+namespace {
+
+std::string configuration(const std::string &timer) {
+    return "<lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\"><timer>" + timer + "</timer></lldp>";
+}
+
+class AServedRecording : public testing::Test {
+protected:
+    host::SharedData data() { return source_.snapshot(native_modules()).data; }
+    std::string timer() { return lyd_get_value(lyd_child(data().get())); }
+
+    // Whether two reads give the very same data. A file that was just written could change unseen.
+    bool is_kept() {
+        return yfw::test::eventually([this] { return data() == data(); });
+    }
+
+    const yfw::test::TemporaryDirectory directory_;
+    const std::string file_ = directory_.add("native.xml", configuration("10"));
+    KeptFileSource source_{FileSource::of_device(directory_.path())};
+};
+
+TEST_F(AServedRecording, IsReadOnceWhileItStaysAsItIs) {
+    EXPECT_TRUE(is_kept());
+    EXPECT_EQ(timer(), "10");
+}
+
+TEST_F(AServedRecording, IsReadAgainWhenItWasWritten) {
+    ASSERT_TRUE(is_kept());
+    yfw::test::write_file(file_, configuration("20"));
+    EXPECT_EQ(timer(), "20");
+}
+
+TEST_F(AServedRecording, IsReadAgainAtEachOfManyQuickChanges) {
+    for (int i = 10; i < 60; i++) { // all texts are of one length
+        yfw::test::write_file(file_, configuration(std::to_string(i)));
+        EXPECT_EQ(timer(), std::to_string(i));
+    }
+}
+
+TEST_F(AServedRecording, IsReadAgainWhenAnotherFileTookItsPlace) {
+    ASSERT_TRUE(is_kept());
+    const std::string other = directory_.add("other", configuration("30"));
+    std::filesystem::last_write_time(other, std::filesystem::last_write_time(file_));
+    std::filesystem::rename(other, file_);
+    EXPECT_EQ(timer(), "30");
+}
+
+TEST_F(AServedRecording, ThatIsGoneOrBrokenIsAnErrorUntilItIsBack) {
+    ASSERT_TRUE(is_kept());
+    std::filesystem::remove(file_);
+    EXPECT_THROW(data(), host::Error);
+    yfw::test::write_file(file_, "<lldp");
+    EXPECT_THROW(data(), host::Error);
+    EXPECT_THROW(data(), host::Error);
+    yfw::test::write_file(file_, configuration("40"));
+    EXPECT_EQ(timer(), "40");
+}
+
+TEST_F(AServedRecording, StaysWithWhoeverHoldsItWhenItChanges) {
+    ASSERT_TRUE(is_kept());
+    const host::SharedData before = data();
+    yfw::test::write_file(file_, configuration("50"));
+    EXPECT_EQ(timer(), "50");
+    EXPECT_STREQ(lyd_get_value(lyd_child(before.get())), "10");
+}
+
+} // namespace
+} // namespace yfw::sources::test
