@@ -61,11 +61,40 @@ template <class Work> void in_openconfig_terms(const std::vector<NativePath> &ed
 
 } // namespace
 
-std::optional<datastore::Commit> ConfiguredSource::last_commit() const {
-    std::error_code error;
-    if (store_.empty() || !std::filesystem::exists(store_, error))
+std::optional<ConfiguredSource::StoreIdentity>
+ConfiguredSource::identity_of(const std::filesystem::path &store) {
+    struct statx status {};
+    if (store.empty() || statx(AT_FDCWD, store.c_str(), 0, STATX_INO | STATX_BTIME, &status) != 0)
         return std::nullopt;
-    return in_store([&] { return datastore::Datastore(store_, false).last(); });
+    return StoreIdentity{status.stx_ino, status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec};
+}
+
+// NULL when there is none. Other processes may make it, commit to it and replace it. To be called with the
+// mutex.
+datastore::Datastore *ConfiguredSource::opened_store() const {
+    const std::optional<StoreIdentity> identity = identity_of(store_);
+    if (identity != identity_) {
+        kept_.reset();
+        opened_.reset();
+        identity_.reset(); // should opening fail
+        if (identity.has_value())
+            opened_ = std::make_unique<datastore::Datastore>(store_, false);
+        identity_ = identity;
+    }
+    return opened_.get();
+}
+
+void ConfiguredSource::hold_store() const {
+    const std::lock_guard<std::mutex> guard(store_mutex_);
+    in_store([this] { return opened_store(); });
+}
+
+std::optional<datastore::Commit> ConfiguredSource::last_commit() const {
+    const std::lock_guard<std::mutex> guard(store_mutex_);
+    return in_store([this] {
+        const datastore::Datastore *store = opened_store();
+        return store != nullptr ? store->last() : std::nullopt;
+    });
 }
 
 DataTree ConfiguredSource::read(const ly_ctx *context) {
@@ -85,30 +114,16 @@ sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
     return native;
 }
 
-std::optional<ConfiguredSource::StoreIdentity>
-ConfiguredSource::identity_of(const std::filesystem::path &store) {
-    struct statx status {};
-    if (store.empty() || statx(AT_FDCWD, store.c_str(), 0, STATX_INO | STATX_BTIME, &status) != 0)
-        return std::nullopt;
-    return StoreIdentity{status.stx_ino, status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec};
-}
-
-// Other processes may commit, and replace the store.
 std::optional<SharedData> ConfiguredSource::committed_configuration() {
-    const std::optional<StoreIdentity> identity = identity_of(store_);
-    if (!identity.has_value())
-        return std::nullopt;
-    const std::lock_guard<std::mutex> guard(kept_mutex_);
-    return in_store([&]() -> std::optional<SharedData> {
-        const datastore::Datastore store(store_, false);
-        const std::optional<int64_t> number = store.last_number();
+    const std::lock_guard<std::mutex> guard(store_mutex_);
+    return in_store([this]() -> std::optional<SharedData> {
+        const datastore::Datastore *store = opened_store();
+        const std::optional<int64_t> number = store != nullptr ? store->last_number() : std::nullopt;
         if (!number.has_value())
             return std::nullopt;
-        if (!kept_.has_value() || kept_->store != *identity || kept_->number != *number) {
-            const std::optional<datastore::Commit> commit = store.find(*number);
-            kept_ =
-                Kept{*identity, *number, parse_configuration(schemas_, commit->configuration, store_.string())};
-        }
+        if (!kept_.has_value() || kept_->number != *number)
+            kept_ = Kept{*number,
+                         parse_configuration(schemas_, store->find(*number)->configuration, store_.string())};
         return kept_->configuration;
     });
 }
@@ -191,6 +206,7 @@ std::optional<datastore::Commit> Editor::commit(const MakeChange &make) {
             if (prepared.has_value() && print_configuration(prepared->change.after.get()) == prepared->running)
                 return std::optional<datastore::Commit>();
             datastore::Datastore store(source_.store(), true);
+            source_.hold_store();
             ensure_first_commit(store);
             store.on_step(observer_);
             return store.commit(

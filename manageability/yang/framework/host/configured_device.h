@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -37,6 +38,10 @@ public:
     // -1 when there is none yet.
     int64_t last_commit_number() const;
 
+    // From now on the store stays open: whoever closes it last has to tidy it up, which takes longer than a
+    // commit.
+    void hold_store() const;
+
     // Makes the target run the last commit, if there is one: it may have been restarted since.
     void restore_target();
 
@@ -44,14 +49,6 @@ public:
     sources::NativeTarget *target() const { return target_; } // may be NULL
 
 private:
-    std::optional<datastore::Commit> last_commit() const;
-    std::optional<SharedData> committed_configuration();
-
-    const Schemas &schemas_;
-    sources::NativeSource &source_;
-    std::filesystem::path store_;
-    sources::NativeTarget *target_;
-
     // A file that takes another's place may have its number, but is younger.
     struct StoreIdentity {
         uint64_t number = 0; // the inode
@@ -60,14 +57,24 @@ private:
     };
     static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
 
-    // The configuration of the last commit that was looked at, and which one that is.
+    datastore::Datastore *opened_store() const;
+    std::optional<datastore::Commit> last_commit() const;
+    std::optional<SharedData> committed_configuration();
+
+    const Schemas &schemas_;
+    sources::NativeSource &source_;
+    std::filesystem::path store_;
+    sources::NativeTarget *target_;
+
+    mutable std::mutex store_mutex_;
+    mutable std::optional<StoreIdentity> identity_; // of opened_
+    mutable std::unique_ptr<datastore::Datastore> opened_;
+    // The configuration of the last commit that was looked at.
     struct Kept {
-        StoreIdentity store;
         int64_t number = 0;
         SharedData configuration;
     };
-    std::mutex kept_mutex_;
-    std::optional<Kept> kept_;
+    mutable std::optional<Kept> kept_;
 };
 
 // Who changes what, and why.
