@@ -113,8 +113,8 @@ TEST_F(ATryoutServer, ServesNcclient) {
                 ElementsAre("session: numbered", "candidate: True",
                             "neighbors: r2.example.net,r3.example.net,r4.example.net,r2.example.net",
                             "one: eth1", "by-xpath: eth2", "name: r1.example.net", "committed: by-ncclient",
-                            "refused: unknown-element", "cancelled: by-ncclient", "schema: openconfig-lldp",
-                            "end: closed"));
+                            "told: /lldp/config/system-name", "refused: unknown-element",
+                            "cancelled: by-ncclient", "schema: openconfig-lldp", "end: closed"));
 }
 
 TEST_F(ATryoutServer, ServesYangcli) {

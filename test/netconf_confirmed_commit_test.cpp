@@ -142,6 +142,18 @@ TEST_F(AConfirmedCommit, IsConfirmedByTheRightTokenAlone) {
     EXPECT_EQ(name(other), original);
 }
 
+// It would change what somebody else has locked.
+TEST_F(AConfirmedCommit, IsNotCancelledByAnotherSessionWhileRunningIsLocked) {
+    commit_name("new", confirmed(long_time, persist));
+    const std::string cancel = "<cancel-commit>" + persist_id + "</cancel-commit>";
+    expect_ok(client->rpc(lock("running")));
+    expect_error(other.rpc(cancel), "protocol", "in-use");
+    EXPECT_EQ(name(other), "new");
+    expect_ok(client->rpc(unlock("running")));
+    expect_ok(other.rpc(cancel));
+    EXPECT_EQ(name(other), original);
+}
+
 TEST_F(AConfirmedCommit, IsGivenMoreTimeFromAnotherSessionByItsToken) {
     commit_name("new", confirmed(2, persist));
     client.reset();
@@ -184,6 +196,16 @@ INSTANTIATE_TEST_SUITE_P(By, AConfirmedCommitOfADaemonThatEnds,
                                          EndCase{"Termination", SIGTERM, ""},
                                          EndCase{"TerminationThoughItPersists", SIGTERM, persist}),
                          [](const auto &test) { return test.param.name; });
+
+// Nobody is left who could confirm it.
+TEST_F(AConfirmedCommit, IsTakenBackByADaemonThatEnds) {
+    commit_name("new", confirmed(long_time, persist));
+    server().process().signal(SIGTERM);
+    ASSERT_EQ(server().process().wait(), 0);
+    const Outcome read =
+        run_yfw({.arguments = {"get", "/lldp/config/system-name", "--device", server().device().string()}});
+    EXPECT_THAT(read.output, testing::HasSubstr(original));
+}
 
 TEST_F(AConfirmedCommit, IsKeptByADaemonThatIsKilledAfterItWasConfirmed) {
     commit_name("new", confirmed(long_time));

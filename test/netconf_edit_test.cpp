@@ -186,6 +186,10 @@ INSTANTIATE_TEST_SUITE_P(
                         in_config + "enabled"},
             RefusedCase{"ATextIsTooLong", config_edit(leaf_edit("system-name", std::string(256, 'x'))),
                         "invalid-value", in_config + "system-name"},
+            RefusedCase{"ANameDiffersFromItsKey",
+                        lldp("<interfaces><interface><name>eth1</name><config><name>eth2</name></config>"
+                             "</interface></interfaces>"),
+                        "data-missing", "config/oc-lldp:name"},
             RefusedCase{"AnInterfaceHasNoName",
                         lldp("<interfaces><interface><config><enabled>true</enabled></config></interface>"
                              "</interfaces>"),

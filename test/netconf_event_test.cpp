@@ -228,6 +228,19 @@ TEST_F(ASessionsEvent, IsToldWhenTheClientVanishes) {
     EXPECT_EQ(end.child("killed-by"), nullptr);
 }
 
+TEST_F(ASessionsEvent, IsToldWhenTheClientSendsNoMoreAndReadsItsReply) {
+    victim.send(rpc_message("<get/>"));
+    victim.connection().finish_sending();
+    EXPECT_NE(victim.receive().child("data"), nullptr);
+    EXPECT_EQ(end_of(victim.session_id()).text_at("termination-reason"), "dropped");
+}
+
+// It did not close itself.
+TEST_F(ASessionsEvent, IsToldWhenAMessageIsMalformed) {
+    victim.send("<rpc");
+    EXPECT_EQ(end_of(victim.session_id()).text_at("termination-reason"), "other");
+}
+
 TEST_F(ASessionsEvent, IsToldWhenTheFramingBreaks) {
     victim.connection().send("garbage");
     EXPECT_THAT(end_of(victim.session_id()).text_at("termination-reason"), AnyOf("dropped", "other"));

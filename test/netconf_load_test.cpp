@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include <sys/resource.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -118,6 +120,22 @@ unsigned long ticks(pid_t process) {
     unsigned long user = 0, system = 0;
     fields >> user >> system;
     return user + system;
+}
+
+// Sessions wait for descriptors; the server neither turns in circles nor fills its log meanwhile.
+TEST_F(NetconfLoad, OfMoreSessionsThanThereAreDescriptorsWaits) {
+    const pid_t process = NetconfClient(server().socket()).connection().server();
+    const rlimit few{40, 40};
+    ASSERT_EQ(prlimit(process, RLIMIT_NOFILE, &few, nullptr), 0);
+    const unsigned long before = ticks(process);
+    std::vector<std::unique_ptr<Connection>> many;
+    for (int i = 0; i < 60; i++)
+        many.push_back(std::make_unique<Connection>(server().socket()));
+    EXPECT_FALSE(many.back()->has_more(std::chrono::seconds(2)));
+    EXPECT_LT(ticks(process) - before, 50u);
+    EXPECT_LT(server().process().errors().size(), 2000u);
+    many.erase(many.begin(), many.end() - 1);
+    EXPECT_NE(many.back()->receive_to("</hello>"), "");
 }
 
 TEST_F(NetconfLoad, OfNothingTakesNoTime) {

@@ -207,6 +207,19 @@ TEST_F(NetconfMonitoring, CountsWhatEachSessionAsks) {
     }
 }
 
+// RFC 6022: errors of the layer of messages are no correct <rpc>.
+TEST_F(NetconfMonitoring, CountsMessagesThatAreNoCorrectRpc) {
+    const std::string own = "sessions/session[session-id='" + client.session_id() + "']/";
+    const Tree before = state();
+    client.send("<rpc xmlns=\"" + base_namespace + "\"><get/></rpc>");
+    EXPECT_EQ(error_tag(client.receive()), "missing-attribute");
+    const Tree after = state();
+    for (const std::string &place : {own, std::string("statistics/")})
+        for (const char *counter : {"in-rpcs", "in-bad-rpcs", "out-rpc-errors"}) // the first by who asks
+            EXPECT_EQ(number_at(after, place + counter) - number_at(before, place + counter), 1u)
+                << place << counter;
+}
+
 // RFC 6022: a session is counted when its hello is sent, a dropped one when it neither closed nor was killed.
 TEST_F(NetconfMonitoring, CountsSessionsAndHowTheyEnd) {
     ASSERT_TRUE(eventually([&] { return state_values(state(), "sessions/session/session-id").size() <= 1; }));
@@ -277,6 +290,24 @@ TEST_F(NetconfMonitoring, HasALibraryThatIsValidAndNamesItsModules) {
                 ElementsAre("2024-11-21"));
     EXPECT_THAT(values_at(tree.get(), "/ietf-yang-library:yang-library/datastore/name"),
                 Contains("ietf-datastores:running"));
+}
+
+// Every implemented module is one of the hello, but for the library's own form of announcing itself, and no
+// file of the server's machine is told.
+TEST_F(NetconfMonitoring, HasALibraryOfWhatItsHelloOffersAlone) {
+    const Tree tree = library();
+    std::vector<std::string> offered;
+    for (const std::string &capability : client.capabilities())
+        if (const size_t at = capability.find("?module="); at != std::string::npos)
+            offered.push_back(capability.substr(at + 8, capability.find('&', at) - at - 8));
+    EXPECT_THAT(values_at(tree.get(), "/ietf-yang-library:yang-library/module-set/module/name"),
+                testing::UnorderedElementsAreArray(offered));
+    EXPECT_THAT(
+        values_at(tree.get(), "/ietf-yang-library:modules-state/module[conformance-type='implement']/name"),
+        testing::UnorderedElementsAreArray(offered));
+    for (const char *place : {"/ietf-yang-library:yang-library/module-set//location",
+                              "/ietf-yang-library:modules-state/module/schema"})
+        EXPECT_THAT(values_at(tree.get(), place), testing::IsEmpty()) << place;
 }
 
 TEST_F(NetconfMonitoring, HasALibraryOfTheContentThatItsHelloNames) {

@@ -96,6 +96,13 @@ std::string filter_by_xpath(const std::string &expression) {
     return "<filter type=\"xpath\" xmlns:ncn=\"" + event_namespace + "\" select=\"" + expression + "\"/>";
 }
 
+std::string many_elements() {
+    std::string all;
+    for (int i = 0; i < 10000; i++)
+        all += "<a/>";
+    return all;
+}
+
 const std::string next_year = time_from_now(std::chrono::hours(24 * 365));
 const std::string started = start_time(long_ago);
 
@@ -104,8 +111,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         SubscriptionCase{"AnUnknownStream", "<stream>nonsense</stream>", "invalid-value"},
         SubscriptionCase{"AnUnknownParameter", "<nonsense/>", "unknown-element", "nonsense"},
+        SubscriptionCase{"AParameterOfAnotherNamespace", "<stream xmlns=\"urn:example\">NETCONF</stream>",
+                         "unknown-namespace", "stream"},
         SubscriptionCase{"AStopWithoutAStart", stop_time(next_year), "missing-element", "startTime"},
         SubscriptionCase{"AStartInTheFuture", start_time(next_year), "bad-element", "startTime"},
+        SubscriptionCase{"AStartInTheFarFuture", start_time("9999-12-31T23:59:59Z"), "bad-element",
+                         "startTime"},
         SubscriptionCase{"AStopBeforeTheStart", started + stop_time("1999-12-31T23:59:59Z"), "bad-element",
                          "stopTime"},
         SubscriptionCase{"AStartThatIsAWord", start_time("yesterday"), "invalid-value"},
@@ -118,6 +129,10 @@ INSTANTIATE_TEST_SUITE_P(
         SubscriptionCase{"AnXPathFilterWithoutSelect", "<filter type=\"xpath\"/>", "missing-attribute"},
         SubscriptionCase{"AnXPathFilterThatIsNoExpression", filter_by_xpath("/ncn:x[["), "invalid-value"},
         SubscriptionCase{"AnXPathFilterOfAnUndeclaredPrefix", filter_by_xpath("/x:y"), "invalid-value"},
+        SubscriptionCase{"AnXPathFilterThatTakesTooLongForEachEvent",
+                         filter_by_xpath("//*[//*[//*[//*[//*[//*]]]]]"), "resource-denied"},
+        SubscriptionCase{"ASubtreeFilterThatIsTooLong",
+                         subtree(std::string(20000, ' ') + "<a/>" + many_elements()), "too-big"},
         SubscriptionCase{"AnXPathFilterThatIsANumber", filter_by_xpath("count(/*)"), "invalid-value"}),
     [](const auto &test) { return test.param.name; });
 
@@ -283,6 +298,9 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"SubtreeOfTwoEvents",
                    subtree(event_filter(config_change) + killed_end),
                    {config_change, session_end}},
+        FilterCase{"SubtreeInNetconfsOwnNamespace",
+                   "<filter xmlns=\"" + base_namespace + "\">" + event_filter(config_change) + "</filter>",
+                   {config_change}},
         FilterCase{"SubtreeOfAValue", subtree(killed_end), {session_end}},
         FilterCase{"SubtreeOfAnotherValue",
                    subtree(event_filter(session_end, "<termination-reason>timeout</termination-reason>")),
@@ -297,8 +315,30 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"XPathOfAValue",
                    filter_by_xpath("/ncn:netconf-session-end[ncn:termination-reason='killed']"),
                    {session_end}},
+        FilterCase{"XPathInNetconfsOwnNamespace",
+                   "<filter xmlns=\"" + base_namespace + "\" type=\"xpath\" xmlns:ncn=\"" + event_namespace +
+                       "\" select=\"/ncn:netconf-config-change\"/>",
+                   {config_change}},
+        FilterCase{
+            "XPathThatMeansNothingForItsEvent",
+            filter_by_xpath("/ncn:netconf-config-change[count('a')] | /ncn:netconf-session-end[ncn:killed-by]"),
+            {session_end}},
         FilterCase{"XPathOfNothing", filter_by_xpath("/ncn:netconf-session-end[ncn:killed-by='0']"), {}}),
     [](const auto &test) { return test.param.name; });
+
+// What the filter would take too long for comes rather than is lost; nobody else notices.
+TEST_F(NetconfNotification, IsToldWhenItIsTooLongForItsFilter) {
+    subscribe(filter_by_xpath("//*[//*[ncn:nonsense]]"));
+    edit_name("short");
+    std::string interfaces;
+    for (int i = 0; i < 1000; i++)
+        interfaces += "<interface><name>p" + std::to_string(i) +
+                      "</name><config><enabled>false</enabled></config></interface>";
+    expect_ok(client.rpc(edit_config("running", lldp("<interfaces>" + interfaces + "</interfaces>"))));
+    const std::optional<Xml> first = subscriber.notification();
+    ASSERT_TRUE(first.has_value());
+    EXPECT_GE(targets_of(event_of(*first)).size(), 1000u);
+}
 
 TEST_F(NetconfNotification, OfADifferentFilterInEachSessionComesToThatSession) {
     NetconfClient second(server().socket());
@@ -376,6 +416,34 @@ TEST_F(AReplay, TakesAStartInAnotherZone) {
                 ElementsAre(config_change, "replayComplete"));
 }
 
+struct FarTimeCase {
+    const char *name;
+    std::string start, stop;
+    Strings names; // of what comes up to the end of the replay
+};
+
+class AFarTime : public AReplay, public testing::WithParamInterface<FarTimeCase> {};
+
+TEST_P(AFarTime, IsTakenAsItIsMeant) {
+    edit_name("new");
+    subscribe(changes_alone + start_time(GetParam().start) + stop_time(GetParam().stop));
+    EXPECT_THAT(names_of(events_to(subscriber, GetParam().names.back())),
+                testing::ElementsAreArray(GetParam().names));
+}
+
+const Strings one_change{config_change, "replayComplete"};
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, AFarTime,
+    testing::Values(FarTimeCase{"TheFirstYear", "0001-01-01T00:00:00Z", "2200-01-01T00:00:00Z", one_change},
+                    FarTimeCase{"TheLastYear", long_ago, "9999-12-31T23:59:59.999Z", one_change},
+                    FarTimeCase{"ACenturyFromNow", long_ago, "2300-01-01T00:00:00Z", one_change},
+                    FarTimeCase{"ACenturyLongGone",
+                                "1600-01-01T00:00:00Z",
+                                "1600-01-01T00:00:01Z",
+                                {"replayComplete", "notificationComplete"}}),
+    [](const auto &test) { return test.param.name; });
+
 TEST_F(AReplay, IsCompleteWhenNothingIsKept) {
     subscribe(changes_alone + started);
     EXPECT_THAT(names_of(events_to(subscriber, "replayComplete")), ElementsAre("replayComplete"));
@@ -427,6 +495,7 @@ TEST_F(AStop, EndsTheSubscriptionAndNotTheSession) {
 }
 
 TEST_F(NetconfNotification, EndsWithItsSession) {
+    edit_name("first"); // from the first commit on the store stays open
     const size_t before = server().descriptors();
     for (int i = 0; i < 20; i++) {
         NetconfClient vanishing(server().socket()), closing(server().socket());

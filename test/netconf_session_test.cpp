@@ -227,6 +227,24 @@ INSTANTIATE_TEST_SUITE_P(
                       get_config("nonsense"),
                       {"invalid-value", "unknown-element", "bad-element"}},
         OperationCase{"GetWithAnUnknownParameter", "<get><nonsense/></get>", {"unknown-element"}},
+        OperationCase{"LockWithAnUnknownParameter",
+                      "<lock><target><running/></target><nonsense/></lock>",
+                      {"unknown-element"}},
+        OperationCase{"UnlockWithAnUnknownParameter",
+                      "<unlock><target><running/></target><nonsense/></unlock>",
+                      {"unknown-element"}},
+        OperationCase{"DiscardChangesWithAnUnknownParameter",
+                      "<discard-changes><nonsense/></discard-changes>",
+                      {"unknown-element"}},
+        OperationCase{"DeleteConfigWithAnUnknownParameter",
+                      "<delete-config><target><running/></target><nonsense/></delete-config>",
+                      {"unknown-element"}},
+        OperationCase{"KillSessionWithAnUnknownParameter",
+                      "<kill-session><session-id>4294967295</session-id><nonsense/></kill-session>",
+                      {"unknown-element"}},
+        OperationCase{"CloseSessionWithAnUnknownParameter",
+                      "<close-session><nonsense/></close-session>",
+                      {"unknown-element"}},
         OperationCase{"LockWithoutATarget", "<lock/>", {"missing-element"}},
         OperationCase{"KillSessionWithoutASession", "<kill-session/>", {"missing-element"}},
         OperationCase{"KillSessionOfNoNumber",
@@ -309,6 +327,27 @@ TEST_F(NetconfEnd, ComesAfterTheLastReplyWhenTheClientSendsNoMore) {
     client.send(rpc_message("<get/>", "1"));
     client.connection().finish_sending();
     EXPECT_EQ(client.receive().attributes.at("message-id"), "1");
+    EXPECT_TRUE(client.connection().until_closed().has_value());
+}
+
+// Also those that wait until the client reads.
+TEST_F(NetconfEnd, ComesAfterAllRepliesThatAreReadLate) {
+    constexpr int count = 30; // more than the socket takes
+    NetconfClient client(server().socket()), witness(server().socket());
+    for (int i = 0; i < count; i++)
+        client.send(rpc_message("<get/>", std::to_string(i)));
+    const std::string asked = "<get><filter type=\"xpath\" xmlns:m=\"urn:ietf:params:xml:ns:yang:"
+                              "ietf-netconf-monitoring\" select=\"/m:netconf-state/m:sessions/m:session"
+                              "[m:session-id='" +
+                              client.session_id() + "']/m:in-rpcs\"/></get>";
+    ASSERT_TRUE(eventually([&] {
+        const Xml reply = witness.rpc(asked);
+        return reply.text_at("data/netconf-state/sessions/session/in-rpcs") == std::to_string(count);
+    }));
+    client.connection().finish_sending();
+    name(witness); // the server has seen the end
+    for (int i = 0; i < count; i++)
+        EXPECT_EQ(client.receive().attributes.at("message-id"), std::to_string(i));
     EXPECT_TRUE(client.connection().until_closed().has_value());
 }
 

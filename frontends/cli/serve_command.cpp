@@ -1,5 +1,6 @@
 #include "frontends/cli/serve_command.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "frontends/cli/device_options.h"
@@ -89,10 +91,22 @@ void serve_device(const DeviceOptions &device, netconf::ServerOptions options, c
     });
     ready();
     server.run(stop);
+    datastores.take_back_unconfirmed();
+}
+
+// Each session takes a descriptor, and what is usual are 1024.
+void permit_many_descriptors() {
+    constexpr rlim_t enough = 65536;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= enough)
+        return;
+    limit.rlim_cur = std::min(limit.rlim_max, enough);
+    setrlimit(RLIMIT_NOFILE, &limit); // with fewer there are fewer sessions
 }
 
 void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     const StopSignals stop;
+    permit_many_descriptors();
     std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
     netconf::ServerOptions server = options.server;
     server.hello_timeout = std::chrono::seconds(options.hello_timeout);

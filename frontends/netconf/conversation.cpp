@@ -63,6 +63,7 @@ std::string perform_or_tell(const Server &server, const Caller &caller, const El
         return perform(server, caller, operation_of(rpc), reply.aftermath);
     } catch (const RpcError &error) {
         reply.is_error = true;
+        reply.is_bad = error.type == "rpc"; // of the layer of messages (RFC 6022)
         return print_error(error);
     } catch (const host::Error &error) {
         reply.is_error = true;

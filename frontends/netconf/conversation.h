@@ -19,7 +19,7 @@ bool client_speaks_base_1_1(const std::string &hello);
 struct Reply {
     std::string text;
     Aftermath aftermath;
-    bool is_bad = false;   // the message was no <rpc>
+    bool is_bad = false;   // the message was no correct <rpc>
     bool is_error = false; // it holds an <rpc-error>
 };
 

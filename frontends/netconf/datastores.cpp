@@ -190,7 +190,7 @@ void Datastores::wait_for_confirmation(const Caller &caller, const ConfirmedComm
                                        int64_t back_to) {
     publish_confirmed_commit(events_, caller.actor(), pending_.has_value() ? "extend" : "start",
                              confirmed.timeout);
-    pending_ = Pending{back_to, caller.actor(), confirmed.persist};
+    pending_ = Pending{back_to, caller.actor(), false, confirmed.persist};
     deadline_ = std::chrono::steady_clock::now() + confirmed.timeout;
 }
 
@@ -198,6 +198,7 @@ void Datastores::cancel_commit(const Caller &caller, const std::optional<std::st
     const Guard guard(mutex_);
     if (!pending_.has_value())
         throw RpcError("protocol", "operation-failed", "no commit waits to be confirmed");
+    refuse_if_locked(caller, Datastore::running);
     refuse_other_confirmer(caller, persist_id);
     take_back(caller.actor());
     publish_confirmed_commit(events_, caller.actor(), "cancel", std::nullopt);
@@ -257,6 +258,12 @@ void Datastores::forget_pending() noexcept {
     std::filesystem::remove(pending_file(), ignored);
 }
 
+void Datastores::take_back_unconfirmed() {
+    const Guard guard(mutex_);
+    if (pending_.has_value())
+        take_back({});
+}
+
 void Datastores::recover() {
     const Guard guard(mutex_);
     std::ifstream file(pending_file());
@@ -283,7 +290,9 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
             .with_info("<session-id>0</session-id>");
     if (datastore == Datastore::running && pending_.has_value() && pending_->actor.session != caller.session)
         throw RpcError("protocol", "lock-denied", "a commit waits to be confirmed")
-            .with_info("<session-id>" + std::to_string(pending_->actor.session) + "</session-id>");
+            .with_info("<session-id>" +
+                       std::to_string(pending_->session_is_gone ? 0 : pending_->actor.session) +
+                       "</session-id>");
     locks_[datastore] = {caller.session, host::utc_now()};
 }
 
@@ -310,7 +319,10 @@ void Datastores::end_session(uint32_t session) {
     std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; });
     if (held_candidate || candidate_editor_ == session)
         drop_candidate();
-    if (!pending_.has_value() || pending_->actor.session != session || pending_->persist.has_value())
+    if (!pending_.has_value() || pending_->actor.session != session)
+        return;
+    pending_->session_is_gone = true;
+    if (pending_->persist.has_value())
         return;
     const Actor actor = pending_->actor;
     take_back({});

@@ -76,7 +76,10 @@ public:
     std::optional<std::chrono::steady_clock::time_point> deadline() const;
     void take_back_when_due();
 
-    // Takes back what a server that ended left unconfirmed.
+    // The server ends: nobody will confirm what was not confirmed so far.
+    void take_back_unconfirmed();
+
+    // Takes back what a server that was killed left unconfirmed.
     void recover();
 
 private:
@@ -85,6 +88,7 @@ private:
     struct Pending {
         int64_t back_to = 0; // the commit before
         Actor actor;
+        bool session_is_gone = false; // the actor's
         std::optional<std::string> persist;
     };
 

@@ -120,6 +120,7 @@ std::string copy_config(const Call &call) {
 
 // Of what there is, only the startup datastore could be deleted (RFC 6241 section 7.4).
 std::string delete_config(const Call &call) {
+    refuse_others(call.operation, {"target"});
     require_writer(call);
     datastore_of(call.operation, "target");
     throw RpcError("protocol", "operation-not-supported", "neither running nor candidate can be deleted");
@@ -159,18 +160,21 @@ std::string cancel_commit(const Call &call) {
 }
 
 std::string discard_changes(const Call &call) {
+    refuse_others(call.operation, {});
     require_writer(call);
     call.server.datastores.discard(call.caller);
     return ok;
 }
 
 std::string lock(const Call &call) {
+    refuse_others(call.operation, {"target"});
     require_writer(call);
     call.server.datastores.lock(call.caller, datastore_of(call.operation, "target"));
     return ok;
 }
 
 std::string unlock(const Call &call) {
+    refuse_others(call.operation, {"target"});
     require_writer(call);
     call.server.datastores.unlock(call.caller, datastore_of(call.operation, "target"));
     return ok;

@@ -18,6 +18,13 @@ EventTime now_in_microseconds() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
+// Nanoseconds reach to the year 2262, and there was no event before 1970. What lies outside is as far away.
+EventTime clamped(std::chrono::seconds time) {
+    constexpr std::chrono::seconds margin{1}; // for the fraction
+    const auto last = std::chrono::floor<std::chrono::seconds>(EventTime::max().time_since_epoch()) - margin;
+    return EventTime(std::clamp(time, std::chrono::seconds(0), last));
+}
+
 } // namespace
 
 std::string print_time(EventTime time) {
@@ -42,7 +49,7 @@ std::optional<EventTime> parse_time(const std::string &text) {
     timespec read{};
     if (!day.ok() || !is_time || ly_time_str2ts(text.c_str(), &read) != LY_SUCCESS)
         return std::nullopt;
-    return EventTime(std::chrono::seconds(read.tv_sec) + std::chrono::nanoseconds(read.tv_nsec));
+    return clamped(std::chrono::seconds(read.tv_sec)) + std::chrono::nanoseconds(read.tv_nsec);
 }
 
 EventStream::EventStream() : created_(now_in_microseconds()), last_time_(created_) {}

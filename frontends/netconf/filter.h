@@ -31,10 +31,19 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
 // What a subtree filter selects of a document, printed; empty when that is nothing. `filter`: the <filter>.
 std::string subtree_filtered(const Element &filter, const Element &data);
 
+// How many steps an evaluation may take: of all, and for each node of the data. By default a second or two.
+struct XPathBound {
+    double steps = 2e7;
+    double for_each_node = 0;
+};
+
+// Throws RpcError when an expression is longer than 16 KiB, or would take too long on data of so many nodes.
+void refuse_unbounded(const std::string &expression, size_t nodes, const XPathBound &bound);
+
 // What an XPath filter selects of the data, with the nodes that lead to it and their keys, and of each selected
-// node no more than `depth` levels. Throws RpcError, also for an expression that is longer than 16 KiB or would
-// take too long.
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth = unlimited_depth);
+// node no more than `depth` levels. Throws RpcError, also as refuse_unbounded() does.
+host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth = unlimited_depth,
+                              const XPathBound &bound = {});
 
 } // namespace yfw::netconf
 

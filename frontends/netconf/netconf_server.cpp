@@ -65,13 +65,13 @@ NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &
         server.in_background([&server] { server.datastores_.take_back_when_due(); });
     };
     commit_timer_ = event_new(base_.get(), -1, 0, due, this);
-    events_.on_event([this](const SharedEvent &event) { workers_.post([this, event] { tell(*event); }); });
+    events_.on_event([this](const SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
 }
 
 NetconfServer::~NetconfServer() {
     events_.on_event({});
     sessions_.clear();
-    for (event *one : {finished_, stop_, commit_timer_})
+    for (event *one : {finished_, stop_, commit_timer_, rest_timer_})
         if (one != nullptr)
             event_free(one);
     if (listener_ != nullptr) {
@@ -102,6 +102,22 @@ void NetconfServer::listen() {
                                    128, socket);
     if (listener_ == nullptr)
         fail(options_.socket, "cannot listen");
+    const auto failed = [](evconnlistener *, void *self) { static_cast<NetconfServer *>(self)->rest(); };
+    evconnlistener_set_error_cb(listener_, failed);
+    const auto rested = [](int, short, void *listener) {
+        evconnlistener_enable(static_cast<evconnlistener *>(listener));
+    };
+    rest_timer_ = evtimer_new(base_.get(), rested, listener_);
+}
+
+// What waits to be accepted would wake the loop again and again while there are no descriptors.
+void NetconfServer::rest() {
+    if (!has_said_full_)
+        say(std::string("no more sessions can be taken for now: ") + std::strerror(errno));
+    has_said_full_ = true;
+    evconnlistener_disable(listener_);
+    const timeval wait{1, 0};
+    evtimer_add(rest_timer_, &wait);
 }
 
 void NetconfServer::say(const std::string &text) const {
@@ -109,6 +125,7 @@ void NetconfServer::say(const std::string &text) const {
 }
 
 void NetconfServer::accept(int socket) {
+    has_said_full_ = false;
     const std::optional<User> user = user_of_peer(socket, options_.groups);
     if (!user.has_value()) {
         say("a user who is neither a reader nor a writer was turned away");
@@ -146,7 +163,7 @@ void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32
 }
 
 // A session that is told may end by it.
-void NetconfServer::tell(const Event &event) {
+void NetconfServer::tell(const SharedEvent &event) {
     for (auto session = sessions_.begin(); session != sessions_.end();)
         (session++)->second->tell(event);
 }
@@ -183,7 +200,7 @@ void NetconfServer::finish(uint32_t id, const Reply &reply) {
         end(*reply.aftermath.kill, EndReason::killed, id);
     const auto session = sessions_.find(id);
     if (session != sessions_.end())
-        session->second->reply(reply.text, reply.aftermath);
+        session->second->reply(reply);
 }
 
 void NetconfServer::arm_commit_timer() {

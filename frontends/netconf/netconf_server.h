@@ -49,8 +49,9 @@ private:
 
     void listen();
     void accept(int socket);
+    void rest();
     void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
-    void tell(const Event &event);
+    void tell(const SharedEvent &event);
     void dispatch(Session &session, std::string message);
     void finish(uint32_t session, const Reply &reply);
     void arm_commit_timer();
@@ -67,6 +68,8 @@ private:
     event *finished_ = nullptr;
     event *stop_ = nullptr;
     event *commit_timer_ = nullptr;
+    event *rest_timer_ = nullptr; // until more sessions are accepted
+    bool has_said_full_ = false;
     std::map<uint32_t, std::unique_ptr<Session>> sessions_;
     std::mutex known_mutex_;
     std::map<uint32_t, bool> known_; // sessions, for other threads

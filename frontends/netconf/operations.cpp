@@ -11,11 +11,13 @@ namespace {
 // ---- sessions ------------------------------------------------------------------------------------------
 
 std::string close_session(const Call &call) {
+    refuse_others(call.operation, {});
     call.aftermath.close = true;
     return ok;
 }
 
 std::string kill_session(const Call &call) {
+    refuse_others(call.operation, {"session-id"});
     require_writer(call);
     const uint32_t session = number_of(required(call.operation, "session-id"), 1);
     if (session == call.caller.session || !call.server.is_session(session))

@@ -43,6 +43,15 @@ std::string with_commas(const std::vector<const char *> &words) {
     return text;
 }
 
+void remove_found(lyd_node *data, const char *path) {
+    ly_set *found = nullptr;
+    if (lyd_find_xpath(data, path, &found) != LY_SUCCESS)
+        return;
+    for (uint32_t i = 0; i < found->count; i++)
+        lyd_free_tree(found->dnodes[i]);
+    ly_set_free(found, nullptr);
+}
+
 using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
@@ -76,8 +85,8 @@ void ProtocolModules::list_modules() {
         const bool is_offered = offered != loaded().end();
         modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
                             is_offered, is_offered ? with_commas(offered->features) : ""});
-        all +=
-            modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") + ";";
+        all += modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") +
+               modules_.back().features + ";";
     }
     content_id_ = std::to_string(std::hash<std::string>{}(all));
 }
@@ -88,6 +97,14 @@ void ProtocolModules::print_library() {
         throw host::Error(host::ErrorTag::operation_failed, "ietf-yang-library",
                           host::take_yang_error(context_.get()));
     const host::DataTree owner(data);
+    // What libyang has for itself, and where its files are on this machine, is nothing for clients.
+    for (const char *path : {"/ietf-yang-library:yang-library/module-set/module[name='yang']",
+                             "/ietf-yang-library:yang-library/module-set/module[name='ietf-yang-schema-mount']",
+                             "/ietf-yang-library:yang-library/module-set//location",
+                             "/ietf-yang-library:modules-state/module[name='yang']",
+                             "/ietf-yang-library:modules-state/module[name='ietf-yang-schema-mount']",
+                             "/ietf-yang-library:modules-state/module/schema"})
+        remove_found(data, path);
     for (const char *datastore : {"running", "candidate", "operational"}) {
         const std::string path =
             std::string("/ietf-yang-library:yang-library/datastore[name='ietf-datastores:") + datastore +

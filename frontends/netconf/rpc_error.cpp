@@ -1,5 +1,6 @@
 #include "frontends/netconf/rpc_error.h"
 
+#include "host/host_status.h"
 #include "host/yang_text.h"
 
 namespace yfw::netconf {
@@ -78,6 +79,10 @@ std::string escaped(std::string_view text) {
 }
 
 RpcError rpc_error_of(const host::Error &error) {
+    if (error.status() == host::status_leafref_mismatch) // RFC 7950 section 15.5
+        return RpcError("application", "data-missing", error.what())
+            .at(without_module(error.path()) + "/config/name")
+            .with_app_tag("instance-required");
     RpcError told("application", std::string(host::to_string(error.tag())), error.what());
     const std::string path = without_module(error.path());
     if (is_openconfig_path(path))

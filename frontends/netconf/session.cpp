@@ -19,8 +19,10 @@ namespace {
 constexpr size_t most_waiting = 16;
 constexpr size_t most_waiting_bytes = 1u << 20;
 constexpr size_t most_unwritten = 1u << 20;
-// One that does not read what it subscribed to is given up. More than the events that are kept.
+// One that does not read what it subscribed to is given up. More than the events that are kept; those who are
+// slow share what waits for them, but for so much that is printed.
 constexpr size_t most_notifications_bytes = 16u << 20;
+constexpr size_t most_printed = 64u << 10;
 
 timeval to_timeval(std::chrono::microseconds span) {
     return {static_cast<time_t>(span.count() / 1000000), static_cast<suseconds_t>(span.count() % 1000000)};
@@ -89,7 +91,7 @@ void Session::on_read(bufferevent *, void *self) {
 void Session::on_written(bufferevent *, void *self) {
     auto &session = *static_cast<Session *>(self);
     if (session.closing_)
-        return session.end(EndReason::closed);
+        return session.end(session.closes_as_);
     session.write_notifications();
     session.next();
 }
@@ -105,8 +107,10 @@ void Session::on_event(bufferevent *, short what, void *self) {
 // What was asked before is still answered: the client may have ended its own direction alone.
 void Session::no_more_comes() {
     ended_ = true;
-    if (!greeted_ || (!busy_ && waiting_.empty()))
+    if (!greeted_)
         end(EndReason::dropped);
+    else if (!closing_)
+        next();
 }
 
 void Session::on_hello_overdue(int, short, void *self) {
@@ -157,8 +161,8 @@ void Session::hello_came(const std::string &hello) {
 
 void Session::next() {
     pause_when_full();
-    if (ended_ && !busy_ && waiting_.empty())
-        return close_after_writing();
+    if (ended_ && !busy_ && waiting_.empty() && notifications_.empty())
+        return close_after_writing(EndReason::dropped);
     if (busy_ || closing_ || waiting_.empty() || is_full())
         return;
     busy_ = true;
@@ -180,22 +184,23 @@ void Session::pause_when_full() {
         bufferevent_enable(stream_, EV_READ);
 }
 
-void Session::reply(const std::string &text, const Aftermath &aftermath) {
+void Session::reply(const Reply &reply) {
     busy_ = false;
-    write(text);
-    if (aftermath.subscription != nullptr)
-        subscribe(aftermath.subscription);
-    if (aftermath.close)
-        close_after_writing();
+    write(reply.text);
+    if (reply.aftermath.subscription != nullptr)
+        subscribe(reply.aftermath.subscription);
+    if (reply.aftermath.close)
+        close_after_writing(reply.is_bad ? EndReason::other : EndReason::closed);
     else
         next();
 }
 
-void Session::close_after_writing() {
+void Session::close_after_writing(EndReason reason) {
     closing_ = true;
+    closes_as_ = reason;
     waiting_.clear();
     if (evbuffer_get_length(bufferevent_get_output(stream_)) == 0)
-        end(EndReason::closed);
+        end(reason);
 }
 
 // Nothing can be told to somebody whose framing is broken (RFC 6242 section 4.2).
@@ -226,9 +231,9 @@ void Session::replay() {
     for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
         told_ = std::max(told_, event->number);
         if (wants(*event) && event->time <= subscription_->stop().value_or(event->time))
-            notify(event->time, event->xml);
+            notify(event);
     }
-    notify(now(), replay_complete());
+    notify_now(replay_complete());
 }
 
 void Session::stop_at(EventTime time) {
@@ -249,16 +254,16 @@ void Session::on_subscription_over(int, short, void *self) {
 
 void Session::end_subscription() {
     subscription_.reset();
-    notify(now(), notification_complete());
+    notify_now(notification_complete());
 }
 
-void Session::tell(const Event &event) {
-    if (subscription_ == nullptr || event.number <= told_)
+void Session::tell(const SharedEvent &event) {
+    if (subscription_ == nullptr || event->number <= told_)
         return;
-    told_ = event.number;
-    if (event.time > subscription_->stop().value_or(event.time) || !wants(event))
+    told_ = event->number;
+    if (event->time > subscription_->stop().value_or(event->time) || !wants(*event))
         return;
-    notify(event.time, event.xml);
+    notify(event);
     if (notifications_bytes_ > most_notifications_bytes)
         broken("it does not read its notifications", EndReason::other);
 }
@@ -268,20 +273,25 @@ bool Session::wants(const Event &event) const {
     return may && subscription_->wants(event);
 }
 
-void Session::notify(EventTime time, const std::string &event) {
+void Session::notify_now(const std::string &event) {
+    notify(std::make_shared<const Event>(Event{0, now(), "", "", event}));
+}
+
+void Session::notify(SharedEvent event) {
     if (closing_)
         return;
-    notifications_.push_back(print_notification(time, event));
-    notifications_bytes_ += notifications_.back().size();
+    notifications_bytes_ += event->xml.size();
+    notifications_.push_back(std::move(event));
     server_.monitoring_.count(caller_.session, {0, 0, 0, 1});
     write_notifications();
 }
 
 void Session::write_notifications() {
-    while (!notifications_.empty() && !is_full()) {
-        write(notifications_.front());
-        notifications_bytes_ -= notifications_.front().size();
+    while (!notifications_.empty() && evbuffer_get_length(bufferevent_get_output(stream_)) <= most_printed) {
+        const SharedEvent event = std::move(notifications_.front());
         notifications_.pop_front();
+        notifications_bytes_ -= event->xml.size();
+        write(print_notification(event->time, event->xml));
     }
 }
 

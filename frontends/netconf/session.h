@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
+#include "frontends/netconf/conversation.h"
 #include "frontends/netconf/event_stream.h"
 #include "frontends/netconf/framing.h"
-#include "frontends/netconf/operations.h"
 
 struct bufferevent;
 struct event;
@@ -37,11 +37,9 @@ public:
 
     void greet();
     // The answer to the request under way.
-    void reply(const std::string &text, const Aftermath &aftermath);
+    void reply(const Reply &reply);
     // An event that it may have subscribed to.
-    void tell(const Event &event);
-    // Ends when everything written has left; reads no more.
-    void close_after_writing();
+    void tell(const SharedEvent &event);
 
 private:
     static void on_read(bufferevent *, void *self);
@@ -57,6 +55,8 @@ private:
     void hello_came(const std::string &hello);
     void broken(const std::string &why, EndReason reason);
     void end(EndReason reason);
+    // Ends when everything written has left; reads no more.
+    void close_after_writing(EndReason reason);
     void no_more_comes();
     void pause_when_full();
     bool is_full() const;
@@ -65,7 +65,8 @@ private:
     bool wants(const Event &event) const;
     void stop_at(EventTime time);
     void end_subscription();
-    void notify(EventTime time, const std::string &event);
+    void notify(SharedEvent event);
+    void notify_now(const std::string &event);
     void write_notifications();
 
     NetconfServer &server_;
@@ -76,6 +77,7 @@ private:
     bool greeted_ = false; // the client's hello came
     bool busy_ = false;    // a request is being answered
     bool closing_ = false;
+    EndReason closes_as_ = EndReason::closed;
     bool ended_ = false; // the client sends no more
     std::deque<std::string> waiting_;
     size_t waiting_bytes_ = 0;
@@ -83,7 +85,7 @@ private:
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
     uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
-    std::deque<std::string> notifications_; // that have to wait until the client reads
+    std::deque<SharedEvent> notifications_; // that have to wait until the client reads
     size_t notifications_bytes_ = 0;
 };
 

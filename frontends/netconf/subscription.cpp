@@ -1,12 +1,16 @@
 #include "frontends/netconf/subscription.h"
 
-#include "frontends/netconf/filter.h"
 #include "frontends/netconf/rpc_error.h"
 
 namespace yfw::netconf {
 namespace {
 
 constexpr const char *notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
+
+// The event loop asks the filter of every event, so an answer takes less than a millisecond for a usual one.
+constexpr size_t longest_filter = 16384;
+constexpr XPathBound bound_of_an_event{2e4, 500};
+constexpr size_t usual_nodes = 30; // of an event
 
 std::string bad_element(const char *name) {
     return "<bad-element>" + std::string(name) + "</bad-element>";
@@ -38,8 +42,10 @@ Subscription::Subscription(const Element &request, const ProtocolModules &module
         throw RpcError("application", "invalid-value", "there is one stream, NETCONF")
             .with_info(bad_element("stream"));
     read_times(request);
-    if (const std::optional<Element> filter = request.child("filter"))
-        read_filter(*filter);
+    // Clients that make the filter as for <get> leave it in NETCONF's own namespace.
+    for (const Element &child : request.children())
+        if (child.name() == "filter")
+            read_filter(child);
 }
 
 void Subscription::read_times(const Element &request) {
@@ -57,19 +63,34 @@ void Subscription::read_times(const Element &request) {
 }
 
 void Subscription::read_filter(const Element &filter) {
-    const Filter read = filter_of(filter);
-    if (read.type == FilterType::xpath) // one that cannot be evaluated is refused now
-        xpath_filtered(modules_.parse_notification(replay_complete()).get(), read);
-    filter_.emplace(filter.print());
+    std::string text = filter.print();
+    if (text.size() > longest_filter)
+        throw RpcError("protocol", "too-big",
+                       "the filter is longer than " + std::to_string(longest_filter) + " bytes");
+    filter_text_.emplace(text);
+    filter_ = filter_of(filter_text_->root());
+    if (filter_->type != FilterType::xpath)
+        return;
+    // One that cannot be evaluated is refused now, as far as that can be told without the events to come.
+    refuse_unbounded(filter_->expression, usual_nodes, bound_of_an_event);
+    xpath_filtered(modules_.parse_notification(replay_complete()).get(), *filter_);
+}
+
+bool Subscription::selects(const Event &event) const {
+    if (filter_->type == FilterType::subtree)
+        return !subtree_filtered(filter_->element, Document(event.xml).root()).empty();
+    const host::DataTree data = modules_.parse_notification(event.xml);
+    return xpath_filtered(data.get(), *filter_, unlimited_depth, bound_of_an_event) != nullptr;
 }
 
 bool Subscription::wants(const Event &event) const {
-    if (!filter_.has_value())
-        return true;
-    const Filter filter = filter_of(filter_->root());
-    if (filter.type == FilterType::xpath)
-        return xpath_filtered(modules_.parse_notification(event.xml).get(), filter) != nullptr;
-    return !subtree_filtered(filter.element, Document(event.xml).root()).empty();
+    try {
+        return !filter_.has_value() || selects(event);
+    } catch (const RpcError &error) {
+        return error.tag == "resource-denied"; // otherwise an expression that means nothing for this event
+    } catch (const std::exception &) {
+        return false;
+    }
 }
 
 std::string print_notification(EventTime time, const std::string &event) {

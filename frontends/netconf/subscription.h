@@ -6,6 +6,7 @@
 #include <string>
 
 #include "frontends/netconf/event_stream.h"
+#include "frontends/netconf/filter.h"
 #include "frontends/netconf/protocol_modules.h"
 #include "frontends/netconf/xml.h"
 
@@ -16,7 +17,8 @@ public:
     // `request`: the <create-subscription>. Throws RpcError when it cannot be met. Borrows the modules.
     Subscription(const Element &request, const ProtocolModules &modules);
 
-    // An event is sent whole when the filter selects anything of it.
+    // An event is sent whole when the filter selects anything of it. One that is too long for the filter is
+    // sent rather than lost. Never throws.
     bool wants(const Event &event) const;
 
     const std::optional<EventTime> &start() const { return start_; } // also what is kept from then on
@@ -25,9 +27,11 @@ public:
 private:
     void read_times(const Element &request);
     void read_filter(const Element &filter);
+    bool selects(const Event &event) const;
 
     const ProtocolModules &modules_;
-    std::optional<Document> filter_;
+    std::optional<Document> filter_text_;
+    std::optional<Filter> filter_; // in that text
     std::optional<EventTime> start_;
     std::optional<EventTime> stop_;
 };

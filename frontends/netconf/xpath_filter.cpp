@@ -14,24 +14,11 @@ namespace {
 // libyang needs the square of an expression's length for some.
 constexpr size_t longest_expression = 16384;
 
-// Steps of an evaluation; a second or two.
-constexpr double most_steps = 2e7;
-
 size_t count_nodes(const lyd_node *data) {
     size_t count = 0;
     for (const lyd_node *node = data; node != nullptr; node = node->next)
         count += 1 + count_nodes(lyd_child(node));
     return count;
-}
-
-// An evaluation cannot be interrupted, and holds up the end of the server.
-void refuse_unbounded(const std::string &expression, const lyd_node *data) {
-    if (expression.size() > longest_expression)
-        throw RpcError("protocol", "too-big",
-                       "an expression is longer than " + std::to_string(longest_expression) + " bytes");
-    if (xpath_cost(expression, count_nodes(data)) > most_steps)
-        throw RpcError("protocol", "resource-denied",
-                       "the expression looks through all data anew for each node that it finds");
 }
 
 bool is_name_character(char c) {
@@ -74,10 +61,22 @@ std::string in_module_names(const ly_ctx *context, const std::string &expression
 
 } // namespace
 
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth) {
+// An evaluation cannot be interrupted, and holds up the end of the server.
+void refuse_unbounded(const std::string &expression, size_t nodes, const XPathBound &bound) {
+    if (expression.size() > longest_expression)
+        throw RpcError("protocol", "too-big",
+                       "an expression is longer than " + std::to_string(longest_expression) + " bytes");
+    const double most = bound.steps + bound.for_each_node * static_cast<double>(nodes);
+    if (xpath_cost(expression, nodes) > most)
+        throw RpcError("protocol", "resource-denied",
+                       "the expression looks through all data anew for each node that it finds");
+}
+
+host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth,
+                              const XPathBound &bound) {
     if (data == nullptr)
         return nullptr;
-    refuse_unbounded(filter.expression, data);
+    refuse_unbounded(filter.expression, count_nodes(data), bound);
     const std::string expression = in_module_names(LYD_CTX(data), filter.expression, filter.prefixes);
     ly_set *found = nullptr;
     const LY_ERR status = lyd_find_xpath3(nullptr, data, expression.c_str(), nullptr, &found);

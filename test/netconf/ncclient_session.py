@@ -39,6 +39,8 @@ with manager.connect(
     config = m.get_config("running", ("subtree", f'<lldp xmlns="{OC}"><config><system-name/></config></lldp>'))
     print("name:", texts(config, "config/system-name"))
 
+    changes = '<netconf-config-change xmlns="urn:ietf:params:xml:ns:yang:ietf-netconf-notifications"/>'
+    m.create_subscription(filter=("subtree", changes))
     with m.locked("candidate"):
         m.edit_config(target="candidate", config=edit("<config><system-name>by-ncclient</system-name></config>"),
                       default_operation="merge", test_option="test-then-set",
@@ -47,6 +49,8 @@ with manager.connect(
         m.commit()
     config = m.get_config("running", ("subtree", f'<lldp xmlns="{OC}"><config><system-name/></config></lldp>'))
     print("committed:", texts(config, "config/system-name"))
+    told = m.take_notification(timeout=20).notification_xml
+    print("told:", re.search(r"<target[^>]*>([^<]*)<", told).group(1).replace("oc-lldp:", ""))
 
     try:
         m.edit_config(target="running", config=edit("<config><nonsense>1</nonsense></config>"))
