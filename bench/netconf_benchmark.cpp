@@ -15,7 +15,7 @@
 #include "host/error.h"
 #include "netconf_client.h"
 #include "served_device.h"
-#include "sources/file/file_source.h"
+#include "sources/file/kept_file_source.h"
 
 namespace {
 
@@ -114,14 +114,14 @@ void get_from_memory(benchmark::State &state, const bench::DeviceSize &size, con
     measure_get(state, source, operation);
 }
 
-// As a device is served that is given as files: they are read for each request.
+// As a device is served that is given as files: they are read when they have changed, and here they do not.
 void get_from_file(benchmark::State &state, const bench::DeviceSize &size, const std::string &operation) {
     const bench::Directory directory;
     const std::filesystem::path file = directory.path() / "device.xml";
     std::ofstream stream(file);
     bench::write_device(stream, size);
     stream.close();
-    sources::FileSource source({file});
+    sources::KeptFileSource source(sources::FileSource({file}));
     measure_get(state, source, operation);
 }
 
