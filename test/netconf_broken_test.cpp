@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
 // --- messages that are too long ---
 
 // AddressSanitizer keeps what was freed for a while.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef YFW_SANITIZED
 constexpr unsigned memory_factor = 2;
 #else
 constexpr unsigned memory_factor = 1;

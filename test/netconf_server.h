@@ -13,6 +13,13 @@
 
 namespace yfw::test {
 
+/// Bytes of what a server has freed that AddressSanitizer keeps: a quarter of a gigabyte.
+#ifdef YFW_SANITIZED
+constexpr size_t kept_by_sanitizer = 256u << 20;
+#else
+constexpr size_t kept_by_sanitizer = 0;
+#endif
+
 /// A device that is not the test's own, as --device takes it.
 struct LiveDevice {
     std::string name;

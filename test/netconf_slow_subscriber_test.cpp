@@ -14,13 +14,6 @@ namespace {
 
 using std::chrono::seconds;
 
-// AddressSanitizer keeps a quarter of a gigabyte of what was freed.
-#ifdef __SANITIZE_ADDRESS__
-constexpr size_t kept_by_sanitizer = 256u << 20;
-#else
-constexpr size_t kept_by_sanitizer = 0;
-#endif
-
 // An edit of many leaves, so that what is told of it is long.
 std::string long_edit(int number) {
     std::string interfaces;

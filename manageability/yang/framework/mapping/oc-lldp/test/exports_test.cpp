@@ -34,7 +34,7 @@ TEST(Exports, TheLoaderSuppliesExactlyTheListedNames) {
 }
 
 TEST(Exports, BesideTheContractOnlyTheCLibraryIsNeeded) {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef YFW_SANITIZED
     GTEST_SKIP() << "the sanitizers need their own libraries";
 #endif
     std::vector<std::string> versioned;

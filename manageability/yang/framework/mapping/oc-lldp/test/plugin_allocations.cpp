@@ -8,7 +8,7 @@
 // The executable's definitions come before the C library's for the plug-in as for everyone else; calls that
 // do not come from the plug-in's code pass straight through. No instrumentation: the first calls come
 // before the sanitizers have started.
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef YFW_SANITIZED
 extern "C" void *__interceptor_malloc(std::size_t size);
 extern "C" void *__interceptor_calloc(std::size_t count, std::size_t size);
 extern "C" void __interceptor_free(void *memory);

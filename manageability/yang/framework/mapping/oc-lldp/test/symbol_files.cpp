@@ -32,7 +32,8 @@ std::string output_of(const std::string &command) {
 
 bool is_instrumentation(const std::string &name) {
     for (const char *prefix :
-         {"__asan_", "__odr_asan", "__ubsan_", "_ITM_", "__gmon_start__", "__cxa_finalize"}) {
+         {"__asan_", "__odr_asan", "__ubsan_", "__sanitizer_", "__sancov_", "__start___sancov",
+          "__stop___sancov", "_ITM_", "__gmon_start__", "__cxa_finalize"}) {
         if (name.starts_with(prefix))
             return true;
     }
