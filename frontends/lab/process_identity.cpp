@@ -3,7 +3,6 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include <csignal>
@@ -15,9 +14,12 @@
 namespace yfw::lab {
 namespace {
 
+// As far as it can be read: what tells of a process goes with it, also between opening and reading.
 std::string content_of(const std::string &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    const std::ifstream stream(file, std::ios::binary);
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return content.str();
 }
 
 struct Stat {

@@ -1,12 +1,14 @@
 #include "frontends/lab/process.h"
 
 #include <csignal>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "frontends/lab/process_identity.h"
 #include "frontends/lab/test/lab_program.h"
@@ -124,6 +126,21 @@ TEST(AnIdentity, ends_with_the_process_also_while_its_status_waits_to_be_read) {
     const ProcessIdentity identity = *identity_of(sleeper.number());
     send_signal(identity, SIGKILL);
     EXPECT_TRUE(eventually([&] { return !is_running(identity); }));
+}
+
+// The process may go between any two steps of looking at it.
+TEST(AnIdentity, of_a_process_that_goes_meanwhile_is_none_and_no_error) {
+    for (int i = 0; i < 300; i++) {
+        const pid_t number = fork();
+        ASSERT_GE(number, 0);
+        if (number == 0)
+            _exit(0);
+        std::thread reaper([number] { waitpid(number, nullptr, 0); });
+        for (int k = 0; k < 50; k++)
+            EXPECT_NO_THROW(identity_of(number));
+        reaper.join();
+        EXPECT_EQ(identity_of(number), std::nullopt);
+    }
 }
 
 } // namespace
