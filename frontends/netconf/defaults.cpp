@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -32,13 +33,27 @@ uint32_t print_option(WithDefaults mode) {
     return LYD_PRINT_WD_EXPLICIT;
 }
 
+// libyang writes a carriage return as it is, and who reads XML takes that for the end of a line (XML
+// section 2.11).
+std::string with_carriage_returns(const char *xml) {
+    std::string text;
+    for (const char *at = xml; *at != '\0';) {
+        const size_t plain = std::strcspn(at, "\r");
+        text.append(at, plain);
+        at += plain;
+        for (; *at == '\r'; at++)
+            text += "&#13;";
+    }
+    return text;
+}
+
 std::string print(const lyd_node *data, uint32_t options) {
     if (data == nullptr)
         return "";
     char *text = nullptr;
     lyd_print_mem(&text, data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | options);
     const std::unique_ptr<char, decltype(&std::free)> printed(text, std::free);
-    return printed != nullptr ? printed.get() : "";
+    return printed != nullptr ? with_carriage_returns(printed.get()) : "";
 }
 
 const char *default_of(const lysc_node *node) {
