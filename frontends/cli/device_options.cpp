@@ -5,7 +5,7 @@
 namespace yfw::cli {
 
 void add_device_options(CLI::App &command, DeviceOptions &options) {
-    const Installation files = installation();
+    const Installation &files = installation();
     options.device = files.examples / "r1";
     options.openconfig_models = files.models;
     options.native_models = files.models;

@@ -13,7 +13,7 @@ struct Installation {
 };
 
 // Of an installed program, below its prefix; of one that was not installed, where it was built.
-Installation installation();
+const Installation &installation();
 
 } // namespace yfw::cli
 

@@ -21,6 +21,14 @@ std::vector<gid_t> groups_of(const passwd &user) {
     return groups;
 }
 
+bool belongs_to(const User &user, const std::string &name) {
+    const group *found = getgrnam(name.c_str());
+    return found != nullptr &&
+           std::find(user.groups.begin(), user.groups.end(), found->gr_gid) != user.groups.end();
+}
+
+} // namespace
+
 std::vector<std::string> names_of(const std::vector<gid_t> &groups) {
     std::vector<std::string> names;
     for (const gid_t number : groups)
@@ -28,12 +36,6 @@ std::vector<std::string> names_of(const std::vector<gid_t> &groups) {
             names.emplace_back(found->gr_name);
     return names;
 }
-
-bool belongs_to(const User &user, const std::string &group) {
-    return std::find(user.groups.begin(), user.groups.end(), group) != user.groups.end();
-}
-
-} // namespace
 
 std::optional<User> user_of_peer(int socket, const AccessGroups &groups) {
     ucred peer{};
@@ -43,7 +45,7 @@ std::optional<User> user_of_peer(int socket, const AccessGroups &groups) {
     const passwd *entry = getpwuid(peer.uid);
     User user{entry != nullptr ? entry->pw_name : std::to_string(peer.uid), false, {}};
     if (entry != nullptr)
-        user.groups = names_of(groups_of(*entry));
+        user.groups = groups_of(*entry);
     user.may_write = peer.uid == 0 || peer.uid == groups.owner || belongs_to(user, groups.writers);
     return user.may_write || belongs_to(user, groups.readers) ? std::optional(user) : std::nullopt;
 }

@@ -19,8 +19,11 @@ struct AccessGroups {
 struct User {
     std::string name;
     bool may_write = false;
-    std::vector<std::string> groups; // all of them
+    std::vector<gid_t> groups; // all of them
 };
+
+// The names of groups that have one.
+std::vector<std::string> names_of(const std::vector<gid_t> &groups);
 
 // The user at the other end of a Unix socket; nothing when they belong to neither group. Root is a writer.
 std::optional<User> user_of_peer(int socket, const AccessGroups &groups);

@@ -64,6 +64,15 @@ void refuse_url(const Element &operation) {
         throw RpcError("protocol", "operation-not-supported", "this server does not read from URLs");
 }
 
+// By the operation's <config>; an empty one changes nothing.
+std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
+    const auto edit =
+        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
+    if (edit.has_value())
+        call.server.datastores.edit(call.caller, target, *edit, only_test);
+    return ok;
+}
+
 } // namespace
 
 std::string edit_config(const Call &call) {
@@ -80,24 +89,14 @@ std::string edit_config(const Call &call) {
     if (error != "stop-on-error" && error != "rollback-on-error")
         throw RpcError("protocol", "invalid-value", "<error-option> is stop-on-error or rollback-on-error")
             .with_info("<bad-element>error-option</bad-element>");
-    const Datastore target = datastore_of(call.operation, "target");
-    const auto edit =
-        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
-    if (edit.has_value())
-        call.server.datastores.edit(call.caller, target, *edit, test == "test-only");
-    return ok;
+    return edit_datastore(call, datastore_of(call.operation, "target"), test == "test-only");
 }
 
 std::string edit_data(const Call &call) {
     refuse_others(call.operation, {"datastore", "default-operation", "config", "url"});
     require_writer(call);
     refuse_url(call.operation);
-    const Datastore target = configuration_named_by(required(call.operation, "datastore"));
-    const auto edit =
-        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
-    if (edit.has_value())
-        call.server.datastores.edit(call.caller, target, *edit, false);
-    return ok;
+    return edit_datastore(call, configuration_named_by(required(call.operation, "datastore")), false);
 }
 
 std::string copy_config(const Call &call) {

@@ -135,7 +135,8 @@ void NetconfServer::accept(int socket) {
     const uint32_t id = ++last_session_;
     Caller caller{id, user->name, user->may_write};
     if (options_.nacm != nullptr && options_.nacm->is_enabled())
-        caller.rules = std::make_shared<const UserRules>(options_.nacm->rules_of(user->name, user->groups));
+        caller.rules =
+            std::make_shared<const UserRules>(options_.nacm->rules_of(user->name, names_of(user->groups)));
     auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
