@@ -6,9 +6,12 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace yfw::netconf {
+
+inline constexpr std::string_view monitoring_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring";
 
 struct SessionCounters {
     uint64_t in_rpcs = 0;

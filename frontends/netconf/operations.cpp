@@ -44,9 +44,6 @@ struct Known {
     std::string (*perform)(const Call &);
 };
 
-constexpr std::string_view monitoring_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring";
-constexpr std::string_view notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
-
 constexpr Known operations[] = {{base_ns, "ietf-netconf", "get", get},
                                 {base_ns, "ietf-netconf", "get-config", get_config},
                                 {base_ns, "ietf-netconf", "edit-config", edit_config},

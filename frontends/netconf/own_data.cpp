@@ -8,8 +8,6 @@
 namespace yfw::netconf {
 namespace {
 
-constexpr const char *monitoring_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring";
-
 std::string print_datastore(const Server &server, const char *name, Datastore datastore) {
     std::string xml = "<datastore><name>" + std::string(name) + "</name>";
     if (const auto lock = server.datastores.lock_of(datastore))
@@ -28,8 +26,7 @@ std::string print_schemas(const ProtocolModules &modules) {
 }
 
 std::string print_monitoring(const Server &server) {
-    std::string xml =
-        "<netconf-state xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring\"><capabilities>";
+    std::string xml = "<netconf-state xmlns=\"" + std::string(monitoring_ns) + "\"><capabilities>";
     for (const std::string &capability : capabilities(server.modules))
         xml += "<capability>" + escaped(capability) + "</capability>";
     return xml + "</capabilities><datastores>" + print_datastore(server, "running", Datastore::running) +

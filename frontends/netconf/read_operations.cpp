@@ -167,7 +167,7 @@ std::string get_schema(const Call &call) {
     const auto text = call.server.modules.text(name, text_of(call.operation, "version").value_or(""));
     if (!text.has_value())
         throw RpcError("application", "invalid-value", "there is no such schema");
-    return "<data xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring\">" + escaped(*text) + "</data>";
+    return data_element(" xmlns=\"" + std::string(monitoring_ns) + "\"", escaped(*text));
 }
 
 } // namespace yfw::netconf

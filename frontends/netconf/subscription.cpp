@@ -5,8 +5,6 @@
 namespace yfw::netconf {
 namespace {
 
-constexpr const char *notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
-
 // The event loop asks the filter of every event, so an answer takes less than a millisecond for a usual one.
 constexpr size_t longest_filter = 16384;
 constexpr XPathBound bound_of_an_event{2e4, 500};

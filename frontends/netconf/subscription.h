@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "frontends/netconf/event_stream.h"
 #include "frontends/netconf/filter.h"
@@ -36,6 +37,7 @@ private:
     std::optional<EventTime> stop_;
 };
 
+inline constexpr std::string_view notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
 inline constexpr const char *streams_ns = "urn:ietf:params:xml:ns:netmod:notification";
 
 // The <notification> around an event.
