@@ -115,6 +115,10 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"OfAnUnknownNamespaceBesideAKnownOne",
                    subtree("<lldp xmlns=\"urn:example:nonsense\"/>" + lldp("<config/>")), lldp(global)},
         FilterCase{"OfAnyNamespace", subtree("<lldp xmlns=\"\"><config/></lldp>"), lldp(global)},
+        FilterCase{"OfAnyNamespaceTwice",
+                   subtree("<lldp xmlns=\"\"><interfaces>" + interface_of("eth1") + interface_of("eth2") +
+                           "</interfaces></lldp>"),
+                   interfaces(all_of("eth1") + all_of("eth2"))},
         FilterCase{"WithAnAttributeThatNothingHas",
                    subtree(interfaces("<interface xmlns:ex=\"urn:example\" ex:color=\"red\"/>")), ""},
         FilterCase{"OfState", subtree(lldp("<state/>")), ""},
@@ -151,6 +155,28 @@ INSTANTIATE_TEST_SUITE_P(
                    interfaces(all_of("eth3"))},
         FilterCase{"OfAComparison", xpath("/oc:lldp[oc:config/oc:enabled='true']/oc:config"), lldp(global)},
         FilterCase{"OfNothing", xpath("/oc:lldp/oc:interfaces/oc:interface[oc:name='eth9']"), ""},
+        FilterCase{"OfTwoValuesOfOneKey",
+                   xpath("/oc:lldp/oc:interfaces/oc:interface[oc:name='eth1'][oc:name='eth2']"), ""},
+        FilterCase{"OfTheRoot", xpath("/"), whole},
+        FilterCase{"WithoutPrefixes", xpath("/lldp/interfaces/interface[name='eth2']"),
+                   interfaces(all_of("eth2"))},
+        FilterCase{"WithAndInAPredicate", xpath("/oc:lldp/oc:config[oc:enabled and oc:system-name]"),
+                   lldp(global)},
+        FilterCase{"WithOrInAPredicate",
+                   xpath("/oc:lldp/oc:interfaces/oc:interface[oc:name='eth1' or oc:name='eth3']"),
+                   interfaces(all_of("eth1") + all_of("eth3"))},
+        FilterCase{"WithAPosition", xpath("/oc:lldp/oc:interfaces/oc:interface[2]"),
+                   interfaces(all_of("eth2"))},
+        FilterCase{"OfTheText", xpath("/oc:lldp/oc:config/oc:system-name/text()"),
+                   lldp("<config><system-name>r1.example.net</system-name></config>")},
+        FilterCase{"ThatGoesUpAgain",
+                   xpath("/oc:lldp/oc:interfaces/oc:interface[oc:name='eth1']/../../oc:config"), lldp(global)},
+        FilterCase{"ThatComparesWithAnotherPlace",
+                   xpath("/oc:lldp/oc:config[oc:system-name = /oc:lldp/oc:config/oc:system-name]"),
+                   lldp(global)},
+        FilterCase{"WithARemainderOfZero", xpath("/oc:lldp[1 mod 0]"), ""},
+        FilterCase{"WithARemainderOfAHalf", xpath("/oc:lldp[1 mod 0.5]"), ""},
+        FilterCase{"WithTheSmallestRemainder", xpath("/oc:lldp[-9223372036854775808 mod -1]"), ""},
         FilterCase{"OfState", xpath("/oc:lldp/oc:state"), ""}),
     name_of);
 
@@ -209,6 +235,21 @@ TEST_F(NetconfFilter, OfAValueOfANeighborSelectsThatNeighborsState) {
 
 // --- refused ---
 
+std::string nested_predicates(size_t levels) {
+    std::string expression = "/oc:lldp";
+    for (size_t i = 0; i < levels; i++)
+        expression += "[oc:config";
+    return expression + std::string(levels, ']');
+}
+
+// The text of all data, again and again, against itself.
+std::string whole_text_many_times(size_t times) {
+    std::string texts = "/";
+    for (size_t i = 1; i < times; i++)
+        texts += ",/";
+    return "/oc:lldp[contains(concat(" + texts + "),concat(" + texts + "))]";
+}
+
 class AWrongFilter : public NetconfFilter, public testing::WithParamInterface<FilterCase> {};
 
 TEST_P(AWrongFilter, IsRefusedInBothOperations) {
@@ -227,6 +268,13 @@ INSTANTIATE_TEST_SUITE_P(
                     FilterCase{"XPathThatIsANumber", xpath("count(/oc:lldp)"), "invalid-value"},
                     FilterCase{"XPathThatIsAString", xpath("string(/oc:lldp)"), "invalid-value"},
                     FilterCase{"XPathOfAnUndeclaredPrefix", xpath("/nonsense:lldp"), "invalid-value"},
+                    FilterCase{"XPathOfDeref", xpath("deref(/)"), "invalid-value"},
+                    FilterCase{"XPathOfDerefInAPredicate", xpath("/oc:lldp[deref(oc:config)]"),
+                               "invalid-value"},
+                    FilterCase{"XPathOfEnumValue", xpath("enum-value(/)"), "invalid-value"},
+                    FilterCase{"XPathOfBitIsSet", xpath("bit-is-set(/,'x')"), "invalid-value"},
+                    FilterCase{"XPathOfTooManyLevels", xpath(nested_predicates(900)), "resource-denied"},
+                    FilterCase{"XPathOfAHugeText", xpath(whole_text_many_times(2000)), "resource-denied"},
                     FilterCase{"XPathOfAnUnknownFunction", xpath("/oc:lldp[nonsense()]"), "invalid-value"}),
     name_of);
 

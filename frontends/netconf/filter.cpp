@@ -12,8 +12,14 @@ namespace {
 
 // ---- as a selection ------------------------------------------------------------------------------------
 
+// One without a namespace of its own, empty or inherited from NETCONF, stands for any (RFC 6241 section 6.2.1
+// leaves that to the server).
+bool takes_namespace(const Element &filter, std::string_view wanted) {
+    return filter.ns() == wanted || filter.ns().empty() || filter.ns() == base_ns;
+}
+
 bool means(const Element &filter, const lysc_node *node) {
-    return filter.name() == node->name && filter.takes_namespace(node->module->ns);
+    return filter.name() == node->name && takes_namespace(filter, node->module->ns);
 }
 
 const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
@@ -94,7 +100,7 @@ void merge_into(host::Selection &whole, host::Selection part) {
 // ---- on a document -------------------------------------------------------------------------------------
 
 bool names(const Element &filter, const Element &data) {
-    return filter.name() == data.name() && filter.takes_namespace(data.ns());
+    return filter.name() == data.name() && takes_namespace(filter, data.ns());
 }
 
 bool is_content_match(const Element &filter) {
@@ -131,6 +137,12 @@ std::string filtered(const Element &filter, const Element &data) {
 }
 
 } // namespace
+
+bool names_top(const Element &filter, std::string_view ns, std::string_view name) {
+    const std::vector<Element> tops = filter.children();
+    return std::any_of(tops.begin(), tops.end(),
+                       [&](const Element &top) { return top.name() == name && takes_namespace(top, ns); });
+}
 
 Filter filter_of(const Element &filter) {
     const std::string type = filter.attribute("type").value_or("subtree");

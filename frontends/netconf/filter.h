@@ -28,22 +28,20 @@ Filter filter_of(const Element &filter);
 // `filter`: the <filter> element.
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root);
 
+// Whether a subtree filter names this top node.
+bool names_top(const Element &filter, std::string_view ns, std::string_view name);
+
 // What a subtree filter selects of a document, printed; empty when that is nothing. `filter`: the <filter>.
 std::string subtree_filtered(const Element &filter, const Element &data);
 
-// How many steps an evaluation may take: of all, and for each node of the data. By default a second or two.
-struct XPathBound {
-    double steps = 2e7;
-    double for_each_node = 0;
-};
-
-// Throws RpcError when an expression is longer than 16 KiB, or would take too long on data of so many nodes.
-void refuse_unbounded(const std::string &expression, size_t nodes, const XPathBound &bound);
+// Who waits for the answer: a client for a request, or the event loop for an event, which must not wait long.
+enum class XPathUse { request, event };
 
 // What an XPath filter selects of the data, with the nodes that lead to it and their keys, and of each selected
-// node no more than `depth` levels. Throws RpcError, also as refuse_unbounded() does.
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth = unlimited_depth,
-                              const XPathBound &bound = {});
+// node no more than `depth` levels. Throws RpcError: "too-big" for an expression longer than 16 KiB,
+// "resource-denied" for one that takes too much, "invalid-value" for one that selects no nodes.
+host::DataTree xpath_filtered(host::DataTree data, const Filter &filter, uint32_t depth = unlimited_depth,
+                              XPathUse use = XPathUse::request);
 
 } // namespace yfw::netconf
 

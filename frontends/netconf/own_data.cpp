@@ -49,13 +49,6 @@ std::vector<Own> own_data(const Server &server) {
     return all;
 }
 
-bool is_named(const Element &filter, const Own &own) {
-    for (const Element &top : filter.children())
-        if (top.name() == own.name && top.takes_namespace(own.ns))
-            return true;
-    return false;
-}
-
 std::string cut_to(const Server &server, const std::string &xml, const std::optional<Filter> &filter,
                    uint32_t depth) {
     if (depth == unlimited_depth || xml.empty())
@@ -79,14 +72,14 @@ std::string print_readable(const Call &call, const Own &own) {
 
 std::string read(const Call &call, const Own &own, const std::optional<Filter> &filter, uint32_t depth) {
     const bool is_subtree = filter.has_value() && filter->type == FilterType::subtree;
-    if (is_subtree && !is_named(filter->element, own))
+    if (is_subtree && !names_top(filter->element, own.ns, own.name))
         return "";
     const std::string xml = print_readable(call, own);
     if (xml.empty() || !filter.has_value())
         return cut_to(call.server, xml, filter, depth);
     if (is_subtree)
         return cut_to(call.server, subtree_filtered(filter->element, Document(xml).root()), filter, depth);
-    return print_cut_data(xpath_filtered(call.server.modules.parse(xml).get(), *filter, depth).get());
+    return print_cut_data(xpath_filtered(call.server.modules.parse(xml), *filter, depth).get());
 }
 
 } // namespace

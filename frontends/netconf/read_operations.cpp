@@ -6,6 +6,7 @@
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/own_data.h"
 #include "frontends/netconf/rpc_error.h"
+#include "frontends/netconf/xpath_narrowing.h"
 
 namespace yfw::netconf {
 namespace {
@@ -41,26 +42,34 @@ host::Answer read_readable(const Call &call, host::ReadRequest request, const Re
     return answer;
 }
 
-// Reads the OpenConfig tree, no more of it than a subtree filter selects.
+// What of the OpenConfig tree has to be read for the filter; nothing when that is nothing.
+std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, const lysc_node *root) {
+    const host::Selection whole{root, std::nullopt, {}, false};
+    if (!filter.has_value())
+        return whole;
+    if (filter->type == FilterType::subtree)
+        return subtree_selection(filter->element, root);
+    const auto paths = xpath_narrowing(filter->expression, filter->prefixes, root);
+    if (!paths.has_value())
+        return whole;
+    return paths->empty() ? std::nullopt : std::optional(host::merge_paths(*paths));
+}
+
+// Reads the OpenConfig tree, no more of it than the filter needs.
 std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
-    const lysc_node *root = call.server.schemas.openconfig_root();
+    const auto needed = needed_for(wanted.filter, call.server.schemas.openconfig_root());
     const bool is_xpath = wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
-    host::ReadRequest request;
-    request.content = wanted.content;
-    request.selection = host::Selection{root, std::nullopt, {}, false};
-    if (wanted.filter.has_value() && !is_xpath)
-        request.selection = subtree_selection(wanted.filter->element, root);
-    if (!request.selection.has_value())
-        return "";
-    host::Answer answer = read_readable(call, request, read);
-    if (wants_defaults(wanted))
-        add_defaults(answer.data.get(), *request.selection);
+    host::DataTree data;
+    if (needed.has_value())
+        data = read_readable(call, {wanted.content, {}, needed}, read).data;
+    if (wants_defaults(wanted) && needed.has_value())
+        add_defaults(data.get(), *needed);
     if (is_xpath)
-        answer.data = xpath_filtered(answer.data.get(), *wanted.filter, wanted.depth);
-    else
-        cut_selected(answer.data.get(), *request.selection, wanted.depth);
-    return wanted.depth == unlimited_depth ? print_data(answer.data.get(), wanted.defaults)
-                                           : print_cut_data(answer.data.get(), wanted.defaults);
+        data = xpath_filtered(std::move(data), *wanted.filter, wanted.depth);
+    else if (needed.has_value())
+        cut_selected(data.get(), *needed, wanted.depth);
+    return wanted.depth == unlimited_depth ? print_data(data.get(), wanted.defaults)
+                                           : print_cut_data(data.get(), wanted.defaults);
 }
 
 // Configuration and state of the device, and the server's own data, which is all state.

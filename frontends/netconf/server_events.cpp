@@ -9,11 +9,13 @@ namespace {
 
 constexpr const char *module = "ietf-netconf-notifications";
 
+std::string event_element(const char *name, const std::string &content) {
+    return "<" + std::string(name) + " xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-notifications\">" +
+           content + "</" + name + ">";
+}
+
 void publish(EventStream &events, const char *name, const std::string &content) {
-    events.publish(module, name,
-                   "<" + std::string(name) +
-                       " xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-notifications\">" + content + "</" +
-                       name + ">");
+    events.publish(module, name, event_element(name, content));
 }
 
 // The grouping common-session-parms.
@@ -59,12 +61,25 @@ std::vector<EditRecord> edit_records(const host::EditNode &edit) {
     return records;
 }
 
-void publish_config_change(EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits) {
+namespace {
+
+std::string print_config_change(const Actor &actor, const std::vector<EditRecord> &edits) {
     std::string xml = "<changed-by>" + (actor.session == 0 ? "<server/>" : print_session(actor)) +
                       "</changed-by><datastore>running</datastore>";
     for (const EditRecord &edit : edits)
         xml += print_record(edit);
-    publish(events, "netconf-config-change", xml);
+    return xml;
+}
+
+} // namespace
+
+void publish_config_change(EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits) {
+    publish(events, "netconf-config-change", print_config_change(actor, edits));
+}
+
+std::string usual_event() {
+    const std::vector<EditRecord> edits(10, {"/lldp", "merge"});
+    return event_element("netconf-config-change", print_config_change({1, "user"}, edits));
 }
 
 void publish_session_start(EventStream &events, const Actor &session) {

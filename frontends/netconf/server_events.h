@@ -31,6 +31,9 @@ std::vector<EditRecord> edit_records(const host::EditNode &edit);
 
 void publish_config_change(EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits);
 
+// The element of an event as large as they usually are, to try a filter on.
+std::string usual_event();
+
 void publish_session_start(EventStream &events, const Actor &session);
 
 // `reason`: a word of termination-reason; `killed_by`: a session, for "killed".

@@ -1,14 +1,13 @@
 #include "frontends/netconf/subscription.h"
 
 #include "frontends/netconf/rpc_error.h"
+#include "frontends/netconf/server_events.h"
 
 namespace yfw::netconf {
 namespace {
 
-// The event loop asks the filter of every event, so an answer takes less than a millisecond for a usual one.
+// In bytes, since the filter is kept.
 constexpr size_t longest_filter = 16384;
-constexpr XPathBound bound_of_an_event{2e4, 500};
-constexpr size_t usual_nodes = 30; // of an event
 
 std::string bad_element(const char *name) {
     return "<bad-element>" + std::string(name) + "</bad-element>";
@@ -67,18 +66,30 @@ void Subscription::read_filter(const Element &filter) {
                        "the filter is longer than " + std::to_string(longest_filter) + " bytes");
     filter_text_.emplace(text);
     filter_ = filter_of(filter_text_->root());
-    if (filter_->type != FilterType::xpath)
-        return;
-    // One that cannot be evaluated is refused now, as far as that can be told without the events to come.
-    refuse_unbounded(filter_->expression, usual_nodes, bound_of_an_event);
-    xpath_filtered(modules_.parse_notification(replay_complete()).get(), *filter_);
+    if (filter_->type == FilterType::xpath)
+        try_filter();
+}
+
+// What cannot be evaluated, or takes too long for each event, is refused now, as far as that can be told without the
+// events to come: an expression may be wrong for some of them alone.
+void Subscription::try_filter() const {
+    const auto filtered = [this](const std::string &event) {
+        xpath_filtered(modules_.parse_notification(event), *filter_, unlimited_depth, XPathUse::event);
+    };
+    filtered(replay_complete());
+    try {
+        filtered(usual_event());
+    } catch (const RpcError &error) {
+        if (error.tag == "resource-denied")
+            throw;
+    }
 }
 
 bool Subscription::selects(const Event &event) const {
     if (filter_->type == FilterType::subtree)
         return !subtree_filtered(filter_->element, Document(event.xml).root()).empty();
-    const host::DataTree data = modules_.parse_notification(event.xml);
-    return xpath_filtered(data.get(), *filter_, unlimited_depth, bound_of_an_event) != nullptr;
+    return xpath_filtered(modules_.parse_notification(event.xml), *filter_, unlimited_depth, XPathUse::event) !=
+           nullptr;
 }
 
 bool Subscription::wants(const Event &event) const {

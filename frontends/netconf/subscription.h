@@ -28,6 +28,7 @@ public:
 private:
     void read_times(const Element &request);
     void read_filter(const Element &filter);
+    void try_filter() const;
     bool selects(const Event &event) const;
 
     const ProtocolModules &modules_;

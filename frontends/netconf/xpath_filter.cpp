@@ -1,101 +1,117 @@
-// XPath filters (RFC 6241 section 8.9), in libyang's words.
+// XPath filters (RFC 6241 section 8.9).
 #include <algorithm>
-#include <cctype>
-#include <memory>
 
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/rpc_error.h"
-#include "frontends/netconf/xpath_cost.h"
-#include "host/schemas.h"
+#include "frontends/netconf/xpath_evaluation.h"
 
 namespace yfw::netconf {
 namespace {
 
-// libyang needs the square of an expression's length for some.
 constexpr size_t longest_expression = 16384;
 
-size_t count_nodes(const lyd_node *data) {
-    size_t count = 0;
-    for (const lyd_node *node = data; node != nullptr; node = node->next)
-        count += 1 + count_nodes(lyd_child(node));
-    return count;
+// Data on which the worst expression takes a second in this process; what is larger is evaluated apart.
+constexpr size_t most_nodes_here = 4000;
+constexpr size_t pairs_of_nodes_a_second = 4000000000;
+constexpr XPathBudget largest_request{50000000, 64u << 20};
+// The event loop asks the filter of every event.
+constexpr size_t pairs_of_nodes_an_event = 100000000;
+constexpr XPathBudget largest_event{100000, 256u << 10};
+
+XPathBudget bounded(XPathBudget largest, size_t pairs, size_t nodes) {
+    largest.operations = std::min(largest.operations, pairs / std::max<size_t>(nodes, 1));
+    return largest;
 }
 
-bool is_name_character(char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '-' || c == '.';
+[[noreturn]] void deny(const std::string &why) {
+    throw RpcError("protocol", "resource-denied", why);
 }
 
-std::string module_meant(const ly_ctx *context, const std::string &prefix, const Prefixes &prefixes) {
-    const auto declared = prefixes.find(prefix);
-    if (declared == prefixes.end())
-        throw RpcError("protocol", "invalid-value", "the prefix \"" + prefix + "\" is not declared");
-    const lys_module *module = ly_ctx_get_module_implemented_ns(context, declared->second.c_str());
-    // A namespace that is not here selects nothing, which is no error; nor has this module data.
-    return module != nullptr ? module->name : "ietf-netconf";
+XPathResult evaluate(const XPathDocument &document, const Filter &filter, XPathUse use) {
+    const size_t nodes = document.nodes().size();
+    if (use == XPathUse::event && nodes > most_nodes_here)
+        deny("the event is too large to be filtered");
+    if (use == XPathUse::event)
+        return evaluate_xpath(document, filter.expression, filter.prefixes,
+                              bounded(largest_event, pairs_of_nodes_an_event, nodes));
+    if (nodes > most_nodes_here)
+        return evaluate_xpath_apart(document, filter.expression, filter.prefixes, largest_request);
+    return evaluate_xpath(document, filter.expression, filter.prefixes,
+                          bounded(largest_request, pairs_of_nodes_a_second, nodes));
 }
 
-// libyang's own form of an expression: names of modules instead of the client's prefixes.
-std::string in_module_names(const ly_ctx *context, const std::string &expression, const Prefixes &prefixes) {
-    std::string out;
-    for (size_t at = 0; at < expression.size();) {
-        const char c = expression[at];
-        size_t end = at + 1;
-        if (c == '\'' || c == '"') {
-            end = std::min(expression.find(c, end), expression.size() - 1) + 1;
-        } else if (is_name_character(c)) {
-            while (end < expression.size() && is_name_character(expression[end]))
-                end++;
-            const bool is_prefix =
-                expression.compare(end, 1, ":") == 0 && expression.compare(end, 2, "::") != 0;
-            if (is_prefix) {
-                out += module_meant(context, expression.substr(at, end - at), prefixes);
-                at = end;
-                continue;
-            }
-        }
-        out.append(expression, at, end - at);
-        at = end;
+// Which nodes of the document are selected, in its order.
+std::vector<bool> selected_by(const XPathDocument &document, const Filter &filter, XPathUse use) {
+    if (filter.expression.size() > longest_expression)
+        throw RpcError("protocol", "too-big",
+                       "an expression is longer than " + std::to_string(longest_expression) + " bytes");
+    const XPathResult result = evaluate(document, filter, use);
+    switch (result.status) {
+    case XPathStatus::done:
+        break;
+    case XPathStatus::invalid:
+        throw RpcError("protocol", "invalid-value", "the expression cannot be evaluated: " + result.why);
+    case XPathStatus::no_nodes:
+        throw RpcError("protocol", "invalid-value", "the expression does not select nodes");
+    case XPathStatus::beyond_budget:
+        deny("the expression takes too many steps on this data");
     }
-    return out;
+    std::vector<bool> selected(document.nodes().size());
+    for (const uint32_t place : result.selected)
+        selected.at(place) = true;
+    return selected;
 }
+
+// Takes out what neither is selected, nor stands within the depth below what is, nor leads to it.
+class Pruning {
+public:
+    Pruning(const std::vector<bool> &selected, uint32_t depth) : selected_(selected), depth_(depth) {}
+
+    // Whether something of the forest from this node on is left; `first` becomes its first tree.
+    void prune_forest(lyd_node *&first) {
+        lyd_node *next = nullptr;
+        lyd_node *kept = nullptr;
+        for (lyd_node *top = first; top != nullptr; top = next) {
+            next = top->next;
+            if (!prune(top, 0))
+                lyd_free_tree(top);
+            else if (kept == nullptr)
+                kept = top;
+        }
+        first = kept;
+    }
+
+private:
+    // Nodes come in the order in which the document has them. `levels`: that are wanted of what stands here.
+    bool prune(lyd_node *node, uint32_t levels) {
+        const bool is_selected = selected_[place_++];
+        levels = std::max(levels, is_selected ? depth_ : 0);
+        const uint32_t below = levels == unlimited_depth ? levels : levels - std::min(levels, 1U);
+        bool leads_to_selected = false;
+        lyd_node *next = nullptr;
+        for (lyd_node *child = lyd_child(node); child != nullptr; child = next) {
+            next = child->next;
+            if (prune(child, below))
+                leads_to_selected = true;
+            else if (!lysc_is_key(child->schema))
+                lyd_free_tree(child);
+        }
+        return levels > 0 || leads_to_selected;
+    }
+
+    const std::vector<bool> &selected_;
+    const uint32_t depth_;
+    size_t place_ = 0;
+};
 
 } // namespace
 
-// An evaluation cannot be interrupted, and holds up the end of the server.
-void refuse_unbounded(const std::string &expression, size_t nodes, const XPathBound &bound) {
-    if (expression.size() > longest_expression)
-        throw RpcError("protocol", "too-big",
-                       "an expression is longer than " + std::to_string(longest_expression) + " bytes");
-    const double most = bound.steps + bound.for_each_node * static_cast<double>(nodes);
-    if (xpath_cost(expression, nodes) > most)
-        throw RpcError("protocol", "resource-denied",
-                       "the expression looks through all data anew for each node that it finds");
-}
-
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth,
-                              const XPathBound &bound) {
-    if (data == nullptr)
-        return nullptr;
-    refuse_unbounded(filter.expression, count_nodes(data), bound);
-    const std::string expression = in_module_names(LYD_CTX(data), filter.expression, filter.prefixes);
-    ly_set *found = nullptr;
-    const LY_ERR status = lyd_find_xpath3(nullptr, data, expression.c_str(), nullptr, &found);
-    const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
-    const std::unique_ptr<ly_set, decltype(free_set)> owner(found, free_set);
-    if (status != LY_SUCCESS)
-        throw RpcError("protocol", "invalid-value", host::take_yang_error(LYD_CTX(data)));
-    lyd_node *selected = nullptr;
-    for (uint32_t i = 0; i < found->count; i++) {
-        lyd_node *copy = nullptr;
-        lyd_dup_single(found->dnodes[i], nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_WITH_FLAGS,
-                       &copy);
-        cut_below(copy, depth);
-        while (copy != nullptr && lyd_parent(copy) != nullptr)
-            copy = lyd_parent(copy);
-        if (copy != nullptr)
-            lyd_merge_siblings(&selected, copy, LYD_MERGE_DESTRUCT);
-    }
-    return host::DataTree(selected);
+host::DataTree xpath_filtered(host::DataTree data, const Filter &filter, uint32_t depth, XPathUse use) {
+    const XPathDocument document(data.get());
+    const std::vector<bool> selected = selected_by(document, filter, use);
+    lyd_node *forest = data.release();
+    Pruning(selected, depth).prune_forest(forest);
+    return host::DataTree(forest);
 }
 
 } // namespace yfw::netconf

@@ -6,7 +6,6 @@
 
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/rpc_error.h"
-#include "frontends/netconf/xpath_cost.h"
 #include "host/schemas.h"
 
 namespace yfw::netconf {
@@ -90,64 +89,23 @@ std::string xpath_filter(const std::string &expression) {
 }
 
 TEST(AnExpression, OfAFewThousandBytesIsEvaluated) {
-    const host::DataTree data = some_data();
     std::string expression = "/l:lldp";
     for (int i = 0; i < 300; i++)
         expression += " | /l:lldp/l:config[l:system-name='r" + std::to_string(i) + "']";
     const Document filter(xpath_filter(expression));
-    EXPECT_NE(xpath_filtered(data.get(), filter_of(filter.root())), nullptr);
+    EXPECT_NE(xpath_filtered(some_data(), filter_of(filter.root())), nullptr);
 }
 
 TEST(AnExpression, ThatWouldTakeSecondsIsRefusedForItsLength) {
-    const host::DataTree data = some_data();
     const Document filter(xpath_filter(std::string(200000, '-') + "1"));
     try {
-        xpath_filtered(data.get(), filter_of(filter.root()));
+        xpath_filtered(some_data(), filter_of(filter.root()));
         FAIL() << "it was evaluated";
     } catch (const RpcError &error) {
         EXPECT_EQ(error.type, "protocol");
         EXPECT_EQ(error.tag, "too-big");
     }
 }
-
-struct CostCase {
-    const char *name;
-    std::string expression;
-    double least; // of the cost on a thousand nodes
-    double most;
-};
-
-void PrintTo(const CostCase &test, std::ostream *out) {
-    *out << test.expression;
-}
-
-class TheCost : public testing::TestWithParam<CostCase> {};
-
-TEST_P(TheCost, CountsWhatLooksThroughAllData) {
-    const double cost = xpath_cost(GetParam().expression, 1000);
-    EXPECT_GE(cost, GetParam().least);
-    EXPECT_LE(cost, GetParam().most);
-}
-
-INSTANTIATE_TEST_SUITE_P(Of, TheCost,
-                         testing::Values(CostCase{"APath", "/a/b/c", 1e3, 5e3},
-                                         CostCase{"AnEntry", "/a/b[c='1']/d[e=\"x\"]/f", 1e3, 5e3},
-                                         CostCase{"AUnion", "/a/b | /a/c[d]", 2e3, 1e4},
-                                         CostCase{"ASearch", "//b", 1e3, 5e3},
-                                         CostCase{"ASearchInAPredicate", "/a/b[//c]", 1e6, 1e7},
-                                         CostCase{"ASearchInAPredicateOfASearch", "//*[//*[//*]]", 1e9, 1e11},
-                                         CostCase{"APathFromTheRootInAPredicate", "/a/b[c = /a/d/e]", 1e6, 1e7},
-                                         CostCase{"APathFromTheRootAfterAWord", "/a/b[c and /a]", 1e6, 1e7},
-                                         CostCase{"AStepUpwardsInAPredicate", "/a/b[../b[../b]]", 1e9, 1e11},
-                                         CostCase{"AnAxisInAPredicate", "/a/b[following-sibling::b]", 1e6, 1e7},
-                                         CostCase{"AStepDownwardsInAPredicate", "/a/b[c/d/e]", 1e3, 5e3},
-                                         CostCase{"ManyStepsDownwardsInPredicates", "/a[b[c[d[e]]]]", 1e3, 5e4},
-                                         CostCase{"TextThatLooksLikeASearch", "/a/b[c='//*[//*]']", 1e3, 5e3},
-                                         CostCase{"ABracketTooMany", "/a]//*[//*[//*]]", 1e9, 1e11},
-                                         CostCase{"NothingClosed", "//*[//*[//*", 1e9, 1e11},
-                                         CostCase{"AnUnclosedText", "/a['", 1e3, 5e3},
-                                         CostCase{"Nothing", "", 0, 1}),
-                         [](const testing::TestParamInfo<CostCase> &test) { return test.param.name; });
 
 } // namespace
 } // namespace yfw::netconf
