@@ -6,11 +6,11 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include "host/configuration_text.h"
-#include "host/configured_device.h"
-#include "host/edit.h"
+#include "device/configured_device.h"
 #include "host/engine.h"
-#include "host/schemas.h"
+#include "yang/configuration_text.h"
+#include "yang/edit.h"
+#include "yang/schemas.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::bench {
 

@@ -3,8 +3,8 @@
 #define YFW_BENCH_GENERATED_SOURCE_H
 
 #include "device_generator.h"
-#include "host/schemas.h"
 #include "sources/native_source.h"
+#include "yang/schemas.h"
 
 namespace yfw::bench {
 

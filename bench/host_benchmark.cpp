@@ -4,7 +4,7 @@
 
 #include "generated_source.h"
 #include "host/engine.h"
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "base/error.h"
 #include "generated_source.h"
-#include "host/error.h"
 #include "netconf_client.h"
 #include "served_device.h"
 #include "sources/file/kept_file_source.h"

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "frontends/lab/process.h"
+#include "base/process.h"
 #include "netconf_server.h"
 #include "support/files.h"
 #include "support/lab.h"

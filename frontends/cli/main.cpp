@@ -8,16 +8,16 @@
 
 #include <CLI/CLI.hpp>
 
-#include "frontends/cli/commands.h"
-#include "frontends/cli/device_options.h"
-#include "frontends/cli/edit_command.h"
-#include "frontends/cli/explain_command.h"
-#include "frontends/cli/history_command.h"
-#include "frontends/cli/lab_command.h"
-#include "frontends/cli/serve_command.h"
-#include "frontends/cli/topology_command.h"
-#include "frontends/cli/watch_command.h"
-#include "host/error.h"
+#include "base/error.h"
+#include "frontends/cli/commands/commands.h"
+#include "frontends/cli/commands/edit_command.h"
+#include "frontends/cli/commands/explain_command.h"
+#include "frontends/cli/commands/history_command.h"
+#include "frontends/cli/commands/lab_command.h"
+#include "frontends/cli/commands/serve_command.h"
+#include "frontends/cli/commands/topology_command.h"
+#include "frontends/cli/commands/watch_command.h"
+#include "frontends/cli/options/device_options.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <unistd.h>
 
 #include "frontends/netconf/rpc_error.h"
-#include "host/configuration_text.h"
-#include "host/native_edits.h"
-#include "host/utc_time.h"
+#include "yang/configuration_text.h"
+#include "device/native_edits.h"
+#include "base/utc_time.h"
 
 namespace yfw::netconf {
 namespace {

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "frontends/netconf/nacm.h"
+#include "device/access/nacm.h"
 #include "frontends/netconf/server_events.h"
-#include "host/configured_device.h"
-#include "host/edit.h"
+#include "device/configured_device.h"
+#include "yang/edit.h"
 
 namespace yfw::netconf {
 

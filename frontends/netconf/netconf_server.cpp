@@ -13,7 +13,7 @@
 #include <event2/listener.h>
 
 #include "frontends/netconf/server_events.h"
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::netconf {
 namespace {

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "frontends/netconf/access.h"
+#include "device/access/groups.h"
 #include "frontends/netconf/conversation.h"
 #include "frontends/netconf/framing.h"
 #include "frontends/netconf/session.h"

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string_view>
 
-#include "host/error.h"
-#include "host/schemas.h"
+#include "base/error.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {

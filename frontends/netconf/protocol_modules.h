@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::netconf {
 

@@ -1,7 +1,7 @@
 #include "frontends/netconf/rpc_error.h"
 
 #include "host/host_status.h"
-#include "host/yang_text.h"
+#include "yang/yang_text.h"
 
 namespace yfw::netconf {
 namespace {

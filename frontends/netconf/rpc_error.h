@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::netconf {
 

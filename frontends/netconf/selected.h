@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 #include "host/request.h"
 
 namespace yfw::netconf {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "frontends/netconf/event_stream.h"
-#include "host/edit.h"
+#include "device/events/event_stream.h"
+#include "yang/edit.h"
 
 namespace yfw::netconf {
 

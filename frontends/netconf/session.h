@@ -7,7 +7,7 @@
 #include <string>
 
 #include "frontends/netconf/conversation.h"
-#include "frontends/netconf/event_stream.h"
+#include "device/events/event_stream.h"
 #include "frontends/netconf/framing.h"
 
 struct bufferevent;

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "frontends/netconf/event_stream.h"
+#include "device/events/event_stream.h"
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/protocol_modules.h"
 #include "frontends/netconf/xml.h"

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::netconf {
 

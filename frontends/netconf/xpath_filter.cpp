@@ -6,7 +6,7 @@
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/rpc_error.h"
 #include "frontends/netconf/xpath_cost.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {

@@ -10,9 +10,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "frontends/lab/daemon.h"
-#include "frontends/lab/daemon_questions.h"
-#include "frontends/lab/process.h"
+#include "base/process.h"
+#include "lab/daemon.h"
+#include "lab/daemon_questions.h"
 
 namespace yfw::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "frontends/netconf/defaults.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {

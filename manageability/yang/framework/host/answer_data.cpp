@@ -4,9 +4,9 @@
 #include <cstring>
 #include <unordered_set>
 
-#include "host/error.h"
-#include "host/schemas.h"
-#include "host/yang_text.h"
+#include "base/error.h"
+#include "yang/schemas.h"
+#include "yang/yang_text.h"
 
 namespace yfw::host {
 namespace {

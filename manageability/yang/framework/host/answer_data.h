@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "host/answer_tree.h"
-#include "host/data_tree.h"
 #include "host/request.h"
+#include "yang/data_tree.h"
 
 namespace yfw::host {
 

@@ -4,10 +4,10 @@
 #include <cstring>
 #include <deque>
 
+#include "base/error.h"
 #include "host/answer_data.h"
 #include "host/answer_tree.h"
-#include "host/device.h"
-#include "host/error.h"
+#include "host/device_snapshot.h"
 #include "host/host_status.h"
 #include "host/mapping_log.h"
 #include "host/native_response.h"

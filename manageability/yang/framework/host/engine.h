@@ -11,16 +11,16 @@
 #include <vector>
 
 #include "host/answer_schema.h"
-#include "host/data_tree.h"
-#include "host/edit.h"
 #include "host/explanation.h"
 #include "host/native_paths.h"
 #include "host/plugin.h"
 #include "host/request.h"
-#include "host/schemas.h"
 #include "platform/platform.h"
 #include "platform/trace_buffer.h"
 #include "sources/native_source.h"
+#include "yang/data_tree.h"
+#include "yang/edit.h"
+#include "yang/schemas.h"
 
 namespace yfw::host {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "host/callback_names.h"
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace yfw::host {
 namespace {

@@ -1,7 +1,7 @@
 #include "host/native_selection.h"
 
-#include "host/error.h"
-#include "host/path_words.h"
+#include "base/error.h"
+#include "yang/path_words.h"
 
 namespace yfw::host {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/native_paths.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::host {
 

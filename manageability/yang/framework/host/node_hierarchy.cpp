@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/path_words.h"
+#include "yang/path_words.h"
 
 namespace yfw::host {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace yfw::host {
 

@@ -4,9 +4,9 @@
 
 #include <memory_resource>
 
-#include "host/edit.h"
 #include "host/request.h"
 #include "host/tree_owner.h"
+#include "yang/edit.h"
 
 namespace yfw::host {
 

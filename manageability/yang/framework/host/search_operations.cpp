@@ -6,8 +6,8 @@
 
 #include "host/host_status.h"
 #include "host/node_hierarchy.h"
-#include "host/path_words.h"
 #include "host/tree_owner.h"
+#include "yang/path_words.h"
 
 namespace {
 

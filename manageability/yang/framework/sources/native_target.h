@@ -2,7 +2,7 @@
 #ifndef YFW_SOURCES_NATIVE_TARGET_H
 #define YFW_SOURCES_NATIVE_TARGET_H
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources {
 

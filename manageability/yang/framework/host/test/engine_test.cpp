@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "neighbor_tables.h"
 #include "platform/debug_log.h"
 #include "test_device.h"

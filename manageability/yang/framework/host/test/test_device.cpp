@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "oclldp_plugin.h"
 
 namespace yfw::host::test {
@@ -52,18 +52,9 @@ void forget_earlier_requests() {
 
 } // namespace
 
-const Schemas &schemas() {
-    static const Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
-    return loaded;
-}
-
 const AnswerSchema &answer_schema() {
     static const AnswerSchema made(schemas().openconfig_root());
     return made;
-}
-
-Path path(std::string_view text) {
-    return parse_path(schemas().openconfig_root(), text);
 }
 
 ReadRequest request(const std::vector<std::string> &paths, Content content) {

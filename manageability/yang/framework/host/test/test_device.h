@@ -1,4 +1,4 @@
-// The schemas of the tests, and a device whose native data a test writes down.
+// A device whose native data a test writes down.
 #ifndef HOST_TEST_TEST_DEVICE_H
 #define HOST_TEST_TEST_DEVICE_H
 
@@ -10,16 +10,14 @@
 #include "host/answer_schema.h"
 #include "host/engine.h"
 #include "host/request.h"
-#include "host/schemas.h"
 #include "sources/native_source.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::host::test {
 
 // Loaded when first asked for.
-const Schemas &schemas();
 const AnswerSchema &answer_schema();
 
-Path path(std::string_view text);
 ReadRequest request(const std::vector<std::string> &paths, Content content = Content::all);
 // The paths merged into one tree.
 Selection selection(const std::vector<std::string> &paths);

@@ -10,8 +10,8 @@
 #include <sys/stat.h>
 #include <time.h>
 
-#include "host/error.h"
-#include "host/schemas.h"
+#include "base/error.h"
+#include "yang/schemas.h"
 
 namespace yfw::sources {
 namespace {

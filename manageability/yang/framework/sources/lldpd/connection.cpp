@@ -10,7 +10,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::sources::lldpd {
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "host/yang_text.h"
 #include "sources/lldpd/native_writer.h"
+#include "yang/yang_text.h"
 
 namespace yfw::sources::lldpd {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "host/data_tree.h"
 #include "sources/lldpd/lldpd_state.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::lldpd {
 

@@ -1,7 +1,7 @@
 #include "sources/lldpd/native_writer.h"
 
-#include "host/error.h"
-#include "host/schemas.h"
+#include "base/error.h"
+#include "yang/schemas.h"
 
 namespace yfw::sources::lldpd {
 namespace {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::lldpd {
 

@@ -4,7 +4,7 @@
 #include <ctime>
 #include <functional>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::sources::lldpd {
 namespace {

@@ -1,6 +1,6 @@
 #include "sources/lldpd/settings_writer.h"
 
-#include "host/error.h"
+#include "base/error.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
 

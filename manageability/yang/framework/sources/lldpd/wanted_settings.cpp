@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::sources::lldpd {
 namespace {

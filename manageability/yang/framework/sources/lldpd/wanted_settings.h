@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "host/data_tree.h"
 #include "sources/lldpd/lldpd_state.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::lldpd {
 

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/error.h"
+#include "base/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/lldpd_source.h"
 #include "support/lab.h"

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/error.h"
+#include "base/error.h"
 #include "native_modules.h"
 #include "sources/file/kept_file_source.h"
 #include "support/eventually.h"

@@ -2,10 +2,10 @@
 
 #include <stdexcept>
 
-#include "host/schemas.h"
-#include "host/test/data_texts.h"
 #include "sources/lldpd/native_data.h"
 #include "support/answers.h"
+#include "yang/schemas.h"
+#include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/data_tree.h"
 #include "sources/lldpd/lldpd_state.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::test {
 

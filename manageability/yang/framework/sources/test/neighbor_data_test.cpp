@@ -5,9 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/test/data_texts.h"
 #include "native_modules.h"
 #include "sources/lldpd/native_data.h"
+#include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
 namespace {

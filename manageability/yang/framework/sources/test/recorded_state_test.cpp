@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/test/data_texts.h"
 #include "native_modules.h"
 #include "recorded_state.h"
 #include "sources/lldpd/native_data.h"
 #include "support/files.h"
+#include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
 namespace {

@@ -13,8 +13,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/error.h"
 #include "fake_daemon.h"
-#include "host/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/connection.h"
 #include "sources/lldpd/lldpd_source.h"

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/error.h"
+#include "base/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/wanted_settings.h"
 #include "support/native_xml.h"
