@@ -13,7 +13,7 @@ using nlohmann::json;
 constexpr int deepest = 32; // printing a value takes stack for each level
 
 [[noreturn]] void refuse(const std::string &place, const std::string &message) {
-    throw host::Error(host::ErrorTag::invalid_value, place, message);
+    throw Error(ErrorTag::invalid_value, place, message);
 }
 
 // What a value is, as an error shows it; long ones are cut.

@@ -13,10 +13,10 @@
 
 namespace yfw::lab {
 
-// Parses a text that gives no member of an object twice. Throws host::Error with the place `file`.
+// Parses a text that gives no member of an object twice. Throws Error with the place `file`.
 nlohmann::json parse_json(const std::string &text, const std::string &file);
 
-// A value and its place, "FILE: routers[1]". The value outlives the reader. All members throw host::Error, with
+// A value and its place, "FILE: routers[1]". The value outlives the reader. All members throw Error, with
 // the place as its path, where the value is not what they are for.
 class JsonReader {
 public:

@@ -23,8 +23,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
-using host::Error;
-using host::ErrorTag;
 
 constexpr std::chrono::seconds patience{30};
 constexpr std::chrono::milliseconds pause_between_looks{100};

@@ -17,7 +17,7 @@ using Progress = std::function<void(const std::string &)>;
 
 // Makes the laboratory and waits until every daemon answers and is configured. What an earlier `up` that was
 // killed has left is removed first. When it fails, or is interrupted by SIGINT, SIGTERM or SIGHUP, all that it
-// made is removed. `tx_interval` in seconds. Throws host::Error for what the user can change (no root, no
+// made is removed. `tx_interval` in seconds. Throws Error for what the user can change (no root, no
 // lldpd, a laboratory that is up already) and std::runtime_error for the rest. To be called while no other
 // thread runs.
 void up(const Place &place, const Topology &topology, int tx_interval, const Progress &progress);
@@ -40,7 +40,7 @@ struct Status {
     std::vector<Segment> segments;
 };
 
-// Needs no root. Throws host::Error when the laboratory's file cannot be read.
+// Needs no root. Throws Error when the laboratory's file cannot be read.
 Status status(const Place &place);
 
 // Writes what every router's daemon says as the five files of a recording, ROUTER-neighbors.json and so on,
@@ -53,7 +53,7 @@ struct LabRouter {
     std::filesystem::path socket;
 };
 
-// The routers of a laboratory that is up. Throws host::Error when it is not. Needs no root.
+// The routers of a laboratory that is up. Throws Error when it is not. Needs no root.
 std::vector<LabRouter> running_lab(const std::string &name = Place().name,
                                    const std::filesystem::path &base = Place().base);
 

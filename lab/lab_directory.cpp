@@ -22,7 +22,7 @@ constexpr mode_t directory_mode = 0755; // lldpd's own user reads its configurat
 const fs::path default_base = Place().base;
 
 [[noreturn]] void refuse(const fs::path &path, const std::string &message) {
-    throw host::Error(host::ErrorTag::operation_failed, path.string(), message);
+    throw Error(ErrorTag::operation_failed, path.string(), message);
 }
 
 void make_directory(const fs::path &path) {
@@ -57,15 +57,14 @@ void lock(const Descriptor &directory, const fs::path &path, std::chrono::millis
 
 Place checked(Place place) {
     if (!is_name(place.name))
-        throw host::Error(host::ErrorTag::invalid_value, place.name,
-                          "expected a name of 1 to 32 letters, digits, - and _ for the laboratory");
+        throw Error(ErrorTag::invalid_value, place.name,
+                    "expected a name of 1 to 32 letters, digits, - and _ for the laboratory");
     std::error_code error;
     const fs::path canonical = fs::canonical(place.base, error);
     if (!error && fs::is_directory(canonical))
         place.base = canonical;
     else if (place.base != default_base)
-        throw host::Error(host::ErrorTag::invalid_value, place.base.string(),
-                          "expected a directory that is there");
+        throw Error(ErrorTag::invalid_value, place.base.string(), "expected a directory that is there");
     return place;
 }
 

@@ -30,14 +30,14 @@ struct Place {
     std::string namespace_of(const std::string &member) const { return name + "-" + member; }
 };
 
-// The place with its base as an absolute path without links. Throws host::Error for a bad name and a base that
+// The place with its base as an absolute path without links. Throws Error for a bad name and a base that
 // is not there; the default base may be missing.
 Place checked(Place place);
 
 // The directory of a laboratory, held by one process at a time.
 class LabDirectory {
 public:
-    // Makes the directory, and the default base. Throws host::Error when somebody else's is there, and when
+    // Makes the directory, and the default base. Throws Error when somebody else's is there, and when
     // another process holds it for longer than `patience`.
     static LabDirectory make(const Place &place);
     // Nothing when there is none.
@@ -56,10 +56,10 @@ private:
     Descriptor lock_;
 };
 
-// Throws host::Error when the directory is not one that a laboratory of root or of this user may have.
+// Throws Error when the directory is not one that a laboratory of root or of this user may have.
 void check_owner(const Place &place);
 
-// Throws host::Error that names the first directory on the way that lldpd's own user cannot enter.
+// Throws Error that names the first directory on the way that lldpd's own user cannot enter.
 void check_open_to_all(const std::filesystem::path &directory);
 
 } // namespace yfw::lab

@@ -76,7 +76,7 @@ std::optional<LabState> load(const Place &place) {
     std::ifstream stream(file, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     if (!stream.is_open() || stream.bad())
-        throw host::Error(host::ErrorTag::operation_failed, file, "cannot be read");
+        throw Error(ErrorTag::operation_failed, file, "cannot be read");
     return from_json(parse_json(text, file), file);
 }
 

@@ -38,7 +38,7 @@ struct LabState {
 // Takes the old file's place at once. Throws std::runtime_error.
 void save(const LabState &state, const Place &place);
 
-// Nothing when there is none. Throws host::Error for a file that cannot be read.
+// Nothing when there is none. Throws Error for a file that cannot be read.
 std::optional<LabState> load(const Place &place);
 
 } // namespace yfw::lab

@@ -61,8 +61,8 @@ void write(const fs::path &file, const std::string &text) {
 
 std::vector<Port> record(const Place &given, const fs::path &directory, const Progress &progress) {
     if (::geteuid() != 0)
-        throw host::Error(host::ErrorTag::resource_denied, "",
-                          "recording needs root, to ask the daemons: run it with sudo");
+        throw Error(ErrorTag::resource_denied, "",
+                    "recording needs root, to ask the daemons: run it with sudo");
     const Place place = checked(given);
     const std::vector<LabRouter> routers = running_lab(place.name, place.base);
     const Interruption interruption;

@@ -301,8 +301,7 @@ Topology read_topology_file(const std::filesystem::path &file) {
     if (!directory)
         text.assign(std::istreambuf_iterator<char>(stream), {});
     if (directory || !stream.is_open() || stream.bad())
-        throw host::Error(host::ErrorTag::invalid_value, file.string(),
-                          "expected a topology file that can be read");
+        throw Error(ErrorTag::invalid_value, file.string(), "expected a topology file that can be read");
     return read_topology(parse_json(text, file.string()), file.string());
 }
 

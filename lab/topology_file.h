@@ -58,7 +58,7 @@ struct Topology {
     std::vector<std::pair<Port, size_t>> peers() const;
 };
 
-// Checks everything. Throws host::Error that names `file`, the place in it and what was expected there.
+// Checks everything. Throws Error that names `file`, the place in it and what was expected there.
 Topology read_topology(nlohmann::json source, const std::string &file);
 Topology read_topology_file(const std::filesystem::path &file);
 

@@ -42,7 +42,7 @@ void refuse_unbounded(const std::string &expression, size_t nodes, const XPathBo
 
 // What an XPath filter selects of the data, with the nodes that lead to it and their keys, and of each selected
 // node no more than `depth` levels. Throws RpcError, also as refuse_unbounded() does.
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth = unlimited_depth,
+yang::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth = unlimited_depth,
                               const XPathBound &bound = {});
 
 } // namespace yfw::netconf

@@ -12,11 +12,11 @@ namespace {
 // A context without models of its own: all elements stay as they are. libyang's contexts are shared between
 // threads for parsing.
 const ly_ctx *modelless() {
-    static const host::YangContext context = [] {
+    static const yang::YangContext context = [] {
         ly_ctx *made = nullptr;
         if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY, &made) != LY_SUCCESS)
             throw std::bad_alloc();
-        return host::YangContext(made);
+        return yang::YangContext(made);
     }();
     return context.get();
 }
@@ -216,7 +216,7 @@ Document::Document(const std::string &text) {
                                              LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &parsed);
     tree_.reset(parsed);
     if (status != LY_SUCCESS)
-        malformed(host::take_yang_error(modelless()));
+        malformed(yang::take_yang_error(modelless()));
     if (parsed == nullptr)
         malformed("the message holds no element");
     if (parsed->next != nullptr)

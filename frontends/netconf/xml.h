@@ -77,7 +77,7 @@ public:
     Element root() const { return Element(root_); }
 
 private:
-    host::DataTree tree_;
+    yang::DataTree tree_;
     const lyd_node *root_ = nullptr;
 };
 

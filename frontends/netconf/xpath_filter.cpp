@@ -72,7 +72,7 @@ void refuse_unbounded(const std::string &expression, size_t nodes, const XPathBo
                        "the expression looks through all data anew for each node that it finds");
 }
 
-host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth,
+yang::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32_t depth,
                               const XPathBound &bound) {
     if (data == nullptr)
         return nullptr;
@@ -83,7 +83,7 @@ host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32
     const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
     const std::unique_ptr<ly_set, decltype(free_set)> owner(found, free_set);
     if (status != LY_SUCCESS)
-        throw RpcError("protocol", "invalid-value", host::take_yang_error(LYD_CTX(data)));
+        throw RpcError("protocol", "invalid-value", yang::take_yang_error(LYD_CTX(data)));
     lyd_node *selected = nullptr;
     for (uint32_t i = 0; i < found->count; i++) {
         lyd_node *copy = nullptr;
@@ -95,7 +95,7 @@ host::DataTree xpath_filtered(const lyd_node *data, const Filter &filter, uint32
         if (copy != nullptr)
             lyd_merge_siblings(&selected, copy, LYD_MERGE_DESTRUCT);
     }
-    return host::DataTree(selected);
+    return yang::DataTree(selected);
 }
 
 } // namespace yfw::netconf

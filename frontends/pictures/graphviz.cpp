@@ -16,7 +16,7 @@
 
 #include <fmt/format.h>
 
-namespace yfw::cli {
+namespace yfw::pictures {
 namespace {
 
 [[noreturn]] void fail(const std::string &what, int error) {
@@ -223,4 +223,4 @@ void write_file(const std::filesystem::path &file, const std::string &content) {
     Replacement(target).write(content);
 }
 
-} // namespace yfw::cli
+} // namespace yfw::pictures

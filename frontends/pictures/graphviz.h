@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-namespace yfw::cli {
+namespace yfw::pictures {
 
 struct Graphviz {
     std::string program = "dot"; // looked up in PATH when it has no slash
@@ -21,6 +21,6 @@ std::string make_svg(const std::string &graph, const Graphviz &graphviz = {});
 // std::runtime_error that names the file.
 void write_file(const std::filesystem::path &file, const std::string &content);
 
-} // namespace yfw::cli
+} // namespace yfw::pictures
 
 #endif

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 bool is_named(const lyd_node *node, const char *name) {
@@ -56,4 +56,4 @@ Report read_answer(const std::string &place, const lyd_node *answer) {
     return report;
 }
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

@@ -7,11 +7,11 @@
 #include "frontends/pictures/topology_model.h"
 #include "yang/data_tree.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 // What an answer to /lldp says of a device and its neighbors. `answer` may be NULL: then it says nothing.
 Report read_answer(const std::string &place, const lyd_node *answer);
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "frontends/pictures/topology_drawing.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 // A name. Between quotes Graphviz takes everything as it is but a quote, and a backslash before one.
@@ -111,4 +111,4 @@ std::string draw_dot(const Topology &topology) {
     return text + "}\n";
 }
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

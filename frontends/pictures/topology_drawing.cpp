@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 std::string port_text(const Port &port) {
     std::string text = port.name.empty() ? "?" : printable(port.name);
@@ -26,4 +26,4 @@ std::string printable(std::string_view text) {
     return line;
 }
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

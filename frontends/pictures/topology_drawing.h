@@ -7,7 +7,7 @@
 
 #include "frontends/pictures/topology_model.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 // Aligned plain text, one link a line.
 std::string draw_text(const Topology &topology);
@@ -23,6 +23,6 @@ std::string port_text(const Port &port);
 // One line without control characters: they are written as \x and two digits.
 std::string printable(std::string_view text);
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures
 
 #endif

@@ -9,7 +9,7 @@
 
 #include "frontends/pictures/topology_routers.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 // Things that belong together, by number.
@@ -284,4 +284,4 @@ Topology build(const std::vector<Report> &reports) {
     return Builder(reports).build();
 }
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 // ---- what devices report; a text that a device did not tell is empty ---------------------------------------
 
@@ -84,6 +84,6 @@ Topology build(const std::vector<Report> &reports);
 // "eth2" before "eth10".
 bool natural_less(std::string_view a, std::string_view b);
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures
 
 #endif

@@ -3,7 +3,7 @@
 #include <functional>
 #include <unordered_set>
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 constexpr size_t unassigned = static_cast<size_t>(-1);
@@ -139,4 +139,4 @@ RouterAssignment assign_routers(const std::vector<Report> &reports) {
     return Assigner(reports).assign();
 }
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

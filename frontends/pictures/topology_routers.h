@@ -9,7 +9,7 @@
 
 #include "frontends/pictures/topology_model.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 // Routers that can be looked up by their names and chassis ids.
 class RouterIndex {
@@ -42,6 +42,6 @@ struct RouterAssignment {
 
 RouterAssignment assign_routers(const std::vector<Report> &reports);
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures
 
 #endif

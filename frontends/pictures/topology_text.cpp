@@ -6,7 +6,7 @@
 
 #include "frontends/pictures/topology_drawing.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 enum class Align { left, right };
@@ -164,4 +164,4 @@ std::string draw_text(const Topology &topology) {
            ports_without_neighbors(topology);
 }
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

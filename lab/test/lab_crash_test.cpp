@@ -92,7 +92,7 @@ TEST_F(AHalfMadeLaboratory, is_told_as_such) {
     }
     EXPECT_EQ(status().at("state"), "incomplete");
     EXPECT_THAT(lab("status").output, HasSubstr("yfw lab down removes"));
-    EXPECT_THROW(running_lab(place().name, place().base), host::Error);
+    EXPECT_THROW(running_lab(place().name, place().base), Error);
 }
 
 } // namespace

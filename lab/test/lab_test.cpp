@@ -218,7 +218,7 @@ TEST_F(ALaboratory, that_is_not_up_has_no_sockets) {
     try {
         running_lab(place().name, place().base);
         FAIL() << "was found";
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         EXPECT_THAT(error.what(), HasSubstr("no laboratory " + place().name + " is up"));
     }
 }
@@ -246,7 +246,7 @@ TEST_F(ALaboratory, needs_root) {
     uint32_t status = 1;
     try {
         up(place(), default_topology(), 2, [](const std::string &) {});
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         message = error.what();
         status = error.status();
     }

@@ -35,7 +35,7 @@ TEST_P(ATopologyThatIsWrong, is_refused_with_its_place_and_what_was_expected) {
     try {
         read(GetParam().text);
         FAIL() << "was accepted";
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         EXPECT_EQ(error.path(), GetParam().place);
         EXPECT_THAT(error.what(), HasSubstr(GetParam().expected));
         EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
@@ -196,7 +196,7 @@ TEST(ATopologyFile, that_is_not_there_is_named) {
         try {
             read_topology_file(file);
             FAIL() << file << " was read";
-        } catch (const host::Error &error) {
+        } catch (const Error &error) {
             EXPECT_EQ(error.path(), file);
         }
 }
@@ -207,7 +207,7 @@ TEST(ATopologyFile, is_named_in_the_error_of_its_content) {
     try {
         read_topology_file(file);
         FAIL() << "was accepted";
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         EXPECT_EQ(error.path(), file + ": routers[0]");
     }
 }

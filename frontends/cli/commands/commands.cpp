@@ -11,11 +11,11 @@
 namespace yfw::cli {
 namespace {
 
-host::ReadRequest read_request(const host::Schemas &schemas, const GetOptions &options) {
+host::ReadRequest read_request(const yang::Schemas &schemas, const GetOptions &options) {
     host::ReadRequest request;
     request.content = options.content;
     for (const std::string &path : options.paths)
-        request.paths.push_back(host::parse_path(schemas.openconfig_root(), path));
+        request.paths.push_back(yang::parse_path(schemas.openconfig_root(), path));
     return request;
 }
 

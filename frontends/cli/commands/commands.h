@@ -6,7 +6,7 @@
 
 namespace yfw::cli {
 
-// Reads from the device and prints the answer. Throws host::Error.
+// Reads from the device and prints the answer. Throws Error.
 void run_get(const DeviceOptions &device, const GetOptions &get);
 
 } // namespace yfw::cli

@@ -37,12 +37,12 @@ struct EditOptions {
     bool dry_run = false;
 };
 
-host::EditNode edit_of(const host::Schemas &schemas, const std::vector<Change> &changes) {
-    host::EditNode root;
+yang::EditNode edit_of(const yang::Schemas &schemas, const std::vector<Change> &changes) {
+    yang::EditNode root;
     root.node = schemas.openconfig_root();
     for (const Change &change : changes)
-        host::add_edit(root, host::parse_path(root.node, change.path), change.value,
-                       change.value.has_value() ? host::Operation::merge : host::Operation::delete_existing);
+        yang::add_edit(root, yang::parse_path(root.node, change.path), change.value,
+                       change.value.has_value() ? yang::Operation::merge : yang::Operation::delete_existing);
     return root;
 }
 
@@ -54,35 +54,34 @@ std::string read_file(const std::string &file) {
     }
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        throw host::Error(host::ErrorTag::invalid_value, file,
-                          std::string("cannot be read: ") + std::strerror(errno));
+        throw Error(ErrorTag::invalid_value, file, std::string("cannot be read: ") + std::strerror(errno));
     text << stream.rdbuf();
     return text.str();
 }
 
 // A document that is at fault as a whole is named by its file.
-host::EditNode parse_file(const host::Schemas &schemas, const EditOptions &options) {
+yang::EditNode parse_file(const yang::Schemas &schemas, const EditOptions &options) {
     try {
-        return host::parse_edit(schemas, read_file(options.file), *host::operation_from(options.operation));
-    } catch (const host::Error &error) {
+        return yang::parse_edit(schemas, read_file(options.file), *yang::operation_from(options.operation));
+    } catch (const Error &error) {
         if (!error.path().empty())
             throw;
-        throw host::Error(error.tag(), options.file, error.what(), error.status());
+        throw Error(error.tag(), options.file, error.what(), error.status());
     }
 }
 
 void run(const DeviceOptions &device, const EditOptions &options,
-         const std::function<host::EditNode(const host::Schemas &)> &make_edit) {
+         const std::function<yang::EditNode(const yang::Schemas &)> &make_edit) {
     Session session(device);
-    const host::EditNode edit = make_edit(session.schemas);
-    host::Editor editor(session.schemas, session.source, session.engine);
+    const yang::EditNode edit = make_edit(session.schemas);
+    device::Editor editor(session.schemas, session.source, session.engine);
     if (options.dry_run) {
         std::cout << editor.try_edit(edit) << std::flush;
         return;
     }
     if (session.source.store().empty())
-        throw host::Error(host::ErrorTag::missing_element, "--store",
-                          "a device that is given as files needs a file for its commits");
+        throw Error(ErrorTag::missing_element, "--store",
+                    "a device that is given as files needs a file for its commits");
     const auto commit = editor.edit(edit, {current_user(), options.comment});
     if (commit.has_value())
         std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
@@ -158,7 +157,7 @@ void add_commit(CLI::App &app, DeviceOptions &device, const std::shared_ptr<Edit
         ->option_text("...");
     command->callback([&device, options] {
         if (options->file.empty() && options->words.empty())
-            throw host::Error(host::ErrorTag::missing_element, "", "commit needs -f FILE or changes after --");
+            throw Error(ErrorTag::missing_element, "", "commit needs -f FILE or changes after --");
         run(device, *options, [&](const auto &schemas) { return edit_of(schemas, changes_of(*options)); });
     });
 }

@@ -37,8 +37,8 @@ std::string take_word(std::string &rest) {
 }
 
 [[noreturn]] void fail(const std::string &place, const std::string &found) {
-    throw host::Error(host::ErrorTag::invalid_value, place,
-                      "expected \"set PATH VALUE\" or \"delete PATH\", found \"" + found + "\"");
+    throw Error(ErrorTag::invalid_value, place,
+                "expected \"set PATH VALUE\" or \"delete PATH\", found \"" + found + "\"");
 }
 
 } // namespace
@@ -62,7 +62,7 @@ std::vector<Change> read_script(std::istream &text, const std::string &place) {
             fail(here, whole);
     }
     if (changes.empty())
-        throw host::Error(host::ErrorTag::missing_element, place, "names no change");
+        throw Error(ErrorTag::missing_element, place, "names no change");
     return changes;
 }
 

@@ -15,10 +15,10 @@ struct Change {
 };
 
 // One change a line; blank lines and lines that start with "#" are skipped. The value is the rest of the line.
-// `place` names the text in errors. Throws host::Error that names the line.
+// `place` names the text in errors. Throws Error that names the line.
 std::vector<Change> read_script(std::istream &text, const std::string &place);
 
-// set PATH VALUE and delete PATH, one after the other. Throws host::Error.
+// set PATH VALUE and delete PATH, one after the other. Throws Error.
 std::vector<Change> read_words(const std::vector<std::string> &words);
 
 } // namespace yfw::cli

@@ -31,24 +31,24 @@ struct ExplainOptions {
     bool json = false;
 };
 
-host::DataTree running_configuration(Session &session) {
-    host::DataTree data = session.source.read(session.schemas.context());
-    return host::take_configuration(data);
+yang::DataTree running_configuration(Session &session) {
+    yang::DataTree data = session.source.read(session.schemas.context());
+    return yang::take_configuration(data);
 }
 
 host::Explanation explain_get(Session &session, const std::string &path) {
     host::ReadRequest request;
-    request.paths.push_back(host::parse_path(session.schemas.openconfig_root(), path));
+    request.paths.push_back(yang::parse_path(session.schemas.openconfig_root(), path));
     return session.engine.explain(request);
 }
 
-host::Explanation explain_edit(Session &session, const host::Path &path,
+host::Explanation explain_edit(Session &session, const yang::Path &path,
                                const std::optional<std::string> &value) {
-    host::EditNode edit;
+    yang::EditNode edit;
     edit.node = session.schemas.openconfig_root();
-    host::add_edit(edit, path, value,
-                   value.has_value() ? host::Operation::merge : host::Operation::delete_existing);
-    host::drop_deleted_content(edit);
+    yang::add_edit(edit, path, value,
+                   value.has_value() ? yang::Operation::merge : yang::Operation::delete_existing);
+    yang::drop_deleted_content(edit);
     return session.engine.explain(edit, running_configuration(session));
 }
 
@@ -78,10 +78,10 @@ std::string sample_value(const lysc_node *leaf) {
     }
 }
 
-host::Path sample_path(const lysc_node *leaf) {
-    host::Path path;
+yang::Path sample_path(const lysc_node *leaf) {
+    yang::Path path;
     for (const lysc_node *node = leaf; node != nullptr; node = node->parent) {
-        host::PathStep step{node, {}};
+        yang::PathStep step{node, {}};
         for (const lysc_node *key = node->nodetype == LYS_LIST ? lysc_node_child(node) : nullptr;
              key != nullptr && lysc_is_key(key); key = key->next)
             step.predicates.push_back({key, "example"});
@@ -97,7 +97,7 @@ void append_new(std::vector<std::string> &to, const std::string &text) {
 
 Correspondence correspondence_of(Session &session, const lysc_node *leaf) {
     Correspondence row;
-    row.openconfig = host::schema_path(leaf);
+    row.openconfig = yang::schema_path(leaf);
     for (const host::ExplainedNode &node : explain_get(session, row.openconfig))
         for (const host::NativePath &path : node.paths)
             if (node.openconfig == row.openconfig)
@@ -150,11 +150,11 @@ host::Explanation explain_words(Session &session, const std::vector<std::string>
     if (words.size() == 2 && words[0] == "get")
         return explain_get(session, words[1]);
     if (words.size() == 3 && words[0] == "set")
-        return explain_edit(session, host::parse_path(root, words[1]), words[2]);
+        return explain_edit(session, yang::parse_path(root, words[1]), words[2]);
     if (words.size() == 2 && words[0] == "delete")
-        return explain_edit(session, host::parse_path(root, words[1]), std::nullopt);
-    throw host::Error(host::ErrorTag::invalid_value, "explain",
-                      "expected \"get PATH\", \"set PATH VALUE\", \"delete PATH\" or --all");
+        return explain_edit(session, yang::parse_path(root, words[1]), std::nullopt);
+    throw Error(ErrorTag::invalid_value, "explain",
+                "expected \"get PATH\", \"set PATH VALUE\", \"delete PATH\" or --all");
 }
 
 void run(const DeviceOptions &device, const ExplainOptions &options) {

@@ -8,7 +8,7 @@
 
 namespace yfw::cli {
 
-// Adds the command; it runs while the command line is parsed and throws host::Error. `device` outlives `app`.
+// Adds the command; it runs while the command line is parsed and throws Error. `device` outlives `app`.
 void add_explain(CLI::App &app, DeviceOptions &device);
 
 } // namespace yfw::cli

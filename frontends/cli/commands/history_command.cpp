@@ -28,40 +28,38 @@ struct CommitOptions {
     std::string comment;
 };
 
-datastore::Commit find_commit(const datastore::Datastore &store, int64_t number, const std::string &place) {
-    std::optional<datastore::Commit> commit = number < 0 ? store.last() : store.find(number);
+commits::Commit find_commit(const commits::CommitLog &store, int64_t number, const std::string &place) {
+    std::optional<commits::Commit> commit = number < 0 ? store.last() : store.find(number);
     if (!commit.has_value())
-        throw host::Error(host::ErrorTag::data_missing, place,
-                          number < 0 ? "there are no commits yet"
-                                     : "there is no commit " + std::to_string(number));
+        throw Error(ErrorTag::data_missing, place,
+                    number < 0 ? "there are no commits yet" : "there is no commit " + std::to_string(number));
     return *commit;
 }
 
 // Calls `work` with the store; a store that is not there has no commits.
 void with_store(const DeviceOptions &device,
-                const std::function<void(const datastore::Datastore &, std::string)> &work) {
+                const std::function<void(const commits::CommitLog &, std::string)> &work) {
     const std::filesystem::path file = store_of(device);
     if (file.empty())
-        throw host::Error(host::ErrorTag::missing_element, "--store",
-                          "a device that is given as files has no commits");
+        throw Error(ErrorTag::missing_element, "--store", "a device that is given as files has no commits");
     std::error_code error;
     if (!std::filesystem::exists(file, error))
-        throw host::Error(host::ErrorTag::data_missing, file.string(), "there are no commits yet");
+        throw Error(ErrorTag::data_missing, file.string(), "there are no commits yet");
     try {
-        work(datastore::Datastore(file, false), file.string());
-    } catch (const datastore::StoreError &failure) {
-        throw host::Error(host::ErrorTag::operation_failed, "", failure.what());
+        work(commits::CommitLog(file, false), file.string());
+    } catch (const commits::StoreError &failure) {
+        throw Error(ErrorTag::operation_failed, "", failure.what());
     }
 }
 
-void print_history(const datastore::Datastore &store) {
-    for (const datastore::Commit &commit : store.history())
+void print_history(const commits::CommitLog &store) {
+    for (const commits::Commit &commit : store.history())
         std::cout << std::right << std::setw(6) << commit.number << "  " << commit.time << "  " << std::left
                   << std::setw(12) << commit.who << "  " << commit.comment << '\n';
     std::cout << std::flush;
 }
 
-void print_commit(const datastore::Commit &commit) {
+void print_commit(const commits::Commit &commit) {
     std::cout << "commit  " << commit.number << "\ntime    " << commit.time << "\nwho     " << commit.who
               << "\ncomment " << commit.comment << "\n\nedit:\n"
               << commit.edit << "\nnative difference:\n"
@@ -71,7 +69,7 @@ void print_commit(const datastore::Commit &commit) {
 
 void roll_back(const DeviceOptions &device, const CommitOptions &options) {
     Session session(device);
-    host::Editor editor(session.schemas, session.source, session.engine);
+    device::Editor editor(session.schemas, session.source, session.engine);
     const auto commit = editor.rollback(options.number, {current_user(), options.comment});
     if (commit.has_value())
         std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
@@ -97,13 +95,12 @@ CLI::Option *add_number(CLI::App &command, CommitOptions &options) {
 void add_history_commands(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<CommitOptions>();
     add_command(app, device, "history", "List the commits, newest first")->callback([&device] {
-        with_store(device,
-                   [](const datastore::Datastore &store, const std::string &) { print_history(store); });
+        with_store(device, [](const commits::CommitLog &store, const std::string &) { print_history(store); });
     });
     CLI::App *show = add_command(app, device, "show", "Show a commit: who, when, the edit, what it changed");
     add_number(*show, *options)->required();
     show->callback([&device, options] {
-        with_store(device, [&](const datastore::Datastore &store, const std::string &place) {
+        with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
             print_commit(find_commit(store, options->number, place));
         });
     });
@@ -111,7 +108,7 @@ void add_history_commands(CLI::App &app, DeviceOptions &device) {
         add_command(app, device, "diff", "Print what a commit changed natively; default: the last one");
     add_number(*diff, *options);
     diff->callback([&device, options] {
-        with_store(device, [&](const datastore::Datastore &store, const std::string &place) {
+        with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
             std::cout << find_commit(store, options->number, place).difference << std::flush;
         });
     });

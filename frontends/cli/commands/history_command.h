@@ -8,7 +8,7 @@
 
 namespace yfw::cli {
 
-// Adds the commands; they run while the command line is parsed and throw host::Error. `device` outlives `app`.
+// Adds the commands; they run while the command line is parsed and throw Error. `device` outlives `app`.
 void add_history_commands(CLI::App &app, DeviceOptions &device);
 
 } // namespace yfw::cli

@@ -6,7 +6,7 @@
 
 namespace yfw::cli {
 
-// Adds `lab` to the program. Its commands run while the command line is parsed; they throw host::Error for what
+// Adds `lab` to the program. Its commands run while the command line is parsed; they throw Error for what
 // the user can change and std::runtime_error for the rest.
 void add_lab(CLI::App &app);
 

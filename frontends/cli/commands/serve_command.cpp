@@ -51,36 +51,36 @@ struct ServeOptions {
     uint64_t largest_message = netconf::FrameLimits{}.message;
 };
 
-void publish(netconf::EventStream &events, const NeighborReport &report) {
+void publish(events::EventStream &events, const NeighborReport &report) {
     netconf::publish_neighbor_change(events, std::string(to_string(report.change)), report.interface(),
                                      report.id(), netconf::print_data(report.answer.get()));
 }
 
 // Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
-// host::Error for a file that is no rules.
-std::optional<netconf::Nacm> access_rules(const DeviceOptions &device, const netconf::ProtocolModules &modules,
-                                          const std::string &file) {
+// Error for a file that is no rules.
+std::optional<access::Nacm> access_rules(const DeviceOptions &device, const netconf::ProtocolModules &modules,
+                                         const std::string &file) {
     if (file.empty())
         return std::nullopt;
     std::vector<std::string> names;
     for (const netconf::ModuleName &module : modules.modules())
         if (module.offered)
             names.push_back(module.name);
-    return netconf::Nacm(file, {device.native_models / "ietf", device.openconfig_models, device.native_models},
-                         names);
+    return access::Nacm(file, {device.native_models / "ietf", device.openconfig_models, device.native_models},
+                        names);
 }
 
 void serve_device(const DeviceOptions &device, netconf::ServerOptions options, const std::string &rules,
                   int stop, const std::function<void()> &ready) {
     Session session(device, Use::serving);
     if (session.source.store().empty())
-        throw host::Error(host::ErrorTag::missing_element, "--store",
-                          "a device that is given as files needs a file for its commits");
+        throw Error(ErrorTag::missing_element, "--store",
+                    "a device that is given as files needs a file for its commits");
     const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
                                            device.native_models);
-    const std::optional<netconf::Nacm> nacm = access_rules(device, modules, rules);
+    const std::optional<access::Nacm> nacm = access_rules(device, modules, rules);
     options.nacm = nacm.has_value() ? &*nacm : nullptr;
-    netconf::EventStream events;
+    events::EventStream events;
     netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
     datastores.recover();
     netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules, events);

@@ -39,15 +39,15 @@ struct TopologyOptions {
 };
 
 // The device as `get` shows it, with the configuration that was committed.
-topology::Report read_device(const std::filesystem::path &directory, DeviceOptions options) {
+pictures::Report read_device(const std::filesystem::path &directory, DeviceOptions options) {
     options.device = directory;
     Session session(options);
     host::ReadRequest request;
-    request.paths.push_back(host::parse_path(session.schemas.openconfig_root(), "/lldp"));
+    request.paths.push_back(yang::parse_path(session.schemas.openconfig_root(), "/lldp"));
     const host::Answer answer = session.engine.read(request);
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << directory.string() << ": " << warning << '\n';
-    return topology::read_answer(directory.string(), answer.data.get());
+    return pictures::read_answer(directory.string(), answer.data.get());
 }
 
 void print(const std::string &text) {
@@ -63,15 +63,15 @@ std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {
 }
 
 void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
-    std::vector<topology::Report> reports;
+    std::vector<pictures::Report> reports;
     for (const std::filesystem::path &directory :
          options.lab.empty() ? options.devices : devices_of_lab(options.lab))
         reports.push_back(read_device(directory, device));
-    const topology::Topology topology = topology::build(reports);
+    const pictures::Topology topology = pictures::build(reports);
     if (!options.svg.empty())
-        write_file(options.svg, make_svg(topology::draw_dot(topology)));
+        pictures::write_file(options.svg, pictures::make_svg(pictures::draw_dot(topology)));
     else
-        print(options.dot ? topology::draw_dot(topology) : topology::draw_text(topology));
+        print(options.dot ? pictures::draw_dot(topology) : pictures::draw_text(topology));
 }
 
 } // namespace

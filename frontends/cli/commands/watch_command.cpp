@@ -34,7 +34,7 @@ nlohmann::ordered_json data_of(const lyd_node *node) {
 }
 
 void print(const NeighborReport &report, bool json) {
-    const std::string time = host::utc_now();
+    const std::string time = utc_now();
     if (json)
         std::cout << nlohmann::ordered_json{{"time", time},
                                             {"change", to_string(report.change)},
@@ -46,14 +46,14 @@ void print(const NeighborReport &report, bool json) {
                   << (report.change == sources::NeighborChange::added ? "    " : "  ") << report.path();
     std::cout << '\n' << std::flush; // a line is worth nothing before it is seen
     if (!std::cout)
-        throw host::Error(host::ErrorTag::operation_failed, "standard output", "cannot be written");
+        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
 }
 
 void run_watch(const DeviceOptions &device, bool json) {
     Session session(device);
     if (session.device.watch == nullptr)
-        throw host::Error(host::ErrorTag::invalid_value, "--device",
-                          "a recorded device does not change; expected lldpd:SOCKET");
+        throw Error(ErrorTag::invalid_value, "--device",
+                    "a recorded device does not change; expected lldpd:SOCKET");
     const StopSignals stop;
     const NeighborReporter reporter(session.schemas, session.engine);
     session.device.watch->run(session.schemas.context(), stop.descriptor(),

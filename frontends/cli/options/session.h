@@ -24,13 +24,13 @@ struct OpenedDevice {
 // How long a command looks at a device: `serving` keeps what it has read of a recorded one.
 enum class Use { once, serving };
 
-// Throws host::Error.
+// Throws Error.
 struct Session {
     explicit Session(const DeviceOptions &options, Use use = Use::once);
 
-    host::Schemas schemas;
+    yang::Schemas schemas;
     OpenedDevice device;
-    host::ConfiguredSource source;
+    device::ConfiguredSource source;
     host::Engine engine;
 };
 

@@ -55,9 +55,9 @@ std::string NeighborReport::id() const {
     return first_key(neighbor);
 }
 
-NeighborReporter::NeighborReporter(const host::Schemas &schemas, host::Engine &engine) : engine_(engine) {
+NeighborReporter::NeighborReporter(const yang::Schemas &schemas, host::Engine &engine) : engine_(engine) {
     wanted_.paths.push_back(
-        host::parse_path(schemas.openconfig_root(), "/lldp/interfaces/interface/neighbors"));
+        yang::parse_path(schemas.openconfig_root(), "/lldp/interfaces/interface/neighbors"));
 }
 
 std::optional<NeighborReport> NeighborReporter::report(sources::NeighborEvent event) const {

@@ -15,7 +15,7 @@ std::string_view to_string(sources::NeighborChange change);
 
 struct NeighborReport {
     sources::NeighborChange change = sources::NeighborChange::updated;
-    host::DataTree answer;              // as a read would show the neighbor, from the top down
+    yang::DataTree answer;              // as a read would show the neighbor, from the top down
     const lyd_node *neighbor = nullptr; // its entry there
 
     // Of the entry, without the module's name.
@@ -27,9 +27,9 @@ struct NeighborReport {
 // Has the mapping name neighbors as every read does. Borrows both.
 class NeighborReporter {
 public:
-    NeighborReporter(const host::Schemas &schemas, host::Engine &engine);
+    NeighborReporter(const yang::Schemas &schemas, host::Engine &engine);
 
-    // Nothing when the mapping finds no neighbor in the event. Throws host::Error.
+    // Nothing when the mapping finds no neighbor in the event. Throws Error.
     std::optional<NeighborReport> report(sources::NeighborEvent event) const;
 
 private:

@@ -14,8 +14,8 @@ namespace yfw::cli {
 void prepare_output(std::FILE *to);
 
 // Writes the data as JSON (RFC 7951) or XML, ended by a newline. Without data an empty object, or the empty top
-// container. Throws host::Error when the output cannot be written.
-void print_data(std::FILE *to, const host::Schemas &schemas, const lyd_node *data, Format format);
+// container. Throws Error when the output cannot be written.
+void print_data(std::FILE *to, const yang::Schemas &schemas, const lyd_node *data, Format format);
 
 } // namespace yfw::cli
 

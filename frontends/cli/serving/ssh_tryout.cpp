@@ -25,9 +25,6 @@
 namespace yfw::cli {
 namespace {
 
-using host::Error;
-using host::ErrorTag;
-
 sockaddr_in loopback(uint16_t port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -37,7 +34,7 @@ sockaddr_in loopback(uint16_t port) {
 }
 
 uint16_t free_port() {
-    const lab::Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in address = loopback(0);
     socklen_t length = sizeof address;
     if (bind(probe.get(), reinterpret_cast<sockaddr *>(&address), length) != 0 ||
@@ -48,7 +45,7 @@ uint16_t free_port() {
 }
 
 bool is_answered(uint16_t port) {
-    const lab::Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const sockaddr_in address = loopback(port);
     return connect(probe.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
 }
@@ -56,7 +53,7 @@ bool is_answered(uint16_t port) {
 } // namespace
 
 SshTryout::SshTryout(uint16_t port)
-    : sshd_(lab::find_program("sshd", "openssh-server")), port_(port != 0 ? port : free_port()) {
+    : sshd_(find_program("sshd", "openssh-server")), port_(port != 0 ? port : free_port()) {
     make_keys();
     write_configuration();
 }
@@ -69,11 +66,11 @@ SshTryout::~SshTryout() {
 }
 
 void SshTryout::make_keys() const {
-    const std::string keygen = lab::find_program("ssh-keygen", "openssh-client");
+    const std::string keygen = find_program("ssh-keygen", "openssh-client");
     for (const auto &[file, type] :
          {std::pair("host_ed25519", "ed25519"), {"host_ecdsa", "ecdsa"}, {"id", "ed25519"}}) {
-        const lab::Finished made = lab::run(
-            {keygen, "-q", "-t", type, "-N", "", "-C", "yfw serve", "-f", (files_.path() / file).string()});
+        const Finished made =
+            run({keygen, "-q", "-t", type, "-N", "", "-C", "yfw serve", "-f", (files_.path() / file).string()});
         if (made.status != 0)
             throw Error(ErrorTag::operation_failed, (files_.path() / file).string(), made.reason());
     }

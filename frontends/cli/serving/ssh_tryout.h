@@ -15,7 +15,7 @@ namespace yfw::cli {
 // this program joined to a socket. Everything lies in one directory, which goes with the object.
 class SshTryout {
 public:
-    // `port` 0: a free one. Throws host::Error that says what is missing.
+    // `port` 0: a free one. Throws Error that says what is missing.
     explicit SshTryout(uint16_t port);
     ~SshTryout();
     SshTryout(const SshTryout &) = delete;

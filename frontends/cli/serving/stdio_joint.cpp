@@ -18,13 +18,13 @@ int connect_to(const std::string &path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.size() >= sizeof address.sun_path)
-        throw host::Error(host::ErrorTag::invalid_value, path, "the name of the socket is too long");
+        throw Error(ErrorTag::invalid_value, path, "the name of the socket is too long");
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (descriptor < 0 ||
         connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
-        throw host::Error(host::ErrorTag::operation_failed, path,
-                          std::string("cannot connect: ") + std::strerror(errno) + "; is the server running?");
+        throw Error(ErrorTag::operation_failed, path,
+                    std::string("cannot connect: ") + std::strerror(errno) + "; is the server running?");
     return descriptor;
 }
 

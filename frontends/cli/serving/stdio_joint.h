@@ -6,7 +6,7 @@
 
 namespace yfw::cli {
 
-// Returns when the socket's other end has closed it. The end of standard input is handed on. Throws host::Error
+// Returns when the socket's other end has closed it. The end of standard input is handed on. Throws Error
 // when the socket cannot be connected to.
 void join_standard_streams(const std::string &socket);
 

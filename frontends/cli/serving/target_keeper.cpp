@@ -36,7 +36,7 @@ void TargetKeeper::restore() {
     try {
         session_.source.restore_target();
         std::cerr << "yfw: the device is back and has its configuration again" << std::endl;
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         std::cerr << "yfw: the device is back, but not at its configuration: " << error.what() << std::endl;
     }
 }
@@ -44,7 +44,7 @@ void TargetKeeper::restore() {
 void TargetKeeper::pass_on(sources::NeighborEvent event) {
     try {
         on_neighbor_(std::move(event));
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         std::cerr << "yfw: warning: a change of a neighbor cannot be told: " << error.what() << std::endl;
     }
 }
@@ -65,7 +65,7 @@ void TargetKeeper::keep() {
                                         },
                                         [this] { restore(); }});
             return;
-        } catch (const host::Error &) {
+        } catch (const Error &) {
             was_away = true;
         }
     } while (!sources::stops_within(stop_, milliseconds_between_attempts));

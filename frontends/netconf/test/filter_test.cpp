@@ -12,8 +12,8 @@
 namespace yfw::netconf {
 namespace {
 
-const host::Schemas &schemas() {
-    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+const yang::Schemas &schemas() {
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
     return loaded;
 }
 
@@ -77,10 +77,10 @@ TEST(AnIdentityOfAnotherNamespace, MatchesNothingOfItsName) {
 
 // --- XPath ---
 
-host::DataTree some_data() {
+yang::DataTree some_data() {
     lyd_node *data = nullptr;
     lyd_new_path(nullptr, schemas().context(), "/openconfig-lldp:lldp/config/system-name", "r1", 0, &data);
-    return host::DataTree(data);
+    return yang::DataTree(data);
 }
 
 std::string xpath_filter(const std::string &expression) {
@@ -90,7 +90,7 @@ std::string xpath_filter(const std::string &expression) {
 }
 
 TEST(AnExpression, OfAFewThousandBytesIsEvaluated) {
-    const host::DataTree data = some_data();
+    const yang::DataTree data = some_data();
     std::string expression = "/l:lldp";
     for (int i = 0; i < 300; i++)
         expression += " | /l:lldp/l:config[l:system-name='r" + std::to_string(i) + "']";
@@ -99,7 +99,7 @@ TEST(AnExpression, OfAFewThousandBytesIsEvaluated) {
 }
 
 TEST(AnExpression, ThatWouldTakeSecondsIsRefusedForItsLength) {
-    const host::DataTree data = some_data();
+    const yang::DataTree data = some_data();
     const Document filter(xpath_filter(std::string(200000, '-') + "1"));
     try {
         xpath_filtered(data.get(), filter_of(filter.root()));

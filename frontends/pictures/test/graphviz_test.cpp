@@ -15,7 +15,7 @@
 
 #include "frontends/pictures/graphviz.h"
 
-namespace yfw::cli {
+namespace yfw::pictures {
 namespace {
 
 using testing::HasSubstr;
@@ -165,4 +165,4 @@ TEST_F(WrittenFile, that_cannot_be_completed_leaves_what_was_there_and_nothing_e
 }
 
 } // namespace
-} // namespace yfw::cli
+} // namespace yfw::pictures

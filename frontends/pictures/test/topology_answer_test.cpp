@@ -7,7 +7,7 @@
 #include "frontends/pictures/topology_answer.h"
 #include "yang/schemas.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 class TopologyAnswer : public testing::Test {
@@ -16,13 +16,13 @@ protected:
         lyd_node *data = nullptr;
         const LY_ERR status = lyd_parse_data_mem(schemas_.context(), json.c_str(), LYD_JSON,
                                                  LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &data);
-        const host::DataTree answer(data);
-        EXPECT_EQ(status, LY_SUCCESS) << host::take_yang_error(schemas_.context());
+        const yang::DataTree answer(data);
+        EXPECT_EQ(status, LY_SUCCESS) << yang::take_yang_error(schemas_.context());
         return read_answer("devices/r1", answer.get());
     }
 
 private:
-    host::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR};
+    yang::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR};
 };
 
 TEST_F(TopologyAnswer, is_taken_from_state_and_not_from_configuration) {
@@ -65,4 +65,4 @@ TEST_F(TopologyAnswer, without_data_says_nothing) {
 }
 
 } // namespace
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

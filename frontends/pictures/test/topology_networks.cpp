@@ -1,6 +1,6 @@
 #include "frontends/pictures/test/topology_networks.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 Neighbor neighbor(const std::string &router, const std::string &port) {
     return {router + '#' + port, router, "chassis of " + router, port, ""};
@@ -407,6 +407,6 @@ Shared segment 1
 )~"},
         {"nothing_read_is_nothing_drawn", {}, "0 routers, no links\n\nRouters\n", "\n}\n"},
     }; // namespace
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

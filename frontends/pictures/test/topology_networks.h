@@ -8,7 +8,7 @@
 
 #include "frontends/pictures/topology_model.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 
 struct Network {
     std::string name;
@@ -25,6 +25,6 @@ std::vector<Network> networks();
 Neighbor neighbor(const std::string &router, const std::string &port);
 Report device(const std::string &name, std::vector<Interface> interfaces);
 
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures
 
 #endif

@@ -12,7 +12,7 @@
 #include "frontends/pictures/topology_drawing.h"
 #include "frontends/pictures/topology_model.h"
 
-namespace yfw::cli::topology {
+namespace yfw::pictures {
 namespace {
 
 // The graph without the lines that say how graphs look.
@@ -123,4 +123,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto &tested) { return tested.param.name; });
 
 } // namespace
-} // namespace yfw::cli::topology
+} // namespace yfw::pictures

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-namespace yfw::lab {
+namespace yfw {
 
 // A descriptor that is closed with the object.
 class Descriptor {
@@ -33,6 +33,6 @@ private:
     int number_;
 };
 
-} // namespace yfw::lab
+} // namespace yfw
 
 #endif

@@ -1,6 +1,6 @@
 #include "base/error.h"
 
-namespace yfw::host {
+namespace yfw {
 
 std::string_view to_string(ErrorTag tag) {
     switch (tag) {
@@ -30,4 +30,4 @@ std::string_view to_string(ErrorTag tag) {
     return "operation-failed";
 }
 
-} // namespace yfw::host
+} // namespace yfw

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace yfw::host {
+namespace yfw {
 
 // Error tags of RFC 6241 appendix A that the host gives.
 enum class ErrorTag {
@@ -52,6 +52,6 @@ private:
     uint32_t status_;
 };
 
-} // namespace yfw::host
+} // namespace yfw
 
 #endif

@@ -11,7 +11,7 @@
 
 #include "base/error.h"
 
-namespace yfw::cli {
+namespace yfw {
 namespace {
 
 constexpr const char *lock_name = "lock";
@@ -23,7 +23,7 @@ bool is_own(const std::filesystem::path &path) {
 
 // One that has no lock yet is being made.
 bool is_left_behind(const std::filesystem::path &directory) {
-    const lab::Descriptor lock(open((directory / lock_name).c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+    const Descriptor lock(open((directory / lock_name).c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
     return lock.is_open() && flock(lock.get(), LOCK_EX | LOCK_NB) == 0;
 }
 
@@ -36,8 +36,8 @@ void remove_left_behind(const std::filesystem::path &among, const std::string &n
 }
 
 [[noreturn]] void fail(const std::filesystem::path &path) {
-    throw host::Error(host::ErrorTag::operation_failed, path.string(),
-                      std::string("cannot be made: ") + std::strerror(errno));
+    throw Error(ErrorTag::operation_failed, path.string(),
+                std::string("cannot be made: ") + std::strerror(errno));
 }
 
 } // namespace
@@ -49,7 +49,7 @@ PrivateDirectory::PrivateDirectory(const std::string &name) {
     if (mkdtemp(pattern.data()) == nullptr)
         fail(pattern);
     path_ = pattern;
-    lock_ = lab::Descriptor(open((path_ / lock_name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    lock_ = Descriptor(open((path_ / lock_name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!lock_.is_open() || flock(lock_.get(), LOCK_EX | LOCK_NB) != 0)
         fail(path_ / lock_name);
 }
@@ -59,4 +59,4 @@ PrivateDirectory::~PrivateDirectory() {
     std::filesystem::remove_all(path_, ignored);
 }
 
-} // namespace yfw::cli
+} // namespace yfw

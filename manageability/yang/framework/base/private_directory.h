@@ -7,13 +7,13 @@
 
 #include "base/descriptor.h"
 
-namespace yfw::cli {
+namespace yfw {
 
 // Made among the temporary files, for its user only, and removed with the object. What processes that were
 // killed left behind under the same name is removed when the next one is made.
 class PrivateDirectory {
 public:
-    // `name`: what its name begins with. Throws host::Error when it cannot be made.
+    // `name`: what its name begins with. Throws Error when it cannot be made.
     explicit PrivateDirectory(const std::string &name);
     ~PrivateDirectory();
     PrivateDirectory(const PrivateDirectory &) = delete;
@@ -23,9 +23,9 @@ public:
 
 private:
     std::filesystem::path path_;
-    lab::Descriptor lock_; // tells others that it is in use; the system lets go of it when the process ends
+    Descriptor lock_; // tells others that it is in use; the system lets go of it when the process ends
 };
 
-} // namespace yfw::cli
+} // namespace yfw
 
 #endif

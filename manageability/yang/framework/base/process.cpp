@@ -16,7 +16,7 @@
 #include "base/descriptor.h"
 #include "base/error.h"
 
-namespace yfw::lab {
+namespace yfw {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -130,8 +130,8 @@ std::string find_program(const std::string &name, const std::string &package,
     for (const std::string &directory : directories)
         if (const std::string path = directory + "/" + name; ::access(path.c_str(), X_OK) == 0)
             return path;
-    throw host::Error(host::ErrorTag::operation_failed, "",
-                      "the laboratory needs the program '" + name + "': install the package " + package);
+    throw Error(ErrorTag::operation_failed, "",
+                "the laboratory needs the program '" + name + "': install the package " + package);
 }
 
 std::string find_program(const std::string &name, const std::string &package) {
@@ -145,4 +145,4 @@ std::string find_program(const std::string &name, const std::string &package) {
     return find_program(name, package, directories);
 }
 
-} // namespace yfw::lab
+} // namespace yfw

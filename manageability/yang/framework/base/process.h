@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace yfw::lab {
+namespace yfw {
 
 struct Finished {
     int status = 0; // exit status; 128 + the signal that ended it
@@ -24,7 +24,7 @@ struct Finished {
 Finished run(const std::vector<std::string> &arguments, int inherited = -1,
              std::chrono::milliseconds limit = std::chrono::seconds(20));
 
-// The path of a program, from PATH or from where the system keeps programs for root. Throws host::Error that
+// The path of a program, from PATH or from where the system keeps programs for root. Throws Error that
 // says which package to install.
 std::string find_program(const std::string &name, const std::string &package);
 
@@ -32,6 +32,6 @@ std::string find_program(const std::string &name, const std::string &package);
 std::string find_program(const std::string &name, const std::string &package,
                          const std::vector<std::string> &directories);
 
-} // namespace yfw::lab
+} // namespace yfw
 
 #endif

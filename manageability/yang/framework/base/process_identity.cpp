@@ -11,7 +11,7 @@
 
 #include "base/descriptor.h"
 
-namespace yfw::lab {
+namespace yfw {
 namespace {
 
 // As far as it can be read: what tells of a process goes with it, also between opening and reading.
@@ -93,4 +93,4 @@ std::string boot_identity() {
     return text.substr(0, text.find('\n'));
 }
 
-} // namespace yfw::lab
+} // namespace yfw

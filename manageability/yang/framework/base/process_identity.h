@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-namespace yfw::lab {
+namespace yfw {
 
 struct ProcessIdentity {
     pid_t number = 0;
@@ -31,6 +31,6 @@ std::vector<ProcessIdentity> processes_of_session(pid_t session, ino_t network_n
 // Names this boot of the machine: process numbers and start times of another one mean nothing.
 std::string boot_identity();
 
-} // namespace yfw::lab
+} // namespace yfw
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "base/error.h"
 
-namespace yfw::cli {
+namespace yfw {
 
 StopSignals::StopSignals() {
     sigset_t signals;
@@ -15,7 +15,7 @@ StopSignals::StopSignals() {
     sigprocmask(SIG_BLOCK, &signals, &before_);
     descriptor_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
     if (descriptor_ < 0)
-        throw host::Error(host::ErrorTag::resource_denied, "", "no descriptor for signals is left");
+        throw Error(ErrorTag::resource_denied, "", "no descriptor for signals is left");
 }
 
 StopSignals::~StopSignals() {
@@ -27,4 +27,4 @@ StopSignals::~StopSignals() {
     sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 
-} // namespace yfw::cli
+} // namespace yfw

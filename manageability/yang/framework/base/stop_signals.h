@@ -4,7 +4,7 @@
 
 #include <csignal>
 
-namespace yfw::cli {
+namespace yfw {
 
 // While it lives, SIGINT and SIGTERM make descriptor() readable instead of ending the program. To be made
 // before any thread is.
@@ -22,6 +22,6 @@ private:
     int descriptor_;
 };
 
-} // namespace yfw::cli
+} // namespace yfw
 
 #endif

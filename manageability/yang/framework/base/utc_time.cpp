@@ -2,7 +2,7 @@
 
 #include <ctime>
 
-namespace yfw::host {
+namespace yfw {
 
 std::string utc_now() {
     const std::time_t now = std::time(nullptr);
@@ -13,4 +13,4 @@ std::string utc_now() {
     return text;
 }
 
-} // namespace yfw::host
+} // namespace yfw

@@ -4,11 +4,11 @@
 
 #include <string>
 
-namespace yfw::host {
+namespace yfw {
 
 // Now, to the second, UTC: "2000-01-31T23:59:59Z" (RFC 3339).
 std::string utc_now();
 
-} // namespace yfw::host
+} // namespace yfw
 
 #endif

@@ -9,7 +9,7 @@
 
 #include "base/utc_time.h"
 
-namespace yfw::datastore {
+namespace yfw::commits {
 namespace {
 
 constexpr int busy_milliseconds = 10000;
@@ -79,7 +79,7 @@ Commit whole_row(const Statement &row) {
 
 } // namespace
 
-Datastore::Datastore(const std::filesystem::path &file, bool create) : file_(file) {
+CommitLog::CommitLog(const std::filesystem::path &file, bool create) : file_(file) {
     std::error_code error;
     if (create && file.has_parent_path())
         std::filesystem::create_directories(file.parent_path(), error);
@@ -100,12 +100,12 @@ Datastore::Datastore(const std::filesystem::path &file, bool create) : file_(fil
     }
 }
 
-Datastore::~Datastore() {
+CommitLog::~CommitLog() {
     sqlite3_close(database_);
 }
 
 // Turning the log on fails at once, without SQLite's own waiting, when another process is doing the same.
-void Datastore::set_up() const {
+void CommitLog::set_up() const {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busy_milliseconds);
     for (;;) {
         try {
@@ -121,30 +121,30 @@ void Datastore::set_up() const {
     }
 }
 
-void Datastore::execute(const char *sql) const {
+void CommitLog::execute(const char *sql) const {
     Statement statement(file_, database_, sql);
     while (statement.step()) {
     }
 }
 
-void Datastore::reached(Step step) const {
+void CommitLog::reached(Step step) const {
     if (observer_)
         observer_(step);
 }
 
-std::optional<Commit> Datastore::last() const {
+std::optional<Commit> CommitLog::last() const {
     Statement rows(file_, database_,
                    "SELECT number, time, who, comment, edit, difference, configuration FROM commits"
                    " ORDER BY number DESC LIMIT 1");
     return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
 }
 
-std::optional<int64_t> Datastore::last_number() const {
+std::optional<int64_t> CommitLog::last_number() const {
     Statement rows(file_, database_, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
     return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
 }
 
-std::optional<Commit> Datastore::find(int64_t number) const {
+std::optional<Commit> CommitLog::find(int64_t number) const {
     Statement rows(
         file_, database_,
         "SELECT number, time, who, comment, edit, difference, configuration FROM commits WHERE number = ?");
@@ -152,7 +152,7 @@ std::optional<Commit> Datastore::find(int64_t number) const {
     return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
 }
 
-std::vector<Commit> Datastore::history() const {
+std::vector<Commit> CommitLog::history() const {
     Statement rows(file_, database_, "SELECT number, time, who, comment FROM commits ORDER BY number DESC");
     std::vector<Commit> commits;
     while (rows.step())
@@ -160,7 +160,7 @@ std::vector<Commit> Datastore::history() const {
     return commits;
 }
 
-void Datastore::insert(const Commit &commit) const {
+void CommitLog::insert(const Commit &commit) const {
     Statement statement(file_, database_, "INSERT INTO commits VALUES (?, ?, ?, ?, ?, ?, ?)");
     statement.bind(1, commit.number).bind(2, commit.time).bind(3, commit.who).bind(4, commit.comment);
     statement.bind(5, commit.edit).bind(6, commit.difference).bind(7, commit.configuration);
@@ -168,7 +168,7 @@ void Datastore::insert(const Commit &commit) const {
 }
 
 std::optional<Commit>
-Datastore::commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make) {
+CommitLog::commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make) {
     execute("BEGIN IMMEDIATE"); // no other commit comes between reading and writing
     try {
         reached(Step::begun);
@@ -181,7 +181,7 @@ Datastore::commit(const std::function<std::optional<Commit>(const std::optional<
             return std::nullopt;
         }
         made->number = before.has_value() ? before->number + 1 : 0;
-        made->time = host::utc_now();
+        made->time = utc_now();
         insert(*made);
         reached(Step::inserted);
         execute("COMMIT");
@@ -193,4 +193,4 @@ Datastore::commit(const std::function<std::optional<Commit>(const std::optional<
     }
 }
 
-} // namespace yfw::datastore
+} // namespace yfw::commits

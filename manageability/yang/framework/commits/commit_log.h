@@ -12,7 +12,7 @@
 
 struct sqlite3;
 
-namespace yfw::datastore {
+namespace yfw::commits {
 
 // The store cannot be opened, read or written; the text names the file.
 class StoreError : public std::runtime_error {
@@ -35,13 +35,13 @@ enum class Step { begun, read, prepared, inserted, committed };
 
 // One process may hold several; several processes may use one file. Every commit is on the disk before it is
 // reported (write-ahead log, full synchronisation).
-class Datastore {
+class CommitLog {
 public:
     // Opens the file, and makes it with its directory when `create` says so. Throws StoreError.
-    Datastore(const std::filesystem::path &file, bool create);
-    ~Datastore();
-    Datastore(const Datastore &) = delete;
-    Datastore &operator=(const Datastore &) = delete;
+    CommitLog(const std::filesystem::path &file, bool create);
+    ~CommitLog();
+    CommitLog(const CommitLog &) = delete;
+    CommitLog &operator=(const CommitLog &) = delete;
 
     // The last commit; nothing when there is none.
     std::optional<Commit> last() const;
@@ -70,6 +70,6 @@ private:
     std::function<void(Step)> observer_;
 };
 
-} // namespace yfw::datastore
+} // namespace yfw::commits
 
 #endif

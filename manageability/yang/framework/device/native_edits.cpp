@@ -5,10 +5,10 @@
 #include "base/error.h"
 #include "yang/path_words.h"
 
-namespace yfw::host {
+namespace yfw::device {
 namespace {
 
-bool takes_away(const NativePath &edit) {
+bool takes_away(const host::NativePath &edit) {
     return edit.operation == YFW_OP_DELETE || edit.operation == YFW_OP_REMOVE;
 }
 
@@ -21,10 +21,10 @@ struct EntryInHand {
 
 class Applier {
 public:
-    Applier(const Schemas &schemas, DataTree &configuration)
+    Applier(const yang::Schemas &schemas, yang::DataTree &configuration)
         : schemas_(schemas), configuration_(configuration) {}
 
-    void apply(const NativePath &edit) {
+    void apply(const host::NativePath &edit) {
         const std::vector<const lysc_node *> steps = resolve(edit);
         const lysc_node *target = steps.back();
         if (target->nodetype == LYS_LIST)
@@ -45,17 +45,17 @@ public:
     }
 
 private:
-    [[noreturn]] void refuse(const NativePath &edit, const std::string &reason) const {
+    [[noreturn]] void refuse(const host::NativePath &edit, const std::string &reason) const {
         throw Error(ErrorTag::invalid_value, edit.origin.empty() ? edit.path : edit.origin, reason);
     }
 
-    std::vector<const lysc_node *> resolve(const NativePath &edit) const {
+    std::vector<const lysc_node *> resolve(const host::NativePath &edit) const {
         std::vector<const lysc_node *> steps;
-        PathWords words(edit.path);
+        yang::PathWords words(edit.path);
         std::string_view word;
         while (words.next(word)) {
             const lysc_node *node =
-                steps.empty() ? schemas_.native_root(edit.ns, word) : schema_child(steps.back(), word);
+                steps.empty() ? schemas_.native_root(edit.ns, word) : yang::schema_child(steps.back(), word);
             if (node == nullptr)
                 throw Error(ErrorTag::operation_failed, edit.path,
                             "the mapping edits a native path that the models do not have");
@@ -66,7 +66,7 @@ private:
         return steps;
     }
 
-    void open_entry(const NativePath &edit, const lysc_node *list) {
+    void open_entry(const host::NativePath &edit, const lysc_node *list) {
         if (!edit.list_entry)
             return;
         leave(list);
@@ -80,7 +80,7 @@ private:
     }
 
     // A key with another value than the entry in hand has names another entry; it keeps the keys before it.
-    void set_key(const NativePath &edit, const lysc_node *key) {
+    void set_key(const host::NativePath &edit, const lysc_node *key) {
         const lysc_node *list = key->parent;
         if (!edit.value.has_value())
             refuse(edit, "a list key without a value");
@@ -99,14 +99,14 @@ private:
     }
 
     void make_named(const lysc_node *list, const EntryInHand &) {
-        const NativePath nowhere{};
+        const host::NativePath nowhere{};
         std::vector<const lysc_node *> steps;
         for (const lysc_node *node = list; node != nullptr; node = node->parent)
             steps.insert(steps.begin(), node);
         reach(nowhere, steps, true);
     }
 
-    const char *key_value(const NativePath &edit, const lysc_node *list, const lysc_node *key) const {
+    const char *key_value(const host::NativePath &edit, const lysc_node *list, const lysc_node *key) const {
         const auto entry = entries_.find(list);
         if (entry != entries_.end())
             for (const auto &[node, value] : entry->second.keys)
@@ -116,7 +116,7 @@ private:
     }
 
     // A list entry with the keys in hand, not in any tree.
-    DataTree make_entry(const NativePath &edit, const lysc_node *list) const {
+    yang::DataTree make_entry(const host::NativePath &edit, const lysc_node *list) const {
         const char *values[3] = {};
         size_t count = 0;
         for (const lysc_node *key = lysc_node_child(list); key != nullptr && lysc_is_key(key) && count < 3;
@@ -132,14 +132,14 @@ private:
             lyd_unlink_tree(entry);
         lyd_free_all(parent);
         if (status != LY_SUCCESS)
-            refuse(edit, take_yang_error(schemas_.context()));
-        return DataTree(entry);
+            refuse(edit, yang::take_yang_error(schemas_.context()));
+        return yang::DataTree(entry);
     }
 
-    lyd_node *find(lyd_node *siblings, const NativePath &edit, const lysc_node *schema) const {
+    lyd_node *find(lyd_node *siblings, const host::NativePath &edit, const lysc_node *schema) const {
         lyd_node *found = nullptr;
         if (schema->nodetype == LYS_LIST) {
-            const DataTree wanted = make_entry(edit, schema);
+            const yang::DataTree wanted = make_entry(edit, schema);
             lyd_find_sibling_first(siblings, wanted.get(), &found);
         } else {
             lyd_find_sibling_val(siblings, schema, nullptr, 0, &found);
@@ -147,7 +147,7 @@ private:
         return found;
     }
 
-    lyd_node *make(const NativePath &edit, lyd_node *parent, const lysc_node *schema) {
+    lyd_node *make(const host::NativePath &edit, lyd_node *parent, const lysc_node *schema) {
         lyd_node *made = nullptr;
         if (schema->nodetype == LYS_LIST) {
             made = make_entry(edit, schema).release();
@@ -155,7 +155,7 @@ private:
             return made;
         }
         if (lyd_new_inner(parent, schema->module, schema->name, 0, &made) != LY_SUCCESS)
-            refuse(edit, take_yang_error(schemas_.context()));
+            refuse(edit, yang::take_yang_error(schemas_.context()));
         if (parent == nullptr) {
             lyd_node *first = configuration_.release();
             lyd_insert_sibling(first, made, &first);
@@ -165,7 +165,8 @@ private:
     }
 
     // The container or list entry at the end of the steps; NULL when it is not there and not to be made.
-    lyd_node *reach(const NativePath &edit, const std::vector<const lysc_node *> &steps, bool make_missing) {
+    lyd_node *reach(const host::NativePath &edit, const std::vector<const lysc_node *> &steps,
+                    bool make_missing) {
         lyd_node *at = nullptr;
         for (const lysc_node *schema : steps) {
             lyd_node *siblings = at != nullptr ? lyd_child(at) : configuration_.get();
@@ -186,7 +187,7 @@ private:
     }
 
     // Taking away what is not there is no failure: existence was checked in OpenConfig terms.
-    void remove(const NativePath &edit, const std::vector<const lysc_node *> &steps) {
+    void remove(const host::NativePath &edit, const std::vector<const lysc_node *> &steps) {
         touch_lists(steps);
         lyd_node *node = reach(edit, steps, false);
         if (node == nullptr)
@@ -201,7 +202,7 @@ private:
         lyd_free_tree(node);
     }
 
-    void set(const NativePath &edit, std::vector<const lysc_node *> steps) {
+    void set(const host::NativePath &edit, std::vector<const lysc_node *> steps) {
         const lysc_node *target = steps.back();
         if (target->nodetype == LYS_CONTAINER) {
             if (steps.size() > 1 || edit.has_source)
@@ -219,24 +220,25 @@ private:
         else
             status = lyd_new_term(parent, target->module, target->name, edit.value->c_str(), 0, nullptr);
         if (status != LY_SUCCESS && status != LY_EEXIST && status != LY_ENOT)
-            refuse(edit, take_yang_error(schemas_.context()));
+            refuse(edit, yang::take_yang_error(schemas_.context()));
     }
 
-    const Schemas &schemas_;
-    DataTree &configuration_;
+    const yang::Schemas &schemas_;
+    yang::DataTree &configuration_;
     std::map<const lysc_node *, EntryInHand> entries_;
 };
 
 } // namespace
 
-void apply_native_edits(const Schemas &schemas, const std::vector<NativePath> &edits, DataTree &configuration) {
+void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::NativePath> &edits,
+                        yang::DataTree &configuration) {
     Applier applier(schemas, configuration);
-    for (const NativePath &edit : edits)
+    for (const host::NativePath &edit : edits)
         applier.apply(edit);
     applier.finish();
 }
 
-void validate_configuration(const Schemas &schemas, DataTree &configuration) {
+void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration) {
     if (!configuration)
         return;
     lyd_node *tree = configuration.release();
@@ -244,7 +246,7 @@ void validate_configuration(const Schemas &schemas, DataTree &configuration) {
         lyd_validate_all(&tree, schemas.context(), LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr);
     configuration.reset(tree);
     if (status != LY_SUCCESS)
-        throw Error(ErrorTag::invalid_value, "", take_yang_error(schemas.context()));
+        throw Error(ErrorTag::invalid_value, "", yang::take_yang_error(schemas.context()));
 }
 
-} // namespace yfw::host
+} // namespace yfw::device

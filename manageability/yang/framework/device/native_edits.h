@@ -9,16 +9,17 @@
 #include "yang/data_tree.h"
 #include "yang/schemas.h"
 
-namespace yfw::host {
+namespace yfw::device {
 
 // Applies the edits in their order to `configuration`, which may be NULL and is left half-changed when this
 // throws: callers hand in a copy. Throws Error that names the native path: a leaf without a value, a value out
 // of its type.
-void apply_native_edits(const Schemas &schemas, const std::vector<NativePath> &edits, DataTree &configuration);
+void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::NativePath> &edits,
+                        yang::DataTree &configuration);
 
 // Holds the configuration to every rule of its models; throws Error.
-void validate_configuration(const Schemas &schemas, DataTree &configuration);
+void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration);
 
-} // namespace yfw::host
+} // namespace yfw::device
 
 #endif

@@ -37,23 +37,23 @@ bool is_active(const lyd_node *interface) {
 
 } // namespace
 
-const lyd_node *Device::top(const lysc_node *schema) const {
+const lyd_node *DeviceSnapshot::top(const lysc_node *schema) const {
     const bool is_apart = native_.configuration.has_value() && (schema->flags & LYS_CONFIG_W) != 0;
-    const SharedData &forest = is_apart ? *native_.configuration : native_.data;
+    const yang::SharedData &forest = is_apart ? *native_.configuration : native_.data;
     for (const lyd_node *node = forest.get(); node != nullptr; node = node->next)
         if (node->schema == schema)
             return node;
     return nullptr;
 }
 
-std::optional<bool> Device::global_lldp_enabled() const {
+std::optional<bool> DeviceSnapshot::global_lldp_enabled() const {
     const lyd_node *enable = child(top(schemas_.native_root(cfg_ns, "lldp")), "enable");
     if (enable == nullptr)
         return std::nullopt;
     return std::string_view(lyd_get_value(enable)) == "true";
 }
 
-std::vector<std::string> Device::interfaces_with_lldp_configuration() const {
+std::vector<std::string> DeviceSnapshot::interfaces_with_lldp_configuration() const {
     std::vector<std::string> names;
     const lyd_node *configurations = top(schemas_.native_root(ifmgr_ns, "interface-configurations"));
     for_each(configurations, "interface-configuration", [&](const lyd_node *interface) {
@@ -65,13 +65,13 @@ std::vector<std::string> Device::interfaces_with_lldp_configuration() const {
     return names;
 }
 
-bool Device::interface_exists(std::string_view display_name) const {
+bool DeviceSnapshot::interface_exists(std::string_view display_name) const {
     if (!interfaces_)
         collect_interfaces();
     return interfaces_->contains(std::string(display_name));
 }
 
-void Device::collect_interfaces() const {
+void DeviceSnapshot::collect_interfaces() const {
     interfaces_.emplace();
     for_each(top(schemas_.native_root(ifmgr_ns, "interface-configurations")), "interface-configuration",
              [&](const lyd_node *interface) {

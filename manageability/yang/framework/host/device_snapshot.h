@@ -15,9 +15,10 @@
 namespace yfw::host {
 
 // Native data at one moment. Borrows the schemas.
-class Device final : public platform::DeviceView {
+class DeviceSnapshot final : public platform::DeviceView {
 public:
-    Device(const Schemas &schemas, sources::Snapshot native) : schemas_(schemas), native_(std::move(native)) {}
+    DeviceSnapshot(const yang::Schemas &schemas, sources::Snapshot native)
+        : schemas_(schemas), native_(std::move(native)) {}
 
     // The data below a native top node; NULL when the device has none.
     const lyd_node *top(const lysc_node *schema) const;
@@ -30,7 +31,7 @@ public:
 private:
     void collect_interfaces() const;
 
-    const Schemas &schemas_;
+    const yang::Schemas &schemas_;
     sources::Snapshot native_;
     mutable std::optional<std::unordered_set<std::string>> interfaces_; // filled when first asked for
 };

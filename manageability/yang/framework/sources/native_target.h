@@ -6,7 +6,7 @@
 
 namespace yfw::sources {
 
-// All of it throws host::Error that names the node of the configuration, or the device, that is at fault.
+// All of it throws Error that names the node of the configuration, or the device, that is at fault.
 // Configurations are forests of valid native data; NULL is an empty one.
 class NativeTarget {
 public:

@@ -4,7 +4,7 @@
 
 #include "base/error.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 namespace {
 
 using Leaves = std::map<std::string, std::string>;
@@ -103,4 +103,4 @@ DataTree copy_configuration(const lyd_node *configuration) {
     return DataTree(copy);
 }
 
-} // namespace yfw::host
+} // namespace yfw::yang

@@ -7,7 +7,7 @@
 #include "yang/data_tree.h"
 #include "yang/schemas.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 
 // The configuration as XML, the same for the same configuration.
 std::string print_configuration(const lyd_node *configuration);
@@ -25,6 +25,6 @@ DataTree copy_configuration(const lyd_node *configuration);
 // The configuration alone: the top nodes of `data` that hold configuration.
 DataTree take_configuration(DataTree &data);
 
-} // namespace yfw::host
+} // namespace yfw::yang
 
 #endif

@@ -6,7 +6,7 @@
 
 #include <libyang/libyang.h>
 
-namespace yfw::host {
+namespace yfw::yang {
 
 struct FreeDataTree {
     void operator()(lyd_node *node) const { lyd_free_all(node); }
@@ -29,6 +29,6 @@ struct DestroyContext {
 
 using YangContext = std::unique_ptr<ly_ctx, DestroyContext>;
 
-} // namespace yfw::host
+} // namespace yfw::yang
 
 #endif

@@ -7,7 +7,7 @@
 #include "base/error.h"
 #include "yang/yang_text.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 namespace {
 
 constexpr std::array<std::pair<Operation, std::string_view>, 6> operation_words{{
@@ -247,4 +247,4 @@ void check_existence(const EditNode &root, const lyd_node *current) {
     check_node(root, current, "");
 }
 
-} // namespace yfw::host
+} // namespace yfw::yang

@@ -11,7 +11,7 @@
 #include "yang/path.h"
 #include "yang/schemas.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 
 // Edit operations of RFC 6241 section 7.2; `none` changes nothing by itself.
 enum class Operation { merge, replace, create, delete_existing, remove, none };
@@ -57,6 +57,6 @@ std::string instance_path(std::string_view parent, const EditNode &node);
 // (data-missing). `current`: what an OpenConfig read shows; may be NULL.
 void check_existence(const EditNode &root, const lyd_node *current);
 
-} // namespace yfw::host
+} // namespace yfw::yang
 
 #endif

@@ -5,7 +5,7 @@
 #include "yang/edit.h"
 #include "yang/yang_text.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 namespace {
 
 // ---- reading --------------------------------------------------------------------------------------------
@@ -203,4 +203,4 @@ std::string print_edit(const EditNode &root) {
     return xml;
 }
 
-} // namespace yfw::host
+} // namespace yfw::yang

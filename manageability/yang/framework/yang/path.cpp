@@ -5,7 +5,7 @@
 #include "base/error.h"
 #include "yang/schemas.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 namespace {
 
 class Parser {
@@ -155,4 +155,4 @@ std::string schema_path(const lysc_node *node) {
     return node == nullptr ? "" : schema_path(node->parent) + "/" + node->name;
 }
 
-} // namespace yfw::host
+} // namespace yfw::yang

@@ -8,7 +8,7 @@
 
 #include <libyang/libyang.h>
 
-namespace yfw::host {
+namespace yfw::yang {
 
 struct Predicate {
     const lysc_node *leaf;
@@ -34,6 +34,6 @@ std::string to_string(const Path &path);
 // The schema path of a node: /lldp/interfaces/interface.
 std::string schema_path(const lysc_node *node);
 
-} // namespace yfw::host
+} // namespace yfw::yang
 
 #endif

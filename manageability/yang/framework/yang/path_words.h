@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace yfw::host {
+namespace yfw::yang {
 
 // Iterates over the words without copying: while (words.next(word)) ... A trailing slash adds no word.
 class PathWords {
@@ -26,6 +26,6 @@ private:
     std::string_view rest_;
 };
 
-} // namespace yfw::host
+} // namespace yfw::yang
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "base/error.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 namespace {
 
 constexpr const char *native_modules[] = {"Tarvo-QD-ifmgr-cfg", "Tarvo-QD-ethernet-lldp-cfg",
@@ -96,4 +96,4 @@ const lysc_node *schema_child(const lysc_node *parent, std::string_view name) {
     return augmented;
 }
 
-} // namespace yfw::host
+} // namespace yfw::yang

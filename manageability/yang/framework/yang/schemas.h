@@ -8,7 +8,7 @@
 
 #include "yang/data_tree.h"
 
-namespace yfw::host {
+namespace yfw::yang {
 
 // Loads the native modules from `native_dir` and the OpenConfig LLDP modules from `openconfig_dir`; throws
 // Error naming the module that cannot be loaded. The schemas live as long as this object. One libyang context
@@ -38,6 +38,6 @@ std::string take_yang_error(const ly_ctx *context);
 // when there is none.
 const lysc_node *schema_child(const lysc_node *parent, std::string_view name);
 
-} // namespace yfw::host
+} // namespace yfw::yang
 
 #endif

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-namespace yfw::host {
+namespace yfw::yang {
 namespace {
 
 // The character at `at`, which is moved behind it; nothing when the bytes are no UTF-8 (RFC 3629).
@@ -45,4 +45,4 @@ bool is_yang_text(const char *text) {
     return true;
 }
 
-} // namespace yfw::host
+} // namespace yfw::yang

@@ -15,7 +15,7 @@
 #include "support/eventually.h"
 #include "support/files.h"
 
-namespace yfw::lab::test {
+namespace yfw::test {
 namespace {
 
 using testing::HasSubstr;
@@ -69,7 +69,7 @@ TEST(ASearchForAProgram, that_fails_says_which_package_to_install) {
     try {
         find_program("lldpd", "some-package", {empty.path()});
         FAIL() << "was found";
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         EXPECT_THAT(error.what(), HasSubstr("install the package some-package"));
         EXPECT_EQ(error.status(), 0U);
     }
@@ -144,4 +144,4 @@ TEST(AnIdentity, of_a_process_that_goes_meanwhile_is_none_and_no_error) {
 }
 
 } // namespace
-} // namespace yfw::lab::test
+} // namespace yfw::test

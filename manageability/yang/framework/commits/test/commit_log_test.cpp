@@ -12,7 +12,7 @@
 #include "numbered_commits.h"
 #include "support/files.h"
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 namespace {
 
 class AStore : public testing::Test {
@@ -26,7 +26,7 @@ protected:
 
     yfw::test::TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "commits.db";
-    Datastore store{file, true};
+    CommitLog store{file, true};
 };
 
 TEST_F(AStore, HasNothingAtFirst) {
@@ -90,7 +90,7 @@ TEST_F(AStore, FindsNoCommitThatIsNotThere) {
 TEST_F(AStore, KeepsItsCommitsWhenItIsOpenedAgain) {
     keep_numbered(store);
     keep_numbered(store);
-    const Datastore again(file, false);
+    const CommitLog again(file, false);
     EXPECT_TRUE(is_sound(again, 1));
     EXPECT_TRUE(is_of_one_piece(again.find(0).value()));
 }
@@ -131,7 +131,7 @@ TEST_F(AStore, KeepsNothingWhenTheMakerThrows) {
     };
     EXPECT_THROW(store.commit(refuse), std::invalid_argument);
     EXPECT_EQ(comments(), std::vector<std::string>{"first"});
-    Datastore other(file, false);
+    CommitLog other(file, false);
     EXPECT_EQ(keep(other, commit_with("of another", "b")).value().number, 1);
     EXPECT_EQ(keep(store, commit_with("third", "c")).value().number, 2);
 }
@@ -155,7 +155,7 @@ TEST_P(ATextOfACommit, ComesBackAsItWas) {
     Commit commit;
     commit.who = commit.comment = commit.edit = commit.difference = commit.configuration = GetParam().text;
     keep(store, commit);
-    const Datastore again(file, false);
+    const CommitLog again(file, false);
     for (const Commit &found : {again.last().value(), again.find(0).value()}) {
         EXPECT_EQ(found.number, 0);
         for (const std::string *text :
@@ -174,4 +174,4 @@ INSTANTIATE_TEST_SUITE_P(With, ATextOfACommit,
                          [](const auto &text) { return text.param.name; });
 
 } // namespace
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test

@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 namespace {
 
 [[noreturn]] void run_child(const std::function<void(const CommittingProcess::Report &)> &body, int reports) {
@@ -67,4 +67,4 @@ std::vector<int64_t> CommittingProcess::reported() {
     return numbers;
 }
 
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test

@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 
 // Ends the child, should it still run, with the object.
 class CommittingProcess {
@@ -35,6 +35,6 @@ private:
     int reports_ = -1;
 };
 
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test
 
 #endif

@@ -16,7 +16,7 @@
 #include "numbered_commits.h"
 #include "support/files.h"
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 namespace {
 
 constexpr int killed = 128 + SIGKILL;
@@ -32,7 +32,7 @@ protected:
     // A child that makes `whole` commits and is killed at the step in the next.
     int commit_and_die(int whole) const {
         CommittingProcess process([&](const CommittingProcess::Report &report) {
-            Datastore store(file, true);
+            CommitLog store(file, true);
             for (int i = 0; i < whole; ++i)
                 report(keep_numbered(store));
             store.on_step([](Step step) {
@@ -50,7 +50,7 @@ protected:
 
 TEST_P(AProcessKilledAtAStep, LeavesTheFirstCommitWholeOrNotAtAll) {
     ASSERT_EQ(commit_and_die(0), killed);
-    Datastore store(file, true);
+    CommitLog store(file, true);
     EXPECT_EQ(store.last().has_value(), GetParam().kept);
     EXPECT_TRUE(is_sound(store, -1));
     const int64_t next = GetParam().kept ? 1 : 0;
@@ -63,7 +63,7 @@ TEST_P(AProcessKilledAtAStep, LeavesALaterCommitWholeOrNotAtAll) {
     for (int round = 0; round < 5; ++round) {
         ASSERT_EQ(commit_and_die(3), killed);
         expected += GetParam().kept ? 4 : 3;
-        const Datastore store(file, false);
+        const CommitLog store(file, false);
         EXPECT_EQ(store.last().value().number, expected) << "round " << round;
         EXPECT_TRUE(is_sound(store, expected));
     }
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Of, AProcessKilledAtAStep,
 
 // Commits without end, until it is killed.
 void commit_on(const std::filesystem::path &file, const CommittingProcess::Report &report) {
-    Datastore store(file, true);
+    CommitLog store(file, true);
     for (;;)
         report(keep_numbered(store));
 }
@@ -109,7 +109,7 @@ TEST_F(RandomKills, LeaveAStoreThatGrowsOnSound) {
     int kills_within_a_commit = 0;
     for (int kill = 0; kill < 250; ++kill) {
         const int64_t reported = commit_and_kill(file, last);
-        const Datastore store(file, true);
+        const CommitLog store(file, true);
         ASSERT_TRUE(is_sound(store, reported)) << "kill " << kill;
         last = store.last().has_value() ? store.last()->number : -1;
         kills_within_a_commit += last == reported ? 0 : 1;
@@ -117,7 +117,7 @@ TEST_F(RandomKills, LeaveAStoreThatGrowsOnSound) {
     RecordProperty("commits", std::to_string(last + 1));
     RecordProperty("commits_kept_but_not_reported", std::to_string(kills_within_a_commit));
     EXPECT_GT(last, 250) << "the children were killed before they could commit";
-    const Datastore store(file, false);
+    const CommitLog store(file, false);
     for (int64_t number = 0; number <= last; ++number)
         ASSERT_TRUE(is_of_one_piece(store.find(number).value()));
 }
@@ -127,7 +127,7 @@ TEST_F(RandomKills, LeaveANewStoreSound) {
     for (int kill = 0; kill < 60; ++kill) {
         const std::filesystem::path file = directory.path() / std::to_string(kill) / "commits.db";
         const int64_t reported = commit_and_kill(file, -1);
-        Datastore store(file, true);
+        CommitLog store(file, true);
         ASSERT_TRUE(is_sound(store, reported)) << "kill " << kill;
         const int64_t next = store.last().has_value() ? store.last()->number + 1 : 0;
         ASSERT_EQ(keep_numbered(store), next) << "kill " << kill;
@@ -135,4 +135,4 @@ TEST_F(RandomKills, LeaveANewStoreSound) {
 }
 
 } // namespace
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test

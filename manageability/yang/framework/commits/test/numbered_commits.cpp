@@ -1,6 +1,6 @@
 #include "numbered_commits.h"
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 namespace {
 
 // More than one page of the file.
@@ -23,7 +23,7 @@ Commit commit_with(const std::string &comment, const std::string &configuration)
     return commit;
 }
 
-std::optional<Commit> keep(Datastore &store, const Commit &commit) {
+std::optional<Commit> keep(CommitLog &store, const Commit &commit) {
     return store.commit([&commit](const std::optional<Commit> &) { return std::optional(commit); });
 }
 
@@ -38,7 +38,7 @@ Commit numbered_commit(const std::optional<Commit> &last) {
     return commit;
 }
 
-int64_t keep_numbered(Datastore &store) {
+int64_t keep_numbered(CommitLog &store) {
     const std::optional<Commit> kept =
         store.commit([](const std::optional<Commit> &last) { return std::optional(numbered_commit(last)); });
     return kept.has_value() ? kept->number : -1;
@@ -63,7 +63,7 @@ testing::AssertionResult is_gapless(const std::vector<Commit> &history) {
     return testing::AssertionSuccess();
 }
 
-testing::AssertionResult is_sound(const Datastore &store, int64_t reported) {
+testing::AssertionResult is_sound(const CommitLog &store, int64_t reported) {
     const std::optional<Commit> last = store.last();
     const int64_t number = last.has_value() ? last->number : -1;
     if (number != reported && number != reported + 1)
@@ -76,4 +76,4 @@ testing::AssertionResult is_sound(const Datastore &store, int64_t reported) {
     return last.has_value() ? is_of_one_piece(*last) : testing::AssertionSuccess();
 }
 
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test

@@ -11,19 +11,19 @@
 
 #include "commits/commit_log.h"
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 
 // A commit with these texts and nothing else.
 Commit commit_with(const std::string &comment, const std::string &configuration);
 
 // Stores `commit` whatever the last one is.
-std::optional<Commit> keep(Datastore &store, const Commit &commit);
+std::optional<Commit> keep(CommitLog &store, const Commit &commit);
 
 // The commit after `last`; every text of it is made of its number alone.
 Commit numbered_commit(const std::optional<Commit> &last);
 
 // Stores the next numbered commit and gives its number.
-int64_t keep_numbered(Datastore &store);
+int64_t keep_numbered(CommitLog &store);
 
 // Whether every text of the commit is the one that its number calls for.
 testing::AssertionResult is_of_one_piece(const Commit &commit);
@@ -33,8 +33,8 @@ testing::AssertionResult is_gapless(const std::vector<Commit> &history);
 
 // Whether a store holds whole numbered commits, without a gap, up to `reported` at least and one further at
 // most: the commit that was under way.
-testing::AssertionResult is_sound(const Datastore &store, int64_t reported);
+testing::AssertionResult is_sound(const CommitLog &store, int64_t reported);
 
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test
 
 #endif

@@ -13,13 +13,13 @@
 #include "numbered_commits.h"
 #include "support/files.h"
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 namespace {
 
 constexpr int commits_each = 40;
 
 // Every commit adds its line to the configuration of the one before.
-void keep_line(Datastore &store, const std::string &line, const CommittingProcess::Report &report) {
+void keep_line(CommitLog &store, const std::string &line, const CommittingProcess::Report &report) {
     const Commit kept = store
                             .commit([&line](const std::optional<Commit> &last) {
                                 const std::string before = last.has_value() ? last->configuration : "";
@@ -35,7 +35,7 @@ TEST(ProcessesThatCommitAtOnce, LoseNoneOfTheirCommits) {
     std::vector<std::unique_ptr<CommittingProcess>> processes;
     for (const std::string name : {"first", "second", "third"})
         processes.push_back(std::make_unique<CommittingProcess>([&](const CommittingProcess::Report &report) {
-            Datastore store(file, true);
+            CommitLog store(file, true);
             for (int i = 0; i < commits_each; ++i)
                 keep_line(store, name + " " + std::to_string(i), report);
         }));
@@ -48,7 +48,7 @@ TEST(ProcessesThatCommitAtOnce, LoseNoneOfTheirCommits) {
             given[static_cast<size_t>(number)] = true;
         }
     }
-    const Datastore store(file, false);
+    const CommitLog store(file, false);
     EXPECT_EQ(store.history().size(), given.size());
     EXPECT_TRUE(is_gapless(store.history()));
     EXPECT_EQ(yfw::test::lines_of(store.last().value().configuration).size(), given.size());
@@ -57,10 +57,10 @@ TEST(ProcessesThatCommitAtOnce, LoseNoneOfTheirCommits) {
 TEST(TwoStoresOfOneProcess, SeeEachOthersCommits) {
     const yfw::test::TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "commits.db";
-    Datastore one(file, true);
-    Datastore other(file, true);
+    CommitLog one(file, true);
+    CommitLog other(file, true);
     for (int64_t number = 0; number < 6; ++number) {
-        Datastore &committing = number % 2 == 0 ? one : other;
+        CommitLog &committing = number % 2 == 0 ? one : other;
         EXPECT_EQ(keep_numbered(committing), number);
         EXPECT_TRUE(is_sound(one, number));
         EXPECT_TRUE(is_sound(other, number));
@@ -70,9 +70,9 @@ TEST(TwoStoresOfOneProcess, SeeEachOthersCommits) {
 TEST(AReader, SeesTheCommitBeforeWhileOneIsUnderWay) {
     const yfw::test::TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "commits.db";
-    Datastore store(file, true);
+    CommitLog store(file, true);
     keep_numbered(store);
-    const Datastore reader(file, false);
+    const CommitLog reader(file, false);
     std::vector<int64_t> seen;
     store.on_step([&](Step) { seen.push_back(reader.last().value().number); });
     keep_numbered(store);
@@ -82,7 +82,7 @@ TEST(AReader, SeesTheCommitBeforeWhileOneIsUnderWay) {
 TEST(ACommit, WaitsForTheOneThatIsUnderWay) {
     const yfw::test::TemporaryDirectory directory;
     const std::filesystem::path file = directory.path() / "commits.db";
-    Datastore store(file, true);
+    CommitLog store(file, true);
     std::future<int64_t> later;
     const int64_t first =
         store
@@ -90,7 +90,7 @@ TEST(ACommit, WaitsForTheOneThatIsUnderWay) {
                 std::promise<void> opened;
                 std::future<void> ready = opened.get_future();
                 later = std::async(std::launch::async, [&file, opened = std::move(opened)]() mutable {
-                    Datastore other(file, false);
+                    CommitLog other(file, false);
                     opened.set_value();
                     return keep_numbered(other);
                 });
@@ -105,4 +105,4 @@ TEST(ACommit, WaitsForTheOneThatIsUnderWay) {
 }
 
 } // namespace
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test

@@ -12,7 +12,7 @@
 #include "numbered_commits.h"
 #include "support/files.h"
 
-namespace yfw::datastore::test {
+namespace yfw::commits::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 // What opening the file, and reading the last commit of it, says; empty when it says nothing.
 std::string complaint(const fs::path &file, bool create) {
     try {
-        const Datastore store(file, create);
+        const CommitLog store(file, create);
         store.last();
         return "";
     } catch (const StoreError &error) {
@@ -74,7 +74,7 @@ fs::path sub_directory(const yfw::test::TemporaryDirectory &directory) {
 fs::path damaged_store(const yfw::test::TemporaryDirectory &directory) {
     const fs::path file = directory.path() / "commits.db";
     {
-        Datastore store(file, true);
+        CommitLog store(file, true);
         keep_numbered(store);
     }
     const std::string whole = yfw::test::read_file(file);
@@ -114,11 +114,11 @@ TEST(AStoreWhoseNameIsOdd, IsFoundAgain) {
     const yfw::test::TemporaryDirectory directory;
     const fs::path file = directory.path() / "file:a b?mode=ro#'%41\".db";
     {
-        Datastore store(file, true);
+        CommitLog store(file, true);
         keep_numbered(store);
     }
     EXPECT_TRUE(fs::exists(file));
-    EXPECT_TRUE(is_sound(Datastore(file, false), 0));
+    EXPECT_TRUE(is_sound(CommitLog(file, false), 0));
 }
 
 // Runs as another user than root where it can, for root may read everything.
@@ -129,7 +129,7 @@ protected:
     void SetUp() override {
         fs::permissions(directory.path(), fs::perms::all);
         {
-            Datastore store(file, true);
+            CommitLog store(file, true);
             keep_numbered(store);
         }
         fs::permissions(file, fs::perms::none);
@@ -153,4 +153,4 @@ TEST_F(AStoreOfAnotherUser, IsRefusedByName) {
 }
 
 } // namespace
-} // namespace yfw::datastore::test
+} // namespace yfw::commits::test

@@ -7,7 +7,7 @@
 #include <pwd.h>
 #include <sys/socket.h>
 
-namespace yfw::netconf {
+namespace yfw::access {
 namespace {
 
 std::vector<gid_t> groups_of(const passwd &user) {
@@ -50,4 +50,4 @@ std::optional<User> user_of_peer(int socket, const AccessGroups &groups) {
     return user.may_write || belongs_to(user, groups.readers) ? std::optional(user) : std::nullopt;
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::access

@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-namespace yfw::netconf {
+namespace yfw::access {
 
 struct AccessGroups {
     std::string readers = "yfw-readers";
@@ -28,6 +28,6 @@ std::vector<std::string> names_of(const std::vector<gid_t> &groups);
 // The user at the other end of a Unix socket; nothing when they belong to neither group. Root is a writer.
 std::optional<User> user_of_peer(int socket, const AccessGroups &groups);
 
-} // namespace yfw::netconf
+} // namespace yfw::access
 
 #endif

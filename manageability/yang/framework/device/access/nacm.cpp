@@ -4,7 +4,7 @@
 
 #include "device/access/nacm_rules.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 namespace {
 
 using About = AccessRule::About;
@@ -92,4 +92,4 @@ UserRules Nacm::rules_of(const std::string &user, const std::vector<std::string>
     return {*rules_, std::move(rules)};
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::access

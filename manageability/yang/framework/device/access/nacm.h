@@ -11,7 +11,7 @@
 
 #include "yang/data_tree.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 
 struct AccessRule;
 struct AccessRules;
@@ -36,7 +36,7 @@ public:
 
     // Takes out of the data, of any context, what may not be read, each node with all below it; a list entry
     // whose key may not be read goes as a whole. The data may become NULL.
-    void remove_unreadable(host::DataTree &data) const;
+    void remove_unreadable(yang::DataTree &data) const;
 
     // The first node, in the order in which they stand, in which the configurations differ and that the user
     // may not change so. Both are of one context and may be NULL. Containers that mean nothing themselves, and
@@ -56,7 +56,7 @@ private:
 class Nacm {
 public:
     // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes the paths of rules may name;
-    // all are found in `module_dirs`. Throws host::Error with the file, and the line where it is known, as its
+    // all are found in `module_dirs`. Throws Error with the file, and the line where it is known, as its
     // path.
     Nacm(const std::filesystem::path &file, const std::vector<std::filesystem::path> &module_dirs,
          const std::vector<std::string> &modules);
@@ -74,6 +74,6 @@ private:
     std::unique_ptr<const AccessRules> rules_;
 };
 
-} // namespace yfw::netconf
+} // namespace yfw::access
 
 #endif

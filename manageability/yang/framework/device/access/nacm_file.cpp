@@ -9,7 +9,7 @@
 #include "device/access/nacm_rules.h"
 #include "yang/schemas.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 namespace {
 
 using About = AccessRule::About;
@@ -18,7 +18,7 @@ constexpr const char *access_module = "ietf-netconf-acm";
 constexpr const char *access_revision = "2018-02-14";
 
 [[noreturn]] void refuse(const std::string &place, const std::string &why) {
-    throw host::Error(host::ErrorTag::operation_failed, place, why);
+    throw Error(ErrorTag::operation_failed, place, why);
 }
 
 std::string text_of(const std::filesystem::path &file) {
@@ -32,18 +32,18 @@ std::string text_of(const std::filesystem::path &file) {
 
 // What a user is told is one line, also where it quotes the file.
 std::string take_error(const ly_ctx *context) {
-    std::string text = host::take_yang_error(context);
+    std::string text = yang::take_yang_error(context);
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
 }
 
 // A path is valid only where its nodes are known.
-host::YangContext context_with(const std::vector<std::filesystem::path> &module_dirs,
+yang::YangContext context_with(const std::vector<std::filesystem::path> &module_dirs,
                                const std::vector<std::string> &modules) {
     ly_ctx *made = nullptr;
     if (ly_ctx_new(nullptr, LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
         refuse("", "the YANG library could not be started");
-    host::YangContext context(made);
+    yang::YangContext context(made);
     for (const std::filesystem::path &dir : module_dirs)
         if (const LY_ERR status = ly_ctx_set_searchdir(made, dir.c_str());
             status != LY_SUCCESS && status != LY_EEXIST)
@@ -69,12 +69,12 @@ std::string place_of_error(const std::filesystem::path &file, const ly_ctx *cont
     return file.string() + ":" + std::string(line.substr(0, end));
 }
 
-host::DataTree parse(const std::filesystem::path &file, const ly_ctx *context) {
+yang::DataTree parse(const std::filesystem::path &file, const ly_ctx *context) {
     lyd_node *parsed = nullptr;
     const LY_ERR status =
         lyd_parse_data_mem(context, text_of(file).c_str(), LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_NO_STATE,
                            LYD_VALIDATE_PRESENT | LYD_VALIDATE_NO_STATE, &parsed);
-    host::DataTree data(parsed);
+    yang::DataTree data(parsed);
     if (status != LY_SUCCESS) {
         const std::string place = place_of_error(file, context);
         refuse(place, take_error(context));
@@ -161,8 +161,8 @@ RuleList list_from(const lyd_node *node, const ly_ctx *context, const std::strin
 AccessRules read_access_rules(const std::filesystem::path &file,
                               const std::vector<std::filesystem::path> &module_dirs,
                               const std::vector<std::string> &modules) {
-    const host::YangContext context = context_with(module_dirs, modules);
-    const host::DataTree nacm = parse(file, context.get());
+    const yang::YangContext context = context_with(module_dirs, modules);
+    const yang::DataTree nacm = parse(file, context.get());
     AccessRules rules;
     rules.enabled = value(nacm.get(), "enable-nacm") == "true";
     rules.external_groups = value(nacm.get(), "enable-external-groups") == "true";
@@ -178,4 +178,4 @@ AccessRules read_access_rules(const std::filesystem::path &file,
     return rules;
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::access

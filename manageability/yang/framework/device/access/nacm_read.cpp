@@ -1,6 +1,6 @@
 #include "device/access/nacm_tree.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 namespace {
 
 // Adds the topmost nodes that may not be read. Whether the node itself may be.
@@ -19,7 +19,7 @@ bool find_unreadable(RulesOnTree &rules, const RulesOnTree::Inherited &above, ly
     return is_readable;
 }
 
-void take_out(host::DataTree &data, lyd_node *node) {
+void take_out(yang::DataTree &data, lyd_node *node) {
     if (node == data.get()) {
         lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself when it is alone
         static_cast<void>(data.release());
@@ -30,7 +30,7 @@ void take_out(host::DataTree &data, lyd_node *node) {
 
 } // namespace
 
-void UserRules::remove_unreadable(host::DataTree &data) const {
+void UserRules::remove_unreadable(yang::DataTree &data) const {
     if (!all_->enabled || data == nullptr)
         return;
     lyd_node *first = lyd_first_sibling(data.get());
@@ -42,4 +42,4 @@ void UserRules::remove_unreadable(host::DataTree &data) const {
         take_out(data, node);
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::access

@@ -11,7 +11,7 @@
 
 #include "device/access/nacm.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 
 constexpr unsigned bit(Access access) {
     return 1U << static_cast<unsigned>(access);
@@ -53,6 +53,6 @@ AccessRules read_access_rules(const std::filesystem::path &file,
                               const std::vector<std::filesystem::path> &module_dirs,
                               const std::vector<std::string> &modules);
 
-} // namespace yfw::netconf
+} // namespace yfw::access
 
 #endif

@@ -8,7 +8,7 @@
 #include "base/error.h"
 #include "yang/schemas.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 namespace {
 
 using About = AccessRule::About;
@@ -84,7 +84,7 @@ void RulesOnTree::find(size_t position, const lyd_node *tree) {
         return;
     ly_set *found = nullptr;
     if (lyd_find_xpath3(nullptr, tree, rule.path.c_str(), nullptr, &found) != LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, rule.path, host::take_yang_error(LYD_CTX(tree)));
+        throw Error(ErrorTag::operation_failed, rule.path, yang::take_yang_error(LYD_CTX(tree)));
     const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
     const std::unique_ptr<ly_set, decltype(free_set)> owner(found, free_set);
     for (uint32_t i = 0; i < found->count; i++)
@@ -115,4 +115,4 @@ const RulesOnTree::First &RulesOnTree::first_general(const lys_module *module) {
     return entry->second;
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::access

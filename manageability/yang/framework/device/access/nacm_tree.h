@@ -9,7 +9,7 @@
 
 #include "device/access/nacm_rules.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 
 // Each path is looked up once, and then a walk over the nodes takes what was found down to all below.
 class RulesOnTree {
@@ -24,7 +24,7 @@ public:
     };
 
     // `accesses`: bits; no others are asked. The tree may be NULL and must not change. Borrows everything.
-    // Throws host::Error.
+    // Throws Error.
     RulesOnTree(const AccessRules &all, const std::vector<const AccessRule *> &rules, unsigned accesses,
                 const lyd_node *tree);
 
@@ -50,6 +50,6 @@ private:
     std::unordered_map<const lys_module *, First> general_;
 };
 
-} // namespace yfw::netconf
+} // namespace yfw::access
 
 #endif

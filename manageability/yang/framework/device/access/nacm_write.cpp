@@ -6,7 +6,7 @@
 
 #include "device/access/nacm_tree.h"
 
-namespace yfw::netconf {
+namespace yfw::access {
 namespace {
 
 constexpr unsigned writes = bit(Access::create) | bit(Access::update) | bit(Access::remove);
@@ -142,4 +142,4 @@ std::optional<DeniedWrite> UserRules::denied_write(const lyd_node *before, const
     return Comparison(*all_, rules_, first_before, first_after).first_denied(first_before, first_after);
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::access

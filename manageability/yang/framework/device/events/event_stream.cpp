@@ -5,7 +5,7 @@
 
 #include <libyang/libyang.h>
 
-namespace yfw::netconf {
+namespace yfw::events {
 namespace {
 
 constexpr size_t most_kept = 10000;
@@ -97,4 +97,4 @@ std::optional<EventTime> EventStream::aged() const {
     return aged_;
 }
 
-} // namespace yfw::netconf
+} // namespace yfw::events

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace yfw::netconf {
+namespace yfw::events {
 
 using EventTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
 
@@ -65,6 +65,6 @@ private:
     std::optional<EventTime> aged_;
 };
 
-} // namespace yfw::netconf
+} // namespace yfw::events
 
 #endif

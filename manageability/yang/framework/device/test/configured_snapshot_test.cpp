@@ -7,7 +7,7 @@
 #include "edit_device.h"
 #include "yang/configuration_text.h"
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 namespace {
 
 const char *const native =
@@ -21,19 +21,19 @@ protected:
     ADeviceThatIsReadAgainAndAgain() { source_.xml = native; }
 
     std::string configuration() {
-        const sources::Snapshot now = read_.snapshot(schemas().context());
-        return print_configuration(now.configuration.has_value() ? now.configuration->get() : nullptr);
+        const sources::Snapshot now = read_.snapshot(yang::test::schemas().context());
+        return yang::print_configuration(now.configuration.has_value() ? now.configuration->get() : nullptr);
     }
     EditedDevice other() { return EditedDevice(native, nullptr, directory_.path()); }
     std::filesystem::path store() const { return directory_.path() / "commits.db"; }
 
     const yfw::test::TemporaryDirectory directory_;
-    TextSource source_;
-    ConfiguredSource read_{schemas(), source_, store()};
+    host::test::TextSource source_;
+    ConfiguredSource read_{yang::test::schemas(), source_, store()};
 };
 
 TEST_F(ADeviceThatIsReadAgainAndAgain, HasItsOwnConfigurationBeforeTheFirstCommit) {
-    EXPECT_FALSE(read_.snapshot(schemas().context()).configuration.has_value());
+    EXPECT_FALSE(read_.snapshot(yang::test::schemas().context()).configuration.has_value());
 }
 
 TEST_F(ADeviceThatIsReadAgainAndAgain, ShowsEachCommitOfAnother) {
@@ -58,7 +58,7 @@ TEST_F(ADeviceThatIsReadAgainAndAgain, ShowsTheStoreThatTookThePlaceOfTheFirst) 
 
 TEST_F(ADeviceThatIsReadAgainAndAgain, KeepsTheStateOfTheSource) {
     other().edit(config(element("system-name", "a")));
-    const sources::Snapshot now = read_.snapshot(schemas().context());
+    const sources::Snapshot now = read_.snapshot(yang::test::schemas().context());
     bool has_state = false;
     for (const lyd_node *top = now.data.get(); top != nullptr; top = top->next)
         has_state = has_state || (top->schema->flags & LYS_CONFIG_R) != 0;
@@ -66,4 +66,4 @@ TEST_F(ADeviceThatIsReadAgainAndAgain, KeepsTheStateOfTheSource) {
 }
 
 } // namespace
-} // namespace yfw::host::test
+} // namespace yfw::device::test

@@ -11,7 +11,7 @@
 #include "edit_device.h"
 #include "yang/configuration_text.h"
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -25,7 +25,7 @@ const std::string second_edit =
 
 struct StepCase {
     const char *name;
-    datastore::Step step;
+    commits::Step step;
     bool kept;
 };
 
@@ -50,7 +50,7 @@ protected:
     // Runs in a process of its own.
     void edit_and_die(const std::string &edit) const {
         EditedDevice device(native, nullptr, directory.path());
-        device.on_step([](datastore::Step step) {
+        device.on_step([](commits::Step step) {
             if (step == GetParam().step)
                 raise(SIGKILL);
         });
@@ -83,11 +83,11 @@ TEST_P(ACommitKilledAtAStep, IsMadeWhenItIsRepeated) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ACommitKilledAtAStep,
-                         testing::Values(StepCase{"Begun", datastore::Step::begun, false},
-                                         StepCase{"Read", datastore::Step::read, false},
-                                         StepCase{"Prepared", datastore::Step::prepared, false},
-                                         StepCase{"Inserted", datastore::Step::inserted, false},
-                                         StepCase{"Committed", datastore::Step::committed, true}),
+                         testing::Values(StepCase{"Begun", commits::Step::begun, false},
+                                         StepCase{"Read", commits::Step::read, false},
+                                         StepCase{"Prepared", commits::Step::prepared, false},
+                                         StepCase{"Inserted", commits::Step::inserted, false},
+                                         StepCase{"Committed", commits::Step::committed, true}),
                          [](const auto &test) { return test.param.name; });
 
 // --- the device that a configuration takes effect on ---
@@ -98,9 +98,9 @@ public:
     void check(const lyd_node *, const lyd_node *) override { refuse(refuses_check); }
     void apply(const lyd_node *, const lyd_node *after) override {
         refuse(refuses_apply);
-        running = print_configuration(after);
+        running = yang::print_configuration(after);
     }
-    void restore(const lyd_node *configuration) override { running = print_configuration(configuration); }
+    void restore(const lyd_node *configuration) override { running = yang::print_configuration(configuration); }
 
     bool refuses_check = false;
     bool refuses_apply = false;
@@ -172,9 +172,9 @@ TEST_F(ATarget, ThatRefusedTakesTheEditWhenItIsRepeated) {
 TEST_F(ATarget, RunsWhatItRanWhenTheStoreFailsAfterwards) {
     device.edit(first_edit);
     const std::string before = device.configuration();
-    device.on_step([](datastore::Step step) {
-        if (step == datastore::Step::inserted)
-            throw datastore::StoreError("the disk is full");
+    device.on_step([](commits::Step step) {
+        if (step == commits::Step::inserted)
+            throw commits::StoreError("the disk is full");
     });
     EXPECT_ANY_THROW(device.edit(second_edit));
     device.on_step(nullptr);
@@ -184,4 +184,4 @@ TEST_F(ATarget, RunsWhatItRanWhenTheStoreFailsAfterwards) {
 }
 
 } // namespace
-} // namespace yfw::host::test
+} // namespace yfw::device::test

@@ -3,46 +3,48 @@
 #include "host/test/data_texts.h"
 #include "yang/configuration_text.h"
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 
 EditedDevice::EditedDevice(const std::string &native, sources::NativeTarget *target,
                            const std::filesystem::path &directory)
-    : configured_(schemas(), source_,
+    : configured_(yang::test::schemas(), source_,
                   (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db", target),
-      engine_(schemas(), configured_, OCLLDP_LIBRARY), editor_(schemas(), configured_, engine_) {
+      engine_(yang::test::schemas(), configured_, OCLLDP_LIBRARY),
+      editor_(yang::test::schemas(), configured_, engine_) {
     source_.xml = native;
 }
 
-std::optional<datastore::Commit> EditedDevice::edit(const std::string &document) {
-    const EditNode node = parse_edit(schemas(), document, Operation::merge);
+std::optional<commits::Commit> EditedDevice::edit(const std::string &document) {
+    const yang::EditNode node = yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge);
     return editor_.edit(node, {.who = "test", .comment = ""});
 }
 
 void EditedDevice::map(const std::string &document) {
-    DataTree data = configured_.read(schemas().context());
-    engine_.map_edit(parse_edit(schemas(), document, Operation::merge), take_configuration(data));
+    yang::DataTree data = configured_.read(yang::test::schemas().context());
+    engine_.map_edit(yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge),
+                     yang::take_configuration(data));
 }
 
 std::string EditedDevice::try_edit(const std::string &document) {
-    return editor_.try_edit(parse_edit(schemas(), document, Operation::merge));
+    return editor_.try_edit(yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge));
 }
 
-std::optional<datastore::Commit> EditedDevice::rollback(int64_t number) {
+std::optional<commits::Commit> EditedDevice::rollback(int64_t number) {
     return editor_.rollback(number, {.who = "test", .comment = ""});
 }
 
 std::string EditedDevice::configuration() {
-    DataTree data = configured_.read(schemas().context());
-    return print_configuration(take_configuration(data).get());
+    yang::DataTree data = configured_.read(yang::test::schemas().context());
+    return yang::print_configuration(yang::take_configuration(data).get());
 }
 
 size_t EditedDevice::commits() const {
     const std::filesystem::path &store = configured_.store();
-    return std::filesystem::exists(store) ? datastore::Datastore(store, false).history().size() : 0;
+    return std::filesystem::exists(store) ? commits::CommitLog(store, false).history().size() : 0;
 }
 
 testing::AssertionResult runs(EditedDevice &device, const std::string &configuration) {
-    return same(yfw::test::lines_of(device.configuration()), yfw::test::lines_of(configuration));
+    return yang::test::same(yfw::test::lines_of(device.configuration()), yfw::test::lines_of(configuration));
 }
 
 std::string element(const std::string &name, const std::string &content) {
@@ -70,10 +72,10 @@ std::string native_device(const std::string &global) {
     for (const char *name : {"eth1", "eth2", "eth3"})
         entries += element("interface-configuration",
                            element("active", "act") + element("interface-name", name) + "<lldp xmlns=\"" +
-                               std::string(cfg_ns) + "\"><enable>true</enable></lldp>");
-    return "<lldp xmlns=\"" + std::string(cfg_ns) + "\">" + global +
-           "</lldp><interface-configurations xmlns=\"" + std::string(ifmgr_ns) + "\">" + entries +
+                               std::string(host::test::cfg_ns) + "\"><enable>true</enable></lldp>");
+    return "<lldp xmlns=\"" + std::string(host::test::cfg_ns) + "\">" + global +
+           "</lldp><interface-configurations xmlns=\"" + std::string(host::test::ifmgr_ns) + "\">" + entries +
            "</interface-configurations>";
 }
 
-} // namespace yfw::host::test
+} // namespace yfw::device::test

@@ -15,7 +15,7 @@
 #include "sources/native_target.h"
 #include "support/files.h"
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 
 // The plug-in is loaded anew for it where no other device is there.
 class EditedDevice {
@@ -26,7 +26,7 @@ public:
 
     // Commits an edit document, whose nodes are merged where they do not say otherwise. Nothing when it changed
     // nothing. Throws Error.
-    std::optional<datastore::Commit> edit(const std::string &document);
+    std::optional<commits::Commit> edit(const std::string &document);
 
     // Maps an edit document and applies nothing. Throws Error.
     void map(const std::string &document);
@@ -34,7 +34,7 @@ public:
     // The native difference that the edit would make.
     std::string try_edit(const std::string &document);
 
-    std::optional<datastore::Commit> rollback(int64_t number);
+    std::optional<commits::Commit> rollback(int64_t number);
 
     // The running configuration, XML.
     std::string configuration();
@@ -42,13 +42,13 @@ public:
     // How many commits the store has; none without a store.
     size_t commits() const;
 
-    void on_step(std::function<void(datastore::Step)> observer) { editor_.on_step(std::move(observer)); }
+    void on_step(std::function<void(commits::Step)> observer) { editor_.on_step(std::move(observer)); }
 
 private:
-    TextSource source_;
+    host::test::TextSource source_;
     std::optional<yfw::test::TemporaryDirectory> own_directory_;
     ConfiguredSource configured_;
-    Engine engine_;
+    host::Engine engine_;
     Editor editor_;
 };
 
@@ -67,6 +67,6 @@ std::string eth1(const std::string &leaf);
 // The native configuration of a device with these global settings, and three interfaces that LLDP runs on.
 std::string native_device(const std::string &global);
 
-} // namespace yfw::host::test
+} // namespace yfw::device::test
 
 #endif

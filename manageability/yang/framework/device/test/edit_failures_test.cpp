@@ -11,7 +11,7 @@
 #include "edit_device.h"
 #include "edit_interposer.h"
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -356,4 +356,4 @@ INSTANTIATE_TEST_SUITE_P(Without, ADeletionOfAllInterfaces,
                          [](const auto &test) { return test.param.name; });
 
 } // namespace
-} // namespace yfw::host::test
+} // namespace yfw::device::test

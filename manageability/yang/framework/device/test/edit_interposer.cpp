@@ -20,7 +20,7 @@ terrno host_sysdb_list_next(void *list, const char **path);
 void host_sysdb_list_free(void *list);
 }
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 
 void Interposer::reset() {
     *this = Interposer();
@@ -68,13 +68,13 @@ terrno guarded_in_edit(Call call, Operation operation, yfw_map_ctx ctx, Argument
 }
 
 } // namespace
-} // namespace yfw::host::test
+} // namespace yfw::device::test
 
-using yfw::host::test::Call;
-using yfw::host::test::guarded;
-using yfw::host::test::guarded_in_edit;
-using yfw::host::test::interposer;
-using yfw::host::test::is_edit;
+using yfw::device::test::Call;
+using yfw::device::test::guarded;
+using yfw::device::test::guarded_in_edit;
+using yfw::device::test::interposer;
+using yfw::device::test::is_edit;
 
 terrno yfw_map_datatree_add_path_flagged(yfw_map_ctx ctx, tidl_yfw_datatree *parent, const char *path,
                                          const char *ns, const char *value, const tidl_yfw_datatree *source,

@@ -8,7 +8,7 @@
 
 #include "yfw_map.h"
 
-namespace yfw::host::test {
+namespace yfw::device::test {
 
 // The first three within a walk of an edit only.
 enum class Call {
@@ -51,6 +51,6 @@ private:
 // The one that the operations of this program ask.
 Interposer &interposer();
 
-} // namespace yfw::host::test
+} // namespace yfw::device::test
 
 #endif

@@ -12,6 +12,12 @@
 
 namespace yfw::host::test {
 
+using yang::test::below;
+using yang::test::leaves;
+using yang::test::Lines;
+using yang::test::same;
+using yang::test::xml;
+
 // "lldp{config{enabled} interfaces{interface{name=eth1 state}}}"; a leaf that is selected for its own sake and
 // narrows too has a "!".
 std::string text(const Selection &selection);

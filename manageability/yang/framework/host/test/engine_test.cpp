@@ -204,7 +204,7 @@ TEST_F(EngineRead, LosesOnlyTheCapabilityThatTheModelDoesNotKnow) {
 
 TEST_F(EngineRead, PassesOnWhyTheDeviceCannotBeRead) {
     class Unreadable final : public sources::NativeSource {
-        DataTree read(const ly_ctx *) override {
+        yang::DataTree read(const ly_ctx *) override {
             throw Error(ErrorTag::resource_denied, "device", "is out of reach");
         }
     } source;

@@ -69,18 +69,18 @@ Selection selection(const std::vector<std::string> &paths) {
     return merge_paths(request(paths).paths);
 }
 
-DataTree native_data(const std::string &text, Order order) {
+yang::DataTree native_data(const std::string &text, Order order) {
     const LYD_FORMAT format = text.starts_with('{') ? LYD_JSON : LYD_XML;
     const uint32_t options = parse_options | (order == Order::kept ? LYD_PARSE_ORDERED : 0u);
     lyd_node *data = nullptr;
     const LY_ERR status = lyd_parse_data_mem(schemas().context(), text.c_str(), format, options, 0, &data);
-    DataTree tree(data);
+    yang::DataTree tree(data);
     if (status != LY_SUCCESS)
-        throw Error(ErrorTag::invalid_value, text, take_yang_error(schemas().context()));
+        throw Error(ErrorTag::invalid_value, text, yang::take_yang_error(schemas().context()));
     return tree;
 }
 
-DataTree TextSource::read(const ly_ctx *context) {
+yang::DataTree TextSource::read(const ly_ctx *context) {
     EXPECT_EQ(context, schemas().context());
     reads++;
     return native_data(xml);

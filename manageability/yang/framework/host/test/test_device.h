@@ -15,6 +15,9 @@
 
 namespace yfw::host::test {
 
+using yang::test::path;
+using yang::test::schemas;
+
 // Loaded when first asked for.
 const AnswerSchema &answer_schema();
 
@@ -25,12 +28,12 @@ Selection selection(const std::vector<std::string> &paths);
 // Native instance data from XML or JSON. Either the order of the text is kept, as the file source does, or the
 // data may come in any order. Throws Error.
 enum class Order { kept, any };
-DataTree native_data(const std::string &text, Order order = Order::kept);
+yang::DataTree native_data(const std::string &text, Order order = Order::kept);
 
 // A device whose native data stands in `xml`; it may change from read to read.
 class TextSource final : public sources::NativeSource {
 public:
-    DataTree read(const ly_ctx *context) override;
+    yang::DataTree read(const ly_ctx *context) override;
 
     std::string xml;
     int reads = 0; // how often the device was read

@@ -127,7 +127,7 @@ void SettingsWriter::take_back() noexcept {
     while (!undo_.empty()) {
         try {
             undo_.back()();
-        } catch (const host::Error &) {
+        } catch (const Error &) {
         }
         undo_.pop_back();
     }

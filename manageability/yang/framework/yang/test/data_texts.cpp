@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace yfw::host::test {
+namespace yfw::yang::test {
 namespace {
 
 std::string place(const lyd_node *node) {
@@ -85,4 +85,4 @@ std::string xml(const lyd_node *data) {
     return text;
 }
 
-} // namespace yfw::host::test
+} // namespace yfw::yang::test

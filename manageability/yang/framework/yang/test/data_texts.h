@@ -10,7 +10,7 @@
 
 #include "yang/data_tree.h"
 
-namespace yfw::host::test {
+namespace yfw::yang::test {
 
 using Lines = std::vector<std::string>;
 
@@ -27,6 +27,6 @@ Lines below(const Lines &lines, std::string_view prefix);
 // The data as XML.
 std::string xml(const lyd_node *data);
 
-} // namespace yfw::host::test
+} // namespace yfw::yang::test
 
 #endif

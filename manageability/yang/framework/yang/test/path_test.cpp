@@ -7,7 +7,7 @@
 #include "base/error.h"
 #include "test_schemas.h"
 
-namespace yfw::host::test {
+namespace yfw::yang::test {
 namespace {
 
 constexpr const char *entry = "/lldp/interfaces/interface";
@@ -144,4 +144,4 @@ TEST(SchemaPath, LeadsFromTheTopToTheNode) {
 }
 
 } // namespace
-} // namespace yfw::host::test
+} // namespace yfw::yang::test

@@ -1,6 +1,6 @@
 #include "test_schemas.h"
 
-namespace yfw::host::test {
+namespace yfw::yang::test {
 
 const Schemas &schemas() {
     static const Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
@@ -11,4 +11,4 @@ Path path(std::string_view text) {
     return parse_path(schemas().openconfig_root(), text);
 }
 
-} // namespace yfw::host::test
+} // namespace yfw::yang::test

@@ -7,7 +7,7 @@
 #include "yang/path.h"
 #include "yang/schemas.h"
 
-namespace yfw::host::test {
+namespace yfw::yang::test {
 
 // Loaded when first asked for.
 const Schemas &schemas();
@@ -15,6 +15,6 @@ const Schemas &schemas();
 // A path into the OpenConfig model. Throws Error.
 Path path(std::string_view text);
 
-} // namespace yfw::host::test
+} // namespace yfw::yang::test
 
 #endif

@@ -12,7 +12,7 @@
 #include "nacm_fixture.h"
 #include "support/files.h"
 
-namespace yfw::netconf::test {
+namespace yfw::access::test {
 namespace {
 
 using testing::HasSubstr;
@@ -22,10 +22,10 @@ const std::vector<std::filesystem::path> module_dirs = {YFW_MODELS_DIR, YFW_MODE
 const std::vector<std::string> modules = {"openconfig-lldp", "openconfig-lldp-types",
                                           "ietf-netconf-monitoring"};
 
-std::optional<host::Error> error_of(const std::filesystem::path &file) {
+std::optional<Error> error_of(const std::filesystem::path &file) {
     try {
         const Nacm nacm(file, module_dirs, modules);
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         return error;
     }
     return std::nullopt;
@@ -43,7 +43,7 @@ class AFile : public testing::TestWithParam<FileCase> {};
 TEST_P(AFile, IsRefusedWithItsPlace) {
     const TemporaryDirectory directory;
     const std::string file = directory.add("rules.xml", GetParam().content);
-    const std::optional<host::Error> error = error_of(file);
+    const std::optional<Error> error = error_of(file);
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->path(), file + GetParam().place);
     EXPECT_THAT(error->what(), HasSubstr(GetParam().message));
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(AFileThatIsMissing, IsRefusedByItsName) {
     const TemporaryDirectory directory;
-    const std::optional<host::Error> error = error_of(directory.path() / "nothing.xml");
+    const std::optional<Error> error = error_of(directory.path() / "nothing.xml");
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->path(), (directory.path() / "nothing.xml").string());
     EXPECT_THAT(error->what(), HasSubstr("No such file"));
@@ -130,14 +130,14 @@ TEST(AFileThatIsMissing, IsRefusedByItsName) {
 
 TEST(ADirectoryInsteadOfAFile, IsRefusedByItsName) {
     const TemporaryDirectory directory;
-    const std::optional<host::Error> error = error_of(directory.path());
+    const std::optional<Error> error = error_of(directory.path());
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->path(), directory.path().string());
 }
 
 TEST(AnErrorOfAFile, IsOneLine) {
     const TemporaryDirectory directory;
-    const std::optional<host::Error> error =
+    const std::optional<Error> error =
         error_of(directory.add("rules.xml", with_path("\n/oc:lldp/\n/oc:nothing")));
     ASSERT_TRUE(error.has_value());
     EXPECT_THAT(error->what(), testing::Not(HasSubstr("\n")));
@@ -149,7 +149,7 @@ TEST(RulesWithoutTheirModule, AreRefusedByTheNameOfTheModule) {
     try {
         const Nacm nacm(file, {directory.path()}, {});
         FAIL() << "rules were read without ietf-netconf-acm";
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         EXPECT_THAT(error.path(), HasSubstr("ietf-netconf-acm"));
     }
 }
@@ -179,10 +179,10 @@ TEST(AFileThatIsRead, NeedsNoFileAfterwards) {
         directory.add("rules.xml", document(all_groups(deny(path("/oc:lldp/oc:config")))));
     const Nacm nacm(file, module_dirs, modules);
     std::filesystem::remove(file);
-    host::DataTree data = parse(lldp("<config><hello-timer>5</hello-timer></config>"), openconfig_only());
+    yang::DataTree data = parse(lldp("<config><hello-timer>5</hello-timer></config>"), openconfig_only());
     rules_for_ann(nacm).remove_unreadable(data);
     EXPECT_EQ(print(data), lldp(""));
 }
 
 } // namespace
-} // namespace yfw::netconf::test
+} // namespace yfw::access::test

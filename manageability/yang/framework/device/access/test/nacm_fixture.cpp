@@ -7,7 +7,7 @@
 #include "support/files.h"
 #include "yang/schemas.h"
 
-namespace yfw::netconf::test {
+namespace yfw::access::test {
 namespace {
 
 using yfw::test::TemporaryDirectory;
@@ -53,16 +53,16 @@ std::vector<std::filesystem::path> module_dirs() {
     return {YFW_MODELS_DIR, YFW_MODELS_DIR "/ietf", own_modules()};
 }
 
-host::YangContext context_with(const std::vector<std::string> &names) {
+yang::YangContext context_with(const std::vector<std::string> &names) {
     ly_ctx *made = nullptr;
     if (ly_ctx_new(nullptr, LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
         throw std::runtime_error("no YANG context");
-    host::YangContext context(made);
+    yang::YangContext context(made);
     for (const std::filesystem::path &dir : module_dirs())
         ly_ctx_set_searchdir(made, dir.c_str());
     for (const std::string &name : names)
         if (ly_ctx_load_module(made, name.c_str(), nullptr, nullptr) == nullptr)
-            throw std::runtime_error(name + ": " + host::take_yang_error(made));
+            throw std::runtime_error(name + ": " + yang::take_yang_error(made));
     return context;
 }
 
@@ -76,14 +76,14 @@ std::string element(const char *name, const std::string &text) {
     return std::string("<") + name + ">" + text + "</" + name + ">";
 }
 
-host::DataTree parsed(const std::string &xml, const ly_ctx *context, uint32_t parse, uint32_t validate) {
+yang::DataTree parsed(const std::string &xml, const ly_ctx *context, uint32_t parse, uint32_t validate) {
     if (xml.empty())
         return nullptr;
     lyd_node *data = nullptr;
     if (lyd_parse_data_mem(context, xml.c_str(), LYD_XML, LYD_PARSE_STRICT | parse, validate, &data) !=
         LY_SUCCESS)
-        throw std::runtime_error(xml + ": " + host::take_yang_error(context));
-    return host::DataTree(data);
+        throw std::runtime_error(xml + ": " + yang::take_yang_error(context));
+    return yang::DataTree(data);
 }
 
 } // namespace
@@ -142,24 +142,24 @@ UserRules rules_for_ann(const Nacm &nacm) {
 }
 
 const ly_ctx *everything() {
-    static const host::YangContext context = context_with(modules);
+    static const yang::YangContext context = context_with(modules);
     return context.get();
 }
 
 const ly_ctx *openconfig_only() {
-    static const host::YangContext context = context_with({"openconfig-lldp", "openconfig-lldp-types"});
+    static const yang::YangContext context = context_with({"openconfig-lldp", "openconfig-lldp-types"});
     return context.get();
 }
 
-host::DataTree parse(const std::string &xml, const ly_ctx *context) {
+yang::DataTree parse(const std::string &xml, const ly_ctx *context) {
     return parsed(xml, context, LYD_PARSE_ONLY, 0);
 }
 
-host::DataTree parse_valid(const std::string &xml, const ly_ctx *context) {
+yang::DataTree parse_valid(const std::string &xml, const ly_ctx *context) {
     return parsed(xml, context, 0, LYD_VALIDATE_PRESENT | LYD_VALIDATE_NO_STATE);
 }
 
-std::string print(const host::DataTree &data) {
+std::string print(const yang::DataTree &data) {
     char *text = nullptr;
     if (data != nullptr)
         lyd_print_mem(&text, lyd_first_sibling(data.get()), LYD_XML,
@@ -178,4 +178,4 @@ std::string in_one(const std::string &inside) {
     return inside.empty() ? start + "/>" : start + ">" + inside + "</one>";
 }
 
-} // namespace yfw::netconf::test
+} // namespace yfw::access::test

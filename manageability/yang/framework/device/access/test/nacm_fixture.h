@@ -8,7 +8,7 @@
 #include "device/access/nacm.h"
 #include "yang/data_tree.h"
 
-namespace yfw::netconf::test {
+namespace yfw::access::test {
 
 // ---- rules in XML; oc, mon, one and two are prefixes of the modules below -------------------------------
 
@@ -44,15 +44,15 @@ const ly_ctx *everything();
 const ly_ctx *openconfig_only();
 
 // Without values by default; not validated. An empty text is no data.
-host::DataTree parse(const std::string &xml, const ly_ctx *context);
+yang::DataTree parse(const std::string &xml, const ly_ctx *context);
 // With all that a validation adds.
-host::DataTree parse_valid(const std::string &xml, const ly_ctx *context);
+yang::DataTree parse_valid(const std::string &xml, const ly_ctx *context);
 // In one line, empty containers as well.
-std::string print(const host::DataTree &data);
+std::string print(const yang::DataTree &data);
 
 std::string lldp(const std::string &inside);
 std::string in_one(const std::string &inside); // the container <one> of the test's first module
 
-} // namespace yfw::netconf::test
+} // namespace yfw::access::test
 
 #endif

@@ -9,7 +9,7 @@
 #include "device/access/nacm.h"
 #include "nacm_fixture.h"
 
-namespace yfw::netconf::test {
+namespace yfw::access::test {
 namespace {
 
 struct ReadCase {
@@ -23,7 +23,7 @@ class Data : public testing::TestWithParam<ReadCase> {};
 
 TEST_P(Data, IsReadAsTheRulesSay) {
     const Nacm nacm = load(GetParam().rules);
-    host::DataTree data = parse(GetParam().data, everything());
+    yang::DataTree data = parse(GetParam().data, everything());
     rules_for_ann(nacm).remove_unreadable(data);
     // Parsed, as libyang orders the tops.
     EXPECT_EQ(print(data), print(parse(GetParam().left, everything())));
@@ -204,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(DataHeldByATop, LosesThisTop) {
     const Nacm nacm = load(all_groups(deny(path("/one:last"))));
-    host::DataTree data = parse(lldp(config) + mon + last, everything());
+    yang::DataTree data = parse(lldp(config) + mon + last, everything());
     lyd_node *first = data.release();
     lyd_node *last_top = first;
     while (std::string_view(last_top->schema->name) != "last")
@@ -217,7 +217,7 @@ TEST(DataHeldByATop, LosesThisTop) {
 TEST(DataOfAContextWithoutTheModuleOfARule, IsLeftAloneByTheRule) {
     const Nacm nacm = load(all_groups(deny(path("/mon:netconf-state")) + deny(path("/one:one")) +
                                       deny(path("/oc:lldp/oc:state"))));
-    host::DataTree data = parse(device, openconfig_only());
+    yang::DataTree data = parse(device, openconfig_only());
     rules_for_ann(nacm).remove_unreadable(data);
     EXPECT_EQ(print(data), lldp(config + two_ports));
 }
@@ -234,7 +234,7 @@ TEST(AKeyThatIsAnIdentity, IsFoundByThePrefixOfTheRulesFile) {
     };
     const Nacm nacm = load(all_groups(
         deny(path(port + "/oc:neighbors/oc:neighbor/oc:capabilities/oc:capability[oc:name='types:ROUTER']"))));
-    host::DataTree data = parse(neighbor(capability("MAC_BRIDGE") + capability("ROUTER")), openconfig_only());
+    yang::DataTree data = parse(neighbor(capability("MAC_BRIDGE") + capability("ROUTER")), openconfig_only());
     rules_for_ann(nacm).remove_unreadable(data);
     EXPECT_EQ(print(data), print(parse(neighbor(capability("MAC_BRIDGE")), openconfig_only())));
 }
@@ -251,7 +251,7 @@ TEST(ManyEntriesWithARuleForEach, AreReadAsTheirRulesSay) {
         left += i % 3 == 0 ? "" : entry(name, on);
     }
     const Nacm nacm = load(all_groups(rules + deny(path(port))));
-    host::DataTree data = parse(lldp(interfaces(all + entry("other"))), openconfig_only());
+    yang::DataTree data = parse(lldp(interfaces(all + entry("other"))), openconfig_only());
     rules_for_ann(nacm).remove_unreadable(data);
     EXPECT_EQ(print(data), lldp(interfaces(left)));
 }
@@ -266,7 +266,7 @@ TEST(SeveralThreads, ReadByTheSameRulesAtATime) {
     for (size_t &count : as_expected)
         threads.emplace_back([&nacm, &expected, &count] {
             for (size_t i = 0; i < times; i++) {
-                host::DataTree data = parse(device, everything());
+                yang::DataTree data = parse(device, everything());
                 rules_for_ann(nacm).remove_unreadable(data);
                 count += print(data) == expected ? 1 : 0;
             }
@@ -277,4 +277,4 @@ TEST(SeveralThreads, ReadByTheSameRulesAtATime) {
 }
 
 } // namespace
-} // namespace yfw::netconf::test
+} // namespace yfw::access::test

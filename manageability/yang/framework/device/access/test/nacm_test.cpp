@@ -7,7 +7,7 @@
 #include "device/access/nacm.h"
 #include "nacm_fixture.h"
 
-namespace yfw::netconf::test {
+namespace yfw::access::test {
 namespace {
 
 // ---- operations --------------------------------------------------------------------------------------
@@ -241,7 +241,7 @@ TEST(AccessControlThatIsOff, PermitsEverything) {
     EXPECT_FALSE(nacm.is_enabled());
     EXPECT_TRUE(rules.may_execute(base, "kill-session", true));
     EXPECT_TRUE(rules.may_be_told(events, "netconf-session-end", true));
-    host::DataTree data = parse(lldp("<config><system-name>a</system-name></config>"), openconfig_only());
+    yang::DataTree data = parse(lldp("<config><system-name>a</system-name></config>"), openconfig_only());
     rules.remove_unreadable(data);
     EXPECT_EQ(print(data), lldp("<config><system-name>a</system-name></config>"));
     EXPECT_FALSE(rules.denied_write(nullptr, data.get()).has_value());
@@ -264,4 +264,4 @@ TEST(AnAccess, HasTheNameThatRulesUse) {
 }
 
 } // namespace
-} // namespace yfw::netconf::test
+} // namespace yfw::access::test

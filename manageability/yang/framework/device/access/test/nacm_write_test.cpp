@@ -6,7 +6,7 @@
 #include "device/access/nacm.h"
 #include "nacm_fixture.h"
 
-namespace yfw::netconf::test {
+namespace yfw::access::test {
 namespace {
 
 struct WriteCase {
@@ -25,8 +25,8 @@ class AChange : public testing::TestWithParam<WriteCase> {};
 
 TEST_P(AChange, IsDeniedWhereTheRulesSay) {
     const Nacm nacm = load(GetParam().rules);
-    const host::DataTree before = parse(GetParam().before, everything());
-    const host::DataTree after = parse(GetParam().after, everything());
+    const yang::DataTree before = parse(GetParam().before, everything());
+    const yang::DataTree after = parse(GetParam().after, everything());
     EXPECT_EQ(words(rules_for_ann(nacm).denied_write(before.get(), after.get())), GetParam().denied);
 }
 
@@ -256,8 +256,8 @@ class AChangeOfValidData : public testing::TestWithParam<WriteCase> {};
 
 TEST_P(AChangeOfValidData, IsDeniedWhereTheRulesSay) {
     const Nacm nacm = load(GetParam().rules);
-    const host::DataTree before = parse_valid(GetParam().before, openconfig_only());
-    const host::DataTree after = parse_valid(GetParam().after, openconfig_only());
+    const yang::DataTree before = parse_valid(GetParam().before, openconfig_only());
+    const yang::DataTree after = parse_valid(GetParam().after, openconfig_only());
     EXPECT_EQ(words(rules_for_ann(nacm).denied_write(before.get(), after.get())), GetParam().denied);
 }
 
@@ -283,19 +283,19 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ConfigurationsOfAContextWithoutTheModuleOfARule, AreLeftAloneByTheRule) {
     const Nacm nacm =
         load(write_permitted + all_groups(deny(path("/one:one")) + deny(path("/mon:netconf-state"))));
-    const host::DataTree before = parse(set, openconfig_only());
-    const host::DataTree after = parse(set_otherwise, openconfig_only());
+    const yang::DataTree before = parse(set, openconfig_only());
+    const yang::DataTree after = parse(set_otherwise, openconfig_only());
     EXPECT_EQ(words(rules_for_ann(nacm).denied_write(before.get(), after.get())), "");
 }
 
 TEST(ConfigurationsThatWereCompared, AreAsTheyWere) {
     const Nacm nacm = load("");
-    const host::DataTree before = parse(set, openconfig_only());
-    const host::DataTree after = parse(set_otherwise, openconfig_only());
+    const yang::DataTree before = parse(set, openconfig_only());
+    const yang::DataTree after = parse(set_otherwise, openconfig_only());
     EXPECT_TRUE(rules_for_ann(nacm).denied_write(before.get(), after.get()).has_value());
     EXPECT_EQ(print(before), set);
     EXPECT_EQ(print(after), set_otherwise);
 }
 
 } // namespace
-} // namespace yfw::netconf::test
+} // namespace yfw::access::test
