@@ -6,18 +6,18 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include "host/configuration_text.h"
-#include "host/configured_device.h"
-#include "host/edit.h"
+#include "device/configured_device.h"
 #include "host/engine.h"
-#include "host/schemas.h"
+#include "yang/configuration_text.h"
+#include "yang/edit.h"
+#include "yang/schemas.h"
 
 namespace {
 
 using namespace yfw;
 
-const host::Schemas &schemas() {
-    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+const yang::Schemas &schemas() {
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
     return loaded;
 }
 
@@ -36,7 +36,7 @@ std::string configuration(int64_t interfaces) {
 class FixedSource final : public sources::NativeSource {
 public:
     explicit FixedSource(std::string xml) : xml_(std::move(xml)) {}
-    host::DataTree read(const ly_ctx *) override { return host::parse_configuration(schemas(), xml_, "bench"); }
+    yang::DataTree read(const ly_ctx *) override { return yang::parse_configuration(schemas(), xml_, "bench"); }
 
 private:
     std::string xml_;
@@ -56,40 +56,40 @@ struct Device {
 
     std::filesystem::path directory;
     FixedSource files;
-    host::ConfiguredSource source;
+    device::ConfiguredSource source;
     host::Engine engine;
-    host::Editor editor;
+    device::Editor editor;
 };
 
-host::EditNode timer_edit(int64_t seconds) {
-    host::EditNode root;
+yang::EditNode timer_edit(int64_t seconds) {
+    yang::EditNode root;
     root.node = schemas().openconfig_root();
-    host::add_edit(root, host::parse_path(root.node, "/lldp/config/hello-timer"), std::to_string(seconds),
-                   host::Operation::merge);
+    yang::add_edit(root, yang::parse_path(root.node, "/lldp/config/hello-timer"), std::to_string(seconds),
+                   yang::Operation::merge);
     return root;
 }
 
-host::EditNode interfaces_edit(int64_t interfaces, bool enabled) {
+yang::EditNode interfaces_edit(int64_t interfaces, bool enabled) {
     std::string xml = "<lldp xmlns=\"http://openconfig.net/yang/lldp\"><interfaces>";
     for (int64_t i = 0; i < interfaces; i++) {
         const std::string name = "<name>eth" + std::to_string(i) + "</name>";
         xml += "<interface>" + name + "<config>" + name + "<enabled>" + (enabled ? "true" : "false") +
                "</enabled></config></interface>";
     }
-    return host::parse_edit(schemas(), xml + "</interfaces></lldp>", host::Operation::merge);
+    return yang::parse_edit(schemas(), xml + "</interfaces></lldp>", yang::Operation::merge);
 }
 
 void map_one_leaf(benchmark::State &state) {
     Device device(1);
-    const host::EditNode edit = timer_edit(30);
+    const yang::EditNode edit = timer_edit(30);
     for (auto _ : state)
         benchmark::DoNotOptimize(device.engine.map_edit(edit, device.source.running_configuration()));
 }
 
 void validate_one_leaf(benchmark::State &state) {
     Device device(1);
-    const host::EditNode edit = timer_edit(30);
-    const host::DataTree running = device.source.running_configuration();
+    const yang::EditNode edit = timer_edit(30);
+    const yang::DataTree running = device.source.running_configuration();
     for (auto _ : state)
         benchmark::DoNotOptimize(device.editor.apply(edit, running.get()));
 }
@@ -105,15 +105,15 @@ void commit_one_leaf(benchmark::State &state) {
 
 void store_one_row(benchmark::State &state) {
     Device device(1);
-    datastore::Datastore store(device.source.store(), true);
+    commits::CommitLog store(device.source.store(), true);
     for (auto _ : state)
         benchmark::DoNotOptimize(
-            store.commit([](const auto &) { return std::optional<datastore::Commit>(datastore::Commit{}); }));
+            store.commit([](const auto &) { return std::optional<commits::Commit>(commits::Commit{}); }));
 }
 
 void map_interfaces(benchmark::State &state) {
     Device device(state.range(0));
-    const host::EditNode edit = interfaces_edit(state.range(0), true);
+    const yang::EditNode edit = interfaces_edit(state.range(0), true);
     for (auto _ : state)
         benchmark::DoNotOptimize(device.engine.map_edit(edit, device.source.running_configuration()));
     state.SetComplexityN(state.range(0));

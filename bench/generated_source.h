@@ -3,21 +3,21 @@
 #define YFW_BENCH_GENERATED_SOURCE_H
 
 #include "device_generator.h"
-#include "host/schemas.h"
 #include "sources/native_source.h"
+#include "yang/schemas.h"
 
 namespace yfw::bench {
 
 // Gives out one device, or copies of it, so that parsing is not measured. Borrows the schemas.
 class GeneratedSource final : public sources::NativeSource {
 public:
-    GeneratedSource(const host::Schemas &schemas, const DeviceSize &size);
+    GeneratedSource(const yang::Schemas &schemas, const DeviceSize &size);
 
-    host::DataTree read(const ly_ctx *) override;
-    sources::Snapshot snapshot(const ly_ctx *) override { return {host::borrowed(data_.get())}; }
+    yang::DataTree read(const ly_ctx *) override;
+    sources::Snapshot snapshot(const ly_ctx *) override { return {yang::borrowed(data_.get())}; }
 
 private:
-    host::DataTree data_;
+    yang::DataTree data_;
 };
 
 } // namespace yfw::bench

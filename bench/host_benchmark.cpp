@@ -4,14 +4,14 @@
 
 #include "generated_source.h"
 #include "host/engine.h"
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace {
 
 using namespace yfw;
 
-const host::Schemas &schemas() {
-    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+const yang::Schemas &schemas() {
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
     return loaded;
 }
 
@@ -22,7 +22,7 @@ bench::GeneratedSource source_with(int64_t neighbors) {
 
 host::ReadRequest request_for(const char *path) {
     host::ReadRequest request;
-    request.paths.push_back(host::parse_path(schemas().openconfig_root(), path));
+    request.paths.push_back(yang::parse_path(schemas().openconfig_root(), path));
     return request;
 }
 

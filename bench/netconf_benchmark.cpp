@@ -11,8 +11,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "base/error.h"
 #include "generated_source.h"
-#include "host/error.h"
 #include "netconf_client.h"
 #include "served_device.h"
 #include "sources/file/kept_file_source.h"
@@ -21,8 +21,8 @@ namespace {
 
 using namespace yfw;
 
-const host::Schemas &schemas() {
-    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+const yang::Schemas &schemas() {
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
     return loaded;
 }
 
@@ -67,14 +67,14 @@ const std::string one_interface = get("<interfaces><interface><name>eth7</name><
 const std::string all_neighbors = get("<interfaces><interface><neighbors/></interface></interfaces>");
 
 // The data of a reply, as libyang holds it.
-host::DataTree data_of(const std::string &reply) {
+yang::DataTree data_of(const std::string &reply) {
     const size_t begin = reply.find("<data>") + 6;
     const std::string content = reply.substr(begin, reply.rfind("</data>") - begin);
     lyd_node *data = nullptr;
     if (lyd_parse_data_mem(schemas().context(), content.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0,
                            &data) != LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, "", host::take_yang_error(schemas().context()));
-    return host::DataTree(data);
+        throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(schemas().context()));
+    return yang::DataTree(data);
 }
 
 void print(const lyd_node *data) {
@@ -89,7 +89,7 @@ void measure_get(benchmark::State &state, sources::NativeSource &source, const s
     const bench::ServedDevice device(schemas(), source);
     bench::NetconfClient client(device.socket());
     const std::string reply = client.ask(operation);
-    const host::DataTree answer = data_of(reply);
+    const yang::DataTree answer = data_of(reply);
     if (!answer) {
         state.SkipWithError("the answer is empty");
         return;
@@ -137,7 +137,7 @@ void edit_running(benchmark::State &state) {
     bench::GeneratedSource source(schemas(), small);
     const bench::ServedDevice device(schemas(), source);
     bench::NetconfClient client(device.socket());
-    datastore::Datastore rows(device.directory() / "rows.db", true);
+    commits::CommitLog rows(device.directory() / "rows.db", true);
     client.ask(timer_edit(30)); // makes the store
     Durations edits;
     Durations syncs;
@@ -146,7 +146,7 @@ void edit_running(benchmark::State &state) {
         seconds = seconds == 10 ? 20 : 10;
         edits.measure([&] { client.ask(timer_edit(seconds)); });
         syncs.measure([&] {
-            rows.commit([](const auto &) { return std::optional<datastore::Commit>(datastore::Commit{}); });
+            rows.commit([](const auto &) { return std::optional<commits::Commit>(commits::Commit{}); });
         });
         state.SetIterationTime(edits.last());
     }

@@ -31,7 +31,7 @@ Directory::~Directory() {
     std::filesystem::remove_all(path_, ignored);
 }
 
-ServedDevice::ServedDevice(const host::Schemas &schemas, sources::NativeSource &source)
+ServedDevice::ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source)
     : configured_(schemas, source, directory_.path() / "commits.db"),
       engine_(schemas, configured_, YFW_PLUGIN_LIBRARY),
       modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR),

@@ -27,7 +27,7 @@ private:
 // the plug-in keeps state between its callbacks. Borrows the schemas and the source.
 class ServedDevice {
 public:
-    ServedDevice(const host::Schemas &schemas, sources::NativeSource &source);
+    ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source);
     ~ServedDevice();
     ServedDevice(const ServedDevice &) = delete;
     ServedDevice &operator=(const ServedDevice &) = delete;
@@ -37,10 +37,10 @@ public:
 
 private:
     Directory directory_;
-    host::ConfiguredSource configured_;
+    device::ConfiguredSource configured_;
     host::Engine engine_;
     netconf::ProtocolModules modules_;
-    netconf::EventStream events_;
+    events::EventStream events_;
     netconf::Datastores datastores_;
     netconf::NetconfServer server_;
     int stop_;

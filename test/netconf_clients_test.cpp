@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "frontends/lab/process.h"
+#include "base/process.h"
 #include "netconf_server.h"
 #include "support/files.h"
 #include "support/lab.h"
@@ -24,8 +24,8 @@ using testing::HasSubstr;
 
 using Words = std::vector<std::string>;
 
-lab::Finished run(const Words &words) {
-    return lab::run(words, -1, std::chrono::minutes(2));
+Finished run(const Words &words) {
+    return yfw::run(words, -1, std::chrono::minutes(2));
 }
 
 bool is_required() {
@@ -35,7 +35,7 @@ bool is_required() {
 // Where a program is; nothing when it is not installed.
 std::optional<std::string> program(const std::string &name) {
     try {
-        return lab::find_program(name, name);
+        return find_program(name, name);
     } catch (const std::exception &) {
         return std::nullopt;
     }
@@ -107,7 +107,7 @@ TEST_F(ATryoutServer, RemovesWhatAKilledOneLeftBehind) {
 TEST_F(ATryoutServer, ServesNcclient) {
     if (run({"/usr/bin/python3", "-c", "import ncclient"}).status != 0)
         return missing("python3-ncclient");
-    const lab::Finished finished = run({"/usr/bin/python3", script("ncclient_session.py"), port_, user_, key_});
+    const Finished finished = run({"/usr/bin/python3", script("ncclient_session.py"), port_, user_, key_});
     EXPECT_EQ(finished.status, 0) << finished.reason();
     EXPECT_THAT(lines_of(finished.output),
                 ElementsAre("session: numbered", "candidate: True",
@@ -123,7 +123,7 @@ TEST_F(ATryoutServer, ServesYangcli) {
         return missing("yangcli");
     std::filesystem::copy(script("yangcli.script"), files_.path());
     files_.add("edit.xml", lldp("<config><system-name>by-yangcli</system-name></config>"));
-    const lab::Finished finished =
+    const Finished finished =
         run({"/usr/bin/env", "-C", files_.path().string(), "HOME=" + files_.path().string(), *yangcli,
              "--server=127.0.0.1", "--ncport=" + port_, "--user=" + user_, "--password=none",
              "--private-key=" + key_, "--public-key=" + key_ + ".pub", "--batch-mode",
@@ -142,13 +142,12 @@ TEST_F(ATryoutServer, ServesNodeNetconf) {
         return missing("npm");
     const std::string prefix = in_files("npm");
     std::filesystem::create_directory(prefix);
-    const lab::Finished install = run({*npm, "install", "--prefix", prefix, "--ignore-scripts", "--no-audit",
-                                       "--no-fund", "node-netconf@1.1.2"});
+    const Finished install = run({*npm, "install", "--prefix", prefix, "--ignore-scripts", "--no-audit",
+                                  "--no-fund", "node-netconf@1.1.2"});
     if (install.status != 0)
         return missing("the npm package node-netconf (" + install.reason() + ")");
-    const lab::Finished finished =
-        run({"/usr/bin/env", "NETCONF_PACKAGE=" + prefix + "/node_modules/node-netconf", *node,
-             script("node_session.js"), port_, user_, key_});
+    const Finished finished = run({"/usr/bin/env", "NETCONF_PACKAGE=" + prefix + "/node_modules/node-netconf",
+                                   *node, script("node_session.js"), port_, user_, key_});
     EXPECT_EQ(finished.status, 0) << finished.reason();
     EXPECT_THAT(lines_of(finished.output),
                 ElementsAre("session: numbered", "interfaces: eth1,eth2,eth3", "one: eth1",
@@ -165,7 +164,7 @@ TEST_F(ATryoutServer, ServesSshWithRequestsFromAFile) {
         files_.add("requests", with_end_of_message(hello_message({base_1_0})) +
                                    with_end_of_message(rpc_message(get_config("running"), "first")) +
                                    with_end_of_message(rpc_message("<close-session/>", "last")));
-    const lab::Finished finished =
+    const Finished finished =
         run({"/bin/sh", "-c",
              *ssh + " -F none -p " + port_ + " -i " + key_ +
                  " -o IdentitiesOnly=yes -o StrictHostKeyChecking=no -o UserKnownHostsFile=/dev/null -s " +
@@ -180,10 +179,9 @@ TEST_F(ATryoutServer, LetsNobodyInWithoutItsKey) {
         return missing("openssh-client");
     const std::string other = in_files("other");
     ASSERT_EQ(run({*program("ssh-keygen"), "-q", "-t", "ed25519", "-N", "", "-f", other}).status, 0);
-    const lab::Finished finished =
-        run({*ssh, "-F", "none", "-p", port_, "-i", other, "-o", "IdentitiesOnly=yes", "-o", "BatchMode=yes",
-             "-o", "StrictHostKeyChecking=no", "-o", "UserKnownHostsFile=/dev/null", "-s", user_ + "@127.0.0.1",
-             "netconf"});
+    const Finished finished = run({*ssh, "-F", "none", "-p", port_, "-i", other, "-o", "IdentitiesOnly=yes",
+                                   "-o", "BatchMode=yes", "-o", "StrictHostKeyChecking=no", "-o",
+                                   "UserKnownHostsFile=/dev/null", "-s", user_ + "@127.0.0.1", "netconf"});
     EXPECT_EQ(finished.status, 255);
     EXPECT_THAT(finished.output, testing::Not(HasSubstr("hello")));
 }

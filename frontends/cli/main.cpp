@@ -8,16 +8,16 @@
 
 #include <CLI/CLI.hpp>
 
-#include "frontends/cli/commands.h"
-#include "frontends/cli/device_options.h"
-#include "frontends/cli/edit_command.h"
-#include "frontends/cli/explain_command.h"
-#include "frontends/cli/history_command.h"
-#include "frontends/cli/lab_command.h"
-#include "frontends/cli/serve_command.h"
-#include "frontends/cli/topology_command.h"
-#include "frontends/cli/watch_command.h"
-#include "host/error.h"
+#include "base/error.h"
+#include "frontends/cli/commands/commands.h"
+#include "frontends/cli/commands/edit_command.h"
+#include "frontends/cli/commands/explain_command.h"
+#include "frontends/cli/commands/history_command.h"
+#include "frontends/cli/commands/lab_command.h"
+#include "frontends/cli/commands/serve_command.h"
+#include "frontends/cli/commands/topology_command.h"
+#include "frontends/cli/commands/watch_command.h"
+#include "frontends/cli/options/device_options.h"
 
 namespace {
 
@@ -69,13 +69,13 @@ std::string one_line(std::string text) {
 
 // One line that names the place and what was expected; for an edit with the NETCONF error tag (RFC 6241
 // appendix A).
-int report(const host::Error &error, bool edits, bool trace) {
+int report(const Error &error, bool edits, bool trace) {
     std::ostringstream line;
     if (!error.path().empty())
         line << error.path() << ": ";
     line << error.what();
     if (edits)
-        line << " [" << host::to_string(error.tag()) << ']';
+        line << " [" << to_string(error.tag()) << ']';
     if (trace && error.status() != 0)
         line << " (status 0x" << std::hex << error.status() << ')';
     std::cerr << "yfw: " << one_line(line.str()) << '\n';
@@ -115,7 +115,7 @@ int main(int argc, char **argv) {
             return app.exit(error);
         std::cerr << "yfw: " << one_line(error.what()) << " (see yfw --help)\n";
         return exit_refused;
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         return report(error, edits(app), device.trace);
     } catch (const std::exception &error) {
         std::cerr << "yfw: " << error.what() << '\n';

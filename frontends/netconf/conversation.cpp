@@ -65,7 +65,7 @@ std::string perform_or_tell(const Server &server, const Caller &caller, const El
         reply.is_error = true;
         reply.is_bad = error.type == "rpc"; // of the layer of messages (RFC 6022)
         return print_error(error);
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         reply.is_error = true;
         return print_error(rpc_error_of(error));
     } catch (const std::bad_alloc &) {

@@ -8,9 +8,9 @@
 #include <unistd.h>
 
 #include "frontends/netconf/rpc_error.h"
-#include "host/configuration_text.h"
-#include "host/native_edits.h"
-#include "host/utc_time.h"
+#include "yang/configuration_text.h"
+#include "device/native_edits.h"
+#include "base/utc_time.h"
 
 namespace yfw::netconf {
 namespace {
@@ -19,17 +19,17 @@ using Guard = std::lock_guard<std::mutex>;
 
 constexpr std::chrono::seconds retry_interval{10};
 
-host::CommitNote note_of(const Caller &caller) {
+device::CommitNote note_of(const Caller &caller) {
     return {caller.user, "NETCONF session " + std::to_string(caller.session)};
 }
 
 } // namespace
 
-Datastores::Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine,
-                       EventStream &events)
+Datastores::Datastores(const yang::Schemas &schemas, device::ConfiguredSource &source, host::Engine &engine,
+                       events::EventStream &events)
     : schemas_(schemas), source_(source), engine_(engine), editor_(schemas, source, engine), events_(events) {}
 
-host::DataTree Datastores::running() const {
+yang::DataTree Datastores::running() const {
     return source_.running_configuration();
 }
 
@@ -40,7 +40,7 @@ void Datastores::drop_candidate() {
     candidate_editor_ = 0;
 }
 
-const lyd_node *Datastores::candidate_or(const host::DataTree &running) const {
+const lyd_node *Datastores::candidate_or(const yang::DataTree &running) const {
     return candidate_.has_value() ? candidate_->get() : running.get();
 }
 
@@ -69,7 +69,7 @@ void Datastores::refuse_denied(const Caller &caller, const lyd_node *before, con
         host::ReadRequest request;
         request.content = host::Content::config;
         request.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-        return engine_.read(request, {host::borrowed(native)}).data;
+        return engine_.read(request, {yang::borrowed(native)}).data;
     };
     const auto denied = caller.rules->denied_write(seen(before).get(), seen(after).get());
     if (denied.has_value())
@@ -78,7 +78,7 @@ void Datastores::refuse_denied(const Caller &caller, const lyd_node *before, con
             .at(denied->path);
 }
 
-host::ChangeGuard Datastores::guard_of(const Caller &caller) const {
+device::ChangeGuard Datastores::guard_of(const Caller &caller) const {
     if (caller.rules == nullptr)
         return {};
     return [this, &caller](const lyd_node *before, const lyd_node *after) {
@@ -86,7 +86,7 @@ host::ChangeGuard Datastores::guard_of(const Caller &caller) const {
     };
 }
 
-void Datastores::edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test) {
+void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test) {
     const Guard guard(mutex_);
     refuse_if_locked(caller, target);
     if (target == Datastore::running && !only_test) {
@@ -94,14 +94,14 @@ void Datastores::edit(const Caller &caller, Datastore target, const host::EditNo
             publish_config_change(events_, caller.actor(), edit_records(edit));
         return;
     }
-    const host::DataTree now_running = running();
+    const yang::DataTree now_running = running();
     const lyd_node *before = target == Datastore::candidate ? candidate_or(now_running) : now_running.get();
-    host::DataTree after = editor_.apply(edit, before);
+    yang::DataTree after = editor_.apply(edit, before);
     if (caller.rules != nullptr)
         refuse_denied(caller, before, after.get());
     if (!only_test) {
         candidate_ = std::move(after);
-        candidate_edits_.push_back(host::print_edit(edit));
+        candidate_edits_.push_back(yang::print_edit(edit));
         const std::vector<EditRecord> records = edit_records(edit);
         candidate_records_.insert(candidate_records_.end(), records.begin(), records.end());
         candidate_editor_ = caller.session;
@@ -110,13 +110,13 @@ void Datastores::edit(const Caller &caller, Datastore target, const host::EditNo
 
 void Datastores::validate(Datastore datastore) {
     const Guard guard(mutex_);
-    host::DataTree configuration = running();
+    yang::DataTree configuration = running();
     if (datastore == Datastore::candidate && candidate_.has_value())
-        configuration = host::copy_configuration(candidate_->get());
-    host::validate_configuration(schemas_, configuration);
+        configuration = yang::copy_configuration(candidate_->get());
+    device::validate_configuration(schemas_, configuration);
 }
 
-void Datastores::validate(const host::EditNode &edit) {
+void Datastores::validate(const yang::EditNode &edit) {
     const Guard guard(mutex_);
     editor_.apply(edit, running().get());
 }
@@ -205,7 +205,7 @@ void Datastores::cancel_commit(const Caller &caller, const std::optional<std::st
 }
 
 void Datastores::take_back(const Actor &actor) {
-    const host::CommitNote note{actor.user, "not confirmed: back to " + std::to_string(pending_->back_to)};
+    const device::CommitNote note{actor.user, "not confirmed: back to " + std::to_string(pending_->back_to)};
     if (editor_.rollback(pending_->back_to, note).has_value())
         publish_config_change(events_, actor, {});
     end_pending();
@@ -293,7 +293,7 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
             .with_info("<session-id>" +
                        std::to_string(pending_->session_is_gone ? 0 : pending_->actor.session) +
                        "</session-id>");
-    locks_[datastore] = {caller.session, host::utc_now()};
+    locks_[datastore] = {caller.session, utc_now()};
 }
 
 void Datastores::unlock(const Caller &caller, Datastore datastore) {

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "frontends/netconf/nacm.h"
+#include "device/access/nacm.h"
 #include "frontends/netconf/server_events.h"
-#include "host/configured_device.h"
-#include "host/edit.h"
+#include "device/configured_device.h"
+#include "yang/edit.h"
 
 namespace yfw::netconf {
 
@@ -25,7 +25,7 @@ struct Caller {
     std::string user;
     bool may_write = false;
     bool is_subscribed = false;
-    std::shared_ptr<const UserRules> rules = nullptr; // of access; without them all of that is permitted
+    std::shared_ptr<const access::UserRules> rules = nullptr; // of access; without them all of that is permitted
 
     Actor actor() const { return {session, user}; }
 };
@@ -36,21 +36,21 @@ struct ConfirmedCommit {
 };
 
 // Configurations are native; edits come in OpenConfig terms. Changes of the running configuration are
-// published. Safe for several threads. Everything borrowed. What is refused throws RpcError or host::Error, and
+// published. Safe for several threads. Everything borrowed. What is refused throws RpcError or Error, and
 // then nothing has changed.
 class Datastores {
 public:
-    Datastores(const host::Schemas &schemas, host::ConfiguredSource &source, host::Engine &engine,
-               EventStream &events);
+    Datastores(const yang::Schemas &schemas, device::ConfiguredSource &source, host::Engine &engine,
+               events::EventStream &events);
 
     // What the configuration is to be read from, perhaps with state.
     sources::Snapshot read(Datastore datastore);
 
     // `only_test`: the edit is checked and nothing is changed.
-    void edit(const Caller &caller, Datastore target, const host::EditNode &edit, bool only_test);
+    void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
     void validate(Datastore datastore);
     // Checks that an edit of the running configuration would be valid.
-    void validate(const host::EditNode &edit);
+    void validate(const yang::EditNode &edit);
 
     void copy(const Caller &caller, Datastore from, Datastore to);
     void discard(const Caller &caller);
@@ -92,11 +92,11 @@ private:
         std::optional<std::string> persist;
     };
 
-    host::DataTree running() const;
+    yang::DataTree running() const;
     void drop_candidate();
-    const lyd_node *candidate_or(const host::DataTree &running) const;
+    const lyd_node *candidate_or(const yang::DataTree &running) const;
     void refuse_denied(const Caller &caller, const lyd_node *before, const lyd_node *after) const;
-    host::ChangeGuard guard_of(const Caller &caller) const;
+    device::ChangeGuard guard_of(const Caller &caller) const;
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;
     void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
     // `actor`: who wants it. Does not tell of the confirmed commit.
@@ -109,12 +109,12 @@ private:
     void remember_pending(int64_t back_to) const;
     void forget_pending() noexcept;
 
-    const host::Schemas &schemas_;
-    host::ConfiguredSource &source_;
+    const yang::Schemas &schemas_;
+    device::ConfiguredSource &source_;
     host::Engine &engine_;
-    host::Editor editor_;
-    EventStream &events_;
-    std::optional<host::SharedData> candidate_; // nothing: the same as running
+    device::Editor editor_;
+    events::EventStream &events_;
+    std::optional<yang::SharedData> candidate_; // nothing: the same as running
     std::vector<std::string> candidate_edits_;
     std::vector<EditRecord> candidate_records_; // of these edits
     uint32_t candidate_editor_ = 0;             // the session that edited it last

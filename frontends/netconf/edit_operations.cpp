@@ -6,14 +6,14 @@
 namespace yfw::netconf {
 namespace {
 
-host::Operation default_operation_of(const Element &edit) {
+yang::Operation default_operation_of(const Element &edit) {
     const std::string word = text_of(edit, "default-operation").value_or("merge");
     if (word == "merge")
-        return host::Operation::merge;
+        return yang::Operation::merge;
     if (word == "replace")
-        return host::Operation::replace;
+        return yang::Operation::replace;
     if (word == "none")
-        return host::Operation::none;
+        return yang::Operation::none;
     throw RpcError("protocol", "invalid-value", "<default-operation> is merge, replace or none")
         .with_info("<bad-element>default-operation</bad-element>");
 }
@@ -30,7 +30,7 @@ void check_operations(const Element &element, const std::string &parent) {
     const std::string path = parent + "/" + std::string(element.name());
     for (const Element::Attribute &attribute : element.attributes())
         if (attribute.ns == base_ns && attribute.name == "operation" &&
-            (attribute.value == "none" || !host::operation_from(attribute.value).has_value()))
+            (attribute.value == "none" || !yang::operation_from(attribute.value).has_value()))
             throw RpcError("application", "bad-attribute",
                            "\"" + std::string(attribute.value) + "\" is no edit operation")
                 .at(path)
@@ -48,7 +48,7 @@ void check_top(const Server &server, const Element &top) {
     check_operations(top, "");
 }
 
-std::optional<host::EditNode> edit_of(const Server &server, const Element &config, host::Operation operation) {
+std::optional<yang::EditNode> edit_of(const Server &server, const Element &config, yang::Operation operation) {
     const std::vector<Element> tops = config.children();
     if (tops.empty())
         return std::nullopt;
@@ -56,7 +56,7 @@ std::optional<host::EditNode> edit_of(const Server &server, const Element &confi
         throw RpcError("application", "bad-element", "expected one <lldp>")
             .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
     check_top(server, tops.front());
-    return host::parse_edit(server.schemas, print_children(config), operation);
+    return yang::parse_edit(server.schemas, print_children(config), operation);
 }
 
 void refuse_url(const Element &operation) {
@@ -110,7 +110,7 @@ std::string copy_config(const Call &call) {
         call.server.datastores.copy(call.caller, datastore_of(call.operation, "source"), target);
         return ok;
     }
-    const auto edit = edit_of(call.server, *config, host::Operation::replace);
+    const auto edit = edit_of(call.server, *config, yang::Operation::replace);
     if (!edit.has_value())
         throw RpcError("protocol", "invalid-value", "the configuration to copy is empty");
     call.server.datastores.edit(call.caller, target, *edit, false);
@@ -129,7 +129,7 @@ std::string validate(const Call &call) {
     refuse_others(call.operation, {"source"});
     const Element source = required(call.operation, "source");
     if (const std::optional<Element> config = source.child("config")) {
-        if (const auto edit = edit_of(call.server, *config, host::Operation::replace))
+        if (const auto edit = edit_of(call.server, *config, yang::Operation::replace))
             call.server.datastores.validate(*edit);
     } else {
         call.server.datastores.validate(datastore_of(call.operation, "source"));

@@ -9,7 +9,7 @@
 namespace yfw::netconf {
 
 // Each performs the operation of its name and returns the content of the reply. They throw RpcError or
-// host::Error, and then nothing has changed.
+// Error, and then nothing has changed.
 std::string edit_config(const Call &call);
 std::string edit_data(const Call &call); // RFC 8526
 std::string copy_config(const Call &call);

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "frontends/netconf/rpc_error.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {

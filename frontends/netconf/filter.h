@@ -40,7 +40,7 @@ enum class XPathUse { request, event };
 // What an XPath filter selects of the data, with the nodes that lead to it and their keys, and of each selected
 // node no more than `depth` levels. Throws RpcError: "too-big" for an expression longer than 16 KiB,
 // "resource-denied" for one that takes too much, "invalid-value" for one that selects no nodes.
-host::DataTree xpath_filtered(host::DataTree data, const Filter &filter, uint32_t depth = unlimited_depth,
+yang::DataTree xpath_filtered(yang::DataTree data, const Filter &filter, uint32_t depth = unlimited_depth,
                               XPathUse use = XPathUse::request);
 
 } // namespace yfw::netconf

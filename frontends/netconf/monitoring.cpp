@@ -1,7 +1,7 @@
 #include "frontends/netconf/monitoring.h"
 
 #include "frontends/netconf/rpc_error.h"
-#include "host/utc_time.h"
+#include "base/utc_time.h"
 
 namespace yfw::netconf {
 namespace {
@@ -24,11 +24,11 @@ using Guard = std::lock_guard<std::mutex>;
 
 } // namespace
 
-Monitoring::Monitoring() : start_time_(host::utc_now()) {}
+Monitoring::Monitoring() : start_time_(utc_now()) {}
 
 void Monitoring::session_began(uint32_t id, const std::string &user) {
     const Guard guard(mutex_);
-    sessions_[id] = {user, host::utc_now(), {}};
+    sessions_[id] = {user, utc_now(), {}};
     in_sessions_++;
 }
 

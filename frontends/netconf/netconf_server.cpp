@@ -13,13 +13,13 @@
 #include <event2/listener.h>
 
 #include "frontends/netconf/server_events.h"
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::netconf {
 namespace {
 
 [[noreturn]] void fail(const std::filesystem::path &socket, const std::string &why) {
-    throw host::Error(host::ErrorTag::operation_failed, socket.string(), why);
+    throw Error(ErrorTag::operation_failed, socket.string(), why);
 }
 
 sockaddr_un address_of(const std::filesystem::path &socket) {
@@ -40,8 +40,8 @@ bool is_answered(const sockaddr_un &address) {
 
 } // namespace
 
-NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &schemas, host::Engine &engine,
-                             Datastores &datastores, const ProtocolModules &modules, EventStream &events)
+NetconfServer::NetconfServer(const ServerOptions &options, const yang::Schemas &schemas, host::Engine &engine,
+                             Datastores &datastores, const ProtocolModules &modules, events::EventStream &events)
     : options_(options), datastores_(datastores),
       events_(events), server_{schemas,
                                engine,
@@ -65,7 +65,7 @@ NetconfServer::NetconfServer(const ServerOptions &options, const host::Schemas &
         server.in_background([&server] { server.datastores_.take_back_when_due(); });
     };
     commit_timer_ = event_new(base_.get(), -1, 0, due, this);
-    events_.on_event([this](const SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
+    events_.on_event([this](const events::SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
 }
 
 NetconfServer::~NetconfServer() {
@@ -126,7 +126,7 @@ void NetconfServer::say(const std::string &text) const {
 
 void NetconfServer::accept(int socket) {
     has_said_full_ = false;
-    const std::optional<User> user = user_of_peer(socket, options_.groups);
+    const std::optional<access::User> user = access::user_of_peer(socket, options_.groups);
     if (!user.has_value()) {
         say("a user who is neither a reader nor a writer was turned away");
         close(socket);
@@ -136,7 +136,7 @@ void NetconfServer::accept(int socket) {
     Caller caller{id, user->name, user->may_write};
     if (options_.nacm != nullptr && options_.nacm->is_enabled())
         caller.rules =
-            std::make_shared<const UserRules>(options_.nacm->rules_of(user->name, names_of(user->groups)));
+            std::make_shared<const access::UserRules>(options_.nacm->rules_of(user->name, access::names_of(user->groups)));
     auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
@@ -164,7 +164,7 @@ void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32
 }
 
 // A session that is told may end by it.
-void NetconfServer::tell(const SharedEvent &event) {
+void NetconfServer::tell(const events::SharedEvent &event) {
     for (auto session = sessions_.begin(); session != sessions_.end();)
         (session++)->second->tell(event);
 }

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "frontends/netconf/access.h"
+#include "device/access/groups.h"
 #include "frontends/netconf/conversation.h"
 #include "frontends/netconf/framing.h"
 #include "frontends/netconf/session.h"
@@ -23,8 +23,8 @@ namespace yfw::netconf {
 
 struct ServerOptions {
     std::filesystem::path socket;
-    AccessGroups groups;
-    const Nacm *nacm = nullptr; // rules beside the groups; borrowed
+    access::AccessGroups groups;
+    const access::Nacm *nacm = nullptr; // rules beside the groups; borrowed
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
     size_t threads = 4;
@@ -34,9 +34,9 @@ struct ServerOptions {
 class NetconfServer {
 public:
     // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
-    // that another server answers on is refused; one that was left behind is replaced. Throws host::Error.
-    NetconfServer(const ServerOptions &options, const host::Schemas &schemas, host::Engine &engine,
-                  Datastores &datastores, const ProtocolModules &modules, EventStream &events);
+    // that another server answers on is refused; one that was left behind is replaced. Throws Error.
+    NetconfServer(const ServerOptions &options, const yang::Schemas &schemas, host::Engine &engine,
+                  Datastores &datastores, const ProtocolModules &modules, events::EventStream &events);
     ~NetconfServer();
     NetconfServer(const NetconfServer &) = delete;
     NetconfServer &operator=(const NetconfServer &) = delete;
@@ -51,7 +51,7 @@ private:
     void accept(int socket);
     void rest();
     void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
-    void tell(const SharedEvent &event);
+    void tell(const events::SharedEvent &event);
     void dispatch(Session &session, std::string message);
     void finish(uint32_t session, const Reply &reply);
     void arm_commit_timer();
@@ -60,7 +60,7 @@ private:
 
     ServerOptions options_;
     Datastores &datastores_;
-    EventStream &events_;
+    events::EventStream &events_;
     Monitoring monitoring_;
     Server server_;
     std::unique_ptr<event_base, void (*)(event_base *)> base_;

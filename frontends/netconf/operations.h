@@ -25,19 +25,19 @@ struct Aftermath {
 
 // Everything is borrowed. Safe for several threads.
 struct Server {
-    const host::Schemas &schemas;
+    const yang::Schemas &schemas;
     host::Engine &engine;
     Datastores &datastores;
     const ProtocolModules &modules;
     Monitoring &monitoring;
-    const EventStream &events;
+    const events::EventStream &events;
     std::function<bool(uint32_t)> is_session;
 };
 
 // The capabilities that the server has; exactly what it offers.
 std::vector<std::string> capabilities(const ProtocolModules &modules);
 
-// Performs the operation and returns what goes into the <rpc-reply>. Throws RpcError or host::Error.
+// Performs the operation and returns what goes into the <rpc-reply>. Throws RpcError or Error.
 std::string perform(const Server &server, const Caller &caller, const Element &operation, Aftermath &aftermath);
 
 } // namespace yfw::netconf

@@ -53,7 +53,7 @@ std::string cut_to(const Server &server, const std::string &xml, const std::opti
                    uint32_t depth) {
     if (depth == unlimited_depth || xml.empty())
         return xml;
-    const host::DataTree data = server.modules.parse(xml);
+    const yang::DataTree data = server.modules.parse(xml);
     host::Selection all{data->schema, std::nullopt, {}, false};
     cut_selected(data.get(),
                  filter.has_value() ? subtree_selection(filter->element, data->schema).value_or(all) : all,
@@ -65,7 +65,7 @@ std::string cut_to(const Server &server, const std::string &xml, const std::opti
 std::string print_readable(const Call &call, const Own &own) {
     if (call.caller.rules == nullptr)
         return own.print();
-    host::DataTree data = call.server.modules.parse(own.print());
+    yang::DataTree data = call.server.modules.parse(own.print());
     call.caller.rules->remove_unreadable(data);
     return print_data(data.get());
 }

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string_view>
 
-#include "host/error.h"
-#include "host/schemas.h"
+#include "base/error.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {
@@ -61,7 +61,7 @@ ProtocolModules::ProtocolModules(const std::filesystem::path &openconfig_dir,
                                  const std::filesystem::path &own_dir) {
     ly_ctx *made = nullptr;
     if (ly_ctx_new(protocol_dir.c_str(), LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, protocol_dir.string(),
+        throw Error(ErrorTag::operation_failed, protocol_dir.string(),
                           "no directory of YANG modules");
     context_.reset(made);
     ly_ctx_set_searchdir(made, openconfig_dir.c_str());
@@ -69,7 +69,7 @@ ProtocolModules::ProtocolModules(const std::filesystem::path &openconfig_dir,
     for (Loaded module : loaded()) {
         module.features.push_back(nullptr);
         if (ly_ctx_load_module(made, module.name, nullptr, module.features.data()) == nullptr)
-            throw host::Error(host::ErrorTag::operation_failed, module.name, host::take_yang_error(made));
+            throw Error(ErrorTag::operation_failed, module.name, yang::take_yang_error(made));
     }
     list_modules();
     print_library();
@@ -94,9 +94,9 @@ void ProtocolModules::list_modules() {
 void ProtocolModules::print_library() {
     lyd_node *data = nullptr;
     if (ly_ctx_get_yanglib_data(context_.get(), &data, "%s", content_id_.c_str()) != LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, "ietf-yang-library",
-                          host::take_yang_error(context_.get()));
-    const host::DataTree owner(data);
+        throw Error(ErrorTag::operation_failed, "ietf-yang-library",
+                          yang::take_yang_error(context_.get()));
+    const yang::DataTree owner(data);
     // What libyang has for itself, and where its files are on this machine, is nothing for clients.
     for (const char *path : {"/ietf-yang-library:yang-library/module-set/module[name='yang']",
                              "/ietf-yang-library:yang-library/module-set/module[name='ietf-yang-schema-mount']",
@@ -110,7 +110,7 @@ void ProtocolModules::print_library() {
             std::string("/ietf-yang-library:yang-library/datastore[name='ietf-datastores:") + datastore +
             "']/schema";
         if (lyd_new_path(data, context_.get(), path.c_str(), "complete", 0, nullptr) != LY_SUCCESS)
-            throw host::Error(host::ErrorTag::operation_failed, path, host::take_yang_error(context_.get()));
+            throw Error(ErrorTag::operation_failed, path, yang::take_yang_error(context_.get()));
     }
     for (const lyd_node *top = data; top != nullptr; top = top->next) {
         char *text = nullptr;
@@ -121,24 +121,24 @@ void ProtocolModules::print_library() {
     }
 }
 
-host::DataTree ProtocolModules::parse(const std::string &xml) const {
+yang::DataTree ProtocolModules::parse(const std::string &xml) const {
     lyd_node *data = nullptr;
     if (lyd_parse_data_mem(context_.get(), xml.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &data) !=
         LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, "", host::take_yang_error(context_.get()));
-    return host::DataTree(data);
+        throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(context_.get()));
+    return yang::DataTree(data);
 }
 
-host::DataTree ProtocolModules::parse_notification(const std::string &xml) const {
+yang::DataTree ProtocolModules::parse_notification(const std::string &xml) const {
     ly_in *in = nullptr;
     ly_in_new_memory(xml.c_str(), &in);
     lyd_node *notification = nullptr;
     const LY_ERR status =
         lyd_parse_op(context_.get(), nullptr, in, LYD_XML, LYD_TYPE_NOTIF_YANG, &notification, nullptr);
     ly_in_free(in, 0);
-    host::DataTree owner(notification);
+    yang::DataTree owner(notification);
     if (status != LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, "", host::take_yang_error(context_.get()));
+        throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(context_.get()));
     return owner;
 }
 

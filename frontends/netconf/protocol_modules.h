@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::netconf {
 
@@ -22,7 +22,7 @@ struct ModuleName {
 class ProtocolModules {
 public:
     // Loads OpenConfig's modules from one directory, the protocol's from another and those of this product from
-    // a third. Throws host::Error.
+    // a third. Throws Error.
     ProtocolModules(const std::filesystem::path &openconfig_dir, const std::filesystem::path &protocol_dir,
                     const std::filesystem::path &own_dir);
 
@@ -32,10 +32,10 @@ public:
     // any). Several revisions of one name are never loaded.
     std::optional<std::string> text(const std::string &name, const std::string &revision) const;
 
-    // Data of these modules from its text; throws host::Error when it is none.
-    host::DataTree parse(const std::string &xml) const;
+    // Data of these modules from its text; throws Error when it is none.
+    yang::DataTree parse(const std::string &xml) const;
     // A notification of these modules, from its element.
-    host::DataTree parse_notification(const std::string &xml) const;
+    yang::DataTree parse_notification(const std::string &xml) const;
 
     // Whether the leaf at this schema path, such as an argument of an operation, may have this value.
     bool allows(const char *path, const std::string &value) const;
@@ -54,7 +54,7 @@ private:
     void list_modules();
     void print_library();
 
-    host::YangContext context_;
+    yang::YangContext context_;
     std::vector<ModuleName> modules_;
     std::string content_id_;
     std::vector<Printed> library_;

@@ -59,7 +59,7 @@ std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, c
 std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
     const auto needed = needed_for(wanted.filter, call.server.schemas.openconfig_root());
     const bool is_xpath = wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
-    host::DataTree data;
+    yang::DataTree data;
     if (needed.has_value())
         data = read_readable(call, {wanted.content, {}, needed}, read).data;
     if (wants_defaults(wanted) && needed.has_value())

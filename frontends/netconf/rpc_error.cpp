@@ -1,7 +1,7 @@
 #include "frontends/netconf/rpc_error.h"
 
 #include "host/host_status.h"
-#include "host/yang_text.h"
+#include "yang/yang_text.h"
 
 namespace yfw::netconf {
 namespace {
@@ -33,17 +33,17 @@ std::string without_module(const std::string &path) {
 }
 
 // The error-info that RFC 6241 appendix A demands with a tag; `name`: of the node at the end of the path.
-std::string mandatory_info(const host::Error &error, const std::string &name) {
+std::string mandatory_info(const Error &error, const std::string &name) {
     switch (error.tag()) {
-    case host::ErrorTag::unknown_element:
-    case host::ErrorTag::bad_element:
+    case ErrorTag::unknown_element:
+    case ErrorTag::bad_element:
         return text_element("bad-element", name);
-    case host::ErrorTag::missing_element:
+    case ErrorTag::missing_element:
         return text_element("bad-element", error.subject().empty() ? name : error.subject());
-    case host::ErrorTag::unknown_namespace:
+    case ErrorTag::unknown_namespace:
         return text_element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) +
                "</bad-namespace>";
-    case host::ErrorTag::bad_attribute:
+    case ErrorTag::bad_attribute:
         return text_element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
                text_element("bad-element", name);
     default:
@@ -54,7 +54,7 @@ std::string mandatory_info(const host::Error &error, const std::string &name) {
 } // namespace
 
 std::string escaped(std::string_view text) {
-    const bool is_text = host::is_yang_text(std::string(text).c_str());
+    const bool is_text = yang::is_yang_text(std::string(text).c_str());
     std::string out;
     for (const char c : text) {
         switch (c) {
@@ -78,12 +78,12 @@ std::string escaped(std::string_view text) {
     return out;
 }
 
-RpcError rpc_error_of(const host::Error &error) {
+RpcError rpc_error_of(const Error &error) {
     if (error.status() == host::status_leafref_mismatch) // RFC 7950 section 15.5
         return RpcError("application", "data-missing", error.what())
             .at(without_module(error.path()) + "/config/name")
             .with_app_tag("instance-required");
-    RpcError told("application", std::string(host::to_string(error.tag())), error.what());
+    RpcError told("application", std::string(to_string(error.tag())), error.what());
     const std::string path = without_module(error.path());
     if (is_openconfig_path(path))
         told.at(path);

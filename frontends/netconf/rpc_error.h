@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::netconf {
 
@@ -38,7 +38,7 @@ public:
 
 // The host's error in NETCONF's words: the tag, the path with the OpenConfig prefix, the app-tag of RFC 7950
 // section 15 where there is one.
-RpcError rpc_error_of(const host::Error &error);
+RpcError rpc_error_of(const Error &error);
 
 // The <rpc-error> element.
 std::string print_error(const RpcError &error);

@@ -94,7 +94,7 @@ host::Selection without_content_matches(host::Selection selection) {
     return selection;
 }
 
-void keep_selected(host::DataTree &data, const host::Selection &selection) {
+void keep_selected(yang::DataTree &data, const host::Selection &selection) {
     if (data != nullptr && !(meets(selection, data.get()) && keep(data.get(), {&selection})))
         data.reset();
 }

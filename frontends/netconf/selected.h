@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 #include "host/request.h"
 
 namespace yfw::netconf {
@@ -33,7 +33,7 @@ bool has_content_matches(const host::Selection &selection);
 host::Selection without_content_matches(host::Selection selection);
 
 // Takes out of the data what is not selected.
-void keep_selected(host::DataTree &data, const host::Selection &selection);
+void keep_selected(yang::DataTree &data, const host::Selection &selection);
 
 // Leaves no more than `depth` levels of the node, itself the first, and the keys of what is left.
 void cut_below(lyd_node *node, uint32_t depth);

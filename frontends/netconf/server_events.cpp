@@ -14,7 +14,7 @@ std::string event_element(const char *name, const std::string &content) {
            content + "</" + name + ">";
 }
 
-void publish(EventStream &events, const char *name, const std::string &content) {
+void publish(events::EventStream &events, const char *name, const std::string &content) {
     events.publish(module, name, event_element(name, content));
 }
 
@@ -28,34 +28,34 @@ std::string print_record(const EditRecord &edit) {
            text_element("operation", edit.operation) + "</edit>";
 }
 
-bool is_whole(const host::EditNode &edit) {
-    return host::takes_away(edit.operation) || edit.operation == host::Operation::replace;
+bool is_whole(const yang::EditNode &edit) {
+    return yang::takes_away(edit.operation) || edit.operation == yang::Operation::replace;
 }
 
 // An entry or leaf that says something by being there, not by what is below it.
-bool stands_for_itself(const host::EditNode &edit) {
-    if (edit.operation == host::Operation::none)
+bool stands_for_itself(const yang::EditNode &edit) {
+    if (edit.operation == yang::Operation::none)
         return false;
     const bool only_keys = std::all_of(edit.children.begin(), edit.children.end(),
-                                       [](const host::EditNode &child) { return child.is_key(); });
+                                       [](const yang::EditNode &child) { return child.is_key(); });
     return edit.value.has_value() || (edit.node->nodetype == LYS_LIST && only_keys);
 }
 
-void collect(const host::EditNode &edit, const std::string &parent, std::vector<EditRecord> &records) {
+void collect(const yang::EditNode &edit, const std::string &parent, std::vector<EditRecord> &records) {
     if (edit.is_key())
         return;
-    const std::string path = host::instance_path(parent, edit);
+    const std::string path = yang::instance_path(parent, edit);
     if (is_whole(edit) || stands_for_itself(edit)) {
-        records.push_back({path, std::string(host::to_string(edit.operation))});
+        records.push_back({path, std::string(yang::to_string(edit.operation))});
         return;
     }
-    for (const host::EditNode &child : edit.children)
+    for (const yang::EditNode &child : edit.children)
         collect(child, path, records);
 }
 
 } // namespace
 
-std::vector<EditRecord> edit_records(const host::EditNode &edit) {
+std::vector<EditRecord> edit_records(const yang::EditNode &edit) {
     std::vector<EditRecord> records;
     collect(edit, "", records);
     return records;
@@ -73,7 +73,7 @@ std::string print_config_change(const Actor &actor, const std::vector<EditRecord
 
 } // namespace
 
-void publish_config_change(EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits) {
+void publish_config_change(events::EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits) {
     publish(events, "netconf-config-change", print_config_change(actor, edits));
 }
 
@@ -82,11 +82,11 @@ std::string usual_event() {
     return event_element("netconf-config-change", print_config_change({1, "user"}, edits));
 }
 
-void publish_session_start(EventStream &events, const Actor &session) {
+void publish_session_start(events::EventStream &events, const Actor &session) {
     publish(events, "netconf-session-start", print_session(session));
 }
 
-void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
+void publish_session_end(events::EventStream &events, const Actor &session, const std::string &reason,
                          std::optional<uint32_t> killed_by) {
     std::string xml = print_session(session);
     if (killed_by.has_value())
@@ -94,7 +94,7 @@ void publish_session_end(EventStream &events, const Actor &session, const std::s
     publish(events, "netconf-session-end", xml + text_element("termination-reason", reason));
 }
 
-void publish_confirmed_commit(EventStream &events, const Actor &actor, const std::string &what,
+void publish_confirmed_commit(events::EventStream &events, const Actor &actor, const std::string &what,
                               std::optional<std::chrono::seconds> timeout) {
     std::string xml = (actor.session != 0 ? print_session(actor) : "") + text_element("confirm-event", what);
     if (timeout.has_value())
@@ -102,7 +102,7 @@ void publish_confirmed_commit(EventStream &events, const Actor &actor, const std
     publish(events, "netconf-confirmed-commit", xml);
 }
 
-void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
+void publish_neighbor_change(events::EventStream &events, const std::string &change, const std::string &interface,
                              const std::string &id, const std::string &data) {
     events.publish("yfw-lldp-notifications", "neighbor-change",
                    "<neighbor-change xmlns=\"urn:yfw:yang:yfw-lldp-notifications\">" +

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "frontends/netconf/event_stream.h"
-#include "host/edit.h"
+#include "device/events/event_stream.h"
+#include "yang/edit.h"
 
 namespace yfw::netconf {
 
@@ -27,26 +27,26 @@ struct EditRecord {
 
 // What an edit touches: the leaves that it sets, and the topmost node of what is replaced or taken away as a
 // whole.
-std::vector<EditRecord> edit_records(const host::EditNode &edit);
+std::vector<EditRecord> edit_records(const yang::EditNode &edit);
 
-void publish_config_change(EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits);
+void publish_config_change(events::EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits);
 
 // The element of an event as large as they usually are, to try a filter on.
 std::string usual_event();
 
-void publish_session_start(EventStream &events, const Actor &session);
+void publish_session_start(events::EventStream &events, const Actor &session);
 
 // `reason`: a word of termination-reason; `killed_by`: a session, for "killed".
-void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
+void publish_session_end(events::EventStream &events, const Actor &session, const std::string &reason,
                          std::optional<uint32_t> killed_by);
 
 // `what`: a word of confirm-event; `timeout`: for "start" and "extend".
-void publish_confirmed_commit(EventStream &events, const Actor &actor, const std::string &what,
+void publish_confirmed_commit(events::EventStream &events, const Actor &actor, const std::string &what,
                               std::optional<std::chrono::seconds> timeout);
 
 // An event of yfw-lldp-notifications. `change`: added, updated or removed; `data`: the neighbor as a read shows
 // it, printed.
-void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
+void publish_neighbor_change(events::EventStream &events, const std::string &change, const std::string &interface,
                              const std::string &id, const std::string &data);
 
 } // namespace yfw::netconf

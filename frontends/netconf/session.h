@@ -7,7 +7,7 @@
 #include <string>
 
 #include "frontends/netconf/conversation.h"
-#include "frontends/netconf/event_stream.h"
+#include "device/events/event_stream.h"
 #include "frontends/netconf/framing.h"
 
 struct bufferevent;
@@ -39,7 +39,7 @@ public:
     // The answer to the request under way.
     void reply(const Reply &reply);
     // An event that it may have subscribed to.
-    void tell(const SharedEvent &event);
+    void tell(const events::SharedEvent &event);
 
 private:
     static void on_read(bufferevent *, void *self);
@@ -62,10 +62,10 @@ private:
     bool is_full() const;
     void subscribe(std::shared_ptr<const Subscription> subscription);
     void replay();
-    bool wants(const Event &event) const;
-    void stop_at(EventTime time);
+    bool wants(const events::Event &event) const;
+    void stop_at(events::EventTime time);
     void end_subscription();
-    void notify(SharedEvent event);
+    void notify(events::SharedEvent event);
     void notify_now(const std::string &event);
     void write_notifications();
 
@@ -85,7 +85,7 @@ private:
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
     uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
-    std::deque<SharedEvent> notifications_; // that have to wait until the client reads
+    std::deque<events::SharedEvent> notifications_; // that have to wait until the client reads
     size_t notifications_bytes_ = 0;
 };
 

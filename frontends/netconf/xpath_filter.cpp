@@ -106,12 +106,12 @@ private:
 
 } // namespace
 
-host::DataTree xpath_filtered(host::DataTree data, const Filter &filter, uint32_t depth, XPathUse use) {
+yang::DataTree xpath_filtered(yang::DataTree data, const Filter &filter, uint32_t depth, XPathUse use) {
     const XPathDocument document(data.get());
     const std::vector<bool> selected = selected_by(document, filter, use);
     lyd_node *forest = data.release();
     Pruning(selected, depth).prune_forest(forest);
-    return host::DataTree(forest);
+    return yang::DataTree(forest);
 }
 
 } // namespace yfw::netconf

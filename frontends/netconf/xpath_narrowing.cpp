@@ -52,12 +52,12 @@ public:
     Steps(const Tokens &tokens, const Prefixes &prefixes) : tokens_(tokens), prefixes_(prefixes) {}
 
     // Nothing when the operand may be about all of it; an empty path when it is about none of it.
-    std::optional<host::Path> below(const lysc_node *root) {
+    std::optional<yang::Path> below(const lysc_node *root) {
         if (!takes("/") || !is_name())
             return std::nullopt;
         if (!means(root))
-            return tokens_[at_].text == "*" ? std::nullopt : std::optional<host::Path>(host::Path{});
-        host::Path path{{root, {}}};
+            return tokens_[at_].text == "*" ? std::nullopt : std::optional<yang::Path>(yang::Path{});
+        yang::Path path{{root, {}}};
         at_++;
         while (take_predicates(path.back()) && takes("/") && is_name()) {
             const lysc_node *child = child_meant(path.back().node);
@@ -107,12 +107,12 @@ private:
     }
 
     // False when something stands here that a path cannot say: the step is then needed whole.
-    bool take_predicates(host::PathStep &step) {
+    bool take_predicates(yang::PathStep &step) {
         while (at("[")) {
             const lysc_node *key = key_named(step.node);
             const bool is_second =
                 std::any_of(step.predicates.begin(), step.predicates.end(),
-                            [key](const host::Predicate &other) { return other.leaf == key; });
+                            [key](const yang::Predicate &other) { return other.leaf == key; });
             if (key == nullptr || is_second)
                 return false;
             const std::string_view quoted = tokens_[at_ + 3].text;
@@ -141,14 +141,14 @@ private:
 
 } // namespace
 
-std::optional<std::vector<host::Path>> xpath_narrowing(const std::string &expression, const Prefixes &prefixes,
+std::optional<std::vector<yang::Path>> xpath_narrowing(const std::string &expression, const Prefixes &prefixes,
                                                        const lysc_node *root) {
     const Tokens tokens = xpath_tokens(expression);
     if (reaches_elsewhere(tokens))
         return std::nullopt;
-    std::vector<host::Path> paths;
+    std::vector<yang::Path> paths;
     for (const Tokens &operand : operands_of(tokens)) {
-        std::optional<host::Path> path = Steps(operand, prefixes).below(root);
+        std::optional<yang::Path> path = Steps(operand, prefixes).below(root);
         if (!path.has_value() || paths.size() == most_paths)
             return std::nullopt;
         if (!path->empty())

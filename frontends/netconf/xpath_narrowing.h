@@ -7,14 +7,14 @@
 #include <vector>
 
 #include "frontends/netconf/xml.h"
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace yfw::netconf {
 
 // Paths below `root` outside of which the expression neither selects nor looks at anything, so that no more has
 // to be mapped; none when it is about other data alone. Nothing when that cannot be told: it may then be about
 // all data.
-std::optional<std::vector<host::Path>> xpath_narrowing(const std::string &expression, const Prefixes &prefixes,
+std::optional<std::vector<yang::Path>> xpath_narrowing(const std::string &expression, const Prefixes &prefixes,
                                                        const lysc_node *root);
 
 } // namespace yfw::netconf

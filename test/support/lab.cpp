@@ -10,9 +10,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "frontends/lab/daemon.h"
-#include "frontends/lab/daemon_questions.h"
-#include "frontends/lab/process.h"
+#include "base/process.h"
+#include "lab/daemon.h"
+#include "lab/daemon_questions.h"
 
 namespace yfw::test {
 namespace {
@@ -24,9 +24,9 @@ constexpr const char *own_prefix = "yl";
 
 std::string run_program(const std::string &name, const std::string &package,
                         const std::vector<std::string> &arguments) {
-    std::vector<std::string> words{lab::find_program(name, package)};
+    std::vector<std::string> words{find_program(name, package)};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    const lab::Finished finished = lab::run(words);
+    const Finished finished = yfw::run(words);
     if (finished.status != 0)
         throw std::runtime_error(name + ": " + finished.reason());
     return finished.output;
@@ -38,9 +38,9 @@ std::string lab_obstacle() {
     if (geteuid() != 0)
         return "a laboratory needs root";
     try {
-        lab::find_program("lldpd", "lldpd");
-        lab::find_program("lldpcli", "lldpd");
-        lab::find_program("ip", "iproute2");
+        find_program("lldpd", "lldpd");
+        find_program("lldpcli", "lldpd");
+        find_program("ip", "iproute2");
     } catch (const std::exception &error) {
         return error.what();
     }

@@ -12,8 +12,8 @@
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
 
-#include "frontends/lab/lab_directory.h"
-#include "frontends/lab/topology_file.h"
+#include "lab/lab_directory.h"
+#include "lab/topology_file.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
 #include "support/files.h"

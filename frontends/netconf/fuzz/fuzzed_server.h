@@ -32,16 +32,16 @@ private:
     struct State {
         explicit State(FuzzedServer &all);
 
-        EventStream events;
+        events::EventStream events;
         Datastores datastores;
         Monitoring monitoring;
         Server server;
     };
 
     std::filesystem::path directory_; // of the store alone
-    host::Schemas schemas_;
+    yang::Schemas schemas_;
     sources::FileSource recorded_;
-    host::ConfiguredSource source_;
+    device::ConfiguredSource source_;
     host::Engine engine_;
     ProtocolModules modules_;
     std::optional<State> state_;

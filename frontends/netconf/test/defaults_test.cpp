@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "frontends/netconf/defaults.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {
@@ -23,15 +23,15 @@ protected:
         std::erase(xml, '\r');
         lyd_node *read = nullptr;
         lyd_parse_data_mem(schemas_.context(), xml.c_str(), LYD_XML, LYD_PARSE_ONLY, 0, &read);
-        const host::DataTree owner(read);
+        const yang::DataTree owner(read);
         lyd_node *leaf = nullptr;
         lyd_find_path(read, path, 0, &leaf);
         return leaf != nullptr ? lyd_get_value(leaf) : "nothing";
     }
 
     static constexpr const char *path = "/openconfig-lldp:lldp/config/system-description";
-    const host::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR};
-    host::DataTree data_;
+    const yang::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR};
+    yang::DataTree data_;
 };
 
 TEST_P(AText, IsWhatItWasWhenAClientReadsIt) {

@@ -6,13 +6,13 @@
 
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/rpc_error.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {
 
-const host::Schemas &schemas() {
-    static const host::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+const yang::Schemas &schemas() {
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
     return loaded;
 }
 
@@ -76,10 +76,10 @@ TEST(AnIdentityOfAnotherNamespace, MatchesNothingOfItsName) {
 
 // --- XPath ---
 
-host::DataTree some_data() {
+yang::DataTree some_data() {
     lyd_node *data = nullptr;
     lyd_new_path(nullptr, schemas().context(), "/openconfig-lldp:lldp/config/system-name", "r1", 0, &data);
-    return host::DataTree(data);
+    return yang::DataTree(data);
 }
 
 std::string xpath_filter(const std::string &expression) {

@@ -12,7 +12,6 @@
 namespace yfw::netconf {
 namespace {
 
-using host::ErrorTag;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
 
@@ -93,7 +92,7 @@ class AnErrorOfTheHost : public testing::TestWithParam<TagCase> {};
 const std::string place = "/lldp/interfaces/interface[name='eth1']/config/nonsense";
 
 TEST_P(AnErrorOfTheHost, HasItsTagAndMessage) {
-    const Document document = in_a_reply(rpc_error_of(host::Error(GetParam().tag, place, "the message")));
+    const Document document = in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message")));
     const Element error = document.root().children().at(0);
     EXPECT_EQ(text_of(error, "error-tag"), GetParam().name);
     EXPECT_EQ(text_of(error, "error-type"), "application");
@@ -102,14 +101,14 @@ TEST_P(AnErrorOfTheHost, HasItsTagAndMessage) {
 }
 
 TEST_P(AnErrorOfTheHost, HasTheErrorInfoThatIsMandatoryForItsTag) {
-    const Document document = in_a_reply(rpc_error_of(host::Error(GetParam().tag, place, "the message")));
+    const Document document = in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message")));
     const std::optional<Element> info = document.root().children().at(0).child("error-info");
     EXPECT_THAT(info.has_value() ? names_of(info->children()) : std::vector<std::string>{},
                 IsSupersetOf(GetParam().info));
 }
 
 TEST_P(AnErrorOfTheHost, HasAPathWhosePrefixesAreDeclared) {
-    const Document document = in_a_reply(rpc_error_of(host::Error(GetParam().tag, place, "the message")));
+    const Document document = in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message")));
     const std::optional<Element> path = document.root().children().at(0).child("error-path");
     ASSERT_TRUE(path.has_value());
     const std::string prefix = path->text().substr(1, path->text().find(':') - 1);
@@ -140,12 +139,12 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 TEST(AnErrorOfTheHostWithoutAPlace, HasNoPath) {
-    const Document document = in_a_reply(rpc_error_of(host::Error(ErrorTag::operation_failed, "", "no store")));
+    const Document document = in_a_reply(rpc_error_of(Error(ErrorTag::operation_failed, "", "no store")));
     EXPECT_FALSE(document.root().children().at(0).child("error-path").has_value());
 }
 
 TEST(AnErrorOfTheHostWithAKeyOfManyCharacters, IsStillXml) {
-    const host::Error error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name=\"<&'/:>\"]/config",
+    const Error error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name=\"<&'/:>\"]/config",
                             "bad");
     const Document document = in_a_reply(rpc_error_of(error));
     EXPECT_THAT(text_of(document.root().children().at(0), "error-path"), testing::HasSubstr("\"<&'/:>\""));

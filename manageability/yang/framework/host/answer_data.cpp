@@ -4,9 +4,9 @@
 #include <cstring>
 #include <unordered_set>
 
-#include "host/error.h"
-#include "host/schemas.h"
-#include "host/yang_text.h"
+#include "base/error.h"
+#include "yang/schemas.h"
+#include "yang/yang_text.h"
 
 namespace yfw::host {
 namespace {
@@ -42,14 +42,14 @@ class Writer {
 public:
     Writer(Content content, std::vector<std::string> &warnings) : content_(content), warnings_(warnings) {}
 
-    DataTree write(const AnswerEntry &root, const Selection &selection) {
+    yang::DataTree write(const AnswerEntry &root, const Selection &selection) {
         const AnswerSlot &slot = root.slots[0];
         const AnswerNode &top = *root.schema->children[0];
         if (slot.container == nullptr)
             return nullptr;
         lyd_node *node = nullptr;
         lyd_new_inner(nullptr, top.schema->module, top.schema->name, 0, &node);
-        DataTree data(node);
+        yang::DataTree data(node);
         children(*slot.container, {&selection}, node);
         return lyd_child(node) != nullptr ? std::move(data) : nullptr;
     }
@@ -92,7 +92,7 @@ private:
         if (!wanted_content(schema.schema))
             return;
         const lysc_node *node = schema.schema;
-        if (!is_yang_text(text))
+        if (!yang::is_yang_text(text))
             warnings_.push_back(place(to, node->name) + ": a value that is no text is left out");
         else if (lyd_new_term(to, node->module, node->name, text, 0, nullptr) != LY_SUCCESS)
             warn(to, node->name, text);
@@ -203,7 +203,7 @@ private:
             }
         }
         if (std::any_of(std::begin(keys), std::end(keys),
-                        [](const char *key) { return key != nullptr && !is_yang_text(key); })) {
+                        [](const char *key) { return key != nullptr && !yang::is_yang_text(key); })) {
             warnings_.push_back(place(to, node->name) + ": an entry whose key is no text is left out");
             return nullptr;
         }
@@ -223,7 +223,7 @@ private:
 
     void warn(const lyd_node *parent, const char *name, const char *value) {
         warnings_.push_back(place(parent, name) + ": \"" + value +
-                            "\" is left out: " + take_yang_error(parent->schema->module->ctx));
+                            "\" is left out: " + yang::take_yang_error(parent->schema->module->ctx));
     }
 
     Content content_;
@@ -232,8 +232,8 @@ private:
 
 } // namespace
 
-DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
-                     std::vector<std::string> &warnings) {
+yang::DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
+                           std::vector<std::string> &warnings) {
     for (const std::string &path : tree.unknown_paths())
         warnings.push_back(path + ": the OpenConfig model in use has no such node; it is left out");
     return Writer(content, warnings).write(tree.root_entry(), selection);

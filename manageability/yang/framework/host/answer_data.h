@@ -6,15 +6,15 @@
 #include <vector>
 
 #include "host/answer_tree.h"
-#include "host/data_tree.h"
 #include "host/request.h"
+#include "yang/data_tree.h"
 
 namespace yfw::host {
 
 // Makes the data of `tree` that `selection` and `content` select; NULL when nothing is selected. A value that
 // the model does not allow, or a list entry without usable keys, is left out with a line in `warnings`.
-DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
-                     std::vector<std::string> &warnings);
+yang::DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
+                           std::vector<std::string> &warnings);
 
 } // namespace yfw::host
 

@@ -4,10 +4,10 @@
 #include <cstring>
 #include <deque>
 
+#include "base/error.h"
 #include "host/answer_data.h"
 #include "host/answer_tree.h"
-#include "host/device.h"
-#include "host/error.h"
+#include "host/device_snapshot.h"
 #include "host/host_status.h"
 #include "host/mapping_log.h"
 #include "host/native_response.h"
@@ -53,8 +53,8 @@ ErrorTag tag_of(terrno status) {
 }
 
 // Whether something that holds list entries is deleted or replaced as a whole.
-bool takes_lists_away(const EditNode &edit) {
-    const bool whole = takes_away(edit.operation) || edit.operation == Operation::replace;
+bool takes_lists_away(const yang::EditNode &edit) {
+    const bool whole = yang::takes_away(edit.operation) || edit.operation == yang::Operation::replace;
     if (whole && edit.node->nodetype == LYS_CONTAINER)
         for (const lysc_node *child = lysc_node_child(edit.node); child != nullptr; child = child->next)
             if ((child->nodetype & (LYS_LIST | LYS_CONTAINER)) != 0)
@@ -75,7 +75,7 @@ std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
     return roots;
 }
 
-void merge(DataTree &into, DataTree part) {
+void merge(yang::DataTree &into, yang::DataTree part) {
     if (!into) {
         into = std::move(part);
     } else if (part) {
@@ -130,7 +130,7 @@ struct Engine::Pass {
     }
 };
 
-Engine::Engine(const Schemas &schemas, sources::NativeSource &source,
+Engine::Engine(const yang::Schemas &schemas, sources::NativeSource &source,
                const std::filesystem::path &plugin_library)
     : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()),
       plugin_library_(plugin_library), plugin_(std::make_unique<Plugin>(plugin_library)),
@@ -158,7 +158,7 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<sources
 // take memory at once.
 std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
                                                             Content content, sources::Snapshot native) {
-    const Device device(schemas_, std::move(native));
+    const DeviceSnapshot device(schemas_, std::move(native));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -169,7 +169,7 @@ std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Se
 }
 
 std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content,
-                                             const Device &device) {
+                                             const DeviceSnapshot &device) {
     if (sums_may_be_left_)
         start_plugin_anew();
     Pass pass(traits_of(selection, content, trace_), trace_buffer_);
@@ -219,9 +219,9 @@ terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &pa
 }
 
 // An edit's native data is the running configuration: that is what the platform answers from.
-std::vector<NativePath> Engine::map_edit(const EditNode &edit, SharedData running) {
+std::vector<NativePath> Engine::map_edit(const yang::EditNode &edit, yang::SharedData running) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    const Device device(schemas_, {std::move(running)});
+    const DeviceSnapshot device(schemas_, {std::move(running)});
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -245,11 +245,11 @@ Explanation Engine::explain(const ReadRequest &request) {
     return explanation_of(paths);
 }
 
-Explanation Engine::explain(const EditNode &edit, SharedData running) {
+Explanation Engine::explain(const yang::EditNode &edit, yang::SharedData running) {
     trace_buffer_.clear();
     explaining_ = true;
     NativePaths paths;
-    const Device device(schemas_, {std::move(running)});
+    const DeviceSnapshot device(schemas_, {std::move(running)});
     const std::lock_guard<std::mutex> serialised(one_request_);
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
@@ -265,7 +265,7 @@ Explanation Engine::explanation_of(const NativePaths &paths) {
 }
 
 // Returns whether a replace stopped after its delete pass: what it brings is then still to be merged.
-bool Engine::walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths &paths) {
+bool Engine::walk_edit(const yang::EditNode &edit, bool replace_as_merge, NativePaths &paths) {
     RequestTraits traits;
     traits.kind = YMAP_REQ_EDIT_ONE_KEY; // an entry is edited by exactly one key
     traits.trace = trace_;
@@ -278,7 +278,8 @@ bool Engine::walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths 
     return pass.context.replace_unfinished();
 }
 
-void Engine::walk_responses(Pass &pass, const NativePaths &paths, const Device &device, AnswerTree &answer) {
+void Engine::walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device,
+                            AnswerTree &answer) {
     NativeSelection selection(schemas_);
     for (const NativePath &path : paths.paths())
         selection.add(path);

@@ -11,33 +11,34 @@
 #include <vector>
 
 #include "host/answer_schema.h"
-#include "host/data_tree.h"
-#include "host/edit.h"
 #include "host/explanation.h"
 #include "host/native_paths.h"
 #include "host/plugin.h"
 #include "host/request.h"
-#include "host/schemas.h"
 #include "platform/platform.h"
 #include "platform/trace_buffer.h"
 #include "sources/native_source.h"
+#include "yang/data_tree.h"
+#include "yang/edit.h"
+#include "yang/schemas.h"
 
 namespace yfw::host {
 
 class AnswerTree;
-class Device;
+class DeviceSnapshot;
 class RequestContext;
 class RequestTree;
 
 struct Answer {
-    DataTree data;                     // below /lldp; NULL when nothing was found
+    yang::DataTree data;               // below /lldp; NULL when nothing was found
     std::vector<std::string> warnings; // what had to be left out, one line each
 };
 
 // Borrows the schemas and the source. Requests of several threads are served one after the other.
 class Engine {
 public:
-    Engine(const Schemas &schemas, sources::NativeSource &source, const std::filesystem::path &plugin_library);
+    Engine(const yang::Schemas &schemas, sources::NativeSource &source,
+           const std::filesystem::path &plugin_library);
 
     // With tracing the plug-in's debug log holds every callback's steps, and the trace buffer is filled.
     void set_trace(bool on) { trace_ = on; }
@@ -50,11 +51,11 @@ public:
 
     // The native edits that an OpenConfig edit comes down to, in order, on a device with this running
     // configuration. Nothing is applied. Throws Error when the mapping refuses the edit.
-    std::vector<NativePath> map_edit(const EditNode &edit, SharedData running);
+    std::vector<NativePath> map_edit(const yang::EditNode &edit, yang::SharedData running);
 
     // What the plug-in does with a read or an edit, without reading or changing a device.
     Explanation explain(const ReadRequest &request);
-    Explanation explain(const EditNode &edit, SharedData running);
+    Explanation explain(const yang::EditNode &edit, yang::SharedData running);
 
 private:
     struct Pass;
@@ -62,16 +63,17 @@ private:
     Answer read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native);
     std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
                                                         sources::Snapshot native);
-    std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content, const Device &device);
+    std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content,
+                                         const DeviceSnapshot &device);
     void start_plugin_anew();
     void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);
     terrno walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths);
-    bool walk_edit(const EditNode &edit, bool replace_as_merge, NativePaths &paths);
+    bool walk_edit(const yang::EditNode &edit, bool replace_as_merge, NativePaths &paths);
     Explanation explanation_of(const NativePaths &paths);
     terrno walk_once(Pass &pass, const Selection &selection, NativePaths &paths);
-    void walk_responses(Pass &pass, const NativePaths &paths, const Device &device, AnswerTree &answer);
+    void walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device, AnswerTree &answer);
 
-    const Schemas &schemas_;
+    const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     AnswerSchema answer_schema_;
     std::filesystem::path plugin_library_;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "host/callback_names.h"
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace yfw::host {
 namespace {
@@ -56,7 +56,7 @@ private:
 
     void enter(const std::string &function) {
         if (const lysc_node *node = names_.node_of_walker(function)) {
-            into_.push_back({schema_path(node), {}, {}});
+            into_.push_back({yang::schema_path(node), {}, {}});
             running_.push_back({function, into_.size() - 1});
             return;
         }

@@ -1,7 +1,7 @@
 #include "host/native_selection.h"
 
-#include "host/error.h"
-#include "host/path_words.h"
+#include "base/error.h"
+#include "yang/path_words.h"
 
 namespace yfw::host {
 namespace {
@@ -37,13 +37,13 @@ SelectedNode &NativeSelection::tree_for(const NativePath &path, std::string_view
 }
 
 void NativeSelection::add(const NativePath &path) {
-    PathWords words(path.path);
+    yang::PathWords words(path.path);
     std::string_view word;
     if (!words.next(word))
         unknown(path);
     SelectedNode *at = &tree_for(path, word);
     while (words.next(word)) {
-        const lysc_node *schema = schema_child(at->node, word);
+        const lysc_node *schema = yang::schema_child(at->node, word);
         if (schema == nullptr)
             unknown(path);
         at = &find_or_add(at->children, schema);

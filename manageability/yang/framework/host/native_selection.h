@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/native_paths.h"
-#include "host/schemas.h"
+#include "yang/schemas.h"
 
 namespace yfw::host {
 
@@ -23,7 +23,7 @@ struct SelectedNode {
 
 class NativeSelection {
 public:
-    explicit NativeSelection(const Schemas &schemas) : schemas_(schemas) {}
+    explicit NativeSelection(const yang::Schemas &schemas) : schemas_(schemas) {}
 
     // Adds a path; one that ends in a container or list selects it whole. Throws Error for a path that the
     // native models do not have.
@@ -35,7 +35,7 @@ public:
 private:
     SelectedNode &tree_for(const NativePath &path, std::string_view top);
 
-    const Schemas &schemas_;
+    const yang::Schemas &schemas_;
     std::vector<std::unique_ptr<SelectedNode>> trees_;
 };
 

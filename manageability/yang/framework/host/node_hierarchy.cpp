@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/path_words.h"
+#include "yang/path_words.h"
 
 namespace yfw::host {
 namespace {
@@ -45,7 +45,7 @@ void NodeHierarchy::pop(const tidl_yfw_datatree *node) {
 }
 
 const char *NodeHierarchy::value(std::string_view path, std::string_view leaf) const {
-    PathWords words(path);
+    yang::PathWords words(path);
     std::string_view word;
     const tidl_yfw_datatree *at = nullptr;
     size_t standing = 0;
@@ -65,7 +65,7 @@ const char *NodeHierarchy::value(std::string_view path, std::string_view leaf) c
 }
 
 bool NodeHierarchy::select_list_entry(std::string_view path) {
-    PathWords words(path);
+    yang::PathWords words(path);
     std::string_view word;
     size_t depth = 0;
     while (words.next(word)) {

@@ -4,7 +4,7 @@
 
 #include <dlfcn.h>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::host {
 namespace {

@@ -5,7 +5,7 @@
 namespace yfw::host {
 namespace {
 
-bool same_entry(const Selection &existing, const PathStep &step) {
+bool same_entry(const Selection &existing, const yang::PathStep &step) {
     if (existing.node != step.node)
         return false;
     if (existing.node->nodetype == LYS_LEAF)
@@ -15,40 +15,40 @@ bool same_entry(const Selection &existing, const PathStep &step) {
         valued += child.value.has_value() ? 1 : 0;
     if (valued != step.predicates.size())
         return false;
-    return std::all_of(step.predicates.begin(), step.predicates.end(), [&](const Predicate &predicate) {
+    return std::all_of(step.predicates.begin(), step.predicates.end(), [&](const yang::Predicate &predicate) {
         return std::any_of(existing.children.begin(), existing.children.end(), [&](const Selection &child) {
             return child.node == predicate.leaf && child.value == predicate.value;
         });
     });
 }
 
-Selection &child_for(Selection &parent, const PathStep &step) {
+Selection &child_for(Selection &parent, const yang::PathStep &step) {
     for (Selection &child : parent.children)
         if (same_entry(child, step))
             return child;
     Selection &added = parent.children.emplace_back();
     added.node = step.node;
-    for (const Predicate &predicate : step.predicates)
+    for (const yang::Predicate &predicate : step.predicates)
         added.children.push_back({predicate.leaf, predicate.value, {}, false});
     return added;
 }
 
-void add_path(Selection &root, const Path &path) {
+void add_path(Selection &root, const yang::Path &path) {
     Selection *at = &root;
     for (size_t i = 1; i < path.size(); i++)
         at = &child_for(*at, path[i]);
     at->named = at->value.has_value();
 }
 
-bool contains(const Path &outer, const Path &inner) {
+bool contains(const yang::Path &outer, const yang::Path &inner) {
     if (outer.size() > inner.size())
         return false;
     for (size_t i = 0; i < outer.size(); i++) {
         if (outer[i].node != inner[i].node)
             return false;
-        for (const Predicate &predicate : outer[i].predicates)
+        for (const yang::Predicate &predicate : outer[i].predicates)
             if (std::none_of(inner[i].predicates.begin(), inner[i].predicates.end(),
-                             [&](const Predicate &other) {
+                             [&](const yang::Predicate &other) {
                                  return other.leaf == predicate.leaf && other.value == predicate.value;
                              }))
                 return false;
@@ -57,8 +57,8 @@ bool contains(const Path &outer, const Path &inner) {
 }
 
 // Leaves out the paths that another one contains, and repetitions.
-std::vector<Path> outermost(const std::vector<Path> &paths) {
-    std::vector<Path> kept;
+std::vector<yang::Path> outermost(const std::vector<yang::Path> &paths) {
+    std::vector<yang::Path> kept;
     for (size_t i = 0; i < paths.size(); i++) {
         bool contained = false;
         for (size_t j = 0; j < paths.size() && !contained; j++)
@@ -89,9 +89,9 @@ bool Selection::selects_below() const {
                        [](const Selection &child) { return !child.only_narrows(); });
 }
 
-Selection merge_paths(const std::vector<Path> &paths) {
+Selection merge_paths(const std::vector<yang::Path> &paths) {
     Selection root{paths.front().front().node, std::nullopt, {}, false};
-    for (const Path &path : outermost(paths))
+    for (const yang::Path &path : outermost(paths))
         add_path(root, path);
     return root;
 }

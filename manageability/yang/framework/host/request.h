@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/path.h"
+#include "yang/path.h"
 
 namespace yfw::host {
 
@@ -32,7 +32,7 @@ struct Selection {
 // A read of the OpenConfig tree.
 struct ReadRequest {
     Content content = Content::all;
-    std::vector<Path> paths;
+    std::vector<yang::Path> paths;
     std::optional<Selection> selection; // instead of the paths
 };
 
@@ -41,7 +41,7 @@ Selection selection_of(const ReadRequest &request);
 
 // Merges the paths into one tree; list entries with the same keys become one. The root is the first step of the
 // paths, which must not be empty.
-Selection merge_paths(const std::vector<Path> &paths);
+Selection merge_paths(const std::vector<yang::Path> &paths);
 
 // Splits a tree in which a list stands more than once below one parent into trees in which none does: the
 // mapping remembers one key of a list at a time. Together they select what `root` selects.

@@ -28,7 +28,7 @@ RequestTree::RequestTree(const Selection &selection) {
     fill(root_, selection);
 }
 
-RequestTree::RequestTree(const EditNode &edit, bool replace_as_merge) {
+RequestTree::RequestTree(const yang::EditNode &edit, bool replace_as_merge) {
     fill(root_, edit, replace_as_merge);
 }
 
@@ -75,17 +75,17 @@ void RequestTree::fill(tidl_yfw_datatree &to, const Selection &from) {
 }
 
 // What is created is merged: that it was not there has been checked.
-void RequestTree::fill(tidl_yfw_datatree &to, const EditNode &from, bool replace_as_merge) {
+void RequestTree::fill(tidl_yfw_datatree &to, const yang::EditNode &from, bool replace_as_merge) {
     fill_node(to, from.node, from.value);
-    if (from.operation == Operation::replace && !replace_as_merge)
+    if (from.operation == yang::Operation::replace && !replace_as_merge)
         to.operation = YFW_OP_REPLACE;
-    else if (from.operation == Operation::delete_existing)
+    else if (from.operation == yang::Operation::delete_existing)
         to.operation = YFW_OP_DELETE;
-    else if (from.operation == Operation::remove)
+    else if (from.operation == yang::Operation::remove)
         to.operation = YFW_OP_REMOVE;
-    std::vector<const EditNode *> children;
-    for (const EditNode &child : from.children)
-        if (child.is_key() || !child.value.has_value() || child.operation != Operation::none)
+    std::vector<const yang::EditNode *> children;
+    for (const yang::EditNode &child : from.children)
+        if (child.is_key() || !child.value.has_value() || child.operation != yang::Operation::none)
             children.push_back(&child); // a leaf that nothing happens to is left out
     make_children(to, children.size());
     for (size_t i = 0; i < children.size(); i++)

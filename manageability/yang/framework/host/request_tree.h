@@ -4,9 +4,9 @@
 
 #include <memory_resource>
 
-#include "host/edit.h"
 #include "host/request.h"
 #include "host/tree_owner.h"
+#include "yang/edit.h"
 
 namespace yfw::host {
 
@@ -16,7 +16,7 @@ public:
     // Texts are copied. Identity values lose their module's name: the plug-in knows them without.
     explicit RequestTree(const Selection &selection);
     // `replace_as_merge`: what was replaced is given as merged.
-    RequestTree(const EditNode &edit, bool replace_as_merge);
+    RequestTree(const yang::EditNode &edit, bool replace_as_merge);
 
     const tidl_yfw_datatree *root() const { return &root_; }
 
@@ -30,7 +30,7 @@ private:
     void fill_node(tidl_yfw_datatree &to, const lysc_node *node, const std::optional<std::string> &value);
     void make_children(tidl_yfw_datatree &to, size_t count);
     void fill(tidl_yfw_datatree &to, const Selection &from);
-    void fill(tidl_yfw_datatree &to, const EditNode &from, bool replace_as_merge);
+    void fill(tidl_yfw_datatree &to, const yang::EditNode &from, bool replace_as_merge);
 
     std::pmr::monotonic_buffer_resource memory_;
     tidl_yfw_datatree root_{};

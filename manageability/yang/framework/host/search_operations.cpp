@@ -6,8 +6,8 @@
 
 #include "host/host_status.h"
 #include "host/node_hierarchy.h"
-#include "host/path_words.h"
 #include "host/tree_owner.h"
+#include "yang/path_words.h"
 
 namespace {
 
@@ -76,7 +76,7 @@ terrno yfw_map_tree_xpath_operations(yfw_map_ctx, yfw_map_xpath_query *query) {
     constexpr uint32_t below_start = 3;
     if (query->operation != value_of_leaf || query->operation_kind != below_start || query->start == nullptr)
         return status_bad_argument;
-    PathWords words(query->xpath);
+    yfw::yang::PathWords words(query->xpath);
     std::string_view word;
     const tidl_yfw_datatree *at = query->start;
     while (at != nullptr && words.next(word))

@@ -5,15 +5,15 @@
 #include <optional>
 #include <utility>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources {
 
 // Native data at one moment.
 struct Snapshot {
-    host::SharedData data;
+    yang::SharedData data;
     // The running configuration, where it is not the data's own.
-    std::optional<host::SharedData> configuration = std::nullopt;
+    std::optional<yang::SharedData> configuration = std::nullopt;
 };
 
 // A device as the host reads it.
@@ -21,9 +21,9 @@ class NativeSource {
 public:
     virtual ~NativeSource() = default;
 
-    // The native data at this moment, as one forest of valid data in `context`. Throws host::Error that names
+    // The native data at this moment, as one forest of valid data in `context`. Throws Error that names
     // the place of what cannot be read.
-    virtual host::DataTree read(const ly_ctx *context) = 0;
+    virtual yang::DataTree read(const ly_ctx *context) = 0;
 
     // The same for somebody who only looks at it: may be given out again as long as the device has not changed.
     // Safe for several threads when read() is.

@@ -2,11 +2,11 @@
 #ifndef YFW_SOURCES_NATIVE_TARGET_H
 #define YFW_SOURCES_NATIVE_TARGET_H
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources {
 
-// All of it throws host::Error that names the node of the configuration, or the device, that is at fault.
+// All of it throws Error that names the node of the configuration, or the device, that is at fault.
 // Configurations are forests of valid native data; NULL is an empty one.
 class NativeTarget {
 public:

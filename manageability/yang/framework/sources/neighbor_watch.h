@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources {
 
@@ -13,7 +13,7 @@ enum class NeighborChange { added, updated, removed };
 
 struct NeighborEvent {
     NeighborChange change = NeighborChange::added;
-    host::DataTree data; // native operational data of this neighbor alone
+    yang::DataTree data; // native operational data of this neighbor alone
 };
 
 // A stream of changes of a device's neighbors.
@@ -29,7 +29,7 @@ public:
         std::function<void()> back;
     };
 
-    // Calls the listener until `stop`, a descriptor, becomes readable. Throws host::Error when the device
+    // Calls the listener until `stop`, a descriptor, becomes readable. Throws Error when the device
     // cannot be reached in the first place. Data is made in `context`.
     virtual void run(const ly_ctx *context, int stop, const Listener &listener) = 0;
 };

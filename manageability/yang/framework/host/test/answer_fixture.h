@@ -65,7 +65,7 @@ protected:
     }
 
     // The answer to a request, as data; what had to be left out is in `warnings`.
-    DataTree data(const Lines &paths = {"/lldp"}, Content content = Content::all) {
+    yang::DataTree data(const Lines &paths = {"/lldp"}, Content content = Content::all) {
         warnings.clear();
         return make_answer(tree, selection(paths), content, warnings);
     }

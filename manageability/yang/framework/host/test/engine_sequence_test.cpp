@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "neighbor_tables.h"
 #include "test_device.h"
 

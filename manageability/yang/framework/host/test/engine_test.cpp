@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "neighbor_tables.h"
 #include "platform/debug_log.h"
 #include "test_device.h"
@@ -204,7 +204,7 @@ TEST_F(EngineRead, LosesOnlyTheCapabilityThatTheModelDoesNotKnow) {
 
 TEST_F(EngineRead, PassesOnWhyTheDeviceCannotBeRead) {
     class Unreadable final : public sources::NativeSource {
-        DataTree read(const ly_ctx *) override {
+        yang::DataTree read(const ly_ctx *) override {
             throw Error(ErrorTag::resource_denied, "device", "is out of reach");
         }
     } source;

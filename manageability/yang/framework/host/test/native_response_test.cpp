@@ -60,7 +60,7 @@ protected:
     }
 
     NativeSelection selected{schemas()};
-    DataTree data;
+    yang::DataTree data;
     std::unique_ptr<NativeResponse> made;
 };
 

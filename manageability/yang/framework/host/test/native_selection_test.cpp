@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "test_device.h"
 
 namespace yfw::host::test {

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "neighbor_tables.h"
 #include "test_device.h"
 
@@ -56,7 +56,7 @@ Lines subtree(const lyd_node *entry) {
     lyd_dup_single(entry, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS, &copy);
     while (copy != nullptr && lyd_parent(copy) != nullptr)
         copy = lyd_parent(copy);
-    const DataTree owner(copy);
+    const yang::DataTree owner(copy);
     return leaves(copy);
 }
 
@@ -160,8 +160,8 @@ void expect_to_be_read_back(const lyd_node *answer, LYD_FORMAT format) {
     lyd_node *parsed = nullptr;
     const LY_ERR status = lyd_parse_data_mem(schemas().context(), text.c_str(), format,
                                              LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &parsed);
-    const DataTree owner(parsed);
-    ASSERT_EQ(status, LY_SUCCESS) << take_yang_error(schemas().context());
+    const yang::DataTree owner(parsed);
+    ASSERT_EQ(status, LY_SUCCESS) << yang::take_yang_error(schemas().context());
     EXPECT_TRUE(same(leaves(parsed), leaves(answer)));
 }
 

@@ -10,7 +10,7 @@ class Stitch : public WrittenAnswer {
 protected:
     // The keys of the one neighbor in the answer: interface and id.
     std::pair<std::string, std::string> keys() {
-        const DataTree made = data();
+        const yang::DataTree made = data();
         const lyd_node *at = made.get();
         std::vector<std::string> found;
         while (at != nullptr && lyd_child(at) != nullptr) {

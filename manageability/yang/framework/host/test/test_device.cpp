@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "data_texts.h"
-#include "host/error.h"
 #include "oclldp_plugin.h"
 
 namespace yfw::host::test {
@@ -52,18 +52,9 @@ void forget_earlier_requests() {
 
 } // namespace
 
-const Schemas &schemas() {
-    static const Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
-    return loaded;
-}
-
 const AnswerSchema &answer_schema() {
     static const AnswerSchema made(schemas().openconfig_root());
     return made;
-}
-
-Path path(std::string_view text) {
-    return parse_path(schemas().openconfig_root(), text);
 }
 
 ReadRequest request(const std::vector<std::string> &paths, Content content) {
@@ -78,18 +69,18 @@ Selection selection(const std::vector<std::string> &paths) {
     return merge_paths(request(paths).paths);
 }
 
-DataTree native_data(const std::string &text, Order order) {
+yang::DataTree native_data(const std::string &text, Order order) {
     const LYD_FORMAT format = text.starts_with('{') ? LYD_JSON : LYD_XML;
     const uint32_t options = parse_options | (order == Order::kept ? LYD_PARSE_ORDERED : 0u);
     lyd_node *data = nullptr;
     const LY_ERR status = lyd_parse_data_mem(schemas().context(), text.c_str(), format, options, 0, &data);
-    DataTree tree(data);
+    yang::DataTree tree(data);
     if (status != LY_SUCCESS)
-        throw Error(ErrorTag::invalid_value, text, take_yang_error(schemas().context()));
+        throw Error(ErrorTag::invalid_value, text, yang::take_yang_error(schemas().context()));
     return tree;
 }
 
-DataTree TextSource::read(const ly_ctx *context) {
+yang::DataTree TextSource::read(const ly_ctx *context) {
     EXPECT_EQ(context, schemas().context());
     reads++;
     return native_data(xml);

@@ -1,4 +1,4 @@
-// The schemas of the tests, and a device whose native data a test writes down.
+// A device whose native data a test writes down.
 #ifndef HOST_TEST_TEST_DEVICE_H
 #define HOST_TEST_TEST_DEVICE_H
 
@@ -10,16 +10,17 @@
 #include "host/answer_schema.h"
 #include "host/engine.h"
 #include "host/request.h"
-#include "host/schemas.h"
 #include "sources/native_source.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::host::test {
 
+using yang::test::path;
+using yang::test::schemas;
+
 // Loaded when first asked for.
-const Schemas &schemas();
 const AnswerSchema &answer_schema();
 
-Path path(std::string_view text);
 ReadRequest request(const std::vector<std::string> &paths, Content content = Content::all);
 // The paths merged into one tree.
 Selection selection(const std::vector<std::string> &paths);
@@ -27,12 +28,12 @@ Selection selection(const std::vector<std::string> &paths);
 // Native instance data from XML or JSON. Either the order of the text is kept, as the file source does, or the
 // data may come in any order. Throws Error.
 enum class Order { kept, any };
-DataTree native_data(const std::string &text, Order order = Order::kept);
+yang::DataTree native_data(const std::string &text, Order order = Order::kept);
 
 // A device whose native data stands in `xml`; it may change from read to read.
 class TextSource final : public sources::NativeSource {
 public:
-    DataTree read(const ly_ctx *context) override;
+    yang::DataTree read(const ly_ctx *context) override;
 
     std::string xml;
     int reads = 0; // how often the device was read

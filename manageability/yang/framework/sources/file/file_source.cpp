@@ -10,15 +10,13 @@
 #include <sys/stat.h>
 #include <time.h>
 
-#include "host/error.h"
-#include "host/schemas.h"
+#include "base/error.h"
+#include "yang/schemas.h"
 
 namespace yfw::sources {
 namespace {
 
-using host::DataTree;
-using host::Error;
-using host::ErrorTag;
+using yang::DataTree;
 
 [[noreturn]] void fail(const std::filesystem::path &file, const std::string &message) {
     throw Error(ErrorTag::invalid_value, file.string(), message);
@@ -54,13 +52,13 @@ DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     const LYD_FORMAT format = format_of(file);
     ly_in *input = nullptr;
     if (ly_in_new_filepath(file.c_str(), 0, &input) != LY_SUCCESS)
-        fail(file, "cannot be read: " + host::take_yang_error(context));
+        fail(file, "cannot be read: " + yang::take_yang_error(context));
     const std::unique_ptr<ly_in, FreeInput> owner(input);
     lyd_node *data = nullptr;
     const LY_ERR status = lyd_parse_data(context, nullptr, input, format, parse_options, 0, &data);
     DataTree tree(data);
     if (status != LY_SUCCESS)
-        fail(file, host::take_yang_error(context));
+        fail(file, yang::take_yang_error(context));
     for (const lyd_node *top = data; top != nullptr; top = top->next)
         if (std::string_view(top->schema->module->name).starts_with("openconfig-"))
             fail(file, std::string("holds data of ") + top->schema->module->name + ": native data is expected");
@@ -76,7 +74,7 @@ void merge(DataTree &into, DataTree from, const std::filesystem::path &file, con
     const LY_ERR status = lyd_merge_siblings(&target, from.release(), LYD_MERGE_DESTRUCT);
     into.reset(target);
     if (status != LY_SUCCESS)
-        fail(file, "cannot be merged with the files before it: " + host::take_yang_error(context));
+        fail(file, "cannot be merged with the files before it: " + yang::take_yang_error(context));
 }
 
 bool holds_configuration(const lyd_node *top) {
@@ -95,7 +93,7 @@ void validate_configuration(DataTree &data, const std::filesystem::path &place) 
         const LY_ERR status = lyd_validate_module(&tree, module, 0, nullptr);
         data.reset(tree);
         if (status != LY_SUCCESS)
-            fail(place, host::take_yang_error(module->ctx));
+            fail(place, yang::take_yang_error(module->ctx));
     }
 }
 

@@ -26,11 +26,11 @@ public:
     // Files of XML or JSON instance data, told apart by their first character. Data of several files is merged.
     explicit FileSource(std::vector<std::filesystem::path> files) : files_(std::move(files)) {}
 
-    // All *.xml and *.json files of a device's directory, in the order of their names. Throws host::Error when
+    // All *.xml and *.json files of a device's directory, in the order of their names. Throws Error when
     // the directory has none.
     static FileSource of_device(const std::filesystem::path &directory);
 
-    host::DataTree read(const ly_ctx *context) override;
+    yang::DataTree read(const ly_ctx *context) override;
 
     // Of all files; nothing when one is missing, or was changed so recently that another change might bear the
     // same time.

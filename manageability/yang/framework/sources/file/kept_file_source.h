@@ -15,7 +15,7 @@ class KeptFileSource final : public NativeSource {
 public:
     explicit KeptFileSource(FileSource source) : source_(std::move(source)) {}
 
-    host::DataTree read(const ly_ctx *context) override { return source_.read(context); }
+    yang::DataTree read(const ly_ctx *context) override { return source_.read(context); }
     Snapshot snapshot(const ly_ctx *context) override;
 
 private:
@@ -23,7 +23,7 @@ private:
     std::mutex mutex_;
     std::optional<std::vector<FileState>> states_; // of the files that data_ was read from
     const ly_ctx *context_ = nullptr;              // that it was made in
-    host::SharedData data_;
+    yang::SharedData data_;
 };
 
 } // namespace yfw::sources

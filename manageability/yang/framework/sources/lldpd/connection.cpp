@@ -10,7 +10,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -35,7 +35,7 @@ Connection::~Connection() {
 
 void Connection::fail(const std::string &doing) const {
     const std::string reason = trouble_.empty() ? std::string(lldpctl_last_strerror(handle_)) : trouble_;
-    throw host::Error(host::ErrorTag::operation_failed, place(), doing + ": " + reason);
+    throw Error(ErrorTag::operation_failed, place(), doing + ": " + reason);
 }
 
 Atom Connection::expect(lldpctl_atom_t *atom, const std::string &doing) const {

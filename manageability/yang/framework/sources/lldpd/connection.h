@@ -30,7 +30,7 @@ public:
 
     lldpctl_conn_t *handle() const { return handle_; }
 
-    // Throws host::Error that names the socket, what was done, and why it failed.
+    // Throws Error that names the socket, what was done, and why it failed.
     [[noreturn]] void fail(const std::string &doing) const;
 
     // The atom, which lldpd's library gave for `doing`; throws as fail() when it gave none.

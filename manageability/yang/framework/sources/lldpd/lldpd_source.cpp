@@ -1,6 +1,6 @@
 #include "sources/lldpd/lldpd_source.h"
 
-#include "host/error.h"
+#include "base/error.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
 #include "sources/lldpd/settings_writer.h"
@@ -15,15 +15,15 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
     const PortStatuses there = read_port_statuses(connection);
     for (const auto &[name, status] : after.ports)
         if (!there.contains(name) && !before.ports.contains(name))
-            throw host::Error(host::ErrorTag::invalid_value, "/lldp/interfaces/interface[name='" + name + "']",
-                              connection.place() + " has no such interface");
+            throw Error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name='" + name + "']",
+                        connection.place() + " has no such interface");
 }
 
 // The native configuration before may hold what lldpd cannot do: it is only compared with.
 WantedSettings settings_before(const lyd_node *configuration) {
     try {
         return wanted_settings(configuration);
-    } catch (const host::Error &) {
+    } catch (const Error &) {
         return {};
     }
 }
@@ -34,13 +34,13 @@ std::string LldpdSource::default_socket() {
     return lldpctl_get_default_transport();
 }
 
-host::DataTree LldpdSource::read(const ly_ctx *context) {
+yang::DataTree LldpdSource::read(const ly_ctx *context) {
     const Connection connection(socket_);
     const State state = read_state(connection);
-    host::DataTree data = configuration_data(context, state);
+    yang::DataTree data = configuration_data(context, state);
     lyd_node *first = data.release();
     lyd_insert_sibling(first, operational_data(context, state).release(), &first);
-    return host::DataTree(first);
+    return yang::DataTree(first);
 }
 
 void LldpdSource::check(const lyd_node *before, const lyd_node *after) {

@@ -18,7 +18,7 @@ public:
     // The socket of this machine's daemon.
     static std::string default_socket();
 
-    host::DataTree read(const ly_ctx *context) override;
+    yang::DataTree read(const ly_ctx *context) override;
 
     void check(const lyd_node *before, const lyd_node *after) override;
     void apply(const lyd_node *before, const lyd_node *after) override;

@@ -1,6 +1,6 @@
 #include "sources/lldpd/lldpd_watch.h"
 
-#include "host/error.h"
+#include "base/error.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
 
@@ -115,7 +115,7 @@ void LldpdWatch::run(const ly_ctx *context, int stop, const Listener &listener) 
                 lost = false;
             }
             watch_until_lost(stop);
-        } catch (const host::Error &error) {
+        } catch (const Error &error) {
             if (!established_)
                 throw;
             if (!lost)

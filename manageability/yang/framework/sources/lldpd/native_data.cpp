@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "host/yang_text.h"
 #include "sources/lldpd/native_writer.h"
+#include "yang/yang_text.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -33,7 +33,7 @@ std::optional<uint64_t> wrapped(const std::optional<uint64_t> &count) {
 
 // A neighbor may announce any bytes as text; what no YANG string may hold counts as not announced.
 std::optional<std::string> clean(const std::optional<std::string> &text) {
-    return text.has_value() && !text->empty() && host::is_yang_text(text->c_str()) ? text : std::nullopt;
+    return text.has_value() && !text->empty() && yang::is_yang_text(text->c_str()) ? text : std::nullopt;
 }
 
 // A C string ends at its first zero byte: such octets have no text.
@@ -175,8 +175,8 @@ std::string device_id(const Neighbor &neighbor) {
     return clean(neighbor.chassis.name).value_or("[DISABLED]");
 }
 
-host::DataTree operational_data(const ly_ctx *context, const State &state) {
-    host::DataTree data;
+yang::DataTree operational_data(const ly_ctx *context, const State &state) {
+    yang::DataTree data;
     const Inner lldp(context, oper_module, "lldp", data);
     const Inner info = lldp.inner("global-lldp").inner("lldp-info");
     info.leaf("chassis-id", state.local.id);
@@ -193,15 +193,15 @@ host::DataTree operational_data(const ly_ctx *context, const State &state) {
     return data;
 }
 
-host::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor) {
-    host::DataTree data;
+yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor) {
+    yang::DataTree data;
     const Inner node = Inner(context, oper_module, "lldp", data).inner("nodes").entry("node", "lldpd");
     write_neighbors(node, {{interface, {}, {}, {neighbor}}});
     return data;
 }
 
-host::DataTree configuration_data(const ly_ctx *context, const State &state) {
-    host::DataTree data;
+yang::DataTree configuration_data(const ly_ctx *context, const State &state) {
+    yang::DataTree data;
     const DaemonSettings &settings = state.settings;
     if (!settings.paused) {
         const Inner lldp(context, cfg_module, "lldp", data);

@@ -4,20 +4,20 @@
 
 #include <string>
 
-#include "host/data_tree.h"
 #include "sources/lldpd/lldpd_state.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::lldpd {
 
 // The operational data: "Tarvo-QD-ethernet-lldp-oper", with one node. What lldpd does not know is absent.
-host::DataTree operational_data(const ly_ctx *context, const State &state);
+yang::DataTree operational_data(const ly_ctx *context, const State &state);
 
 // The operational data of one neighbor alone.
-host::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor);
+yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor);
 
 // The configuration that the daemon runs with: "Tarvo-QD-ethernet-lldp-cfg" and "Tarvo-QD-ifmgr-cfg". An
 // interval that the native timer cannot hold is left out.
-host::DataTree configuration_data(const ly_ctx *context, const State &state);
+yang::DataTree configuration_data(const ly_ctx *context, const State &state);
 
 // The identifier by which the native models know a neighbor: its system name, "[DISABLED]" when it told none,
 // or one that is no text.

@@ -1,28 +1,28 @@
 #include "sources/lldpd/native_writer.h"
 
-#include "host/error.h"
-#include "host/schemas.h"
+#include "base/error.h"
+#include "yang/schemas.h"
 
 namespace yfw::sources::lldpd {
 namespace {
 
 lyd_node *made(LY_ERR status, lyd_node *node, const ly_ctx *context, const char *name) {
     if (status != LY_SUCCESS)
-        throw host::Error(host::ErrorTag::operation_failed, name,
-                          "the native models do not take it: " + host::take_yang_error(context));
+        throw Error(ErrorTag::operation_failed, name,
+                    "the native models do not take it: " + yang::take_yang_error(context));
     return node;
 }
 
 const lys_module *module_of(const ly_ctx *context, const char *name) {
     const lys_module *module = ly_ctx_get_module_implemented(context, name);
     if (module == nullptr)
-        throw host::Error(host::ErrorTag::operation_failed, name, "the native models lack this module");
+        throw Error(ErrorTag::operation_failed, name, "the native models lack this module");
     return module;
 }
 
 } // namespace
 
-Inner::Inner(const ly_ctx *context, const char *module, const char *name, host::DataTree &forest) {
+Inner::Inner(const ly_ctx *context, const char *module, const char *name, yang::DataTree &forest) {
     lyd_node *top = nullptr;
     const LY_ERR status = lyd_new_inner(nullptr, module_of(context, module), name, 0, &top);
     node_ = made(status, top, context, name);

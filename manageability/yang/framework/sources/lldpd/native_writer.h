@@ -5,15 +5,15 @@
 #include <optional>
 #include <string>
 
-#include "host/data_tree.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::lldpd {
 
-// A container or list entry that is being filled. Throws host::Error for what the models do not have.
+// A container or list entry that is being filled. Throws Error for what the models do not have.
 class Inner {
 public:
     // A top container of a module, in `forest`.
-    Inner(const ly_ctx *context, const char *module, const char *name, host::DataTree &forest);
+    Inner(const ly_ctx *context, const char *module, const char *name, yang::DataTree &forest);
 
     // A container or a list entry without keys below this one; of another module when one is named.
     Inner inner(const char *name, const char *module = nullptr) const;

@@ -4,7 +4,7 @@
 #include <ctime>
 #include <functional>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -122,8 +122,8 @@ long status_value(const Connection &connection, const PortStatus &status) {
             if (std::strcmp(value->string, known.word) == 0)
                 return value->value;
     }
-    throw host::Error(host::ErrorTag::operation_failed, connection.place(),
-                      "this lldpd's library cannot set the status of a port");
+    throw Error(ErrorTag::operation_failed, connection.place(),
+                "this lldpd's library cannot set the status of a port");
 }
 
 Neighbor read_neighbor(lldpctl_atom_t *remote_port) {

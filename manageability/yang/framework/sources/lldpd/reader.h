@@ -10,7 +10,7 @@
 
 namespace yfw::sources::lldpd {
 
-// All that lldpd knows at this moment. A port that vanishes meanwhile is left out. Throws host::Error.
+// All that lldpd knows at this moment. A port that vanishes meanwhile is left out. Throws Error.
 State read_state(const Connection &connection);
 
 DaemonSettings read_settings(const Connection &connection);
@@ -24,7 +24,7 @@ Neighbor read_neighbor(lldpctl_atom_t *remote_port);
 // Whether it was heard by LLDP and not by another protocol.
 bool speaks_lldp(lldpctl_atom_t *remote_port);
 
-// What lldpd's library calls a status of a port; throws host::Error for one that it does not have.
+// What lldpd's library calls a status of a port; throws Error for one that it does not have.
 long status_value(const Connection &connection, const PortStatus &status);
 
 } // namespace yfw::sources::lldpd

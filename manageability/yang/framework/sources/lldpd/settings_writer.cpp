@@ -1,6 +1,6 @@
 #include "sources/lldpd/settings_writer.h"
 
-#include "host/error.h"
+#include "base/error.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
 
@@ -127,7 +127,7 @@ void SettingsWriter::take_back() noexcept {
     while (!undo_.empty()) {
         try {
             undo_.back()();
-        } catch (const host::Error &) {
+        } catch (const Error &) {
         }
         undo_.pop_back();
     }

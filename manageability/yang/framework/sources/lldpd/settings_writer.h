@@ -21,7 +21,7 @@ class SettingsWriter {
 public:
     explicit SettingsWriter(const Connection &connection);
 
-    // `keeps_interval`: an interval that is not wanted leaves the daemon's own. Throws host::Error.
+    // `keeps_interval`: an interval that is not wanted leaves the daemon's own. Throws Error.
     void write(const WantedSettings &wanted, bool keeps_interval);
 
 private:

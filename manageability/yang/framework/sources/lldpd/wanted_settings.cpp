@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "host/error.h"
+#include "base/error.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -38,7 +38,7 @@ bool holds(const lyd_node *top, std::initializer_list<const char *> names) {
     char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
     const std::string place = path != nullptr ? path : node->schema->name;
     std::free(path);
-    throw host::Error(host::ErrorTag::operation_not_supported, place, reason);
+    throw Error(ErrorTag::operation_not_supported, place, reason);
 }
 
 void refuse_what_lldpd_cannot(const lyd_node *lldp) {

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "host/data_tree.h"
 #include "sources/lldpd/lldpd_state.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::lldpd {
 
@@ -25,7 +25,7 @@ struct WantedSettings {
     PortStatus of_port(const std::string &name) const;
 };
 
-// Throws host::Error that names the native node for what lldpd cannot do: to leave out a system name, a system
+// Throws Error that names the native node for what lldpd cannot do: to leave out a system name, a system
 // description or a port description, to send a chassis id of another kind than "local", to keep another hold
 // or reinitialization time than its own.
 WantedSettings wanted_settings(const lyd_node *configuration);

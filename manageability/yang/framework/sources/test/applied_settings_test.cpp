@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/error.h"
+#include "base/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/lldpd_source.h"
 #include "support/lab.h"
@@ -61,7 +61,7 @@ protected:
 
     static lldpd::LldpdSource device() { return lldpd::LldpdSource(lab_->socket("a")); }
     static void apply(const std::string &before, const std::string &after) {
-        const host::DataTree from = native_data(before), to = native_data(after);
+        const yang::DataTree from = native_data(before), to = native_data(after);
         device().apply(from.get(), to.get());
     }
     static void restore(const std::string &configuration) {
@@ -187,15 +187,15 @@ TEST_F(AConfiguration, ThatNamesAnUnknownInterfaceIsRefusedAndChangesNothing) {
     const nlohmann::json settings = lab_->ask("a", {"configuration"});
     const std::string after =
         with_interface(on + element("system-name", "changed") + element("timer", "7"), "eth9", on + no_receive);
-    const host::DataTree from = native_data(native_configuration(on)), to = native_data(after);
-    EXPECT_THROW(device().check(from.get(), to.get()), host::Error);
+    const yang::DataTree from = native_data(native_configuration(on)), to = native_data(after);
+    EXPECT_THROW(device().check(from.get(), to.get()), Error);
     EXPECT_EQ(lab_->ask("a", {"configuration"}), settings);
     EXPECT_EQ(status("eth1"), "RX and TX");
 }
 
 TEST_F(AConfiguration, ThatIsCheckedIsNotApplied) {
     const nlohmann::json settings = lab_->ask("a", {"configuration"});
-    const host::DataTree from = native_data(native_configuration(on)),
+    const yang::DataTree from = native_data(native_configuration(on)),
                          to = native_data(
                              with_interface(on + element("system-name", "changed"), "eth1", no_receive));
     device().check(from.get(), to.get());

@@ -25,12 +25,12 @@ State running_state() {
 }
 
 std::vector<std::string> configured(const State &state, const std::string &xpath) {
-    const host::DataTree data = lldpd::configuration_data(native_modules(), state);
+    const yang::DataTree data = lldpd::configuration_data(native_modules(), state);
     return yfw::test::values_at(data.get(), "/Tarvo-QD-ethernet-lldp-cfg:lldp" + xpath);
 }
 
 WantedSettings configured_again(const State &state) {
-    const host::DataTree data = lldpd::configuration_data(native_modules(), state);
+    const yang::DataTree data = lldpd::configuration_data(native_modules(), state);
     EXPECT_EQ(fault_of(data), "");
     return lldpd::wanted_settings(data.get());
 }

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/error.h"
+#include "base/error.h"
 #include "native_modules.h"
 #include "sources/file/kept_file_source.h"
 #include "support/eventually.h"
@@ -19,7 +19,7 @@ std::string configuration(const std::string &timer) {
 
 class AServedRecording : public testing::Test {
 protected:
-    host::SharedData data() { return source_.snapshot(native_modules()).data; }
+    yang::SharedData data() { return source_.snapshot(native_modules()).data; }
     std::string timer() { return lyd_get_value(lyd_child(data().get())); }
 
     // Whether two reads give the very same data. A file that was just written could change unseen.
@@ -61,17 +61,17 @@ TEST_F(AServedRecording, IsReadAgainWhenAnotherFileTookItsPlace) {
 TEST_F(AServedRecording, ThatIsGoneOrBrokenIsAnErrorUntilItIsBack) {
     ASSERT_TRUE(is_kept());
     std::filesystem::remove(file_);
-    EXPECT_THROW(data(), host::Error);
+    EXPECT_THROW(data(), Error);
     yfw::test::write_file(file_, "<lldp");
-    EXPECT_THROW(data(), host::Error);
-    EXPECT_THROW(data(), host::Error);
+    EXPECT_THROW(data(), Error);
+    EXPECT_THROW(data(), Error);
     yfw::test::write_file(file_, configuration("40"));
     EXPECT_EQ(timer(), "40");
 }
 
 TEST_F(AServedRecording, StaysWithWhoeverHoldsItWhenItChanges) {
     ASSERT_TRUE(is_kept());
-    const host::SharedData before = data();
+    const yang::SharedData before = data();
     yfw::test::write_file(file_, configuration("50"));
     EXPECT_EQ(timer(), "50");
     EXPECT_STREQ(lyd_get_value(lyd_child(before.get())), "10");

@@ -2,46 +2,46 @@
 
 #include <stdexcept>
 
-#include "host/schemas.h"
-#include "host/test/data_texts.h"
 #include "sources/lldpd/native_data.h"
 #include "support/answers.h"
+#include "yang/schemas.h"
+#include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
 
 const ly_ctx *native_modules() {
-    static const host::Schemas schemas(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const yang::Schemas schemas(YFW_MODELS_DIR, YFW_MODELS_DIR);
     return schemas.context();
 }
 
-host::DataTree native_data(const std::string &xml) {
+yang::DataTree native_data(const std::string &xml) {
     lyd_node *tree = nullptr;
     if (lyd_parse_data_mem(native_modules(), xml.c_str(), LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_ONLY, 0,
                            &tree) != LY_SUCCESS)
-        throw std::runtime_error(host::take_yang_error(native_modules()));
-    return host::DataTree(tree);
+        throw std::runtime_error(yang::take_yang_error(native_modules()));
+    return yang::DataTree(tree);
 }
 
-std::string fault_of(const host::DataTree &data) {
+std::string fault_of(const yang::DataTree &data) {
     lyd_node *copy = nullptr;
     if (lyd_dup_siblings(data.get(), nullptr, LYD_DUP_RECURSIVE, &copy) != LY_SUCCESS)
         return "no copy of the data";
     const bool valid = lyd_validate_all(&copy, nullptr, LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS;
     lyd_free_all(copy);
-    return valid ? "" : host::take_yang_error(native_modules());
+    return valid ? "" : yang::take_yang_error(native_modules());
 }
 
 std::vector<std::string> announcements(const lldpd::Neighbor &neighbor) {
-    const host::DataTree data = lldpd::neighbor_data(native_modules(), "eth1", neighbor);
+    const yang::DataTree data = lldpd::neighbor_data(native_modules(), "eth1", neighbor);
     std::vector<std::string> found;
-    for (const std::string &line : host::test::leaves(data.get()))
+    for (const std::string &line : yang::test::leaves(data.get()))
         if (const size_t at = line.find("/lldp-neighbor"); at != std::string::npos)
             found.push_back(line.substr(line.find('/', at + 1) + 1));
     return found;
 }
 
 std::vector<std::string> operational_values(const lldpd::State &state, const std::string &xpath) {
-    const host::DataTree data = lldpd::operational_data(native_modules(), state);
+    const yang::DataTree data = lldpd::operational_data(native_modules(), state);
     return yfw::test::values_at(data.get(), "/Tarvo-QD-ethernet-lldp-oper:lldp" + xpath);
 }
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/data_tree.h"
 #include "sources/lldpd/lldpd_state.h"
+#include "yang/data_tree.h"
 
 namespace yfw::sources::test {
 
@@ -14,10 +14,10 @@ namespace yfw::sources::test {
 const ly_ctx *native_modules();
 
 // Native data from XML. Throws std::runtime_error.
-host::DataTree native_data(const std::string &xml);
+yang::DataTree native_data(const std::string &xml);
 
 // Whether the data is as the modules demand: libyang's message, empty when it is.
-std::string fault_of(const host::DataTree &data);
+std::string fault_of(const yang::DataTree &data);
 
 // What the operational data holds below the announcements of an interface's neighbor,
 // "mib/combined-capabilities=65537".

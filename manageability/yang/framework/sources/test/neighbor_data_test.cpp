@@ -5,9 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/test/data_texts.h"
 #include "native_modules.h"
 #include "sources/lldpd/native_data.h"
+#include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
 namespace {
@@ -93,9 +93,9 @@ TEST_P(ANeighborWhoseNameIsNoText, LeavesTheOthersReadable) {
 // The key of an entry travels through paths and documents, which take text only.
 TEST_P(ANeighborWhoseNameIsNoText, IsKnownByATextAllTheSame) {
     const lldpd::State state = state_of({neighbor_named(GetParam())});
-    const host::DataTree data = lldpd::operational_data(native_modules(), state);
+    const yang::DataTree data = lldpd::operational_data(native_modules(), state);
     EXPECT_EQ(fault_of(data), "");
-    EXPECT_NO_THROW(native_data(host::test::xml(data.get())));
+    EXPECT_NO_THROW(native_data(yang::test::xml(data.get())));
 }
 
 INSTANTIATE_TEST_SUITE_P(But, ANeighborWhoseNameIsNoText,

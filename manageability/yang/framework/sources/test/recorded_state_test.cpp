@@ -4,18 +4,18 @@
 
 #include <gtest/gtest.h>
 
-#include "host/test/data_texts.h"
 #include "native_modules.h"
 #include "recorded_state.h"
 #include "sources/lldpd/native_data.h"
 #include "support/files.h"
+#include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
 namespace {
 
-using host::test::leaves;
-using host::test::Lines;
-using host::test::same;
+using yang::test::leaves;
+using yang::test::Lines;
+using yang::test::same;
 
 const std::filesystem::path examples = YFW_EXAMPLES_DIR;
 
@@ -38,14 +38,14 @@ Lines with_node_name(Lines lines, const std::string &name) {
 }
 
 TEST_P(ARecordedRouter, HasTheOperationalDataOfItsDevice) {
-    const host::DataTree data = lldpd::operational_data(native_modules(), state_);
+    const yang::DataTree data = lldpd::operational_data(native_modules(), state_);
     EXPECT_TRUE(same(with_node_name(leaves(data.get()), router_),
                      with_node_name(device_file(router_, "oper.xml"), router_)));
 }
 
 // But for the switches of the single interfaces, which the recorded devices have and lldpd has not.
 TEST_P(ARecordedRouter, HasTheConfigurationOfItsDevice) {
-    const host::DataTree data = lldpd::configuration_data(native_modules(), state_);
+    const yang::DataTree data = lldpd::configuration_data(native_modules(), state_);
     Lines wanted = device_file(router_, "config.xml");
     for (std::string &leaf : wanted)
         if (const size_t lldp = leaf.find("/Tarvo-QD-ethernet-lldp-cfg:lldp/enable=true");
@@ -69,7 +69,7 @@ TEST_P(ARecordedRouter, HasNeighborsWhoseDataAloneIsThatOfTheWhole) {
     size_t compared = 0;
     for (const lldpd::Port &port : state_.ports)
         for (const lldpd::Neighbor &neighbor : port.neighbors) {
-            const host::DataTree alone = lldpd::neighbor_data(native_modules(), port.name, neighbor);
+            const yang::DataTree alone = lldpd::neighbor_data(native_modules(), port.name, neighbor);
             for (const std::string &line : with_node_name(leaves(alone.get()), "n")) {
                 EXPECT_NE(std::find(whole.begin(), whole.end(), line), whole.end()) << line;
                 compared++;

@@ -13,8 +13,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/error.h"
 #include "fake_daemon.h"
-#include "host/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/connection.h"
 #include "sources/lldpd/lldpd_source.h"
@@ -43,7 +43,7 @@ std::string error_of(const Question &ask, const std::string &socket) {
     try {
         ask(socket);
         ADD_FAILURE() << "no error";
-    } catch (const host::Error &error) {
+    } catch (const Error &error) {
         text = error.path() + ": " + error.what();
     }
     EXPECT_LT(Clock::now() - start, longest);
@@ -81,13 +81,13 @@ void read_device(const std::string &socket) {
 }
 
 void apply_to_device(const std::string &socket) {
-    const host::DataTree configuration =
+    const yang::DataTree configuration =
         native_data(yfw::test::native_configuration(yfw::test::element("enable", "true")));
     lldpd::LldpdSource(socket).apply(nullptr, configuration.get());
 }
 
 void restore_device(const std::string &socket) {
-    const host::DataTree configuration =
+    const yang::DataTree configuration =
         native_data(yfw::test::native_configuration(yfw::test::element("enable", "true")));
     lldpd::LldpdSource(socket).restore(configuration.get());
 }

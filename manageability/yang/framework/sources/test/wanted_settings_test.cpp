@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/error.h"
+#include "base/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/wanted_settings.h"
 #include "support/native_xml.h"
@@ -45,7 +45,7 @@ const std::string global_on = native_configuration(on);
 const std::string global_off = native_configuration(off);
 
 WantedSettings wanted(const std::string &configuration) {
-    const host::DataTree data = native_data(configuration);
+    const yang::DataTree data = native_data(configuration);
     return lldpd::wanted_settings(data.get());
 }
 
@@ -193,8 +193,8 @@ TEST_P(WhatLldpdCannotDo, IsRefusedAtItsNode) {
     try {
         wanted(GetParam().configuration);
         FAIL() << "accepted";
-    } catch (const host::Error &error) {
-        EXPECT_EQ(error.tag(), host::ErrorTag::operation_not_supported) << error.what();
+    } catch (const Error &error) {
+        EXPECT_EQ(error.tag(), ErrorTag::operation_not_supported) << error.what();
         EXPECT_THAT(error.path(), std::string("/Tarvo-QD-ethernet-lldp-cfg:") + GetParam().path);
         EXPECT_THAT(error.what(), testing::Not(testing::HasSubstr("\n")));
     }

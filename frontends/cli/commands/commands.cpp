@@ -1,0 +1,42 @@
+#include "frontends/cli/commands/commands.h"
+
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "frontends/cli/options/session.h"
+#include "frontends/cli/output/print.h"
+#include "yang/path.h"
+
+namespace yfw::cli {
+namespace {
+
+host::ReadRequest read_request(const yang::Schemas &schemas, const GetOptions &options) {
+    host::ReadRequest request;
+    request.content = options.content;
+    for (const std::string &path : options.paths)
+        request.paths.push_back(yang::parse_path(schemas.openconfig_root(), path));
+    return request;
+}
+
+// The process ends when the command does. What is large is left to the operating system then, which takes it
+// back at once; node by node that takes as long as a good part of the read.
+template <class T> T &until_exit(std::unique_ptr<T> object) {
+    static T *volatile kept = nullptr; // volatile: leak checkers have to find it
+    kept = object.release();
+    return *kept;
+}
+
+} // namespace
+
+void run_get(const DeviceOptions &device, const GetOptions &get) {
+    Session &session = until_exit(std::make_unique<Session>(device));
+    const host::ReadRequest request = read_request(session.schemas, get);
+    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(session.engine.read(request)));
+    for (const std::string &warning : answer.warnings)
+        std::cerr << "yfw: warning: " << warning << '\n';
+    prepare_output(stdout);
+    print_data(stdout, session.schemas, answer.data.get(), get.format);
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,174 @@
+#include "frontends/cli/commands/edit_command.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+#include "base/error.h"
+#include "frontends/cli/commands/edit_script.h"
+#include "frontends/cli/options/current_user.h"
+#include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/session.h"
+
+namespace yfw::cli {
+namespace {
+
+constexpr const char *edit_examples = R"(
+Examples:
+  yfw set /lldp/config/hello-timer 30
+  yfw set "/lldp/interfaces/interface[name='eth1']/config/enabled" false --dry-run
+  yfw delete /lldp/config/system-name --comment "back to the default"
+  yfw edit change.xml --operation replace
+  yfw commit -f changes.txt
+  yfw commit -- set /lldp/config/enabled true set /lldp/config/hello-timer 10
+)";
+
+struct EditOptions {
+    std::string path;
+    std::string value;
+    std::string file;
+    std::vector<std::string> words;
+    std::string operation = "merge";
+    std::string comment;
+    bool dry_run = false;
+};
+
+yang::EditNode edit_of(const yang::Schemas &schemas, const std::vector<Change> &changes) {
+    yang::EditNode root;
+    root.node = schemas.openconfig_root();
+    for (const Change &change : changes)
+        yang::add_edit(root, yang::parse_path(root.node, change.path), change.value,
+                       change.value.has_value() ? yang::Operation::merge : yang::Operation::delete_existing);
+    return root;
+}
+
+std::string read_file(const std::string &file) {
+    std::ostringstream text;
+    if (file == "-") {
+        text << std::cin.rdbuf();
+        return text.str();
+    }
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw Error(ErrorTag::invalid_value, file, std::string("cannot be read: ") + std::strerror(errno));
+    text << stream.rdbuf();
+    return text.str();
+}
+
+// A document that is at fault as a whole is named by its file.
+yang::EditNode parse_file(const yang::Schemas &schemas, const EditOptions &options) {
+    try {
+        return yang::parse_edit(schemas, read_file(options.file), *yang::operation_from(options.operation));
+    } catch (const Error &error) {
+        if (!error.path().empty())
+            throw;
+        throw Error(error.tag(), options.file, error.what(), error.status());
+    }
+}
+
+void run(const DeviceOptions &device, const EditOptions &options,
+         const std::function<yang::EditNode(const yang::Schemas &)> &make_edit) {
+    Session session(device);
+    const yang::EditNode edit = make_edit(session.schemas);
+    device::Editor editor(session.schemas, session.source, session.engine);
+    if (options.dry_run) {
+        std::cout << editor.try_edit(edit) << std::flush;
+        return;
+    }
+    if (session.source.store().empty())
+        throw Error(ErrorTag::missing_element, "--store",
+                    "a device that is given as files needs a file for its commits");
+    const auto commit = editor.edit(edit, {current_user(), options.comment});
+    if (commit.has_value())
+        std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
+    else
+        std::cout << "nothing changes\n" << std::flush;
+}
+
+CLI::App *add_command(CLI::App &app, DeviceOptions &device, EditOptions &options, const char *name,
+                      const char *help) {
+    CLI::App *command = app.add_subcommand(name, help);
+    command->footer(edit_examples);
+    command->add_option("--comment", options.comment, "Kept with the commit")->option_text("TEXT");
+    command->add_flag("--dry-run", options.dry_run, "Print the native difference and write nothing");
+    add_device_options(*command, device);
+    return command;
+}
+
+void add_set(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
+    CLI::App *command = add_command(app, device, *options, "set", "Set an OpenConfig leaf, as one commit");
+    command->add_option("PATH", options->path, "The leaf, with the keys on its way")
+        ->required()
+        ->option_text(" ");
+    command->add_option("VALUE", options->value, "Its value")->required()->option_text(" ");
+    command->callback([&device, options] {
+        run(device, *options, [&](const auto &schemas) {
+            return edit_of(schemas, {{options->path, options->value}});
+        });
+    });
+}
+
+void add_delete(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
+    CLI::App *command =
+        add_command(app, device, *options, "delete", "Delete an OpenConfig node, as one commit");
+    command->add_option("PATH", options->path, "The node, with the keys on its way")
+        ->required()
+        ->option_text(" ");
+    command->callback([&device, options] {
+        run(device, *options, [&](const auto &schemas) {
+            return edit_of(schemas, {{options->path, std::nullopt}});
+        });
+    });
+}
+
+void add_edit_file(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
+    CLI::App *command = add_command(app, device, *options, "edit", "Apply an edit document, XML or JSON");
+    command
+        ->add_option("FILE", options->file,
+                     "The document, with NETCONF operation attributes; - for standard input")
+        ->required()
+        ->option_text(" ");
+    command->add_option("--operation", options->operation, "Operation of nodes that have none; default: merge")
+        ->check(CLI::IsMember({"merge", "replace", "create", "delete", "remove", "none"}))
+        ->option_text("OPERATION");
+    command->callback([&device, options] {
+        run(device, *options, [&](const auto &schemas) { return parse_file(schemas, *options); });
+    });
+}
+
+std::vector<Change> changes_of(const EditOptions &options) {
+    if (options.file.empty())
+        return read_words(options.words);
+    std::istringstream text(read_file(options.file));
+    return read_script(text, options.file);
+}
+
+void add_commit(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
+    CLI::App *command = add_command(app, device, *options, "commit", "Apply several changes as one commit");
+    auto *file =
+        command->add_option("-f,--file", options->file, "One \"set PATH VALUE\" or \"delete PATH\" a line");
+    file->option_text("FILE");
+    command->add_option("CHANGE", options->words, "After --: set PATH VALUE, delete PATH, ...")
+        ->excludes(file)
+        ->option_text("...");
+    command->callback([&device, options] {
+        if (options->file.empty() && options->words.empty())
+            throw Error(ErrorTag::missing_element, "", "commit needs -f FILE or changes after --");
+        run(device, *options, [&](const auto &schemas) { return edit_of(schemas, changes_of(*options)); });
+    });
+}
+
+} // namespace
+
+void add_edit_commands(CLI::App &app, DeviceOptions &device) {
+    add_set(app, device, std::make_shared<EditOptions>());
+    add_delete(app, device, std::make_shared<EditOptions>());
+    add_edit_file(app, device, std::make_shared<EditOptions>());
+    add_commit(app, device, std::make_shared<EditOptions>());
+}
+
+} // namespace yfw::cli

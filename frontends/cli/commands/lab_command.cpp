@@ -1,0 +1,230 @@
+#include "frontends/cli/commands/lab_command.h"
+
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+#include "frontends/cli/options/session.h"
+#include "lab/lab.h"
+
+namespace yfw::cli {
+namespace {
+
+using nlohmann::ordered_json;
+using Phase = lab::Status::Phase;
+
+constexpr const char *lab_help = R"(
+A laboratory is a small network of real LLDP daemons (lldpd), each in a network namespace of this machine. up,
+record and down need root.
+
+Examples:
+  yfw lab up
+  yfw lab status
+  yfw get /lldp --device lldpd:/run/yfw/lab-yfw/r1.sock
+  yfw topology --lab
+  yfw lab record recordings
+  yfw lab down
+)";
+
+constexpr const char *topology_help = R"(
+A topology file is JSON. Without one: r1 to r4, the routers of the recorded devices.
+
+  {
+    "routers": [
+      {"name": "a", "system-name": "a.example.net", "system-description": "Router a",
+       "addresses": {"eth1": ["192.0.2.1/24", "2001:db8::1/64"]},
+       "capabilities": ["bridge", "router"],
+       "custom-tlvs": [{"oui": "00:80:c2", "subtype": 9, "value": "61:62:63"}]},
+      {"name": "b"}, {"name": "c"}
+    ],
+    "links": [["a:eth1", "b:eth1"]],
+    "segments": [{"name": "lan", "ports": ["a:eth2", "b:eth2", "c:eth1"]}]
+  }
+
+Only "routers" and their "name" have to be there. A link is a cable between two ports, a segment a bridge that
+forwards LLDP. The interfaces are those that links and segments name.
+)";
+
+struct LabOptions {
+    lab::Place place;
+    std::filesystem::path topology;
+    std::filesystem::path recordings;
+    int tx_interval = 2;
+    bool json = false;
+};
+
+void report_progress(const std::string &line) {
+    std::cerr << "yfw: lab: " << line << std::endl;
+}
+
+std::string text_of(const lab::Port &port) {
+    return port.router + ":" + port.interface;
+}
+
+std::string ports_of(const lab::Segment &segment) {
+    std::string result;
+    for (const lab::Port &port : segment.ports)
+        result += (result.empty() ? "" : ", ") + text_of(port);
+    return result;
+}
+
+const char *phase_name(Phase phase) {
+    switch (phase) {
+    case Phase::none:
+        return "down";
+    case Phase::incomplete:
+        return "incomplete";
+    case Phase::up:
+        break;
+    }
+    return "up";
+}
+
+std::string status_json(const lab::Place &place, const lab::Status &status) {
+    ordered_json routers = ordered_json::array(), links = ordered_json::array(),
+                 segments = ordered_json::array();
+    for (const lab::RouterStatus &router : status.routers)
+        routers.push_back({{"name", router.name},
+                           {"socket", router.socket.string()},
+                           {"device", "lldpd:" + router.socket.string()},
+                           {"running", router.running}});
+    for (const lab::Link &link : status.links)
+        links.push_back({text_of(link.first), text_of(link.second)});
+    for (const lab::Segment &segment : status.segments) {
+        ordered_json ports = ordered_json::array();
+        for (const lab::Port &port : segment.ports)
+            ports.push_back(text_of(port));
+        segments.push_back({{"name", segment.name}, {"ports", ports}});
+    }
+    const ordered_json all{{"name", place.name},
+                           {"state", phase_name(status.phase)},
+                           {"routers", routers},
+                           {"links", links},
+                           {"segments", segments}};
+    return all.dump(2) + "\n";
+}
+
+std::string no_laboratory(const lab::Place &place) {
+    return "no laboratory " + place.name + " is up\n";
+}
+
+std::string status_text(const lab::Place &place, const lab::Status &status) {
+    if (status.phase == Phase::none)
+        return no_laboratory(place);
+    std::ostringstream text;
+    text << "laboratory " << place.name << " is " << phase_name(status.phase);
+    if (status.phase == Phase::incomplete)
+        text << ": yfw lab up is at work, or was killed; yfw lab down removes what it left";
+    text << "\n\nRouters\n";
+    for (const lab::RouterStatus &router : status.routers)
+        text << "  " << router.name << "  " << (router.running ? "running" : "not running")
+             << "  lldpd:" << router.socket.string() << '\n';
+    if (!status.links.empty())
+        text << "\nLinks\n";
+    for (const lab::Link &link : status.links)
+        text << "  " << text_of(link.first) << " --- " << text_of(link.second) << '\n';
+    if (!status.segments.empty())
+        text << "\nSegments\n";
+    for (const lab::Segment &segment : status.segments)
+        text << "  " << segment.name << "  " << ports_of(segment) << '\n';
+    return text.str();
+}
+
+// The options that other commands need to find this laboratory.
+std::string choice(const lab::Place &place) {
+    const lab::Place standard;
+    return (place.name != standard.name ? " --name " + place.name : "") +
+           (place.base != standard.base ? " --dir " + place.base.string() : "");
+}
+
+std::string next_commands(const lab::Place &place, const lab::Status &status) {
+    std::ostringstream text;
+    text << "\nNext\n  yfw get /lldp --device lldpd:" << status.routers.front().socket.string() << '\n';
+    if (const lab::Place standard; place.base == standard.base)
+        text << "  yfw topology --lab" << (place.name != standard.name ? " " + place.name : "") << '\n';
+    text << "  yfw lab down" << choice(place) << '\n';
+    return text.str();
+}
+
+// What was committed on an earlier laboratory's daemon under this socket is not for the new one.
+void forget_commits(const std::filesystem::path &socket) {
+    DeviceOptions device;
+    device.device = "lldpd:" + socket.string();
+    const std::string store = store_of(device).string();
+    std::error_code ignored;
+    for (const char *part : {"", "-wal", "-shm", ".unconfirmed"})
+        std::filesystem::remove(store + part, ignored);
+}
+
+void run_up(const LabOptions &options) {
+    const lab::Topology topology =
+        options.topology.empty() ? lab::default_topology() : lab::read_topology_file(options.topology);
+    lab::up(options.place, topology, options.tx_interval, report_progress);
+    const lab::Status status = lab::status(options.place);
+    for (const lab::RouterStatus &router : status.routers)
+        forget_commits(router.socket);
+    std::cout << status_text(options.place, status) << next_commands(options.place, status) << std::flush;
+}
+
+void run_status(const LabOptions &options) {
+    const lab::Status status = lab::status(options.place);
+    std::cout << (options.json ? status_json(options.place, status) : status_text(options.place, status))
+              << std::flush;
+}
+
+void run_down(const LabOptions &options) {
+    if (lab::down(options.place, report_progress))
+        std::cout << "laboratory " << options.place.name << " is removed\n" << std::flush;
+    else
+        std::cout << no_laboratory(options.place) << std::flush;
+}
+
+void run_record(const LabOptions &options) {
+    for (const lab::Port &port : lab::record(options.place, options.recordings, report_progress))
+        std::cerr << "yfw: warning: " << text_of(port) << " has not heard all its neighbors\n";
+}
+
+CLI::App *add_command(CLI::App &lab, LabOptions &options, const char *name, const char *description) {
+    CLI::App *command = lab.add_subcommand(name, description);
+    command
+        ->add_option("--name", options.place.name,
+                     "Which laboratory; its namespaces begin with it; default: yfw")
+        ->option_text("NAME");
+    command
+        ->add_option("--dir", options.place.base,
+                     "Where its directory lab-NAME is, with the sockets; default: /run/yfw")
+        ->option_text("DIR");
+    return command;
+}
+
+} // namespace
+
+void add_lab(CLI::App &app) {
+    const auto options = std::make_shared<LabOptions>();
+    CLI::App *lab = app.add_subcommand("lab", "A laboratory of real LLDP daemons on this machine");
+    lab->footer(lab_help);
+    lab->require_subcommand(1);
+    CLI::App *up = add_command(*lab, *options, "up", "Make the laboratory and wait until it works");
+    up->footer(topology_help);
+    up->add_option("--topology", options->topology, "What to make; default: the four recorded routers")
+        ->option_text("FILE");
+    up->add_option("--tx-interval", options->tx_interval, "Seconds between a router's frames; default: 2")
+        ->check(CLI::Range(1, 3600))
+        ->option_text("SECONDS");
+    up->callback([options] { run_up(*options); });
+    CLI::App *status = add_command(*lab, *options, "status", "Print the routers, their sockets and the links");
+    status->add_flag("--json", options->json, "As JSON");
+    status->callback([options] { run_status(*options); });
+    CLI::App *record =
+        add_command(*lab, *options, "record", "Write what the routers' daemons say as recordings");
+    record->add_option("DIR", options->recordings, "The directory of the recordings; files in it are replaced")
+        ->required()
+        ->option_text(" ");
+    record->callback([options] { run_record(*options); });
+    CLI::App *down = add_command(*lab, *options, "down", "Remove everything that the laboratory made");
+    down->callback([options] { run_down(*options); });
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,176 @@
+#include "frontends/cli/commands/serve_command.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "base/error.h"
+#include "base/stop_signals.h"
+#include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/session.h"
+#include "frontends/cli/output/neighbor_report.h"
+#include "frontends/cli/serving/ssh_tryout.h"
+#include "frontends/cli/serving/stdio_joint.h"
+#include "frontends/cli/serving/target_keeper.h"
+#include "frontends/netconf/defaults.h"
+#include "frontends/netconf/netconf_server.h"
+#include "frontends/netconf/server_events.h"
+
+namespace yfw::cli {
+namespace {
+
+constexpr const char *serve_help = R"(
+Without --socket: an SSH server of its own on a loopback port, with fresh keys; it prints how to connect and
+removes everything at the end. With --socket: for a system's sshd, whose configuration says
+  Subsystem netconf /usr/bin/yfw netconf-stdio
+
+Examples:
+  yfw serve
+  yfw serve --device lldpd: --port 8300
+  yfw serve --device lldpd: --socket /run/yfw/netconf.sock --writers netadmin --readers netops
+)";
+
+constexpr const char *default_socket = "/run/yfw/netconf.sock";
+
+struct ServeOptions {
+    netconf::ServerOptions server;
+    std::string socket;
+    std::string nacm;
+    uint16_t port = 0;
+    int hello_timeout = 30; // seconds
+    uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
+    uint64_t largest_message = netconf::FrameLimits{}.message;
+};
+
+void publish(events::EventStream &events, const NeighborReport &report) {
+    netconf::publish_neighbor_change(events, std::string(to_string(report.change)), report.interface(),
+                                     report.id(), netconf::print_data(report.answer.get()));
+}
+
+// Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
+// Error for a file that is no rules.
+std::optional<access::Nacm> access_rules(const DeviceOptions &device, const netconf::ProtocolModules &modules,
+                                         const std::string &file) {
+    if (file.empty())
+        return std::nullopt;
+    std::vector<std::string> names;
+    for (const netconf::ModuleName &module : modules.modules())
+        if (module.offered)
+            names.push_back(module.name);
+    return access::Nacm(file, {device.native_models / "ietf", device.openconfig_models, device.native_models},
+                        names);
+}
+
+void serve_device(const DeviceOptions &device, netconf::ServerOptions options, const std::string &rules,
+                  int stop, const std::function<void()> &ready) {
+    Session session(device, Use::serving);
+    if (session.source.store().empty())
+        throw Error(ErrorTag::missing_element, "--store",
+                    "a device that is given as files needs a file for its commits");
+    const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
+                                           device.native_models);
+    const std::optional<access::Nacm> nacm = access_rules(device, modules, rules);
+    options.nacm = nacm.has_value() ? &*nacm : nullptr;
+    events::EventStream events;
+    netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
+    datastores.recover();
+    netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules, events);
+    const NeighborReporter reporter(session.schemas, session.engine);
+    const TargetKeeper keeper(session, [&](sources::NeighborEvent event) {
+        if (const auto report = reporter.report(std::move(event)))
+            publish(events, *report);
+    });
+    ready();
+    server.run(stop);
+    datastores.take_back_unconfirmed();
+}
+
+// Each session takes a descriptor, and what is usual are 1024.
+void permit_many_descriptors() {
+    constexpr rlim_t enough = 65536;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= enough)
+        return;
+    limit.rlim_cur = std::min(limit.rlim_max, enough);
+    setrlimit(RLIMIT_NOFILE, &limit); // with fewer there are fewer sessions
+}
+
+void run_serve(const DeviceOptions &device, const ServeOptions &options) {
+    const StopSignals stop;
+    permit_many_descriptors();
+    std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
+    netconf::ServerOptions server = options.server;
+    server.hello_timeout = std::chrono::seconds(options.hello_timeout);
+    server.limits = {options.largest_chunk, options.largest_message};
+    if (!options.socket.empty()) {
+        server.socket = options.socket;
+        serve_device(device, server, options.nacm, stop.descriptor(),
+                     [&] { std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl; });
+        return;
+    }
+    SshTryout ssh(options.port);
+    server.socket = ssh.socket();
+    server.groups.owner = geteuid();
+    serve_device(device, server, options.nacm, stop.descriptor(), [&] {
+        ssh.start();
+        std::cout << ssh.instructions() << std::flush;
+    });
+}
+
+} // namespace
+
+void add_serve(CLI::App &app, DeviceOptions &device) {
+    const auto options = std::make_shared<ServeOptions>();
+    CLI::App *serve = app.add_subcommand("serve", "Serve a device over NETCONF");
+    serve->footer(serve_help);
+    auto *socket =
+        serve->add_option("--socket", options->socket, "Serve on this Unix socket, for a system's sshd");
+    socket->option_text("PATH");
+    serve->add_option("--port", options->port, "The loopback port of the SSH server; default: a free one")
+        ->option_text("PORT")
+        ->excludes(socket);
+    serve->add_option("--readers", options->server.groups.readers, "The group of those who may read")
+        ->capture_default_str()
+        ->option_text("GROUP");
+    serve->add_option("--writers", options->server.groups.writers, "The group of those who may read and edit")
+        ->capture_default_str()
+        ->option_text("GROUP");
+    serve
+        ->add_option("--nacm", options->nacm,
+                     "Access rules, a <nacm> document of ietf-netconf-acm, that hold beside the groups")
+        ->option_text("FILE");
+    serve
+        ->add_option("--max-chunk", options->largest_chunk,
+                     "The longest chunk that is accepted; default 10 MiB")
+        ->check(CLI::Range(uint64_t{1}, uint64_t{4294967295}))
+        ->option_text("BYTES");
+    serve
+        ->add_option("--hello-timeout", options->hello_timeout,
+                     "How long a client may take to say its <hello>; default 30")
+        ->check(CLI::Range(1, 3600))
+        ->option_text("SECONDS");
+    serve->add_option("--max-message", options->largest_message, "The longest message; default 64 MiB")
+        ->check(CLI::PositiveNumber)
+        ->option_text("BYTES");
+    add_device_options(*serve, device);
+    serve->callback([&device, options] { run_serve(device, *options); });
+
+    CLI::App *stdio =
+        app.add_subcommand("netconf-stdio", "Join standard input and output to the server's socket");
+    stdio->footer(
+        "\nFor sshd:\n  Subsystem netconf /usr/bin/yfw netconf-stdio --socket /run/yfw/netconf.sock\n");
+    const auto joined = std::make_shared<std::string>(default_socket);
+    stdio->add_option("--socket", *joined, "The server's socket")->capture_default_str()->option_text("PATH");
+    stdio->callback([joined] { join_standard_streams(*joined); });
+}
+
+} // namespace yfw::cli

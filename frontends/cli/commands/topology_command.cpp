@@ -1,0 +1,111 @@
+#include "frontends/cli/commands/topology_command.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+
+#include "frontends/cli/options/installation.h"
+#include "frontends/cli/options/session.h"
+#include "frontends/pictures/graphviz.h"
+#include "frontends/pictures/topology_answer.h"
+#include "frontends/pictures/topology_drawing.h"
+#include "frontends/pictures/topology_model.h"
+#include "lab/lab.h"
+#include "yang/path.h"
+
+namespace yfw::cli {
+namespace {
+
+constexpr const char *topology_examples = R"(
+Reads /lldp of every device and draws who is connected to whom on which ports. A neighbor that is not among
+the devices is drawn as not read; what only one side tells is marked.
+
+Examples:
+  yfw topology
+  yfw topology --device examples/r1 --device examples/r2
+  yfw topology --dot | neato -Tpng -o network.png
+  yfw topology --svg network.svg
+  yfw topology --lab
+)";
+
+struct TopologyOptions {
+    std::vector<std::filesystem::path> devices;
+    std::string lab; // its name; empty: none
+    bool dot = false;
+    std::filesystem::path svg;
+};
+
+// The device as `get` shows it, with the configuration that was committed.
+pictures::Report read_device(const std::filesystem::path &directory, DeviceOptions options) {
+    options.device = directory;
+    Session session(options);
+    host::ReadRequest request;
+    request.paths.push_back(yang::parse_path(session.schemas.openconfig_root(), "/lldp"));
+    const host::Answer answer = session.engine.read(request);
+    for (const std::string &warning : answer.warnings)
+        std::cerr << "yfw: warning: " << directory.string() << ": " << warning << '\n';
+    return pictures::read_answer(directory.string(), answer.data.get());
+}
+
+void print(const std::string &text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw std::runtime_error(std::string("standard output: cannot be written: ") + std::strerror(errno));
+}
+
+std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {
+    std::vector<std::filesystem::path> devices;
+    for (const lab::LabRouter &router : lab::running_lab(name))
+        devices.emplace_back("lldpd:" + router.socket.string());
+    return devices;
+}
+
+void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
+    std::vector<pictures::Report> reports;
+    for (const std::filesystem::path &directory :
+         options.lab.empty() ? options.devices : devices_of_lab(options.lab))
+        reports.push_back(read_device(directory, device));
+    const pictures::Topology topology = pictures::build(reports);
+    if (!options.svg.empty())
+        pictures::write_file(options.svg, pictures::make_svg(pictures::draw_dot(topology)));
+    else
+        print(options.dot ? pictures::draw_dot(topology) : pictures::draw_text(topology));
+}
+
+} // namespace
+
+void add_topology(CLI::App &app, DeviceOptions &device) {
+    const auto options = std::make_shared<TopologyOptions>();
+    for (const char *name : {"r1", "r2", "r3", "r4"})
+        options->devices.emplace_back(installation().examples / name);
+    CLI::App *command = app.add_subcommand("topology", "Draw who is connected to whom");
+    command->footer(topology_examples);
+    auto *devices =
+        command
+            ->add_option(
+                "--device", options->devices,
+                "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: the shipped "
+                "r1 to r4")
+            ->option_text("DEVICE");
+    devices->allow_extra_args(false);
+    command
+        ->add_option("--lab", options->lab,
+                     "The routers of the laboratory by this name; default: the one of `lab up`")
+        ->expected(0, 1)
+        ->default_str(lab::Place().name)
+        ->option_text("[NAME]")
+        ->excludes(devices);
+    auto *dot = command->add_flag("--dot", options->dot, "Print the graph in Graphviz's language");
+    command->add_option("--svg", options->svg, "Draw the picture into this file; needs Graphviz")
+        ->option_text("FILE")
+        ->excludes(dot);
+    command->add_option("--models", device.openconfig_models, "Use the OpenConfig modules of this directory")
+        ->option_text("DIR");
+    command->add_option("--plugin", device.plugin, "The mapping plug-in to load")->option_text("FILE");
+    command->add_flag("--trace", device.trace, "Print the plug-in's debug log on standard error");
+    command->callback([&device, options] { run_topology(device, *options); });
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,84 @@
+#include "frontends/cli/commands/watch_command.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "base/error.h"
+#include "base/stop_signals.h"
+#include "base/utc_time.h"
+#include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/session.h"
+#include "frontends/cli/output/neighbor_report.h"
+
+namespace yfw::cli {
+namespace {
+
+constexpr const char *watch_examples = R"(
+Prints one line for each neighbor that is added, updated or removed, in OpenConfig paths, until it is
+interrupted. A daemon that goes away is waited for; when it is back it gets the last commit again.
+
+Examples:
+  yfw watch --device lldpd:/run/lldpd.socket
+  yfw watch --device lldpd: --json | jq .path
+)";
+
+nlohmann::ordered_json data_of(const lyd_node *node) {
+    char *text = nullptr;
+    lyd_print_mem(&text, node, LYD_JSON, LYD_PRINT_SHRINK);
+    const std::unique_ptr<char, decltype(&std::free)> owner(text, std::free);
+    nlohmann::ordered_json data = nlohmann::ordered_json::parse(text != nullptr ? text : "{}");
+    return data.empty() ? data : data.front().front(); // of the one member, a list of one entry
+}
+
+void print(const NeighborReport &report, bool json) {
+    const std::string time = utc_now();
+    if (json)
+        std::cout << nlohmann::ordered_json{{"time", time},
+                                            {"change", to_string(report.change)},
+                                            {"path", report.path()},
+                                            {"neighbor", data_of(report.neighbor)}}
+                         .dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    else
+        std::cout << time << "  " << to_string(report.change)
+                  << (report.change == sources::NeighborChange::added ? "    " : "  ") << report.path();
+    std::cout << '\n' << std::flush; // a line is worth nothing before it is seen
+    if (!std::cout)
+        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
+}
+
+void run_watch(const DeviceOptions &device, bool json) {
+    Session session(device);
+    if (session.device.watch == nullptr)
+        throw Error(ErrorTag::invalid_value, "--device",
+                    "a recorded device does not change; expected lldpd:SOCKET");
+    const StopSignals stop;
+    const NeighborReporter reporter(session.schemas, session.engine);
+    session.device.watch->run(session.schemas.context(), stop.descriptor(),
+                              {[&](sources::NeighborEvent event) {
+                                   if (const auto report = reporter.report(std::move(event)))
+                                       print(*report, json);
+                               },
+                               [](const std::string &reason) {
+                                   std::cerr << "yfw: warning: " << reason << "; waiting for it" << std::endl;
+                               },
+                               [&] {
+                                   std::cerr << "yfw: the device is back" << std::endl;
+                                   session.source.restore_target();
+                               }});
+}
+
+} // namespace
+
+void add_watch(CLI::App &app, DeviceOptions &device) {
+    CLI::App *command = app.add_subcommand("watch", "Print neighbors as they come and go");
+    command->footer(watch_examples);
+    const auto json = std::make_shared<bool>(false);
+    command->add_flag("--json", *json, "One JSON object a line, with the neighbor's data");
+    add_device_options(*command, device);
+    command->callback([&device, json] { run_watch(device, *json); });
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,34 @@
+#include "frontends/cli/options/device_options.h"
+
+#include "frontends/cli/options/installation.h"
+
+namespace yfw::cli {
+
+void add_device_options(CLI::App &command, DeviceOptions &options) {
+    const Installation &files = installation();
+    options.device = files.examples / "r1";
+    options.openconfig_models = files.models;
+    options.native_models = files.models;
+    options.plugin = files.plugin;
+    auto *native = command.add_option("--native", options.native_files,
+                                      "File of native instance data, XML or JSON; may be repeated");
+    native->option_text("FILE");
+    native->allow_extra_args(false);
+    command
+        .add_option(
+            "--device", options.device,
+            "Directory of a recorded device, or lldpd:SOCKET for a running lldpd; default: the shipped r1")
+        ->option_text("DEVICE")
+        ->excludes(native);
+    command
+        .add_option(
+            "--store", options.store,
+            "File of the device's commits; default: one in the user's state directory, by the device's path")
+        ->option_text("FILE");
+    command.add_option("--models", options.openconfig_models, "Use the OpenConfig modules of this directory")
+        ->option_text("DIR");
+    command.add_option("--plugin", options.plugin, "The mapping plug-in to load")->option_text("FILE");
+    command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
+}
+
+} // namespace yfw::cli

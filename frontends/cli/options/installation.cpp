@@ -1,0 +1,23 @@
+#include "frontends/cli/options/installation.h"
+
+namespace yfw::cli {
+namespace {
+
+Installation find_installation() {
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::filesystem::path prefix = program.parent_path().parent_path();
+    const std::filesystem::path shared = prefix / "share/yfw";
+    if (!error && std::filesystem::is_directory(shared / "models", error))
+        return {shared / "models", shared / "examples", prefix / "lib/yfw/liboclldp.so"};
+    return {YFW_MODELS_DIR, YFW_EXAMPLES_DIR, YFW_PLUGIN_LIBRARY};
+}
+
+} // namespace
+
+const Installation &installation() {
+    static const Installation found = find_installation(); // every command asks
+    return found;
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,112 @@
+#include "frontends/cli/output/explain_print.h"
+
+#include <nlohmann/json.hpp>
+
+namespace yfw::cli {
+namespace {
+
+const char *operation_of(const host::NativePath &path) {
+    switch (path.operation) {
+    case YFW_OP_REPLACE:
+        return "replace";
+    case YFW_OP_CREATE:
+        return "create";
+    case YFW_OP_DELETE:
+        return "delete";
+    case YFW_OP_REMOVE:
+        return "remove";
+    default:
+        return "merge";
+    }
+}
+
+std::string read_text(const host::NativePath &path) {
+    return "read   " + path.path + (path.value.has_value() ? " = " + *path.value : "");
+}
+
+const char *module_of(const std::string &ns) {
+    const size_t colon = ns.rfind(':');
+    return ns.c_str() + (colon == std::string::npos ? 0 : colon + 1);
+}
+
+nlohmann::ordered_json json_of(const host::NativePath &path, bool edit) {
+    nlohmann::ordered_json json;
+    json["path"] = path.path;
+    json["module"] = module_of(path.ns);
+    if (edit)
+        json["operation"] = operation_of(path);
+    if (path.value.has_value())
+        json["value"] = *path.value;
+    return json;
+}
+
+std::string joined(const std::vector<std::string> &words) {
+    std::string text;
+    for (const std::string &word : words)
+        text += (text.empty() ? "" : " -> ") + word;
+    return text;
+}
+
+void print_lines(std::ostream &to, const char *label, const std::vector<std::string> &lines) {
+    for (const std::string &line : lines)
+        to << "  " << label << ' ' << line << '\n';
+}
+
+} // namespace
+
+std::string edit_text(const host::NativePath &path) {
+    std::string text = operation_of(path);
+    text.resize(7, ' ');
+    return text + path.path + (path.value.has_value() ? " = " + *path.value : "");
+}
+
+void print_explanation(std::ostream &to, const host::Explanation &explanation, bool edit) {
+    for (const host::ExplainedNode &node : explanation) {
+        to << node.openconfig << '\n';
+        if (!node.callbacks.empty())
+            to << "  by   " << joined(node.callbacks) << '\n';
+        for (const host::NativePath &path : node.paths)
+            to << "  " << (edit ? edit_text(path) : read_text(path)) << "   (" << module_of(path.ns) << ")\n";
+    }
+}
+
+void print_explanation_json(std::ostream &to, const host::Explanation &explanation, bool edit) {
+    auto rows = nlohmann::ordered_json::array();
+    for (const host::ExplainedNode &node : explanation) {
+        nlohmann::ordered_json row;
+        row["openconfig"] = node.openconfig;
+        row["callbacks"] = node.callbacks;
+        row["native"] = nlohmann::ordered_json::array();
+        for (const host::NativePath &path : node.paths)
+            row["native"].push_back(json_of(path, edit));
+        rows.push_back(std::move(row));
+    }
+    to << rows.dump(2) << '\n';
+}
+
+void print_correspondence(std::ostream &to, const std::vector<Correspondence> &rows) {
+    for (const Correspondence &row : rows) {
+        to << row.openconfig << '\n';
+        print_lines(to, "read ", row.sources);
+        if (row.sources.empty())
+            to << "  read  not mapped\n";
+        print_lines(to, "write", row.targets);
+        if (row.targets.empty())
+            to << (row.writable ? "  write not mapped\n" : "  write read-only\n");
+    }
+}
+
+void print_correspondence_json(std::ostream &to, const std::vector<Correspondence> &rows) {
+    auto list = nlohmann::ordered_json::array();
+    for (const Correspondence &row : rows) {
+        nlohmann::ordered_json json;
+        json["openconfig"] = row.openconfig;
+        json["sources"] = row.sources;
+        json["targets"] = row.targets;
+        json["writable"] = row.writable;
+        list.push_back(std::move(json));
+    }
+    to << list.dump(2) << '\n';
+}
+
+} // namespace yfw::cli

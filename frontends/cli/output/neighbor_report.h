@@ -1,0 +1,42 @@
+// What happened to a neighbor, in OpenConfig terms.
+#ifndef YFW_FRONTENDS_CLI_OUTPUT_NEIGHBOR_REPORT_H
+#define YFW_FRONTENDS_CLI_OUTPUT_NEIGHBOR_REPORT_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/engine.h"
+#include "sources/neighbor_watch.h"
+
+namespace yfw::cli {
+
+std::string_view to_string(sources::NeighborChange change);
+
+struct NeighborReport {
+    sources::NeighborChange change = sources::NeighborChange::updated;
+    yang::DataTree answer;              // as a read would show the neighbor, from the top down
+    const lyd_node *neighbor = nullptr; // its entry there
+
+    // Of the entry, without the module's name.
+    std::string path() const;
+    std::string interface() const;
+    std::string id() const;
+};
+
+// Has the mapping name neighbors as every read does. Borrows both.
+class NeighborReporter {
+public:
+    NeighborReporter(const yang::Schemas &schemas, host::Engine &engine);
+
+    // Nothing when the mapping finds no neighbor in the event. Throws Error.
+    std::optional<NeighborReport> report(sources::NeighborEvent event) const;
+
+private:
+    host::Engine &engine_;
+    host::ReadRequest wanted_;
+};
+
+} // namespace yfw::cli
+
+#endif

@@ -1,0 +1,22 @@
+// Printing answers.
+#ifndef YFW_FRONTENDS_CLI_OUTPUT_PRINT_H
+#define YFW_FRONTENDS_CLI_OUTPUT_PRINT_H
+
+#include <cstdio>
+
+#include "frontends/cli/options/options.h"
+#include "yang/data_tree.h"
+#include "yang/schemas.h"
+
+namespace yfw::cli {
+
+// Makes a stream ready for large output by one thread. To be called before anything is written.
+void prepare_output(std::FILE *to);
+
+// Writes the data as JSON (RFC 7951) or XML, ended by a newline. Without data an empty object, or the empty top
+// container. Throws Error when the output cannot be written.
+void print_data(std::FILE *to, const yang::Schemas &schemas, const lyd_node *data, Format format);
+
+} // namespace yfw::cli
+
+#endif

@@ -1,0 +1,34 @@
+// Signals that ask the program to end, kept until it is ready to.
+#ifndef YFW_LAB_INTERRUPTION_H
+#define YFW_LAB_INTERRUPTION_H
+
+#include <array>
+#include <csignal>
+#include <stdexcept>
+
+namespace yfw::lab {
+
+class Interrupted : public std::runtime_error {
+public:
+    Interrupted() : std::runtime_error("interrupted") {}
+};
+
+// While it lives, SIGINT, SIGTERM and SIGHUP are noted instead of ending the program, and a closed pipe is an
+// error of writing. One at a time.
+class Interruption {
+public:
+    Interruption();
+    ~Interruption();
+    Interruption(const Interruption &) = delete;
+    Interruption &operator=(const Interruption &) = delete;
+
+    // Throws Interrupted when a signal was noted.
+    static void check();
+
+private:
+    std::array<struct sigaction, 4> before_{};
+};
+
+} // namespace yfw::lab
+
+#endif

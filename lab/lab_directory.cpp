@@ -1,0 +1,126 @@
+#include "lab/lab_directory.h"
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include "base/error.h"
+#include "lab/topology_file.h"
+
+namespace yfw::lab {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr mode_t directory_mode = 0755; // lldpd's own user reads its configuration there
+const fs::path default_base = Place().base;
+
+[[noreturn]] void refuse(const fs::path &path, const std::string &message) {
+    throw Error(ErrorTag::operation_failed, path.string(), message);
+}
+
+void make_directory(const fs::path &path) {
+    if (::mkdir(path.c_str(), directory_mode) == 0)
+        ::chmod(path.c_str(), directory_mode); // whatever the umask takes away
+    else if (errno != EEXIST)
+        refuse(path, std::string("cannot be made: ") + std::strerror(errno));
+}
+
+// Whether the path still leads to what is open: it may have been removed, and made again, meanwhile.
+bool is_at(const Descriptor &open, const fs::path &path) {
+    struct stat there {
+    }, here{};
+    return ::fstat(open.get(), &here) == 0 && ::lstat(path.c_str(), &there) == 0 &&
+           here.st_ino == there.st_ino && here.st_dev == there.st_dev;
+}
+
+// Waits for the lock; an open one that another process removed meanwhile is not at its path any more.
+void lock(const Descriptor &directory, const fs::path &path, std::chrono::milliseconds patience) {
+    constexpr std::chrono::milliseconds pause{20};
+    const auto deadline = Clock::now() + patience;
+    while (::flock(directory.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            refuse(path, std::string("cannot be locked: ") + std::strerror(errno));
+        if (Clock::now() >= deadline)
+            refuse(path, "another command works on this laboratory; try again when it has ended");
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+} // namespace
+
+Place checked(Place place) {
+    if (!is_name(place.name))
+        throw Error(ErrorTag::invalid_value, place.name,
+                    "expected a name of 1 to 32 letters, digits, - and _ for the laboratory");
+    std::error_code error;
+    const fs::path canonical = fs::canonical(place.base, error);
+    if (!error && fs::is_directory(canonical))
+        place.base = canonical;
+    else if (place.base != default_base)
+        throw Error(ErrorTag::invalid_value, place.base.string(), "expected a directory that is there");
+    return place;
+}
+
+LabDirectory LabDirectory::make(const Place &place) {
+    constexpr int most_attempts = 10;
+    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+        if (place.base == default_base)
+            make_directory(place.base);
+        make_directory(place.directory());
+        if (std::optional<LabDirectory> directory = open(place))
+            return std::move(*directory);
+    }
+    refuse(place.directory(), "is made and removed by another command again and again");
+}
+
+std::optional<LabDirectory> LabDirectory::open(const Place &place, std::chrono::milliseconds patience) {
+    const fs::path path = place.directory();
+    Descriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!directory.is_open() && errno == ENOENT)
+        return std::nullopt;
+    if (!directory.is_open())
+        refuse(path, std::string("is no directory of a laboratory: ") + std::strerror(errno));
+    check_owner(place);
+    lab::lock(directory, path, patience);
+    if (!is_at(directory, path))
+        return std::nullopt;
+    return LabDirectory(place, std::move(directory));
+}
+
+bool LabDirectory::remove() {
+    if (::rmdir(place_.directory().c_str()) != 0)
+        return false;
+    if (place_.base == default_base)
+        ::rmdir(place_.base.c_str()); // other laboratories may be in it
+    return true;
+}
+
+void check_owner(const Place &place) {
+    struct stat found {};
+    if (::lstat(place.directory().c_str(), &found) != 0)
+        return;
+    if (!S_ISDIR(found.st_mode) || (found.st_uid != 0 && found.st_uid != ::geteuid()) ||
+        (found.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+        refuse(place.directory(), "expected a directory that nobody but root or you can write to");
+}
+
+void check_open_to_all(const fs::path &directory) {
+    fs::path path;
+    for (const fs::path &part : directory) {
+        path /= part;
+        struct stat found {};
+        if (::stat(path.c_str(), &found) == 0 && (found.st_mode & S_IXOTH) == 0)
+            refuse(path,
+                   "expected a directory that everybody can enter (chmod o+x): lldpd works as a user of its "
+                   "own");
+    }
+}
+
+} // namespace yfw::lab

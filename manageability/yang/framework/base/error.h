@@ -1,0 +1,57 @@
+// The error that reaches a user: what a client is told, and where it happened.
+#ifndef YFW_BASE_ERROR_H
+#define YFW_BASE_ERROR_H
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace yfw {
+
+// Error tags of RFC 6241 appendix A that the host gives.
+enum class ErrorTag {
+    invalid_value,
+    unknown_element,
+    unknown_namespace,
+    missing_element,
+    bad_element,
+    bad_attribute,
+    data_exists,
+    data_missing,
+    resource_denied,
+    operation_not_supported,
+    operation_failed
+};
+
+std::string_view to_string(ErrorTag tag);
+
+// `path`: the node or place that is at fault, empty when there is none. `status`: the status that the plug-in
+// returned, 0 when the host found the error.
+class Error : public std::runtime_error {
+public:
+    Error(ErrorTag tag, std::string path, const std::string &message, uint32_t status = 0)
+        : std::runtime_error(message), tag_(tag), path_(std::move(path)), status_(status) {}
+
+    // What a client is told beside the path: the namespace or attribute that is unknown, the key that is
+    // missing.
+    Error &&about(std::string subject) && {
+        subject_ = std::move(subject);
+        return std::move(*this);
+    }
+    const std::string &subject() const { return subject_; }
+
+    ErrorTag tag() const { return tag_; }
+    const std::string &path() const { return path_; }
+    uint32_t status() const { return status_; }
+
+private:
+    ErrorTag tag_;
+    std::string path_;
+    std::string subject_;
+    uint32_t status_;
+};
+
+} // namespace yfw
+
+#endif

@@ -1,0 +1,36 @@
+// Processes that are told from later ones with the same number.
+#ifndef YFW_BASE_PROCESS_IDENTITY_H
+#define YFW_BASE_PROCESS_IDENTITY_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace yfw {
+
+struct ProcessIdentity {
+    pid_t number = 0;
+    unsigned long long start = 0; // clock ticks after the boot, of /proc/PID/stat
+
+    bool operator==(const ProcessIdentity &) const = default;
+};
+
+// The identity of the process that has this number now; nothing when there is none, or only its exit status.
+std::optional<ProcessIdentity> identity_of(pid_t number);
+
+bool is_running(const ProcessIdentity &process);
+
+// Sends the signal to this very process; does nothing when it is gone.
+void send_signal(const ProcessIdentity &process, int signal);
+
+// All processes that run in this session and in the network namespace with this inode.
+std::vector<ProcessIdentity> processes_of_session(pid_t session, ino_t network_namespace);
+
+// Names this boot of the machine: process numbers and start times of another one mean nothing.
+std::string boot_identity();
+
+} // namespace yfw
+
+#endif

@@ -1,0 +1,30 @@
+#include "base/stop_signals.h"
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include "base/error.h"
+
+namespace yfw {
+
+StopSignals::StopSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    sigprocmask(SIG_BLOCK, &signals, &before_);
+    descriptor_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (descriptor_ < 0)
+        throw Error(ErrorTag::resource_denied, "", "no descriptor for signals is left");
+}
+
+StopSignals::~StopSignals() {
+    // What was noted has been heeded: delivered now, it would end the program after all.
+    signalfd_siginfo noted{};
+    while (read(descriptor_, &noted, sizeof noted) > 0) {
+    }
+    close(descriptor_);
+    sigprocmask(SIG_SETMASK, &before_, nullptr);
+}
+
+} // namespace yfw

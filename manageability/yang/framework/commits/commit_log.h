@@ -1,0 +1,75 @@
+// The commits of a device's native configuration, in one SQLite file.
+#ifndef YFW_COMMITS_COMMIT_LOG_H
+#define YFW_COMMITS_COMMIT_LOG_H
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+struct sqlite3;
+
+namespace yfw::commits {
+
+// The store cannot be opened, read or written; the text names the file.
+class StoreError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct Commit {
+    int64_t number = 0; // from 0, the configuration that was there before the first commit
+    std::string time;   // UTC, RFC 3339
+    std::string who;
+    std::string comment;
+    std::string edit;          // in OpenConfig terms, XML
+    std::string difference;    // native, one line a node
+    std::string configuration; // native, XML
+};
+
+// The steps of a commit, for tests that end the process at each of them.
+enum class Step { begun, read, prepared, inserted, committed };
+
+// One process may hold several; several processes may use one file. Every commit is on the disk before it is
+// reported (write-ahead log, full synchronisation).
+class CommitLog {
+public:
+    // Opens the file, and makes it with its directory when `create` says so. Throws StoreError.
+    CommitLog(const std::filesystem::path &file, bool create);
+    ~CommitLog();
+    CommitLog(const CommitLog &) = delete;
+    CommitLog &operator=(const CommitLog &) = delete;
+
+    // The last commit; nothing when there is none.
+    std::optional<Commit> last() const;
+    std::optional<Commit> find(int64_t number) const;
+    // Of the last commit; nothing when there is none.
+    std::optional<int64_t> last_number() const;
+    // All commits without their texts of edit, difference and configuration, newest first.
+    std::vector<Commit> history() const;
+
+    // Makes a commit of what `make` gives when it is called with the last one; nothing is kept, and no other
+    // commit comes between, when it throws or gives nothing. Returns the commit with its number and time.
+    std::optional<Commit>
+    commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
+
+    // Called at each step of a commit.
+    void on_step(std::function<void(Step)> observer) { observer_ = std::move(observer); }
+
+private:
+    void set_up() const;
+    void execute(const char *sql) const;
+    void insert(const Commit &commit) const;
+    void reached(Step step) const;
+
+    std::filesystem::path file_;
+    sqlite3 *database_ = nullptr;
+    std::function<void(Step)> observer_;
+};
+
+} // namespace yfw::commits
+
+#endif

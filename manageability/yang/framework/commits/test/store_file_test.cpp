@@ -1,0 +1,156 @@
+// The file of a store: made when it is to be made, refused by name when it is none.
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "commits/commit_log.h"
+#include "numbered_commits.h"
+#include "support/files.h"
+
+namespace yfw::commits::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// What opening the file, and reading the last commit of it, says; empty when it says nothing.
+std::string complaint(const fs::path &file, bool create) {
+    try {
+        const CommitLog store(file, create);
+        store.last();
+        return "";
+    } catch (const StoreError &error) {
+        return error.what();
+    }
+}
+
+struct FileCase {
+    const char *name;
+    std::function<fs::path(const yfw::test::TemporaryDirectory &)> make;
+};
+
+class AFileThatIsNoStore : public testing::TestWithParam<FileCase> {
+protected:
+    const yfw::test::TemporaryDirectory directory;
+    const fs::path file = GetParam().make(directory);
+};
+
+TEST_P(AFileThatIsNoStore, IsRefusedByName) {
+    for (const bool create : {false, true})
+        EXPECT_NE(complaint(file, create).find(file.string()), std::string::npos)
+            << "create: " << create << ": " << complaint(file, create);
+}
+
+TEST_P(AFileThatIsNoStore, IsLeftAsItIs) {
+    const bool regular = fs::is_regular_file(file);
+    const std::string before = regular ? yfw::test::read_file(file) : "";
+    for (const bool create : {false, true})
+        complaint(file, create);
+    EXPECT_EQ(fs::is_regular_file(file), regular);
+    if (regular) {
+        EXPECT_TRUE(yfw::test::read_file(file) == before);
+    }
+}
+
+fs::path text_file(const yfw::test::TemporaryDirectory &directory) {
+    return directory.add("commits.db", "This is a letter and no database. It is longer than a header.\n" +
+                                           std::string(4096, '.'));
+}
+
+fs::path short_file(const yfw::test::TemporaryDirectory &directory) {
+    return directory.add("commits.db", "hello\n");
+}
+
+fs::path sub_directory(const yfw::test::TemporaryDirectory &directory) {
+    fs::create_directory(directory.path() / "commits.db");
+    return directory.path() / "commits.db";
+}
+
+// The file's first words say that it is a database, and nothing of it follows.
+fs::path damaged_store(const yfw::test::TemporaryDirectory &directory) {
+    const fs::path file = directory.path() / "commits.db";
+    {
+        CommitLog store(file, true);
+        keep_numbered(store);
+    }
+    const std::string whole = yfw::test::read_file(file);
+    return directory.add("damaged.db", whole.substr(0, 16) + std::string(whole.size() - 16, '\x5a'));
+}
+
+INSTANTIATE_TEST_SUITE_P(Being, AFileThatIsNoStore,
+                         testing::Values(FileCase{"AText", text_file}, FileCase{"AWord", short_file},
+                                         FileCase{"ADirectory", sub_directory},
+                                         FileCase{"ADamagedStore", damaged_store}),
+                         [](const auto &file) { return file.param.name; });
+
+TEST(AStoreThatIsAbsent, IsRefusedByNameAndNotMade) {
+    const yfw::test::TemporaryDirectory directory;
+    const fs::path file = directory.path() / "deep" / "commits.db";
+    EXPECT_NE(complaint(file, false).find(file.string()), std::string::npos) << complaint(file, false);
+    EXPECT_TRUE(fs::is_empty(directory.path()));
+}
+
+TEST(AStoreThatIsAbsent, IsMadeWithItsDirectory) {
+    const yfw::test::TemporaryDirectory directory;
+    const fs::path file = directory.path() / "deep" / "deeper" / "commits.db";
+    EXPECT_EQ(complaint(file, true), "");
+    EXPECT_TRUE(fs::exists(file));
+}
+
+TEST(AStoreWhoseDirectoryCannotBeMade, IsRefusedByThePlaceAtFault) {
+    const yfw::test::TemporaryDirectory directory;
+    const fs::path below_a_file = fs::path(directory.add("file", "")) / "commits.db";
+    for (const fs::path &file : {below_a_file, fs::path("/dev/null/deep/commits.db")})
+        for (const bool create : {false, true})
+            EXPECT_NE(complaint(file, create).find(file.parent_path().string()), std::string::npos)
+                << complaint(file, create);
+}
+
+TEST(AStoreWhoseNameIsOdd, IsFoundAgain) {
+    const yfw::test::TemporaryDirectory directory;
+    const fs::path file = directory.path() / "file:a b?mode=ro#'%41\".db";
+    {
+        CommitLog store(file, true);
+        keep_numbered(store);
+    }
+    EXPECT_TRUE(fs::exists(file));
+    EXPECT_TRUE(is_sound(CommitLog(file, false), 0));
+}
+
+// Runs as another user than root where it can, for root may read everything.
+class AStoreOfAnotherUser : public testing::Test {
+protected:
+    static constexpr uid_t nobody = 65534;
+
+    void SetUp() override {
+        fs::permissions(directory.path(), fs::perms::all);
+        {
+            CommitLog store(file, true);
+            keep_numbered(store);
+        }
+        fs::permissions(file, fs::perms::none);
+        if (geteuid() == 0 && seteuid(nobody) != 0)
+            GTEST_SKIP() << "there is no other user here";
+    }
+
+    void TearDown() override {
+        if (getuid() == 0) {
+            ASSERT_EQ(seteuid(0), 0);
+        }
+    }
+
+    const yfw::test::TemporaryDirectory directory;
+    const fs::path file = directory.path() / "commits.db";
+};
+
+TEST_F(AStoreOfAnotherUser, IsRefusedByName) {
+    for (const bool create : {false, true})
+        EXPECT_NE(complaint(file, create).find(file.string()), std::string::npos) << complaint(file, create);
+}
+
+} // namespace
+} // namespace yfw::commits::test

@@ -1,0 +1,33 @@
+// Who may do what, by the groups of the machine's users.
+#ifndef YFW_DEVICE_ACCESS_GROUPS_H
+#define YFW_DEVICE_ACCESS_GROUPS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace yfw::access {
+
+struct AccessGroups {
+    std::string readers = "yfw-readers";
+    std::string writers = "yfw-writers";
+    std::optional<uid_t> owner; // also a writer: the user who started a server of their own
+};
+
+struct User {
+    std::string name;
+    bool may_write = false;
+    std::vector<gid_t> groups; // all of them
+};
+
+// The names of groups that have one.
+std::vector<std::string> names_of(const std::vector<gid_t> &groups);
+
+// The user at the other end of a Unix socket; nothing when they belong to neither group. Root is a writer.
+std::optional<User> user_of_peer(int socket, const AccessGroups &groups);
+
+} // namespace yfw::access
+
+#endif

@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "base/error.h"
+#include "device/access/nacm_rules.h"
+#include "yang/schemas.h"
+
+namespace yfw::access {
+namespace {
+
+using About = AccessRule::About;
+
+constexpr const char *access_module = "ietf-netconf-acm";
+constexpr const char *access_revision = "2018-02-14";
+
+[[noreturn]] void refuse(const std::string &place, const std::string &why) {
+    throw Error(ErrorTag::operation_failed, place, why);
+}
+
+std::string text_of(const std::filesystem::path &file) {
+    if (std::filesystem::is_directory(file))
+        refuse(file.string(), "is a directory");
+    std::ifstream in(file, std::ios::binary);
+    if (!in)
+        refuse(file.string(), std::strerror(errno));
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// What a user is told is one line, also where it quotes the file.
+std::string take_error(const ly_ctx *context) {
+    std::string text = yang::take_yang_error(context);
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+// A path is valid only where its nodes are known.
+yang::YangContext context_with(const std::vector<std::filesystem::path> &module_dirs,
+                               const std::vector<std::string> &modules) {
+    ly_ctx *made = nullptr;
+    if (ly_ctx_new(nullptr, LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
+        refuse("", "the YANG library could not be started");
+    yang::YangContext context(made);
+    for (const std::filesystem::path &dir : module_dirs)
+        if (const LY_ERR status = ly_ctx_set_searchdir(made, dir.c_str());
+            status != LY_SUCCESS && status != LY_EEXIST)
+            refuse(dir.string(), "no directory of YANG modules");
+    for (const std::string &name : modules)
+        if (ly_ctx_load_module(made, name.c_str(), nullptr, nullptr) == nullptr)
+            refuse(name, take_error(made));
+    if (ly_ctx_load_module(made, access_module, access_revision, nullptr) == nullptr)
+        refuse(access_module, take_error(made));
+    return context;
+}
+
+// "FILE:LINE", without the line where libyang does not tell it. Its place ends with "line number LINE.".
+std::string place_of_error(const std::filesystem::path &file, const ly_ctx *context) {
+    const char *said = ly_errpath(context);
+    const std::string_view place = said != nullptr ? said : "";
+    constexpr std::string_view word = "ine number ";
+    const size_t at = place.rfind(word);
+    const std::string_view line = at != std::string_view::npos ? place.substr(at + word.size()) : "";
+    const size_t end = line.find_first_not_of("0123456789");
+    if (end == 0 || line.substr(std::min(end, line.size())) != ".")
+        return file.string();
+    return file.string() + ":" + std::string(line.substr(0, end));
+}
+
+yang::DataTree parse(const std::filesystem::path &file, const ly_ctx *context) {
+    lyd_node *parsed = nullptr;
+    const LY_ERR status =
+        lyd_parse_data_mem(context, text_of(file).c_str(), LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_NO_STATE,
+                           LYD_VALIDATE_PRESENT | LYD_VALIDATE_NO_STATE, &parsed);
+    yang::DataTree data(parsed);
+    if (status != LY_SUCCESS) {
+        const std::string place = place_of_error(file, context);
+        refuse(place, take_error(context));
+    }
+    if (data == nullptr || data->next != nullptr || std::strcmp(data->schema->module->name, access_module) != 0)
+        refuse(file.string(), "is not one <nacm> of ietf-netconf-acm");
+    return data;
+}
+
+std::vector<const lyd_node *> children(const lyd_node *parent, std::string_view name) {
+    std::vector<const lyd_node *> found;
+    for (const lyd_node *child = lyd_child(parent); child != nullptr; child = child->next)
+        if (name == child->schema->name)
+            found.push_back(child);
+    return found;
+}
+
+std::vector<std::string> values(const lyd_node *parent, std::string_view name) {
+    std::vector<std::string> found;
+    for (const lyd_node *child : children(parent, name))
+        found.emplace_back(lyd_get_value(child));
+    return found;
+}
+
+// Of a leaf that the schema demands or has a default for.
+std::string value(const lyd_node *parent, std::string_view name) {
+    return values(parent, name).at(0);
+}
+
+unsigned bits_of(const std::string &words) {
+    unsigned bits = 0;
+    std::istringstream each(words);
+    for (std::string word; each >> word;)
+        for (const Access access : {Access::read, Access::create, Access::update, Access::remove, Access::exec})
+            if (word == "*" || word == to_string(access))
+                bits |= bit(access);
+    return bits;
+}
+
+// A path to something that is no data, an operation for one, would be a rule that never applies.
+std::vector<std::string> modules_on(const std::string &path, const ly_ctx *context, const std::string &place) {
+    std::vector<std::string> modules;
+    const lysc_node *node = lys_find_path(context, nullptr, path.c_str(), 0);
+    constexpr unsigned data = LYS_CONTAINER | LYS_LIST | LYS_LEAF | LYS_LEAFLIST | LYS_ANYDATA;
+    if (node == nullptr || (node->nodetype & data) == 0)
+        refuse(place, "the path " + path + " names no data");
+    for (; node != nullptr; node = node->parent)
+        if (std::find(modules.begin(), modules.end(), node->module->name) == modules.end())
+            modules.emplace_back(node->module->name);
+    return modules;
+}
+
+AccessRule rule_from(const lyd_node *node, const ly_ctx *context, const std::string &file) {
+    AccessRule rule;
+    rule.module = value(node, "module-name");
+    rule.accesses = bits_of(value(node, "access-operations"));
+    rule.permits = value(node, "action") == "permit";
+    if (const auto operation = values(node, "rpc-name"); !operation.empty()) {
+        rule.about = About::operation;
+        rule.name = operation[0];
+    } else if (const auto notification = values(node, "notification-name"); !notification.empty()) {
+        rule.about = About::notification;
+        rule.name = notification[0];
+    } else if (const auto path = values(node, "path"); !path.empty()) {
+        rule.about = About::data;
+        rule.path = path[0];
+        if (rule.path != "/")
+            rule.path_modules = modules_on(rule.path, context, file);
+    }
+    return rule;
+}
+
+RuleList list_from(const lyd_node *node, const ly_ctx *context, const std::string &file) {
+    RuleList list;
+    for (std::string &group : values(node, "group"))
+        list.groups.insert(std::move(group));
+    for (const lyd_node *rule : children(node, "rule"))
+        list.rules.push_back(rule_from(rule, context, file));
+    return list;
+}
+
+} // namespace
+
+AccessRules read_access_rules(const std::filesystem::path &file,
+                              const std::vector<std::filesystem::path> &module_dirs,
+                              const std::vector<std::string> &modules) {
+    const yang::YangContext context = context_with(module_dirs, modules);
+    const yang::DataTree nacm = parse(file, context.get());
+    AccessRules rules;
+    rules.enabled = value(nacm.get(), "enable-nacm") == "true";
+    rules.external_groups = value(nacm.get(), "enable-external-groups") == "true";
+    rules.read_default = value(nacm.get(), "read-default") == "permit";
+    rules.write_default = value(nacm.get(), "write-default") == "permit";
+    rules.exec_default = value(nacm.get(), "exec-default") == "permit";
+    for (const lyd_node *groups : children(nacm.get(), "groups"))
+        for (const lyd_node *group : children(groups, "group"))
+            for (const std::string &user : values(group, "user-name"))
+                rules.groups[user].insert(value(group, "name"));
+    for (const lyd_node *list : children(nacm.get(), "rule-list"))
+        rules.lists.push_back(list_from(list, context.get(), file.string()));
+    return rules;
+}
+
+} // namespace yfw::access

@@ -1,0 +1,45 @@
+#include "device/access/nacm_tree.h"
+
+namespace yfw::access {
+namespace {
+
+// Adds the topmost nodes that may not be read. Whether the node itself may be.
+bool find_unreadable(RulesOnTree &rules, const RulesOnTree::Inherited &above, lyd_node *node,
+                     std::vector<lyd_node *> &unreadable) {
+    RulesOnTree::Positions merged;
+    const RulesOnTree::Inherited here = rules.at(node, above, merged);
+    bool is_readable = rules.permits(Access::read, node, here);
+    const size_t found_before = unreadable.size();
+    for (lyd_node *child = lyd_child(node); is_readable && child != nullptr; child = child->next)
+        is_readable = find_unreadable(rules, here, child, unreadable) || !lysc_is_key(child->schema);
+    if (!is_readable) {
+        unreadable.resize(found_before);
+        unreadable.push_back(node);
+    }
+    return is_readable;
+}
+
+void take_out(yang::DataTree &data, lyd_node *node) {
+    if (node == data.get()) {
+        lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself when it is alone
+        static_cast<void>(data.release());
+        data.reset(other != node ? other : nullptr);
+    }
+    lyd_free_tree(node);
+}
+
+} // namespace
+
+void UserRules::remove_unreadable(yang::DataTree &data) const {
+    if (!all_->enabled || data == nullptr)
+        return;
+    lyd_node *first = lyd_first_sibling(data.get());
+    RulesOnTree rules(*all_, rules_, bit(Access::read), first);
+    std::vector<lyd_node *> unreadable;
+    for (lyd_node *top = first; top != nullptr; top = top->next)
+        find_unreadable(rules, rules.at_top(), top, unreadable);
+    for (lyd_node *node : unreadable)
+        take_out(data, node);
+}
+
+} // namespace yfw::access

@@ -1,0 +1,58 @@
+// Access rules as a file holds them.
+#ifndef YFW_DEVICE_ACCESS_NACM_RULES_H
+#define YFW_DEVICE_ACCESS_NACM_RULES_H
+
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "device/access/nacm.h"
+
+namespace yfw::access {
+
+constexpr unsigned bit(Access access) {
+    return 1U << static_cast<unsigned>(access);
+}
+
+struct AccessRule {
+    enum class About { everything, operation, notification, data };
+
+    About about = About::everything;
+    std::string module;                    // "*": any
+    std::string name;                      // of the operation or notification; "*": any
+    std::string path;                      // of data, as libyang finds it in any context; "/": all data
+    std::vector<std::string> path_modules; // whose nodes are on the path
+    unsigned accesses = 0;                 // bits
+    bool permits = false;
+
+    bool is_about(Access access, std::string_view of_module) const {
+        return (accesses & bit(access)) != 0 && (module == "*" || module == of_module);
+    }
+};
+
+struct RuleList {
+    std::set<std::string> groups; // "*": all groups
+    std::vector<AccessRule> rules;
+};
+
+struct AccessRules {
+    bool enabled = true;
+    bool external_groups = true;
+    bool read_default = true; // whether it is permitted
+    bool write_default = false;
+    bool exec_default = true;
+    std::map<std::string, std::set<std::string>> groups; // of each user
+    std::vector<RuleList> lists;
+};
+
+// As Nacm's constructor says.
+AccessRules read_access_rules(const std::filesystem::path &file,
+                              const std::vector<std::filesystem::path> &module_dirs,
+                              const std::vector<std::string> &modules);
+
+} // namespace yfw::access
+
+#endif

@@ -1,0 +1,145 @@
+// What may not be changed of a configuration. Both are walked side by side: libyang's own difference takes a
+// time that grows with the square of the entries, and also when nothing differs.
+#include <cstdlib>
+#include <memory>
+#include <unordered_set>
+
+#include "device/access/nacm_tree.h"
+
+namespace yfw::access {
+namespace {
+
+constexpr unsigned writes = bit(Access::create) | bit(Access::update) | bit(Access::remove);
+
+// Values by default are nobody's doing.
+bool is_set(const lyd_node *node) {
+    return node != nullptr && (node->flags & LYD_DEFAULT) == 0;
+}
+
+// Of one node before and after; either may be NULL. Not of what is below it.
+std::optional<Access> change_between(const lyd_node *before, const lyd_node *after) {
+    const lysc_node *schema = (after != nullptr ? after : before)->schema;
+    // A container without presence is there or not as what it holds.
+    if (lysc_is_np_cont(schema))
+        return std::nullopt;
+    if (!is_set(before))
+        return is_set(after) ? std::optional(Access::create) : std::nullopt;
+    if (!is_set(after))
+        return Access::remove;
+    const bool holds_others = schema != nullptr && (schema->nodetype & LYD_NODE_INNER) != 0;
+    if (!holds_others && lyd_compare_single(before, after, 0) != LY_SUCCESS)
+        return Access::update;
+    return std::nullopt;
+}
+
+// The same node among the siblings of the other configuration, whatever it holds; NULL when it is not there.
+const lyd_node *same_among(const lyd_node *siblings, const lyd_node *node) {
+    lyd_node *same = nullptr;
+    if (siblings == nullptr)
+        return nullptr;
+    const bool is_one_of_several =
+        node->schema == nullptr || (node->schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
+    // By the node libyang finds a leaf of the same value only.
+    const LY_ERR status = is_one_of_several ? lyd_find_sibling_first(siblings, node, &same)
+                                            : lyd_find_sibling_val(siblings, node->schema, nullptr, 0, &same);
+    return status == LY_SUCCESS ? same : nullptr;
+}
+
+std::string path_of(const lyd_node *node) {
+    const std::unique_ptr<char, decltype(&std::free)> path(lyd_path(node, LYD_PATH_STD, nullptr, 0), std::free);
+    return path != nullptr ? path.get() : "";
+}
+
+class Comparison {
+public:
+    Comparison(const AccessRules &all, const std::vector<const AccessRule *> &rules, const lyd_node *before,
+               const lyd_node *after)
+        : before_(all, rules, writes, before), after_(all, rules, writes, after) {}
+
+    std::optional<DeniedWrite> first_denied(const lyd_node *before, const lyd_node *after) {
+        return siblings(before, after, {before_.at_top(), after_.at_top()});
+    }
+
+private:
+    struct Inherited {
+        RulesOnTree::Inherited before;
+        RulesOnTree::Inherited after;
+    };
+
+    // Takes what is there only once as it comes, between the nodes that are there before and after.
+    std::optional<DeniedWrite> siblings(const lyd_node *before, const lyd_node *after, const Inherited &above) {
+        std::optional<DeniedWrite> denied;
+        std::unordered_set<const lyd_node *> moved;
+        const lyd_node *old = before;
+        const lyd_node *now = after;
+        while (!denied.has_value() && (old != nullptr || now != nullptr)) {
+            const lyd_node *same = old != nullptr ? same_among(after, old) : nullptr;
+            if (now != nullptr && same_among(before, now) == nullptr) {
+                denied = node(nullptr, now, above);
+                now = now->next;
+            } else if (old == nullptr) {
+                now = now->next;
+            } else if (same == nullptr || moved.contains(same)) {
+                denied = node(old, same, above);
+                old = old->next;
+            } else if (is_moved(now, same)) {
+                denied = moved_entry(now, above);
+                moved.insert(now);
+                now = now->next;
+            } else {
+                denied = node(old, same, above);
+                old = old->next;
+                now = now != nullptr ? now->next : nullptr;
+            }
+        }
+        return denied;
+    }
+
+    // Whether another one of a list whose order counts stands where this one stood.
+    static bool is_moved(const lyd_node *now, const lyd_node *same) {
+        return now != nullptr && now != same && now->schema == same->schema && lysc_is_userordered(now->schema);
+    }
+
+    std::optional<DeniedWrite> moved_entry(const lyd_node *now, const Inherited &above) {
+        RulesOnTree::Positions merged;
+        return denied_at(after_, now, after_.at(now, above.after, merged), Access::update);
+    }
+
+    // One node with all below it; either may be NULL.
+    std::optional<DeniedWrite> node(const lyd_node *before, const lyd_node *after, const Inherited &above) {
+        RulesOnTree::Positions merged_before;
+        RulesOnTree::Positions merged_after;
+        Inherited here = above;
+        if (before != nullptr)
+            here.before = before_.at(before, above.before, merged_before);
+        if (after != nullptr)
+            here.after = after_.at(after, above.after, merged_after);
+        std::optional<DeniedWrite> denied;
+        if (const std::optional<Access> change = change_between(before, after))
+            denied = *change == Access::remove ? denied_at(before_, before, here.before, *change)
+                                               : denied_at(after_, after, here.after, *change);
+        return denied.has_value() ? denied : siblings(lyd_child(before), lyd_child(after), here);
+    }
+
+    static std::optional<DeniedWrite> denied_at(RulesOnTree &rules, const lyd_node *node,
+                                                const RulesOnTree::Inherited &here, Access access) {
+        if (rules.permits(access, node, here))
+            return std::nullopt;
+        return DeniedWrite{path_of(node), access};
+    }
+
+    RulesOnTree before_;
+    RulesOnTree after_;
+};
+
+} // namespace
+
+std::optional<DeniedWrite> UserRules::denied_write(const lyd_node *before, const lyd_node *after) const {
+    if (!all_->enabled)
+        return std::nullopt;
+    const lyd_node *first_before = lyd_first_sibling(before);
+    const lyd_node *first_after = lyd_first_sibling(after);
+    return Comparison(*all_, rules_, first_before, first_after).first_denied(first_before, first_after);
+}
+
+} // namespace yfw::access

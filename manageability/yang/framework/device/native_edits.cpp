@@ -1,0 +1,252 @@
+#include "device/native_edits.h"
+
+#include <map>
+
+#include "base/error.h"
+#include "yang/path_words.h"
+
+namespace yfw::device {
+namespace {
+
+bool takes_away(const host::NativePath &edit) {
+    return edit.operation == YFW_OP_DELETE || edit.operation == YFW_OP_REMOVE;
+}
+
+// The entry of one list that edits without a key go to.
+struct EntryInHand {
+    std::vector<std::pair<const lysc_node *, std::string>> keys; // in the order of the model
+    bool only_removed_from = false;
+    bool touched = false;
+};
+
+class Applier {
+public:
+    Applier(const yang::Schemas &schemas, yang::DataTree &configuration)
+        : schemas_(schemas), configuration_(configuration) {}
+
+    void apply(const host::NativePath &edit) {
+        const std::vector<const lysc_node *> steps = resolve(edit);
+        const lysc_node *target = steps.back();
+        if (target->nodetype == LYS_LIST)
+            open_entry(edit, target);
+        else if (lysc_is_key(target))
+            set_key(edit, target);
+        else if (takes_away(edit))
+            remove(edit, steps);
+        else
+            set(edit, steps);
+    }
+
+    // Entries that were named by their keys and nothing else are there now.
+    void finish() {
+        for (const auto &[list, entry] : entries_)
+            if (!entry.touched && !entry.keys.empty())
+                make_named(list, entry);
+    }
+
+private:
+    [[noreturn]] void refuse(const host::NativePath &edit, const std::string &reason) const {
+        throw Error(ErrorTag::invalid_value, edit.origin.empty() ? edit.path : edit.origin, reason);
+    }
+
+    std::vector<const lysc_node *> resolve(const host::NativePath &edit) const {
+        std::vector<const lysc_node *> steps;
+        yang::PathWords words(edit.path);
+        std::string_view word;
+        while (words.next(word)) {
+            const lysc_node *node =
+                steps.empty() ? schemas_.native_root(edit.ns, word) : yang::schema_child(steps.back(), word);
+            if (node == nullptr)
+                throw Error(ErrorTag::operation_failed, edit.path,
+                            "the mapping edits a native path that the models do not have");
+            steps.push_back(node);
+        }
+        if (steps.empty())
+            throw Error(ErrorTag::operation_failed, edit.path, "the mapping edits no node");
+        return steps;
+    }
+
+    void open_entry(const host::NativePath &edit, const lysc_node *list) {
+        if (!edit.list_entry)
+            return;
+        leave(list);
+        entries_[list] = {};
+    }
+
+    void leave(const lysc_node *list) {
+        const auto entry = entries_.find(list);
+        if (entry != entries_.end() && !entry->second.touched && !entry->second.keys.empty())
+            make_named(list, entry->second);
+    }
+
+    // A key with another value than the entry in hand has names another entry; it keeps the keys before it.
+    void set_key(const host::NativePath &edit, const lysc_node *key) {
+        const lysc_node *list = key->parent;
+        if (!edit.value.has_value())
+            refuse(edit, "a list key without a value");
+        EntryInHand &entry = entries_[list];
+        for (size_t i = 0; i < entry.keys.size(); i++) {
+            if (entry.keys[i].first != key)
+                continue;
+            if (entry.keys[i].second == *edit.value)
+                return;
+            leave(list);
+            entry.touched = false;
+            entry.keys.resize(i);
+            break;
+        }
+        entry.keys.emplace_back(key, *edit.value);
+    }
+
+    void make_named(const lysc_node *list, const EntryInHand &) {
+        const host::NativePath nowhere{};
+        std::vector<const lysc_node *> steps;
+        for (const lysc_node *node = list; node != nullptr; node = node->parent)
+            steps.insert(steps.begin(), node);
+        reach(nowhere, steps, true);
+    }
+
+    const char *key_value(const host::NativePath &edit, const lysc_node *list, const lysc_node *key) const {
+        const auto entry = entries_.find(list);
+        if (entry != entries_.end())
+            for (const auto &[node, value] : entry->second.keys)
+                if (node == key)
+                    return value.c_str();
+        refuse(edit, "the entry of \"" + std::string(list->name) + "\" has no key \"" + key->name + "\"");
+    }
+
+    // A list entry with the keys in hand, not in any tree.
+    yang::DataTree make_entry(const host::NativePath &edit, const lysc_node *list) const {
+        const char *values[3] = {};
+        size_t count = 0;
+        for (const lysc_node *key = lysc_node_child(list); key != nullptr && lysc_is_key(key) && count < 3;
+             key = key->next)
+            values[count++] = key_value(edit, list, key);
+        // A list below the top has no parent here; libyang makes it all the same by its schema's module.
+        lyd_node *parent = nullptr;
+        lyd_new_inner(nullptr, list->parent->module, list->parent->name, 0, &parent);
+        lyd_node *entry = nullptr;
+        const LY_ERR status =
+            lyd_new_list(parent, list->module, list->name, 0, &entry, values[0], values[1], values[2]);
+        if (status == LY_SUCCESS)
+            lyd_unlink_tree(entry);
+        lyd_free_all(parent);
+        if (status != LY_SUCCESS)
+            refuse(edit, yang::take_yang_error(schemas_.context()));
+        return yang::DataTree(entry);
+    }
+
+    lyd_node *find(lyd_node *siblings, const host::NativePath &edit, const lysc_node *schema) const {
+        lyd_node *found = nullptr;
+        if (schema->nodetype == LYS_LIST) {
+            const yang::DataTree wanted = make_entry(edit, schema);
+            lyd_find_sibling_first(siblings, wanted.get(), &found);
+        } else {
+            lyd_find_sibling_val(siblings, schema, nullptr, 0, &found);
+        }
+        return found;
+    }
+
+    lyd_node *make(const host::NativePath &edit, lyd_node *parent, const lysc_node *schema) {
+        lyd_node *made = nullptr;
+        if (schema->nodetype == LYS_LIST) {
+            made = make_entry(edit, schema).release();
+            lyd_insert_child(parent, made);
+            return made;
+        }
+        if (lyd_new_inner(parent, schema->module, schema->name, 0, &made) != LY_SUCCESS)
+            refuse(edit, yang::take_yang_error(schemas_.context()));
+        if (parent == nullptr) {
+            lyd_node *first = configuration_.release();
+            lyd_insert_sibling(first, made, &first);
+            configuration_.reset(first);
+        }
+        return made;
+    }
+
+    // The container or list entry at the end of the steps; NULL when it is not there and not to be made.
+    lyd_node *reach(const host::NativePath &edit, const std::vector<const lysc_node *> &steps,
+                    bool make_missing) {
+        lyd_node *at = nullptr;
+        for (const lysc_node *schema : steps) {
+            lyd_node *siblings = at != nullptr ? lyd_child(at) : configuration_.get();
+            lyd_node *next = siblings != nullptr ? find(siblings, edit, schema) : nullptr;
+            if (next == nullptr && !make_missing)
+                return nullptr;
+            at = next != nullptr ? next : make(edit, at, schema);
+            if (schema->nodetype == LYS_LIST)
+                entries_[schema].touched = true;
+        }
+        return at;
+    }
+
+    void touch_lists(const std::vector<const lysc_node *> &steps) {
+        for (const lysc_node *schema : steps)
+            if (schema->nodetype == LYS_LIST)
+                entries_[schema].touched = true;
+    }
+
+    // Taking away what is not there is no failure: existence was checked in OpenConfig terms.
+    void remove(const host::NativePath &edit, const std::vector<const lysc_node *> &steps) {
+        touch_lists(steps);
+        lyd_node *node = reach(edit, steps, false);
+        if (node == nullptr)
+            return;
+        if (node == configuration_.get()) {
+            lyd_node *rest = configuration_.release();
+            rest = rest->next;
+            lyd_free_tree(node);
+            configuration_.reset(rest);
+            return;
+        }
+        lyd_free_tree(node);
+    }
+
+    void set(const host::NativePath &edit, std::vector<const lysc_node *> steps) {
+        const lysc_node *target = steps.back();
+        if (target->nodetype == LYS_CONTAINER) {
+            if (steps.size() > 1 || edit.has_source)
+                reach(edit, steps, true);
+            return;
+        }
+        if (!edit.value.has_value())
+            refuse(edit, "the value cannot be converted to one of the native " + edit.path);
+        steps.pop_back();
+        lyd_node *parent = reach(edit, steps, true);
+        lyd_node *leaf = lyd_child(parent) != nullptr ? find(lyd_child(parent), edit, target) : nullptr;
+        LY_ERR status = LY_SUCCESS;
+        if (leaf != nullptr)
+            status = lyd_change_term(leaf, edit.value->c_str());
+        else
+            status = lyd_new_term(parent, target->module, target->name, edit.value->c_str(), 0, nullptr);
+        if (status != LY_SUCCESS && status != LY_EEXIST && status != LY_ENOT)
+            refuse(edit, yang::take_yang_error(schemas_.context()));
+    }
+
+    const yang::Schemas &schemas_;
+    yang::DataTree &configuration_;
+    std::map<const lysc_node *, EntryInHand> entries_;
+};
+
+} // namespace
+
+void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::NativePath> &edits,
+                        yang::DataTree &configuration) {
+    Applier applier(schemas, configuration);
+    for (const host::NativePath &edit : edits)
+        applier.apply(edit);
+    applier.finish();
+}
+
+void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration) {
+    if (!configuration)
+        return;
+    lyd_node *tree = configuration.release();
+    const LY_ERR status =
+        lyd_validate_all(&tree, schemas.context(), LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr);
+    configuration.reset(tree);
+    if (status != LY_SUCCESS)
+        throw Error(ErrorTag::invalid_value, "", yang::take_yang_error(schemas.context()));
+}
+
+} // namespace yfw::device

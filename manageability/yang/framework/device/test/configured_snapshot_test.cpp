@@ -1,0 +1,69 @@
+// What is read of a device with commits: its last one's configuration, whoever made it, and the source's state.
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "edit_device.h"
+#include "yang/configuration_text.h"
+
+namespace yfw::device::test {
+namespace {
+
+const char *const native =
+    R"(<lldp xmlns="urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg"><enable>true</enable></lldp>
+<lldp xmlns="urn:tarvo:yang:Tarvo-QD-ethernet-lldp-oper"><global-lldp><lldp-info><chassis-id>1</chassis-id>
+</lldp-info></global-lldp></lldp>)";
+
+// The one who reads, and others who commit to the same store.
+class ADeviceThatIsReadAgainAndAgain : public testing::Test {
+protected:
+    ADeviceThatIsReadAgainAndAgain() { source_.xml = native; }
+
+    std::string configuration() {
+        const sources::Snapshot now = read_.snapshot(yang::test::schemas().context());
+        return yang::print_configuration(now.configuration.has_value() ? now.configuration->get() : nullptr);
+    }
+    EditedDevice other() { return EditedDevice(native, nullptr, directory_.path()); }
+    std::filesystem::path store() const { return directory_.path() / "commits.db"; }
+
+    const yfw::test::TemporaryDirectory directory_;
+    host::test::TextSource source_;
+    ConfiguredSource read_{yang::test::schemas(), source_, store()};
+};
+
+TEST_F(ADeviceThatIsReadAgainAndAgain, HasItsOwnConfigurationBeforeTheFirstCommit) {
+    EXPECT_FALSE(read_.snapshot(yang::test::schemas().context()).configuration.has_value());
+}
+
+TEST_F(ADeviceThatIsReadAgainAndAgain, ShowsEachCommitOfAnother) {
+    EditedDevice device = other();
+    for (const char *name : {"a", "b", "c"}) {
+        device.edit(config(element("system-name", name)));
+        EXPECT_EQ(configuration(), device.configuration());
+        EXPECT_EQ(configuration(), device.configuration()) << "read again";
+    }
+}
+
+TEST_F(ADeviceThatIsReadAgainAndAgain, ShowsTheStoreThatTookThePlaceOfTheFirst) {
+    other().edit(config(element("system-name", "first")));
+    const std::string first = configuration();
+    for (const char *file : {"commits.db", "commits.db-wal", "commits.db-shm"})
+        std::filesystem::remove(directory_.path() / file);
+    EditedDevice device = other();
+    device.edit(config(element("system-name", "second")));
+    EXPECT_NE(configuration(), first);
+    EXPECT_EQ(configuration(), device.configuration());
+}
+
+TEST_F(ADeviceThatIsReadAgainAndAgain, KeepsTheStateOfTheSource) {
+    other().edit(config(element("system-name", "a")));
+    const sources::Snapshot now = read_.snapshot(yang::test::schemas().context());
+    bool has_state = false;
+    for (const lyd_node *top = now.data.get(); top != nullptr; top = top->next)
+        has_state = has_state || (top->schema->flags & LYS_CONFIG_R) != 0;
+    EXPECT_TRUE(has_state);
+}
+
+} // namespace
+} // namespace yfw::device::test

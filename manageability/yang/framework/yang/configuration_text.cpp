@@ -1,0 +1,106 @@
+#include "yang/configuration_text.h"
+
+#include <map>
+
+#include "base/error.h"
+
+namespace yfw::yang {
+namespace {
+
+using Leaves = std::map<std::string, std::string>;
+
+void collect(const lyd_node *top, Leaves &leaves) {
+    const lyd_node *node = nullptr;
+    LYD_TREE_DFS_BEGIN(top, node) {
+        const bool leaf = (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+        if (leaf && (node->flags & LYD_DEFAULT) == 0 && !lysc_is_key(node->schema)) {
+            char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
+            leaves[path] = lyd_get_value(node);
+            std::free(path);
+        } else if (node->schema->nodetype == LYS_LIST) {
+            char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
+            leaves[path] = "";
+            std::free(path);
+        }
+        LYD_TREE_DFS_END(top, node)
+    }
+}
+
+Leaves leaves_of(const lyd_node *configuration) {
+    Leaves leaves;
+    for (const lyd_node *top = configuration; top != nullptr; top = top->next)
+        collect(top, leaves);
+    return leaves;
+}
+
+void append_line(std::string &text, char sign, const std::string &path, const std::string &value) {
+    text.append(1, sign).append(" ").append(path);
+    if (!value.empty())
+        text.append(" = ").append(value);
+    text += "\n";
+}
+
+} // namespace
+
+std::string print_configuration(const lyd_node *configuration) {
+    if (configuration == nullptr)
+        return "";
+    char *text = nullptr;
+    lyd_print_mem(&text, configuration, LYD_XML, LYD_PRINT_WITHSIBLINGS);
+    const std::string printed = text != nullptr ? text : "";
+    std::free(text);
+    return printed;
+}
+
+DataTree parse_configuration(const Schemas &schemas, const std::string &text, const std::string &place) {
+    if (text.empty())
+        return nullptr;
+    lyd_node *data = nullptr;
+    const LY_ERR status = lyd_parse_data_mem(schemas.context(), text.c_str(), LYD_XML,
+                                             LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &data);
+    DataTree configuration(data);
+    if (status != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, place, take_yang_error(schemas.context()));
+    return configuration;
+}
+
+std::string configuration_difference(const lyd_node *before, const lyd_node *after) {
+    const Leaves old_leaves = leaves_of(before);
+    const Leaves new_leaves = leaves_of(after);
+    std::string text;
+    for (const auto &[path, value] : old_leaves) {
+        const auto found = new_leaves.find(path);
+        if (found == new_leaves.end() || found->second != value)
+            append_line(text, '-', path, value);
+        if (found != new_leaves.end() && found->second != value)
+            append_line(text, '+', path, found->second);
+    }
+    for (const auto &[path, value] : new_leaves)
+        if (!old_leaves.contains(path))
+            append_line(text, '+', path, value);
+    return text;
+}
+
+DataTree take_configuration(DataTree &data) {
+    lyd_node *configuration = nullptr;
+    lyd_node *rest = data.release();
+    lyd_node *next = nullptr;
+    lyd_node *kept = nullptr;
+    for (lyd_node *top = rest; top != nullptr; top = next) {
+        next = top->next;
+        lyd_unlink_tree(top);
+        lyd_node *&to = (top->schema->flags & LYS_CONFIG_W) != 0 ? configuration : kept;
+        lyd_insert_sibling(to, top, &to);
+    }
+    data.reset(kept);
+    return DataTree(configuration);
+}
+
+DataTree copy_configuration(const lyd_node *configuration) {
+    lyd_node *copy = nullptr;
+    if (configuration != nullptr)
+        lyd_dup_siblings(configuration, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, &copy);
+    return DataTree(copy);
+}
+
+} // namespace yfw::yang

@@ -1,0 +1,250 @@
+#include "yang/edit.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "base/error.h"
+#include "yang/yang_text.h"
+
+namespace yfw::yang {
+namespace {
+
+constexpr std::array<std::pair<Operation, std::string_view>, 6> operation_words{{
+    {Operation::merge, "merge"},
+    {Operation::replace, "replace"},
+    {Operation::create, "create"},
+    {Operation::delete_existing, "delete"},
+    {Operation::remove, "remove"},
+    {Operation::none, "none"},
+}};
+
+bool has_value(const lysc_node *node) {
+    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+}
+
+// An identity may be named without its module; the model wants it with.
+std::string qualified(const lysc_node *leaf, const std::string &value) {
+    const auto *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
+    if (type->basetype != LY_TYPE_IDENT || value.find(':') != std::string::npos)
+        return value;
+    const auto *identities = reinterpret_cast<const lysc_type_identityref *>(type);
+    LY_ARRAY_COUNT_TYPE i = 0;
+    LY_ARRAY_FOR(identities->bases, i) {
+        const lysc_ident *base = identities->bases[i];
+        LY_ARRAY_COUNT_TYPE k = 0;
+        LY_ARRAY_FOR(base->derived, k) {
+            if (value == base->derived[k]->name)
+                return std::string(base->derived[k]->module->name) + ":" + value;
+        }
+    }
+    return value;
+}
+
+void check_value(const Path &path, const std::string &value) {
+    const lysc_node *leaf = path.back().node;
+    if (!is_yang_text(value.c_str()))
+        throw Error(ErrorTag::invalid_value, to_string(path),
+                    "holds bytes or characters that no YANG string may hold");
+    if (lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, nullptr) ==
+        LY_EVALID)
+        throw Error(ErrorTag::invalid_value, to_string(path), take_yang_error(leaf->module->ctx));
+    ly_err_clean(leaf->module->ctx, nullptr);
+}
+
+void check_target(const Path &path, const std::optional<std::string> &value, Operation operation) {
+    const lysc_node *target = path.back().node;
+    if (value.has_value() && !has_value(target))
+        throw Error(ErrorTag::invalid_value, to_string(path), "takes no value: it is no leaf");
+    if (!value.has_value() && has_value(target) && !takes_away(operation))
+        throw Error(ErrorTag::missing_element, to_string(path), "needs a value");
+    if (value.has_value())
+        check_value(path, *value);
+}
+
+const Predicate *predicate_for(const PathStep &step, const lysc_node *key) {
+    for (const Predicate &predicate : step.predicates)
+        if (predicate.leaf == key)
+            return &predicate;
+    return nullptr;
+}
+
+// The keys of a list step, in the order of the model.
+std::vector<EditNode> keys_of(const PathStep &step, const std::string &place) {
+    std::vector<EditNode> keys;
+    if (step.node->nodetype != LYS_LIST)
+        return keys;
+    for (const lysc_node *key = lysc_node_child(step.node); key != nullptr && lysc_is_key(key);
+         key = key->next) {
+        const Predicate *predicate = predicate_for(step, key);
+        if (predicate == nullptr)
+            throw Error(ErrorTag::missing_element, place,
+                        "an entry is edited by its key: [" + std::string(key->name) + "='...'] is missing");
+        keys.push_back({key, predicate->value, {}, Operation::none});
+    }
+    return keys;
+}
+
+bool same_keys(const EditNode &entry, const std::vector<EditNode> &keys) {
+    return std::equal(
+        keys.begin(), keys.end(), entry.children.begin(),
+        entry.children.begin() + static_cast<std::ptrdiff_t>(std::min(keys.size(), entry.children.size())),
+        [](const EditNode &a, const EditNode &b) { return a.node == b.node && a.value == b.value; });
+}
+
+EditNode &child_for(EditNode &parent, const PathStep &step, const std::string &place) {
+    std::vector<EditNode> keys = keys_of(step, place);
+    for (EditNode &child : parent.children)
+        if (child.node == step.node && same_keys(child, keys))
+            return child;
+    return parent.children.emplace_back(EditNode{step.node, std::nullopt, std::move(keys), Operation::none});
+}
+
+EditNode &target_for(EditNode &parent, const PathStep &step, const std::optional<std::string> &value,
+                     const std::string &place) {
+    if (step.node->nodetype == LYS_LEAFLIST)
+        for (EditNode &child : parent.children)
+            if (child.node == step.node && child.value == value)
+                return child;
+    if (step.node->nodetype == LYS_LEAFLIST)
+        return parent.children.emplace_back(EditNode{step.node, value, {}, Operation::none});
+    return child_for(parent, step, place);
+}
+
+} // namespace
+
+std::string_view to_string(Operation operation) {
+    for (const auto &[known, word] : operation_words)
+        if (known == operation)
+            return word;
+    return "none";
+}
+
+std::optional<Operation> operation_from(std::string_view word) {
+    for (const auto &[operation, known] : operation_words)
+        if (known == word)
+            return operation;
+    return std::nullopt;
+}
+
+void add_edit(EditNode &root, const Path &path, const std::optional<std::string> &given, Operation operation) {
+    std::optional<std::string> value = given;
+    if (value.has_value() && has_value(path.back().node))
+        value = qualified(path.back().node, *value);
+    check_target(path, value, operation);
+    const std::string place = to_string(path);
+    EditNode *at = &root;
+    for (size_t i = 1; i < path.size(); i++) {
+        // Something is set again below what was taken away before: only the new content stays.
+        if (takes_away(at->operation))
+            at->operation = Operation::replace;
+        at = i + 1 == path.size() ? &target_for(*at, path[i], value, place) : &child_for(*at, path[i], place);
+    }
+    if (at->is_key() && takes_away(operation))
+        throw Error(ErrorTag::bad_element, place, "a key cannot be deleted: delete its entry");
+    if (!has_value(at->node))
+        std::erase_if(at->children, [](const EditNode &child) { return !child.is_key(); });
+    at->value = value;
+    at->operation = operation;
+}
+
+void drop_deleted_content(EditNode &root) {
+    if (takes_away(root.operation))
+        std::erase_if(root.children, [](const EditNode &child) { return !child.is_key(); });
+    for (EditNode &child : root.children)
+        drop_deleted_content(child);
+}
+
+std::string instance_path(std::string_view parent, const EditNode &node) {
+    std::string path(parent);
+    path.append("/").append(node.node->name);
+    for (const EditNode &child : node.children)
+        if (child.is_key() && child.value.has_value())
+            path.append("[").append(child.node->name).append("='").append(*child.value).append("']");
+    if (node.node->nodetype == LYS_LEAFLIST && node.value.has_value())
+        path.append("[.='").append(*node.value).append("']");
+    return path;
+}
+
+namespace {
+
+std::string_view without_prefix(std::string_view value) {
+    const size_t colon = value.rfind(':');
+    return colon == std::string_view::npos ? value : value.substr(colon + 1);
+}
+
+bool same_value(const lyd_node *data, const std::string &value) {
+    const std::string_view held = lyd_get_value(data);
+    return held == value ||
+           (without_prefix(held) == without_prefix(value) &&
+            reinterpret_cast<const lysc_node_leaf *>(data->schema)->type->basetype == LY_TYPE_IDENT);
+}
+
+bool has_keys(const lyd_node *entry, const EditNode &node) {
+    for (const EditNode &key : node.children) {
+        if (!key.is_key())
+            continue;
+        const lyd_node *held = lyd_child(entry);
+        while (held != nullptr && held->schema != key.node)
+            held = held->next;
+        if (held == nullptr || !key.value.has_value() || !same_value(held, *key.value))
+            return false;
+    }
+    return true;
+}
+
+// The keys as libyang's predicates; nothing when a value holds both kinds of quotes, which those cannot say.
+std::optional<std::string> key_predicates(const EditNode &node) {
+    std::string predicates;
+    for (const EditNode &key : node.children) {
+        if (!key.is_key() || !key.value.has_value())
+            continue;
+        const char quote = key.value->find('\'') == std::string::npos ? '\'' : '"';
+        if (key.value->find(quote) != std::string::npos)
+            return std::nullopt;
+        predicates += "[" + std::string(key.node->name) + "=" + quote + *key.value + quote + "]";
+    }
+    return predicates;
+}
+
+const lyd_node *find_data(const lyd_node *siblings, const EditNode &node) {
+    const bool is_entry = node.node->nodetype == LYS_LIST && siblings != nullptr;
+    const auto predicates = is_entry ? key_predicates(node) : std::nullopt;
+    if (predicates.has_value() && !predicates->empty()) { // by libyang's hash
+        lyd_node *found = nullptr;
+        lyd_find_sibling_val(siblings, node.node, predicates->c_str(), predicates->size(), &found);
+        return found;
+    }
+    for (const lyd_node *data = siblings; data != nullptr; data = data->next) {
+        if (data->schema != node.node)
+            continue;
+        if (node.node->nodetype == LYS_LIST && !has_keys(data, node))
+            continue;
+        if (node.node->nodetype == LYS_LEAFLIST && node.value.has_value() && !same_value(data, *node.value))
+            continue;
+        return data;
+    }
+    return nullptr;
+}
+
+void check_node(const EditNode &node, const lyd_node *siblings, std::string_view parent) {
+    const lyd_node *data = find_data(siblings, node);
+    const std::string path = instance_path(parent, node);
+    if (node.operation == Operation::create && data != nullptr)
+        throw Error(ErrorTag::data_exists, path, "cannot be created: it exists already");
+    if (node.operation == Operation::delete_existing && data == nullptr)
+        throw Error(ErrorTag::data_missing, path, "cannot be deleted: it does not exist");
+    if (takes_away(node.operation))
+        return;
+    for (const EditNode &child : node.children)
+        if (!child.is_key())
+            check_node(child, data != nullptr ? lyd_child(data) : nullptr, path);
+}
+
+} // namespace
+
+void check_existence(const EditNode &root, const lyd_node *current) {
+    check_node(root, current, "");
+}
+
+} // namespace yfw::yang

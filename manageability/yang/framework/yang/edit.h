@@ -1,0 +1,62 @@
+// What a client wants changed, in OpenConfig terms.
+#ifndef YFW_YANG_EDIT_H
+#define YFW_YANG_EDIT_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "yang/data_tree.h"
+#include "yang/path.h"
+#include "yang/schemas.h"
+
+namespace yfw::yang {
+
+// Edit operations of RFC 6241 section 7.2; `none` changes nothing by itself.
+enum class Operation { merge, replace, create, delete_existing, remove, none };
+
+std::string_view to_string(Operation operation);
+// Nothing for a word that is no operation.
+std::optional<Operation> operation_from(std::string_view word);
+
+inline bool takes_away(Operation operation) {
+    return operation == Operation::delete_existing || operation == Operation::remove;
+}
+
+// A node of an edit. Its operation is its own or the one that it inherits.
+struct EditNode {
+    const lysc_node *node = nullptr;
+    std::optional<std::string> value;
+    std::vector<EditNode> children; // keys first
+    Operation operation = Operation::none;
+
+    bool is_key() const { return lysc_is_key(node); }
+};
+
+// Sets the node at `path` (a leaf or an entry of a leaf-list, with `value`; or a container or list entry
+// without one) or takes it away. Later edits of the same node win. `root`: the tree that grows, its node the
+// first step of the path. Throws Error for a path that cannot be edited so: a list entry without its keys, a
+// value that is missing, or one that the model does not allow.
+void add_edit(EditNode &root, const Path &path, const std::optional<std::string> &value, Operation operation);
+
+// The edit that a document says, XML or JSON, with the operations of its nodes (RFC 6241 section 7.2) and
+// `default_ operation` where a node neither has nor inherits one. Throws Error that names the element at fault.
+EditNode parse_edit(const Schemas &schemas, const std::string &document, Operation default_operation);
+
+// The edit as a document, for the record.
+std::string print_edit(const EditNode &root);
+
+// Takes the content away from what is deleted: deleting a container or list entry means all of it.
+void drop_deleted_content(EditNode &root);
+
+// Where a node with this parent's instance path stands: "/lldp/interfaces/interface[name='eth1']".
+std::string instance_path(std::string_view parent, const EditNode &node);
+
+// Refuses what is created although `current` has it (data-exists), and deleted although it does not
+// (data-missing). `current`: what an OpenConfig read shows; may be NULL.
+void check_existence(const EditNode &root, const lyd_node *current);
+
+} // namespace yfw::yang
+
+#endif

@@ -1,0 +1,158 @@
+#include "yang/path.h"
+
+#include <cctype>
+
+#include "base/error.h"
+#include "yang/schemas.h"
+
+namespace yfw::yang {
+namespace {
+
+class Parser {
+public:
+    Parser(const lysc_node *root, std::string_view text) : root_(root), text_(text) {}
+
+    Path parse() {
+        Path path;
+        if (text_.empty() || text_.front() != '/')
+            fail("a path starts with \"/\"");
+        while (at_ < text_.size()) {
+            expect('/', "\"/\" or \"[\"");
+            if (at_ == text_.size() && !path.empty())
+                break; // a trailing slash
+            path.push_back(parse_step(path.empty() ? nullptr : path.back().node));
+        }
+        return path;
+    }
+
+private:
+    [[noreturn]] void fail(const std::string &expected) const {
+        throw Error(ErrorTag::invalid_value, std::string(text_),
+                    "malformed path at character " + std::to_string(at_ + 1) + ": expected " + expected);
+    }
+
+    void expect(char c, const char *expected) {
+        if (at_ >= text_.size() || text_[at_] != c)
+            fail(expected);
+        at_++;
+    }
+
+    void skip_blanks() {
+        while (at_ < text_.size() && text_[at_] == ' ')
+            at_++;
+    }
+
+    static bool is_name_character(char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' || c == '.';
+    }
+
+    std::string_view parse_identifier() {
+        const size_t start = at_;
+        while (at_ < text_.size() && is_name_character(text_[at_]))
+            at_++;
+        if (at_ == start)
+            fail("a node name");
+        return text_.substr(start, at_ - start);
+    }
+
+    // Returns the name; the prefix, if any, must be the name of the node's module.
+    const lysc_node *parse_node(const lysc_node *parent) {
+        const std::string upto(text_.substr(0, at_));
+        std::string_view name = parse_identifier();
+        std::string_view module;
+        if (at_ < text_.size() && text_[at_] == ':') {
+            at_++;
+            module = name;
+            name = parse_identifier();
+        }
+        const lysc_node *node = nullptr;
+        if (parent != nullptr)
+            node = schema_child(parent, name);
+        else if (name == root_->name)
+            node = root_;
+        if (node == nullptr || (!module.empty() && module != node->module->name))
+            throw Error(ErrorTag::unknown_element, std::string(text_),
+                        "unknown node \"" + std::string(name) + "\"" +
+                            (parent != nullptr ? " under \"" + schema_path(parent) + "\""
+                                               : ": paths start with /lldp"));
+        return node;
+    }
+
+    PathStep parse_step(const lysc_node *parent) {
+        PathStep step{parse_node(parent), {}};
+        while (at_ < text_.size() && text_[at_] == '[')
+            step.predicates.push_back(parse_predicate(step.node));
+        return step;
+    }
+
+    Predicate parse_predicate(const lysc_node *node) {
+        expect('[', "\"[\"");
+        skip_blanks();
+        Predicate predicate{parse_node(node), {}};
+        if (predicate.leaf->nodetype != LYS_LEAF)
+            throw Error(ErrorTag::invalid_value, std::string(text_),
+                        "\"" + std::string(predicate.leaf->name) + "\" is not a leaf of \"" +
+                            schema_path(node) + "\"");
+        skip_blanks();
+        expect('=', "\"=\"");
+        skip_blanks();
+        predicate.value = parse_literal();
+        skip_blanks();
+        expect(']', "\"]\"");
+        return predicate;
+    }
+
+    std::string parse_literal() {
+        if (at_ >= text_.size() || (text_[at_] != '\'' && text_[at_] != '"'))
+            fail("a quoted value");
+        const char quote = text_[at_++];
+        std::string value;
+        for (; at_ < text_.size(); at_++) {
+            if (text_[at_] == quote) {
+                at_++;
+                if (at_ >= text_.size() || text_[at_] != quote)
+                    return value;
+            }
+            value += text_[at_];
+        }
+        fail("the closing quote");
+    }
+
+    const lysc_node *root_;
+    std::string_view text_;
+    size_t at_ = 0;
+};
+
+std::string quoted(const std::string &value) {
+    const char quote = value.find('\'') == std::string::npos ? '\'' : '"';
+    std::string text(1, quote);
+    for (const char c : value)
+        text.append(c == quote ? 2 : 1, c);
+    return text + quote;
+}
+
+} // namespace
+
+Path parse_path(const lysc_node *root, std::string_view text) {
+    return Parser(root, text).parse();
+}
+
+std::string to_string(const Path &path) {
+    std::string text;
+    for (const PathStep &step : path) {
+        text.append("/").append(step.node->name);
+        for (const Predicate &predicate : step.predicates)
+            text.append("[")
+                .append(predicate.leaf->name)
+                .append("=")
+                .append(quoted(predicate.value))
+                .append("]");
+    }
+    return text;
+}
+
+std::string schema_path(const lysc_node *node) {
+    return node == nullptr ? "" : schema_path(node->parent) + "/" + node->name;
+}
+
+} // namespace yfw::yang

@@ -1,0 +1,99 @@
+#include "yang/schemas.h"
+
+#include <cstring>
+#include <initializer_list>
+
+#include "base/error.h"
+
+namespace yfw::yang {
+namespace {
+
+constexpr const char *native_modules[] = {"Tarvo-QD-ifmgr-cfg", "Tarvo-QD-ethernet-lldp-cfg",
+                                          "Tarvo-QD-ethernet-lldp-oper"};
+constexpr const char *openconfig_module = "openconfig-lldp";
+// Its identities are values only when it is implemented, not merely imported.
+constexpr const char *openconfig_types_module = "openconfig-lldp-types";
+
+// libyang knows the edit attributes of RFC 6241 section 7.2 as soon as there is a module of this name.
+constexpr const char *operation_module =
+    "module ietf-netconf { yang-version 1.1;"
+    " namespace \"urn:ietf:params:xml:ns:netconf:base:1.0\"; prefix nc; feature xpath; }";
+
+// The attribute of RFC 6243 section 6, likewise: it becomes, and is printed for, the flag of a default value.
+constexpr const char *defaults_module =
+    "module ietf-netconf-with-defaults { yang-version 1.1;"
+    " namespace \"urn:ietf:params:xml:ns:netconf:default:1.0\"; prefix wd; }";
+
+void load(ly_ctx *context, const char *module, const std::filesystem::path &dir) {
+    if (!std::filesystem::is_directory(dir))
+        throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
+    ly_ctx_unset_searchdir(context, nullptr);
+    ly_ctx_set_searchdir(context, dir.c_str());
+    if (ly_ctx_load_module(context, module, nullptr, nullptr) == nullptr)
+        throw Error(ErrorTag::operation_failed, (dir / module).string() + ".yang", take_yang_error(context));
+}
+
+const lysc_node *top_node(const lys_module *module, std::string_view name) {
+    if (module == nullptr || module->compiled == nullptr)
+        return nullptr;
+    for (const lysc_node *node = module->compiled->data; node != nullptr; node = node->next)
+        if (name == node->name)
+            return node;
+    return nullptr;
+}
+
+} // namespace
+
+Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir) {
+    // Errors are asked for where they are expected; nothing is printed behind the user's back.
+    ly_log_options(LY_LOSTORE_LAST);
+    ly_ctx *context = nullptr;
+    if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &context) != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "", "the YANG library could not be started");
+    context_.reset(context);
+    for (const char *module : {operation_module, defaults_module})
+        if (lys_parse_mem(context, module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
+            throw Error(ErrorTag::operation_failed, module, take_yang_error(context));
+    for (const char *module : native_modules)
+        load(context, module, native_dir);
+    load(context, openconfig_module, openconfig_dir);
+    load(context, openconfig_types_module, openconfig_dir);
+    openconfig_root_ = top_node(ly_ctx_get_module_implemented(context, openconfig_module), "lldp");
+    if (openconfig_root_ == nullptr)
+        throw Error(ErrorTag::operation_failed, openconfig_dir.string(),
+                    "module openconfig-lldp has no top container lldp");
+}
+
+const lysc_node *Schemas::native_root(std::string_view ns, std::string_view name) const {
+    const std::string uri(ns);
+    if (const lysc_node *node = top_node(ly_ctx_get_module_implemented_ns(context_.get(), uri.c_str()), name))
+        return node;
+    for (const char *module : native_modules)
+        if (const lysc_node *node = top_node(ly_ctx_get_module_implemented(context_.get(), module), name))
+            return node;
+    return nullptr;
+}
+
+std::string take_yang_error(const ly_ctx *context) {
+    const char *message = ly_errmsg(context);
+    const char *path = ly_errpath(context);
+    std::string text = message != nullptr ? message : "unknown YANG error";
+    if (path != nullptr)
+        text.append(" (").append(path).append(")");
+    ly_err_clean(const_cast<ly_ctx *>(context), nullptr);
+    return text;
+}
+
+const lysc_node *schema_child(const lysc_node *parent, std::string_view name) {
+    const lysc_node *augmented = nullptr;
+    for (const lysc_node *child = lysc_node_child(parent); child != nullptr; child = child->next) {
+        if (name != child->name)
+            continue;
+        if (child->module == parent->module)
+            return child;
+        augmented = child;
+    }
+    return augmented;
+}
+
+} // namespace yfw::yang

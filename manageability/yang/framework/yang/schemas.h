@@ -1,0 +1,43 @@
+// The YANG modules that the host works with.
+#ifndef YFW_YANG_SCHEMAS_H
+#define YFW_YANG_SCHEMAS_H
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "yang/data_tree.h"
+
+namespace yfw::yang {
+
+// Loads the native modules from `native_dir` and the OpenConfig LLDP modules from `openconfig_dir`; throws
+// Error naming the module that cannot be loaded. The schemas live as long as this object. One libyang context
+// serves one thread at a time.
+class Schemas {
+public:
+    Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir);
+
+    ly_ctx *context() const { return context_.get(); }
+
+    // The OpenConfig "lldp" container.
+    const lysc_node *openconfig_root() const { return openconfig_root_; }
+
+    // The top node `name` of the native module with this namespace; of any native module that has such a node
+    // when the module has none; NULL when there is none.
+    const lysc_node *native_root(std::string_view ns, std::string_view name) const;
+
+private:
+    YangContext context_;
+    const lysc_node *openconfig_root_ = nullptr;
+};
+
+// What libyang says of its last error: the message, and the place where it has one. Clears the errors.
+std::string take_yang_error(const ly_ctx *context);
+
+// The schema child of `parent` by this name: one of the parent's own module first, else an augmented one; NULL
+// when there is none.
+const lysc_node *schema_child(const lysc_node *parent, std::string_view name);
+
+} // namespace yfw::yang
+
+#endif

@@ -1,0 +1,32 @@
+// Trees as text, so that a test can state what it expects of them in one line.
+#ifndef YANG_TEST_DATA_TEXTS_H
+#define YANG_TEST_DATA_TEXTS_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "yang/data_tree.h"
+
+namespace yfw::yang::test {
+
+using Lines = std::vector<std::string>;
+
+// One line a leaf that is no key, "/lldp/config/enabled=true", in the data's order; containers and list
+// entries that hold nothing but keys stand without a value. Module names are left out of the paths.
+Lines leaves(const lyd_node *data);
+
+// Whether the lines are equal; when not, what one side has and the other has not, cut to what can be read.
+testing::AssertionResult same(const Lines &found, const Lines &wanted);
+
+// What follows `prefix` in the lines that start with it.
+Lines below(const Lines &lines, std::string_view prefix);
+
+// The data as XML.
+std::string xml(const lyd_node *data);
+
+} // namespace yfw::yang::test
+
+#endif
