@@ -6,7 +6,8 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include "device/configured_device.h"
+#include "device/configured_source.h"
+#include "device/editor.h"
 #include "host/engine.h"
 #include "yang/configuration_text.h"
 #include "yang/edit.h"

@@ -13,7 +13,8 @@
 
 #include "device/access/nacm.h"
 #include "frontends/netconf/server_events.h"
-#include "device/configured_device.h"
+#include "device/configured_source.h"
+#include "device/editor.h"
 #include "yang/edit.h"
 
 namespace yfw::netconf {

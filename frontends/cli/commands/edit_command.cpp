@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "base/error.h"
+#include "device/editor.h"
 #include "frontends/cli/commands/edit_script.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"

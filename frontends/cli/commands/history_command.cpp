@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "base/error.h"
+#include "device/editor.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/session.h"

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "device/configured_device.h"
+#include "device/configured_source.h"
 #include "frontends/cli/options/options.h"
 #include "host/engine.h"
 #include "sources/native_source.h"

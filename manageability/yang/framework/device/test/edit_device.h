@@ -9,7 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "device/configured_device.h"
+#include "device/configured_source.h"
+#include "device/editor.h"
 #include "host/engine.h"
 #include "host/test/test_device.h"
 #include "sources/native_target.h"
