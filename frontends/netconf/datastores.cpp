@@ -7,10 +7,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "base/utc_time.h"
+#include "device/native_edits.h"
 #include "frontends/netconf/rpc_error.h"
 #include "yang/configuration_text.h"
-#include "device/native_edits.h"
-#include "base/utc_time.h"
 
 namespace yfw::netconf {
 namespace {

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "device/access/nacm.h"
-#include "frontends/netconf/server_events.h"
 #include "device/configured_source.h"
 #include "device/editor.h"
+#include "frontends/netconf/server_events.h"
 #include "yang/edit.h"
 
 namespace yfw::netconf {
@@ -26,7 +26,8 @@ struct Caller {
     std::string user;
     bool may_write = false;
     bool is_subscribed = false;
-    std::shared_ptr<const access::UserRules> rules = nullptr; // of access; without them all of that is permitted
+    std::shared_ptr<const access::UserRules> rules =
+        nullptr; // of access; without them all of that is permitted
 
     Actor actor() const { return {session, user}; }
 };

@@ -2,6 +2,7 @@
 
 #include "frontends/netconf/defaults.h"
 #include "frontends/netconf/rpc_error.h"
+#include "yang/edit_element.h"
 
 namespace yfw::netconf {
 namespace {
@@ -18,45 +19,15 @@ yang::Operation default_operation_of(const Element &edit) {
         .with_info("<bad-element>default-operation</bad-element>");
 }
 
-std::string print_children(const Element &parent) {
-    std::string xml;
-    for (const Element &child : parent.children())
-        xml += child.print();
-    return xml;
-}
-
-// What libyang refuses without saying where.
-void check_operations(const Element &element, const std::string &parent) {
-    const std::string path = parent + "/" + std::string(element.name());
-    for (const Element::Attribute &attribute : element.attributes())
-        if (attribute.ns == base_ns && attribute.name == "operation" &&
-            (attribute.value == "none" || !yang::operation_from(attribute.value).has_value()))
-            throw RpcError("application", "bad-attribute",
-                           "\"" + std::string(attribute.value) + "\" is no edit operation")
-                .at(path)
-                .with_info("<bad-attribute>operation</bad-attribute><bad-element>" + escaped(element.name()) +
-                           "</bad-element>");
-    for (const Element &child : element.children())
-        check_operations(child, path);
-}
-
-void check_top(const Server &server, const Element &top) {
-    const lysc_node *root = server.schemas.openconfig_root();
-    if (top.ns() == root->module->ns && top.name() != root->name)
-        throw RpcError("application", "unknown-element", "only <lldp> can be edited")
-            .with_info("<bad-element>" + escaped(top.name()) + "</bad-element>");
-    check_operations(top, "");
-}
-
 std::optional<yang::EditNode> edit_of(const Server &server, const Element &config, yang::Operation operation) {
     const std::vector<Element> tops = config.children();
     if (tops.empty())
         return std::nullopt;
     if (tops.size() > 1)
-        throw RpcError("application", "bad-element", "expected one <lldp>")
+        throw RpcError("application", "bad-element", "a configuration has one top node")
             .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
-    check_top(server, tops.front());
-    return yang::parse_edit(server.schemas, print_children(config), operation);
+    return yang::read_edit(server.schemas, yang::edit_element_from(server.schemas.context(), tops.front()),
+                           operation);
 }
 
 void refuse_url(const Element &operation) {

@@ -1,7 +1,7 @@
 #include "frontends/netconf/monitoring.h"
 
-#include "frontends/netconf/rpc_error.h"
 #include "base/utc_time.h"
+#include "frontends/netconf/rpc_error.h"
 
 namespace yfw::netconf {
 namespace {

@@ -12,8 +12,8 @@
 #include <event2/event.h>
 #include <event2/listener.h>
 
-#include "frontends/netconf/server_events.h"
 #include "base/error.h"
+#include "frontends/netconf/server_events.h"
 
 namespace yfw::netconf {
 namespace {
@@ -41,7 +41,8 @@ bool is_answered(const sockaddr_un &address) {
 } // namespace
 
 NetconfServer::NetconfServer(const ServerOptions &options, const yang::Schemas &schemas, host::Engine &engine,
-                             Datastores &datastores, const ProtocolModules &modules, events::EventStream &events)
+                             Datastores &datastores, const ProtocolModules &modules,
+                             events::EventStream &events)
     : options_(options), datastores_(datastores),
       events_(events), server_{schemas,
                                engine,
@@ -65,7 +66,8 @@ NetconfServer::NetconfServer(const ServerOptions &options, const yang::Schemas &
         server.in_background([&server] { server.datastores_.take_back_when_due(); });
     };
     commit_timer_ = event_new(base_.get(), -1, 0, due, this);
-    events_.on_event([this](const events::SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
+    events_.on_event(
+        [this](const events::SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
 }
 
 NetconfServer::~NetconfServer() {
@@ -135,8 +137,8 @@ void NetconfServer::accept(int socket) {
     const uint32_t id = ++last_session_;
     Caller caller{id, user->name, user->may_write};
     if (options_.nacm != nullptr && options_.nacm->is_enabled())
-        caller.rules =
-            std::make_shared<const access::UserRules>(options_.nacm->rules_of(user->name, access::names_of(user->groups)));
+        caller.rules = std::make_shared<const access::UserRules>(
+            options_.nacm->rules_of(user->name, access::names_of(user->groups)));
     auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);

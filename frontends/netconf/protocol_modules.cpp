@@ -61,8 +61,7 @@ ProtocolModules::ProtocolModules(const std::filesystem::path &openconfig_dir,
                                  const std::filesystem::path &own_dir) {
     ly_ctx *made = nullptr;
     if (ly_ctx_new(protocol_dir.c_str(), LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, protocol_dir.string(),
-                          "no directory of YANG modules");
+        throw Error(ErrorTag::operation_failed, protocol_dir.string(), "no directory of YANG modules");
     context_.reset(made);
     ly_ctx_set_searchdir(made, openconfig_dir.c_str());
     ly_ctx_set_searchdir(made, own_dir.c_str());
@@ -94,8 +93,7 @@ void ProtocolModules::list_modules() {
 void ProtocolModules::print_library() {
     lyd_node *data = nullptr;
     if (ly_ctx_get_yanglib_data(context_.get(), &data, "%s", content_id_.c_str()) != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, "ietf-yang-library",
-                          yang::take_yang_error(context_.get()));
+        throw Error(ErrorTag::operation_failed, "ietf-yang-library", yang::take_yang_error(context_.get()));
     const yang::DataTree owner(data);
     // What libyang has for itself, and where its files are on this machine, is nothing for clients.
     for (const char *path : {"/ietf-yang-library:yang-library/module-set/module[name='yang']",

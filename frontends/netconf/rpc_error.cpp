@@ -44,6 +44,7 @@ std::string mandatory_info(const Error &error, const std::string &name) {
         return text_element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) +
                "</bad-namespace>";
     case ErrorTag::bad_attribute:
+    case ErrorTag::unknown_attribute:
         return text_element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
                text_element("bad-element", name);
     default:

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "yang/data_tree.h"
 #include "host/request.h"
+#include "yang/data_tree.h"
 
 namespace yfw::netconf {
 

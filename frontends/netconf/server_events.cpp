@@ -73,7 +73,8 @@ std::string print_config_change(const Actor &actor, const std::vector<EditRecord
 
 } // namespace
 
-void publish_config_change(events::EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits) {
+void publish_config_change(events::EventStream &events, const Actor &actor,
+                           const std::vector<EditRecord> &edits) {
     publish(events, "netconf-config-change", print_config_change(actor, edits));
 }
 
@@ -102,8 +103,8 @@ void publish_confirmed_commit(events::EventStream &events, const Actor &actor, c
     publish(events, "netconf-confirmed-commit", xml);
 }
 
-void publish_neighbor_change(events::EventStream &events, const std::string &change, const std::string &interface,
-                             const std::string &id, const std::string &data) {
+void publish_neighbor_change(events::EventStream &events, const std::string &change,
+                             const std::string &interface, const std::string &id, const std::string &data) {
     events.publish("yfw-lldp-notifications", "neighbor-change",
                    "<neighbor-change xmlns=\"urn:yfw:yang:yfw-lldp-notifications\">" +
                        text_element("change", change) + text_element("interface", interface) +

@@ -29,7 +29,8 @@ struct EditRecord {
 // whole.
 std::vector<EditRecord> edit_records(const yang::EditNode &edit);
 
-void publish_config_change(events::EventStream &events, const Actor &actor, const std::vector<EditRecord> &edits);
+void publish_config_change(events::EventStream &events, const Actor &actor,
+                           const std::vector<EditRecord> &edits);
 
 // The element of an event as large as they usually are, to try a filter on.
 std::string usual_event();
@@ -46,8 +47,8 @@ void publish_confirmed_commit(events::EventStream &events, const Actor &actor, c
 
 // An event of yfw-lldp-notifications. `change`: added, updated or removed; `data`: the neighbor as a read shows
 // it, printed.
-void publish_neighbor_change(events::EventStream &events, const std::string &change, const std::string &interface,
-                             const std::string &id, const std::string &data);
+void publish_neighbor_change(events::EventStream &events, const std::string &change,
+                             const std::string &interface, const std::string &id, const std::string &data);
 
 } // namespace yfw::netconf
 

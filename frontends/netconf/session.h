@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "frontends/netconf/conversation.h"
 #include "device/events/event_stream.h"
+#include "frontends/netconf/conversation.h"
 #include "frontends/netconf/framing.h"
 
 struct bufferevent;
@@ -84,7 +84,7 @@ private:
     event *hello_timer_;
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
-    uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
+    uint64_t told_ = 0; // the last event that was, or that came before the subscription
     std::deque<events::SharedEvent> notifications_; // that have to wait until the client reads
     size_t notifications_bytes_ = 0;
 };

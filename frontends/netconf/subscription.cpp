@@ -13,7 +13,8 @@ std::string bad_element(const char *name) {
     return "<bad-element>" + std::string(name) + "</bad-element>";
 }
 
-std::optional<events::EventTime> time_in(const Element &request, const ProtocolModules &modules, const char *name) {
+std::optional<events::EventTime> time_in(const Element &request, const ProtocolModules &modules,
+                                         const char *name) {
     const std::optional<Element> given = request.child(name);
     if (!given.has_value())
         return std::nullopt;
@@ -70,8 +71,8 @@ void Subscription::read_filter(const Element &filter) {
         try_filter();
 }
 
-// What cannot be evaluated, or takes too long for each event, is refused now, as far as that can be told without the
-// events to come: an expression may be wrong for some of them alone.
+// What cannot be evaluated, or takes too long for each event, is refused now, as far as that can be told
+// without the events to come: an expression may be wrong for some of them alone.
 void Subscription::try_filter() const {
     const auto filtered = [this](const std::string &event) {
         xpath_filtered(modules_.parse_notification(event), *filter_, unlimited_depth, XPathUse::event);

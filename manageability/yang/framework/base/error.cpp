@@ -16,6 +16,8 @@ std::string_view to_string(ErrorTag tag) {
         return "bad-element";
     case ErrorTag::bad_attribute:
         return "bad-attribute";
+    case ErrorTag::unknown_attribute:
+        return "unknown-attribute";
     case ErrorTag::data_exists:
         return "data-exists";
     case ErrorTag::data_missing:

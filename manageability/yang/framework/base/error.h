@@ -17,6 +17,7 @@ enum class ErrorTag {
     missing_element,
     bad_element,
     bad_attribute,
+    unknown_attribute,
     data_exists,
     data_missing,
     resource_denied,

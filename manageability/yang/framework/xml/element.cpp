@@ -43,12 +43,16 @@ std::string_view Element::ns() const {
     return node_->ns != nullptr ? chars(node_->ns->href) : "";
 }
 
-std::string Element::text() const {
+std::string Element::character_data() const {
     std::string text;
     for (const xmlNode *child = node_->children; child != nullptr; child = child->next)
         if (child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE)
             text += chars(child->content);
-    return without_surrounding_space(text);
+    return text;
+}
+
+std::string Element::text() const {
+    return without_surrounding_space(character_data());
 }
 
 std::vector<Element::Attribute> Element::attributes() const {

@@ -28,7 +28,9 @@ public:
         return ns() == wanted_ns && name() == wanted_name;
     }
 
-    // Its own character data, without that of its children and without the white space around it.
+    // Its own, without that of its children.
+    std::string character_data() const;
+    // The same without the white space around it.
     std::string text() const;
 
     struct Attribute {

@@ -41,7 +41,7 @@ struct EditNode {
 void add_edit(EditNode &root, const Path &path, const std::optional<std::string> &value, Operation operation);
 
 // The edit that a document says, XML or JSON, with the operations of its nodes (RFC 6241 section 7.2) and
-// `default_ operation` where a node neither has nor inherits one. Throws Error that names the element at fault.
+// `default_operation` where a node neither has nor inherits one. Throws Error that names the element at fault.
 EditNode parse_edit(const Schemas &schemas, const std::string &document, Operation default_operation);
 
 // The edit as a document, for the record.

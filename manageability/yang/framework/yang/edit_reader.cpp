@@ -1,0 +1,235 @@
+#include <algorithm>
+#include <set>
+
+#include "base/error.h"
+#include "yang/edit_element.h"
+#include "yang/yang_text.h"
+
+namespace yfw::yang {
+namespace {
+
+using Written = EditElement::Written;
+
+bool has_value(const lysc_node *node) {
+    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+}
+
+bool is_blank(const std::string &text) {
+    return text.find_first_not_of(" \t\r\n") == std::string::npos;
+}
+
+const lysc_type *type_of(const lysc_node *leaf) {
+    const lysc_type *type = leaf->nodetype == LYS_LEAF
+                                ? reinterpret_cast<const lysc_node_leaf *>(leaf)->type
+                                : reinterpret_cast<const lysc_node_leaflist *>(leaf)->type;
+    while (type->basetype == LY_TYPE_LEAFREF)
+        type = reinterpret_cast<const lysc_type_leafref *>(type)->realtype;
+    return type;
+}
+
+// RFC 7951 section 6.
+Written written_form_of(const lysc_node *leaf) {
+    switch (type_of(leaf)->basetype) {
+    case LY_TYPE_INT8:
+    case LY_TYPE_INT16:
+    case LY_TYPE_INT32:
+    case LY_TYPE_UINT8:
+    case LY_TYPE_UINT16:
+    case LY_TYPE_UINT32:
+        return Written::json_number;
+    case LY_TYPE_BOOL:
+        return Written::json_boolean;
+    case LY_TYPE_EMPTY:
+        return Written::json_null;
+    default:
+        return Written::json_string;
+    }
+}
+
+std::string_view to_string(Written written) {
+    return written == Written::json_number    ? "a JSON number"
+           : written == Written::json_boolean ? "true or false without quotes"
+           : written == Written::json_null    ? "[null]"
+                                              : "a JSON string";
+}
+
+void check_written(const lysc_node *leaf, const EditElement &from, const std::string &path) {
+    const bool any = from.written == Written::text || type_of(leaf)->basetype == LY_TYPE_UNION;
+    if (!any && from.written != written_form_of(leaf))
+        throw Error(ErrorTag::invalid_value, path,
+                    "has to be written as " + std::string(to_string(written_form_of(leaf))));
+}
+
+const lysc_node *child_named(const lysc_node *parent, const EditElement &element) {
+    for (const lysc_node *child = lysc_node_child(parent); child != nullptr; child = child->next)
+        if (child->module == element.module && element.name == child->name)
+            return child;
+    return nullptr;
+}
+
+[[noreturn]] void refuse_unknown(const lysc_node *parent, const EditElement &element, const std::string &path) {
+    if (element.module == nullptr && !element.ns.empty())
+        throw Error(ErrorTag::unknown_namespace, path, "no model has the namespace \"" + element.ns + "\"")
+            .about(element.ns);
+    if (parent != nullptr && schema_child(parent, element.name) != nullptr)
+        throw Error(ErrorTag::unknown_namespace, path, "the node has another namespace").about(element.ns);
+    throw Error(ErrorTag::unknown_element, path, "unknown node \"" + element.name + "\"");
+}
+
+Operation operation_of(const EditElement &element, Operation inherited, const std::string &path) {
+    if (element.unknown_attribute.has_value())
+        throw Error(ErrorTag::unknown_attribute, path,
+                    "has an attribute that is not known: " + *element.unknown_attribute)
+            .about(*element.unknown_attribute);
+    if (!element.operation.has_value())
+        return inherited;
+    const std::optional<Operation> operation = operation_from(*element.operation);
+    if (!operation.has_value() || *operation == Operation::none)
+        throw Error(ErrorTag::bad_attribute, path, "\"" + *element.operation + "\" is no edit operation")
+            .about("operation");
+    return *operation;
+}
+
+// ---- values ----------------------------------------------------------------------------------------------
+
+bool is_default_value(const lysc_node *leaf, const std::string &value) {
+    const lyd_value *given =
+        leaf->nodetype == LYS_LEAF ? reinterpret_cast<const lysc_node_leaf *>(leaf)->dflt : nullptr;
+    return given != nullptr && value == lyd_value_get_canonical(leaf->module->ctx, given);
+}
+
+// The canonical form of a value of this leaf; nothing when it is none.
+std::optional<std::string> canonical(const lysc_node *leaf, const std::string &value) {
+    const char *form = nullptr;
+    const LY_ERR status =
+        lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, &form);
+    std::optional<std::string> made;
+    if (status == LY_SUCCESS || status == LY_EINCOMPLETE) // a reference that needs the data
+        made = form != nullptr ? form : value;
+    lydict_remove(leaf->module->ctx, form);
+    return made;
+}
+
+// A leaf may be taken away without its value.
+std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &from, Operation operation,
+                                    const std::string &path) {
+    if (!from.text.has_value() || !from.children.empty())
+        throw Error(ErrorTag::invalid_value, path, "is a leaf: it holds a value and no nodes");
+    const bool is_absent = from.text->empty() && takes_away(operation) && !lysc_is_key(leaf);
+    if (!is_yang_text(from.text->c_str()) || from.text->find('\0') != std::string::npos)
+        throw Error(ErrorTag::invalid_value, path, "holds characters that no YANG string may hold");
+    if (!is_absent)
+        check_written(leaf, from, path);
+    std::optional<std::string> value = canonical(leaf, *from.text);
+    if (!value.has_value() && !is_absent)
+        throw Error(ErrorTag::invalid_value, path, take_yang_error(leaf->module->ctx));
+    ly_err_clean(leaf->module->ctx, nullptr);
+    return value;
+}
+
+// ---- nodes -----------------------------------------------------------------------------------------------
+
+const EditElement *element_of(const lysc_node *key, const EditElement &entry) {
+    for (const EditElement &child : entry.children)
+        if (child.module == key->module && child.name == key->name)
+            return &child;
+    return nullptr;
+}
+
+// The entry's predicates, once all its keys are there.
+std::string key_predicates(const lysc_node *list, const EditElement &entry, const std::string &path) {
+    std::string predicates;
+    for (const lysc_node *key = lysc_node_child(list); key != nullptr && lysc_is_key(key); key = key->next) {
+        const EditElement *element = element_of(key, entry);
+        if (element == nullptr)
+            throw Error(ErrorTag::missing_element, path,
+                        "an entry is edited by its key: <" + std::string(key->name) + "> is missing")
+                .about(key->name);
+        predicates += "[" + element->name + "='" + element->text.value_or("") + "']";
+    }
+    return predicates;
+}
+
+EditNode read_node(const lysc_node *schema, const EditElement &from, Operation inherited,
+                   const std::string &parent);
+
+EditNode read_leaf(const lysc_node *schema, const EditElement &from, Operation inherited,
+                   const std::string &path) {
+    EditNode leaf{schema, std::nullopt, {}, operation_of(from, inherited, path)};
+    if (leaf.is_key() && takes_away(operation_of(from, Operation::none, path)))
+        throw Error(ErrorTag::bad_element, path, "a key cannot be deleted: delete its entry");
+    leaf.operation = leaf.is_key() ? Operation::none : leaf.operation;
+    leaf.value = value_of(schema, from, leaf.operation, path);
+    if (leaf.value.has_value() && from.is_tagged_default) { // set by taking the leaf away
+        if (!is_default_value(schema, *leaf.value))
+            throw Error(ErrorTag::invalid_value, path, "is marked as the default value, and is not that");
+        leaf.value.reset();
+        leaf.operation = Operation::remove;
+    }
+    return leaf;
+}
+
+// In the order of the model; entries in that of the document.
+void sort_by_model(const lysc_node *parent, std::vector<EditNode> &children) {
+    std::vector<const lysc_node *> order;
+    for (const lysc_node *child = lysc_node_child(parent); child != nullptr; child = child->next)
+        order.push_back(child);
+    const auto place = [&order](const EditNode &node) {
+        return std::find(order.begin(), order.end(), node.node);
+    };
+    std::stable_sort(children.begin(), children.end(),
+                     [&](const EditNode &a, const EditNode &b) { return place(a) < place(b); });
+}
+
+void read_children(EditNode &to, const EditElement &from, const std::string &path) {
+    // What stands below a replaced node is its new content.
+    const Operation below = to.operation == Operation::replace ? Operation::merge : to.operation;
+    std::set<const lysc_node *> leaves;
+    for (const EditElement &child : from.children) {
+        const lysc_node *schema = child_named(to.node, child);
+        if (schema == nullptr)
+            refuse_unknown(to.node, child, path + "/" + child.name);
+        if (schema->nodetype == LYS_LEAF && !leaves.insert(schema).second)
+            throw Error(ErrorTag::bad_element, path + "/" + child.name, "stands twice");
+        to.children.push_back(read_node(schema, child, below, path));
+    }
+    sort_by_model(to.node, to.children);
+}
+
+EditNode read_node(const lysc_node *schema, const EditElement &from, Operation inherited,
+                   const std::string &parent) {
+    std::string path = parent + "/" + from.name;
+    if (has_value(schema))
+        return read_leaf(schema, from, inherited, path);
+    if (schema->nodetype == LYS_LIST)
+        path += key_predicates(schema, from, path);
+    if (!is_blank(from.text.value_or("")) || (from.written != Written::text))
+        throw Error(ErrorTag::bad_element, path, "holds a value, and is no leaf");
+    EditNode node{schema, std::nullopt, {}, operation_of(from, inherited, path)};
+    read_children(node, from, path);
+    return node;
+}
+
+void refuse_other_top(const EditElement &root, const lysc_node *wanted) {
+    if (root.module == wanted->module && root.name == wanted->name)
+        return;
+    const bool is_known =
+        root.module != nullptr && root.module->compiled != nullptr && root.module->compiled->data != nullptr;
+    if (!is_known && !root.ns.empty())
+        throw Error(ErrorTag::unknown_namespace, "/" + root.name,
+                    "no model has the namespace \"" + root.ns + "\"")
+            .about(root.ns);
+    const std::string module =
+        root.module != nullptr && root.module != wanted->module ? root.module->name + std::string(":") : "";
+    throw Error(ErrorTag::unknown_element, "/" + module + root.name,
+                "only /" + std::string(wanted->name) + " can be edited");
+}
+
+} // namespace
+
+EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation default_operation) {
+    refuse_other_top(root, schemas.openconfig_root());
+    return read_node(schemas.openconfig_root(), root, default_operation, "");
+}
+
+} // namespace yfw::yang

@@ -1,0 +1,169 @@
+// Edits in JSON (RFC 7951), with operations as annotations (RFC 7952).
+#include <set>
+
+#include <nlohmann/json.hpp>
+
+#include "base/error.h"
+#include "yang/edit_element.h"
+
+namespace yfw::yang {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Written = EditElement::Written;
+
+constexpr size_t deepest = 128;
+constexpr std::string_view operation_annotation = "ietf-netconf:operation";
+constexpr std::string_view default_annotation = "ietf-netconf-with-defaults:default";
+
+[[noreturn]] void refuse(const std::string &path, const std::string &why) {
+    throw Error(ErrorTag::invalid_value, path, why);
+}
+
+// JSON leaves open what a second member of one name means.
+class RefuseRepetition {
+public:
+    bool operator()(int depth, Json::parse_event_t event, const Json &parsed) {
+        const auto level = static_cast<size_t>(depth);
+        if (level > deepest)
+            refuse("", "values are nested deeper than " + std::to_string(deepest));
+        if (event == Json::parse_event_t::object_start)
+            names_.resize(level + 1);
+        if (event == Json::parse_event_t::object_start)
+            names_[level].clear();
+        if (event == Json::parse_event_t::key && !names_[level - 1].insert(parsed.get<std::string>()).second)
+            refuse("", "the member \"" + parsed.get<std::string>() + "\" stands twice in one object");
+        return true;
+    }
+
+private:
+    std::vector<std::set<std::string>> names_; // of the objects around a place
+};
+
+Json parse(const std::string &text) {
+    RefuseRepetition repetition;
+    try {
+        return Json::parse(text, [&](int depth, Json::parse_event_t event, Json &parsed) {
+            return repetition(depth, event, parsed);
+        });
+    } catch (const Json::parse_error &error) {
+        const std::string what = error.what();
+        refuse("", "is no JSON: " + what.substr(what.find("] ") + 2));
+    }
+}
+
+void read_annotations(const Json &annotations, const std::string &path, EditElement &to) {
+    if (!annotations.is_object())
+        refuse(path, "annotations are an object");
+    for (const auto &[name, value] : annotations.items()) {
+        if (name == operation_annotation && value.is_string())
+            to.operation = value.get<std::string>();
+        else if (name == default_annotation && value.is_boolean())
+            to.is_tagged_default = value.get<bool>();
+        else
+            to.unknown_attribute = name;
+    }
+}
+
+class Reader {
+public:
+    explicit Reader(const ly_ctx *context) : context_(context) {}
+
+    EditElement top(const Json &document) const {
+        if (!document.is_object())
+            refuse("", "an edit in JSON is an object");
+        EditElement holder;
+        read_members(document, holder, "");
+        if (holder.children.empty())
+            throw Error(ErrorTag::missing_element, "", "the edit is empty");
+        if (holder.children.size() > 1)
+            throw Error(ErrorTag::bad_element, "/" + holder.children[1].name, "an edit has one top node");
+        return std::move(holder.children.front());
+    }
+
+private:
+    // A node without the name of a module is of its parent's.
+    EditElement named(const std::string &name, const EditElement &parent) const {
+        EditElement made;
+        const size_t colon = name.find(':');
+        made.name = colon == std::string::npos ? name : name.substr(colon + 1);
+        made.ns = colon == std::string::npos ? parent.ns : name.substr(0, colon);
+        made.module = made.ns.empty() ? nullptr : ly_ctx_get_module_implemented(context_, made.ns.c_str());
+        return made;
+    }
+
+    void read_members(const Json &object, EditElement &to, const std::string &path) const {
+        for (const auto &[name, value] : object.items()) {
+            if (name == "@")
+                read_annotations(value, path, to);
+            else if (name.starts_with('@'))
+                continue; // with the member that it is about
+            else
+                read_member(name, value, to, path);
+        }
+        for (const auto &[name, value] : object.items())
+            if (name.size() > 1 && name.starts_with('@'))
+                annotate(name.substr(1), value, to, path);
+    }
+
+    void read_member(const std::string &name, const Json &value, EditElement &to,
+                     const std::string &path) const {
+        const bool is_empty_type = value.is_array() && value.size() == 1 && value[0].is_null();
+        if (!value.is_array() || is_empty_type) {
+            to.children.push_back(named(name, to));
+            read_value(is_empty_type ? value[0] : value, to.children.back(), path);
+            return;
+        }
+        for (const Json &each : value) {
+            to.children.push_back(named(name, to));
+            read_value(each, to.children.back(), path);
+        }
+    }
+
+    void read_value(const Json &value, EditElement &to, const std::string &parent) const {
+        const std::string path = parent + "/" + to.name;
+        if (value.is_object())
+            return read_members(value, to, path);
+        if (value.is_array())
+            refuse(path, "an array in an array is no value");
+        to.text = value.is_string() ? value.get<std::string>() : value.is_null() ? "" : value.dump();
+        to.written = value.is_string()    ? Written::json_string
+                     : value.is_boolean() ? Written::json_boolean
+                     : value.is_null()    ? Written::json_null
+                                          : Written::json_number;
+    }
+
+    // Annotations of a leaf without a value are those of one that is taken away; those of a leaf-list are as
+    // many as its entries.
+    void annotate(const std::string &name, const Json &annotations, EditElement &parent,
+                  const std::string &path) const {
+        const EditElement about = named(name, parent);
+        size_t entry = 0;
+        bool found = false;
+        for (EditElement &child : parent.children) {
+            if (child.name != about.name || child.ns != about.ns)
+                continue;
+            found = true;
+            const Json *own = &annotations;
+            if (annotations.is_array())
+                own = entry < annotations.size() ? &annotations[entry++] : nullptr;
+            if (own != nullptr && !own->is_null())
+                read_annotations(*own, path + "/" + about.name, child);
+        }
+        if (found)
+            return;
+        parent.children.push_back(about);
+        parent.children.back().text = "";
+        read_annotations(annotations, path + "/" + about.name, parent.children.back());
+    }
+
+    const ly_ctx *context_;
+};
+
+} // namespace
+
+EditElement edit_element_from_json(const ly_ctx *context, const std::string &text) {
+    return Reader(context).top(parse(text));
+}
+
+} // namespace yfw::yang

@@ -1,0 +1,82 @@
+// What an edit document may be written like, in XML and in JSON.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "test_schemas.h"
+#include "yang/edit.h"
+
+namespace yfw::yang::test {
+namespace {
+
+struct WrittenCase {
+    const char *name;
+    std::string document;
+    std::string value; // of its one leaf
+};
+
+class AnEditDocument : public testing::TestWithParam<WrittenCase> {};
+
+const EditNode &first_leaf(const EditNode &node) {
+    return node.children.empty() ? node : first_leaf(node.children.front());
+}
+
+TEST_P(AnEditDocument, SetsItsLeafToThis) {
+    EXPECT_EQ(first_leaf(parse_edit(schemas(), GetParam().document, Operation::merge)).value, GetParam().value);
+}
+
+std::string xml(const std::string &leaf) {
+    return "<lldp xmlns=\"http://openconfig.net/yang/lldp\"><config>" + leaf + "</config></lldp>";
+}
+
+std::string json(const std::string &leaf) {
+    return "{\"openconfig-lldp:lldp\": {\"config\": {" + leaf + "}}}";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Written, AnEditDocument,
+    testing::Values(
+        WrittenCase{"Plainly", xml("<system-name>r1</system-name>"), "r1"},
+        WrittenCase{"WithAByteOrderMark", "\xef\xbb\xbf" + xml("<system-name>r1</system-name>"), "r1"},
+        WrittenCase{"WithACommentInsideText", xml("<system-name>r<!-- one -->1</system-name>"), "r1"},
+        WrittenCase{"WithCarriageReturnsAtItsEndsOfLines", xml("<system-name>r\r\n1</system-name>"), "r\n1"},
+        WrittenCase{"WithACarriageReturnOfItsOwn", xml("<system-name>r&#13;1</system-name>"), "r\r1"},
+        WrittenCase{"WithSpaceAroundAText", xml("<system-name> r1 </system-name>"), " r1 "},
+        WrittenCase{"WithASection", xml("<system-name><![CDATA[<r1>]]></system-name>"), "<r1>"},
+        WrittenCase{
+            "WithAnIdentitysPrefix",
+            xml("<chassis-id-type xmlns:t=\"http://openconfig.net/yang/lldp/types\">LOCAL</chassis-id-type>"),
+            "LOCAL"},
+        WrittenCase{"InJson", json("\"system-name\": \"r1\""), "r1"},
+        WrittenCase{"InJsonWithAByteOrderMark", "\xef\xbb\xbf" + json("\"system-name\": \"r1\""), "r1"},
+        WrittenCase{"InJsonWithTheModulesName", json("\"openconfig-lldp:system-name\": \"r1\""), "r1"},
+        WrittenCase{"InJsonWithASurrogatePair", json("\"system-name\": \"\\ud83d\\ude00\""),
+                    "\xf0\x9f\x98\x80"},
+        WrittenCase{"InJsonWithANumber", json("\"hello-timer\": \"10\""), "10"},
+        WrittenCase{"InJsonWithABoolean", json("\"enabled\": false"), "false"}),
+    [](const auto &test) { return test.param.name; });
+
+TEST(AnEditDocumentsNodes, StandInTheOrderOfTheModel) {
+    const EditNode edit = parse_edit(
+        schemas(), xml("<system-name>r1</system-name><hello-timer>10</hello-timer><enabled>true</enabled>"),
+        Operation::merge);
+    std::string names;
+    for (const EditNode &leaf : edit.children.at(0).children)
+        names += std::string(leaf.node->name) + " ";
+    EXPECT_EQ(names, "enabled hello-timer system-name ");
+}
+
+TEST(AnEditDocumentInJson, TakesALeafAwayByItsAnnotationAlone) {
+    const EditNode edit = parse_edit(
+        schemas(), json("\"@system-name\": {\"ietf-netconf:operation\": \"remove\"}"), Operation::merge);
+    EXPECT_EQ(first_leaf(edit).operation, Operation::remove);
+}
+
+TEST(AnEditThatIsPrinted, IsReadAsTheSameAgain) {
+    const std::string document = xml("<system-name>a&#13;&#10;&lt;&amp;&#9;b </system-name>");
+    const EditNode edit = parse_edit(schemas(), document, Operation::replace);
+    EXPECT_EQ(print_edit(parse_edit(schemas(), print_edit(edit), Operation::none)), print_edit(edit));
+}
+
+} // namespace
+} // namespace yfw::yang::test
