@@ -20,9 +20,9 @@ ROUTERS = ["r1", "r2", "r3", "r4"]
 
 
 sys.dont_write_bytecode = True
-specification = importlib.util.spec_from_file_location("from_lldpcli", PROGRAM)
-converter = importlib.util.module_from_spec(specification)
-specification.loader.exec_module(converter)
+source = importlib.util.spec_from_file_location("from_lldpcli", PROGRAM)
+converter = importlib.util.module_from_spec(source)
+source.loader.exec_module(converter)
 
 
 def run(*arguments):
