@@ -48,7 +48,7 @@ struct Device {
     explicit Device(int64_t interfaces)
         : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
           files(configuration(interfaces)), source(schemas(), files, directory / "commits.db"),
-          engine(schemas(), source, YFW_PLUGIN_LIBRARY), editor(schemas(), source, engine) {
+          engine(schemas(), source, YFW_PLUGIN_LIBRARY), editor(schemas(), source, engine, nullptr) {
         std::filesystem::create_directories(directory);
     }
     ~Device() { std::filesystem::remove_all(directory); }
@@ -90,7 +90,7 @@ void map_one_leaf(benchmark::State &state) {
 void validate_one_leaf(benchmark::State &state) {
     Device device(1);
     const yang::EditNode edit = timer_edit(30);
-    const yang::DataTree running = device.source.running_configuration();
+    const yang::SharedData running = device.source.running_configuration();
     for (auto _ : state)
         benchmark::DoNotOptimize(device.editor.apply(edit, running.get()));
 }

@@ -32,11 +32,9 @@ Directory::~Directory() {
 }
 
 ServedDevice::ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source)
-    : configured_(schemas, source, directory_.path() / "commits.db"),
-      engine_(schemas, configured_, YFW_PLUGIN_LIBRARY),
+    : device_(schemas, source, directory_.path() / "commits.db", YFW_PLUGIN_LIBRARY), service_(device_),
       modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR),
-      datastores_(schemas, configured_, engine_, events_),
-      server_(options_with(socket()), schemas, engine_, datastores_, modules_, events_),
+      server_(options_with(socket()), service_, modules_, events_),
       stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), thread_([this] { server_.run(stop_); }) {}
 
 ServedDevice::~ServedDevice() {

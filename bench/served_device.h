@@ -37,11 +37,10 @@ public:
 
 private:
     Directory directory_;
-    device::ConfiguredSource configured_;
-    host::Engine engine_;
+    device::ManagedDevice device_;
+    device::Service service_;
     netconf::ProtocolModules modules_;
-    events::EventStream events_;
-    netconf::Datastores datastores_;
+    netconf::EventStream events_;
     netconf::NetconfServer server_;
     int stop_;
     std::thread thread_;

@@ -26,7 +26,7 @@ std::optional<yang::EditNode> edit_of(const Server &server, const Element &confi
     if (tops.size() > 1)
         throw RpcError("application", "bad-element", "a configuration has one top node")
             .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
-    return yang::read_edit(server.schemas, yang::edit_element_from(server.schemas.context(), tops.front()),
+    return yang::read_edit(server.schemas(), yang::edit_element_from(server.schemas().context(), tops.front()),
                            operation);
 }
 
@@ -40,7 +40,7 @@ std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
     const auto edit =
         edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
     if (edit.has_value())
-        call.server.datastores.edit(call.caller, target, *edit, only_test);
+        call.server.datastores().edit(call.caller, target, *edit, only_test);
     return ok;
 }
 
@@ -78,13 +78,13 @@ std::string copy_config(const Call &call) {
     const Element source = required(call.operation, "source");
     const std::optional<Element> config = source.child("config");
     if (!config.has_value()) {
-        call.server.datastores.copy(call.caller, datastore_of(call.operation, "source"), target);
+        call.server.datastores().copy(call.caller, datastore_of(call.operation, "source"), target);
         return ok;
     }
     const auto edit = edit_of(call.server, *config, yang::Operation::replace);
     if (!edit.has_value())
         throw RpcError("protocol", "invalid-value", "the configuration to copy is empty");
-    call.server.datastores.edit(call.caller, target, *edit, false);
+    call.server.datastores().edit(call.caller, target, *edit, false);
     return ok;
 }
 
@@ -101,9 +101,9 @@ std::string validate(const Call &call) {
     const Element source = required(call.operation, "source");
     if (const std::optional<Element> config = source.child("config")) {
         if (const auto edit = edit_of(call.server, *config, yang::Operation::replace))
-            call.server.datastores.validate(*edit);
+            call.server.datastores().validate(*edit);
     } else {
-        call.server.datastores.validate(datastore_of(call.operation, "source"));
+        call.server.datastores().validate(datastore_of(call.operation, "source"));
     }
     return ok;
 }
@@ -111,42 +111,42 @@ std::string validate(const Call &call) {
 std::string commit(const Call &call) {
     refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
     require_writer(call);
-    std::optional<ConfirmedCommit> confirmed;
+    std::optional<device::Confirmation> confirmed;
     if (call.operation.child("confirmed")) {
         confirmed.emplace();
         if (const auto timeout = call.operation.child("confirm-timeout"))
             confirmed->timeout = std::chrono::seconds(number_of(*timeout, 1));
         confirmed->persist = text_of(call.operation, "persist");
     }
-    call.server.datastores.commit(call.caller, confirmed, text_of(call.operation, "persist-id"));
+    call.server.datastores().commit(call.caller, confirmed, text_of(call.operation, "persist-id"));
     return ok;
 }
 
 std::string cancel_commit(const Call &call) {
     refuse_others(call.operation, {"persist-id"});
     require_writer(call);
-    call.server.datastores.cancel_commit(call.caller, text_of(call.operation, "persist-id"));
+    call.server.datastores().cancel_commit(call.caller, text_of(call.operation, "persist-id"));
     return ok;
 }
 
 std::string discard_changes(const Call &call) {
     refuse_others(call.operation, {});
     require_writer(call);
-    call.server.datastores.discard(call.caller);
+    call.server.datastores().discard(call.caller);
     return ok;
 }
 
 std::string lock(const Call &call) {
     refuse_others(call.operation, {"target"});
     require_writer(call);
-    call.server.datastores.lock(call.caller, datastore_of(call.operation, "target"));
+    call.server.datastores().lock(call.caller, datastore_of(call.operation, "target"));
     return ok;
 }
 
 std::string unlock(const Call &call) {
     refuse_others(call.operation, {"target"});
     require_writer(call);
-    call.server.datastores.unlock(call.caller, datastore_of(call.operation, "target"));
+    call.server.datastores().unlock(call.caller, datastore_of(call.operation, "target"));
     return ok;
 }
 

@@ -40,20 +40,15 @@ bool is_answered(const sockaddr_un &address) {
 
 } // namespace
 
-NetconfServer::NetconfServer(const ServerOptions &options, const yang::Schemas &schemas, host::Engine &engine,
-                             Datastores &datastores, const ProtocolModules &modules,
-                             events::EventStream &events)
-    : options_(options), datastores_(datastores),
-      events_(events), server_{schemas,
-                               engine,
-                               datastores,
-                               modules,
-                               monitoring_,
-                               events,
-                               [this](uint32_t session) {
-                                   const std::lock_guard<std::mutex> guard(known_mutex_);
-                                   return known_.contains(session);
-                               }},
+NetconfServer::NetconfServer(const ServerOptions &options, device::Service &service,
+                             const ProtocolModules &modules, EventStream &events)
+    : options_(options), service_(service), events_(events),
+      device_events_(service.events(), events), server_{service, modules, monitoring_, events,
+                                                        [this](uint32_t session) {
+                                                            const std::lock_guard<std::mutex> guard(
+                                                                known_mutex_);
+                                                            return known_.contains(session);
+                                                        }},
       base_(event_base_new(), event_base_free), workers_(options.threads) {
     listen();
     const auto finished = [](int, short, void *self) {
@@ -63,11 +58,10 @@ NetconfServer::NetconfServer(const ServerOptions &options, const yang::Schemas &
     event_add(finished_, nullptr);
     const auto due = [](int, short, void *self) {
         auto &server = *static_cast<NetconfServer *>(self);
-        server.in_background([&server] { server.datastores_.take_back_when_due(); });
+        server.in_background([&server] { server.service_.datastores().take_back_when_due(); });
     };
     commit_timer_ = event_new(base_.get(), -1, 0, due, this);
-    events_.on_event(
-        [this](const events::SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
+    events_.on_event([this](const SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
 }
 
 NetconfServer::~NetconfServer() {
@@ -135,10 +129,12 @@ void NetconfServer::accept(int socket) {
         return;
     }
     const uint32_t id = ++last_session_;
-    Caller caller{id, user->name, user->may_write};
-    if (options_.nacm != nullptr && options_.nacm->is_enabled())
-        caller.rules = std::make_shared<const access::UserRules>(
-            options_.nacm->rules_of(user->name, access::names_of(user->groups)));
+    Caller caller;
+    caller.session = id;
+    caller.user = user->name;
+    caller.may_write = user->may_write;
+    caller.comment = "NETCONF session " + std::to_string(id);
+    caller.rules = service_.rules_of(user->name, access::names_of(user->groups));
     auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
@@ -162,11 +158,11 @@ void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32
     monitoring_.session_ended(session, reason != EndReason::closed && reason != EndReason::killed);
     if (has_begun)
         publish_session_end(events_, actor, std::string(to_string(reason)), killed_by);
-    in_background([this, session] { datastores_.end_session(session); });
+    in_background([this, session] { service_.datastores().end_session(session); });
 }
 
 // A session that is told may end by it.
-void NetconfServer::tell(const events::SharedEvent &event) {
+void NetconfServer::tell(const SharedEvent &event) {
     for (auto session = sessions_.begin(); session != sessions_.end();)
         (session++)->second->tell(event);
 }
@@ -207,7 +203,7 @@ void NetconfServer::finish(uint32_t id, const Reply &reply) {
 }
 
 void NetconfServer::arm_commit_timer() {
-    const auto deadline = datastores_.deadline();
+    const auto deadline = service_.datastores().deadline();
     if (!deadline.has_value()) {
         event_del(commit_timer_);
         return;

@@ -12,6 +12,7 @@
 #include "device/access/groups.h"
 #include "frontends/netconf/conversation.h"
 #include "frontends/netconf/framing.h"
+#include "frontends/netconf/server_events.h"
 #include "frontends/netconf/session.h"
 #include "frontends/netconf/worker_pool.h"
 
@@ -24,7 +25,6 @@ namespace yfw::netconf {
 struct ServerOptions {
     std::filesystem::path socket;
     access::AccessGroups groups;
-    const access::Nacm *nacm = nullptr; // rules beside the groups; borrowed
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
     size_t threads = 4;
@@ -35,8 +35,8 @@ class NetconfServer {
 public:
     // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
     // that another server answers on is refused; one that was left behind is replaced. Throws Error.
-    NetconfServer(const ServerOptions &options, const yang::Schemas &schemas, host::Engine &engine,
-                  Datastores &datastores, const ProtocolModules &modules, events::EventStream &events);
+    NetconfServer(const ServerOptions &options, device::Service &service, const ProtocolModules &modules,
+                  EventStream &events);
     ~NetconfServer();
     NetconfServer(const NetconfServer &) = delete;
     NetconfServer &operator=(const NetconfServer &) = delete;
@@ -51,7 +51,7 @@ private:
     void accept(int socket);
     void rest();
     void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
-    void tell(const events::SharedEvent &event);
+    void tell(const SharedEvent &event);
     void dispatch(Session &session, std::string message);
     void finish(uint32_t session, const Reply &reply);
     void arm_commit_timer();
@@ -59,8 +59,9 @@ private:
     void say(const std::string &text) const;
 
     ServerOptions options_;
-    Datastores &datastores_;
-    events::EventStream &events_;
+    device::Service &service_;
+    EventStream &events_;
+    DeviceEvents device_events_;
     Monitoring monitoring_;
     Server server_;
     std::unique_ptr<event_base, void (*)(event_base *)> base_;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "frontends/netconf/datastores.h"
+#include "device/service.h"
 #include "frontends/netconf/monitoring.h"
 #include "frontends/netconf/protocol_modules.h"
 #include "frontends/netconf/subscription.h"
@@ -23,15 +23,23 @@ struct Aftermath {
     std::shared_ptr<const Subscription> subscription = nullptr; // of the caller's, from now on
 };
 
+using device::Datastore;
+
+struct Caller : device::Caller {
+    bool is_subscribed = false;
+};
+
 // Everything is borrowed. Safe for several threads.
 struct Server {
-    const yang::Schemas &schemas;
-    host::Engine &engine;
-    Datastores &datastores;
+    device::Service &service;
     const ProtocolModules &modules;
     Monitoring &monitoring;
-    const events::EventStream &events;
+    const EventStream &events;
     std::function<bool(uint32_t)> is_session;
+
+    const yang::Schemas &schemas() const { return service.device().schemas(); }
+    device::ManagedDevice &device() const { return service.device(); }
+    device::Datastores &datastores() const { return service.datastores(); }
 };
 
 // The capabilities that the server has; exactly what it offers.

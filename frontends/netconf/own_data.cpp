@@ -10,7 +10,7 @@ namespace {
 
 std::string print_datastore(const Server &server, const char *name, Datastore datastore) {
     std::string xml = "<datastore><name>" + std::string(name) + "</name>";
-    if (const auto lock = server.datastores.lock_of(datastore))
+    if (const auto lock = server.datastores().lock_of(datastore))
         xml += "<locks><global-lock><locked-by-session>" + std::to_string(lock->session) +
                "</locked-by-session><locked-time>" + lock->time + "</locked-time></global-lock></locks>";
     return xml + "</datastore>";

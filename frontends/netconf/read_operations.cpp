@@ -57,7 +57,7 @@ std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, c
 
 // Reads the OpenConfig tree, no more of it than the filter needs.
 std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
-    const auto needed = needed_for(wanted.filter, call.server.schemas.openconfig_root());
+    const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
     const bool is_xpath = wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
     yang::DataTree data;
     if (needed.has_value())
@@ -75,7 +75,7 @@ std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &
 // Configuration and state of the device, and the server's own data, which is all state.
 std::string read_operational(const Call &call, const Wanted &wanted) {
     std::string xml = read_openconfig(
-        call, wanted, [&](const host::ReadRequest &request) { return call.server.engine.read(request); });
+        call, wanted, [&](const host::ReadRequest &request) { return call.server.device().read(request); });
     if (wanted.content != host::Content::config)
         xml += read_own_data(call, wanted.filter, wanted.depth);
     return xml;
@@ -86,7 +86,7 @@ std::string read_configuration(const Call &call, Datastore datastore, Wanted wan
         return "";
     wanted.content = host::Content::config;
     return read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
-        return call.server.engine.read(request, call.server.datastores.read(datastore));
+        return call.server.device().read(request, call.server.datastores().read(datastore));
     });
 }
 

@@ -47,6 +47,8 @@ std::string mandatory_info(const Error &error, const std::string &name) {
     case ErrorTag::unknown_attribute:
         return text_element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
                text_element("bad-element", name);
+    case ErrorTag::lock_denied:
+        return text_element("session-id", error.subject());
     default:
         return "";
     }
@@ -84,7 +86,8 @@ RpcError rpc_error_of(const Error &error) {
         return RpcError("application", "data-missing", error.what())
             .at(without_module(error.path()) + "/config/name")
             .with_app_tag("instance-required");
-    RpcError told("application", std::string(to_string(error.tag())), error.what());
+    RpcError told(error.is_by_request() ? "protocol" : "application", std::string(to_string(error.tag())),
+                  error.what());
     const std::string path = without_module(error.path());
     if (is_openconfig_path(path))
         told.at(path);

@@ -1,7 +1,5 @@
 #include "frontends/netconf/server_events.h"
 
-#include <algorithm>
-
 #include "frontends/netconf/rpc_error.h"
 
 namespace yfw::netconf {
@@ -14,7 +12,7 @@ std::string event_element(const char *name, const std::string &content) {
            content + "</" + name + ">";
 }
 
-void publish(events::EventStream &events, const char *name, const std::string &content) {
+void publish(EventStream &events, const char *name, const std::string &content) {
     events.publish(module, name, event_element(name, content));
 }
 
@@ -23,71 +21,61 @@ std::string print_session(const Actor &actor) {
     return text_element("username", actor.user) + text_element("session-id", std::to_string(actor.session));
 }
 
-std::string print_record(const EditRecord &edit) {
+std::string print_record(const events::EditRecord &edit) {
     return "<edit>" + openconfig_path_element("target", edit.target) +
            text_element("operation", edit.operation) + "</edit>";
 }
 
-bool is_whole(const yang::EditNode &edit) {
-    return yang::takes_away(edit.operation) || edit.operation == yang::Operation::replace;
-}
-
-// An entry or leaf that says something by being there, not by what is below it.
-bool stands_for_itself(const yang::EditNode &edit) {
-    if (edit.operation == yang::Operation::none)
-        return false;
-    const bool only_keys = std::all_of(edit.children.begin(), edit.children.end(),
-                                       [](const yang::EditNode &child) { return child.is_key(); });
-    return edit.value.has_value() || (edit.node->nodetype == LYS_LIST && only_keys);
-}
-
-void collect(const yang::EditNode &edit, const std::string &parent, std::vector<EditRecord> &records) {
-    if (edit.is_key())
-        return;
-    const std::string path = yang::instance_path(parent, edit);
-    if (is_whole(edit) || stands_for_itself(edit)) {
-        records.push_back({path, std::string(yang::to_string(edit.operation))});
-        return;
+// A word of confirm-event.
+const char *word_of(events::ConfirmedCommit::What what) {
+    using What = events::ConfirmedCommit::What;
+    switch (what) {
+    case What::start:
+        return "start";
+    case What::cancel:
+        return "cancel";
+    case What::timeout:
+        return "timeout";
+    case What::extend:
+        return "extend";
+    case What::complete:
+        break;
     }
-    for (const yang::EditNode &child : edit.children)
-        collect(child, path, records);
+    return "complete";
 }
 
-} // namespace
-
-std::vector<EditRecord> edit_records(const yang::EditNode &edit) {
-    std::vector<EditRecord> records;
-    collect(edit, "", records);
-    return records;
-}
-
-namespace {
-
-std::string print_config_change(const Actor &actor, const std::vector<EditRecord> &edits) {
-    std::string xml = "<changed-by>" + (actor.session == 0 ? "<server/>" : print_session(actor)) +
+std::string print_config_change(const events::ConfigurationChange &change) {
+    std::string xml = "<changed-by>" + (change.actor.session == 0 ? "<server/>" : print_session(change.actor)) +
                       "</changed-by><datastore>running</datastore>";
-    for (const EditRecord &edit : edits)
+    for (const events::EditRecord &edit : change.edits)
         xml += print_record(edit);
     return xml;
 }
 
 } // namespace
 
-void publish_config_change(events::EventStream &events, const Actor &actor,
-                           const std::vector<EditRecord> &edits) {
-    publish(events, "netconf-config-change", print_config_change(actor, edits));
+void DeviceEvents::changed(const events::ConfigurationChange &change) {
+    publish(stream_, "netconf-config-change", print_config_change(change));
+}
+
+void DeviceEvents::changed(const events::ConfirmedCommit &commit) {
+    std::string xml = (commit.actor.session != 0 ? print_session(commit.actor) : "") +
+                      text_element("confirm-event", word_of(commit.what));
+    if (commit.timeout.has_value())
+        xml += text_element("timeout", std::to_string(commit.timeout->count()));
+    publish(stream_, "netconf-confirmed-commit", xml);
 }
 
 std::string usual_event() {
-    const std::vector<EditRecord> edits(10, {"/lldp", "merge"});
-    return event_element("netconf-config-change", print_config_change({1, "user"}, edits));
+    const events::ConfigurationChange change{{1, "user"}, {10, {"/lldp", "merge"}}};
+    return event_element("netconf-config-change", print_config_change(change));
 }
 
-void publish_session_start(events::EventStream &events, const Actor &session) {
+void publish_session_start(EventStream &events, const Actor &session) {
     publish(events, "netconf-session-start", print_session(session));
 }
 
-void publish_session_end(events::EventStream &events, const Actor &session, const std::string &reason,
+void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
                          std::optional<uint32_t> killed_by) {
     std::string xml = print_session(session);
     if (killed_by.has_value())
@@ -95,16 +83,8 @@ void publish_session_end(events::EventStream &events, const Actor &session, cons
     publish(events, "netconf-session-end", xml + text_element("termination-reason", reason));
 }
 
-void publish_confirmed_commit(events::EventStream &events, const Actor &actor, const std::string &what,
-                              std::optional<std::chrono::seconds> timeout) {
-    std::string xml = (actor.session != 0 ? print_session(actor) : "") + text_element("confirm-event", what);
-    if (timeout.has_value())
-        xml += text_element("timeout", std::to_string(timeout->count()));
-    publish(events, "netconf-confirmed-commit", xml);
-}
-
-void publish_neighbor_change(events::EventStream &events, const std::string &change,
-                             const std::string &interface, const std::string &id, const std::string &data) {
+void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
+                             const std::string &id, const std::string &data) {
     events.publish("yfw-lldp-notifications", "neighbor-change",
                    "<neighbor-change xmlns=\"urn:yfw:yang:yfw-lldp-notifications\">" +
                        text_element("change", change) + text_element("interface", interface) +

@@ -2,53 +2,46 @@
 #ifndef YFW_FRONTENDS_NETCONF_SERVER_EVENTS_H
 #define YFW_FRONTENDS_NETCONF_SERVER_EVENTS_H
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "device/events/event_stream.h"
-#include "yang/edit.h"
+#include "device/events/hub.h"
+#include "frontends/netconf/event_stream.h"
 
 namespace yfw::netconf {
 
-// Who did something: a session of a user, or the server by itself.
-struct Actor {
-    uint32_t session = 0; // 0: the server
-    std::string user;
+using events::Actor;
+
+// Publishes what happens to the device. Borrows both; told of events for as long as it lives.
+class DeviceEvents final : public events::Observer {
+public:
+    DeviceEvents(events::Hub &hub, EventStream &stream) : hub_(hub), stream_(stream) { hub_.add(*this); }
+    ~DeviceEvents() override { hub_.remove(*this); }
+    DeviceEvents(const DeviceEvents &) = delete;
+    DeviceEvents &operator=(const DeviceEvents &) = delete;
+
+    void changed(const events::ConfigurationChange &change) override;
+    void changed(const events::ConfirmedCommit &commit) override;
+
+private:
+    events::Hub &hub_;
+    EventStream &stream_;
 };
-
-// A node that a request edited: its instance path below the OpenConfig module, and the word for what was done.
-struct EditRecord {
-    std::string target;
-    std::string operation;
-};
-
-// What an edit touches: the leaves that it sets, and the topmost node of what is replaced or taken away as a
-// whole.
-std::vector<EditRecord> edit_records(const yang::EditNode &edit);
-
-void publish_config_change(events::EventStream &events, const Actor &actor,
-                           const std::vector<EditRecord> &edits);
 
 // The element of an event as large as they usually are, to try a filter on.
 std::string usual_event();
 
-void publish_session_start(events::EventStream &events, const Actor &session);
+void publish_session_start(EventStream &events, const Actor &session);
 
 // `reason`: a word of termination-reason; `killed_by`: a session, for "killed".
-void publish_session_end(events::EventStream &events, const Actor &session, const std::string &reason,
+void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
                          std::optional<uint32_t> killed_by);
-
-// `what`: a word of confirm-event; `timeout`: for "start" and "extend".
-void publish_confirmed_commit(events::EventStream &events, const Actor &actor, const std::string &what,
-                              std::optional<std::chrono::seconds> timeout);
 
 // An event of yfw-lldp-notifications. `change`: added, updated or removed; `data`: the neighbor as a read shows
 // it, printed.
-void publish_neighbor_change(events::EventStream &events, const std::string &change,
-                             const std::string &interface, const std::string &id, const std::string &data);
+void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
+                             const std::string &id, const std::string &data);
 
 } // namespace yfw::netconf
 

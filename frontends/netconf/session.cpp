@@ -28,7 +28,7 @@ timeval to_timeval(std::chrono::microseconds span) {
     return {static_cast<time_t>(span.count() / 1000000), static_cast<suseconds_t>(span.count() % 1000000)};
 }
 
-events::EventTime now() {
+EventTime now() {
     return std::chrono::system_clock::now();
 }
 
@@ -228,7 +228,7 @@ void Session::subscribe(std::shared_ptr<const Subscription> subscription) {
 
 // What was published while the kept events were fetched is among them, and comes again later.
 void Session::replay() {
-    for (const events::SharedEvent &event : server_.events_.since(*subscription_->start())) {
+    for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
         told_ = std::max(told_, event->number);
         if (wants(*event) && event->time <= subscription_->stop().value_or(event->time))
             notify(event);
@@ -236,7 +236,7 @@ void Session::replay() {
     notify_now(replay_complete());
 }
 
-void Session::stop_at(events::EventTime time) {
+void Session::stop_at(EventTime time) {
     const auto left = std::chrono::ceil<std::chrono::microseconds>(time - now());
     if (left.count() <= 0)
         return end_subscription();
@@ -257,7 +257,7 @@ void Session::end_subscription() {
     notify_now(notification_complete());
 }
 
-void Session::tell(const events::SharedEvent &event) {
+void Session::tell(const SharedEvent &event) {
     if (subscription_ == nullptr || event->number <= told_)
         return;
     told_ = event->number;
@@ -268,16 +268,16 @@ void Session::tell(const events::SharedEvent &event) {
         broken("it does not read its notifications", EndReason::other);
 }
 
-bool Session::wants(const events::Event &event) const {
+bool Session::wants(const Event &event) const {
     const bool may = caller_.rules == nullptr || caller_.rules->may_be_told(event.module, event.name);
     return may && subscription_->wants(event);
 }
 
 void Session::notify_now(const std::string &event) {
-    notify(std::make_shared<const events::Event>(events::Event{0, now(), "", "", event}));
+    notify(std::make_shared<const Event>(Event{0, now(), "", "", event}));
 }
 
-void Session::notify(events::SharedEvent event) {
+void Session::notify(SharedEvent event) {
     if (closing_)
         return;
     notifications_bytes_ += event->xml.size();
@@ -288,7 +288,7 @@ void Session::notify(events::SharedEvent event) {
 
 void Session::write_notifications() {
     while (!notifications_.empty() && evbuffer_get_length(bufferevent_get_output(stream_)) <= most_printed) {
-        const events::SharedEvent event = std::move(notifications_.front());
+        const SharedEvent event = std::move(notifications_.front());
         notifications_.pop_front();
         notifications_bytes_ -= event->xml.size();
         write(print_notification(event->time, event->xml));

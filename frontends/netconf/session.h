@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "device/events/event_stream.h"
 #include "frontends/netconf/conversation.h"
+#include "frontends/netconf/event_stream.h"
 #include "frontends/netconf/framing.h"
 
 struct bufferevent;
@@ -39,7 +39,7 @@ public:
     // The answer to the request under way.
     void reply(const Reply &reply);
     // An event that it may have subscribed to.
-    void tell(const events::SharedEvent &event);
+    void tell(const SharedEvent &event);
 
 private:
     static void on_read(bufferevent *, void *self);
@@ -62,10 +62,10 @@ private:
     bool is_full() const;
     void subscribe(std::shared_ptr<const Subscription> subscription);
     void replay();
-    bool wants(const events::Event &event) const;
-    void stop_at(events::EventTime time);
+    bool wants(const Event &event) const;
+    void stop_at(EventTime time);
     void end_subscription();
-    void notify(events::SharedEvent event);
+    void notify(SharedEvent event);
     void notify_now(const std::string &event);
     void write_notifications();
 
@@ -84,8 +84,8 @@ private:
     event *hello_timer_;
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
-    uint64_t told_ = 0; // the last event that was, or that came before the subscription
-    std::deque<events::SharedEvent> notifications_; // that have to wait until the client reads
+    uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
+    std::deque<SharedEvent> notifications_; // that have to wait until the client reads
     size_t notifications_bytes_ = 0;
 };
 

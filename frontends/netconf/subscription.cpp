@@ -13,14 +13,13 @@ std::string bad_element(const char *name) {
     return "<bad-element>" + std::string(name) + "</bad-element>";
 }
 
-std::optional<events::EventTime> time_in(const Element &request, const ProtocolModules &modules,
-                                         const char *name) {
+std::optional<EventTime> time_in(const Element &request, const ProtocolModules &modules, const char *name) {
     const std::optional<Element> given = request.child(name);
     if (!given.has_value())
         return std::nullopt;
     const std::string path = "/notifications:create-subscription/" + std::string(name);
     const bool has_form = modules.allows(path.c_str(), given->text());
-    const std::optional<events::EventTime> time = has_form ? events::parse_time(given->text()) : std::nullopt;
+    const std::optional<EventTime> time = has_form ? parse_time(given->text()) : std::nullopt;
     if (!time.has_value())
         throw RpcError("application", "invalid-value",
                        "<" + std::string(name) + "> has to be a time such as 2026-01-31T23:59:59Z")
@@ -86,14 +85,14 @@ void Subscription::try_filter() const {
     }
 }
 
-bool Subscription::selects(const events::Event &event) const {
+bool Subscription::selects(const Event &event) const {
     if (filter_->type == FilterType::subtree)
         return !subtree_filtered(filter_->element, Document(event.xml).root()).empty();
     return xpath_filtered(modules_.parse_notification(event.xml), *filter_, unlimited_depth, XPathUse::event) !=
            nullptr;
 }
 
-bool Subscription::wants(const events::Event &event) const {
+bool Subscription::wants(const Event &event) const {
     try {
         return !filter_.has_value() || selects(event);
     } catch (const RpcError &error) {
@@ -103,9 +102,9 @@ bool Subscription::wants(const events::Event &event) const {
     }
 }
 
-std::string print_notification(events::EventTime time, const std::string &event) {
+std::string print_notification(EventTime time, const std::string &event) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<notification xmlns=\"" + std::string(notification_ns) +
-           "\">" + text_element("eventTime", events::print_time(time)) + event + "</notification>";
+           "\">" + text_element("eventTime", print_time(time)) + event + "</notification>";
 }
 
 std::string replay_complete() {
@@ -116,15 +115,15 @@ std::string notification_complete() {
     return of_streams("notificationComplete");
 }
 
-std::string print_streams(const events::EventStream &events) {
+std::string print_streams(const EventStream &events) {
     std::string xml =
         "<netconf xmlns=\"" + std::string(streams_ns) + "\"><streams><stream>" +
         text_element("name", "NETCONF") +
         text_element("description", "Changes of the configuration, of sessions and of neighbors") +
         text_element("replaySupport", "true") +
-        text_element("replayLogCreationTime", events::print_time(events.created()));
-    if (const std::optional<events::EventTime> aged = events.aged())
-        xml += text_element("replayLogAgedTime", events::print_time(*aged));
+        text_element("replayLogCreationTime", print_time(events.created()));
+    if (const std::optional<EventTime> aged = events.aged())
+        xml += text_element("replayLogAgedTime", print_time(*aged));
     return xml + "</stream></streams></netconf>";
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "device/events/event_stream.h"
+#include "frontends/netconf/event_stream.h"
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/protocol_modules.h"
 #include "frontends/netconf/xml.h"
@@ -20,36 +20,36 @@ public:
 
     // An event is sent whole when the filter selects anything of it. One that is too long for the filter is
     // sent rather than lost. Never throws.
-    bool wants(const events::Event &event) const;
+    bool wants(const Event &event) const;
 
-    const std::optional<events::EventTime> &start() const { return start_; } // also what is kept from then on
-    const std::optional<events::EventTime> &stop() const { return stop_; }
+    const std::optional<EventTime> &start() const { return start_; } // also what is kept from then on
+    const std::optional<EventTime> &stop() const { return stop_; }
 
 private:
     void read_times(const Element &request);
     void read_filter(const Element &filter);
     void try_filter() const;
-    bool selects(const events::Event &event) const;
+    bool selects(const Event &event) const;
 
     const ProtocolModules &modules_;
     std::optional<Document> filter_text_;
     std::optional<Filter> filter_; // in that text
-    std::optional<events::EventTime> start_;
-    std::optional<events::EventTime> stop_;
+    std::optional<EventTime> start_;
+    std::optional<EventTime> stop_;
 };
 
 inline constexpr std::string_view notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
 inline constexpr const char *streams_ns = "urn:ietf:params:xml:ns:netmod:notification";
 
 // The <notification> around an event.
-std::string print_notification(events::EventTime time, const std::string &event);
+std::string print_notification(EventTime time, const std::string &event);
 
 // The events that tell of a subscription itself (RFC 5277 section 3); no filter holds them back.
 std::string replay_complete();
 std::string notification_complete();
 
 // The data of nc-notifications: the streams that there are.
-std::string print_streams(const events::EventStream &events);
+std::string print_streams(const EventStream &events);
 
 } // namespace yfw::netconf
 

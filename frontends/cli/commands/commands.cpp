@@ -4,7 +4,7 @@
 #include <iostream>
 #include <memory>
 
-#include "frontends/cli/options/session.h"
+#include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/print.h"
 #include "yang/path.h"
 
@@ -30,13 +30,13 @@ template <class T> T &until_exit(std::unique_ptr<T> object) {
 } // namespace
 
 void run_get(const DeviceOptions &device, const GetOptions &get) {
-    Session &session = until_exit(std::make_unique<Session>(device));
-    const host::ReadRequest request = read_request(session.schemas, get);
-    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(session.engine.read(request)));
+    NamedDevice &named = until_exit(std::make_unique<NamedDevice>(device));
+    const host::ReadRequest request = read_request(named.schemas, get);
+    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(named.device.read(request)));
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << warning << '\n';
     prepare_output(stdout);
-    print_data(stdout, session.schemas, answer.data.get(), get.format);
+    print_data(stdout, named.schemas, answer.data.get(), get.format);
 }
 
 } // namespace yfw::cli

@@ -9,11 +9,10 @@
 #include <sstream>
 
 #include "base/error.h"
-#include "device/editor.h"
 #include "frontends/cli/commands/edit_script.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
-#include "frontends/cli/options/session.h"
+#include "frontends/cli/options/named_device.h"
 
 namespace yfw::cli {
 namespace {
@@ -73,17 +72,13 @@ yang::EditNode parse_file(const yang::Schemas &schemas, const EditOptions &optio
 
 void run(const DeviceOptions &device, const EditOptions &options,
          const std::function<yang::EditNode(const yang::Schemas &)> &make_edit) {
-    Session session(device);
-    const yang::EditNode edit = make_edit(session.schemas);
-    device::Editor editor(session.schemas, session.source, session.engine);
+    NamedDevice named(device);
+    const yang::EditNode edit = make_edit(named.schemas);
     if (options.dry_run) {
-        std::cout << editor.try_edit(edit) << std::flush;
+        std::cout << named.device.try_edit(edit) << std::flush;
         return;
     }
-    if (session.source.store().empty())
-        throw Error(ErrorTag::missing_element, "--store",
-                    "a device that is given as files needs a file for its commits");
-    const auto commit = editor.edit(edit, {current_user(), options.comment});
+    const auto commit = named.device.edit(edit, {current_user(), options.comment});
     if (commit.has_value())
         std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
     else

@@ -6,9 +6,8 @@
 
 #include "base/error.h"
 #include "frontends/cli/options/device_options.h"
-#include "frontends/cli/options/session.h"
+#include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/explain_print.h"
-#include "yang/configuration_text.h"
 
 namespace yfw::cli {
 namespace {
@@ -31,25 +30,20 @@ struct ExplainOptions {
     bool json = false;
 };
 
-yang::DataTree running_configuration(Session &session) {
-    yang::DataTree data = session.source.read(session.schemas.context());
-    return yang::take_configuration(data);
-}
-
-host::Explanation explain_get(Session &session, const std::string &path) {
+host::Explanation explain_get(NamedDevice &named, const std::string &path) {
     host::ReadRequest request;
-    request.paths.push_back(yang::parse_path(session.schemas.openconfig_root(), path));
-    return session.engine.explain(request);
+    request.paths.push_back(yang::parse_path(named.schemas.openconfig_root(), path));
+    return named.device.explain(request);
 }
 
-host::Explanation explain_edit(Session &session, const yang::Path &path,
+host::Explanation explain_edit(NamedDevice &named, const yang::Path &path,
                                const std::optional<std::string> &value) {
     yang::EditNode edit;
-    edit.node = session.schemas.openconfig_root();
+    edit.node = named.schemas.openconfig_root();
     yang::add_edit(edit, path, value,
                    value.has_value() ? yang::Operation::merge : yang::Operation::delete_existing);
     yang::drop_deleted_content(edit);
-    return session.engine.explain(edit, running_configuration(session));
+    return named.device.explain(edit);
 }
 
 // ---- the whole model ------------------------------------------------------------------------------------
@@ -95,10 +89,10 @@ void append_new(std::vector<std::string> &to, const std::string &text) {
         to.push_back(text);
 }
 
-Correspondence correspondence_of(Session &session, const lysc_node *leaf) {
+Correspondence correspondence_of(NamedDevice &named, const lysc_node *leaf) {
     Correspondence row;
     row.openconfig = yang::schema_path(leaf);
-    for (const host::ExplainedNode &node : explain_get(session, row.openconfig))
+    for (const host::ExplainedNode &node : explain_get(named, row.openconfig))
         for (const host::NativePath &path : node.paths)
             if (node.openconfig == row.openconfig)
                 append_new(row.sources, path.path);
@@ -106,7 +100,7 @@ Correspondence correspondence_of(Session &session, const lysc_node *leaf) {
     if (!row.writable)
         return row;
     const std::string value = sample_value(leaf);
-    for (const host::ExplainedNode &node : explain_edit(session, sample_path(leaf), value))
+    for (const host::ExplainedNode &node : explain_edit(named, sample_path(leaf), value))
         for (const host::NativePath &path : node.paths)
             if (node.openconfig == row.openconfig)
                 append_new(row.targets, edit_text(path));
@@ -123,12 +117,12 @@ std::vector<std::string> sources_of_twin(const std::vector<Correspondence> &rows
     return {};
 }
 
-std::vector<Correspondence> whole_correspondence(Session &session) {
+std::vector<Correspondence> whole_correspondence(NamedDevice &named) {
     std::vector<const lysc_node *> leaves;
-    collect_leaves(session.schemas.openconfig_root(), leaves);
+    collect_leaves(named.schemas.openconfig_root(), leaves);
     std::vector<Correspondence> rows;
     for (const lysc_node *leaf : leaves)
-        rows.push_back(correspondence_of(session, leaf));
+        rows.push_back(correspondence_of(named, leaf));
     for (size_t i = 0; i < rows.size(); i++)
         if (lysc_is_key(leaves[i]) && rows[i].sources.empty())
             rows[i].sources = sources_of_twin(rows, rows[i].openconfig);
@@ -137,32 +131,32 @@ std::vector<Correspondence> whole_correspondence(Session &session) {
 
 // ---- the command ----------------------------------------------------------------------------------------
 
-void explain_all(Session &session, bool json) {
-    const std::vector<Correspondence> rows = whole_correspondence(session);
+void explain_all(NamedDevice &named, bool json) {
+    const std::vector<Correspondence> rows = whole_correspondence(named);
     if (json)
         print_correspondence_json(std::cout, rows);
     else
         print_correspondence(std::cout, rows);
 }
 
-host::Explanation explain_words(Session &session, const std::vector<std::string> &words) {
-    const lysc_node *root = session.schemas.openconfig_root();
+host::Explanation explain_words(NamedDevice &named, const std::vector<std::string> &words) {
+    const lysc_node *root = named.schemas.openconfig_root();
     if (words.size() == 2 && words[0] == "get")
-        return explain_get(session, words[1]);
+        return explain_get(named, words[1]);
     if (words.size() == 3 && words[0] == "set")
-        return explain_edit(session, yang::parse_path(root, words[1]), words[2]);
+        return explain_edit(named, yang::parse_path(root, words[1]), words[2]);
     if (words.size() == 2 && words[0] == "delete")
-        return explain_edit(session, yang::parse_path(root, words[1]), std::nullopt);
+        return explain_edit(named, yang::parse_path(root, words[1]), std::nullopt);
     throw Error(ErrorTag::invalid_value, "explain",
                 "expected \"get PATH\", \"set PATH VALUE\", \"delete PATH\" or --all");
 }
 
 void run(const DeviceOptions &device, const ExplainOptions &options) {
-    Session session(device);
+    NamedDevice named(device);
     if (options.all) {
-        explain_all(session, options.json);
+        explain_all(named, options.json);
     } else {
-        const host::Explanation explanation = explain_words(session, options.words);
+        const host::Explanation explanation = explain_words(named, options.words);
         const bool edit = options.words[0] != "get";
         if (options.json)
             print_explanation_json(std::cout, explanation, edit);

@@ -7,10 +7,10 @@
 #include <system_error>
 
 #include "base/error.h"
-#include "device/editor.h"
+#include "commits/commit_log.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
-#include "frontends/cli/options/session.h"
+#include "frontends/cli/options/named_device.h"
 
 namespace yfw::cli {
 namespace {
@@ -69,9 +69,8 @@ void print_commit(const commits::Commit &commit) {
 }
 
 void roll_back(const DeviceOptions &device, const CommitOptions &options) {
-    Session session(device);
-    device::Editor editor(session.schemas, session.source, session.engine);
-    const auto commit = editor.rollback(options.number, {current_user(), options.comment});
+    NamedDevice named(device);
+    const auto commit = named.device.rollback(options.number, {current_user(), options.comment});
     if (commit.has_value())
         std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
     else

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "frontends/cli/options/session.h"
+#include "frontends/cli/options/named_device.h"
 #include "lab/lab.h"
 
 namespace yfw::cli {

@@ -15,12 +15,12 @@
 
 #include "base/error.h"
 #include "base/stop_signals.h"
+#include "device/keeper.h"
+#include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
-#include "frontends/cli/options/session.h"
-#include "frontends/cli/output/neighbor_report.h"
+#include "frontends/cli/options/named_device.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
-#include "frontends/cli/serving/target_keeper.h"
 #include "frontends/netconf/defaults.h"
 #include "frontends/netconf/netconf_server.h"
 #include "frontends/netconf/server_events.h"
@@ -51,9 +51,13 @@ struct ServeOptions {
     uint64_t largest_message = netconf::FrameLimits{}.message;
 };
 
-void publish(events::EventStream &events, const NeighborReport &report) {
-    netconf::publish_neighbor_change(events, std::string(to_string(report.change)), report.interface(),
+void publish(netconf::EventStream &events, const device::NeighborReport &report) {
+    netconf::publish_neighbor_change(events, std::string(device::to_string(report.change)), report.interface(),
                                      report.id(), netconf::print_data(report.answer.get()));
+}
+
+void say(const std::string &text) {
+    std::cerr << "yfw: " << text << std::endl;
 }
 
 // Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
@@ -70,28 +74,23 @@ std::optional<access::Nacm> access_rules(const DeviceOptions &device, const netc
                         names);
 }
 
-void serve_device(const DeviceOptions &device, netconf::ServerOptions options, const std::string &rules,
-                  int stop, const std::function<void()> &ready) {
-    Session session(device, Use::serving);
-    if (session.source.store().empty())
-        throw Error(ErrorTag::missing_element, "--store",
-                    "a device that is given as files needs a file for its commits");
-    const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
-                                           device.native_models);
-    const std::optional<access::Nacm> nacm = access_rules(device, modules, rules);
-    options.nacm = nacm.has_value() ? &*nacm : nullptr;
-    events::EventStream events;
-    netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
-    datastores.recover();
-    netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules, events);
-    const NeighborReporter reporter(session.schemas, session.engine);
-    const TargetKeeper keeper(session, [&](sources::NeighborEvent event) {
+void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
+                  const std::string &rules, int stop, const std::function<void()> &ready) {
+    NamedDevice named(options, sources::Use::serving);
+    const netconf::ProtocolModules modules(options.openconfig_models, options.native_models / "ietf",
+                                           options.native_models);
+    device::Service service(named.device, access_rules(options, modules, rules));
+    netconf::EventStream events;
+    netconf::NetconfServer server(server_options, service, modules, events);
+    const device::NeighborReporter reporter(named.device);
+    const auto on_neighbor = [&](sources::NeighborEvent event) {
         if (const auto report = reporter.report(std::move(event)))
             publish(events, *report);
-    });
+    };
+    const device::Keeper keeper(named.device, on_neighbor, say);
     ready();
     server.run(stop);
-    datastores.take_back_unconfirmed();
+    service.end();
 }
 
 // Each session takes a descriptor, and what is usual are 1024.

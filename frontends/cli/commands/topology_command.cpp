@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "frontends/cli/options/installation.h"
-#include "frontends/cli/options/session.h"
+#include "frontends/cli/options/named_device.h"
 #include "frontends/pictures/graphviz.h"
 #include "frontends/pictures/topology_answer.h"
 #include "frontends/pictures/topology_drawing.h"
@@ -41,10 +41,10 @@ struct TopologyOptions {
 // The device as `get` shows it, with the configuration that was committed.
 pictures::Report read_device(const std::filesystem::path &directory, DeviceOptions options) {
     options.device = directory;
-    Session session(options);
+    NamedDevice named(options);
     host::ReadRequest request;
-    request.paths.push_back(yang::parse_path(session.schemas.openconfig_root(), "/lldp"));
-    const host::Answer answer = session.engine.read(request);
+    request.paths.push_back(yang::parse_path(named.schemas.openconfig_root(), "/lldp"));
+    const host::Answer answer = named.device.read(request);
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << directory.string() << ": " << warning << '\n';
     return pictures::read_answer(directory.string(), answer.data.get());

@@ -9,9 +9,9 @@
 #include "base/error.h"
 #include "base/stop_signals.h"
 #include "base/utc_time.h"
+#include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
-#include "frontends/cli/options/session.h"
-#include "frontends/cli/output/neighbor_report.h"
+#include "frontends/cli/options/named_device.h"
 
 namespace yfw::cli {
 namespace {
@@ -33,41 +33,41 @@ nlohmann::ordered_json data_of(const lyd_node *node) {
     return data.empty() ? data : data.front().front(); // of the one member, a list of one entry
 }
 
-void print(const NeighborReport &report, bool json) {
+void print(const device::NeighborReport &report, bool json) {
     const std::string time = utc_now();
     if (json)
         std::cout << nlohmann::ordered_json{{"time", time},
-                                            {"change", to_string(report.change)},
+                                            {"change", device::to_string(report.change)},
                                             {"path", report.path()},
                                             {"neighbor", data_of(report.neighbor)}}
                          .dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     else
-        std::cout << time << "  " << to_string(report.change)
+        std::cout << time << "  " << device::to_string(report.change)
                   << (report.change == sources::NeighborChange::added ? "    " : "  ") << report.path();
     std::cout << '\n' << std::flush; // a line is worth nothing before it is seen
     if (!std::cout)
         throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
 }
 
-void run_watch(const DeviceOptions &device, bool json) {
-    Session session(device);
-    if (session.device.watch == nullptr)
+void run_watch(const DeviceOptions &options, bool json) {
+    NamedDevice named(options);
+    if (!named.device.tells_changes())
         throw Error(ErrorTag::invalid_value, "--device",
                     "a recorded device does not change; expected lldpd:SOCKET");
     const StopSignals stop;
-    const NeighborReporter reporter(session.schemas, session.engine);
-    session.device.watch->run(session.schemas.context(), stop.descriptor(),
-                              {[&](sources::NeighborEvent event) {
-                                   if (const auto report = reporter.report(std::move(event)))
-                                       print(*report, json);
-                               },
-                               [](const std::string &reason) {
-                                   std::cerr << "yfw: warning: " << reason << "; waiting for it" << std::endl;
-                               },
-                               [&] {
-                                   std::cerr << "yfw: the device is back" << std::endl;
-                                   session.source.restore_target();
-                               }});
+    const device::NeighborReporter reporter(named.device);
+    named.device.watch(stop.descriptor(), {[&](sources::NeighborEvent event) {
+                                               if (const auto report = reporter.report(std::move(event)))
+                                                   print(*report, json);
+                                           },
+                                           [](const std::string &reason) {
+                                               std::cerr << "yfw: warning: " << reason << "; waiting for it"
+                                                         << std::endl;
+                                           },
+                                           [&] {
+                                               std::cerr << "yfw: the device is back" << std::endl;
+                                               named.device.restore();
+                                           }});
 }
 
 } // namespace

@@ -21,18 +21,17 @@ bool is_session(uint32_t id) {
 } // namespace
 
 FuzzedServer::State::State(FuzzedServer &all)
-    : datastores(all.schemas_, all.source_, all.engine_, events), server{all.schemas_, all.engine_, datastores,
-                                                                         all.modules_, monitoring,  events,
-                                                                         is_session} {
+    : service(all.device_),
+      device_events(service.events(), events), server{service, all.modules_, monitoring, events, is_session} {
     for (const uint32_t session : {first_session, second_session})
         monitoring.session_began(session, "fuzzer");
 }
 
-// The engine stays: with this device of one node it keeps the plug-in loaded, and the fuzzer's counters in it.
+// The device stays: with one of one node it keeps the plug-in loaded, and the fuzzer's counters in it.
 FuzzedServer::FuzzedServer()
     : directory_(make_directory()), schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR),
       recorded_(sources::FileSource::of_device(YFW_DEVICE_DIR)),
-      source_(schemas_, recorded_, directory_ / "commits.db"), engine_(schemas_, source_, YFW_PLUGIN_LIBRARY),
+      device_(schemas_, recorded_, directory_ / "commits.db", YFW_PLUGIN_LIBRARY),
       modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR) {}
 
 FuzzedServer::~FuzzedServer() {

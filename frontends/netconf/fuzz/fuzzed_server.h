@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "frontends/netconf/conversation.h"
+#include "frontends/netconf/server_events.h"
 #include "sources/file/file_source.h"
 
 namespace yfw::netconf::fuzz {
@@ -26,14 +27,15 @@ public:
 
     const Server &server() const { return state_->server; }
     // -1 when there is none yet.
-    int64_t last_commit() const { return source_.last_commit_number(); }
+    int64_t last_commit() const { return device_.last_commit_number(); }
 
 private:
     struct State {
         explicit State(FuzzedServer &all);
 
-        events::EventStream events;
-        Datastores datastores;
+        EventStream events;
+        device::Service service;
+        DeviceEvents device_events;
         Monitoring monitoring;
         Server server;
     };
@@ -41,8 +43,7 @@ private:
     std::filesystem::path directory_; // of the store alone
     yang::Schemas schemas_;
     sources::FileSource recorded_;
-    device::ConfiguredSource source_;
-    host::Engine engine_;
+    device::ManagedDevice device_;
     ProtocolModules modules_;
     std::optional<State> state_;
 };

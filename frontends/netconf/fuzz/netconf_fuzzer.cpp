@@ -179,8 +179,10 @@ private:
 
     void ask(const std::string &message) {
         const bool is_second = input_.two_sessions && asked_++ % 2 == 1;
-        const Caller caller{is_second ? FuzzedServer::second_session : FuzzedServer::first_session, "fuzzer",
-                            input_.may_write};
+        Caller caller;
+        caller.session = is_second ? FuzzedServer::second_session : FuzzedServer::first_session;
+        caller.user = "fuzzer";
+        caller.may_write = input_.may_write;
         const int64_t before = server_.last_commit();
         const Reply reply = answer(server_.server(), caller, message);
         check_reply(message, reply);

@@ -18,6 +18,12 @@ std::string_view to_string(ErrorTag tag) {
         return "bad-attribute";
     case ErrorTag::unknown_attribute:
         return "unknown-attribute";
+    case ErrorTag::access_denied:
+        return "access-denied";
+    case ErrorTag::in_use:
+        return "in-use";
+    case ErrorTag::lock_denied:
+        return "lock-denied";
     case ErrorTag::data_exists:
         return "data-exists";
     case ErrorTag::data_missing:

@@ -18,6 +18,9 @@ enum class ErrorTag {
     bad_element,
     bad_attribute,
     unknown_attribute,
+    access_denied,
+    in_use,
+    lock_denied,
     data_exists,
     data_missing,
     resource_denied,
@@ -35,12 +38,20 @@ public:
         : std::runtime_error(message), tag_(tag), path_(std::move(path)), status_(status) {}
 
     // What a client is told beside the path: the namespace or attribute that is unknown, the key that is
-    // missing.
+    // missing, the session that holds a lock.
     Error &&about(std::string subject) && {
         subject_ = std::move(subject);
         return std::move(*this);
     }
     const std::string &subject() const { return subject_; }
+
+    // It is the request itself that cannot be served, and not what it holds (error-type "protocol", RFC 6241
+    // section 4.3).
+    Error &&by_request() && {
+        is_by_request_ = true;
+        return std::move(*this);
+    }
+    bool is_by_request() const { return is_by_request_; }
 
     ErrorTag tag() const { return tag_; }
     const std::string &path() const { return path_; }
@@ -51,6 +62,7 @@ private:
     std::string path_;
     std::string subject_;
     uint32_t status_;
+    bool is_by_request_ = false;
 };
 
 } // namespace yfw

@@ -12,6 +12,8 @@
 namespace yfw::commits {
 namespace {
 
+using Guard = std::lock_guard<std::mutex>;
+
 constexpr int busy_milliseconds = 10000;
 
 constexpr const char *schema = "CREATE TABLE IF NOT EXISTS commits ("
@@ -133,6 +135,7 @@ void CommitLog::reached(Step step) const {
 }
 
 std::optional<Commit> CommitLog::last() const {
+    const Guard guard(statements_);
     Statement rows(file_, database_,
                    "SELECT number, time, who, comment, edit, difference, configuration FROM commits"
                    " ORDER BY number DESC LIMIT 1");
@@ -140,11 +143,13 @@ std::optional<Commit> CommitLog::last() const {
 }
 
 std::optional<int64_t> CommitLog::last_number() const {
+    const Guard guard(statements_);
     Statement rows(file_, database_, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
     return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
 }
 
 std::optional<Commit> CommitLog::find(int64_t number) const {
+    const Guard guard(statements_);
     Statement rows(
         file_, database_,
         "SELECT number, time, who, comment, edit, difference, configuration FROM commits WHERE number = ?");
@@ -153,6 +158,7 @@ std::optional<Commit> CommitLog::find(int64_t number) const {
 }
 
 std::vector<Commit> CommitLog::history() const {
+    const Guard guard(statements_);
     Statement rows(file_, database_, "SELECT number, time, who, comment FROM commits ORDER BY number DESC");
     std::vector<Commit> commits;
     while (rows.step())
@@ -169,28 +175,41 @@ void CommitLog::insert(const Commit &commit) const {
 
 std::optional<Commit>
 CommitLog::commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make) {
-    execute("BEGIN IMMEDIATE"); // no other commit comes between reading and writing
+    const Guard one_at_a_time(commits_);
+    begin();
     try {
         reached(Step::begun);
         const std::optional<Commit> before = last();
         reached(Step::read);
         std::optional<Commit> made = make(before);
         reached(Step::prepared);
-        if (!made.has_value()) {
-            execute("ROLLBACK");
-            return std::nullopt;
+        if (made.has_value()) {
+            made->number = before.has_value() ? before->number + 1 : 0;
+            made->time = utc_now();
         }
-        made->number = before.has_value() ? before->number + 1 : 0;
-        made->time = utc_now();
-        insert(*made);
-        reached(Step::inserted);
-        execute("COMMIT");
-        reached(Step::committed);
+        end(made);
         return made;
     } catch (...) {
+        const Guard guard(statements_);
         sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
         throw;
     }
+}
+
+// No other process's commit comes between reading and writing.
+void CommitLog::begin() const {
+    const Guard guard(statements_);
+    execute("BEGIN IMMEDIATE");
+}
+
+void CommitLog::end(const std::optional<Commit> &made) const {
+    const Guard guard(statements_);
+    if (!made.has_value())
+        return execute("ROLLBACK");
+    insert(*made);
+    reached(Step::inserted);
+    execute("COMMIT");
+    reached(Step::committed);
 }
 
 } // namespace yfw::commits

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -33,7 +34,7 @@ struct Commit {
 // The steps of a commit, for tests that end the process at each of them.
 enum class Step { begun, read, prepared, inserted, committed };
 
-// One process may hold several; several processes may use one file. Every commit is on the disk before it is
+// Safe for several threads; several processes may use one file. Every commit is on the disk before it is
 // reported (write-ahead log, full synchronisation).
 class CommitLog {
 public:
@@ -53,6 +54,7 @@ public:
 
     // Makes a commit of what `make` gives when it is called with the last one; nothing is kept, and no other
     // commit comes between, when it throws or gives nothing. Returns the commit with its number and time.
+    // `make` may take its time: others can read meanwhile, and see what was there before.
     std::optional<Commit>
     commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
 
@@ -62,11 +64,15 @@ public:
 private:
     void set_up() const;
     void execute(const char *sql) const;
+    void begin() const;
+    void end(const std::optional<Commit> &made) const;
     void insert(const Commit &commit) const;
     void reached(Step step) const;
 
     std::filesystem::path file_;
     sqlite3 *database_ = nullptr;
+    mutable std::mutex commits_;    // one at a time
+    mutable std::mutex statements_; // no reading between what a commit writes and its end
     std::function<void(Step)> observer_;
 };
 

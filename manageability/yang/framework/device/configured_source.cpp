@@ -30,41 +30,70 @@ ConfiguredSource::identity_of(const std::filesystem::path &store) {
     return StoreIdentity{status.stx_ino, status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec};
 }
 
-// NULL when there is none. Other processes may make it, commit to it and replace it. To be called with the
-// mutex.
-commits::CommitLog *ConfiguredSource::opened_store() const {
-    const std::optional<StoreIdentity> identity = identity_of(store_);
-    if (identity != identity_) {
+// Other processes may make it, commit to it and replace it.
+std::shared_ptr<commits::CommitLog> ConfiguredSource::log(bool create) const {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    return in_store([&] {
+        std::optional<StoreIdentity> identity = identity_of(store_);
+        if (identity == identity_ && (log_ != nullptr || !create))
+            return log_;
         kept_.reset();
-        opened_.reset();
+        log_.reset();
         identity_.reset(); // should opening fail
-        if (identity.has_value())
-            opened_ = std::make_unique<commits::CommitLog>(store_, false);
-        identity_ = identity;
-    }
-    return opened_.get();
-}
-
-void ConfiguredSource::hold_store() const {
-    const std::lock_guard<std::mutex> guard(store_mutex_);
-    in_store([this] { return opened_store(); });
+        if (identity.has_value() || create)
+            log_ = std::make_shared<commits::CommitLog>(store_, create);
+        identity_ = identity_of(store_);
+        return log_;
+    });
 }
 
 std::optional<commits::Commit> ConfiguredSource::last_commit() const {
-    const std::lock_guard<std::mutex> guard(store_mutex_);
-    return in_store([this] {
-        const commits::CommitLog *store = opened_store();
-        return store != nullptr ? store->last() : std::nullopt;
-    });
+    const std::shared_ptr<commits::CommitLog> store = log(false);
+    return in_store([&] { return store != nullptr ? store->last() : std::nullopt; });
+}
+
+std::optional<commits::Commit> ConfiguredSource::find_commit(int64_t number) const {
+    const std::shared_ptr<commits::CommitLog> store = log(false);
+    return in_store([&] { return store != nullptr ? store->find(number) : std::nullopt; });
+}
+
+std::vector<commits::Commit> ConfiguredSource::history() const {
+    const std::shared_ptr<commits::CommitLog> store = log(false);
+    return in_store([&] { return store != nullptr ? store->history() : std::vector<commits::Commit>(); });
+}
+
+int64_t ConfiguredSource::last_commit_number() const {
+    const std::shared_ptr<commits::CommitLog> store = log(false);
+    return in_store([&] { return store != nullptr ? store->last_number().value_or(-1) : -1; });
+}
+
+yang::SharedData ConfiguredSource::configuration_of(const commits::Commit &commit) {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    if (!kept_.has_value() || kept_->number != commit.number)
+        kept_ = Kept{commit.number, yang::parse_configuration(schemas_, commit.configuration, store_.string())};
+    return kept_->configuration;
+}
+
+std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
+    const std::shared_ptr<commits::CommitLog> store = log(false);
+    const auto number = in_store([&] { return store != nullptr ? store->last_number() : std::nullopt; });
+    if (!number.has_value())
+        return std::nullopt;
+    {
+        const std::lock_guard<std::mutex> guard(mutex_);
+        if (kept_.has_value() && kept_->number == *number)
+            return kept_->configuration;
+    }
+    return configuration_of(*in_store([&] { return store->find(*number); }));
 }
 
 yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
     yang::DataTree data = source_.read(context);
-    const std::optional<commits::Commit> last = last_commit();
-    if (!last.has_value())
+    const std::optional<yang::SharedData> committed = committed_configuration();
+    if (!committed.has_value())
         return data;
     yang::take_configuration(data); // what was recorded has been replaced
-    join(data, yang::parse_configuration(schemas_, last->configuration, store_.string()));
+    join(data, yang::copy_configuration(committed->get()));
     return data;
 }
 
@@ -75,35 +104,9 @@ sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
     return native;
 }
 
-std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
-    const std::lock_guard<std::mutex> guard(store_mutex_);
-    return in_store([this]() -> std::optional<yang::SharedData> {
-        const commits::CommitLog *store = opened_store();
-        const std::optional<int64_t> number = store != nullptr ? store->last_number() : std::nullopt;
-        if (!number.has_value())
-            return std::nullopt;
-        if (!kept_.has_value() || kept_->number != *number)
-            kept_ = Kept{*number, yang::parse_configuration(schemas_, store->find(*number)->configuration,
-                                                            store_.string())};
-        return kept_->configuration;
-    });
-}
-
-yang::DataTree ConfiguredSource::running_configuration() {
-    const std::optional<commits::Commit> last = last_commit();
-    return last.has_value() ? yang::parse_configuration(schemas_, last->configuration, store_.string())
-                            : recorded_configuration();
-}
-
-int64_t ConfiguredSource::last_commit_number() const {
-    const std::optional<commits::Commit> last = last_commit();
-    return last.has_value() ? last->number : -1;
-}
-
-void ConfiguredSource::restore_target() {
-    const std::optional<commits::Commit> last = target_ != nullptr ? last_commit() : std::nullopt;
-    if (last.has_value())
-        target_->restore(yang::parse_configuration(schemas_, last->configuration, store_.string()).get());
+yang::SharedData ConfiguredSource::running_configuration() {
+    const std::optional<yang::SharedData> committed = committed_configuration();
+    return committed.has_value() ? *committed : yang::SharedData(recorded_configuration());
 }
 
 yang::DataTree ConfiguredSource::recorded_configuration() {

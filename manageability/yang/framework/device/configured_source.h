@@ -8,22 +8,23 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 #include "commits/commit_log.h"
 #include "sources/native_source.h"
-#include "sources/native_target.h"
 #include "yang/schemas.h"
 
 namespace yfw::device {
 
 // Reads through to the last commit, or to the source's own configuration before the first one. Borrows the
-// source and the target; a device without a target only keeps its configuration.
+// schemas and the source. The store is opened once, and again when another file takes its place. Safe for
+// several threads when the source is.
 class ConfiguredSource final : public sources::NativeSource {
 public:
-    // A store that is not there yet counts as empty and is not made by reading.
-    ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
-                     sources::NativeTarget *target = nullptr)
-        : schemas_(schemas), source_(source), store_(std::move(store)), target_(target) {}
+    // A store that is not there yet counts as empty and is not made by reading. An empty path: there is never
+    // one.
+    ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store)
+        : schemas_(schemas), source_(source), store_(std::move(store)) {}
 
     yang::DataTree read(const ly_ctx *context) override;
     sources::Snapshot snapshot(const ly_ctx *context) override;
@@ -32,20 +33,22 @@ public:
     yang::DataTree recorded_configuration();
 
     // The last commit's configuration, or the source's own before the first one.
-    yang::DataTree running_configuration();
+    yang::SharedData running_configuration();
+
+    // The configuration of this commit, which is the last one or was; parsed once while it is the last.
+    yang::SharedData configuration_of(const commits::Commit &commit);
 
     // -1 when there is none yet.
     int64_t last_commit_number() const;
+    std::optional<commits::Commit> last_commit() const;
+    std::optional<commits::Commit> find_commit(int64_t number) const;
+    // Newest first, without their texts.
+    std::vector<commits::Commit> history() const;
 
-    // From now on the store stays open: whoever closes it last has to tidy it up, which takes longer than a
-    // commit.
-    void hold_store() const;
-
-    // Makes the target run the last commit, if there is one: it may have been restarted since.
-    void restore_target();
+    // NULL when there is none; `create` makes it with its directory.
+    std::shared_ptr<commits::CommitLog> log(bool create) const;
 
     const std::filesystem::path &store() const { return store_; }
-    sources::NativeTarget *target() const { return target_; } // may be NULL
 
 private:
     // A file that takes another's place may have its number, but is younger.
@@ -55,19 +58,15 @@ private:
         bool operator==(const StoreIdentity &) const = default;
     };
     static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
-
-    commits::CommitLog *opened_store() const;
-    std::optional<commits::Commit> last_commit() const;
     std::optional<yang::SharedData> committed_configuration();
 
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     std::filesystem::path store_;
-    sources::NativeTarget *target_;
 
-    mutable std::mutex store_mutex_;
-    mutable std::optional<StoreIdentity> identity_; // of opened_
-    mutable std::unique_ptr<commits::CommitLog> opened_;
+    mutable std::mutex mutex_;                      // of what follows
+    mutable std::optional<StoreIdentity> identity_; // of log_
+    mutable std::shared_ptr<commits::CommitLog> log_;
     // The configuration of the last commit that was looked at.
     struct Kept {
         int64_t number = 0;

@@ -39,31 +39,38 @@ template <class Work> void in_openconfig_terms(const std::vector<host::NativePat
 
 } // namespace
 
-Editor::Change Editor::changed(const yang::EditNode &edit, const lyd_node *running) {
+yang::DataTree Editor::shown(const lyd_node *configuration) {
+    host::ReadRequest whole;
+    whole.content = host::Content::config;
+    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
+    return engine_.read(whole, {yang::borrowed(configuration)}).data;
+}
+
+Editor::Change Editor::changed(const yang::EditNode &edit, const lyd_node *before, const ChangeGuard &guard) {
     yang::EditNode whole = edit;
     yang::drop_deleted_content(whole);
-    const host::Answer shown = engine_.read(
-        {host::Content::config, {{{schemas_.openconfig_root(), {}}}}, std::nullopt}, {yang::borrowed(running)});
-    yang::check_existence(whole, shown.data.get());
+    const yang::DataTree shown_before = shown(before);
+    yang::check_existence(whole, shown_before.get());
     Change change;
-    change.edits = engine_.map_edit(whole, yang::borrowed(running));
-    change.after = yang::copy_configuration(running);
+    change.edits = engine_.map_edit(whole, yang::borrowed(before));
+    change.after = yang::copy_configuration(before);
     apply_native_edits(schemas_, change.edits, change.after);
     validate_configuration(schemas_, change.after);
+    if (guard)
+        guard(shown_before.get(), shown(change.after.get()).get());
     return change;
 }
 
 std::string Editor::try_edit(const yang::EditNode &edit) {
-    yang::DataTree data = source_.read(schemas_.context());
-    const yang::DataTree running = yang::take_configuration(data);
-    const Change change = changed(edit, running.get());
-    if (source_.target() != nullptr)
-        in_openconfig_terms(change.edits, [&] { source_.target()->check(running.get(), change.after.get()); });
+    const yang::SharedData running = source_.running_configuration();
+    const Change change = changed(edit, running.get(), {});
+    if (target_ != nullptr)
+        in_openconfig_terms(change.edits, [&] { target_->check(running.get(), change.after.get()); });
     return yang::configuration_difference(running.get(), change.after.get());
 }
 
 void Editor::ensure_first_commit(commits::CommitLog &store) {
-    if (store.last().has_value())
+    if (store.last_number().has_value())
         return;
     const yang::DataTree recorded = source_.recorded_configuration();
     store.commit([&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
@@ -79,55 +86,56 @@ void Editor::ensure_first_commit(commits::CommitLog &store) {
 // A first edit that is refused, or changes nothing, makes no store: until one is accepted, the device's own
 // configuration holds.
 std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
-    if (std::filesystem::exists(source_.store()))
+    if (source_.log(false) != nullptr)
         return std::nullopt;
     const yang::DataTree running = source_.recorded_configuration();
     return Prepared{yang::print_configuration(running.get()), make(running.get())};
 }
 
+std::optional<commits::Commit> Editor::made_of(Change change, const commits::Commit &last,
+                                               std::optional<Applied> &applied) {
+    const yang::SharedData before = source_.configuration_of(last);
+    commits::Commit made = std::move(change.record);
+    made.configuration = change.text.empty() ? yang::print_configuration(change.after.get()) : change.text;
+    if (made.configuration == last.configuration)
+        return std::nullopt;
+    made.difference = yang::configuration_difference(before.get(), change.after.get());
+    if (target_ != nullptr) {
+        in_openconfig_terms(change.edits, [&] { target_->apply(before.get(), change.after.get()); });
+        applied = Applied{before, std::move(change.after)};
+    }
+    return made;
+}
+
 std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
-    yang::DataTree before;
-    yang::DataTree after;
-    bool applied = false; // the target runs `after`
+    std::optional<Applied> applied; // what the target runs since
     try {
         return in_store([&] {
             std::optional<Prepared> prepared = prepare_first(make);
             if (prepared.has_value() &&
                 yang::print_configuration(prepared->change.after.get()) == prepared->running)
                 return std::optional<commits::Commit>();
-            commits::CommitLog store(source_.store(), true);
-            source_.hold_store();
-            ensure_first_commit(store);
-            store.on_step(observer_);
-            return store.commit(
+            const std::shared_ptr<commits::CommitLog> store = source_.log(true);
+            ensure_first_commit(*store);
+            store->on_step(observer_);
+            return store->commit(
                 [&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
-                    before = yang::parse_configuration(schemas_, last->configuration, source_.store().string());
                     const bool is_prepared = prepared.has_value() && prepared->running == last->configuration;
-                    Change change = is_prepared ? std::move(prepared->change) : make(before.get());
-                    commits::Commit made = std::move(change.record);
-                    made.difference = yang::configuration_difference(before.get(), change.after.get());
-                    made.configuration =
-                        change.text.empty() ? yang::print_configuration(change.after.get()) : change.text;
-                    if (made.configuration == last->configuration)
-                        return std::nullopt;
-                    if (source_.target() != nullptr) {
-                        in_openconfig_terms(change.edits,
-                                            [&] { source_.target()->apply(before.get(), change.after.get()); });
-                        after = std::move(change.after);
-                        applied = true;
-                    }
-                    return made;
+                    return made_of(is_prepared ? std::move(prepared->change)
+                                               : make(source_.configuration_of(*last).get()),
+                                   *last, applied);
                 });
         });
     } catch (...) {
-        if (applied) // the store failed after the target had taken it
-            source_.target()->apply(after.get(), before.get());
+        if (applied.has_value()) // the store failed after the target had taken it
+            target_->apply(applied->after.get(), applied->before.get());
         throw;
     }
 }
 
-yang::DataTree Editor::apply(const yang::EditNode &edit, const lyd_node *running) {
-    return changed(edit, running).after;
+yang::DataTree Editor::apply(const yang::EditNode &edit, const lyd_node *configuration,
+                             const ChangeGuard &guard) {
+    return changed(edit, configuration, guard).after;
 }
 
 std::optional<commits::Commit> Editor::commit_configuration(const lyd_node *configuration,
@@ -135,7 +143,7 @@ std::optional<commits::Commit> Editor::commit_configuration(const lyd_node *conf
                                                             const ChangeGuard &guard) {
     return commit([&](const lyd_node *running) {
         if (guard)
-            guard(running, configuration);
+            guard(shown(running).get(), shown(configuration).get());
         Change change;
         change.after = yang::copy_configuration(configuration);
         change.record.who = note.who;
@@ -148,9 +156,7 @@ std::optional<commits::Commit> Editor::commit_configuration(const lyd_node *conf
 std::optional<commits::Commit> Editor::edit(const yang::EditNode &edit, const CommitNote &note,
                                             const ChangeGuard &guard) {
     return commit([&](const lyd_node *running) {
-        Change change = changed(edit, running);
-        if (guard)
-            guard(running, change.after.get());
+        Change change = changed(edit, running, guard);
         change.record.who = note.who;
         change.record.comment = note.comment;
         change.record.edit = yang::print_edit(edit);
@@ -159,9 +165,7 @@ std::optional<commits::Commit> Editor::edit(const yang::EditNode &edit, const Co
 }
 
 std::optional<commits::Commit> Editor::rollback(int64_t number, const CommitNote &note) {
-    const bool exists = std::filesystem::exists(source_.store());
-    const std::optional<commits::Commit> target = in_store(
-        [&] { return exists ? commits::CommitLog(source_.store(), false).find(number) : std::nullopt; });
+    const std::optional<commits::Commit> target = source_.find_commit(number);
     if (!target.has_value())
         throw Error(ErrorTag::data_missing, source_.store().string(),
                     "there is no commit " + std::to_string(number));

@@ -8,9 +8,9 @@ namespace yfw::device::test {
 EditedDevice::EditedDevice(const std::string &native, sources::NativeTarget *target,
                            const std::filesystem::path &directory)
     : configured_(yang::test::schemas(), source_,
-                  (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db", target),
+                  (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db"),
       engine_(yang::test::schemas(), configured_, OCLLDP_LIBRARY),
-      editor_(yang::test::schemas(), configured_, engine_) {
+      editor_(yang::test::schemas(), configured_, engine_, target) {
     source_.xml = native;
 }
 

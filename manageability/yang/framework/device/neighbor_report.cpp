@@ -1,11 +1,11 @@
-#include "frontends/cli/output/neighbor_report.h"
+#include "device/neighbor_report.h"
 
 #include <cstdlib>
 #include <memory>
 
 #include "yang/path.h"
 
-namespace yfw::cli {
+namespace yfw::device {
 namespace {
 
 // The entry of the neighbor. Every list on the way to it has one entry.
@@ -55,17 +55,17 @@ std::string NeighborReport::id() const {
     return first_key(neighbor);
 }
 
-NeighborReporter::NeighborReporter(const yang::Schemas &schemas, host::Engine &engine) : engine_(engine) {
+NeighborReporter::NeighborReporter(ManagedDevice &device) : device_(device) {
     wanted_.paths.push_back(
-        yang::parse_path(schemas.openconfig_root(), "/lldp/interfaces/interface/neighbors"));
+        yang::parse_path(device.schemas().openconfig_root(), "/lldp/interfaces/interface/neighbors"));
 }
 
 std::optional<NeighborReport> NeighborReporter::report(sources::NeighborEvent event) const {
     NeighborReport report;
     report.change = event.change;
-    report.answer = engine_.read(wanted_, {std::move(event.data)}).data;
+    report.answer = device_.read(wanted_, std::move(event.data)).data;
     report.neighbor = neighbor_in(report.answer.get());
     return report.neighbor != nullptr ? std::optional(std::move(report)) : std::nullopt;
 }
 
-} // namespace yfw::cli
+} // namespace yfw::device

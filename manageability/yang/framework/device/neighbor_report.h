@@ -1,15 +1,14 @@
 // What happened to a neighbor, in OpenConfig terms.
-#ifndef YFW_FRONTENDS_CLI_OUTPUT_NEIGHBOR_REPORT_H
-#define YFW_FRONTENDS_CLI_OUTPUT_NEIGHBOR_REPORT_H
+#ifndef YFW_DEVICE_NEIGHBOR_REPORT_H
+#define YFW_DEVICE_NEIGHBOR_REPORT_H
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "host/engine.h"
-#include "sources/neighbor_watch.h"
+#include "device/managed_device.h"
 
-namespace yfw::cli {
+namespace yfw::device {
 
 std::string_view to_string(sources::NeighborChange change);
 
@@ -24,19 +23,19 @@ struct NeighborReport {
     std::string id() const;
 };
 
-// Has the mapping name neighbors as every read does. Borrows both.
+// Has the mapping name neighbors as every read does. Borrows the device.
 class NeighborReporter {
 public:
-    NeighborReporter(const yang::Schemas &schemas, host::Engine &engine);
+    explicit NeighborReporter(ManagedDevice &device);
 
     // Nothing when the mapping finds no neighbor in the event. Throws Error.
     std::optional<NeighborReport> report(sources::NeighborEvent event) const;
 
 private:
-    host::Engine &engine_;
+    ManagedDevice &device_;
     host::ReadRequest wanted_;
 };
 
-} // namespace yfw::cli
+} // namespace yfw::device
 
 #endif

@@ -1,6 +1,6 @@
 // The events that subscribers are told (RFC 5277), and those of the past that are kept for later ones.
-#ifndef YFW_DEVICE_EVENTS_EVENT_STREAM_H
-#define YFW_DEVICE_EVENTS_EVENT_STREAM_H
+#ifndef YFW_FRONTENDS_NETCONF_EVENT_STREAM_H
+#define YFW_FRONTENDS_NETCONF_EVENT_STREAM_H
 
 #include <chrono>
 #include <deque>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace yfw::events {
+namespace yfw::netconf {
 
 using EventTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
 
@@ -65,6 +65,6 @@ private:
     std::optional<EventTime> aged_;
 };
 
-} // namespace yfw::events
+} // namespace yfw::netconf
 
 #endif

@@ -1,11 +1,11 @@
-#include "device/events/event_stream.h"
+#include "frontends/netconf/event_stream.h"
 
 #include <algorithm>
 #include <ctime>
 
 #include <libyang/libyang.h>
 
-namespace yfw::events {
+namespace yfw::netconf {
 namespace {
 
 constexpr size_t most_kept = 10000;
@@ -97,4 +97,4 @@ std::optional<EventTime> EventStream::aged() const {
     return aged_;
 }
 
-} // namespace yfw::events
+} // namespace yfw::netconf

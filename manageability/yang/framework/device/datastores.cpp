@@ -1,0 +1,275 @@
+#include "device/datastores.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "base/error.h"
+#include "base/utc_time.h"
+#include "device/events/edit_records.h"
+#include "device/pending_file.h"
+
+namespace yfw::device {
+namespace {
+
+using Guard = std::lock_guard<std::mutex>;
+using What = events::ConfirmedCommit::What;
+
+constexpr std::chrono::seconds retry_interval{10};
+
+CommitNote note_of(const Caller &caller) {
+    return {caller.user, caller.comment};
+}
+
+Error request_error(ErrorTag tag, const std::string &message) {
+    return Error(tag, "", message).by_request();
+}
+
+} // namespace
+
+void Datastores::drop_candidate() {
+    candidate_.reset();
+    candidate_edits_.clear();
+    candidate_records_.clear();
+    candidate_editor_ = 0;
+}
+
+yang::SharedData Datastores::candidate_or_running() {
+    return candidate_.has_value() ? *candidate_ : device_.running_configuration();
+}
+
+yang::SharedData Datastores::read(Datastore datastore) {
+    if (datastore == Datastore::candidate) {
+        const Guard guard(mutex_);
+        if (candidate_.has_value())
+            return *candidate_;
+    }
+    return device_.running_configuration();
+}
+
+void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) const {
+    const auto lock = locks_.find(datastore);
+    if (lock != locks_.end() && lock->second.session != caller.session)
+        throw request_error(ErrorTag::in_use,
+                            "the datastore is locked by session " + std::to_string(lock->second.session));
+}
+
+// What a client changes is told by what it sees before and after, and not by what it asks for (RFC 8341
+// section 3.2.3 and following).
+ChangeGuard Datastores::guard_of(const Caller &caller) const {
+    if (caller.rules == nullptr)
+        return {};
+    return [&caller](const lyd_node *before, const lyd_node *after) {
+        const auto denied = caller.rules->denied_write(before, after);
+        if (denied.has_value())
+            throw Error(ErrorTag::access_denied, denied->path,
+                        caller.user + " may not " + std::string(to_string(denied->access)) + " this node");
+    };
+}
+
+void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, target);
+    if (target == Datastore::running && !only_test) {
+        if (device_.edit(edit, note_of(caller), guard_of(caller)).has_value())
+            events_.tell(events::ConfigurationChange{caller.actor(), events::edit_records(edit)});
+        return;
+    }
+    const yang::SharedData before =
+        target == Datastore::candidate ? candidate_or_running() : device_.running_configuration();
+    yang::DataTree after = device_.apply(edit, before.get(), guard_of(caller));
+    if (only_test)
+        return;
+    candidate_ = std::move(after);
+    candidate_edits_.push_back(yang::print_edit(edit));
+    const std::vector<events::EditRecord> records = events::edit_records(edit);
+    candidate_records_.insert(candidate_records_.end(), records.begin(), records.end());
+    candidate_editor_ = caller.session;
+}
+
+void Datastores::validate(Datastore datastore) {
+    device_.validate(read(datastore).get());
+}
+
+void Datastores::validate(const yang::EditNode &edit) {
+    const Guard guard(mutex_);
+    device_.apply(edit, device_.running_configuration().get());
+}
+
+void Datastores::copy(const Caller &caller, Datastore from, Datastore to) {
+    if (from == to)
+        throw request_error(ErrorTag::invalid_value, "the source and the target are the same");
+    if (to == Datastore::running)
+        return commit(caller, std::nullopt, std::nullopt);
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, to);
+    if (const ChangeGuard may = guard_of(caller); may && candidate_.has_value())
+        may(device_.shown(candidate_->get()).get(), device_.shown(device_.running_configuration().get()).get());
+    drop_candidate();
+}
+
+void Datastores::discard(const Caller &caller) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::candidate);
+    drop_candidate();
+}
+
+// ---- commits -------------------------------------------------------------------------------------------
+
+void Datastores::refuse_other_confirmer(const Caller &caller,
+                                        const std::optional<std::string> &persist_id) const {
+    if (persist_id.has_value() && (!pending_.has_value() || pending_->persist != persist_id))
+        throw request_error(ErrorTag::invalid_value, "no commit waits under this persist-id");
+    if (pending_.has_value() && pending_->persist.has_value() && !persist_id.has_value())
+        throw request_error(ErrorTag::invalid_value, "a commit waits to be confirmed by its persist-id");
+    if (pending_.has_value() && !pending_->persist.has_value() && pending_->actor.session != caller.session)
+        throw request_error(ErrorTag::in_use,
+                            "session " + std::to_string(pending_->actor.session) + " has a commit to confirm");
+}
+
+void Datastores::commit(const Caller &caller, const std::optional<Confirmation> &confirmed,
+                        const std::optional<std::string> &persist_id) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::running);
+    refuse_if_locked(caller, Datastore::candidate);
+    refuse_other_confirmer(caller, persist_id);
+    // The first commit of all keeps what was there as number 0.
+    const int64_t before =
+        pending_.has_value() ? pending_->back_to : std::max<int64_t>(device_.last_commit_number(), 0);
+    if (confirmed.has_value())
+        remember_pending(device_.store(), before);
+    try {
+        commit_candidate(caller);
+    } catch (...) {
+        if (!pending_.has_value())
+            forget_pending(device_.store());
+        throw;
+    }
+    drop_candidate();
+    if (confirmed.has_value())
+        return wait_for_confirmation(caller, *confirmed, before);
+    if (pending_.has_value())
+        tell(caller.actor(), What::complete);
+    end_pending();
+}
+
+void Datastores::commit_candidate(const Caller &caller) {
+    if (!candidate_.has_value())
+        return;
+    const std::string edit = std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string());
+    if (device_.commit(candidate_->get(), edit, note_of(caller), guard_of(caller)).has_value())
+        events_.tell(events::ConfigurationChange{caller.actor(), candidate_records_});
+}
+
+void Datastores::wait_for_confirmation(const Caller &caller, const Confirmation &confirmed, int64_t back_to) {
+    tell(caller.actor(), pending_.has_value() ? What::extend : What::start, confirmed.timeout);
+    pending_ = Pending{back_to, caller.actor(), false, confirmed.persist};
+    deadline_ = std::chrono::steady_clock::now() + confirmed.timeout;
+}
+
+void Datastores::cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id) {
+    const Guard guard(mutex_);
+    if (!pending_.has_value())
+        throw request_error(ErrorTag::operation_failed, "no commit waits to be confirmed");
+    refuse_if_locked(caller, Datastore::running);
+    refuse_other_confirmer(caller, persist_id);
+    take_back(caller.actor());
+    tell(caller.actor(), What::cancel);
+}
+
+void Datastores::tell(const events::Actor &actor, What what, std::optional<std::chrono::seconds> timeout) {
+    events_.tell(events::ConfirmedCommit{actor, what, timeout});
+}
+
+void Datastores::take_back(const events::Actor &actor) {
+    const CommitNote note{actor.user, "not confirmed: back to " + std::to_string(pending_->back_to)};
+    if (device_.rollback(pending_->back_to, note).has_value())
+        events_.tell(events::ConfigurationChange{actor, {}});
+    end_pending();
+}
+
+void Datastores::end_pending() {
+    pending_.reset();
+    deadline_ = no_deadline;
+    forget_pending(device_.store());
+}
+
+std::optional<std::chrono::steady_clock::time_point> Datastores::deadline() const {
+    const auto deadline = deadline_.load();
+    return deadline != no_deadline ? std::optional(deadline) : std::nullopt;
+}
+
+void Datastores::take_back_when_due() {
+    const Guard guard(mutex_);
+    if (!pending_.has_value() || deadline_.load() > std::chrono::steady_clock::now())
+        return;
+    deadline_ = std::chrono::steady_clock::now() + retry_interval; // should the device not take it now
+    take_back({});
+    tell({}, What::timeout);
+}
+
+void Datastores::take_back_unconfirmed() {
+    const Guard guard(mutex_);
+    if (pending_.has_value())
+        take_back({});
+}
+
+void Datastores::recover() {
+    const Guard guard(mutex_);
+    const std::optional<int64_t> back_to = remembered_pending(device_.store());
+    if (back_to.has_value() && *back_to < device_.last_commit_number())
+        device_.rollback(*back_to,
+                         {"", "not confirmed when the server ended: back to " + std::to_string(*back_to)});
+    forget_pending(device_.store());
+}
+
+// ---- locks ---------------------------------------------------------------------------------------------
+
+void Datastores::lock(const Caller &caller, Datastore datastore) {
+    const Guard guard(mutex_);
+    const auto held = locks_.find(datastore);
+    if (held != locks_.end())
+        throw request_error(ErrorTag::lock_denied, "the datastore is already locked")
+            .about(std::to_string(held->second.session));
+    if (datastore == Datastore::candidate && candidate_.has_value())
+        throw request_error(ErrorTag::lock_denied, "the candidate has changes that were not committed")
+            .about("0");
+    if (datastore == Datastore::running && pending_.has_value() && pending_->actor.session != caller.session)
+        throw request_error(ErrorTag::lock_denied, "a commit waits to be confirmed")
+            .about(std::to_string(pending_->session_is_gone ? 0 : pending_->actor.session));
+    locks_[datastore] = {caller.session, utc_now()};
+}
+
+void Datastores::unlock(const Caller &caller, Datastore datastore) {
+    const Guard guard(mutex_);
+    const auto held = locks_.find(datastore);
+    if (held == locks_.end() || held->second.session != caller.session)
+        throw request_error(ErrorTag::operation_failed, "the session does not hold this lock");
+    locks_.erase(held);
+    if (datastore == Datastore::candidate) // RFC 6241 section 8.3.5.2
+        drop_candidate();
+}
+
+std::optional<Datastores::Lock> Datastores::lock_of(Datastore datastore) {
+    const Guard guard(mutex_);
+    const auto held = locks_.find(datastore);
+    return held != locks_.end() ? std::optional(held->second) : std::nullopt;
+}
+
+void Datastores::end_session(uint32_t session) {
+    const Guard guard(mutex_);
+    const auto candidate_lock = locks_.find(Datastore::candidate);
+    const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second.session == session;
+    std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; });
+    if (held_candidate || candidate_editor_ == session)
+        drop_candidate();
+    if (!pending_.has_value() || pending_->actor.session != session)
+        return;
+    pending_->session_is_gone = true;
+    if (pending_->persist.has_value())
+        return;
+    const events::Actor actor = pending_->actor;
+    take_back({});
+    tell(actor, What::cancel);
+}
+
+} // namespace yfw::device

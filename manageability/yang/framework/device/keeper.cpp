@@ -1,0 +1,73 @@
+#include "device/keeper.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "base/error.h"
+
+namespace yfw::device {
+namespace {
+
+constexpr int milliseconds_between_attempts = 1000;
+
+} // namespace
+
+Keeper::Keeper(ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
+               std::function<void(const std::string &)> say)
+    : device_(device), on_neighbor_(std::move(on_neighbor)), say_(std::move(say)),
+      stop_(eventfd(0, EFD_CLOEXEC)) {
+    if (stop_ < 0)
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    if (device_.tells_changes())
+        thread_ = std::thread([this] { keep(); });
+}
+
+Keeper::~Keeper() {
+    const uint64_t one = 1;
+    [[maybe_unused]] const ssize_t told = write(stop_, &one, sizeof one);
+    if (thread_.joinable())
+        thread_.join();
+    close(stop_);
+}
+
+void Keeper::restore() {
+    try {
+        device_.restore();
+        say_("the device is back and has its configuration again");
+    } catch (const Error &error) {
+        say_(std::string("the device is back, but not at its configuration: ") + error.what());
+    }
+}
+
+void Keeper::pass_on(sources::NeighborEvent event) {
+    try {
+        on_neighbor_(std::move(event));
+    } catch (const Error &error) {
+        say_(std::string("warning: a change of a neighbor cannot be told: ") + error.what());
+    }
+}
+
+// A device that is not there when this begins is waited for in the same way.
+void Keeper::keep() {
+    const sources::NeighborWatch::Listener listener{
+        [this](sources::NeighborEvent event) { pass_on(std::move(event)); },
+        [this](const std::string &reason) { say_("warning: " + reason + "; waiting for it"); },
+        [this] { restore(); }};
+    bool was_away = false;
+    do {
+        try {
+            if (was_away)
+                device_.restore(); // throws for as long as it is away
+            was_away = false;
+            device_.watch(stop_, listener);
+            return;
+        } catch (const Error &) {
+            was_away = true;
+        }
+    } while (!sources::stops_within(stop_, milliseconds_between_attempts));
+}
+
+} // namespace yfw::device

@@ -1,0 +1,56 @@
+#include "sources/opened_source.h"
+
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include "sources/file/kept_file_source.h"
+#include "sources/lldpd/lldpd_source.h"
+#include "sources/lldpd/lldpd_watch.h"
+
+namespace yfw::sources {
+namespace {
+
+constexpr std::string_view daemon_prefix = "lldpd:";
+
+std::optional<std::string> daemon_socket(const std::string &device) {
+    if (!device.starts_with(daemon_prefix))
+        return std::nullopt;
+    const std::string socket = device.substr(daemon_prefix.size());
+    return socket.empty() ? lldpd::LldpdSource::default_socket() : socket;
+}
+
+OpenedSource open_files(FileSource files, Use use) {
+    if (use == Use::serving)
+        return {.source = std::make_unique<KeptFileSource>(std::move(files))};
+    return {.source = std::make_unique<FileSource>(std::move(files))};
+}
+
+OpenedSource open_daemon(const std::string &socket) {
+    auto daemon = std::make_unique<lldpd::LldpdSource>(socket);
+    NativeTarget *target = daemon.get();
+    return {std::move(daemon), target, std::make_unique<lldpd::LldpdWatch>(socket)};
+}
+
+} // namespace
+
+std::string identity_of(const DeviceAddress &address) {
+    if (!address.files.empty())
+        return "";
+    const auto socket = daemon_socket(address.device);
+    std::error_code error;
+    std::string path = std::filesystem::weakly_canonical(socket.value_or(address.device), error).string();
+    while (!path.empty() && (path.front() == '/' || path.back() == '/'))
+        path.erase(path.front() == '/' ? 0 : path.size() - 1, 1);
+    return (socket.has_value() ? std::string(daemon_prefix) : "") + path;
+}
+
+OpenedSource open_source(const DeviceAddress &address, Use use) {
+    if (!address.files.empty())
+        return open_files(FileSource(address.files), use);
+    if (const auto socket = daemon_socket(address.device))
+        return open_daemon(*socket);
+    return open_files(FileSource::of_device(address.device), use);
+}
+
+} // namespace yfw::sources
