@@ -1,11 +1,13 @@
 // What the server tells of itself: its modules, its sessions and its library.
 #include <algorithm>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "base/process.h"
 #include "netconf_server.h"
 #include "support/files.h"
 
@@ -134,6 +136,48 @@ TEST_F(NetconfMonitoring, GivesEveryModuleThatItAdvertisesOrLists) {
         ASSERT_NE(data, nullptr) << name << ": " << reply.printed;
         EXPECT_THAT(data->text, testing::HasSubstr("module " + name)) << name;
     }
+}
+
+// NAME@REVISION of the modules of the hello.
+std::vector<std::string> advertised_modules(const NetconfClient &client) {
+    const std::regex module("\\?module=([^&]+)&revision=([^&]+)");
+    std::vector<std::string> found;
+    for (const std::string &capability : client.capabilities())
+        if (std::smatch match; std::regex_search(capability, match, module))
+            found.push_back(match[1].str() + "@" + match[2].str());
+    return found;
+}
+
+TEST_F(NetconfMonitoring, AdvertisesTheRevisionsThatItWasWrittenFor) {
+    EXPECT_THAT(
+        advertised_modules(client),
+        testing::UnorderedElementsAre("ietf-netconf@2011-06-01", "ietf-netconf-monitoring@2010-10-04",
+                                      "ietf-netconf-nmda@2019-01-07", "ietf-netconf-notifications@2012-02-06",
+                                      "ietf-netconf-with-defaults@2011-06-01", "ietf-yang-library@2019-01-04",
+                                      "ietf-datastores@2018-02-14", "notifications@2008-07-14",
+                                      "nc-notifications@2008-07-14", "openconfig-lldp@2024-11-21",
+                                      "openconfig-lldp-types@2024-11-21", "yfw-lldp-notifications@2026-11-21"));
+}
+
+// What is advertised is parsed with what the server gives for its imports, and with no other file.
+TEST_F(NetconfMonitoring, GivesModulesThatYanglintParsesWithOneAnother) {
+    const Tree tree = state();
+    const TemporaryDirectory modules;
+    for (const std::string &name : state_values(tree, "schemas/schema/identifier")) {
+        const Xml reply = client.rpc(get_schema(identifier(name)));
+        ASSERT_NE(reply.child("data"), nullptr) << name << ": " << reply.printed;
+        for (const std::string &version :
+             state_values(tree, "schemas/schema[identifier='" + name + "']/version"))
+            modules.add(name + "@" + version + ".yang", reply.child("data")->text);
+    }
+    std::vector<std::string> words{find_program("yanglint", "libyang2-tools"), "-D", "-p",
+                                   modules.path().string()};
+    for (const std::string &module : advertised_modules(client))
+        words.push_back((modules.path() / (module + ".yang")).string());
+    EXPECT_GT(words.size(), 12u);
+    const Finished finished = run(words);
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+    EXPECT_THAT(finished.errors, Not(testing::ContainsRegex("libyang err|YANGLINT"))) << finished.errors;
 }
 
 struct SchemaCase {
