@@ -35,7 +35,7 @@ std::string identifier(const std::string &name) {
 Context protocol_modules() {
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *created = nullptr;
-    if (ly_ctx_new(YFW_MODELS_DIR "/ietf", LY_CTX_DISABLE_SEARCHDIR_CWD, &created) != LY_SUCCESS)
+    if (ly_ctx_new(YFW_STANDARD_MODELS_DIR, LY_CTX_DISABLE_SEARCHDIR_CWD, &created) != LY_SUCCESS)
         throw std::runtime_error("no libyang context");
     Context context(created);
     for (const char *module : {"ietf-netconf-monitoring", "ietf-datastores", "ietf-yang-library"})
@@ -94,7 +94,7 @@ unsigned long number_at(const Tree &tree, const std::string &path) {
 std::string module_text(const std::string &text) {
     ly_ctx *created = nullptr;
     const Context context(ly_ctx_new(YFW_MODELS_DIR, 0, &created) == LY_SUCCESS ? created : nullptr);
-    ly_ctx_set_searchdir(created, YFW_MODELS_DIR "/ietf");
+    ly_ctx_set_searchdir(created, YFW_STANDARD_MODELS_DIR);
     lys_module *module = nullptr;
     char *printed = nullptr;
     if (lys_parse_mem(created, text.c_str(), LYS_IN_YANG, &module) != LY_SUCCESS ||
@@ -107,14 +107,14 @@ std::string module_text(const std::string &text) {
 
 TEST_F(NetconfMonitoring, GivesEveryModuleItsText) {
     for (const auto &[name, file] : std::vector<std::pair<std::string, std::string>>{
-             {"openconfig-lldp", "openconfig-lldp.yang"},
-             {"openconfig-lldp-types", "openconfig-lldp-types.yang"},
-             {"ietf-netconf-monitoring", "ietf/ietf-netconf-monitoring@2010-10-04.yang"}}) {
+             {"openconfig-lldp", YFW_MODELS_DIR "/openconfig-lldp.yang"},
+             {"openconfig-lldp-types", YFW_MODELS_DIR "/openconfig-lldp-types.yang"},
+             {"ietf-netconf-monitoring", YFW_STANDARD_MODELS_DIR "/ietf-netconf-monitoring@2010-10-04.yang"}}) {
         const Xml reply = client.rpc(get_schema(identifier(name)));
         const Xml *data = reply.child("data");
         ASSERT_NE(data, nullptr) << reply.printed;
         EXPECT_EQ(data->ns, monitoring_namespace);
-        EXPECT_EQ(module_text(data->text), module_text(read_file(std::string(YFW_MODELS_DIR "/") + file)));
+        EXPECT_EQ(module_text(data->text), module_text(read_file(file)));
     }
 }
 

@@ -16,6 +16,7 @@
 #include "base/error.h"
 #include "base/stop_signals.h"
 #include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/session.h"
 #include "frontends/cli/output/neighbor_report.h"
 #include "frontends/cli/serving/ssh_tryout.h"
@@ -58,16 +59,15 @@ void publish(events::EventStream &events, const NeighborReport &report) {
 
 // Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
 // Error for a file that is no rules.
-std::optional<access::Nacm> access_rules(const DeviceOptions &device, const netconf::ProtocolModules &modules,
-                                         const std::string &file) {
+std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
+                                         const netconf::ProtocolModules &modules, const std::string &file) {
     if (file.empty())
         return std::nullopt;
     std::vector<std::string> names;
     for (const netconf::ModuleName &module : modules.modules())
         if (module.offered)
             names.push_back(module.name);
-    return access::Nacm(file, {device.native_models / "ietf", device.openconfig_models, device.native_models},
-                        names);
+    return access::Nacm(file, files, names);
 }
 
 void serve_device(const DeviceOptions &device, netconf::ServerOptions options, const std::string &rules,
@@ -76,9 +76,10 @@ void serve_device(const DeviceOptions &device, netconf::ServerOptions options, c
     if (session.source.store().empty())
         throw Error(ErrorTag::missing_element, "--store",
                     "a device that is given as files needs a file for its commits");
-    const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
-                                           device.native_models);
-    const std::optional<access::Nacm> nacm = access_rules(device, modules, rules);
+    const yang::ModuleFiles files(
+        {device.openconfig_models, device.native_models, installation().standard_models});
+    const netconf::ProtocolModules modules(files);
+    const std::optional<access::Nacm> nacm = access_rules(files, modules, rules);
     options.nacm = nacm.has_value() ? &*nacm : nullptr;
     events::EventStream events;
     netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
