@@ -372,7 +372,7 @@ TEST_F(AnEvent, IsAsItsModuleSays) {
     ly_ctx *created = nullptr;
     ASSERT_EQ(ly_ctx_new(YFW_MODELS_DIR, LY_CTX_DISABLE_SEARCHDIR_CWD, &created), LY_SUCCESS);
     const Context context(created);
-    ly_ctx_set_searchdir(created, YFW_MODELS_DIR "/ietf");
+    ly_ctx_set_searchdir(created, YFW_STANDARD_MODELS_DIR);
     for (const char *module : {"ietf-netconf-notifications", "openconfig-lldp"})
         ASSERT_NE(ly_ctx_load_module(created, module, nullptr, nullptr), nullptr) << ly_errmsg(created);
     expect_ok(client->rpc(edit_config("candidate", name_edit("new"))));

@@ -1,11 +1,13 @@
 // What the server tells of itself: its modules, its sessions and its library.
 #include <algorithm>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "base/process.h"
 #include "netconf_server.h"
 #include "support/files.h"
 
@@ -33,7 +35,7 @@ std::string identifier(const std::string &name) {
 Context protocol_modules() {
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *created = nullptr;
-    if (ly_ctx_new(YFW_MODELS_DIR "/ietf", LY_CTX_DISABLE_SEARCHDIR_CWD, &created) != LY_SUCCESS)
+    if (ly_ctx_new(YFW_STANDARD_MODELS_DIR, LY_CTX_DISABLE_SEARCHDIR_CWD, &created) != LY_SUCCESS)
         throw std::runtime_error("no libyang context");
     Context context(created);
     for (const char *module : {"ietf-netconf-monitoring", "ietf-datastores", "ietf-yang-library"})
@@ -92,7 +94,7 @@ unsigned long number_at(const Tree &tree, const std::string &path) {
 std::string module_text(const std::string &text) {
     ly_ctx *created = nullptr;
     const Context context(ly_ctx_new(YFW_MODELS_DIR, 0, &created) == LY_SUCCESS ? created : nullptr);
-    ly_ctx_set_searchdir(created, YFW_MODELS_DIR "/ietf");
+    ly_ctx_set_searchdir(created, YFW_STANDARD_MODELS_DIR);
     lys_module *module = nullptr;
     char *printed = nullptr;
     if (lys_parse_mem(created, text.c_str(), LYS_IN_YANG, &module) != LY_SUCCESS ||
@@ -105,14 +107,14 @@ std::string module_text(const std::string &text) {
 
 TEST_F(NetconfMonitoring, GivesEveryModuleItsText) {
     for (const auto &[name, file] : std::vector<std::pair<std::string, std::string>>{
-             {"openconfig-lldp", "openconfig-lldp.yang"},
-             {"openconfig-lldp-types", "openconfig-lldp-types.yang"},
-             {"ietf-netconf-monitoring", "ietf/ietf-netconf-monitoring@2010-10-04.yang"}}) {
+             {"openconfig-lldp", YFW_MODELS_DIR "/openconfig-lldp.yang"},
+             {"openconfig-lldp-types", YFW_MODELS_DIR "/openconfig-lldp-types.yang"},
+             {"ietf-netconf-monitoring", YFW_STANDARD_MODELS_DIR "/ietf-netconf-monitoring@2010-10-04.yang"}}) {
         const Xml reply = client.rpc(get_schema(identifier(name)));
         const Xml *data = reply.child("data");
         ASSERT_NE(data, nullptr) << reply.printed;
         EXPECT_EQ(data->ns, monitoring_namespace);
-        EXPECT_EQ(module_text(data->text), module_text(read_file(std::string(YFW_MODELS_DIR "/") + file)));
+        EXPECT_EQ(module_text(data->text), module_text(read_file(file)));
     }
 }
 
@@ -134,6 +136,48 @@ TEST_F(NetconfMonitoring, GivesEveryModuleThatItAdvertisesOrLists) {
         ASSERT_NE(data, nullptr) << name << ": " << reply.printed;
         EXPECT_THAT(data->text, testing::HasSubstr("module " + name)) << name;
     }
+}
+
+// NAME@REVISION of the modules of the hello.
+std::vector<std::string> advertised_modules(const NetconfClient &client) {
+    const std::regex module("\\?module=([^&]+)&revision=([^&]+)");
+    std::vector<std::string> found;
+    for (const std::string &capability : client.capabilities())
+        if (std::smatch match; std::regex_search(capability, match, module))
+            found.push_back(match[1].str() + "@" + match[2].str());
+    return found;
+}
+
+TEST_F(NetconfMonitoring, AdvertisesTheRevisionsThatItWasWrittenFor) {
+    EXPECT_THAT(
+        advertised_modules(client),
+        testing::UnorderedElementsAre("ietf-netconf@2011-06-01", "ietf-netconf-monitoring@2010-10-04",
+                                      "ietf-netconf-nmda@2019-01-07", "ietf-netconf-notifications@2012-02-06",
+                                      "ietf-netconf-with-defaults@2011-06-01", "ietf-yang-library@2019-01-04",
+                                      "ietf-datastores@2018-02-14", "notifications@2008-07-14",
+                                      "nc-notifications@2008-07-14", "openconfig-lldp@2024-11-21",
+                                      "openconfig-lldp-types@2024-11-21", "yfw-lldp-notifications@2026-11-21"));
+}
+
+// What is advertised is parsed with what the server gives for its imports, and with no other file.
+TEST_F(NetconfMonitoring, GivesModulesThatYanglintParsesWithOneAnother) {
+    const Tree tree = state();
+    const TemporaryDirectory modules;
+    for (const std::string &name : state_values(tree, "schemas/schema/identifier")) {
+        const Xml reply = client.rpc(get_schema(identifier(name)));
+        ASSERT_NE(reply.child("data"), nullptr) << name << ": " << reply.printed;
+        for (const std::string &version :
+             state_values(tree, "schemas/schema[identifier='" + name + "']/version"))
+            modules.add(name + "@" + version + ".yang", reply.child("data")->text);
+    }
+    std::vector<std::string> words{find_program("yanglint", "libyang2-tools"), "-D", "-p",
+                                   modules.path().string()};
+    for (const std::string &module : advertised_modules(client))
+        words.push_back((modules.path() / (module + ".yang")).string());
+    EXPECT_GT(words.size(), 12u);
+    const Finished finished = run(words);
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+    EXPECT_THAT(finished.errors, Not(testing::ContainsRegex("libyang err|YANGLINT"))) << finished.errors;
 }
 
 struct SchemaCase {

@@ -56,20 +56,10 @@ using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
 
-ProtocolModules::ProtocolModules(const std::filesystem::path &openconfig_dir,
-                                 const std::filesystem::path &protocol_dir,
-                                 const std::filesystem::path &own_dir) {
-    ly_ctx *made = nullptr;
-    if (ly_ctx_new(protocol_dir.c_str(), LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, protocol_dir.string(), "no directory of YANG modules");
-    context_.reset(made);
-    ly_ctx_set_searchdir(made, openconfig_dir.c_str());
-    ly_ctx_set_searchdir(made, own_dir.c_str());
-    for (Loaded module : loaded()) {
-        module.features.push_back(nullptr);
-        if (ly_ctx_load_module(made, module.name, nullptr, module.features.data()) == nullptr)
-            throw Error(ErrorTag::operation_failed, module.name, yang::take_yang_error(made));
-    }
+ProtocolModules::ProtocolModules(const yang::ModuleFiles &files)
+    : context_(yang::ModuleFiles::make_context()) {
+    for (const Loaded &module : loaded())
+        files.load(context_.get(), module.name, module.features);
     list_modules();
     print_library();
 }

@@ -2,12 +2,12 @@
 #ifndef YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
 #define YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "yang/data_tree.h"
+#include "yang/module_files.h"
 
 namespace yfw::netconf {
 
@@ -21,10 +21,8 @@ struct ModuleName {
 
 class ProtocolModules {
 public:
-    // Loads OpenConfig's modules from one directory, the protocol's from another and those of this product from
-    // a third. Throws Error.
-    ProtocolModules(const std::filesystem::path &openconfig_dir, const std::filesystem::path &protocol_dir,
-                    const std::filesystem::path &own_dir);
+    // Throws Error for a module that is missing or cannot be loaded.
+    explicit ProtocolModules(const yang::ModuleFiles &files);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
 

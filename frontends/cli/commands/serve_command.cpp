@@ -18,6 +18,7 @@
 #include "device/keeper.h"
 #include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
@@ -62,24 +63,24 @@ void say(const std::string &text) {
 
 // Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
 // Error for a file that is no rules.
-std::optional<access::Nacm> access_rules(const DeviceOptions &device, const netconf::ProtocolModules &modules,
-                                         const std::string &file) {
+std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
+                                         const netconf::ProtocolModules &modules, const std::string &file) {
     if (file.empty())
         return std::nullopt;
     std::vector<std::string> names;
     for (const netconf::ModuleName &module : modules.modules())
         if (module.offered)
             names.push_back(module.name);
-    return access::Nacm(file, {device.native_models / "ietf", device.openconfig_models, device.native_models},
-                        names);
+    return access::Nacm(file, files, names);
 }
 
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
                   const std::string &rules, int stop, const std::function<void()> &ready) {
     NamedDevice named(options, sources::Use::serving);
-    const netconf::ProtocolModules modules(options.openconfig_models, options.native_models / "ietf",
-                                           options.native_models);
-    device::Service service(named.device, access_rules(options, modules, rules));
+    const yang::ModuleFiles files(
+        {options.openconfig_models, options.native_models, installation().standard_models});
+    const netconf::ProtocolModules modules(files);
+    device::Service service(named.device, access_rules(files, modules, rules));
     netconf::EventStream events;
     netconf::NetconfServer server(server_options, service, modules, events);
     const device::NeighborReporter reporter(named.device);

@@ -7,8 +7,9 @@
 namespace yfw::cli {
 
 struct Installation {
-    std::filesystem::path models;   // YANG modules
-    std::filesystem::path examples; // recorded devices
+    std::filesystem::path models;          // YANG modules of its own
+    std::filesystem::path standard_models; // those of the IETF, which a Debian package installs
+    std::filesystem::path examples;        // recorded devices
     std::filesystem::path plugin;
 };
 

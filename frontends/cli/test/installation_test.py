@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Installs the program below a prefix of its own and uses it there.
 
-  installation_test.py CMAKE BUILD_DIRECTORY PACKAGING
+  installation_test.py CMAKE BUILD_DIRECTORY PACKAGING STANDARD_MODELS
 """
 import json
 import os
@@ -10,14 +10,24 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 
-CMAKE, BUILD, PACKAGING = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+CMAKE, BUILD, PACKAGING, STANDARD_MODELS = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3]), sys.argv[4]
 SSHD = shutil.which("sshd") or "/usr/sbin/sshd"
 
 
 def run(*words, **more):
     return subprocess.run(words, capture_output=True, text=True, timeout=120, **more)
+
+
+# A program that finds the directory of a package empty, in a mount namespace of its own.
+WITHOUT_PACKAGE = ("unshare", "--map-root-user", "--mount", "sh", "-c",
+                   'mount -t tmpfs none "$0" && exec "$@"', STANDARD_MODELS)
+
+
+def can_hide_packages():
+    return shutil.which("unshare") is not None and run(*WITHOUT_PACKAGE, "true").returncode == 0
 
 
 class Installation(unittest.TestCase):
@@ -33,9 +43,15 @@ class Installation(unittest.TestCase):
     def tearDownClass(cls):
         cls.directory.cleanup()
 
-    def yfw(self, *words):
-        state = {**os.environ, "XDG_STATE_HOME": self.directory.name}
-        return run(self.prefix / "bin/yfw", *words, env=state)
+    @property
+    def state(self):
+        return {**os.environ, "XDG_STATE_HOME": self.directory.name}
+
+    def yfw(self, *words, before=()):
+        return run(*before, self.prefix / "bin/yfw", *words, env=self.state)
+
+    def path(self, name):
+        return os.path.join(self.directory.name, name)
 
     def test_uses_what_is_installed_with_it(self):
         device = self.prefix / "share/yfw/examples/r1"
@@ -54,6 +70,27 @@ class Installation(unittest.TestCase):
         answer = self.yfw("get", "/lldp/config")
         self.assertNotEqual(answer.returncode, 0)
         self.assertIn(str(module), answer.stderr)
+
+    def test_serves_with_the_modules_of_packages(self):
+        with open(self.path("rules.xml"), "w") as rules:
+            rules.write('<nacm xmlns="urn:ietf:params:xml:ns:yang:ietf-netconf-acm"/>')
+        command = [self.prefix / "bin/yfw", "serve", "--socket", self.path("socket"), "--nacm", rules.name]
+        with subprocess.Popen(command, env=self.state, stderr=subprocess.PIPE, text=True) as server:
+            limit = threading.Timer(60, server.kill)
+            limit.start()
+            self.addCleanup(limit.cancel)
+            self.assertEqual(server.stderr.readline(), f"yfw: NETCONF on {self.path('socket')}\n")
+            server.terminate()
+            self.assertEqual(server.wait(), 0)
+
+    @unittest.skipUnless(can_hide_packages(), "no mount namespaces here")
+    def test_names_the_package_whose_modules_are_missing(self):
+        answer = self.yfw("serve", "--socket", self.path("socket"), before=WITHOUT_PACKAGE)
+        self.assertEqual(answer.returncode, 2)
+        self.assertEqual(answer.stderr,
+                         "yfw: ietf-netconf@2011-06-01.yang: there is no such YANG module in "
+                         f"{self.prefix}/share/yfw/models, {STANDARD_MODELS}; "
+                         "the Debian package libyuma-base brings it\n")
 
     def test_uses_no_plugin_from_elsewhere(self):
         plugin = self.prefix / "lib/yfw/liboclldp.so"

@@ -32,7 +32,7 @@ FuzzedServer::FuzzedServer()
     : directory_(make_directory()), schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR),
       recorded_(sources::FileSource::of_device(YFW_DEVICE_DIR)),
       device_(schemas_, recorded_, directory_ / "commits.db", YFW_PLUGIN_LIBRARY),
-      modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR) {}
+      modules_(yang::ModuleFiles({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR})) {}
 
 FuzzedServer::~FuzzedServer() {
     std::error_code ignored;

@@ -61,9 +61,9 @@ bool UserRules::may_be_told(std::string_view module, std::string_view notificati
     return !default_denied && all_->read_default;
 }
 
-Nacm::Nacm(const std::filesystem::path &file, const std::vector<std::filesystem::path> &module_dirs,
+Nacm::Nacm(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
            const std::vector<std::string> &modules)
-    : rules_(std::make_unique<AccessRules>(read_access_rules(file, module_dirs, modules))) {}
+    : rules_(std::make_unique<AccessRules>(read_access_rules(file, module_files, modules))) {}
 
 Nacm::~Nacm() = default;
 Nacm::Nacm(Nacm &&) noexcept = default;

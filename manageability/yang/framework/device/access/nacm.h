@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "yang/data_tree.h"
+#include "yang/module_files.h"
 
 namespace yfw::access {
 
@@ -55,10 +56,9 @@ private:
 // Access rules from a file. Does not change once it is loaded, so several threads may use it.
 class Nacm {
 public:
-    // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes the paths of rules may name;
-    // all are found in `module_dirs`. Throws Error with the file, and the line where it is known, as its
-    // path.
-    Nacm(const std::filesystem::path &file, const std::vector<std::filesystem::path> &module_dirs,
+    // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes the paths of rules may name.
+    // Throws Error; where the document is at fault its path is the file, with the line where it is known.
+    Nacm(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
          const std::vector<std::string> &modules);
     ~Nacm();
     Nacm(Nacm &&) noexcept;

@@ -15,7 +15,6 @@ namespace {
 using About = AccessRule::About;
 
 constexpr const char *access_module = "ietf-netconf-acm";
-constexpr const char *access_revision = "2018-02-14";
 
 [[noreturn]] void refuse(const std::string &place, const std::string &why) {
     throw Error(ErrorTag::operation_failed, place, why);
@@ -38,21 +37,11 @@ std::string take_error(const ly_ctx *context) {
 }
 
 // A path is valid only where its nodes are known.
-yang::YangContext context_with(const std::vector<std::filesystem::path> &module_dirs,
-                               const std::vector<std::string> &modules) {
-    ly_ctx *made = nullptr;
-    if (ly_ctx_new(nullptr, LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
-        refuse("", "the YANG library could not be started");
-    yang::YangContext context(made);
-    for (const std::filesystem::path &dir : module_dirs)
-        if (const LY_ERR status = ly_ctx_set_searchdir(made, dir.c_str());
-            status != LY_SUCCESS && status != LY_EEXIST)
-            refuse(dir.string(), "no directory of YANG modules");
+yang::YangContext context_with(const yang::ModuleFiles &files, const std::vector<std::string> &modules) {
+    yang::YangContext context = yang::ModuleFiles::make_context();
     for (const std::string &name : modules)
-        if (ly_ctx_load_module(made, name.c_str(), nullptr, nullptr) == nullptr)
-            refuse(name, take_error(made));
-    if (ly_ctx_load_module(made, access_module, access_revision, nullptr) == nullptr)
-        refuse(access_module, take_error(made));
+        files.load(context.get(), name);
+    files.load(context.get(), access_module);
     return context;
 }
 
@@ -158,10 +147,9 @@ RuleList list_from(const lyd_node *node, const ly_ctx *context, const std::strin
 
 } // namespace
 
-AccessRules read_access_rules(const std::filesystem::path &file,
-                              const std::vector<std::filesystem::path> &module_dirs,
+AccessRules read_access_rules(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
                               const std::vector<std::string> &modules) {
-    const yang::YangContext context = context_with(module_dirs, modules);
+    const yang::YangContext context = context_with(module_files, modules);
     const yang::DataTree nacm = parse(file, context.get());
     AccessRules rules;
     rules.enabled = value(nacm.get(), "enable-nacm") == "true";

@@ -49,8 +49,7 @@ struct AccessRules {
 };
 
 // As Nacm's constructor says.
-AccessRules read_access_rules(const std::filesystem::path &file,
-                              const std::vector<std::filesystem::path> &module_dirs,
+AccessRules read_access_rules(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
                               const std::vector<std::string> &modules);
 
 } // namespace yfw::access

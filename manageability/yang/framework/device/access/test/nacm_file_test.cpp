@@ -18,13 +18,13 @@ namespace {
 using testing::HasSubstr;
 using yfw::test::TemporaryDirectory;
 
-const std::vector<std::filesystem::path> module_dirs = {YFW_MODELS_DIR, YFW_MODELS_DIR "/ietf"};
+const yang::ModuleFiles module_files({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR});
 const std::vector<std::string> modules = {"openconfig-lldp", "openconfig-lldp-types",
                                           "ietf-netconf-monitoring"};
 
 std::optional<Error> error_of(const std::filesystem::path &file) {
     try {
-        const Nacm nacm(file, module_dirs, modules);
+        const Nacm nacm(file, module_files, modules);
     } catch (const Error &error) {
         return error;
     }
@@ -147,10 +147,12 @@ TEST(RulesWithoutTheirModule, AreRefusedByTheNameOfTheModule) {
     const TemporaryDirectory directory;
     const std::string file = directory.add("rules.xml", document(""));
     try {
-        const Nacm nacm(file, {directory.path()}, {});
+        const Nacm nacm(file, yang::ModuleFiles({directory.path()}), {});
         FAIL() << "rules were read without ietf-netconf-acm";
     } catch (const Error &error) {
         EXPECT_THAT(error.path(), HasSubstr("ietf-netconf-acm"));
+        EXPECT_THAT(error.what(), HasSubstr("libyuma-base"));
+        EXPECT_THAT(error.what(), HasSubstr(directory.path().string()));
     }
 }
 
@@ -167,7 +169,7 @@ TEST(AFileWithEverythingThatTheModuleHas, IsRead) {
                      "<module-name>ietf-netconf</module-name><rpc-name>get</rpc-name>"
                      "<access-operations>\n  exec\n  read\n</access-operations><action>permit</action>"
                      "<comment>why</comment></rule></rule-list>"));
-    const Nacm nacm(file, module_dirs, modules);
+    const Nacm nacm(file, module_files, modules);
     EXPECT_TRUE(nacm.rules_of("ann", {}).may_execute("ietf-netconf", "get", false));
     EXPECT_FALSE(nacm.rules_of("ann", {}).may_execute("ietf-netconf", "lock", false));
     EXPECT_FALSE(nacm.rules_of("bob", {"g"}).may_execute("ietf-netconf", "get", false));
@@ -177,7 +179,7 @@ TEST(AFileThatIsRead, NeedsNoFileAfterwards) {
     TemporaryDirectory directory;
     const std::filesystem::path file =
         directory.add("rules.xml", document(all_groups(deny(path("/oc:lldp/oc:config")))));
-    const Nacm nacm(file, module_dirs, modules);
+    const Nacm nacm(file, module_files, modules);
     std::filesystem::remove(file);
     yang::DataTree data = parse(lldp("<config><hello-timer>5</hello-timer></config>"), openconfig_only());
     rules_for_ann(nacm).remove_unreadable(data);

@@ -49,20 +49,15 @@ std::filesystem::path own_modules() {
     return is_filled ? directory.path() : std::filesystem::path();
 }
 
-std::vector<std::filesystem::path> module_dirs() {
-    return {YFW_MODELS_DIR, YFW_MODELS_DIR "/ietf", own_modules()};
+const yang::ModuleFiles &module_files() {
+    static const yang::ModuleFiles files({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR, own_modules()});
+    return files;
 }
 
 yang::YangContext context_with(const std::vector<std::string> &names) {
-    ly_ctx *made = nullptr;
-    if (ly_ctx_new(nullptr, LY_CTX_DISABLE_SEARCHDIR_CWD, &made) != LY_SUCCESS)
-        throw std::runtime_error("no YANG context");
-    yang::YangContext context(made);
-    for (const std::filesystem::path &dir : module_dirs())
-        ly_ctx_set_searchdir(made, dir.c_str());
+    yang::YangContext context = yang::ModuleFiles::make_context();
     for (const std::string &name : names)
-        if (ly_ctx_load_module(made, name.c_str(), nullptr, nullptr) == nullptr)
-            throw std::runtime_error(name + ": " + yang::take_yang_error(made));
+        module_files().load(context.get(), name);
     return context;
 }
 
@@ -134,7 +129,7 @@ std::string document(const std::string &inside) {
 
 Nacm load(const std::string &inside) {
     const TemporaryDirectory directory;
-    return Nacm(directory.add("rules.xml", document(inside)), module_dirs(), modules);
+    return Nacm(directory.add("rules.xml", document(inside)), module_files(), modules);
 }
 
 UserRules rules_for_ann(const Nacm &nacm) {

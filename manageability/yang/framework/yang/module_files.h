@@ -1,0 +1,41 @@
+// The files of YANG modules that a server needs: those of Debian's packages and this product's own.
+#ifndef YFW_YANG_MODULE_FILES_H
+#define YFW_YANG_MODULE_FILES_H
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "yang/data_tree.h"
+
+namespace yfw::yang {
+
+class ModuleFiles {
+public:
+    // Where several directories have a module, the first of them counts.
+    explicit ModuleFiles(const std::vector<std::filesystem::path> &dirs);
+
+    // The file of a module or submodule; empty when there is none. Of a module that the server depends on, only
+    // NAME@REVISION.yang counts, with the revision that the server was written for unless another is given. Any
+    // other module is found by libyang's rules: the newest in the directory.
+    std::filesystem::path find(const std::string &name, const std::string &revision = "") const;
+
+    // A context with the modules that are compiled into libyang; it searches no directory by itself. Throws
+    // Error.
+    static YangContext make_context();
+
+    // Implements the module with these features, and loads what it imports. The context is one of
+    // make_context(). Throws Error; for a missing file it names the file, its Debian package and the
+    // directories.
+    void load(ly_ctx *context, const std::string &name, std::vector<const char *> features = {}) const;
+
+    // With commas between, for messages.
+    std::string directories() const;
+
+private:
+    std::vector<std::filesystem::path> dirs_;
+};
+
+} // namespace yfw::yang
+
+#endif
