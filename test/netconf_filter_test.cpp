@@ -15,6 +15,14 @@ std::string interface_of(const std::string &name, const std::string &content = "
     return "<interface><name>" + name + "</name>" + content + "</interface>";
 }
 
+// eth1, and others that are not there.
+std::string interfaces_up_to(int count) {
+    std::string entries = interface_of("eth1");
+    for (int i = 1; i < count; i++)
+        entries += interface_of("other" + std::to_string(i));
+    return entries;
+}
+
 std::string interfaces(const std::string &content) {
     return lldp("<interfaces>" + content + "</interfaces>");
 }
@@ -82,6 +90,13 @@ INSTANTIATE_TEST_SUITE_P(
                    interfaces(all_of("eth1"))},
         FilterCase{"OfTwoEntries", subtree(interfaces(interface_of("eth1") + interface_of("eth3"))),
                    interfaces(all_of("eth1") + all_of("eth3"))},
+        FilterCase{"OfAHundredEntriesOfWhichTwoAre",
+                   subtree(interfaces(interfaces_up_to(100) + interface_of("eth3"))),
+                   interfaces(all_of("eth1") + all_of("eth3"))},
+        FilterCase{
+            "OfALeafOfAHundredEntries",
+            subtree(interfaces(interfaces_up_to(100) + interface_of("eth3", "<config><enabled/></config>"))),
+            interfaces(all_of("eth1") + interface_of("eth3", "<config><enabled>true</enabled></config>"))},
         FilterCase{"OfALeafOfOneEntry",
                    subtree(interfaces(interface_of("eth2", "<config><enabled/></config>"))),
                    interfaces(interface_of("eth2", "<config><enabled>true</enabled></config>"))},

@@ -75,9 +75,10 @@ void add_to(lyd_node *parent, const Selections &selections) {
         if (lyd_new_term(parent, nullptr, node->name, value, 0, &added) == LY_SUCCESS)
             added->flags |= LYD_DEFAULT;
     }
+    const SelectedChildren below(selections);
     for (lyd_node *child = lyd_child(parent); child != nullptr; child = child->next)
         if ((child->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0)
-            add_to(child, selections_of_child(selections, child));
+            add_to(child, below.at(child));
 }
 
 } // namespace

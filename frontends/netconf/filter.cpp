@@ -10,8 +10,6 @@
 namespace yfw::netconf {
 namespace {
 
-// ---- as a selection ------------------------------------------------------------------------------------
-
 // One without a namespace of its own, empty or inherited from NETCONF, stands for any (RFC 6241 section 6.2.1
 // leaves that to the server).
 bool takes_namespace(const Element &filter, std::string_view wanted) {
@@ -97,52 +95,7 @@ void merge_into(host::Selection &whole, host::Selection part) {
         std::move(part.children.begin(), part.children.end(), std::back_inserter(whole.children));
 }
 
-// ---- on a document -------------------------------------------------------------------------------------
-
-bool names(const Element &filter, const Element &data) {
-    return filter.name() == data.name() && takes_namespace(filter, data.ns());
-}
-
-bool is_content_match(const Element &filter) {
-    return filter.children().empty() && !filter.text().empty();
-}
-
-bool contents_match(const std::vector<Element> &filters, const std::vector<Element> &data) {
-    return std::all_of(filters.begin(), filters.end(), [&](const Element &filter) {
-        return !is_content_match(filter) || std::any_of(data.begin(), data.end(), [&](const Element &node) {
-            return names(filter, node) && node.text() == filter.text();
-        });
-    });
-}
-
-std::string open_tag(const Element &data) {
-    return "<" + std::string(data.name()) + " xmlns=\"" + escaped(data.ns()) + "\">";
-}
-
-std::string filtered(const Element &filter, const Element &data) {
-    const std::vector<Element> filters = filter.children();
-    const std::vector<Element> nodes = data.children();
-    if (filters.empty())
-        return data.print();
-    if (!contents_match(filters, nodes))
-        return "";
-    if (std::all_of(filters.begin(), filters.end(), is_content_match))
-        return data.print();
-    std::string inside;
-    for (const Element &node : nodes)
-        for (const Element &part : filters)
-            if (names(part, node))
-                inside += filtered(part, node);
-    return inside.empty() ? "" : open_tag(data) + inside + "</" + std::string(data.name()) + ">";
-}
-
 } // namespace
-
-bool names_top(const Element &filter, std::string_view ns, std::string_view name) {
-    const std::vector<Element> tops = filter.children();
-    return std::any_of(tops.begin(), tops.end(),
-                       [&](const Element &top) { return top.name() == name && takes_namespace(top, ns); });
-}
 
 Filter filter_of(const Element &filter) {
     const std::string type = filter.attribute("type").value_or("subtree");
@@ -156,14 +109,6 @@ Filter filter_of(const Element &filter) {
         throw RpcError("protocol", "missing-attribute", "an xpath filter has a select")
             .with_info("<bad-attribute>select</bad-attribute><bad-element>filter</bad-element>");
     return {FilterType::xpath, filter, *select, filter.prefixes()};
-}
-
-std::string subtree_filtered(const Element &filter, const Element &data) {
-    std::string xml;
-    for (const Element &wanted : filter.children())
-        if (names(wanted, data))
-            xml += filtered(wanted, data);
-    return xml;
 }
 
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root) {

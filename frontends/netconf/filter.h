@@ -28,12 +28,6 @@ Filter filter_of(const Element &filter);
 // `filter`: the <filter> element.
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root);
 
-// Whether a subtree filter names this top node.
-bool names_top(const Element &filter, std::string_view ns, std::string_view name);
-
-// What a subtree filter selects of a document, printed; empty when that is nothing. `filter`: the <filter>.
-std::string subtree_filtered(const Element &filter, const Element &data);
-
 // Who waits for the answer: a client for a request, or the event loop for an event, which must not wait long.
 enum class XPathUse { request, event };
 

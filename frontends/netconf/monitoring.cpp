@@ -1,16 +1,16 @@
 #include "frontends/netconf/monitoring.h"
 
 #include "base/utc_time.h"
-#include "frontends/netconf/rpc_error.h"
+#include "yang/building.h"
 
 namespace yfw::netconf {
 namespace {
 
-std::string print(const SessionCounters &counters) {
-    return text_element("in-rpcs", std::to_string(counters.in_rpcs)) +
-           text_element("in-bad-rpcs", std::to_string(counters.in_bad_rpcs)) +
-           text_element("out-rpc-errors", std::to_string(counters.out_rpc_errors)) +
-           text_element("out-notifications", std::to_string(counters.out_notifications));
+void add_counters(lyd_node &parent, const SessionCounters &counters) {
+    yang::add_leaf(parent, "in-rpcs", std::to_string(counters.in_rpcs));
+    yang::add_leaf(parent, "in-bad-rpcs", std::to_string(counters.in_bad_rpcs));
+    yang::add_leaf(parent, "out-rpc-errors", std::to_string(counters.out_rpc_errors));
+    yang::add_leaf(parent, "out-notifications", std::to_string(counters.out_notifications));
 }
 
 void add(SessionCounters &to, const SessionCounters &more) {
@@ -51,18 +51,22 @@ void Monitoring::count(uint32_t id, const SessionCounters &more) {
         add(session->second.counters, more);
 }
 
-std::string Monitoring::print() const {
+void Monitoring::add_to(lyd_node &netconf_state) const {
     const Guard guard(mutex_);
-    std::string xml = "<sessions>";
-    for (const auto &[id, session] : sessions_)
-        xml += "<session>" + text_element("session-id", std::to_string(id)) +
-               "<transport>netconf-ssh</transport>" + text_element("username", session.user) +
-               text_element("login-time", session.login_time) + netconf::print(session.counters) + "</session>";
-    return xml + "</sessions><statistics>" + text_element("netconf-start-time", start_time_) +
-           text_element("in-bad-hellos", std::to_string(bad_hellos_)) +
-           text_element("in-sessions", std::to_string(in_sessions_)) +
-           text_element("dropped-sessions", std::to_string(dropped_sessions_)) + netconf::print(all_) +
-           "</statistics>";
+    lyd_node &sessions = yang::add_container(netconf_state, "sessions");
+    for (const auto &[id, session] : sessions_) {
+        lyd_node &entry = yang::add_entry(sessions, "session", {std::to_string(id), "", ""});
+        yang::add_leaf(entry, "transport", "ietf-netconf-monitoring:netconf-ssh");
+        yang::add_leaf(entry, "username", session.user);
+        yang::add_leaf(entry, "login-time", session.login_time);
+        add_counters(entry, session.counters);
+    }
+    lyd_node &statistics = yang::add_container(netconf_state, "statistics");
+    yang::add_leaf(statistics, "netconf-start-time", start_time_);
+    yang::add_leaf(statistics, "in-bad-hellos", std::to_string(bad_hellos_));
+    yang::add_leaf(statistics, "in-sessions", std::to_string(in_sessions_));
+    yang::add_leaf(statistics, "dropped-sessions", std::to_string(dropped_sessions_));
+    add_counters(statistics, all_);
 }
 
 } // namespace yfw::netconf

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include <libyang/libyang.h>
+
 namespace yfw::netconf {
 
 inline constexpr std::string_view monitoring_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring";
@@ -31,8 +33,8 @@ public:
     void bad_hello();
     void count(uint32_t id, const SessionCounters &more);
 
-    // The <sessions> and <statistics> elements.
-    std::string print() const;
+    // Adds the containers "sessions" and "statistics" to a tree of ietf-netconf-monitoring.
+    void add_to(lyd_node &netconf_state) const;
 
 private:
     struct Session {

@@ -1,94 +1,77 @@
 #include "frontends/netconf/own_data.h"
 
-#include <functional>
-
-#include "frontends/netconf/defaults.h"
-#include "frontends/netconf/rpc_error.h"
+#include "yang/building.h"
 
 namespace yfw::netconf {
 namespace {
 
-std::string print_datastore(const Server &server, const char *name, Datastore datastore) {
-    std::string xml = "<datastore><name>" + std::string(name) + "</name>";
-    if (const auto lock = server.datastores().lock_of(datastore))
-        xml += "<locks><global-lock><locked-by-session>" + std::to_string(lock->session) +
-               "</locked-by-session><locked-time>" + lock->time + "</locked-time></global-lock></locks>";
-    return xml + "</datastore>";
+using yang::add_container;
+using yang::add_entry;
+using yang::add_leaf;
+
+constexpr const char *monitoring_module = "ietf-netconf-monitoring";
+constexpr const char *streams_module = "nc-notifications";
+
+void add_datastore(lyd_node &datastores, const Server &server, const char *name, Datastore datastore) {
+    lyd_node &entry = add_entry(datastores, "datastore", {name, "", ""});
+    if (const auto lock = server.datastores().lock_of(datastore)) {
+        lyd_node &global = add_container(add_container(entry, "locks"), "global-lock");
+        add_leaf(global, "locked-by-session", std::to_string(lock->session));
+        add_leaf(global, "locked-time", lock->time);
+    }
 }
 
-std::string print_schemas(const ProtocolModules &modules) {
-    std::string xml = "<schemas>";
-    for (const ModuleName &module : modules.modules())
-        xml += "<schema><identifier>" + module.name + "</identifier><version>" + module.revision +
-               "</version><format>yang</format><namespace>" + escaped(module.ns) +
-               "</namespace><location>NETCONF</location></schema>";
-    return xml + "</schemas>";
-}
-
-std::string print_monitoring(const Server &server) {
-    std::string xml = "<netconf-state xmlns=\"" + std::string(monitoring_ns) + "\"><capabilities>";
+yang::DataTree monitoring_data(const Server &server) {
+    yang::DataTree data = yang::make_top(server.modules.context(), monitoring_module, "netconf-state");
+    lyd_node &all_capabilities = add_container(*data, "capabilities");
     for (const std::string &capability : capabilities(server.modules))
-        xml += "<capability>" + escaped(capability) + "</capability>";
-    return xml + "</capabilities><datastores>" + print_datastore(server, "running", Datastore::running) +
-           print_datastore(server, "candidate", Datastore::candidate) + "</datastores>" +
-           print_schemas(server.modules) + server.monitoring.print() + "</netconf-state>";
+        add_leaf(all_capabilities, "capability", capability);
+    lyd_node &datastores = add_container(*data, "datastores");
+    add_datastore(datastores, server, "running", Datastore::running);
+    add_datastore(datastores, server, "candidate", Datastore::candidate);
+    lyd_node &schemas = add_container(*data, "schemas");
+    for (const ModuleName &module : server.modules.modules()) {
+        lyd_node &schema =
+            add_entry(schemas, "schema", {module.name, module.revision, "ietf-netconf-monitoring:yang"});
+        add_leaf(schema, "namespace", module.ns);
+        add_leaf(schema, "location", "NETCONF");
+    }
+    server.monitoring.add_to(*data);
+    return data;
 }
 
-// A top container, made only when it is asked for.
-struct Own {
-    std::string_view ns;
-    std::string_view name;
-    std::function<std::string()> print;
-};
-
-std::vector<Own> own_data(const Server &server) {
-    std::vector<Own> all{{monitoring_ns, "netconf-state", [&server] { return print_monitoring(server); }},
-                         {streams_ns, "netconf", [&server] { return print_streams(server.events); }}};
-    for (const ProtocolModules::Printed &library : server.modules.library())
-        all.push_back({library.ns, library.name, [&library] { return library.xml; }});
-    return all;
+yang::DataTree streams_data(const Server &server) {
+    yang::DataTree data = yang::make_top(server.modules.context(), streams_module, "netconf");
+    lyd_node &stream = add_entry(add_container(*data, "streams"), "stream", {"NETCONF", "", ""});
+    add_leaf(stream, "description", "Changes of the configuration, of sessions and of neighbors");
+    add_leaf(stream, "replaySupport", "true");
+    add_leaf(stream, "replayLogCreationTime", print_time(server.events.created()));
+    if (const std::optional<EventTime> aged = server.events.aged())
+        add_leaf(stream, "replayLogAgedTime", print_time(*aged));
+    return data;
 }
 
-std::string cut_to(const Server &server, const std::string &xml, const std::optional<Filter> &filter,
-                   uint32_t depth) {
-    if (depth == unlimited_depth || xml.empty())
-        return xml;
-    const yang::DataTree data = server.modules.parse(xml);
-    host::Selection all{data->schema, std::nullopt, {}, false};
-    cut_selected(data.get(),
-                 filter.has_value() ? subtree_selection(filter->element, data->schema).value_or(all) : all,
-                 depth);
-    return print_cut_data(data.get());
+const lysc_node *top_of(const ProtocolModules &modules, const char *module, const char *name) {
+    return lys_find_child(nullptr, ly_ctx_get_module_implemented(modules.context(), module), name, 0, 0, 0);
 }
 
-// As far as the caller may read it.
-std::string print_readable(const Call &call, const Own &own) {
-    if (call.caller.rules == nullptr)
-        return own.print();
-    yang::DataTree data = call.server.modules.parse(own.print());
-    call.caller.rules->remove_unreadable(data);
-    return print_data(data.get());
-}
-
-std::string read(const Call &call, const Own &own, const std::optional<Filter> &filter, uint32_t depth) {
-    const bool is_subtree = filter.has_value() && filter->type == FilterType::subtree;
-    if (is_subtree && !names_top(filter->element, own.ns, own.name))
-        return "";
-    const std::string xml = print_readable(call, own);
-    if (xml.empty() || !filter.has_value())
-        return cut_to(call.server, xml, filter, depth);
-    if (is_subtree)
-        return cut_to(call.server, subtree_filtered(filter->element, Document(xml).root()), filter, depth);
-    return print_cut_data(xpath_filtered(call.server.modules.parse(xml), *filter, depth).get());
+yang::DataTree copy_of(const lyd_node *tree) {
+    lyd_node *copy = nullptr;
+    if (lyd_dup_single(tree, nullptr, LYD_DUP_RECURSIVE, &copy) != LY_SUCCESS)
+        throw std::bad_alloc();
+    return yang::DataTree(copy);
 }
 
 } // namespace
 
-std::string read_own_data(const Call &call, const std::optional<Filter> &filter, uint32_t depth) {
-    std::string xml;
-    for (const Own &own : own_data(call.server))
-        xml += read(call, own, filter, depth);
-    return xml;
+std::vector<OwnData> own_data(const Server &server) {
+    std::vector<OwnData> all{
+        {top_of(server.modules, monitoring_module, "netconf-state"),
+         [&server] { return monitoring_data(server); }},
+        {top_of(server.modules, streams_module, "netconf"), [&server] { return streams_data(server); }}};
+    for (const lyd_node *top = server.modules.library(); top != nullptr; top = top->next)
+        all.push_back({top->schema, [top] { return copy_of(top); }});
+    return all;
 }
 
 } // namespace yfw::netconf

@@ -2,17 +2,21 @@
 #ifndef YFW_FRONTENDS_NETCONF_OWN_DATA_H
 #define YFW_FRONTENDS_NETCONF_OWN_DATA_H
 
-#include <optional>
-#include <string>
+#include <functional>
+#include <vector>
 
-#include "frontends/netconf/call.h"
-#include "frontends/netconf/filter.h"
+#include "frontends/netconf/operations.h"
 
 namespace yfw::netconf {
 
-// The modules (RFC 8525), the state of the server (RFC 6022) and its streams (RFC 5277), as far as the caller
-// may read them and the filter selects them, printed. Throws RpcError.
-std::string read_own_data(const Call &call, const std::optional<Filter> &filter, uint32_t depth);
+// A top container, made only when it is asked for.
+struct OwnData {
+    const lysc_node *schema;
+    std::function<yang::DataTree()> make; // throws Error
+};
+
+// The state of the server (RFC 6022), its streams (RFC 5277) and its modules (RFC 8525). Borrows the server.
+std::vector<OwnData> own_data(const Server &server);
 
 } // namespace yfw::netconf
 

@@ -56,12 +56,11 @@ using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
 
-ProtocolModules::ProtocolModules(const yang::ModuleFiles &files)
-    : context_(yang::ModuleFiles::make_context()) {
+ProtocolModules::ProtocolModules(const yang::ModuleFiles &files) : context_(yang::ModuleFiles::make_context()) {
     for (const Loaded &module : loaded())
         files.load(context_.get(), module.name, module.features);
     list_modules();
-    print_library();
+    make_library();
 }
 
 void ProtocolModules::list_modules() {
@@ -80,11 +79,11 @@ void ProtocolModules::list_modules() {
     content_id_ = std::to_string(std::hash<std::string>{}(all));
 }
 
-void ProtocolModules::print_library() {
+void ProtocolModules::make_library() {
     lyd_node *data = nullptr;
     if (ly_ctx_get_yanglib_data(context_.get(), &data, "%s", content_id_.c_str()) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "ietf-yang-library", yang::take_yang_error(context_.get()));
-    const yang::DataTree owner(data);
+    library_.reset(data);
     // What libyang has for itself, and where its files are on this machine, is nothing for clients.
     for (const char *path : {"/ietf-yang-library:yang-library/module-set/module[name='yang']",
                              "/ietf-yang-library:yang-library/module-set/module[name='ietf-yang-schema-mount']",
@@ -100,21 +99,6 @@ void ProtocolModules::print_library() {
         if (lyd_new_path(data, context_.get(), path.c_str(), "complete", 0, nullptr) != LY_SUCCESS)
             throw Error(ErrorTag::operation_failed, path, yang::take_yang_error(context_.get()));
     }
-    for (const lyd_node *top = data; top != nullptr; top = top->next) {
-        char *text = nullptr;
-        lyd_print_mem(&text, top, LYD_XML, LYD_PRINT_SHRINK);
-        const Text printed(text, std::free);
-        library_.push_back(
-            {top->schema->module->ns, top->schema->name, printed != nullptr ? printed.get() : ""});
-    }
-}
-
-yang::DataTree ProtocolModules::parse(const std::string &xml) const {
-    lyd_node *data = nullptr;
-    if (lyd_parse_data_mem(context_.get(), xml.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &data) !=
-        LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(context_.get()));
-    return yang::DataTree(data);
 }
 
 yang::DataTree ProtocolModules::parse_notification(const std::string &xml) const {

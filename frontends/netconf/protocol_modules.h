@@ -30,8 +30,6 @@ public:
     // any). Several revisions of one name are never loaded.
     std::optional<std::string> text(const std::string &name, const std::string &revision) const;
 
-    // Data of these modules from its text; throws Error when it is none.
-    yang::DataTree parse(const std::string &xml) const;
     // A notification of these modules, from its element.
     yang::DataTree parse_notification(const std::string &xml) const;
 
@@ -40,22 +38,19 @@ public:
 
     // The identifier of this set of modules (RFC 8525).
     const std::string &content_id() const { return content_id_; }
-    // The data of ietf-yang-library, printed: its <yang-library> and its <modules-state>.
-    struct Printed {
-        std::string ns;
-        std::string name;
-        std::string xml;
-    };
-    const std::vector<Printed> &library() const { return library_; }
+    // The data of ietf-yang-library: its "yang-library" and its "modules-state", as siblings.
+    const lyd_node *library() const { return library_.get(); }
+
+    const ly_ctx *context() const { return context_.get(); }
 
 private:
     void list_modules();
-    void print_library();
+    void make_library();
 
-    yang::YangContext context_;
+    yang::YangContext context_; // outlives the data
     std::vector<ModuleName> modules_;
     std::string content_id_;
-    std::vector<Printed> library_;
+    yang::DataTree library_;
 };
 
 } // namespace yfw::netconf

@@ -27,17 +27,17 @@ bool wants_defaults(const Wanted &wanted) {
 }
 
 // As far as the caller may read it. What may not be read must not be told by what matches it either, so such
-// a filter is applied to what is left.
+// a filter is applied to what is left; so is one that names very many entries.
 host::Answer read_readable(const Call &call, host::ReadRequest request, const Read &read) {
-    if (call.caller.rules == nullptr)
-        return read(request);
     const host::Selection selection = *request.selection;
-    const bool has_matches = has_content_matches(selection);
-    if (has_matches)
-        request.selection = without_content_matches(selection);
+    const bool hides = call.caller.rules != nullptr && has_content_matches(selection);
+    const bool is_broad = names_many_entries(selection);
+    if (hides || is_broad)
+        request.selection = without_content_matches(is_broad ? broadened(selection) : selection);
     host::Answer answer = read(request);
-    call.caller.rules->remove_unreadable(answer.data);
-    if (has_matches)
+    if (call.caller.rules != nullptr)
+        call.caller.rules->remove_unreadable(answer.data);
+    if (hides || is_broad)
         keep_selected(answer.data, selection);
     return answer;
 }
@@ -55,16 +55,10 @@ std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, c
     return paths->empty() ? std::nullopt : std::optional(host::merge_paths(*paths));
 }
 
-// Reads the OpenConfig tree, no more of it than the filter needs.
-std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
-    const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
-    const bool is_xpath = wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
-    yang::DataTree data;
-    if (needed.has_value())
-        data = read_readable(call, {wanted.content, {}, needed}, read).data;
-    if (wants_defaults(wanted) && needed.has_value())
-        add_defaults(data.get(), *needed);
-    if (is_xpath)
+// What the filter leaves of data that was read for it.
+std::string print_filtered(yang::DataTree data, const Wanted &wanted,
+                           const std::optional<host::Selection> &needed) {
+    if (wanted.filter.has_value() && wanted.filter->type == FilterType::xpath)
         data = xpath_filtered(std::move(data), *wanted.filter, wanted.depth);
     else if (needed.has_value())
         cut_selected(data.get(), *needed, wanted.depth);
@@ -72,12 +66,35 @@ std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &
                                            : print_cut_data(data.get(), wanted.defaults);
 }
 
+// Reads the OpenConfig tree, no more of it than the filter needs.
+std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
+    const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
+    yang::DataTree data;
+    if (needed.has_value())
+        data = read_readable(call, {wanted.content, {}, needed}, read).data;
+    if (wants_defaults(wanted) && needed.has_value())
+        add_defaults(data.get(), *needed);
+    return print_filtered(std::move(data), wanted, needed);
+}
+
+std::string read_own(const Call &call, const Wanted &wanted, const OwnData &own) {
+    const auto needed = needed_for(wanted.filter, own.schema);
+    if (!needed.has_value())
+        return "";
+    yang::DataTree data = own.make();
+    if (call.caller.rules != nullptr)
+        call.caller.rules->remove_unreadable(data);
+    keep_selected(data, *needed);
+    return print_filtered(std::move(data), wanted, needed);
+}
+
 // Configuration and state of the device, and the server's own data, which is all state.
 std::string read_operational(const Call &call, const Wanted &wanted) {
     std::string xml = read_openconfig(
         call, wanted, [&](const host::ReadRequest &request) { return call.server.device().read(request); });
     if (wanted.content != host::Content::config)
-        xml += read_own_data(call, wanted.filter, wanted.depth);
+        for (const OwnData &own : own_data(call.server))
+            xml += read_own(call, wanted, own);
     return xml;
 }
 

@@ -30,15 +30,31 @@ bool selects_key(const Selections &selections) {
     });
 }
 
+bool holds_nodes(const lysc_node *node) {
+    return (node->nodetype & (LYS_LIST | LYS_CONTAINER)) != 0;
+}
+
+// The value of the list's first key that it asks for; NULL when it asks for none.
+const std::string *first_key_of(const host::Selection &selection) {
+    if (selection.node->nodetype != LYS_LIST)
+        return nullptr;
+    const lysc_node *key = lysc_node_child(selection.node);
+    for (const host::Selection &child : selection.children)
+        if (child.node == key && lysc_is_key(key) && child.value.has_value())
+            return &*child.value;
+    return nullptr;
+}
+
 // Whether something of the node is left.
 bool keep(lyd_node *node, const Selections &selections) {
-    if (selects_whole(selections) || (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) == 0)
+    if (selects_whole(selections) || !holds_nodes(node->schema))
         return !selections.empty();
     bool is_left = false;
     lyd_node *next = nullptr;
+    const SelectedChildren below(selections);
     for (lyd_node *child = lyd_child_no_keys(node); child != nullptr; child = next) {
         next = child->next;
-        if (keep(child, selections_of_child(selections, child)))
+        if (keep(child, below.at(child)))
             is_left = true;
         else
             lyd_free_tree(child);
@@ -49,8 +65,9 @@ bool keep(lyd_node *node, const Selections &selections) {
 void cut(lyd_node *node, const Selections &selections, uint32_t depth) {
     if (selects_whole(selections))
         return cut_below(node, depth);
+    const SelectedChildren below(selections);
     for (lyd_node *child = lyd_child_no_keys(node); child != nullptr; child = child->next)
-        cut(child, selections_of_child(selections, child), depth);
+        cut(child, below.at(child), depth);
 }
 
 } // namespace
@@ -60,14 +77,34 @@ bool selects_whole(const Selections &selections) {
                        [](const host::Selection *selection) { return !selection->selects_below(); });
 }
 
-Selections selections_of_child(const Selections &selections, const lyd_node *child) {
-    if (selects_whole(selections))
-        return selections;
-    Selections found;
+SelectedChildren::SelectedChildren(const Selections &selections)
+    : whole_(selects_whole(selections) ? selections : Selections{}) {
+    if (!whole_.empty())
+        return;
     for (const host::Selection *selection : selections)
-        for (const host::Selection &below : selection->children)
-            if (meets(below, child))
-                found.push_back(&below);
+        for (const host::Selection &below : selection->children) {
+            if (const std::string *key = first_key_of(below))
+                entries_[below.node].emplace(*key, &below);
+            else
+                others_.push_back(&below);
+        }
+}
+
+Selections SelectedChildren::at(const lyd_node *child) const {
+    if (!whole_.empty())
+        return whole_;
+    Selections found;
+    for (const host::Selection *below : others_)
+        if (meets(*below, child))
+            found.push_back(below);
+    const auto list = entries_.find(child->schema);
+    if (list == entries_.end())
+        return found;
+    const lyd_node *key = lyd_child(child);
+    const auto [begin, end] = list->second.equal_range(key != nullptr ? lyd_get_value(key) : "");
+    for (auto below = begin; below != end; ++below)
+        if (meets(*below->second, child))
+            found.push_back(below->second);
     return found;
 }
 
@@ -92,6 +129,33 @@ host::Selection without_content_matches(host::Selection selection) {
     for (host::Selection &child : selection.children)
         child = without_content_matches(std::move(child));
     return selection;
+}
+
+// Each entry that is named by itself is a walk of the mapping by itself.
+bool names_many_entries(const host::Selection &selection) {
+    constexpr size_t many = 16;
+    std::unordered_map<const lysc_node *, size_t> times;
+    for (const host::Selection &child : selection.children)
+        if (names_many_entries(child) || (holds_nodes(child.node) && ++times[child.node] > many))
+            return true;
+    return false;
+}
+
+host::Selection broadened(const host::Selection &selection) {
+    std::unordered_map<const lysc_node *, size_t> times;
+    for (const host::Selection &child : selection.children)
+        times[child.node] += holds_nodes(child.node) ? 1 : 0;
+    host::Selection made{selection.node, selection.value, {}, selection.named};
+    for (const host::Selection &child : selection.children) {
+        size_t &left = times[child.node];
+        if (left == 1 || !holds_nodes(child.node))
+            made.children.push_back(broadened(child));
+        else if (left > 1)
+            made.children.push_back({child.node, std::nullopt, {}, false});
+        if (left > 1)
+            left = 0; // the others are in it
+    }
+    return made;
 }
 
 void keep_selected(yang::DataTree &data, const host::Selection &selection) {

@@ -3,6 +3,8 @@
 #define YFW_FRONTENDS_NETCONF_SELECTED_H
 
 #include <cstdint>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/request.h"
@@ -19,9 +21,23 @@ using Selections = std::vector<const host::Selection *>;
 // Whether one of them selects the node with all below it.
 bool selects_whole(const Selections &selections);
 
-// Those of the parts below that meet at this child: for a list entry, those with its keys. Of a node that is
-// selected whole the same, as everything below it is.
-Selections selections_of_child(const Selections &selections, const lyd_node *child);
+// The parts below some that meet at one node. Entries are found by their first key where there are many: a
+// filter may name thousands of them. Lives as long as what it is made of.
+class SelectedChildren {
+public:
+    explicit SelectedChildren(const Selections &selections);
+
+    // Those that meet at this child: for a list entry, those with its keys. Of a node that is selected whole
+    // the same, as everything below it is.
+    Selections at(const lyd_node *child) const;
+
+private:
+    using ByKey = std::unordered_multimap<std::string_view, const host::Selection *>;
+
+    const Selections whole_; // when there is no more to choose
+    Selections others_;
+    std::unordered_map<const lysc_node *, ByKey> entries_; // of lists, by their first key
+};
 
 // Whether a leaf below the node is selected, be it there or not.
 bool selects_leaf(const Selections &selections, const lysc_node *leaf);
@@ -31,6 +47,12 @@ bool has_content_matches(const host::Selection &selection);
 
 // What has to be there to tell whether they match: the same without them.
 host::Selection without_content_matches(host::Selection selection);
+
+// Whether it names so many entries that all of them together are read sooner than each for itself.
+bool names_many_entries(const host::Selection &selection);
+
+// The same with what stands several times below one parent selected whole, once.
+host::Selection broadened(const host::Selection &selection);
 
 // Takes out of the data what is not selected.
 void keep_selected(yang::DataTree &data, const host::Selection &selection);

@@ -86,10 +86,13 @@ void Subscription::try_filter() const {
 }
 
 bool Subscription::selects(const Event &event) const {
-    if (filter_->type == FilterType::subtree)
-        return !subtree_filtered(filter_->element, Document(event.xml).root()).empty();
-    return xpath_filtered(modules_.parse_notification(event.xml), *filter_, unlimited_depth, XPathUse::event) !=
-           nullptr;
+    yang::DataTree data = modules_.parse_notification(event.xml);
+    if (filter_->type == FilterType::xpath)
+        return xpath_filtered(std::move(data), *filter_, unlimited_depth, XPathUse::event) != nullptr;
+    const auto selected = subtree_selection(filter_->element, data->schema);
+    if (selected.has_value())
+        keep_selected(data, *selected);
+    return selected.has_value() && data != nullptr;
 }
 
 bool Subscription::wants(const Event &event) const {
@@ -113,18 +116,6 @@ std::string replay_complete() {
 
 std::string notification_complete() {
     return of_streams("notificationComplete");
-}
-
-std::string print_streams(const EventStream &events) {
-    std::string xml =
-        "<netconf xmlns=\"" + std::string(streams_ns) + "\"><streams><stream>" +
-        text_element("name", "NETCONF") +
-        text_element("description", "Changes of the configuration, of sessions and of neighbors") +
-        text_element("replaySupport", "true") +
-        text_element("replayLogCreationTime", print_time(events.created()));
-    if (const std::optional<EventTime> aged = events.aged())
-        xml += text_element("replayLogAgedTime", print_time(*aged));
-    return xml + "</stream></streams></netconf>";
 }
 
 } // namespace yfw::netconf

@@ -48,9 +48,6 @@ std::string print_notification(EventTime time, const std::string &event);
 std::string replay_complete();
 std::string notification_complete();
 
-// The data of nc-notifications: the streams that there are.
-std::string print_streams(const EventStream &events);
-
 } // namespace yfw::netconf
 
 #endif

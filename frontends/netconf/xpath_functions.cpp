@@ -8,8 +8,8 @@
 namespace yfw::netconf {
 namespace {
 
-// Comparing texts takes less than making them.
-constexpr size_t pairs_for_one_character = 16;
+// Comparing and copying texts takes less than making them.
+constexpr size_t moves_for_one_character = 16;
 
 bool charge(xmlXPathParserContext *parser, size_t characters) {
     auto &left = *static_cast<size_t *>(parser->context->userData);
@@ -35,16 +35,20 @@ size_t make_string(xmlXPathParserContext *parser, int place) {
     return length;
 }
 
-// Charges the arguments as strings, the first two also for being compared with one another.
+// Charges the arguments as strings, the first two also for being compared with one another. A string grows by
+// each argument, and is copied as often.
 bool charge_arguments(xmlXPathParserContext *parser, int count, bool compares) {
     size_t lengths[2] = {0, 0};
+    size_t total = 0;
     for (int i = 0; i < count && parser->error == XPATH_EXPRESSION_OK; i++) {
         const size_t length = make_string(parser, parser->valueNr - count + i);
+        total += length;
         if (i < 2)
             lengths[i] = length;
     }
     return parser->error == XPATH_EXPRESSION_OK &&
-           (!compares || charge(parser, lengths[0] * lengths[1] / pairs_for_one_character));
+           charge(parser, total * static_cast<size_t>(count) / moves_for_one_character) &&
+           (!compares || charge(parser, lengths[0] * lengths[1] / moves_for_one_character));
 }
 
 // A call without arguments is about the context node.
