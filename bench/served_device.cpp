@@ -33,8 +33,9 @@ Directory::~Directory() {
 
 ServedDevice::ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source)
     : configured_(schemas, source, directory_.path() / "commits.db"),
-      engine_(schemas, configured_, YFW_PLUGIN_LIBRARY),
-      modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR),
+      engine_(schemas, configured_, host::read_mapping(YFW_PLUGIN_LIBRARY)),
+      modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR,
+               host::read_mapping(YFW_PLUGIN_LIBRARY)),
       datastores_(schemas, configured_, engine_, events_),
       server_(options_with(socket()), schemas, engine_, datastores_, modules_, events_),
       stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), thread_([this] { server_.run(stop_); }) {}

@@ -1,4 +1,4 @@
-// The modules that a client sees: OpenConfig's and the protocol's own.
+// The modules that a client sees: those of the mapping and the protocol's own.
 #ifndef YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
 #define YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
 
@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/mapping_description.h"
 #include "yang/data_tree.h"
 
 namespace yfw::netconf {
@@ -21,12 +22,23 @@ struct ModuleName {
 
 class ProtocolModules {
 public:
-    // Loads OpenConfig's modules from one directory, the protocol's from another and those of this product from
-    // a third. Throws Error.
+    // Loads the mapping's OpenConfig modules from one directory, the protocol's from another and those of this
+    // product, such as that of the mapping's notification, from a third. Throws Error.
     ProtocolModules(const std::filesystem::path &openconfig_dir, const std::filesystem::path &protocol_dir,
-                    const std::filesystem::path &own_dir);
+                    const std::filesystem::path &own_dir, const host::MappingDescription &mapping);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
+
+    // The OpenConfig top container, as these modules have it.
+    const lysc_node *openconfig_root() const { return openconfig_root_; }
+
+    // The mapping's notification of changes; NULL when it has none.
+    const host::ChangeNotification *notification() const {
+        return notification_.has_value() ? &*notification_ : nullptr;
+    }
+
+    // The namespace of a module; empty when there is none by that name.
+    std::string namespace_of(const std::string &module) const;
 
     // The text of a module or submodule in YANG; nothing when there is none by that name and revision (empty:
     // any). Several revisions of one name are never loaded.
@@ -51,10 +63,19 @@ public:
     const std::vector<Printed> &library() const { return library_; }
 
 private:
-    void list_modules();
+    // A module that is offered, and its features that are.
+    struct Loaded {
+        std::string name;
+        std::vector<const char *> features;
+    };
+    static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping);
+
+    void list_modules(const std::vector<Loaded> &loaded);
     void print_library();
 
     yang::YangContext context_;
+    const lysc_node *openconfig_root_ = nullptr;
+    std::optional<host::ChangeNotification> notification_;
     std::vector<ModuleName> modules_;
     std::string content_id_;
     std::vector<Printed> library_;

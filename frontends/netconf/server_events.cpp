@@ -24,7 +24,7 @@ std::string print_session(const Actor &actor) {
 }
 
 std::string print_record(const EditRecord &edit) {
-    return "<edit>" + openconfig_path_element("target", edit.target) +
+    return "<edit>" + openconfig_path_element("target", edit.target, edit.openconfig) +
            text_element("operation", edit.operation) + "</edit>";
 }
 
@@ -41,23 +41,24 @@ bool stands_for_itself(const yang::EditNode &edit) {
     return edit.value.has_value() || (edit.node->nodetype == LYS_LIST && only_keys);
 }
 
-void collect(const yang::EditNode &edit, const std::string &parent, std::vector<EditRecord> &records) {
+void collect(const yang::EditNode &edit, const std::string &parent, const lysc_node *openconfig,
+             std::vector<EditRecord> &records) {
     if (edit.is_key())
         return;
     const std::string path = yang::instance_path(parent, edit);
     if (is_whole(edit) || stands_for_itself(edit)) {
-        records.push_back({path, std::string(yang::to_string(edit.operation))});
+        records.push_back({path, std::string(yang::to_string(edit.operation)), openconfig});
         return;
     }
     for (const yang::EditNode &child : edit.children)
-        collect(child, path, records);
+        collect(child, path, openconfig, records);
 }
 
 } // namespace
 
 std::vector<EditRecord> edit_records(const yang::EditNode &edit) {
     std::vector<EditRecord> records;
-    collect(edit, "", records);
+    collect(edit, "", edit.node, records);
     return records;
 }
 
@@ -78,8 +79,8 @@ void publish_config_change(events::EventStream &events, const Actor &actor,
     publish(events, "netconf-config-change", print_config_change(actor, edits));
 }
 
-std::string usual_event() {
-    const std::vector<EditRecord> edits(10, {"/lldp", "merge"});
+std::string usual_event(const lysc_node *openconfig) {
+    const std::vector<EditRecord> edits(10, {"/" + std::string(openconfig->name), "merge", openconfig});
     return event_element("netconf-config-change", print_config_change({1, "user"}, edits));
 }
 
@@ -103,12 +104,16 @@ void publish_confirmed_commit(events::EventStream &events, const Actor &actor, c
     publish(events, "netconf-confirmed-commit", xml);
 }
 
-void publish_neighbor_change(events::EventStream &events, const std::string &change,
-                             const std::string &interface, const std::string &id, const std::string &data) {
-    events.publish("yfw-lldp-notifications", "neighbor-change",
-                   "<neighbor-change xmlns=\"urn:yfw:yang:yfw-lldp-notifications\">" +
-                       text_element("change", change) + text_element("interface", interface) +
-                       text_element("id", id) + "<data>" + data + "</data></neighbor-change>");
+void publish_change(events::EventStream &events, const ProtocolModules &modules, const std::string &change,
+                    const std::vector<std::string> &keys, const std::string &data) {
+    const host::ChangeNotification *told = modules.notification();
+    if (told == nullptr)
+        return;
+    std::string xml = "<" + told->name + " xmlns=\"" + escaped(modules.namespace_of(told->module)) + "\">" +
+                      text_element("change", change);
+    for (size_t i = 0; i < std::min(keys.size(), told->keys.size()); i++)
+        xml += text_element(told->keys[i].c_str(), keys[i]);
+    events.publish(told->module, told->name, xml + "<data>" + data + "</data></" + told->name + ">");
 }
 
 } // namespace yfw::netconf

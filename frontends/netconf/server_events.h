@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "device/events/event_stream.h"
+#include "frontends/netconf/protocol_modules.h"
 #include "yang/edit.h"
 
 namespace yfw::netconf {
@@ -19,10 +20,12 @@ struct Actor {
     std::string user;
 };
 
-// A node that a request edited: its instance path below the OpenConfig module, and the word for what was done.
+// A node that a request edited: its instance path, the word for what was done, and the OpenConfig top
+// container, which the schemas own.
 struct EditRecord {
     std::string target;
     std::string operation;
+    const lysc_node *openconfig = nullptr;
 };
 
 // What an edit touches: the leaves that it sets, and the topmost node of what is replaced or taken away as a
@@ -32,8 +35,8 @@ std::vector<EditRecord> edit_records(const yang::EditNode &edit);
 void publish_config_change(events::EventStream &events, const Actor &actor,
                            const std::vector<EditRecord> &edits);
 
-// The element of an event as large as they usually are, to try a filter on.
-std::string usual_event();
+// The element of an event as large as they usually are, to try a filter on. `openconfig`: the top container.
+std::string usual_event(const lysc_node *openconfig);
 
 void publish_session_start(events::EventStream &events, const Actor &session);
 
@@ -45,10 +48,10 @@ void publish_session_end(events::EventStream &events, const Actor &session, cons
 void publish_confirmed_commit(events::EventStream &events, const Actor &actor, const std::string &what,
                               std::optional<std::chrono::seconds> timeout);
 
-// An event of yfw-lldp-notifications. `change`: added, updated or removed; `data`: the neighbor as a read shows
-// it, printed.
-void publish_neighbor_change(events::EventStream &events, const std::string &change,
-                             const std::string &interface, const std::string &id, const std::string &data);
+// The mapping's notification of a change; nothing where it has none. `change`: added, updated or removed;
+// `keys`: of the lists down to the entry; `data`: the entry as a read shows it, printed.
+void publish_change(events::EventStream &events, const ProtocolModules &modules, const std::string &change,
+                    const std::vector<std::string> &keys, const std::string &data);
 
 } // namespace yfw::netconf
 

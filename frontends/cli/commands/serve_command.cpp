@@ -51,9 +51,10 @@ struct ServeOptions {
     uint64_t largest_message = netconf::FrameLimits{}.message;
 };
 
-void publish(events::EventStream &events, const NeighborReport &report) {
-    netconf::publish_neighbor_change(events, std::string(to_string(report.change)), report.interface(),
-                                     report.id(), netconf::print_data(report.answer.get()));
+void publish(events::EventStream &events, const netconf::ProtocolModules &modules,
+             const NeighborReport &report) {
+    netconf::publish_change(events, modules, std::string(to_string(report.change)), report.keys(),
+                            netconf::print_data(report.answer.get()));
 }
 
 // Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
@@ -77,17 +78,17 @@ void serve_device(const DeviceOptions &device, netconf::ServerOptions options, c
         throw Error(ErrorTag::missing_element, "--store",
                     "a device that is given as files needs a file for its commits");
     const netconf::ProtocolModules modules(device.openconfig_models, device.native_models / "ietf",
-                                           device.native_models);
+                                           device.native_models, session.mapping);
     const std::optional<access::Nacm> nacm = access_rules(device, modules, rules);
     options.nacm = nacm.has_value() ? &*nacm : nullptr;
     events::EventStream events;
     netconf::Datastores datastores(session.schemas, session.source, session.engine, events);
     datastores.recover();
     netconf::NetconfServer server(options, session.schemas, session.engine, datastores, modules, events);
-    const NeighborReporter reporter(session.schemas, session.engine);
+    const NeighborReporter reporter(session.mapping, session.schemas, session.engine);
     const TargetKeeper keeper(session, [&](sources::NeighborEvent event) {
         if (const auto report = reporter.report(std::move(event)))
-            publish(events, *report);
+            publish(events, modules, *report);
     });
     ready();
     server.run(stop);

@@ -54,8 +54,11 @@ void run_watch(const DeviceOptions &device, bool json) {
     if (session.device.watch == nullptr)
         throw Error(ErrorTag::invalid_value, "--device",
                     "a recorded device does not change; expected lldpd:SOCKET");
+    if (!session.mapping.notification.has_value())
+        throw Error(ErrorTag::operation_not_supported, session.mapping.file.string(),
+                    "the mapping describes no notification: it tells no changes");
     const StopSignals stop;
-    const NeighborReporter reporter(session.schemas, session.engine);
+    const NeighborReporter reporter(session.mapping, session.schemas, session.engine);
     session.device.watch->run(session.schemas.context(), stop.descriptor(),
                               {[&](sources::NeighborEvent event) {
                                    if (const auto report = reporter.report(std::move(event)))

@@ -9,7 +9,7 @@ namespace yfw::cli {
 struct Installation {
     std::filesystem::path models;   // YANG modules
     std::filesystem::path examples; // recorded devices
-    std::filesystem::path plugin;
+    std::filesystem::path plugin;   // its library, or its description
 };
 
 // Of an installed program, below its prefix; of one that was not installed, where it was built.

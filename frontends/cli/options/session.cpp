@@ -70,9 +70,10 @@ std::filesystem::path store_of(const DeviceOptions &options) {
 }
 
 Session::Session(const DeviceOptions &options, Use use)
-    : schemas(options.native_models, options.openconfig_models), device(open_device(options, use)),
-      source(schemas, *device.source, store_of(options), device.target),
-      engine(schemas, source, options.plugin) {
+    : mapping(host::read_mapping(options.plugin)),
+      schemas(options.native_models, options.openconfig_models, mapping.modules),
+      device(open_device(options, use)), source(schemas, *device.source, store_of(options), device.target),
+      engine(schemas, source, mapping) {
     engine.set_trace(options.trace);
     source.restore_target();
 }

@@ -1,4 +1,4 @@
-// What a command works with: the models, the device, the engine.
+// What a command works with: the mapping, the models, the device, the engine.
 #ifndef YFW_FRONTENDS_CLI_OPTIONS_SESSION_H
 #define YFW_FRONTENDS_CLI_OPTIONS_SESSION_H
 
@@ -28,6 +28,7 @@ enum class Use { once, serving };
 struct Session {
     explicit Session(const DeviceOptions &options, Use use = Use::once);
 
+    host::MappingDescription mapping;
     yang::Schemas schemas;
     OpenedDevice device;
     device::ConfiguredSource source;

@@ -30,10 +30,11 @@ FuzzedServer::State::State(FuzzedServer &all)
 
 // The engine stays: with this device of one node it keeps the plug-in loaded, and the fuzzer's counters in it.
 FuzzedServer::FuzzedServer()
-    : directory_(make_directory()), schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR),
+    : directory_(make_directory()), mapping_(host::read_mapping(YFW_PLUGIN_LIBRARY)),
+      schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR, mapping_.modules),
       recorded_(sources::FileSource::of_device(YFW_DEVICE_DIR)),
-      source_(schemas_, recorded_, directory_ / "commits.db"), engine_(schemas_, source_, YFW_PLUGIN_LIBRARY),
-      modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR) {}
+      source_(schemas_, recorded_, directory_ / "commits.db"), engine_(schemas_, source_, mapping_),
+      modules_(YFW_MODELS_DIR, std::filesystem::path(YFW_MODELS_DIR) / "ietf", YFW_MODELS_DIR, mapping_) {}
 
 FuzzedServer::~FuzzedServer() {
     std::error_code ignored;

@@ -39,6 +39,7 @@ private:
     };
 
     std::filesystem::path directory_; // of the store alone
+    host::MappingDescription mapping_;
     yang::Schemas schemas_;
     sources::FileSource recorded_;
     device::ConfiguredSource source_;
