@@ -18,7 +18,8 @@ namespace {
 using namespace yfw;
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR,
+                                      host::read_mapping(YFW_PLUGIN_LIBRARY).modules);
     return loaded;
 }
 
@@ -48,7 +49,8 @@ struct Device {
     explicit Device(int64_t interfaces)
         : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
           files(configuration(interfaces)), source(schemas(), files, directory / "commits.db"),
-          engine(schemas(), source, YFW_PLUGIN_LIBRARY), editor(schemas(), source, engine, nullptr) {
+          engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY)),
+          editor(schemas(), source, engine, nullptr) {
         std::filesystem::create_directories(directory);
     }
     ~Device() { std::filesystem::remove_all(directory); }

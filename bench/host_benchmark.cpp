@@ -11,7 +11,8 @@ namespace {
 using namespace yfw;
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR,
+                                      host::read_mapping(YFW_PLUGIN_LIBRARY).modules);
     return loaded;
 }
 
@@ -28,7 +29,7 @@ host::ReadRequest request_for(const char *path) {
 
 void map_everything(benchmark::State &state) {
     bench::GeneratedSource source = source_with(state.range(0));
-    host::Engine engine(schemas(), source, YFW_PLUGIN_LIBRARY);
+    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY));
     const host::ReadRequest request = request_for("/lldp");
     for (auto _ : state)
         benchmark::DoNotOptimize(engine.read(request).data);
@@ -37,7 +38,7 @@ void map_everything(benchmark::State &state) {
 
 void map_one_interface(benchmark::State &state) {
     bench::GeneratedSource source = source_with(state.range(0));
-    host::Engine engine(schemas(), source, YFW_PLUGIN_LIBRARY);
+    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY));
     const host::ReadRequest request = request_for("/lldp/interfaces/interface[name='eth7']");
     for (auto _ : state)
         benchmark::DoNotOptimize(engine.read(request).data);
@@ -53,7 +54,7 @@ void copy_native_data(benchmark::State &state) {
 
 void print_answer(benchmark::State &state) {
     bench::GeneratedSource source = source_with(state.range(0));
-    host::Engine engine(schemas(), source, YFW_PLUGIN_LIBRARY);
+    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY));
     const host::Answer answer = engine.read(request_for("/lldp"));
     for (auto _ : state) {
         char *text = nullptr;

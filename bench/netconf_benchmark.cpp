@@ -22,7 +22,8 @@ namespace {
 using namespace yfw;
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR,
+                                      host::read_mapping(YFW_PLUGIN_LIBRARY).modules);
     return loaded;
 }
 

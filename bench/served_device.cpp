@@ -32,8 +32,9 @@ Directory::~Directory() {
 }
 
 ServedDevice::ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source)
-    : device_(schemas, source, directory_.path() / "commits.db", YFW_PLUGIN_LIBRARY), service_(device_),
-      modules_(yang::ModuleFiles({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR})),
+    : mapping_(host::read_mapping(YFW_PLUGIN_LIBRARY)),
+      device_(schemas, source, directory_.path() / "commits.db", mapping_), service_(device_),
+      modules_(yang::ModuleFiles({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR}), mapping_),
       server_(options_with(socket()), service_, modules_, events_),
       stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), thread_([this] { server_.run(stop_); }) {}
 

@@ -37,6 +37,7 @@ public:
 
 private:
     Directory directory_;
+    host::MappingDescription mapping_;
     device::ManagedDevice device_;
     device::Service service_;
     netconf::ProtocolModules modules_;

@@ -97,6 +97,26 @@ INSTANTIATE_TEST_SUITE_P(
             "OfALeafOfAHundredEntries",
             subtree(interfaces(interfaces_up_to(100) + interface_of("eth3", "<config><enabled/></config>"))),
             interfaces(all_of("eth1") + interface_of("eth3", "<config><enabled>true</enabled></config>"))},
+        FilterCase{"OfAContainerTwice",
+                   subtree(lldp("<interfaces/><interfaces>" + interface_of("eth3") + "</interfaces>")),
+                   interfaces(all_interfaces)},
+        FilterCase{"OfAContainersPartsOfDifferentEntries",
+                   subtree(interfaces("<interface><config><enabled/></config><config><name>eth2</name></config>"
+                                      "</interface>")),
+                   interfaces(interface_of("eth1", "<config><enabled>true</enabled></config>") +
+                              all_of("eth2") +
+                              interface_of("eth3", "<config><enabled>true</enabled></config>"))},
+        FilterCase{"OfAKeyBesideContentOfOneEntry",
+                   subtree(interfaces("<interface><name/><config><name>eth3</name></config></interface>")),
+                   interfaces(interface_of("eth1") + interface_of("eth2") + all_of("eth3"))},
+        FilterCase{"OfAKeyTwice", subtree(interfaces("<interface><name/><name>eth3</name></interface>")),
+                   interfaces(interface_of("eth3"))},
+        FilterCase{"OfContentBesideAnUnknownLeaf",
+                   subtree(lldp("<config><enabled>true</enabled><nonsense/></config>")),
+                   lldp("<config><enabled>true</enabled></config>")},
+        FilterCase{"OfAnEntryBesideAnUnknownLeaf",
+                   subtree(interfaces("<interface><name>eth1</name><nonsense/></interface>")),
+                   interfaces(interface_of("eth1"))},
         FilterCase{"OfALeafOfOneEntry",
                    subtree(interfaces(interface_of("eth2", "<config><enabled/></config>"))),
                    interfaces(interface_of("eth2", "<config><enabled>true</enabled></config>"))},
@@ -173,6 +193,8 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"OfTwoValuesOfOneKey",
                    xpath("/oc:lldp/oc:interfaces/oc:interface[oc:name='eth1'][oc:name='eth2']"), ""},
         FilterCase{"OfTheRoot", xpath("/"), whole},
+        FilterCase{"OfAnyNodeOfANamespace", xpath("/oc:*/oc:interfaces/oc:interface[oc:name='eth2']"),
+                   interfaces(all_of("eth2"))},
         FilterCase{"WithoutPrefixes", xpath("/lldp/interfaces/interface[name='eth2']"),
                    interfaces(all_of("eth2"))},
         FilterCase{"WithAndInAPredicate", xpath("/oc:lldp/oc:config[oc:enabled and oc:system-name]"),
@@ -229,6 +251,19 @@ INSTANTIATE_TEST_SUITE_P(
                    interfaces(neighbor("eth2", "r3.example.net#eth1", "<ttl>8</ttl>"))},
         FilterCase{"OfNothing", subtree(""), ""}),
     name_of);
+
+// Those of all modules stand below one root.
+TEST_F(NetconfFilter, ByXPathSeesTheTopNodesOfAllModules) {
+    const auto selects = [this](const std::string &expression) {
+        const Xml reply = client.rpc("<get>" + xpath(expression) + "</get>");
+        return reply.at("data/lldp") != nullptr;
+    };
+    EXPECT_TRUE(selects("/*[1]"));
+    EXPECT_FALSE(selects("/*[2]"));
+    EXPECT_TRUE(selects("/oc:lldp[/netconf-state]"));
+    EXPECT_FALSE(selects("/oc:lldp[not(/netconf-state)]"));
+    EXPECT_TRUE(selects("/oc:lldp[count(/*) = 5]"));
+}
 
 TEST_F(NetconfFilter, OfTheWholeDeviceSelectsWhatTheCommandLineReads) {
     const Outcome outcome =

@@ -59,27 +59,28 @@ Element operation_of(const Element &rpc) {
 }
 
 std::string perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
+    const lysc_node *openconfig = server.schemas().openconfig_root();
     try {
         return perform(server, caller, operation_of(rpc), reply.aftermath);
     } catch (const RpcError &error) {
         reply.is_error = true;
         reply.is_bad = error.type == "rpc"; // of the layer of messages (RFC 6022)
-        return print_error(error);
+        return print_error(error, openconfig);
     } catch (const Error &error) {
         reply.is_error = true;
-        return print_error(rpc_error_of(error));
+        return print_error(rpc_error_of(error, openconfig), openconfig);
     } catch (const std::bad_alloc &) {
         reply.is_error = true;
-        return print_error(RpcError("application", "resource-denied", "out of memory"));
+        return print_error(RpcError("application", "resource-denied", "out of memory"), openconfig);
     } catch (const std::exception &error) {
         reply.is_error = true;
-        return print_error(RpcError("application", "operation-failed", error.what()));
+        return print_error(RpcError("application", "operation-failed", error.what()), openconfig);
     }
 }
 
-Reply malformed(const RpcError &error) {
+Reply malformed(const Server &server, const RpcError &error) {
     Reply reply;
-    reply.text = reply_with("", print_error(error));
+    reply.text = reply_with("", print_error(error, server.schemas().openconfig_root()));
     reply.aftermath.close = true; // what follows cannot be trusted either
     reply.is_bad = reply.is_error = true;
     return reply;
@@ -118,11 +119,11 @@ Reply answer(const Server &server, const Caller &caller, const std::string &mess
     try {
         document.emplace(message);
     } catch (const RpcError &error) {
-        return malformed(error);
+        return malformed(server, error);
     }
     const Element rpc = document->root();
     if (!rpc.is(base_ns, "rpc"))
-        return malformed(RpcError("rpc", "malformed-message", "expected an <rpc>"));
+        return malformed(server, RpcError("rpc", "malformed-message", "expected an <rpc>"));
     Reply reply;
     const std::string content = perform_or_tell(server, caller, rpc, reply);
     reply.text = reply_with(echoed_attributes(rpc), content);

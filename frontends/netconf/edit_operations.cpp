@@ -19,7 +19,20 @@ yang::Operation default_operation_of(const Element &edit) {
         .with_info("<bad-element>default-operation</bad-element>");
 }
 
+// An operation here would be about everything; nobody may take it for done.
+void refuse_more_than_elements(const Element &config) {
+    for (const Element::Attribute &attribute : config.attributes())
+        if (attribute.prefix != "xml")
+            throw RpcError("protocol", "unknown-attribute", "<config> takes no attributes")
+                .with_info(text_element("bad-attribute", std::string(attribute.name)) +
+                           "<bad-element>config</bad-element>");
+    if (!config.text().empty())
+        throw RpcError("protocol", "bad-element", "<config> holds elements, and no text")
+            .with_info("<bad-element>config</bad-element>");
+}
+
 std::optional<yang::EditNode> edit_of(const Server &server, const Element &config, yang::Operation operation) {
+    refuse_more_than_elements(config);
     const std::vector<Element> tops = config.children();
     if (tops.empty())
         return std::nullopt;

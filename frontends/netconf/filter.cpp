@@ -56,6 +56,7 @@ std::string matched_value(const Element &filter, const lysc_node *leaf) {
 
 std::optional<host::Selection> select_children(const Element &filter, const lysc_node *node) {
     host::Selection selected{node, std::nullopt, {}, false};
+    bool selects_what_is_not_there = false;
     for (const Element &child : filter.children()) {
         const lysc_node *below = node_meant(child, node);
         std::optional<host::Selection> part = below != nullptr ? select(child, below) : std::nullopt;
@@ -63,13 +64,16 @@ std::optional<host::Selection> select_children(const Element &filter, const lysc
             selected.children.push_back(std::move(*part));
         else if (!child.text().empty())
             return std::nullopt; // content that cannot match: nothing of this node is selected
+        else
+            selects_what_is_not_there = true;
     }
     if (selected.children.empty())
         return std::nullopt;
     // Beside something that is selected, a leaf that has to match is itself part of the answer.
-    if (selected.selects_below())
+    if (selected.selects_below() || selects_what_is_not_there)
         for (host::Selection &child : selected.children)
-            child.named = child.named || (child.value.has_value() && !child.is_key());
+            child.named =
+                child.named || (child.value.has_value() && (!child.is_key() || selects_what_is_not_there));
     return selected;
 }
 

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "frontends/netconf/selected.h"
 #include "frontends/netconf/xml.h"
@@ -30,6 +31,10 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
 
 // Who waits for the answer: a client for a request, or the event loop for an event, which must not wait long.
 enum class XPathUse { request, event };
+
+// The same as follows, of trees that stand side by side below one root: those of all modules (RFC 6241
+// section 8.9.1).
+void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, uint32_t depth, XPathUse use);
 
 // What an XPath filter selects of the data, with the nodes that lead to it and their keys, and of each selected
 // node no more than `depth` levels. Throws RpcError: "too-big" for an expression longer than 16 KiB,

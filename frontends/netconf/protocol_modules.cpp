@@ -4,37 +4,12 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <string_view>
 
 #include "base/error.h"
 #include "yang/schemas.h"
 
 namespace yfw::netconf {
 namespace {
-
-// A module that is offered, and its features that are.
-struct Loaded {
-    const char *name;
-    std::vector<const char *> features;
-};
-
-const std::vector<Loaded> &loaded() {
-    static const std::vector<Loaded> all{
-        {"openconfig-lldp", {}},
-        {"openconfig-lldp-types", {}},
-        {"ietf-netconf",
-         {"writable-running", "candidate", "confirmed-commit", "rollback-on-error", "validate", "xpath"}},
-        {"ietf-netconf-monitoring", {}},
-        {"ietf-yang-library", {}},
-        {"ietf-datastores", {}},
-        {"notifications", {}},
-        {"nc-notifications", {}},
-        {"ietf-netconf-notifications", {}},
-        {"yfw-lldp-notifications", {}},
-        {"ietf-netconf-with-defaults", {}},
-        {"ietf-netconf-nmda", {"with-defaults"}}};
-    return all;
-}
 
 std::string with_commas(const std::vector<const char *> &words) {
     std::string text;
@@ -56,21 +31,46 @@ using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
 
-ProtocolModules::ProtocolModules(const yang::ModuleFiles &files) : context_(yang::ModuleFiles::make_context()) {
-    for (const Loaded &module : loaded())
+// The order is that of the capabilities in a <hello>.
+std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::MappingDescription &mapping) {
+    std::vector<Loaded> all;
+    for (const std::string &module : mapping.modules.openconfig)
+        all.push_back({module, {}});
+    all.insert(all.end(), {{"ietf-netconf",
+                            {"writable-running", "candidate", "confirmed-commit", "rollback-on-error",
+                             "validate", "xpath"}},
+                           {"ietf-netconf-monitoring", {}},
+                           {"ietf-yang-library", {}},
+                           {"ietf-datastores", {}},
+                           {"notifications", {}},
+                           {"nc-notifications", {}},
+                           {"ietf-netconf-notifications", {}}});
+    if (mapping.notification.has_value())
+        all.push_back({mapping.notification->module, {}});
+    all.insert(all.end(), {{"ietf-netconf-with-defaults", {}}, {"ietf-netconf-nmda", {"with-defaults"}}});
+    return all;
+}
+
+ProtocolModules::ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping)
+    : context_(yang::ModuleFiles::make_context()), notification_(mapping.notification) {
+    const std::vector<Loaded> loaded = loaded_with(mapping);
+    for (const Loaded &module : loaded)
         files.load(context_.get(), module.name, module.features);
-    list_modules();
+    const std::string top = "/" + mapping.modules.openconfig.front() + ":" + mapping.modules.top;
+    openconfig_root_ = lys_find_path(context_.get(), nullptr, top.c_str(), 0);
+    if (openconfig_root_ == nullptr)
+        throw Error(ErrorTag::operation_failed, top, yang::take_yang_error(context_.get()));
+    list_modules(loaded);
     make_library();
 }
 
-void ProtocolModules::list_modules() {
+void ProtocolModules::list_modules(const std::vector<Loaded> &loaded) {
     uint32_t index = 0;
     std::string all;
     while (const lys_module *module = ly_ctx_get_module_iter(context_.get(), &index)) {
-        const auto offered = std::find_if(loaded().begin(), loaded().end(), [&](const Loaded &one) {
-            return std::string_view(one.name) == module->name;
-        });
-        const bool is_offered = offered != loaded().end();
+        const auto offered = std::find_if(loaded.begin(), loaded.end(),
+                                          [&](const Loaded &one) { return one.name == module->name; });
+        const bool is_offered = offered != loaded.end();
         modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
                             is_offered, is_offered ? with_commas(offered->features) : ""});
         all += modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") +
@@ -99,6 +99,12 @@ void ProtocolModules::make_library() {
         if (lyd_new_path(data, context_.get(), path.c_str(), "complete", 0, nullptr) != LY_SUCCESS)
             throw Error(ErrorTag::operation_failed, path, yang::take_yang_error(context_.get()));
     }
+}
+
+std::string ProtocolModules::namespace_of(const std::string &module) const {
+    const auto found = std::find_if(modules_.begin(), modules_.end(),
+                                    [&](const ModuleName &one) { return one.name == module; });
+    return found != modules_.end() ? found->ns : "";
 }
 
 yang::DataTree ProtocolModules::parse_notification(const std::string &xml) const {

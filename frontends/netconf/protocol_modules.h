@@ -1,4 +1,4 @@
-// The modules that a client sees: OpenConfig's and the protocol's own.
+// The modules that a client sees: those of the mapping and the protocol's own.
 #ifndef YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
 #define YFW_FRONTENDS_NETCONF_PROTOCOL_MODULES_H
 
@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/mapping_description.h"
 #include "yang/data_tree.h"
 #include "yang/module_files.h"
 
@@ -21,10 +22,22 @@ struct ModuleName {
 
 class ProtocolModules {
 public:
-    // Throws Error for a module that is missing or cannot be loaded.
-    explicit ProtocolModules(const yang::ModuleFiles &files);
+    // The mapping's OpenConfig modules, the protocol's, and that of the mapping's notification. Throws Error
+    // for a module that is missing or cannot be loaded.
+    ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
+
+    // The OpenConfig top container, as these modules have it.
+    const lysc_node *openconfig_root() const { return openconfig_root_; }
+
+    // The mapping's notification of changes; NULL when it has none.
+    const host::ChangeNotification *notification() const {
+        return notification_.has_value() ? &*notification_ : nullptr;
+    }
+
+    // The namespace of a module; empty when there is none by that name.
+    std::string namespace_of(const std::string &module) const;
 
     // The text of a module or submodule in YANG; nothing when there is none by that name and revision (empty:
     // any). Several revisions of one name are never loaded.
@@ -44,10 +57,19 @@ public:
     const ly_ctx *context() const { return context_.get(); }
 
 private:
-    void list_modules();
+    // A module that is offered, and its features that are.
+    struct Loaded {
+        std::string name;
+        std::vector<const char *> features;
+    };
+    static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping);
+
+    void list_modules(const std::vector<Loaded> &loaded);
     void make_library();
 
     yang::YangContext context_; // outlives the data
+    const lysc_node *openconfig_root_ = nullptr;
+    std::optional<host::ChangeNotification> notification_;
     std::vector<ModuleName> modules_;
     std::string content_id_;
     yang::DataTree library_;

@@ -26,18 +26,17 @@ bool wants_defaults(const Wanted &wanted) {
            (wanted.defaults == WithDefaults::report_all || wanted.defaults == WithDefaults::report_all_tagged);
 }
 
-// As far as the caller may read it. What may not be read must not be told by what matches it either, so such
-// a filter is applied to what is left; so is one that names very many entries.
+// As far as the caller may read it. What may not be read must not be told by what matches it either, so a
+// filter with values is applied to what is left.
 host::Answer read_readable(const Call &call, host::ReadRequest request, const Read &read) {
     const host::Selection selection = *request.selection;
-    const bool hides = call.caller.rules != nullptr && has_content_matches(selection);
-    const bool is_broad = names_many_entries(selection);
-    if (hides || is_broad)
-        request.selection = without_content_matches(is_broad ? broadened(selection) : selection);
+    const bool is_filtered = has_to_be_filtered(selection);
+    if (is_filtered)
+        request.selection = broadened(selection);
     host::Answer answer = read(request);
     if (call.caller.rules != nullptr)
         call.caller.rules->remove_unreadable(answer.data);
-    if (hides || is_broad)
+    if (is_filtered)
         keep_selected(answer.data, selection);
     return answer;
 }
@@ -55,56 +54,68 @@ std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, c
     return paths->empty() ? std::nullopt : std::optional(host::merge_paths(*paths));
 }
 
-// What the filter leaves of data that was read for it.
-std::string print_filtered(yang::DataTree data, const Wanted &wanted,
-                           const std::optional<host::Selection> &needed) {
-    if (wanted.filter.has_value() && wanted.filter->type == FilterType::xpath)
-        data = xpath_filtered(std::move(data), *wanted.filter, wanted.depth);
-    else if (needed.has_value())
-        cut_selected(data.get(), *needed, wanted.depth);
-    return wanted.depth == unlimited_depth ? print_data(data.get(), wanted.defaults)
-                                           : print_cut_data(data.get(), wanted.defaults);
+bool is_xpath(const Wanted &wanted) {
+    return wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
 }
 
-// Reads the OpenConfig tree, no more of it than the filter needs.
-std::string read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
+// Reads the OpenConfig tree, no more of it than the filter needs. NULL when that is nothing.
+yang::DataTree read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
     const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
-    yang::DataTree data;
-    if (needed.has_value())
-        data = read_readable(call, {wanted.content, {}, needed}, read).data;
-    if (wants_defaults(wanted) && needed.has_value())
+    if (!needed.has_value())
+        return nullptr;
+    yang::DataTree data = read_readable(call, {wanted.content, {}, needed}, read).data;
+    if (wants_defaults(wanted))
         add_defaults(data.get(), *needed);
-    return print_filtered(std::move(data), wanted, needed);
+    if (!is_xpath(wanted))
+        cut_selected(data.get(), *needed, wanted.depth);
+    return data;
 }
 
-std::string read_own(const Call &call, const Wanted &wanted, const OwnData &own) {
+// The same of what the server tells of itself.
+yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &own) {
     const auto needed = needed_for(wanted.filter, own.schema);
     if (!needed.has_value())
-        return "";
+        return nullptr;
     yang::DataTree data = own.make();
     if (call.caller.rules != nullptr)
         call.caller.rules->remove_unreadable(data);
+    if (is_xpath(wanted))
+        return data;
     keep_selected(data, *needed);
-    return print_filtered(std::move(data), wanted, needed);
+    cut_selected(data.get(), *needed, wanted.depth);
+    return data;
+}
+
+std::string print_filtered(std::vector<yang::DataTree> trees, const Wanted &wanted) {
+    if (is_xpath(wanted))
+        filter_by_xpath(trees, *wanted.filter, wanted.depth, XPathUse::request);
+    std::string xml;
+    for (const yang::DataTree &tree : trees)
+        xml += wanted.depth == unlimited_depth ? print_data(tree.get(), wanted.defaults)
+                                               : print_cut_data(tree.get(), wanted.defaults);
+    return xml;
 }
 
 // Configuration and state of the device, and the server's own data, which is all state.
 std::string read_operational(const Call &call, const Wanted &wanted) {
-    std::string xml = read_openconfig(
-        call, wanted, [&](const host::ReadRequest &request) { return call.server.device().read(request); });
+    std::vector<yang::DataTree> trees;
+    trees.push_back(read_openconfig(
+        call, wanted, [&](const host::ReadRequest &request) { return call.server.device().read(request); }));
     if (wanted.content != host::Content::config)
         for (const OwnData &own : own_data(call.server))
-            xml += read_own(call, wanted, own);
-    return xml;
+            trees.push_back(read_own(call, wanted, own));
+    return print_filtered(std::move(trees), wanted);
 }
 
 std::string read_configuration(const Call &call, Datastore datastore, Wanted wanted) {
     if (wanted.content == host::Content::state) // there is none in a configuration
         return "";
     wanted.content = host::Content::config;
-    return read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
+    std::vector<yang::DataTree> trees;
+    trees.push_back(read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
         return call.server.device().read(request, call.server.datastores().read(datastore));
-    });
+    }));
+    return print_filtered(std::move(trees), wanted);
 }
 
 Wanted wanted_of(const Element &operation) {

@@ -7,7 +7,7 @@ namespace yfw::netconf {
 namespace {
 
 // Each step of an OpenConfig path gets the prefix that openconfig_path_element() declares.
-std::string prefixed(const std::string &path) {
+std::string prefixed(const std::string &path, const std::string &prefix) {
     std::string text;
     bool quoted = false;
     bool step = false;
@@ -15,20 +15,21 @@ std::string prefixed(const std::string &path) {
         if (c == '\'')
             quoted = !quoted;
         if (step && c != '/')
-            text += "oc-lldp:";
+            text += prefix;
         step = !quoted && (c == '/' || c == '[');
         text += c;
     }
     return text;
 }
 
-bool is_openconfig_path(const std::string &path) {
-    return path == "/lldp" || path.rfind("/lldp/", 0) == 0;
+bool is_openconfig_path(const std::string &path, const lysc_node *openconfig) {
+    const std::string top = "/" + std::string(openconfig->name);
+    return path == top || path.starts_with(top + "/");
 }
 
-// "/openconfig-lldp:lldp/config" as "/lldp/config".
-std::string without_module(const std::string &path) {
-    const std::string module = "/openconfig-lldp:";
+// "/module:top/config" as "/top/config".
+std::string without_module(const std::string &path, const lysc_node *openconfig) {
+    const std::string module = "/" + std::string(openconfig->module->name) + ":";
     return path.rfind(module, 0) == 0 ? "/" + path.substr(module.size()) : path;
 }
 
@@ -81,15 +82,15 @@ std::string escaped(std::string_view text) {
     return out;
 }
 
-RpcError rpc_error_of(const Error &error) {
+RpcError rpc_error_of(const Error &error, const lysc_node *openconfig) {
     if (error.status() == host::status_leafref_mismatch) // RFC 7950 section 15.5
         return RpcError("application", "data-missing", error.what())
-            .at(without_module(error.path()) + "/config/name")
+            .at(without_module(error.path(), openconfig) + "/config/name")
             .with_app_tag("instance-required");
     RpcError told(error.is_by_request() ? "protocol" : "application", std::string(to_string(error.tag())),
                   error.what());
-    const std::string path = without_module(error.path());
-    if (is_openconfig_path(path))
+    const std::string path = without_module(error.path(), openconfig);
+    if (is_openconfig_path(path, openconfig))
         told.at(path);
     const size_t step = path.find_last_of('/');
     const std::string name = step == std::string::npos ? path : path.substr(step + 1);
@@ -100,17 +101,18 @@ std::string text_element(const char *name, const std::string &text) {
     return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
 }
 
-std::string openconfig_path_element(const char *name, const std::string &path) {
-    return "<" + std::string(name) + " xmlns:oc-lldp=\"http://openconfig.net/yang/lldp\">" +
-           escaped(prefixed(without_module(path))) + "</" + name + ">";
+std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig) {
+    const std::string prefix = openconfig->module->prefix;
+    return "<" + std::string(name) + " xmlns:" + prefix + "=\"" + escaped(openconfig->module->ns) + "\">" +
+           escaped(prefixed(without_module(path, openconfig), prefix + ":")) + "</" + name + ">";
 }
 
-std::string print_error(const RpcError &error) {
+std::string print_error(const RpcError &error, const lysc_node *openconfig) {
     std::string xml = "<rpc-error>" + text_element("error-type", error.type) +
                       text_element("error-tag", error.tag) + "<error-severity>error</error-severity>" +
                       text_element("error-app-tag", error.app_tag);
     if (!error.path.empty())
-        xml += openconfig_path_element("error-path", error.path);
+        xml += openconfig_path_element("error-path", error.path, openconfig);
     if (*error.what() != '\0')
         xml += "<error-message xml:lang=\"en\">" + escaped(error.what()) + "</error-message>";
     if (!error.info.empty())

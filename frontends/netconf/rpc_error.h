@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <libyang/libyang.h>
+
 #include "base/error.h"
 
 namespace yfw::netconf {
@@ -36,18 +38,18 @@ public:
     std::string info;
 };
 
-// The host's error in NETCONF's words: the tag, the path with the OpenConfig prefix, the app-tag of RFC 7950
-// section 15 where there is one.
-RpcError rpc_error_of(const Error &error);
+// The host's error in NETCONF's words: the tag, the path where it is one below `openconfig`, the top container,
+// and the app-tag of RFC 7950 section 15 where there is one.
+RpcError rpc_error_of(const Error &error, const lysc_node *openconfig);
 
-// The <rpc-error> element.
-std::string print_error(const RpcError &error);
+// The <rpc-error> element; its path has the prefix of the module of `openconfig`.
+std::string print_error(const RpcError &error, const lysc_node *openconfig);
 
 // An element that holds this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);
 
-// An element that holds the instance path of an OpenConfig node, given without prefixes.
-std::string openconfig_path_element(const char *name, const std::string &path);
+// An element that holds the instance path of a node below `openconfig`, given without prefixes.
+std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig);
 
 // Text as XML character data, also within a quoted attribute.
 std::string escaped(std::string_view text);

@@ -1,6 +1,7 @@
 #include "frontends/netconf/selected.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace yfw::netconf {
@@ -116,45 +117,39 @@ bool selects_leaf(const Selections &selections, const lysc_node *leaf) {
     return selects_whole(selections) || std::any_of(selections.begin(), selections.end(), names_leaf);
 }
 
-bool has_content_matches(const host::Selection &selection) {
-    return (selection.value.has_value() && !selection.is_key()) ||
-           std::any_of(selection.children.begin(), selection.children.end(), has_content_matches);
-}
-
-host::Selection without_content_matches(host::Selection selection) {
-    if (!selection.selects_below())
-        std::erase_if(selection.children, [](const host::Selection &child) { return !child.is_key(); });
-    if (!selection.is_key())
-        selection.value.reset();
-    for (host::Selection &child : selection.children)
-        child = without_content_matches(std::move(child));
-    return selection;
-}
-
-// Each entry that is named by itself is a walk of the mapping by itself.
-bool names_many_entries(const host::Selection &selection) {
-    constexpr size_t many = 16;
+// Each entry that is named by itself is a walk of the mapping by itself; of anything else, the mapping takes
+// one part for all.
+bool has_to_be_filtered(const host::Selection &selection) {
+    constexpr size_t most_entries = 16;
     std::unordered_map<const lysc_node *, size_t> times;
-    for (const host::Selection &child : selection.children)
-        if (names_many_entries(child) || (holds_nodes(child.node) && ++times[child.node] > many))
-            return true;
-    return false;
+    return (selection.value.has_value() && !selection.is_key()) ||
+           std::any_of(selection.children.begin(), selection.children.end(), [&](const host::Selection &child) {
+               const size_t most = child.node->nodetype == LYS_LIST ? most_entries : 1;
+               return ++times[child.node] > most || has_to_be_filtered(child);
+           });
 }
 
 host::Selection broadened(const host::Selection &selection) {
     std::unordered_map<const lysc_node *, size_t> times;
     for (const host::Selection &child : selection.children)
-        times[child.node] += holds_nodes(child.node) ? 1 : 0;
-    host::Selection made{selection.node, selection.value, {}, selection.named};
-    for (const host::Selection &child : selection.children) {
-        size_t &left = times[child.node];
-        if (left == 1 || !holds_nodes(child.node))
-            made.children.push_back(broadened(child));
-        else if (left > 1)
-            made.children.push_back({child.node, std::nullopt, {}, false});
-        if (left > 1)
-            left = 0; // the others are in it
-    }
+        times[child.node]++;
+    host::Selection made{
+        selection.node, selection.is_key() ? selection.value : std::nullopt, {}, selection.named};
+    const bool repeats_leaf = std::any_of(times.begin(), times.end(), [](const auto &child) {
+        return child.second > 1 && !holds_nodes(child.first);
+    });
+    if (repeats_leaf || !selection.selects_below())
+        std::copy_if(selection.children.begin(), selection.children.end(), std::back_inserter(made.children),
+                     [&](const host::Selection &child) { return child.is_key() && times[child.node] == 1; });
+    else
+        for (const host::Selection &child : selection.children) {
+            size_t &left = times[child.node];
+            if (left == 1)
+                made.children.push_back(broadened(child));
+            else if (left > 1)
+                made.children.push_back({child.node, std::nullopt, {}, false});
+            left = left > 1 ? 0 : left; // the others are in it
+        }
     return made;
 }
 

@@ -42,16 +42,12 @@ private:
 // Whether a leaf below the node is selected, be it there or not.
 bool selects_leaf(const Selections &selections, const lysc_node *leaf);
 
-// Whether it asks for values other than keys.
-bool has_content_matches(const host::Selection &selection);
+// Whether more has to be read than it selects, and then filtered: it asks for values that are no keys, has a
+// node several times in one place, or names so many entries that all of them together are read sooner.
+bool has_to_be_filtered(const host::Selection &selection);
 
-// What has to be there to tell whether they match: the same without them.
-host::Selection without_content_matches(host::Selection selection);
-
-// Whether it names so many entries that all of them together are read sooner than each for itself.
-bool names_many_entries(const host::Selection &selection);
-
-// The same with what stands several times below one parent selected whole, once.
+// What has to be read then: the same without values other than keys, and with what stands several times
+// selected whole.
 host::Selection broadened(const host::Selection &selection);
 
 // Takes out of the data what is not selected.

@@ -22,7 +22,7 @@ std::string print_session(const Actor &actor) {
 }
 
 std::string print_record(const events::EditRecord &edit) {
-    return "<edit>" + openconfig_path_element("target", edit.target) +
+    return "<edit>" + openconfig_path_element("target", edit.target, edit.openconfig) +
            text_element("operation", edit.operation) + "</edit>";
 }
 
@@ -66,9 +66,9 @@ void DeviceEvents::changed(const events::ConfirmedCommit &commit) {
     publish(stream_, "netconf-confirmed-commit", xml);
 }
 
-std::string usual_event() {
-    const events::ConfigurationChange change{{1, "user"}, {10, {"/lldp", "merge"}}};
-    return event_element("netconf-config-change", print_config_change(change));
+std::string usual_event(const lysc_node *openconfig) {
+    const events::EditRecord record{"/" + std::string(openconfig->name), "merge", openconfig};
+    return event_element("netconf-config-change", print_config_change({{1, "user"}, {10, record}}));
 }
 
 void publish_session_start(EventStream &events, const Actor &session) {
@@ -83,12 +83,16 @@ void publish_session_end(EventStream &events, const Actor &session, const std::s
     publish(events, "netconf-session-end", xml + text_element("termination-reason", reason));
 }
 
-void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
-                             const std::string &id, const std::string &data) {
-    events.publish("yfw-lldp-notifications", "neighbor-change",
-                   "<neighbor-change xmlns=\"urn:yfw:yang:yfw-lldp-notifications\">" +
-                       text_element("change", change) + text_element("interface", interface) +
-                       text_element("id", id) + "<data>" + data + "</data></neighbor-change>");
+void publish_change(EventStream &events, const ProtocolModules &modules, const std::string &change,
+                    const std::vector<std::string> &keys, const std::string &data) {
+    const host::ChangeNotification *told = modules.notification();
+    if (told == nullptr)
+        return;
+    std::string xml = "<" + told->name + " xmlns=\"" + escaped(modules.namespace_of(told->module)) + "\">" +
+                      text_element("change", change);
+    for (size_t i = 0; i < std::min(keys.size(), told->keys.size()); i++)
+        xml += text_element(told->keys[i].c_str(), keys[i]);
+    events.publish(told->module, told->name, xml + "<data>" + data + "</data></" + told->name + ">");
 }
 
 } // namespace yfw::netconf

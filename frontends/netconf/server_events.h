@@ -8,6 +8,7 @@
 
 #include "device/events/hub.h"
 #include "frontends/netconf/event_stream.h"
+#include "frontends/netconf/protocol_modules.h"
 
 namespace yfw::netconf {
 
@@ -29,8 +30,8 @@ private:
     EventStream &stream_;
 };
 
-// The element of an event as large as they usually are, to try a filter on.
-std::string usual_event();
+// The element of an event as large as they usually are, to try a filter on. `openconfig`: the top container.
+std::string usual_event(const lysc_node *openconfig);
 
 void publish_session_start(EventStream &events, const Actor &session);
 
@@ -38,10 +39,10 @@ void publish_session_start(EventStream &events, const Actor &session);
 void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
                          std::optional<uint32_t> killed_by);
 
-// An event of yfw-lldp-notifications. `change`: added, updated or removed; `data`: the neighbor as a read shows
-// it, printed.
-void publish_neighbor_change(EventStream &events, const std::string &change, const std::string &interface,
-                             const std::string &id, const std::string &data);
+// The mapping's notification of a change; nothing where it has none. `change`: added, updated or removed;
+// `keys`: of the lists down to the entry; `data`: the entry as a read shows it, printed.
+void publish_change(EventStream &events, const ProtocolModules &modules, const std::string &change,
+                    const std::vector<std::string> &keys, const std::string &data);
 
 } // namespace yfw::netconf
 

@@ -78,7 +78,7 @@ void Subscription::try_filter() const {
     };
     filtered(replay_complete());
     try {
-        filtered(usual_event());
+        filtered(usual_event(modules_.openconfig_root()));
     } catch (const RpcError &error) {
         if (error.tag == "resource-denied")
             throw;

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -92,6 +93,7 @@ XPathResult result_from(const std::string &bytes) {
 
 // Signals are blocked as in the thread that forked, so the limit's own kind of end is the one that cannot be.
 void limit_this_process() {
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody waits for it any more
     const rlimit processor{most_processor_seconds, most_processor_seconds};
     setrlimit(RLIMIT_CPU, &processor);
     const rlimit none{0, 0};

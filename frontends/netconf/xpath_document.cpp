@@ -24,10 +24,11 @@ void XPathDocument::Free::operator()(_xmlDoc *document) const {
 }
 
 // Names are kept once, in the document's dictionary.
-XPathDocument::XPathDocument(const lyd_node *forest) : document_(made(xmlNewDoc(bytes("1.0")))) {
+XPathDocument::XPathDocument(const std::vector<const lyd_node *> &forests)
+    : document_(made(xmlNewDoc(bytes("1.0")))) {
     document_->dict = made(xmlDictCreate());
-    for (const lyd_node *top = forest; top != nullptr; top = top->next)
-        if (top->schema != nullptr)
+    for (const lyd_node *forest : forests)
+        for (const lyd_node *top = forest; top != nullptr; top = top->next)
             add(reinterpret_cast<xmlNode *>(document_.get()), top);
 }
 
@@ -53,8 +54,7 @@ void XPathDocument::add(_xmlNode *parent, const lyd_node *data) {
     if ((data->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
         xmlAddChild(node, made(xmlNewDocText(document_.get(), bytes(lyd_get_value(data)))));
     for (const lyd_node *child = lyd_child(data); child != nullptr; child = child->next)
-        if (child->schema != nullptr)
-            add(node, child);
+        add(node, child);
 }
 
 } // namespace yfw::netconf

@@ -18,11 +18,12 @@ struct _xmlNs;
 
 namespace yfw::netconf {
 
-// A forest of data nodes as libxml2 sees it, with the canonical values of its leaves. Borrows the forest, which
-// must not change. Serves one thread at a time.
+// Data trees as libxml2 sees them: one document with their tops below its root, and the canonical values of leaves.
+// Borrows the trees, which must not change. Serves one thread at a time.
 class XPathDocument {
 public:
-    explicit XPathDocument(const lyd_node *forest);
+    // NULL stands for no tree.
+    explicit XPathDocument(const std::vector<const lyd_node *> &forests);
 
     // In the order of the document; what an evaluation selects are places in here.
     const std::vector<const lyd_node *> &nodes() const { return nodes_; }

@@ -106,12 +106,24 @@ private:
 
 } // namespace
 
+void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, uint32_t depth, XPathUse use) {
+    std::vector<const lyd_node *> forests;
+    for (const yang::DataTree &tree : trees)
+        forests.push_back(tree.get());
+    const std::vector<bool> selected = selected_by(XPathDocument(forests), filter, use);
+    Pruning pruning(selected, depth);
+    for (yang::DataTree &tree : trees) {
+        lyd_node *forest = tree.release();
+        pruning.prune_forest(forest);
+        tree.reset(forest);
+    }
+}
+
 yang::DataTree xpath_filtered(yang::DataTree data, const Filter &filter, uint32_t depth, XPathUse use) {
-    const XPathDocument document(data.get());
-    const std::vector<bool> selected = selected_by(document, filter, use);
-    lyd_node *forest = data.release();
-    Pruning(selected, depth).prune_forest(forest);
-    return yang::DataTree(forest);
+    std::vector<yang::DataTree> trees;
+    trees.push_back(std::move(data));
+    filter_by_xpath(trees, filter, depth, use);
+    return std::move(trees.front());
 }
 
 } // namespace yfw::netconf

@@ -56,7 +56,7 @@ public:
         if (!takes("/") || !is_name())
             return std::nullopt;
         if (!means(root))
-            return tokens_[at_].text == "*" ? std::nullopt : std::optional<yang::Path>(yang::Path{});
+            return tokens_[at_].text.ends_with('*') ? std::nullopt : std::optional<yang::Path>(yang::Path{});
         yang::Path path{{root, {}}};
         at_++;
         while (take_predicates(path.back()) && takes("/") && is_name()) {

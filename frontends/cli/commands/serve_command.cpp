@@ -52,9 +52,10 @@ struct ServeOptions {
     uint64_t largest_message = netconf::FrameLimits{}.message;
 };
 
-void publish(netconf::EventStream &events, const device::NeighborReport &report) {
-    netconf::publish_neighbor_change(events, std::string(device::to_string(report.change)), report.interface(),
-                                     report.id(), netconf::print_data(report.answer.get()));
+void publish(netconf::EventStream &events, const netconf::ProtocolModules &modules,
+             const device::NeighborReport &report) {
+    netconf::publish_change(events, modules, std::string(device::to_string(report.change)), report.keys(),
+                            netconf::print_data(report.answer.get()));
 }
 
 void say(const std::string &text) {
@@ -79,14 +80,14 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     NamedDevice named(options, sources::Use::serving);
     const yang::ModuleFiles files(
         {options.openconfig_models, options.native_models, installation().standard_models});
-    const netconf::ProtocolModules modules(files);
+    const netconf::ProtocolModules modules(files, named.device.mapping());
     device::Service service(named.device, access_rules(files, modules, rules));
     netconf::EventStream events;
     netconf::NetconfServer server(server_options, service, modules, events);
     const device::NeighborReporter reporter(named.device);
     const auto on_neighbor = [&](sources::NeighborEvent event) {
         if (const auto report = reporter.report(std::move(event)))
-            publish(events, *report);
+            publish(events, modules, *report);
     };
     const device::Keeper keeper(named.device, on_neighbor, say);
     ready();

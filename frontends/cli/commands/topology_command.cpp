@@ -103,7 +103,10 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         ->excludes(dot);
     command->add_option("--models", device.openconfig_models, "Use the OpenConfig modules of this directory")
         ->option_text("DIR");
-    command->add_option("--plugin", device.plugin, "The mapping plug-in to load")->option_text("FILE");
+    command
+        ->add_option("--plugin", device.plugin,
+                     "The mapping plug-in to load: its library, or the description beside it")
+        ->option_text("FILE");
     command->add_flag("--trace", device.trace, "Print the plug-in's debug log on standard error");
     command->callback([&device, options] { run_topology(device, *options); });
 }

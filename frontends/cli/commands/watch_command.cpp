@@ -54,6 +54,9 @@ void run_watch(const DeviceOptions &options, bool json) {
     if (!named.device.tells_changes())
         throw Error(ErrorTag::invalid_value, "--device",
                     "a recorded device does not change; expected lldpd:SOCKET");
+    if (!named.device.mapping().notification.has_value())
+        throw Error(ErrorTag::operation_not_supported, named.device.mapping().file.string(),
+                    "the mapping describes no notification: it tells no changes");
     const StopSignals stop;
     const device::NeighborReporter reporter(named.device);
     named.device.watch(stop.descriptor(), {[&](sources::NeighborEvent event) {

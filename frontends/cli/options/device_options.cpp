@@ -27,7 +27,10 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
         ->option_text("FILE");
     command.add_option("--models", options.openconfig_models, "Use the OpenConfig modules of this directory")
         ->option_text("DIR");
-    command.add_option("--plugin", options.plugin, "The mapping plug-in to load")->option_text("FILE");
+    command
+        .add_option("--plugin", options.plugin,
+                    "The mapping plug-in to load: its library, or the description beside it")
+        ->option_text("FILE");
     command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
 }
 

@@ -36,8 +36,12 @@ std::filesystem::path store_of(const DeviceOptions &options) {
 }
 
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use)
-    : schemas(options.native_models, options.openconfig_models),
-      device(schemas, sources::open_source(address_of(options), use), store_of(options), options.plugin) {
+    : NamedDevice(options, use, host::read_mapping(options.plugin)) {}
+
+NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use,
+                         const host::MappingDescription &mapping)
+    : schemas(options.native_models, options.openconfig_models, mapping.modules),
+      device(schemas, sources::open_source(address_of(options), use), store_of(options), mapping) {
     device.set_trace(options.trace);
     device.restore();
 }

@@ -15,6 +15,9 @@ struct NamedDevice {
 
     yang::Schemas schemas;
     device::ManagedDevice device;
+
+private:
+    NamedDevice(const DeviceOptions &options, sources::Use use, const host::MappingDescription &mapping);
 };
 
 // Where the commits of a device are kept when the command line does not say: a file of the user's state

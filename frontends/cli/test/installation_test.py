@@ -101,6 +101,19 @@ class Installation(unittest.TestCase):
         self.assertNotEqual(answer.returncode, 0)
         self.assertIn(str(plugin), answer.stderr)
 
+    def test_uses_no_description_of_the_plugin_from_elsewhere(self):
+        description = self.prefix / "lib/yfw/liboclldp.json"
+        aside = description.with_suffix(".aside")
+        description.rename(aside)
+        self.addCleanup(aside.rename, description)
+        answer = self.yfw("get", "/lldp/config")
+        self.assertNotEqual(answer.returncode, 0)
+        self.assertIn(str(description), answer.stderr)
+
+    def test_takes_the_plugin_by_its_description_too(self):
+        answer = self.yfw("get", "/lldp/config/enabled", "--plugin", self.prefix / "lib/yfw/liboclldp.json")
+        self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+
     @unittest.skipUnless(os.path.exists(SSHD) or "CI" in os.environ, "no sshd here")
     def test_has_a_snippet_that_sshd_takes(self):
         key = pathlib.Path(self.directory.name) / "host_key"

@@ -29,10 +29,11 @@ FuzzedServer::State::State(FuzzedServer &all)
 
 // The device stays: with one of one node it keeps the plug-in loaded, and the fuzzer's counters in it.
 FuzzedServer::FuzzedServer()
-    : directory_(make_directory()), schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR),
+    : directory_(make_directory()), mapping_(host::read_mapping(YFW_PLUGIN_LIBRARY)),
+      schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR, mapping_.modules),
       recorded_(sources::FileSource::of_device(YFW_DEVICE_DIR)),
-      device_(schemas_, recorded_, directory_ / "commits.db", YFW_PLUGIN_LIBRARY),
-      modules_(yang::ModuleFiles({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR})) {}
+      device_(schemas_, recorded_, directory_ / "commits.db", mapping_),
+      modules_(yang::ModuleFiles({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR}), mapping_) {}
 
 FuzzedServer::~FuzzedServer() {
     std::error_code ignored;

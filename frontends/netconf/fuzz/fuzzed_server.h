@@ -41,6 +41,7 @@ private:
     };
 
     std::filesystem::path directory_; // of the store alone
+    host::MappingDescription mapping_;
     yang::Schemas schemas_;
     sources::FileSource recorded_;
     device::ManagedDevice device_;

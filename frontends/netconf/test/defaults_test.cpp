@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "frontends/netconf/defaults.h"
-#include "yang/schemas.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {
 namespace {
@@ -30,7 +30,7 @@ protected:
     }
 
     static constexpr const char *path = "/openconfig-lldp:lldp/config/system-description";
-    const yang::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR};
+    const yang::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR, yang::test::models()};
     yang::DataTree data_;
 };
 

@@ -6,13 +6,13 @@
 
 #include "frontends/netconf/filter.h"
 #include "frontends/netconf/rpc_error.h"
-#include "yang/schemas.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {
 namespace {
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR, yang::test::models());
     return loaded;
 }
 

@@ -8,6 +8,7 @@
 
 #include "frontends/netconf/rpc_error.h"
 #include "frontends/netconf/xml.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {
 namespace {
@@ -27,9 +28,14 @@ std::string text_of(const Element &error, std::string_view child) {
     return found.has_value() ? found->text() : "(no " + std::string(child) + ")";
 }
 
+const lysc_node *openconfig() {
+    return yang::test::schemas().openconfig_root();
+}
+
 // As it stands in a reply, which declares the protocol's namespace.
 Document in_a_reply(const RpcError &error) {
-    return Document("<rpc-reply xmlns=\"" + std::string(base_ns) + "\">" + print_error(error) + "</rpc-reply>");
+    return Document("<rpc-reply xmlns=\"" + std::string(base_ns) + "\">" + print_error(error, openconfig()) +
+                    "</rpc-reply>");
 }
 
 // --- printing ---
@@ -63,7 +69,8 @@ TEST(AnError, IsPrintedWithAllThatItHasInTheOrderOfTheSchema) {
 TEST(AnError, IsPrintedWithItsMessageEscaped) {
     const Document document = in_a_reply(RpcError("rpc", "malformed-message", "<a> & \"b\" 'c' ]]>]]>"));
     EXPECT_EQ(text_of(document.root().children().at(0), "error-message"), "<a> & \"b\" 'c' ]]>]]>");
-    EXPECT_EQ(print_error(RpcError("rpc", "malformed-message", "]]>]]>")).find("]]>]]>"), std::string::npos);
+    EXPECT_EQ(print_error(RpcError("rpc", "malformed-message", "]]>]]>"), openconfig()).find("]]>]]>"),
+              std::string::npos);
 }
 
 TEST(AnError, IsPrintedAsXmlWhateverBytesItsMessageHolds) {
@@ -92,7 +99,8 @@ class AnErrorOfTheHost : public testing::TestWithParam<TagCase> {};
 const std::string place = "/lldp/interfaces/interface[name='eth1']/config/nonsense";
 
 TEST_P(AnErrorOfTheHost, HasItsTagAndMessage) {
-    const Document document = in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message")));
+    const Document document =
+        in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message"), openconfig()));
     const Element error = document.root().children().at(0);
     EXPECT_EQ(text_of(error, "error-tag"), GetParam().name);
     EXPECT_EQ(text_of(error, "error-type"), "application");
@@ -101,14 +109,16 @@ TEST_P(AnErrorOfTheHost, HasItsTagAndMessage) {
 }
 
 TEST_P(AnErrorOfTheHost, HasTheErrorInfoThatIsMandatoryForItsTag) {
-    const Document document = in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message")));
+    const Document document =
+        in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message"), openconfig()));
     const std::optional<Element> info = document.root().children().at(0).child("error-info");
     EXPECT_THAT(info.has_value() ? names_of(info->children()) : std::vector<std::string>{},
                 IsSupersetOf(GetParam().info));
 }
 
 TEST_P(AnErrorOfTheHost, HasAPathWhosePrefixesAreDeclared) {
-    const Document document = in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message")));
+    const Document document =
+        in_a_reply(rpc_error_of(Error(GetParam().tag, place, "the message"), openconfig()));
     const std::optional<Element> path = document.root().children().at(0).child("error-path");
     ASSERT_TRUE(path.has_value());
     const std::string prefix = path->text().substr(1, path->text().find(':') - 1);
@@ -139,14 +149,14 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 TEST(AnErrorOfTheHostWithoutAPlace, HasNoPath) {
-    const Document document = in_a_reply(rpc_error_of(Error(ErrorTag::operation_failed, "", "no store")));
+    const Document document =
+        in_a_reply(rpc_error_of(Error(ErrorTag::operation_failed, "", "no store"), openconfig()));
     EXPECT_FALSE(document.root().children().at(0).child("error-path").has_value());
 }
 
 TEST(AnErrorOfTheHostWithAKeyOfManyCharacters, IsStillXml) {
-    const Error error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name=\"<&'/:>\"]/config",
-                            "bad");
-    const Document document = in_a_reply(rpc_error_of(error));
+    const Error error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name=\"<&'/:>\"]/config", "bad");
+    const Document document = in_a_reply(rpc_error_of(error, openconfig()));
     EXPECT_THAT(text_of(document.root().children().at(0), "error-path"), testing::HasSubstr("\"<&'/:>\""));
 }
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "frontends/pictures/topology_answer.h"
-#include "yang/schemas.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::pictures {
 namespace {
@@ -22,7 +22,7 @@ protected:
     }
 
 private:
-    yang::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR};
+    yang::Schemas schemas_{YFW_MODELS_DIR, YFW_MODELS_DIR, yang::test::models()};
 };
 
 TEST_F(TopologyAnswer, is_taken_from_state_and_not_from_configuration) {

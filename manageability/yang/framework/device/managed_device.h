@@ -10,6 +10,7 @@
 #include "device/configured_source.h"
 #include "device/editor.h"
 #include "host/engine.h"
+#include "host/mapping_description.h"
 #include "sources/opened_source.h"
 #include "yang/edit.h"
 #include "yang/schemas.h"
@@ -21,16 +22,17 @@ namespace yfw::device {
 class ManagedDevice {
 public:
     // Takes the source over and borrows the schemas. `store`: the file of the commits, made by the first one;
-    // an empty path for a device that cannot be committed to. `plugin`: the mapping to load.
+    // an empty path for a device that cannot be committed to. The mapping is loaded as it is described.
     ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened, std::filesystem::path store,
-                  const std::filesystem::path &plugin);
+                  host::MappingDescription mapping);
     // Of a source that is borrowed too.
     ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
-                  const std::filesystem::path &plugin);
+                  host::MappingDescription mapping);
     ManagedDevice(const ManagedDevice &) = delete;
     ManagedDevice &operator=(const ManagedDevice &) = delete;
 
     const yang::Schemas &schemas() const { return schemas_; }
+    const host::MappingDescription &mapping() const { return mapping_; }
 
     // ---- reading
 
@@ -95,6 +97,7 @@ public:
 
 private:
     const yang::Schemas &schemas_;
+    host::MappingDescription mapping_;
     sources::OpenedSource opened_;
     ConfiguredSource source_;
     host::Engine engine_;

@@ -9,9 +9,9 @@ namespace yfw::device {
 namespace {
 
 // The entry of the neighbor. Every list on the way to it has one entry.
-const lyd_node *neighbor_in(const lyd_node *answer) {
+const lyd_node *entry_in(const lyd_node *answer, const lysc_node *entry) {
     for (const lyd_node *node = answer; node != nullptr;) {
-        if (node->schema->nodetype == LYS_LIST && std::string_view(node->schema->name) == "neighbor")
+        if (node->schema == entry)
             return node;
         const lyd_node *next = lyd_child(node);
         while (next != nullptr && (next->schema->nodetype & (LYS_LIST | LYS_CONTAINER)) == 0)
@@ -19,10 +19,6 @@ const lyd_node *neighbor_in(const lyd_node *answer) {
         node = next;
     }
     return nullptr;
-}
-
-std::string first_key(const lyd_node *entry) {
-    return lyd_get_value(lyd_child(entry));
 }
 
 } // namespace
@@ -47,24 +43,32 @@ std::string NeighborReport::path() const {
     return text.rfind(prefix, 0) == 0 ? "/" + text.substr(prefix.size()) : text;
 }
 
-std::string NeighborReport::interface() const {
-    return first_key(lyd_parent(lyd_parent(neighbor)));
-}
-
-std::string NeighborReport::id() const {
-    return first_key(neighbor);
+std::vector<std::string> NeighborReport::keys() const {
+    std::vector<std::string> found;
+    for (const lyd_node *node = neighbor; node != nullptr; node = lyd_parent(node))
+        if (node->schema->nodetype == LYS_LIST)
+            found.insert(found.begin(), lyd_get_value(lyd_child(node)));
+    return found;
 }
 
 NeighborReporter::NeighborReporter(ManagedDevice &device) : device_(device) {
-    wanted_.paths.push_back(
-        yang::parse_path(device.schemas().openconfig_root(), "/lldp/interfaces/interface/neighbors"));
+    const auto &notification = device.mapping().notification;
+    if (!notification.has_value())
+        return;
+    wanted_.paths.push_back(yang::parse_path(device.schemas().openconfig_root(), notification->entry));
+    yang::Path &path = wanted_.paths.back();
+    entry_ = path.back().node;
+    if (path.size() > 1)
+        path.pop_back(); // all entries: what is read whole is a container
 }
 
 std::optional<NeighborReport> NeighborReporter::report(sources::NeighborEvent event) const {
+    if (entry_ == nullptr)
+        return std::nullopt;
     NeighborReport report;
     report.change = event.change;
     report.answer = device_.read(wanted_, std::move(event.data)).data;
-    report.neighbor = neighbor_in(report.answer.get());
+    report.neighbor = entry_in(report.answer.get(), entry_);
     return report.neighbor != nullptr ? std::optional(std::move(report)) : std::nullopt;
 }
 

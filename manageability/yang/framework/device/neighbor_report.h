@@ -1,10 +1,11 @@
-// What happened to a neighbor, in OpenConfig terms.
+// What happened to an entry whose changes the mapping's notification tells, in OpenConfig terms.
 #ifndef YFW_DEVICE_NEIGHBOR_REPORT_H
 #define YFW_DEVICE_NEIGHBOR_REPORT_H
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "device/managed_device.h"
 
@@ -19,20 +20,22 @@ struct NeighborReport {
 
     // Of the entry, without the module's name.
     std::string path() const;
-    std::string interface() const;
-    std::string id() const;
+    // The first key of each list down to the entry, outermost first.
+    std::vector<std::string> keys() const;
 };
 
 // Has the mapping name neighbors as every read does. Borrows the device.
 class NeighborReporter {
 public:
+    // Throws Error when the schemas do not have the entry that the mapping describes.
     explicit NeighborReporter(ManagedDevice &device);
 
-    // Nothing when the mapping finds no neighbor in the event. Throws Error.
+    // Nothing when the mapping finds no neighbor in the event, or tells no changes. Throws Error.
     std::optional<NeighborReport> report(sources::NeighborEvent event) const;
 
 private:
     ManagedDevice &device_;
+    const lysc_node *entry_ = nullptr; // NULL: no changes are told
     host::ReadRequest wanted_;
 };
 

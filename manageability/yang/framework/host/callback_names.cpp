@@ -3,8 +3,6 @@
 namespace yfw::host {
 namespace {
 
-constexpr std::string_view prefix = "ymap_oq_oclldp_openconfiglldp_";
-
 std::string without_hyphens(std::string_view name) {
     std::string text;
     for (const char c : name)
@@ -25,8 +23,11 @@ const char *kind_of(const lysc_node *node) {
 }
 
 std::string words_of(const lysc_node *node) {
-    std::string words = "lldp";
-    if (node->parent == nullptr)
+    const lysc_node *top = node;
+    while (top->parent != nullptr)
+        top = top->parent;
+    std::string words = without_hyphens(top->name);
+    if (node == top)
         return words;
     if (node->parent->parent != nullptr)
         words += "_" + without_hyphens(node->parent->name);
@@ -35,14 +36,14 @@ std::string words_of(const lysc_node *node) {
 
 } // namespace
 
-CallbackNames::CallbackNames(const lysc_node *top) {
+CallbackNames::CallbackNames(std::string_view prefix, const lysc_node *top) : prefix_(prefix) {
     add(top);
 }
 
 void CallbackNames::add(const lysc_node *node) {
     const std::string words = words_of(node);
     char &level = next_level_.try_emplace(std::string(kind_of(node)) + words, 'a').first->second;
-    walkers_.emplace(std::string(prefix) + "lvl" + level++ + "_" + words, node);
+    walkers_.emplace(prefix_ + "lvl" + level++ + "_" + words, node);
     for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next)
         add(child);
 }

@@ -12,10 +12,11 @@
 namespace yfw::host {
 
 // Names follow the model: a level letter (which of the nodes of this kind, parent and name it is, in the order
-// of the model), the parent's name and the node's own, without hyphens.
+// of the model), the name of the model's top, the parent's name and the node's own, without hyphens.
 class CallbackNames {
 public:
-    explicit CallbackNames(const lysc_node *top);
+    // `prefix`: what the names of a mapping's walkers begin with.
+    CallbackNames(std::string_view prefix, const lysc_node *top);
 
     // The node that a walker is for; NULL for a function that is no walker.
     const lysc_node *node_of_walker(std::string_view function) const;
@@ -27,6 +28,7 @@ private:
         using is_transparent = void;
         size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
     };
+    std::string prefix_;
     std::map<std::string, char> next_level_;
     std::unordered_map<std::string, const lysc_node *, Hash, std::equal_to<>> walkers_;
 };

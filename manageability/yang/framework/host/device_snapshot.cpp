@@ -6,33 +6,39 @@
 namespace yfw::host {
 namespace {
 
-constexpr std::string_view cfg_ns = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg";
-constexpr std::string_view oper_ns = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-oper";
-constexpr std::string_view ifmgr_ns = "urn:tarvo:yang:Tarvo-QD-ifmgr-cfg";
-
-const lyd_node *child(const lyd_node *parent, std::string_view name) {
-    for (const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr; node != nullptr;
-         node = node->next)
-        if (node->schema != nullptr && name == node->schema->name)
+const lyd_node *child(const lyd_node *parent, const lysc_node *schema) {
+    for (const lyd_node *node = lyd_child(parent); node != nullptr; node = node->next)
+        if (node->schema == schema)
             return node;
     return nullptr;
 }
 
-std::string value(const lyd_node *parent, std::string_view name) {
-    const lyd_node *leaf = child(parent, name);
+std::string value(const lyd_node *parent, const lysc_node *schema) {
+    const lyd_node *leaf = child(parent, schema);
     return leaf != nullptr ? lyd_get_value(leaf) : "";
 }
 
-// Calls `visit` with every child by this name.
-template <class Visit> void for_each(const lyd_node *parent, std::string_view name, Visit &&visit) {
-    for (const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr; node != nullptr;
-         node = node->next)
-        if (node->schema != nullptr && name == node->schema->name)
-            visit(node);
+// Calls `visit` with every instance of the last node of `way`, whose first is `at`'s.
+template <class Visit>
+void visit_instances(const lyd_node *at, const std::vector<const lysc_node *> &way, size_t depth,
+                     Visit &&visit) {
+    if (depth + 1 == way.size()) {
+        visit(at);
+        return;
+    }
+    for (const lyd_node *node = lyd_child(at); node != nullptr; node = node->next)
+        if (node->schema == way[depth + 1])
+            visit_instances(node, way, depth + 1, visit);
 }
 
-bool is_active(const lyd_node *interface) {
-    return value(interface, "active") == "act";
+bool is_meant(const lyd_node *entry, const DeviceQuestions::Entries &entries) {
+    for (const auto &[leaf, wanted] : entries.where)
+        if (value(entry, leaf) != wanted)
+            return false;
+    if (entries.holding == nullptr)
+        return true;
+    const lyd_node *holder = child(entry, entries.holding);
+    return holder != nullptr && lyd_child(holder) != nullptr;
 }
 
 } // namespace
@@ -46,42 +52,47 @@ const lyd_node *DeviceSnapshot::top(const lysc_node *schema) const {
     return nullptr;
 }
 
-std::optional<bool> DeviceSnapshot::global_lldp_enabled() const {
-    const lyd_node *enable = child(top(schemas_.native_root(cfg_ns, "lldp")), "enable");
-    if (enable == nullptr)
-        return std::nullopt;
-    return std::string_view(lyd_get_value(enable)) == "true";
+template <class Visit> void DeviceSnapshot::for_each(const lysc_node *schema, Visit &&visit) const {
+    std::vector<const lysc_node *> way;
+    for (const lysc_node *node = schema; node != nullptr; node = node->parent)
+        way.insert(way.begin(), node);
+    if (const lyd_node *found = top(way.front()))
+        visit_instances(found, way, 0, visit);
 }
 
-std::vector<std::string> DeviceSnapshot::interfaces_with_lldp_configuration() const {
-    std::vector<std::string> names;
-    const lyd_node *configurations = top(schemas_.native_root(ifmgr_ns, "interface-configurations"));
-    for_each(configurations, "interface-configuration", [&](const lyd_node *interface) {
-        const lyd_node *lldp = child(interface, "lldp");
-        if (is_active(interface) && lldp != nullptr && lyd_child(lldp) != nullptr)
-            names.push_back(value(interface, "interface-name"));
+std::vector<std::string> DeviceSnapshot::names(const DeviceQuestions::Entries &entries) const {
+    std::vector<std::string> found;
+    for_each(entries.list, [&](const lyd_node *entry) {
+        if (is_meant(entry, entries))
+            found.push_back(value(entry, entries.name));
     });
-    std::sort(names.begin(), names.end());
-    return names;
+    return found;
+}
+
+std::optional<bool> DeviceSnapshot::enabled_globally() const {
+    std::optional<bool> enabled;
+    if (questions_.enabled.has_value())
+        for_each(questions_.enabled->leaf,
+                 [&](const lyd_node *leaf) { enabled = questions_.enabled->on == lyd_get_value(leaf); });
+    return enabled;
+}
+
+std::vector<std::string> DeviceSnapshot::configured_interfaces() const {
+    if (!questions_.configured_interfaces.has_value())
+        return {};
+    std::vector<std::string> found = names(*questions_.configured_interfaces);
+    std::sort(found.begin(), found.end());
+    return found;
 }
 
 bool DeviceSnapshot::interface_exists(std::string_view display_name) const {
-    if (!interfaces_)
-        collect_interfaces();
+    if (!interfaces_) {
+        interfaces_.emplace();
+        for (const DeviceQuestions::Entries &entries : questions_.interfaces)
+            for (std::string &name : names(entries))
+                interfaces_->insert(std::move(name));
+    }
     return interfaces_->contains(std::string(display_name));
-}
-
-void DeviceSnapshot::collect_interfaces() const {
-    interfaces_.emplace();
-    for_each(top(schemas_.native_root(ifmgr_ns, "interface-configurations")), "interface-configuration",
-             [&](const lyd_node *interface) {
-                 if (is_active(interface))
-                     interfaces_->insert(value(interface, "interface-name"));
-             });
-    for_each(child(top(schemas_.native_root(oper_ns, "lldp")), "nodes"), "node", [&](const lyd_node *node) {
-        for_each(child(node, "interfaces"), "interface",
-                 [&](const lyd_node *interface) { interfaces_->insert(value(interface, "interface-name")); });
-    });
 }
 
 } // namespace yfw::host

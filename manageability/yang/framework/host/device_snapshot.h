@@ -7,31 +7,31 @@
 #include <unordered_set>
 #include <vector>
 
+#include "host/device_questions.h"
 #include "platform/device_view.h"
 #include "sources/native_source.h"
 #include "yang/data_tree.h"
-#include "yang/schemas.h"
 
 namespace yfw::host {
 
-// Native data at one moment. Borrows the schemas.
+// Native data at one moment. Borrows the questions.
 class DeviceSnapshot final : public platform::DeviceView {
 public:
-    DeviceSnapshot(const yang::Schemas &schemas, sources::Snapshot native)
-        : schemas_(schemas), native_(std::move(native)) {}
+    DeviceSnapshot(const DeviceQuestions &questions, sources::Snapshot native)
+        : questions_(questions), native_(std::move(native)) {}
 
     // The data below a native top node; NULL when the device has none.
     const lyd_node *top(const lysc_node *schema) const;
 
-    std::optional<bool> global_lldp_enabled() const override;
-    std::vector<std::string> interfaces_with_lldp_configuration() const override;
-    // An interface exists when it is configured as active or when it has operational data.
+    std::optional<bool> enabled_globally() const override;
+    std::vector<std::string> configured_interfaces() const override;
     bool interface_exists(std::string_view display_name) const override;
 
 private:
-    void collect_interfaces() const;
+    template <class Visit> void for_each(const lysc_node *schema, Visit &&visit) const;
+    std::vector<std::string> names(const DeviceQuestions::Entries &entries) const;
 
-    const yang::Schemas &schemas_;
+    const DeviceQuestions &questions_;
     sources::Snapshot native_;
     mutable std::optional<std::unordered_set<std::string>> interfaces_; // filled when first asked for
 };

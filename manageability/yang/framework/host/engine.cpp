@@ -15,19 +15,22 @@
 #include "host/request_context.h"
 #include "host/request_tree.h"
 #include "platform/debug_log.h"
+#include "yang/path_words.h"
 
 namespace yfw::host {
 namespace {
 
 constexpr size_t trace_lines_kept = 100000;
 
-RequestTraits traits_of(const Selection &selection, Content content, bool trace) {
+// `state`: where state is that the plug-in wants to be told of.
+RequestTraits traits_of(const Selection &selection, Content content, bool trace,
+                        const std::vector<const lysc_node *> &state) {
     RequestTraits traits;
     traits.kind = content == Content::config ? YMAP_REQ_GET_CONFIG : YMAP_REQ_GET;
     traits.content = content == Content::config  ? YFW_CONTENT_CONFIG
                      : content == Content::state ? YFW_CONTENT_OPERATIONAL
                                                  : YFW_CONTENT_ALL;
-    traits.selects_state = content != Content::config && selects_state(selection);
+    traits.selects_state = content != Content::config && selects_state(selection, state);
     traits.trace = trace;
     return traits;
 }
@@ -85,6 +88,28 @@ void merge(yang::DataTree &into, yang::DataTree part) {
     }
 }
 
+std::vector<const lysc_node *> state_nodes(const MappingDescription &mapping, const yang::Schemas &schemas) {
+    std::vector<const lysc_node *> nodes;
+    for (const std::string &path : mapping.state) {
+        nodes.push_back(schemas.find(mapping.modules.openconfig.front(), path));
+        if (nodes.back() == nullptr)
+            throw Error(ErrorTag::invalid_value, mapping.file.string(),
+                        "member \"openconfig.state\" names " + path + ", which module " +
+                            mapping.modules.openconfig.front() + " does not have");
+    }
+    return nodes;
+}
+
+// The node of a native tree at a path from its root; NULL when it is not there.
+const tidl_yfw_datatree *node_at(const tidl_yfw_datatree &root, std::string_view path) {
+    yang::PathWords words(path);
+    std::string_view word;
+    const tidl_yfw_datatree *node = words.next(word) && word == root.name ? &root : nullptr;
+    while (node != nullptr && words.next(word))
+        node = find_child(*node, word);
+    return node;
+}
+
 // What a request leaves open in the platform ends with it.
 class RequestEnd {
 public:
@@ -130,11 +155,11 @@ struct Engine::Pass {
     }
 };
 
-Engine::Engine(const yang::Schemas &schemas, sources::NativeSource &source,
-               const std::filesystem::path &plugin_library)
+Engine::Engine(const yang::Schemas &schemas, sources::NativeSource &source, MappingDescription mapping)
     : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()),
-      plugin_library_(plugin_library), plugin_(std::make_unique<Plugin>(plugin_library)),
-      trace_buffer_(trace_lines_kept) {}
+      mapping_(std::move(mapping)), names_(mapping_.walker_prefix, schemas.openconfig_root()),
+      questions_(device_questions(mapping_, schemas)), state_(state_nodes(mapping_, schemas)),
+      plugin_(std::make_unique<Plugin>(mapping_)), trace_buffer_(trace_lines_kept) {}
 
 Answer Engine::read(const ReadRequest &request) {
     return read_from(request, [&] { return source_.snapshot(schemas_.context()); });
@@ -158,7 +183,7 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<sources
 // take memory at once.
 std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
                                                             Content content, sources::Snapshot native) {
-    const DeviceSnapshot device(schemas_, std::move(native));
+    const DeviceSnapshot device(questions_, std::move(native));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -172,7 +197,7 @@ std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
                                              const DeviceSnapshot &device) {
     if (sums_may_be_left_)
         start_plugin_anew();
-    Pass pass(traits_of(selection, content, trace_), trace_buffer_);
+    Pass pass(traits_of(selection, content, trace_, state_), trace_buffer_);
     NativePaths paths;
     walk_request(pass, selection, paths);
     auto answer = std::make_unique<AnswerTree>(answer_schema_);
@@ -185,7 +210,7 @@ std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
 // which the next response would go on from. Only unloading forgets it.
 void Engine::start_plugin_anew() {
     plugin_.reset();
-    plugin_ = std::make_unique<Plugin>(plugin_library_);
+    plugin_ = std::make_unique<Plugin>(mapping_);
     sums_may_be_left_ = false;
 }
 
@@ -221,7 +246,7 @@ terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &pa
 // An edit's native data is the running configuration: that is what the platform answers from.
 std::vector<NativePath> Engine::map_edit(const yang::EditNode &edit, yang::SharedData running) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    const DeviceSnapshot device(schemas_, {std::move(running)});
+    const DeviceSnapshot device(questions_, {std::move(running)});
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -236,7 +261,7 @@ Explanation Engine::explain(const ReadRequest &request) {
     trace_buffer_.clear();
     NativePaths paths;
     for (const Selection &selection : split_by_list_entry(selection_of(request))) {
-        RequestTraits traits = traits_of(selection, request.content, trace_);
+        RequestTraits traits = traits_of(selection, request.content, trace_, state_);
         traits.number_trace = true;
         Pass pass(traits, trace_buffer_);
         paths.follow(&pass.context.hierarchy(), &trace_buffer_);
@@ -249,7 +274,7 @@ Explanation Engine::explain(const yang::EditNode &edit, yang::SharedData running
     trace_buffer_.clear();
     explaining_ = true;
     NativePaths paths;
-    const DeviceSnapshot device(schemas_, {std::move(running)});
+    const DeviceSnapshot device(questions_, {std::move(running)});
     const std::lock_guard<std::mutex> serialised(one_request_);
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
@@ -261,7 +286,7 @@ Explanation Engine::explain(const yang::EditNode &edit, yang::SharedData running
 }
 
 Explanation Engine::explanation_of(const NativePaths &paths) {
-    return explain_walk(schemas_.openconfig_root(), trace_buffer_.snapshot(), paths.paths());
+    return explain_walk(names_, trace_buffer_.snapshot(), paths.paths());
 }
 
 // Returns whether a replace stopped after its delete pass: what it brings is then still to be merged.
@@ -292,13 +317,23 @@ void Engine::walk_responses(Pass &pass, const NativePaths &paths, const DeviceSn
         const NativeResponse response(data, *selected);
         pass.log.begin_walk();
         pass.context.hierarchy().start(response.root());
-        const tidl_yfw_datatree *nodes = find_child(*response.root(), "nodes");
-        if (nodes != nullptr && nodes->child_count > 1)
-            sums_may_be_left_ = true;
-        pass.context.set_subtree("/lldp/nodes", nodes);
+        offer_subtrees(pass, top, *response.root());
         pass.check(tree.native_to_oc(pass.context.handle(), response.root(), answer.root()));
-        pass.context.set_subtree(nullptr, nullptr);
+        pass.context.set_subtrees({});
     }
+}
+
+void Engine::offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root) {
+    std::vector<yfw_request_subtree> offered;
+    for (const MappedSubtree &subtree : mapping_.subtrees) {
+        const tidl_yfw_datatree *node =
+            subtree.module == top->module->name ? node_at(root, subtree.path) : nullptr;
+        if (node == nullptr)
+            continue;
+        offered.push_back({subtree.path.c_str(), node});
+        sums_may_be_left_ = sums_may_be_left_ || (subtree.sums && node->child_count > 1);
+    }
+    pass.context.set_subtrees(offered);
 }
 
 } // namespace yfw::host

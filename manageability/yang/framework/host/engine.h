@@ -3,7 +3,6 @@
 #ifndef YFW_HOST_ENGINE_H
 #define YFW_HOST_ENGINE_H
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -11,7 +10,10 @@
 #include <vector>
 
 #include "host/answer_schema.h"
+#include "host/callback_names.h"
+#include "host/device_questions.h"
 #include "host/explanation.h"
+#include "host/mapping_description.h"
 #include "host/native_paths.h"
 #include "host/plugin.h"
 #include "host/request.h"
@@ -30,15 +32,17 @@ class RequestContext;
 class RequestTree;
 
 struct Answer {
-    yang::DataTree data;               // below /lldp; NULL when nothing was found
+    yang::DataTree data;               // from the top container down; NULL when nothing was found
     std::vector<std::string> warnings; // what had to be left out, one line each
 };
 
-// Borrows the schemas and the source. Requests of several threads are served one after the other.
+// Borrows the schemas, which have the mapping's modules, and the source. Requests of several threads are served
+// one after the other.
 class Engine {
 public:
-    Engine(const yang::Schemas &schemas, sources::NativeSource &source,
-           const std::filesystem::path &plugin_library);
+    // Loads the mapping's library. Throws Error when it cannot be used, or when its description names nodes
+    // that the schemas do not have.
+    Engine(const yang::Schemas &schemas, sources::NativeSource &source, MappingDescription mapping);
 
     // With tracing the plug-in's debug log holds every callback's steps, and the trace buffer is filled.
     void set_trace(bool on) { trace_ = on; }
@@ -72,11 +76,15 @@ private:
     Explanation explanation_of(const NativePaths &paths);
     terrno walk_once(Pass &pass, const Selection &selection, NativePaths &paths);
     void walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device, AnswerTree &answer);
+    void offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root);
 
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     AnswerSchema answer_schema_;
-    std::filesystem::path plugin_library_;
+    MappingDescription mapping_;
+    CallbackNames names_;
+    DeviceQuestions questions_;
+    std::vector<const lysc_node *> state_; // where the descriptor tells of state
     std::unique_ptr<Plugin> plugin_;
     bool sums_may_be_left_ = false; // in the plug-in, by a response of several nodes
     platform::Platform platform_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "host/callback_names.h"
 #include "yang/path.h"
 
 namespace yfw::host {
@@ -27,7 +26,7 @@ TraceLine parse_line(const std::string &line) {
 // Follows which callbacks are running.
 class Replay {
 public:
-    Replay(const lysc_node *root, Explanation &into) : names_(root), into_(into) {}
+    Replay(const CallbackNames &names, Explanation &into) : names_(names), into_(into) {}
 
     void line(const std::string &text) {
         const TraceLine line = parse_line(text);
@@ -78,17 +77,17 @@ private:
             running_.pop_back();
     }
 
-    CallbackNames names_;
+    const CallbackNames &names_;
     Explanation &into_;
     std::vector<Running> running_;
 };
 
 } // namespace
 
-Explanation explain_walk(const lysc_node *openconfig_root, const std::vector<std::string> &trace,
+Explanation explain_walk(const CallbackNames &names, const std::vector<std::string> &trace,
                          const std::vector<NativePath> &paths) {
     Explanation explanation;
-    Replay replay(openconfig_root, explanation);
+    Replay replay(names, explanation);
     size_t next = 0;
     for (size_t i = 0; i < trace.size(); i++) {
         while (next < paths.size() && paths[next].trace_lines <= i)

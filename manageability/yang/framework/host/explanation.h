@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <libyang/libyang.h>
-
+#include "host/callback_names.h"
 #include "host/native_paths.h"
 
 namespace yfw::host {
@@ -22,7 +21,7 @@ using Explanation = std::vector<ExplainedNode>;
 
 // Puts the numbered trace of a request walk and the native paths that came out of it together. `trace`: every
 // line of the walk; `paths` know how many lines there were when they were added.
-Explanation explain_walk(const lysc_node *openconfig_root, const std::vector<std::string> &trace,
+Explanation explain_walk(const CallbackNames &names, const std::vector<std::string> &trace,
                          const std::vector<NativePath> &paths);
 
 } // namespace yfw::host

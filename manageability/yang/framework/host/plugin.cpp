@@ -9,42 +9,39 @@
 namespace yfw::host {
 namespace {
 
-constexpr const char *registration_functions[] = {"yfw_map_reg_oclldp_cfg", "yfw_map_reg_oclldp_oper",
-                                                  "yfw_map_reg_oclldp_ifmgr"};
-
-yfw_map_registration register_tree(void *library, const std::filesystem::path &path, const char *name) {
-    const auto function = reinterpret_cast<yfw_map_register_function>(dlsym(library, name));
+yfw_map_registration register_tree(void *library, const std::filesystem::path &path, const std::string &name) {
+    const auto function = reinterpret_cast<yfw_map_register_function>(dlsym(library, name.c_str()));
     if (function == nullptr)
-        throw Error(ErrorTag::operation_failed, path.string(), std::string("does not export ") + name);
+        throw Error(ErrorTag::operation_failed, path.string(), "does not export " + name);
     yfw_map_registration record{};
     function(&record);
     if (record.oc_to_native == nullptr || record.native_to_oc == nullptr)
-        throw Error(ErrorTag::operation_failed, path.string(),
-                    std::string(name) + " registered no root walkers");
+        throw Error(ErrorTag::operation_failed, path.string(), name + " registered no root walkers");
     return record;
 }
 
-// A neighbor key that no response answered stays with the plug-in, which frees it when it is used.
-void free_kept_key(void *library) {
-    if (auto *key = static_cast<char **>(dlsym(library, "gl_neigh_dev_id"))) {
-        std::free(*key);
-        *key = nullptr;
+// What the library allocated for a later request, and no request asked for.
+void free_allocated(void *library, const std::string &variable) {
+    if (auto *pointer = static_cast<void **>(dlsym(library, variable.c_str()))) {
+        std::free(*pointer);
+        *pointer = nullptr;
     }
 }
 
 } // namespace
 
-Plugin::Plugin(const std::filesystem::path &library)
-    : library_(dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+Plugin::Plugin(const MappingDescription &mapping)
+    : library_(dlopen(mapping.library.c_str(), RTLD_NOW | RTLD_LOCAL)),
+      allocated_variables_(mapping.allocated_variables) {
     if (library_ == nullptr) {
         const char *reason = dlerror();
-        throw Error(ErrorTag::operation_failed, library.string(),
+        throw Error(ErrorTag::operation_failed, mapping.library.string(),
                     std::string("the mapping plug-in cannot be loaded: ") +
                         (reason != nullptr ? reason : "unknown"));
     }
     try {
-        for (const char *name : registration_functions)
-            trees_.push_back(register_tree(library_, library, name));
+        for (const std::string &name : mapping.registration_functions)
+            trees_.push_back(register_tree(library_, mapping.library, name));
     } catch (...) {
         dlclose(library_);
         throw;
@@ -52,7 +49,8 @@ Plugin::Plugin(const std::filesystem::path &library)
 }
 
 Plugin::~Plugin() {
-    free_kept_key(library_);
+    for (const std::string &variable : allocated_variables_)
+        free_allocated(library_, variable);
     dlclose(library_);
 }
 

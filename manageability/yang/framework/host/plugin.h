@@ -2,9 +2,10 @@
 #ifndef YFW_HOST_PLUGIN_H
 #define YFW_HOST_PLUGIN_H
 
-#include <filesystem>
+#include <string>
 #include <vector>
 
+#include "host/mapping_description.h"
 #include "yfw_map.h"
 
 namespace yfw::host {
@@ -14,7 +15,7 @@ class Plugin {
 public:
     // Loads the library and calls its registration functions once each. Throws Error when it cannot be loaded
     // or registers no usable tree.
-    explicit Plugin(const std::filesystem::path &library);
+    explicit Plugin(const MappingDescription &mapping);
     ~Plugin();
     Plugin(const Plugin &) = delete;
     Plugin &operator=(const Plugin &) = delete;
@@ -24,6 +25,7 @@ public:
 
 private:
     void *library_;
+    std::vector<std::string> allocated_variables_;
     std::vector<yfw_map_registration> trees_;
 };
 

@@ -73,11 +73,20 @@ void append(std::vector<Selection> &to, std::vector<Selection> from) {
     std::move(from.begin(), from.end(), std::back_inserter(to));
 }
 
-bool holds_state(const lysc_node *node) {
-    if ((node->flags & LYS_CONFIG_R) != 0)
+// `inside`: it stands at or below one of the nodes.
+bool holds_state(const lysc_node *node, const std::vector<const lysc_node *> &below, bool inside) {
+    inside = inside || std::find(below.begin(), below.end(), node) != below.end();
+    if (inside && (node->flags & LYS_CONFIG_R) != 0)
         return true;
     for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next)
-        if (holds_state(child))
+        if (holds_state(child, below, inside))
+            return true;
+    return false;
+}
+
+bool is_inside(const lysc_node *node, const std::vector<const lysc_node *> &below) {
+    for (; node != nullptr; node = node->parent)
+        if (std::find(below.begin(), below.end(), node) != below.end())
             return true;
     return false;
 }
@@ -147,16 +156,16 @@ std::vector<Selection> split_by_selected_node(const Selection &root) {
     return trees;
 }
 
-bool selects_state(const Selection &root) {
+bool selects_state(const Selection &root, const std::vector<const lysc_node *> &below) {
     bool content = false;
     for (const Selection &child : root.children) {
         if (child.only_narrows())
             continue;
         content = true;
-        if (selects_state(child))
+        if (selects_state(child, below))
             return true;
     }
-    return !content && holds_state(root.node);
+    return !content && holds_state(root.node, below, is_inside(root.node, below));
 }
 
 } // namespace yfw::host

@@ -50,8 +50,8 @@ std::vector<Selection> split_by_list_entry(const Selection &root);
 // One tree for each selected node, with what leads to it and its keys.
 std::vector<Selection> split_by_selected_node(const Selection &root);
 
-// Whether it selects state below /lldp/interfaces or /lldp/state.
-bool selects_state(const Selection &root);
+// Whether it selects state (config false) at or below one of these nodes.
+bool selects_state(const Selection &root, const std::vector<const lysc_node *> &below);
 
 } // namespace yfw::host
 

@@ -1,6 +1,8 @@
 #include "host/request_context.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 namespace yfw::host {
 
@@ -36,8 +38,9 @@ bool RequestContext::is_edit() const {
     return descriptor_.req_type != YMAP_REQ_GET && descriptor_.req_type != YMAP_REQ_GET_CONFIG;
 }
 
-void RequestContext::set_subtree(const char *path, const tidl_yfw_datatree *node) {
-    request_.subtrees[0] = node != nullptr ? yfw_request_subtree{path, node} : yfw_request_subtree{};
+void RequestContext::set_subtrees(const std::vector<yfw_request_subtree> &subtrees) {
+    std::fill(std::begin(request_.subtrees), std::end(request_.subtrees), yfw_request_subtree{});
+    std::copy_n(subtrees.begin(), std::min<size_t>(subtrees.size(), YFW_REQUEST_SUBTREES), request_.subtrees);
 }
 
 void RequestContext::record_error_path() {

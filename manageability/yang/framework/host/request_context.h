@@ -40,8 +40,8 @@ public:
     // Whether a replace stopped after its delete pass.
     bool replace_unfinished() const { return request_.replace_marker != 0; }
 
-    // Makes `node` the request's subtree at `path`, for the counters that look it up; NULL takes it away.
-    void set_subtree(const char *path, const tidl_yfw_datatree *node);
+    // What the library may look up by its path: at most YFW_REQUEST_SUBTREES nodes, borrowed.
+    void set_subtrees(const std::vector<yfw_request_subtree> &subtrees);
 
     // Paths of deleted entries that the plug-in wants kept.
     std::vector<std::string> &trimmed_paths() { return trimmed_paths_; }

@@ -16,10 +16,10 @@ public:
     virtual ~DeviceView() = default;
 
     // Whether LLDP is configured on or off globally; nothing when it is not configured.
-    virtual std::optional<bool> global_lldp_enabled() const = 0;
+    virtual std::optional<bool> enabled_globally() const = 0;
 
     // The display names, sorted, of the interfaces that carry LLDP configuration.
-    virtual std::vector<std::string> interfaces_with_lldp_configuration() const = 0;
+    virtual std::vector<std::string> configured_interfaces() const = 0;
 
     virtual bool interface_exists(std::string_view display_name) const = 0;
 

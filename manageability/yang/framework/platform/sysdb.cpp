@@ -80,7 +80,7 @@ terrno SystemDatabase::get(const DeviceView &device, std::uint64_t connection, s
     if (open->second.root != Root::global_lldp || item != enable_item) {
         return status_no_such_item;
     }
-    const std::optional<bool> enabled = device.global_lldp_enabled();
+    const std::optional<bool> enabled = device.enabled_globally();
     if (!enabled) {
         return status_no_such_item;
     }
@@ -91,12 +91,12 @@ terrno SystemDatabase::get(const DeviceView &device, std::uint64_t connection, s
 std::vector<std::string> SystemDatabase::paths_below(Root root, const DeviceView &device) {
     std::vector<std::string> paths;
     if (root == Root::global_lldp) {
-        if (device.global_lldp_enabled()) {
+        if (device.enabled_globally()) {
             paths.emplace_back(enable_item);
         }
         return paths;
     }
-    for (const std::string &name : device.interfaces_with_lldp_configuration()) {
+    for (const std::string &name : device.configured_interfaces()) {
         paths.push_back(to_system_database_form(name) + "/lldp/");
     }
     return paths;

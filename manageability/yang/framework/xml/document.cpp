@@ -150,6 +150,8 @@ void Document::Free::operator()(_xmlDoc *document) const {
 Document::Document(std::string_view text, const Limits &limits) {
     if (text.size() > static_cast<size_t>(INT_MAX))
         throw DocumentError("the document is longer than " + std::to_string(INT_MAX) + " bytes");
+    if (text.find('\0') != std::string_view::npos) // libxml2 takes one behind the root for the end
+        throw DocumentError("the document holds a NUL character");
     if (most_attributes_of_a_tag(text) > limits.attributes)
         throw DocumentError("an element has more than " + std::to_string(limits.attributes) + " attributes");
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos)

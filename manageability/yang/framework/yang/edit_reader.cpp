@@ -184,14 +184,15 @@ void sort_by_model(const lysc_node *parent, std::vector<EditNode> &children) {
 void read_children(EditNode &to, const EditElement &from, const std::string &path) {
     // What stands below a replaced node is its new content.
     const Operation below = to.operation == Operation::replace ? Operation::merge : to.operation;
-    std::set<const lysc_node *> leaves;
+    std::set<std::string> seen; // an entry of a leaf-list may be named again
     for (const EditElement &child : from.children) {
         const lysc_node *schema = child_named(to.node, child);
         if (schema == nullptr)
             refuse_unknown(to.node, child, path + "/" + child.name);
-        if (schema->nodetype == LYS_LEAF && !leaves.insert(schema).second)
-            throw Error(ErrorTag::bad_element, path + "/" + child.name, "stands twice");
         to.children.push_back(read_node(schema, child, below, path));
+        const std::string place = instance_path(path, to.children.back());
+        if (schema->nodetype != LYS_LEAFLIST && !seen.insert(place).second)
+            throw Error(ErrorTag::bad_element, place, "stands twice");
     }
     sort_by_model(to.node, to.children);
 }

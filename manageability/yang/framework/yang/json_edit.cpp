@@ -1,10 +1,7 @@
 // Edits in JSON (RFC 7951), with operations as annotations (RFC 7952).
-#include <set>
-
-#include <nlohmann/json.hpp>
-
 #include "base/error.h"
 #include "yang/edit_element.h"
+#include "yang/json_text.h"
 
 namespace yfw::yang {
 namespace {
@@ -12,44 +9,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Written = EditElement::Written;
 
-constexpr size_t deepest = 128;
 constexpr std::string_view operation_annotation = "ietf-netconf:operation";
 constexpr std::string_view default_annotation = "ietf-netconf-with-defaults:default";
 
 [[noreturn]] void refuse(const std::string &path, const std::string &why) {
     throw Error(ErrorTag::invalid_value, path, why);
-}
-
-// JSON leaves open what a second member of one name means.
-class RefuseRepetition {
-public:
-    bool operator()(int depth, Json::parse_event_t event, const Json &parsed) {
-        const auto level = static_cast<size_t>(depth);
-        if (level > deepest)
-            refuse("", "values are nested deeper than " + std::to_string(deepest));
-        if (event == Json::parse_event_t::object_start)
-            names_.resize(level + 1);
-        if (event == Json::parse_event_t::object_start)
-            names_[level].clear();
-        if (event == Json::parse_event_t::key && !names_[level - 1].insert(parsed.get<std::string>()).second)
-            refuse("", "the member \"" + parsed.get<std::string>() + "\" stands twice in one object");
-        return true;
-    }
-
-private:
-    std::vector<std::set<std::string>> names_; // of the objects around a place
-};
-
-Json parse(const std::string &text) {
-    RefuseRepetition repetition;
-    try {
-        return Json::parse(text, [&](int depth, Json::parse_event_t event, Json &parsed) {
-            return repetition(depth, event, parsed);
-        });
-    } catch (const Json::parse_error &error) {
-        const std::string what = error.what();
-        refuse("", "is no JSON: " + what.substr(what.find("] ") + 2));
-    }
 }
 
 void read_annotations(const Json &annotations, const std::string &path, EditElement &to) {
@@ -163,7 +127,7 @@ private:
 } // namespace
 
 EditElement edit_element_from_json(const ly_ctx *context, const std::string &text) {
-    return Reader(context).top(parse(text));
+    return Reader(context).top(parse_json(text));
 }
 
 } // namespace yfw::yang

@@ -1,18 +1,12 @@
 #include "yang/schemas.h"
 
-#include <cstring>
 #include <initializer_list>
 
 #include "base/error.h"
+#include "yang/path_words.h"
 
 namespace yfw::yang {
 namespace {
-
-constexpr const char *native_modules[] = {"Tarvo-QD-ifmgr-cfg", "Tarvo-QD-ethernet-lldp-cfg",
-                                          "Tarvo-QD-ethernet-lldp-oper"};
-constexpr const char *openconfig_module = "openconfig-lldp";
-// Its identities are values only when it is implemented, not merely imported.
-constexpr const char *openconfig_types_module = "openconfig-lldp-types";
 
 // libyang knows the edit attributes of RFC 6241 section 7.2 as soon as there is a module of this name.
 constexpr const char *operation_module =
@@ -24,12 +18,12 @@ constexpr const char *defaults_module =
     "module ietf-netconf-with-defaults { yang-version 1.1;"
     " namespace \"urn:ietf:params:xml:ns:netconf:default:1.0\"; prefix wd; }";
 
-void load(ly_ctx *context, const char *module, const std::filesystem::path &dir) {
+void load(ly_ctx *context, const std::string &module, const std::filesystem::path &dir) {
     if (!std::filesystem::is_directory(dir))
         throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
     ly_ctx_unset_searchdir(context, nullptr);
     ly_ctx_set_searchdir(context, dir.c_str());
-    if (ly_ctx_load_module(context, module, nullptr, nullptr) == nullptr)
+    if (ly_ctx_load_module(context, module.c_str(), nullptr, nullptr) == nullptr)
         throw Error(ErrorTag::operation_failed, (dir / module).string() + ".yang", take_yang_error(context));
 }
 
@@ -44,7 +38,9 @@ const lysc_node *top_node(const lys_module *module, std::string_view name) {
 
 } // namespace
 
-Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir) {
+Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
+                 const MappedModules &modules)
+    : native_modules_(modules.native) {
     // Errors are asked for where they are expected; nothing is printed behind the user's back.
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *context = nullptr;
@@ -54,24 +50,37 @@ Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem:
     for (const char *module : {operation_module, defaults_module})
         if (lys_parse_mem(context, module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
             throw Error(ErrorTag::operation_failed, module, take_yang_error(context));
-    for (const char *module : native_modules)
+    for (const std::string &module : modules.native)
         load(context, module, native_dir);
-    load(context, openconfig_module, openconfig_dir);
-    load(context, openconfig_types_module, openconfig_dir);
-    openconfig_root_ = top_node(ly_ctx_get_module_implemented(context, openconfig_module), "lldp");
+    for (const std::string &module : modules.openconfig)
+        load(context, module, openconfig_dir);
+    const std::string &openconfig = modules.openconfig.front();
+    openconfig_root_ = top_node(ly_ctx_get_module_implemented(context, openconfig.c_str()), modules.top);
     if (openconfig_root_ == nullptr)
         throw Error(ErrorTag::operation_failed, openconfig_dir.string(),
-                    "module openconfig-lldp has no top container lldp");
+                    "module " + openconfig + " has no top container " + modules.top);
 }
 
 const lysc_node *Schemas::native_root(std::string_view ns, std::string_view name) const {
     const std::string uri(ns);
     if (const lysc_node *node = top_node(ly_ctx_get_module_implemented_ns(context_.get(), uri.c_str()), name))
         return node;
-    for (const char *module : native_modules)
-        if (const lysc_node *node = top_node(ly_ctx_get_module_implemented(context_.get(), module), name))
+    for (const std::string &module : native_modules_)
+        if (const lysc_node *node =
+                top_node(ly_ctx_get_module_implemented(context_.get(), module.c_str()), name))
             return node;
     return nullptr;
+}
+
+const lysc_node *Schemas::find(const std::string &module, std::string_view path) const {
+    PathWords words(path);
+    std::string_view word;
+    if (!words.next(word))
+        return nullptr;
+    const lysc_node *node = top_node(ly_ctx_get_module_implemented(context_.get(), module.c_str()), word);
+    while (node != nullptr && words.next(word))
+        node = schema_child(node, word);
+    return node;
 }
 
 std::string take_yang_error(const ly_ctx *context) {

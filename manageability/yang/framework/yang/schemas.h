@@ -5,29 +5,44 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "yang/data_tree.h"
 
 namespace yfw::yang {
 
-// Loads the native modules from `native_dir` and the OpenConfig LLDP modules from `openconfig_dir`; throws
-// Error naming the module that cannot be loaded. The schemas live as long as this object. One libyang context
-// serves one thread at a time.
+// The modules that a mapping is between, by name.
+struct MappedModules {
+    // The first has the top container. The others are named because identities are values only when their
+    // module is implemented, not merely imported.
+    std::vector<std::string> openconfig;
+    std::string top;
+    std::vector<std::string> native;
+};
+
+// Loads the native modules from `native_dir` and the OpenConfig modules from `openconfig_dir`; throws Error
+// naming the module that cannot be loaded. The schemas live as long as this object. One libyang context serves
+// one thread at a time.
 class Schemas {
 public:
-    Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir);
+    Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
+            const MappedModules &modules);
 
     ly_ctx *context() const { return context_.get(); }
 
-    // The OpenConfig "lldp" container.
+    // The OpenConfig top container. Its module has the prefix and the namespace of OpenConfig paths.
     const lysc_node *openconfig_root() const { return openconfig_root_; }
 
     // The top node `name` of the native module with this namespace; of any native module that has such a node
     // when the module has none; NULL when there is none.
     const lysc_node *native_root(std::string_view ns, std::string_view name) const;
 
+    // The node at a schema path, such as /interfaces/interface, of a module by name; NULL when there is none.
+    const lysc_node *find(const std::string &module, std::string_view path) const;
+
 private:
     YangContext context_;
+    std::vector<std::string> native_modules_;
     const lysc_node *openconfig_root_ = nullptr;
 };
 

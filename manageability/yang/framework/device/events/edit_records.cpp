@@ -18,23 +18,24 @@ bool stands_for_itself(const yang::EditNode &edit) {
     return edit.value.has_value() || (edit.node->nodetype == LYS_LIST && only_keys);
 }
 
-void collect(const yang::EditNode &edit, const std::string &parent, std::vector<EditRecord> &records) {
+void collect(const yang::EditNode &edit, const std::string &parent, const lysc_node *openconfig,
+             std::vector<EditRecord> &records) {
     if (edit.is_key())
         return;
     const std::string path = yang::instance_path(parent, edit);
     if (is_whole(edit) || stands_for_itself(edit)) {
-        records.push_back({path, std::string(yang::to_string(edit.operation))});
+        records.push_back({path, std::string(yang::to_string(edit.operation)), openconfig});
         return;
     }
     for (const yang::EditNode &child : edit.children)
-        collect(child, path, records);
+        collect(child, path, openconfig, records);
 }
 
 } // namespace
 
 std::vector<EditRecord> edit_records(const yang::EditNode &edit) {
     std::vector<EditRecord> records;
-    collect(edit, "", records);
+    collect(edit, "", edit.node, records);
     return records;
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <libyang/libyang.h>
+
 namespace yfw::events {
 
 // Who did something: a session of a user, or the server by itself.
@@ -16,10 +18,12 @@ struct Actor {
     std::string user;
 };
 
-// A node that a request edited: its instance path below the OpenConfig module, and the word for what was done.
+// A node that a request edited: its instance path, the word for what was done, and the OpenConfig top container, which
+// the schemas own.
 struct EditRecord {
     std::string target;
     std::string operation;
+    const lysc_node *openconfig = nullptr;
 };
 
 // The running configuration has changed. Without edits: it is an earlier one again.

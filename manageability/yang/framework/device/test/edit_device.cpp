@@ -9,7 +9,7 @@ EditedDevice::EditedDevice(const std::string &native, sources::NativeTarget *tar
                            const std::filesystem::path &directory)
     : configured_(yang::test::schemas(), source_,
                   (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db"),
-      engine_(yang::test::schemas(), configured_, OCLLDP_LIBRARY),
+      engine_(yang::test::schemas(), configured_, host::read_mapping(OCLLDP_LIBRARY)),
       editor_(yang::test::schemas(), configured_, engine_, target) {
     source_.xml = native;
 }

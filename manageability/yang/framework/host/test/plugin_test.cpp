@@ -8,8 +8,15 @@
 namespace yfw::host::test {
 namespace {
 
+// The shipped mapping with another library.
+MappingDescription mapping_of(const char *library) {
+    MappingDescription mapping = read_mapping(OCLLDP_LIBRARY);
+    mapping.library = library;
+    return mapping;
+}
+
 TEST(LoadedPlugin, HasItsTreesInTheOrderOfRegistration) {
-    const Plugin plugin(OCLLDP_LIBRARY);
+    const Plugin plugin(read_mapping(OCLLDP_LIBRARY));
     ASSERT_EQ(plugin.trees().size(), 3u);
     EXPECT_STREQ(plugin.trees()[0].tree_name, "OC lldp config tree");
     EXPECT_STREQ(plugin.trees()[1].tree_name, "OC lldp oper tree");
@@ -17,14 +24,14 @@ TEST(LoadedPlugin, HasItsTreesInTheOrderOfRegistration) {
 }
 
 TEST(LoadedPlugin, NamesTopNodesThatTheModelsHave) {
-    const Plugin plugin(OCLLDP_LIBRARY);
+    const Plugin plugin(read_mapping(OCLLDP_LIBRARY));
     for (const yfw_map_registration &tree : plugin.trees())
         EXPECT_NE(schemas().native_root(tree.native_ns, tree.native_top), nullptr) << tree.tree_name;
 }
 
 TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
     try {
-        const Plugin plugin("/no/such/library.so");
+        const Plugin plugin(mapping_of("/no/such/library.so"));
         FAIL() << "was loaded";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), "/no/such/library.so");
@@ -34,7 +41,7 @@ TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
 
 TEST(PluginThatCannotBeUsed, IsNamedWhenItRegistersNothing) {
     try {
-        const Plugin plugin("libm.so.6");
+        const Plugin plugin(mapping_of("libm.so.6"));
         FAIL() << "was loaded";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), "libm.so.6");

@@ -91,10 +91,15 @@ std::ostream &operator<<(std::ostream &out, const Touches &touches) {
     return out << touches.path;
 }
 
+// Where the mapping looks for state.
+std::vector<const lysc_node *> state_nodes() {
+    return {path("/lldp/interfaces").back().node, path("/lldp/state").back().node};
+}
+
 class RequestedState : public testing::TestWithParam<Touches> {};
 
 TEST_P(RequestedState, IsSeenInThePath) {
-    EXPECT_EQ(selects_state(selection({GetParam().path})), GetParam().state);
+    EXPECT_EQ(selects_state(selection({GetParam().path}), state_nodes()), GetParam().state);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -112,8 +117,15 @@ INSTANTIATE_TEST_SUITE_P(
                     Touches{"/lldp/interfaces/interface/neighbors/neighbor/state/ttl", true}));
 
 TEST(RequestedState, IsSeenBesideConfiguration) {
-    EXPECT_TRUE(selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/state/enabled"})));
-    EXPECT_FALSE(selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/config"})));
+    EXPECT_TRUE(selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/state/enabled"}), state_nodes()));
+    EXPECT_FALSE(selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/config"}), state_nodes()));
+}
+
+TEST(RequestedState, IsOfNoConcernOutsideTheNodesThatAreLookedAt) {
+    const std::vector<const lysc_node *> interfaces{path("/lldp/interfaces").back().node};
+    EXPECT_FALSE(selects_state(selection({"/lldp/state"}), interfaces));
+    EXPECT_TRUE(selects_state(selection({"/lldp"}), interfaces));
+    EXPECT_FALSE(selects_state(selection({"/lldp"}), {}));
 }
 
 } // namespace

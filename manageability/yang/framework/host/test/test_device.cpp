@@ -26,7 +26,7 @@ TextSource &shared_source() {
 // Never destroyed: what the plug-in holds between requests (the last neighbor id asked for, say) is no leak for
 // as long as the plug-in is loaded.
 Engine &shared_engine() {
-    static Engine &engine = *new Engine(schemas(), shared_source(), OCLLDP_LIBRARY);
+    static Engine &engine = *new Engine(schemas(), shared_source(), read_mapping(OCLLDP_LIBRARY));
     return engine;
 }
 

@@ -21,12 +21,12 @@ public:
     std::set<std::string, std::less<>> interfaces;
     bool broken = false; // every question throws
 
-    std::optional<bool> global_lldp_enabled() const override {
+    std::optional<bool> enabled_globally() const override {
         fail_when_broken();
         return global_enabled;
     }
 
-    std::vector<std::string> interfaces_with_lldp_configuration() const override {
+    std::vector<std::string> configured_interfaces() const override {
         fail_when_broken();
         return {configured.begin(), configured.end()};
     }

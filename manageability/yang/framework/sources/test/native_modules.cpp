@@ -6,11 +6,12 @@
 #include "support/answers.h"
 #include "yang/schemas.h"
 #include "yang/test/data_texts.h"
+#include "yang/test/test_schemas.h"
 
 namespace yfw::sources::test {
 
 const ly_ctx *native_modules() {
-    static const yang::Schemas schemas(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const yang::Schemas schemas(YFW_MODELS_DIR, YFW_MODELS_DIR, yang::test::models());
     return schemas.context();
 }
 

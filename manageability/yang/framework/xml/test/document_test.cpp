@@ -45,6 +45,12 @@ TEST(ADocument, ThatIsRefusedNamesTheLine) {
     EXPECT_THAT(why_refused("<a>\n<b>\n</a>"), testing::HasSubstr("line 3"));
 }
 
+TEST(ADocument, MayNotHoldANulCharacterAnywhere) {
+    for (const std::string &place : {std::string("\0<a/>", 5), std::string("<a>\0</a>", 8),
+                                    std::string("<a/>\0", 5), std::string("<a/>\0<b", 7)})
+        EXPECT_THAT(why_refused(place), testing::HasSubstr("NUL"));
+}
+
 TEST(ADocument, IsRefusedWithinItsLimits) {
     EXPECT_EQ(why_refused("<a><b/></a>", {.depth = 2, .elements = 2, .attributes = 0}), "");
     EXPECT_THAT(why_refused("<a><b><c/></b></a>", {.depth = 2}), testing::HasSubstr("deeper than 2"));

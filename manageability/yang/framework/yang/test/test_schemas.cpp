@@ -1,9 +1,16 @@
 #include "test_schemas.h"
 
+#include "host/mapping_description.h"
+
 namespace yfw::yang::test {
 
+const MappedModules &models() {
+    static const host::MappingDescription mapping = host::read_mapping(YFW_MAPPING_DESCRIPTION);
+    return mapping.modules;
+}
+
 const Schemas &schemas() {
-    static const Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR);
+    static const Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR, models());
     return loaded;
 }
 

@@ -9,6 +9,9 @@
 
 namespace yfw::yang::test {
 
+// Of the shipped mapping.
+const MappedModules &models();
+
 // Loaded when first asked for.
 const Schemas &schemas();
 

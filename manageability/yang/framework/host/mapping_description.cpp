@@ -1,0 +1,268 @@
+#include "host/mapping_description.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string_view>
+
+#include "base/error.h"
+#include "yang/json_text.h"
+#include "yfw_map.h"
+
+namespace yfw::host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+[[noreturn]] void refuse(const std::filesystem::path &file, const std::string &why) {
+    throw Error(ErrorTag::invalid_value, file.string(), why);
+}
+
+std::string read_text(const std::filesystem::path &file, const std::filesystem::path &plugin) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream text;
+    if (in)
+        text << in.rdbuf();
+    if (!in || text.bad())
+        refuse(file, std::string("cannot be read: ") + std::strerror(errno) +
+                         "; expected the description of the mapping plug-in " + plugin.string());
+    return text.str();
+}
+
+// The members of an object: each is asked for by its name and by what is expected of it.
+class Members {
+public:
+    Members(const Json &object, std::string place, const std::filesystem::path &file)
+        : object_(object), place_(std::move(place)), file_(file) {
+        if (!object.is_object())
+            refuse(file, place_.empty() ? "expected an object" : quoted(place_) + " is not an object");
+    }
+
+    bool has(const char *name) { return find(name) != nullptr; }
+
+    std::string text(const char *name, const char *expected) {
+        return text_of(required(name, expected), place_of(name), expected);
+    }
+
+    bool flag(const char *name, const char *expected) {
+        const Json &value = required(name, expected);
+        if (!value.is_boolean())
+            wrong(place_of(name), expected, "true or false");
+        return value.get<bool>();
+    }
+
+    // `least`: how many there are at least.
+    std::vector<std::string> texts(const char *name, const char *expected, size_t least = 1) {
+        std::vector<std::string> found;
+        each(name, expected, [&](const Json &value, const std::string &place) {
+            found.push_back(text_of(value, place, expected));
+        });
+        if (found.size() < least)
+            wrong(place_of(name), expected, "an array that is not empty");
+        return found;
+    }
+
+    template <class Read> void each(const char *name, const char *expected, Read &&read) {
+        const Json &value = required(name, expected);
+        if (!value.is_array())
+            wrong(place_of(name), expected, "an array");
+        for (size_t i = 0; i < value.size(); i++)
+            read(value[i], place_of(name) + "[" + std::to_string(i) + "]");
+    }
+
+    Members object(const char *name, const char *expected) {
+        const Json &value = required(name, expected);
+        if (!value.is_object())
+            wrong(place_of(name), expected, "an object");
+        return {value, place_of(name), file_};
+    }
+
+    std::map<std::string, std::string> map(const char *name, const char *expected) {
+        std::map<std::string, std::string> found;
+        const Members members = object(name, expected);
+        for (const auto &[key, value] : members.object_.items())
+            found[key] = text_of(value, place_of(name) + "." + key, expected);
+        return found;
+    }
+
+    // To be called when all have been asked for.
+    void refuse_others() const {
+        for (const auto &[name, value] : object_.items())
+            if (!known_.contains(name))
+                refuse(file_, "member " + quoted(place_of(name)) + " is unknown; expected one of " + known());
+    }
+
+    const std::filesystem::path &file() const { return file_; }
+    std::string place_of(const std::string &name) const { return place_.empty() ? name : place_ + "." + name; }
+
+    [[noreturn]] void wrong(const std::string &place, const char *expected, const char *type) const {
+        refuse(file_, "member " + quoted(place) + ": expected " + expected + ", as " + type);
+    }
+
+private:
+    static std::string quoted(const std::string &text) { return "\"" + text + "\""; }
+
+    std::string known() const {
+        std::string words;
+        for (const std::string &name : known_)
+            words += (words.empty() ? "" : ", ") + name;
+        return words;
+    }
+
+    const Json *find(const char *name) {
+        known_.insert(name);
+        const auto found = object_.find(name);
+        return found != object_.end() ? &*found : nullptr;
+    }
+
+    const Json &required(const char *name, const char *expected) {
+        const Json *found = find(name);
+        if (found == nullptr)
+            refuse(file_, "member " + quoted(place_of(name)) + " is missing; expected " + expected);
+        return *found;
+    }
+
+    std::string text_of(const Json &value, const std::string &place, const char *expected) const {
+        if (!value.is_string() || value.get<std::string>().empty())
+            wrong(place, expected, "a text that is not empty");
+        return value.get<std::string>();
+    }
+
+    const Json &object_;
+    std::string place_;
+    const std::filesystem::path &file_;
+    std::set<std::string> known_;
+};
+
+// An absolute path of names, without prefixes and keys.
+std::string checked_path(const Members &members, const std::string &place, std::string path) {
+    if (path.front() != '/' || path.back() == '/' || path.find("//") != std::string::npos ||
+        path.find_first_of(":[ ") != std::string::npos)
+        refuse(members.file(),
+               "member \"" + place + "\": expected a schema path such as /top/list, found \"" + path + "\"");
+    return path;
+}
+
+std::string path_in(Members &members, const char *name, const char *expected) {
+    return checked_path(members, members.place_of(name), members.text(name, expected));
+}
+
+void read_openconfig(Members members, MappingDescription &to) {
+    to.modules.openconfig =
+        members.texts("modules", "the names of the OpenConfig modules, that of the top container first");
+    to.modules.top = members.text("top", "the name of the top container");
+    if (members.has("state"))
+        for (const std::string &path : members.texts("state", "the schema paths of state"))
+            to.state.push_back(checked_path(members, members.place_of("state"), path));
+    members.refuse_others();
+}
+
+MappedSubtree read_subtree(Members members) {
+    MappedSubtree subtree;
+    subtree.module = members.text("module", "the name of a native module");
+    subtree.path = path_in(members, "path", "the path by which the library looks the node up");
+    subtree.sums = members.flag("sums", "whether the library sums values up over the node's children");
+    members.refuse_others();
+    return subtree;
+}
+
+InterfaceEntries read_entries(Members members) {
+    InterfaceEntries entries;
+    entries.module = members.text("module", "the name of a native module");
+    entries.path = path_in(members, "path", "the schema path of a list of interfaces");
+    entries.name = members.text("name", "the leaf that holds an interface's name");
+    if (members.has("where"))
+        entries.where = members.map("where", "the value that a leaf must have");
+    if (members.has("holding"))
+        entries.holding = members.text("holding", "the container that must have content");
+    members.refuse_others();
+    return entries;
+}
+
+DeviceAnswers::Switch read_switch(Members members) {
+    DeviceAnswers::Switch found;
+    found.module = members.text("module", "the name of a native module");
+    found.path = path_in(members, "path", "the schema path of a leaf");
+    found.on = members.text("on", "the leaf's value when the protocol is on");
+    members.refuse_others();
+    return found;
+}
+
+DeviceAnswers read_device(Members members) {
+    DeviceAnswers device;
+    if (members.has("enabled"))
+        device.enabled = read_switch(members.object("enabled", "the leaf that switches the protocol on"));
+    if (members.has("configured-interfaces"))
+        device.configured_interfaces =
+            read_entries(members.object("configured-interfaces", "where configured interfaces are"));
+    if (members.has("interfaces"))
+        members.each("interfaces", "where interfaces are", [&](const Json &value, const std::string &place) {
+            device.interfaces.push_back(read_entries({value, place, members.file()}));
+        });
+    members.refuse_others();
+    return device;
+}
+
+ChangeNotification read_notification(Members members) {
+    ChangeNotification notification;
+    notification.module = members.text("module", "the name of the notification's module");
+    notification.name = members.text("name", "the name of the notification");
+    notification.entry = path_in(members, "entry", "the schema path of the list whose changes are told");
+    notification.keys =
+        members.texts("keys", "the notification's leaves for the keys of the lists down to the entry");
+    members.refuse_others();
+    return notification;
+}
+
+void read_subtrees(Members &members, MappingDescription &to) {
+    const char *const expected = "the native nodes that the library looks up by their paths";
+    members.each("subtrees", expected, [&](const Json &value, const std::string &place) {
+        to.subtrees.push_back(read_subtree({value, place, members.file()}));
+    });
+    if (to.subtrees.size() > YFW_REQUEST_SUBTREES)
+        members.wrong("subtrees", expected, "an array of 50 at most");
+}
+
+MappingDescription read_members(Members members) {
+    MappingDescription made;
+    made.file = members.file();
+    const std::filesystem::path folder = made.file.parent_path();
+    // Without a folder the loader would search the system's.
+    made.library = (folder.empty() ? "." : folder) / members.text("library", "the file of the library");
+    made.registration_functions =
+        members.texts("registration-functions", "the functions that register the mapping's trees");
+    made.walker_prefix = members.text("walker-prefix", "what the names of the OpenConfig walkers begin with");
+    read_openconfig(members.object("openconfig", "the OpenConfig side of the mapping"), made);
+    made.modules.native = members.texts("native-modules", "the names of the native modules");
+    if (members.has("allocated-variables"))
+        made.allocated_variables =
+            members.texts("allocated-variables", "the library's pointers that its loader frees", 0);
+    if (members.has("subtrees"))
+        read_subtrees(members, made);
+    if (members.has("device"))
+        made.device = read_device(members.object("device", "what the platform is answered from"));
+    if (members.has("notification"))
+        made.notification = read_notification(members.object("notification", "the notification of changes"));
+    members.refuse_others();
+    return made;
+}
+
+} // namespace
+
+MappingDescription read_mapping(const std::filesystem::path &plugin) {
+    std::filesystem::path file = plugin;
+    if (file.extension() == ".so")
+        file.replace_extension(".json");
+    const std::string text = read_text(file, plugin);
+    Json document;
+    try {
+        document = yang::parse_json(text);
+    } catch (const Error &error) {
+        refuse(file, error.what());
+    }
+    return read_members({document, "", file});
+}
+
+} // namespace yfw::host

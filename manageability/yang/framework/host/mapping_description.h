@@ -1,0 +1,74 @@
+// What the host knows of a mapping: the description that stands beside its library.
+#ifndef YFW_HOST_MAPPING_DESCRIPTION_H
+#define YFW_HOST_MAPPING_DESCRIPTION_H
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "yang/schemas.h"
+
+namespace yfw::host {
+
+// A node of the native response that the library looks up by its path.
+struct MappedSubtree {
+    std::string module; // native
+    std::string path;   // from the module's top node
+    // Whether the library sums values up over the node's children. A sum that is not finished stays in the
+    // library: after a response with more than one child the library is loaded anew.
+    bool sums = false;
+};
+
+// Native entries that stand for interfaces.
+struct InterfaceEntries {
+    std::string module;
+    std::string path;                         // of the list
+    std::string name;                         // the leaf with the display name
+    std::map<std::string, std::string> where; // leaves that must have these values
+    std::optional<std::string> holding;       // a container that must have content
+};
+
+// What the platform is answered from when the library asks it about the device.
+struct DeviceAnswers {
+    struct Switch {
+        std::string module;
+        std::string path; // of a leaf
+        std::string on;   // its value when the protocol is on
+    };
+    std::optional<Switch> enabled;                         // the protocol, globally
+    std::optional<InterfaceEntries> configured_interfaces; // those with configuration of the protocol
+    std::vector<InterfaceEntries> interfaces;              // all that exist
+};
+
+// A YANG notification that tells changes of a list's entries.
+struct ChangeNotification {
+    std::string module;
+    std::string name;
+    std::string entry;             // the schema path of the list, in the OpenConfig model
+    std::vector<std::string> keys; // leaves for the first key of each list down to the entry, outermost first
+};
+
+struct MappingDescription {
+    std::filesystem::path file;    // of the description
+    std::filesystem::path library; // absolute, or relative as `file` is
+    std::vector<std::string> registration_functions;
+    std::string walker_prefix;                    // of the names of the OpenConfig walkers
+    std::vector<std::string> allocated_variables; // pointers of the library that its loader frees at the end
+    yang::MappedModules modules;
+    std::vector<std::string>
+        state; // schema paths of the OpenConfig state that the request's descriptor tells of
+    std::vector<MappedSubtree> subtrees;
+    DeviceAnswers device;
+    std::optional<ChangeNotification> notification;
+};
+
+// Reads the description of a plug-in, given by its library (FILE.so, described in FILE.json beside it) or by
+// the description itself. Members are documented in docs/plugin-contract.md. Throws Error that names the file,
+// the member and what was expected.
+MappingDescription read_mapping(const std::filesystem::path &plugin);
+
+} // namespace yfw::host
+
+#endif

@@ -1,0 +1,196 @@
+// Descriptions of mappings, as they are read and as they are refused.
+#include "host/mapping_description.h"
+
+#include <ostream>
+
+#include <gtest/gtest.h>
+
+#include "base/error.h"
+#include "support/files.h"
+
+namespace yfw::host::test {
+namespace {
+
+using yfw::test::TemporaryDirectory;
+
+// A description with nothing that may be left out; `more` stands before the closing brace.
+std::string smallest(const std::string &more = "") {
+    return R"({"library": "libx.so", "registration-functions": ["reg"], "walker-prefix": "x_",
+  "openconfig": {"modules": ["openconfig-x"], "top": "x"}, "native-modules": ["x-cfg"])" +
+           more + "}";
+}
+
+std::string replaced(std::string text, const std::string &what, const std::string &with) {
+    const size_t at = text.find(what);
+    EXPECT_NE(at, std::string::npos) << what;
+    return text.replace(at, what.size(), with);
+}
+
+// --- what is read ---
+
+TEST(ADescription, MayLeaveOutWhatItsMappingDoesNotHave) {
+    const TemporaryDirectory directory;
+    const MappingDescription mapping = read_mapping(directory.add("libx.json", smallest()));
+    EXPECT_EQ(mapping.library, directory.path() / "libx.so");
+    EXPECT_EQ(mapping.registration_functions, std::vector<std::string>{"reg"});
+    EXPECT_EQ(mapping.walker_prefix, "x_");
+    EXPECT_EQ(mapping.modules.openconfig, std::vector<std::string>{"openconfig-x"});
+    EXPECT_EQ(mapping.modules.top, "x");
+    EXPECT_EQ(mapping.modules.native, std::vector<std::string>{"x-cfg"});
+    EXPECT_TRUE(mapping.state.empty());
+    EXPECT_TRUE(mapping.subtrees.empty());
+    EXPECT_TRUE(mapping.allocated_variables.empty());
+    EXPECT_TRUE(mapping.device.interfaces.empty());
+    EXPECT_FALSE(mapping.notification.has_value());
+}
+
+TEST(ADescription, StandsBesideTheLibraryThatIsNamed) {
+    const TemporaryDirectory directory;
+    directory.add("libx.json", smallest());
+    EXPECT_EQ(read_mapping(directory.path() / "libx.so").file, directory.path() / "libx.json");
+}
+
+TEST(ADescription, NamesALibraryOfTheSystemByItsFullPathOnly) {
+    const TemporaryDirectory directory;
+    const std::string text = replaced(smallest(), "libx.so", "/opt/x/libx.so");
+    EXPECT_EQ(read_mapping(directory.add("libx.json", text)).library, "/opt/x/libx.so");
+}
+
+TEST(ADescription, HasAllThatItSays) {
+    const TemporaryDirectory directory;
+    const MappingDescription mapping = read_mapping(directory.add("libx.json", smallest(R"(,
+  "allocated-variables": ["kept"],
+  "subtrees": [{"module": "x-oper", "path": "/x/nodes", "sums": true}],
+  "device": {
+    "enabled": {"module": "x-cfg", "path": "/x/on", "on": "yes"},
+    "configured-interfaces": {"module": "if", "path": "/ifs/if", "name": "id", "where": {"a": "b"}, "holding": "x"},
+    "interfaces": [{"module": "if", "path": "/ifs/if", "name": "id"}]
+  },
+  "notification": {"module": "x-events", "name": "change", "entry": "/x/list", "keys": ["id"]})")));
+    EXPECT_EQ(mapping.allocated_variables, std::vector<std::string>{"kept"});
+    ASSERT_EQ(mapping.subtrees.size(), 1U);
+    EXPECT_EQ(mapping.subtrees[0].module + mapping.subtrees[0].path, "x-oper/x/nodes");
+    EXPECT_TRUE(mapping.subtrees[0].sums);
+    ASSERT_TRUE(mapping.device.enabled.has_value());
+    EXPECT_EQ(mapping.device.enabled->on, "yes");
+    ASSERT_TRUE(mapping.device.configured_interfaces.has_value());
+    EXPECT_EQ(mapping.device.configured_interfaces->where, (std::map<std::string, std::string>{{"a", "b"}}));
+    EXPECT_EQ(mapping.device.configured_interfaces->holding, "x");
+    ASSERT_EQ(mapping.device.interfaces.size(), 1U);
+    EXPECT_EQ(mapping.device.interfaces[0].name, "id");
+    EXPECT_FALSE(mapping.device.interfaces[0].holding.has_value());
+    ASSERT_TRUE(mapping.notification.has_value());
+    EXPECT_EQ(mapping.notification->keys, std::vector<std::string>{"id"});
+}
+
+// --- what is refused ---
+
+Error error_of(const std::filesystem::path &plugin) {
+    try {
+        read_mapping(plugin);
+    } catch (const Error &error) {
+        return error;
+    }
+    ADD_FAILURE() << plugin << " was read";
+    return {ErrorTag::operation_failed, "", ""};
+}
+
+TEST(ADescriptionThatIsMissing, IsNamedWithThePlugInThatItIsOf) {
+    const Error error = error_of("/no/such/libx.so");
+    EXPECT_EQ(error.path(), "/no/such/libx.json");
+    EXPECT_EQ(std::string(error.what()),
+              "cannot be read: No such file or directory; expected the description of "
+              "the mapping plug-in /no/such/libx.so");
+}
+
+struct Fault {
+    const char *name;
+    std::string text;
+    std::vector<const char *> told; // in the message
+};
+
+std::ostream &operator<<(std::ostream &out, const Fault &fault) {
+    return out << fault.text;
+}
+
+class ADescriptionWithAFault : public testing::TestWithParam<Fault> {};
+
+TEST_P(ADescriptionWithAFault, IsRefusedWithItsFileTheMemberAndWhatWasExpected) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.add("libx.json", GetParam().text);
+    const Error error = error_of(file);
+    EXPECT_EQ(error.path(), file);
+    for (const char *told : GetParam().told)
+        EXPECT_NE(std::string(error.what()).find(told), std::string::npos) << error.what();
+}
+
+const std::string device = R"(, "device": {"interfaces": [{"module": "if", "path": "/ifs/if", "name": "id"}]})";
+
+INSTANTIATE_TEST_SUITE_P(
+    Such, ADescriptionWithAFault,
+    testing::Values(
+        Fault{"AsNoJson", "library: libx.so", {"is no JSON"}}, Fault{"AsNothing", "", {"is no JSON"}},
+        Fault{"AsAnArray", "[]", {"expected an object"}},
+        Fault{"AsAMissingMember",
+              replaced(smallest(), "\"walker-prefix\": \"x_\",", ""),
+              {"\"walker-prefix\" is missing", "expected what the names of the OpenConfig walkers begin with"}},
+        Fault{"AsAMissingMemberOfAMember",
+              replaced(smallest(), ", \"top\": \"x\"", ""),
+              {"\"openconfig.top\" is missing", "expected the name of the top container"}},
+        Fault{"AsAMissingMemberOfAnEntry",
+              smallest(replaced(device, ", \"name\": \"id\"", "")),
+              {"\"device.interfaces[0].name\" is missing", "expected the leaf"}},
+        Fault{"AsAnUnknownMember",
+              smallest(", \"colour\": 1"),
+              {"\"colour\" is unknown", "library", "notification"}},
+        Fault{"AsAnUnknownMemberOfAMember",
+              replaced(smallest(), "\"top\"", "\"tops\": 1, \"top\""),
+              {"\"openconfig.tops\" is unknown", "modules, state, top"}},
+        Fault{"AsANumberForAText",
+              replaced(smallest(), "\"x_\"", "7"),
+              {"\"walker-prefix\"", "expected", "as a text that is not empty"}},
+        Fault{"AsAnEmptyText",
+              replaced(smallest(), "\"x_\"", "\"\""),
+              {"\"walker-prefix\"", "as a text that is not empty"}},
+        Fault{"AsATextForAnArray",
+              replaced(smallest(), "[\"reg\"]", "\"reg\""),
+              {"\"registration-functions\"", "expected the functions", "as an array"}},
+        Fault{"AsAnArrayOfNumbers",
+              replaced(smallest(), "[\"reg\"]", "[\"reg\", 2]"),
+              {"\"registration-functions[1]\"", "as a text that is not empty"}},
+        Fault{"AsAnEmptyArray",
+              replaced(smallest(), "[\"reg\"]", "[]"),
+              {"\"registration-functions\"", "as an array that is not empty"}},
+        Fault{"AsATextForAnObject",
+              smallest(", \"device\": \"none\""),
+              {"\"device\"", "expected what the platform is answered from", "as an object"}},
+        Fault{"AsATextForTrueOrFalse",
+              smallest(R"(, "subtrees": [{"module": "m", "path": "/x/y", "sums": "yes"}])"),
+              {"\"subtrees[0].sums\"", "as true or false"}},
+        Fault{"AsARepeatedMember", smallest(", \"library\": \"liby.so\""), {"\"library\" stands twice"}},
+        Fault{"AsAPathWithKeys",
+              smallest(replaced(device, "/ifs/if", "/ifs/if[id='1']")),
+              {"\"device.interfaces[0].path\"", "expected a schema path"}},
+        Fault{"AsARelativePath",
+              smallest(replaced(device, "/ifs/if", "ifs/if")),
+              {"\"device.interfaces[0].path\"", "expected a schema path", "found \"ifs/if\""}}),
+    [](const auto &test) { return test.param.name; });
+
+TEST(ADescriptionWithMoreSubtreesThanARequestHolds, IsRefused) {
+    const TemporaryDirectory directory;
+    std::string entries;
+    for (int i = 0; i <= 50; i++)
+        entries += std::string(i > 0 ? "," : "") + R"({"module": "m", "path": "/x/y", "sums": false})";
+    const Error error = error_of(directory.add("libx.json", smallest(", \"subtrees\": [" + entries + "]")));
+    EXPECT_NE(std::string(error.what()).find("an array of 50 at most"), std::string::npos) << error.what();
+}
+
+// --- the shipped one ---
+
+TEST(TheShippedDescription, StandsBesideItsLibrary) {
+    const MappingDescription mapping = read_mapping(OCLLDP_LIBRARY);
+    EXPECT_TRUE(std::filesystem::equivalent(mapping.library, OCLLDP_LIBRARY));
+}
+
+} // namespace
+} // namespace yfw::host::test
