@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "netconf_server.h"
+#include "support/eventually.h"
 #include "support/files.h"
 
 namespace yfw::test {
