@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "lldpd_lab.h"
+#include "support/eventually.h"
 
 namespace yfw::test {
 namespace {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "support/answers.h"
+#include "support/eventually.h"
 #include "support/lab.h"
 
 namespace yfw::test {

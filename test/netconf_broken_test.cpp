@@ -108,7 +108,7 @@ constexpr unsigned memory_factor = 2;
 constexpr unsigned memory_factor = 1;
 #endif
 
-class AnEndlessMessage : public NetconfTest, public testing::WithParamInterface<std::string> {};
+class AnEndlessMessage : public NetconfProcessTest, public testing::WithParamInterface<std::string> {};
 
 TEST_P(AnEndlessMessage, IsNotReadToItsEnd) {
     NetconfClient other(server().socket());

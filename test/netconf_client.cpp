@@ -12,6 +12,7 @@
 #include <pwd.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -50,20 +51,25 @@ Xml element_of(const lyd_node *node) {
     return element;
 }
 
-// The test's process is this user as long as the object lives; nothing happens for no user.
+// Of this thread alone. seteuid() changes all of them, and one may be the server.
+bool become(uid_t user) {
+    return syscall(SYS_setresuid, -1, user, -1) == 0;
+}
+
+// The thread is this user as long as the object lives; nothing happens for no user.
 class AsUser {
 public:
     explicit AsUser(const std::string &name) : switched_(!name.empty()) {
         if (!switched_)
             return;
         const passwd *user = getpwnam(name.c_str());
-        if (user == nullptr || seteuid(user->pw_uid) != 0)
+        if (user == nullptr || !become(user->pw_uid))
             throw std::runtime_error("cannot become the user " + name);
     }
     ~AsUser() {
         if (!switched_)
             return;
-        if (seteuid(getuid()) != 0)
+        if (!become(getuid()))
             std::terminate();
         prctl(PR_SET_DUMPABLE, 1); // a change of the user takes it, and a leak check needs it
     }

@@ -14,7 +14,7 @@
 #include "base/process.h"
 #include "netconf_server.h"
 #include "support/files.h"
-#include "support/lab.h"
+#include "support/running_yfw.h"
 
 namespace yfw::test {
 namespace {

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "netconf_server.h"
+#include "support/child_process.h"
+#include "support/eventually.h"
 
 namespace yfw::test {
 namespace {
@@ -26,7 +28,7 @@ constexpr int long_time = 300;
 const std::string persist = "<persist>token</persist>";
 const std::string persist_id = "<persist-id>token</persist-id>";
 
-class AConfirmedCommit : public NetconfTest {
+class AConfirmedCommit : public NetconfProcessTest {
 protected:
     // Commits a new name, to be confirmed.
     void commit_name(const std::string &name, const std::string &operation) {
@@ -37,9 +39,9 @@ protected:
     bool is_taken_back(seconds limit = seconds(10)) {
         return eventually([this] { return name(other) == original; }, limit);
     }
-    // For longer than the timeouts of these tests.
+    // For longer than the timeout of these tests, which is one second.
     void expect_kept(const std::string &kept) {
-        EXPECT_FALSE(eventually([&] { return name(other) != kept; }, seconds(3)));
+        EXPECT_FALSE(eventually([&] { return name(other) != kept; }, std::chrono::milliseconds(1500)));
     }
 
     std::optional<NetconfClient> client{std::in_place, server().socket()};

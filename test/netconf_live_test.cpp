@@ -10,6 +10,7 @@
 #include "lldpd_lab.h"
 #include "netconf_events.h"
 #include "netconf_server.h"
+#include "support/eventually.h"
 
 namespace yfw::test {
 namespace {

@@ -16,15 +16,18 @@
 #include <gtest/gtest.h>
 
 #include "netconf_server.h"
+#include "support/child_process.h"
+#include "support/eventually.h"
 #include "support/native_xml.h"
 
 namespace yfw::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-class NetconfLoad : public NetconfTest {};
+class NetconfLoad : public NetconfProcessTest {};
 
 TEST_F(NetconfLoad, OfAHundredIdleConnectionsIsNoticedByNobody) {
     std::vector<std::unique_ptr<NetconfClient>> idle;
@@ -90,7 +93,7 @@ TEST(AClientThatReadsNothing, HoldsUpNobodyAndTakesLittleMemory) {
     const TemporaryDirectory device;
     device.add("config.xml", read_file(YFW_EXAMPLES_DIR "/r1/config.xml"));
     device.add("oper.xml", many_neighbors());
-    NetconfServer server({}, device.path());
+    NetconfServer server({}, Runs::as_program, device.path());
     NetconfClient other(server.socket());
     const std::string answer = other.rpc("<get/>").printed;
     ASSERT_GT(answer.size(), 900u << 10);
@@ -144,7 +147,7 @@ TEST_F(NetconfLoad, OfNothingTakesNoTime) {
     const Connection silent(server().socket());
     const pid_t process = idle.connection().server();
     unsigned long last = ticks(process);
-    EXPECT_FALSE(eventually([&] { return ticks(process) > last + 2; }, seconds(2)));
+    EXPECT_FALSE(eventually([&] { return ticks(process) > last + 2; }, milliseconds(500)));
 }
 
 TEST_F(NetconfLoad, OfNothingTakesNoTimeAfterAConfirmedCommitEither) {
@@ -153,12 +156,12 @@ TEST_F(NetconfLoad, OfNothingTakesNoTimeAfterAConfirmedCommitEither) {
     expect_ok(client.rpc("<commit><confirmed/></commit>"));
     const pid_t process = client.connection().server();
     unsigned long last = ticks(process);
-    EXPECT_FALSE(eventually([&] { return ticks(process) > last + 2; }, seconds(2)));
+    EXPECT_FALSE(eventually([&] { return ticks(process) > last + 2; }, milliseconds(500)));
 }
 
 // --- the daemon's end ---
 
-class NetconfDaemon : public NetconfTest {};
+class NetconfDaemon : public NetconfProcessTest {};
 
 TEST_F(NetconfDaemon, EndsWithStatusZeroWhenItIsToldTo) {
     for (const int signal : {SIGTERM, SIGINT}) {

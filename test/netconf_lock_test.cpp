@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "netconf_server.h"
+#include "support/eventually.h"
 
 namespace yfw::test {
 namespace {

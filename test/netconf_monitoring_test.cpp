@@ -9,6 +9,7 @@
 
 #include "base/process.h"
 #include "netconf_server.h"
+#include "support/eventually.h"
 #include "support/files.h"
 
 namespace yfw::test {

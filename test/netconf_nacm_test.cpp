@@ -8,6 +8,7 @@
 
 #include "netconf_events.h"
 #include "netconf_rules.h"
+#include "support/child_process.h"
 
 namespace yfw::test {
 namespace {

@@ -9,6 +9,7 @@
 
 #include "netconf_events.h"
 #include "netconf_server.h"
+#include "support/eventually.h"
 
 namespace yfw::test {
 namespace {

@@ -4,6 +4,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "support/lab.h"
+
 namespace yfw::test {
 namespace {
 

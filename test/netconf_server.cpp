@@ -2,33 +2,52 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <map>
 #include <stdexcept>
+
+#include "support/eventually.h"
 
 namespace yfw::test {
 
 namespace fs = std::filesystem;
 
-NetconfServer::NetconfServer(std::vector<std::string> options, const fs::path &device)
-    : served_((directory_.path() / "device").string()), options_(std::move(options)) {
+NetconfServer::NetconfServer(std::vector<std::string> options, Runs runs, const fs::path &device)
+    : served_((directory_.path() / "device").string()), options_(std::move(options)), runs_(runs) {
     fs::copy(device, served_);
     setenv("XDG_STATE_HOME", (directory_.path() / "state").c_str(), 1);
     start();
 }
 
-NetconfServer::NetconfServer(const LiveDevice &device) : served_(device.name) {
+NetconfServer::NetconfServer(const LiveDevice &device) : served_(device.name), runs_(Runs::as_program) {
     start();
 }
 
 void NetconfServer::start() {
     fs::permissions(directory_.path(), fs::perms(0755));
+    if (runs_ == Runs::as_program) {
+        start_program();
+        return;
+    }
+    std::map<std::string, std::string> options;
+    for (size_t i = 0; i + 1 < options_.size(); i += 2)
+        options[options_[i]] = options_[i + 1];
+    served_here_.emplace(served_, socket(), options);
+    wait_for_hello();
+}
+
+void NetconfServer::wait_for_hello() {
+    Connection connection(socket());
+    connection.receive_to("</hello>");
+    number_ = connection.server();
+}
+
+void NetconfServer::start_program() {
     std::vector<std::string> words{"serve", "--device", served_, "--socket", socket().string()};
     words.insert(words.end(), options_.begin(), options_.end());
     process_.emplace(words);
     const bool listens = eventually([this] {
         try {
-            Connection connection(socket());
-            connection.receive_to("</hello>");
-            number_ = connection.server();
+            wait_for_hello();
             return true;
         } catch (const std::runtime_error &) {
             return !process_->runs();
@@ -39,8 +58,8 @@ void NetconfServer::start() {
 }
 
 void NetconfServer::kill_and_restart() {
-    process_->signal(SIGKILL);
-    process_->wait();
+    process().signal(SIGKILL);
+    process().wait();
     start();
 }
 
@@ -58,8 +77,13 @@ size_t NetconfServer::descriptors() const {
     return static_cast<size_t>(std::distance(begin(all), end(all)));
 }
 
+const ly_ctx *NetconfTest::modules() {
+    static const Context loaded = openconfig_modules(); // for all tests of the process
+    return loaded.get();
+}
+
 std::string NetconfTest::openconfig(const std::string &document) const {
-    return as_text(parse_answer(modules_.get(), Format::xml, document).get());
+    return as_text(parse_answer(modules(), Format::xml, document).get());
 }
 
 std::string NetconfTest::openconfig_of(const Xml &reply) const {
@@ -75,7 +99,7 @@ std::string NetconfTest::openconfig_of(const Xml &reply) const {
 std::vector<std::string> NetconfTest::values(NetconfClient &client, const std::string &datastore,
                                              const std::string &xpath) const {
     const std::string text = everything(client, datastore);
-    return values_at(parse_answer(modules_.get(), Format::xml, text).get(), xpath);
+    return values_at(parse_answer(modules(), Format::xml, text).get(), xpath);
 }
 
 std::string NetconfTest::name(NetconfClient &client, const std::string &datastore) const {

@@ -1,6 +1,7 @@
-// The program serving a device over NETCONF, and what its tests say to it.
+// A NETCONF server, and what its tests say to it.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -8,8 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "netconf_client.h"
+#include "served_device.h"
 #include "support/answers.h"
-#include "support/lab.h"
+#include "support/files.h"
+#include "support/running_yfw.h"
 
 namespace yfw::test {
 
@@ -25,11 +28,16 @@ struct LiveDevice {
     std::string name;
 };
 
+/// Where a server runs: in the test's own process, which takes no time to start, or as the program, where the test
+/// is about the process: its end, its memory, its output.
+enum class Runs { here, as_program };
+
 /// A server with a directory, a device and a state of its own. The device is a copy of the recorded r1 unless
 /// another directory is given. Every local user can reach the socket.
 class NetconfServer {
 public:
-    explicit NetconfServer(std::vector<std::string> options = {},
+    /// `options`: of `yfw serve`, each followed by its value.
+    explicit NetconfServer(std::vector<std::string> options = {}, Runs runs = Runs::here,
                            const std::filesystem::path &device = YFW_EXAMPLES_DIR "/r1");
     /// Serves a live device; where its state is kept is as the environment says.
     explicit NetconfServer(const LiveDevice &device);
@@ -37,13 +45,16 @@ public:
     /// Starts it and waits until it takes connections. Throws std::runtime_error with what it said when it ends
     /// instead.
     void start();
-    RunningYfw &process() { return *process_; }
+    /// Ends one that runs here.
+    void stop() { served_here_.reset(); }
+    /// Of a server that runs as the program, here and below.
+    RunningYfw &process() { return process_.value(); }
     /// SIGKILL, and start() again.
     void kill_and_restart();
 
     /// Bytes, the most that it ever had.
     size_t peak_memory() const;
-    /// How many descriptors it has open.
+    /// How many descriptors the process with the server has open.
     size_t descriptors() const;
 
     std::filesystem::path socket() const { return directory_.path() / "netconf.sock"; }
@@ -51,22 +62,27 @@ public:
     std::filesystem::path directory() const { return directory_.path(); }
 
 private:
+    void start_program();
+    void wait_for_hello();
     std::string process_file(const std::string &name) const;
 
     TemporaryDirectory directory_;
     std::string served_; // what --device takes
     std::vector<std::string> options_;
+    Runs runs_;
     pid_t number_ = -1; // of the process
+    std::optional<ServedDevice> served_here_;
     std::optional<RunningYfw> process_;
 };
 
 /// Tests with a server of their own.
 class NetconfTest : public testing::Test {
 protected:
-    explicit NetconfTest(std::vector<std::string> options = {})
-        : modules_(openconfig_modules()), server_(std::move(options)) {}
+    explicit NetconfTest(std::vector<std::string> options = {}, Runs runs = Runs::here)
+        : server_(std::move(options), runs) {}
     NetconfServer &server() { return server_; }
-    const ly_ctx *modules() const { return modules_.get(); }
+    /// The OpenConfig modules of the repository.
+    static const ly_ctx *modules();
 
     /// What a reply holds, strictly parsed with the OpenConfig modules, as text.
     std::string openconfig_of(const Xml &reply) const;
@@ -81,8 +97,14 @@ protected:
     std::string everything(NetconfClient &client, const std::string &datastore = "running") const;
 
 private:
-    Context modules_;
     NetconfServer server_;
+};
+
+/// The same, of a process of the program.
+class NetconfProcessTest : public NetconfTest {
+protected:
+    explicit NetconfProcessTest(std::vector<std::string> options = {})
+        : NetconfTest(std::move(options), Runs::as_program) {}
 };
 
 /// Fails when the reply is not <ok/>.

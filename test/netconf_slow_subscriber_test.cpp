@@ -25,7 +25,7 @@ std::string long_edit(int number) {
     return edit_config("running", lldp("<interfaces>" + interfaces + "</interfaces>"));
 }
 
-class ASubscriberThatReadsNothing : public NetconfTest {
+class ASubscriberThatReadsNothing : public NetconfProcessTest {
 protected:
     bool is_there(const NetconfClient &session) {
         const Xml reply = client.rpc(

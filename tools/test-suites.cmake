@@ -1,4 +1,4 @@
-# Run by ctest: adds the suites of one program as tests. yfw_add_tests sets program, executable, whole and cost.
+# Run by ctest: adds the suites of one program as tests. yfw_add_tests sets program, executable, whole, cost and labels.
 if(NOT EXISTS "${executable}")
   add_test(${program}_NOT_BUILT ${program}_NOT_BUILT)
   return()
@@ -8,7 +8,7 @@ endif()
 # ctest, a test that is skipped has not failed, whatever its exit status.
 macro(yfw_add_suite name)
   add_test(${name} ${executable} ${ARGN})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 900 COST ${cost}
+  set_tests_properties(${name} PROPERTIES TIMEOUT 900 COST ${cost} LABELS "${labels}"
                        SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\] [^ \n]+\n$")
 endmacro()
 

@@ -7,12 +7,14 @@
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <nlohmann/json.hpp>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "base/process.h"
 #include "lab/daemon.h"
 #include "lab/daemon_questions.h"
+#include "support/eventually.h"
 
 namespace yfw::test {
 namespace {
@@ -189,47 +191,6 @@ void Laboratory::stop_daemon(const std::string &router) const {
 
 void Laboratory::continue_daemon(const std::string &router) const {
     signal(router, SIGCONT);
-}
-
-RunningYfw::RunningYfw(const std::vector<std::string> &arguments) {
-    FileActions actions;
-    actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-    actions.open(STDOUT_FILENO, files_.add("output", ""), O_WRONLY);
-    actions.open(STDERR_FILENO, files_.add("errors", ""), O_WRONLY);
-    process_.emplace(arguments, actions);
-}
-
-std::optional<std::string> RunningYfw::line_with(const std::vector<std::string> &words,
-                                                 std::chrono::milliseconds limit) {
-    std::optional<std::string> found;
-    const auto holds_words = [&](const std::string &line) {
-        return std::all_of(words.begin(), words.end(),
-                           [&](const std::string &word) { return line.find(word) != std::string::npos; });
-    };
-    const auto search = [&] {
-        const bool ended = !runs();
-        const std::string text = output();
-        for (size_t start = seen_, end = 0; (end = text.find('\n', start)) != std::string::npos;
-             start = end + 1) {
-            const std::string line = text.substr(start, end - start);
-            if (!holds_words(line))
-                continue;
-            found = line;
-            seen_ = end + 1;
-            return true;
-        }
-        return ended;
-    };
-    eventually(search, limit);
-    return found;
-}
-
-std::string RunningYfw::output() {
-    return read_file(files_.path() / "output");
-}
-
-std::string RunningYfw::errors() {
-    return read_file(files_.path() / "errors");
 }
 
 } // namespace yfw::test

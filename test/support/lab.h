@@ -1,23 +1,18 @@
 // Laboratories of the tests: real daemons in network namespaces, made and removed by the program.
 #pragma once
 
-#include <chrono>
 #include <filesystem>
-#include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <sys/types.h>
 
 #include "lab/lab_directory.h"
 #include "lab/topology_file.h"
 #include "support/child_process.h"
-#include "support/eventually.h"
 #include "support/files.h"
-#include "support/program_process.h"
 
 namespace yfw::test {
 
@@ -83,31 +78,6 @@ private:
     TemporaryDirectory files_;
     lab::Place place_;
     std::map<std::string, pid_t> started_; // by this object
-};
-
-/// `yfw` while it runs, its lines as they come. Killed with the object.
-class RunningYfw {
-public:
-    explicit RunningYfw(const std::vector<std::string> &arguments);
-
-    /// Waits for a whole line on standard output, after those that were found before, that holds all the words.
-    /// Nothing when none came in time or the program ended.
-    std::optional<std::string> line_with(const std::vector<std::string> &words,
-                                         std::chrono::milliseconds limit = std::chrono::seconds(20));
-    /// What it printed so far.
-    std::string output();
-    std::string errors();
-    void signal(int number) const { process_->signal(number); }
-    bool runs() { return process_->runs(); }
-    /// The exit status, 128 + the signal that ended it; nothing when it still runs after the time.
-    std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(10)) {
-        return process_->wait(limit);
-    }
-
-private:
-    TemporaryDirectory files_; // its standard output and error
-    std::optional<ProgramProcess> process_;
-    size_t seen_ = 0; // bytes of the output up to the end of the line found last
 };
 
 } // namespace yfw::test

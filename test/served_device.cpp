@@ -1,0 +1,125 @@
+#include "served_device.h"
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "device/service.h"
+#include "frontends/cli/options/named_device.h"
+#include "frontends/netconf/netconf_server.h"
+#include "frontends/netconf/protocol_modules.h"
+#include "host/mapping_description.h"
+#include "yang/module_files.h"
+
+namespace yfw::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Options = std::map<std::string, std::string>;
+
+// What is read from a directory of OpenConfig modules. Tests share it: nothing changes it.
+struct Models {
+    explicit Models(const fs::path &directory)
+        : mapping(host::read_mapping(YFW_PLUGIN_LIBRARY)), schemas(YFW_MODELS_DIR, directory, mapping.modules),
+          files({directory, YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR}), protocol(files, mapping) {}
+
+    host::MappingDescription mapping;
+    yang::Schemas schemas;
+    yang::ModuleFiles files;
+    netconf::ProtocolModules protocol;
+};
+
+// One set is kept, the repository's; another one is the test's own and is gone when the test is.
+std::shared_ptr<const Models> models_of(const Options &options) {
+    const auto other = options.find("--models");
+    if (other != options.end())
+        return std::make_shared<const Models>(other->second);
+    static const auto usual = std::make_shared<const Models>(YFW_MODELS_DIR);
+    return usual;
+}
+
+netconf::ServerOptions server_options(const fs::path &socket, const Options &options) {
+    netconf::ServerOptions result;
+    result.socket = socket;
+    for (const auto &[name, value] : options) {
+        if (name == "--readers")
+            result.groups.readers = value;
+        else if (name == "--writers")
+            result.groups.writers = value;
+        else if (name == "--hello-timeout")
+            result.hello_timeout = std::chrono::seconds(std::stoi(value));
+        else if (name == "--max-chunk")
+            result.limits.chunk = std::stoull(value);
+        else if (name == "--max-message")
+            result.limits.message = std::stoull(value);
+        else if (name != "--nacm" && name != "--models")
+            throw std::runtime_error("a served device has no option " + name);
+    }
+    return result;
+}
+
+std::optional<access::Nacm> rules_of(const Models &models, const Options &options) {
+    const auto file = options.find("--nacm");
+    if (file == options.end())
+        return std::nullopt;
+    std::vector<std::string> names;
+    for (const netconf::ModuleName &module : models.protocol.modules())
+        if (module.offered)
+            names.push_back(module.name);
+    return access::Nacm(file->second, models.files, names);
+}
+
+fs::path store_of(const fs::path &device) {
+    cli::DeviceOptions options;
+    options.device = device;
+    return cli::store_of(options);
+}
+
+} // namespace
+
+struct ServedDevice::Parts {
+    Parts(const fs::path &device, const fs::path &socket, const Options &options)
+        : models(models_of(options)),
+          managed(models->schemas, sources::open_source({device.string(), {}}, sources::Use::serving),
+                  store_of(device), models->mapping),
+          service(managed, rules_of(*models, options)) {
+        server.emplace(server_options(socket, options), service, models->protocol, events);
+        stop = eventfd(0, EFD_CLOEXEC);
+        if (stop < 0)
+            throw std::system_error(errno, std::generic_category(), "eventfd");
+        thread = std::thread([this] { server->run(stop); });
+    }
+
+    ~Parts() {
+        eventfd_write(stop, 1);
+        thread.join();
+        close(stop);
+        server.reset();
+        service.end();
+    }
+
+    std::shared_ptr<const Models> models;
+    device::ManagedDevice managed;
+    device::Service service;
+    netconf::EventStream events;
+    std::optional<netconf::NetconfServer> server;
+    int stop = -1;
+    std::thread thread;
+};
+
+ServedDevice::ServedDevice(const fs::path &device, const fs::path &socket, const Options &options) {
+    std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
+    parts_ = std::make_unique<Parts>(device, socket, options);
+}
+
+ServedDevice::~ServedDevice() = default;
+
+} // namespace yfw::test
