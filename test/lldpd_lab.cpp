@@ -1,4 +1,5 @@
 #include "lldpd_lab.h"
+#include "support/eventually.h"
 
 #include <stdexcept>
 

@@ -11,6 +11,7 @@
 
 #include "lldpd_lab.h"
 #include "support/eventually.h"
+#include "support/running_yfw.h"
 
 namespace yfw::test {
 namespace {

@@ -28,8 +28,8 @@ struct LiveDevice {
     std::string name;
 };
 
-/// Where a server runs: in the test's own process, which takes no time to start, or as the program, where the test
-/// is about the process: its end, its memory, its output.
+/// Where a server runs: in the test's own process, which takes no time to start, or as the program, where the
+/// test is about the process: its end, its memory, its output.
 enum class Runs { here, as_program };
 
 /// A server with a directory, a device and a state of its own. The device is a copy of the recorded r1 unless

@@ -1,4 +1,5 @@
-// Many clients at once. What it is about is seen by ThreadSanitizer; without it, that every request is answered.
+// Many clients at once. What it is about is seen by ThreadSanitizer; without it, that every request is
+// answered.
 #include <exception>
 #include <functional>
 #include <set>
@@ -44,8 +45,8 @@ protected:
     Work kills_a_session() {
         return [this](NetconfClient &client, int) {
             NetconfClient victim(server().socket());
-            expect_ok(
-                client.rpc("<kill-session><session-id>" + victim.session_id() + "</session-id></kill-session>"));
+            expect_ok(client.rpc("<kill-session><session-id>" + victim.session_id() +
+                                 "</session-id></kill-session>"));
             EXPECT_TRUE(victim.connection().until_closed().has_value());
         };
     }

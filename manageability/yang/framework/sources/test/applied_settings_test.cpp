@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "native_modules.h"
 #include "sources/lldpd/lldpd_source.h"
+#include "support/eventually.h"
 #include "support/lab.h"
 #include "support/native_xml.h"
 

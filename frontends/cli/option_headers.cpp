@@ -1,0 +1,1 @@
+// The code that the header of the options is precompiled for.
