@@ -2,9 +2,8 @@
  *
  * The framework owns every structure declared here; a plug-in borrows it for the duration of one callback.
  * The functions are undefined in a plug-in; its loader supplies them. They are synchronous and are called
- * from
- * one thread at a time. Unless stated otherwise, strings are NUL-terminated UTF-8 and borrowed for the call;
- * an operation that keeps a string copies it. Compiles on its own as C11 and as C++20. */
+ * from one thread at a time. Unless stated otherwise, strings are NUL-terminated UTF-8 and borrowed for the
+ * call; an operation that keeps a string copies it. Compiles on its own as C11 and as C++20. */
 #ifndef YFW_MAP_H
 #define YFW_MAP_H
 
@@ -255,11 +254,10 @@ void yfw_oc_error_path(yfw_map_ctx ctx);
 /* Adds the node at `path`, creating missing nodes on the way, and sets its value.
  * `parent`: the output tree, or an output node that the framework returned earlier.
  * `path`: absolute, or a child's name relative to `parent`. `ns`: namespace URI of the last node.
- * `value`: text, copied; NULL for none. `source`: the node whose edit operation the new node takes over, or
- * NULL. `slot`: receives the node unless NULL; may be the output list's slot.
+ * `value`: text, copied; NULL for none. `source`: the node whose edit operation the new node takes over,
+ * or NULL. `slot`: receives the node unless NULL; may be the output list's slot.
  * `list_entry`: 1 when the path ends in a list entry. `flags`: 1 for the LLDP nodes of a native interface,
- * 32
- * for interface state, else 0. Returns 0, or the framework's status. */
+ * 32 for interface state, else 0. Returns 0, or the framework's status. */
 terrno yfw_map_datatree_add_path_flagged(yfw_map_ctx ctx, struct tidl_yfw_datatree *parent, const char *path,
                                          const char *ns, const char *value,
                                          const struct tidl_yfw_datatree *source,
