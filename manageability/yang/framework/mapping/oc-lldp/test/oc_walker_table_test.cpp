@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(Of, WholeSubtree, ::testing::ValuesIn(all_wholes()), []
     return after_prefix(test.param.row.walker) + "_kind" + std::to_string(test.param.kind);
 });
 
-// ---- what belongs to nobody ------------------------------------------------------------------------
+// ---- nodes without a walker ------------------------------------------------------------------------
 
 struct Stranger {
     WalkerRow row;
