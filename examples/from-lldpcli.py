@@ -13,12 +13,12 @@ LLDP_CFG = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg"
 LLDP_OPER = "urn:tarvo:yang:Tarvo-QD-ethernet-lldp-oper"
 IFMGR_CFG = "urn:tarvo:yang:Tarvo-QD-ifmgr-cfg"
 
-# Subtype numbers of IEEE Std 802.1AB, clauses 8.5.2.2 and 8.5.3.2, by lldpd's words for them. "unhandled" is
-# lldpd's word for a subtype that it does not tell: then no number is written.
+# Subtype numbers from IEEE Std 802.1AB, clauses 8.5.2.2 and 8.5.3.2, by lldpd's names for them. "unhandled" is
+# lldpd's name for a subtype that it does not report; no number is written for it.
 CHASSIS_SUBTYPES = {"ifalias": 2, "mac": 4, "ip": 5, "ifname": 6, "local": 7, "unhandled": None}
 PORT_SUBTYPES = {"ifalias": 1, "mac": 3, "ip": 4, "ifname": 5, "local": 7, "unhandled": None}
 
-# lldpd's word, bit number of IEEE Std 802.1AB, letter. In the order of the bits.
+# lldpd's name, the bit number in IEEE Std 802.1AB, and the letter, in bit order.
 CAPABILITIES = [
     ("Other", 0, "O"),
     ("Repeater", 1, "P"),
@@ -30,7 +30,7 @@ CAPABILITIES = [
     ("Station", 7, "S"),
 ]
 
-# (transmits, receives), by the words in which lldpd reports an interface's status.
+# (transmits, receives), by lldpd's names for an interface's status.
 STATUSES = {
     "RX and TX": (True, True),
     "TX only": (True, False),
@@ -38,7 +38,7 @@ STATUSES = {
     "disabled": (False, False),
 }
 
-# Native counter and the field that lldpd counts in, in the order of the native module.
+# The native counter and lldpd's field for it, in the order of the native module.
 INTERFACE_COUNTERS = [
     ("transmitted-packets", "tx"),
     ("received-packets", "rx"),
@@ -47,10 +47,10 @@ INTERFACE_COUNTERS = [
 ]
 NODE_COUNTERS = INTERFACE_COUNTERS + [("aged-out-entries", "ageout_cnt")]
 
-# The seconds that the native timer takes.
+# The range of the native timer, in seconds.
 TIMER_RANGE = range(5, 65535)
 
-# A native counter is 32 bits wide and starts again at 0.
+# A native counter has 32 bits and wraps around to 0.
 COUNTER_MODULUS = 2**32
 
 NOT_SET = "(none)"
@@ -456,7 +456,7 @@ def main(arguments):
     parsed = parse_arguments(arguments)
     try:
         recording = Recording(parsed.recordings, parsed.router)
-        # Both texts are made before either file is touched: a bad recording leaves the device as it was.
+        # Builds both texts before touching either file, so that a bad recording leaves the device unchanged.
         files = {"config.xml": configuration_xml(recording), "oper.xml": operational_xml(recording)}
         parsed.output.mkdir(parents=True, exist_ok=True)
         for name, text in files.items():

@@ -28,7 +28,7 @@ std::string quoted(const std::string &text) {
     return quote + text + quote;
 }
 
-// Bytes as lldpcli writes them: 00,80,c2.
+// Bytes in lldpcli's notation: 00,80,c2.
 std::string with_commas(const std::vector<unsigned char> &bytes) {
     std::string result;
     for (const unsigned char byte : bytes) {
@@ -60,18 +60,18 @@ Descriptor open_log(const std::filesystem::path &file) {
     return log;
 }
 
-// What is left of a daemon: itself, and what it started.
+// What is left of a daemon: its process, and the processes it started.
 std::vector<ProcessIdentity> left_of(const StartedDaemon &daemon) {
     std::vector<ProcessIdentity> left;
     if (daemon.second != 0)
         left = processes_of_session(daemon.first.number, daemon.second);
     if (is_running(daemon.first) && std::find(left.begin(), left.end(), daemon.first) == left.end())
         left.push_back(daemon.first);
-    ::waitpid(daemon.first.number, nullptr, WNOHANG); // where it is this program's own child
+    ::waitpid(daemon.first.number, nullptr, WNOHANG); // reaps it if it is this program's child
     return left;
 }
 
-// Whether all of them are gone before the time is up; `visit` sees what is left, each time.
+// Whether all daemons end before the limit; `visit` is called with each remaining process, at every check.
 bool wait_for_end(const std::vector<StartedDaemon> &daemons, std::chrono::seconds limit,
                   const std::function<void(const ProcessIdentity &)> &visit) {
     constexpr std::chrono::milliseconds pause{20};
@@ -128,7 +128,7 @@ WaitingDaemon::WaitingDaemon(const Place &place, const Router &router,
     const Descriptor waiting_end(gate[0]);
     gate_ = Descriptor(gate[1]);
     DaemonStart start;
-    // Twice -d: in the foreground, and nothing into the machine's own log.
+    // -d twice: run in the foreground and write nothing to the machine's own log.
     start.arguments = {find_program("lldpd", "lldpd"),     "-d", "-d",         "-u",
                        place.socket(router.name).string(), "-O", configuration};
     if (!interfaces.empty())

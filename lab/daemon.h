@@ -16,18 +16,19 @@
 
 namespace yfw::lab {
 
-// What the daemon is configured with at its start, in lldpcli's language. `tx_interval` in seconds. The system
-// name comes last: who reads it knows that all else was read.
+// The daemon's configuration at start-up, in lldpcli's language. `tx_interval` in seconds. The system name
+// comes last: once it can be read, everything else has been applied.
 std::string daemon_configuration(const Router &router, int tx_interval);
 
-// The pattern of the interfaces that it works on: their names with * in place of the number.
+// The pattern for the daemon's interfaces: their names with * in place of the number.
 std::string interface_pattern(const std::vector<std::string> &interfaces);
 
-// A daemon that exists as a process and waits: it starts its work when it is released, and ends when this
-// object goes, or this program dies, before that. So its identity can be written down before it does anything.
+// A daemon that exists as a waiting process. It starts its work when released, and ends when this object is
+// destroyed, or this program dies, before that. This allows its identity to be recorded before it does
+// anything.
 class WaitingDaemon {
 public:
-    // `interfaces`: the router's. Writes the configuration. Throws std::runtime_error.
+    // `interfaces`: the router's. Writes the configuration file. Throws std::runtime_error.
     WaitingDaemon(const Place &place, const Router &router, const std::vector<std::string> &interfaces,
                   int tx_interval);
 
@@ -39,14 +40,14 @@ private:
     ProcessIdentity process_;
 };
 
-// A daemon that was started, with the inode of its network namespace.
+// A running daemon, with the inode of its network namespace.
 using StartedDaemon = std::pair<ProcessIdentity, ino_t>;
 
-// Ends the daemons and what they started, first kindly. Waits some seconds at the most; throws
-// std::runtime_error when a process is still there then.
+// Ends the daemons and what they started, gently at first. Waits a few seconds at most; throws
+// std::runtime_error when a process is still running after that.
 void stop_daemons(const std::vector<StartedDaemon> &daemons);
 
-// The last line of the daemon's log, empty when there is none.
+// The last line of the daemon's log; empty when there is none.
 std::string last_words(const Place &place, const std::string &router);
 
 } // namespace yfw::lab

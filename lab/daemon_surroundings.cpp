@@ -18,7 +18,7 @@ namespace {
 
 constexpr int failed = 127;
 
-// Standard error is the daemon's log by now.
+// By now, standard error is the daemon's log.
 [[noreturn]] void give_up(const char *what) {
     std::fprintf(stderr, "%s: %s\n", what, std::strerror(errno));
     std::fflush(stderr);
@@ -55,9 +55,10 @@ void make_directories(const std::string &path) {
     ::mkdir(path.c_str(), 0755);
 }
 
-// The daemon keeps a directory of a fixed name in /run. With a /run of its own, several run side by side, none
-// meets the machine's own, and nothing is left of it. What is unmounted outside goes here, too (a slave), so
-// that the daemon keeps no other namespace alive. /sys shows the network that it was mounted in.
+// The daemon uses a fixed directory in /run. A private /run lets several daemons run side by side without
+// touching the machine's own, and leaves nothing behind. The mounts are slaves, so that an unmount outside also
+// takes effect here and the daemon keeps no other namespace alive. /sys is mounted anew because it shows the
+// network namespace in which it was mounted.
 void enter_private_mounts(const DaemonStart &start) {
     if (::unshare(CLONE_NEWNS) != 0 || ::mount("", "/", "none", MS_SLAVE | MS_REC, nullptr) != 0)
         give_up("mounts of its own");
@@ -79,11 +80,11 @@ void enter_private_mounts(const DaemonStart &start) {
 }
 
 [[noreturn]] void become_daemon(const DaemonStart &start) {
-    // Whatever the caller of this program had open is not the daemon's: a script that waits for the end of a
-    // pipe would wait for the daemon.
+    // The daemon must not inherit the caller's open files: a script waiting for the end of a pipe would wait
+    // for the daemon.
     if (::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) != 0)
         give_up("descriptors");
-    ::close(start.releasing_end); // else the gate would stay open when the parent dies
+    ::close(start.releasing_end); // otherwise the gate would stay open when the parent dies
     ::setsid();
     reset_signals();
     wait_at(start.gate);

@@ -4,8 +4,8 @@
 namespace yfw::lab {
 namespace {
 
-// The order of the links gives the interfaces their numbers: with it, addresses are announced with the numbers
-// of the recordings.
+// The interfaces are numbered in the order of the links. This order makes the interface numbers announced with
+// the addresses match the recordings.
 constexpr const char *text = R"({
   "routers": [
     {"name": "r1", "system-name": "r1.example.net", "system-description": "Router r1 software 1.0",

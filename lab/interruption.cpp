@@ -17,7 +17,7 @@ Interruption::Interruption() {
     for (size_t i = 0; i < numbers.size(); ++i) {
         struct sigaction action {};
         action.sa_handler = numbers[i] == SIGPIPE ? SIG_IGN : note;
-        action.sa_flags = SA_RESTART; // what is at work is finished, and then asked
+        action.sa_flags = SA_RESTART; // calls under way resume; check() reports the signal later
         ::sigaction(numbers[i], &action, &before_[i]);
     }
 }

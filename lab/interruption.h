@@ -1,4 +1,4 @@
-// Signals that ask the program to end, kept until it is ready to.
+// Defers signals that ask the program to end until it is ready.
 #ifndef YFW_LAB_INTERRUPTION_H
 #define YFW_LAB_INTERRUPTION_H
 
@@ -13,8 +13,8 @@ public:
     Interrupted() : std::runtime_error("interrupted") {}
 };
 
-// While it lives, SIGINT, SIGTERM and SIGHUP are noted instead of ending the program, and a closed pipe is an
-// error of writing. One at a time.
+// While it exists, SIGINT, SIGTERM and SIGHUP are noted instead of ending the program, and writing to a closed
+// pipe is an error. Only one may exist at a time.
 class Interruption {
 public:
     Interruption();
@@ -22,7 +22,7 @@ public:
     Interruption(const Interruption &) = delete;
     Interruption &operator=(const Interruption &) = delete;
 
-    // Throws Interrupted when a signal was noted.
+    // Throws Interrupted if a signal has been noted.
     static void check();
 
 private:

@@ -10,13 +10,13 @@ namespace {
 
 using nlohmann::json;
 
-constexpr int deepest = 32; // printing a value takes stack for each level
+constexpr int deepest = 32; // printing a value uses stack for each level
 
 [[noreturn]] void refuse(const std::string &place, const std::string &message) {
     throw Error(ErrorTag::invalid_value, place, message);
 }
 
-// What a value is, as an error shows it; long ones are cut.
+// A value as shown in an error message; long ones are cut.
 std::string shown(const json &value) {
     constexpr size_t most = 60;
     std::string text = value.dump(-1, ' ', true, json::error_handler_t::replace);
@@ -28,7 +28,7 @@ std::string shown(const json &value) {
 } // namespace
 
 json parse_json(const std::string &text, const std::string &file) {
-    std::vector<std::set<std::string>> open; // the names seen in each object that is open
+    std::vector<std::set<std::string>> open; // the names seen so far in each open object
     const auto note = [&](int depth, json::parse_event_t event, json &parsed) {
         if (depth > deepest)
             refuse(file, "expected less than " + std::to_string(deepest) + " levels of objects and arrays");
@@ -100,7 +100,7 @@ std::string JsonReader::text(const std::string &what) const {
 }
 
 long long JsonReader::number(long long lowest, long long highest) const {
-    // A number above what the type holds is unsigned, and out of every range here.
+    // A number above the type's maximum is stored as unsigned and is out of range for every use here.
     const bool fits = value_->is_number_integer() && (!value_->is_number_unsigned() ||
                                                       value_->get<unsigned long long>() <= 0x7fffffffffffffff);
     if (!fits || value_->get<long long>() < lowest || value_->get<long long>() > highest)

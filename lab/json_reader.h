@@ -1,4 +1,5 @@
-// Strict reading of JSON: what is missing, unknown or of another kind is an error that names its place.
+// Strict reading of JSON: a value that is missing, unknown or of the wrong type is an error that gives its
+// place.
 #ifndef YFW_LAB_JSON_READER_H
 #define YFW_LAB_JSON_READER_H
 
@@ -13,22 +14,22 @@
 
 namespace yfw::lab {
 
-// Parses a text that gives no member of an object twice. Throws Error with the place `file`.
+// Parses JSON; a duplicate member of an object is an error. Throws Error with the place `file`.
 nlohmann::json parse_json(const std::string &text, const std::string &file);
 
-// A value and its place, "FILE: routers[1]". The value outlives the reader. All members throw Error, with
-// the place as its path, where the value is not what they are for.
+// A value and its place, such as "FILE: routers[1]". The value must outlive the reader. Member functions throw
+// Error, with the place as its path, when the value does not meet their expectation.
 class JsonReader {
 public:
     JsonReader(const nlohmann::json &value, std::string place) : value_(&value), place_(std::move(place)) {}
 
     const std::string &place() const { return place_; }
-    // A note for whoever reads the error: "FILE: routers[1] (r2)".
+    // Adds a note for error messages, as in "FILE: routers[1] (r2)".
     void add_to_place(const std::string &note) { place_ += " (" + note + ")"; }
 
     [[noreturn]] void expected(const std::string &what) const;
 
-    // An object with no other members than these.
+    // Requires an object with no members other than these.
     void is_object_of(std::initializer_list<std::string_view> members) const;
     JsonReader member(const std::string &name, const std::string &what) const;
     std::optional<JsonReader> find(const std::string &name) const;

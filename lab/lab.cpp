@@ -27,7 +27,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds patience{30};
 constexpr std::chrono::milliseconds pause_between_looks{100};
 
-// lldpd's user reads what is written here, so that no mask of the caller may take that away.
+// lldpd's own user must be able to read the files written here, whatever the caller's umask.
 class OpenMask {
 public:
     OpenMask() : before_(::umask(022)) {}
@@ -62,7 +62,7 @@ void refuse_what_is_up(const Place &place) {
                         " is up already: see yfw lab status, end it with yfw lab down");
 }
 
-// One `up`, step by step. Each thing is written down before it is made.
+// One `up`, step by step. Each thing is recorded before it is created.
 class Construction {
 public:
     Construction(Place place, const Topology &topology, int tx_interval, int lock, Progress progress)
@@ -113,7 +113,7 @@ private:
         save(state_, place_);
     }
 
-    // All of it lives in the namespaces, and goes with them.
+    // Everything made here is in the namespaces and is removed with them.
     void make_network() {
         for (const Link &link : state_.topology.links) {
             step("connecting " + link.first.router + " " + link.first.interface + " and " + link.second.router +
@@ -150,7 +150,8 @@ private:
         }
     }
 
-    // After the daemons: one that hears many neighbors while it starts sends nothing on some of its ports.
+    // Only after the daemons are running: one that hears many neighbors while starting up stays silent on some
+    // of its ports.
     void switch_on() {
         step("switching on the ports");
         for (const Router &router : state_.topology.routers)
@@ -165,7 +166,7 @@ private:
         return silent;
     }
 
-    // A daemon sends as soon as a port is on. When hundreds come on at once, one may be missed; it is noticed
+    // A daemon sends as soon as a port comes on. When hundreds come on at once, it may miss one, and notices it
     // when it comes on again.
     void wake_silent_ports() {
         constexpr int attempts = 3;
@@ -191,7 +192,7 @@ private:
     LabState state_;
 };
 
-// Called while an exception is handled, which goes on afterwards.
+// Called while an exception is being handled, which is rethrown afterwards.
 void remove_after_failure(const Place &place, LabDirectory &directory, const Progress &progress) {
     try {
         remove_all(place, directory, progress);
@@ -230,7 +231,7 @@ void up(const Place &given, const Topology &topology, int tx_interval, const Pro
 bool down(const Place &given, const Progress &progress) {
     require_root();
     const Place place = checked(given);
-    const Interruption interruption; // half a removal helps nobody
+    const Interruption interruption; // a removal must not be left half done
     std::optional<LabDirectory> directory = LabDirectory::open(place);
     if (!directory)
         return false;

@@ -27,12 +27,12 @@ const fs::path default_base = Place().base;
 
 void make_directory(const fs::path &path) {
     if (::mkdir(path.c_str(), directory_mode) == 0)
-        ::chmod(path.c_str(), directory_mode); // whatever the umask takes away
+        ::chmod(path.c_str(), directory_mode); // overrides the umask
     else if (errno != EEXIST)
         refuse(path, std::string("cannot be made: ") + std::strerror(errno));
 }
 
-// Whether the path still leads to what is open: it may have been removed, and made again, meanwhile.
+// Whether the path still leads to the open directory, which may have been removed and created again meanwhile.
 bool is_at(const Descriptor &open, const fs::path &path) {
     struct stat there {
     }, here{};
@@ -40,7 +40,7 @@ bool is_at(const Descriptor &open, const fs::path &path) {
            here.st_ino == there.st_ino && here.st_dev == there.st_dev;
 }
 
-// Waits for the lock; an open one that another process removed meanwhile is not at its path any more.
+// Waits for the lock. The directory may have been removed by another process meanwhile; check with is_at.
 void lock(const Descriptor &directory, const fs::path &path, std::chrono::milliseconds patience) {
     constexpr std::chrono::milliseconds pause{20};
     const auto deadline = Clock::now() + patience;
@@ -98,7 +98,7 @@ bool LabDirectory::remove() {
     if (::rmdir(place_.directory().c_str()) != 0)
         return false;
     if (place_.base == default_base)
-        ::rmdir(place_.base.c_str()); // other laboratories may be in it
+        ::rmdir(place_.base.c_str()); // it may contain other laboratories
     return true;
 }
 

@@ -1,4 +1,4 @@
-// Where a laboratory keeps its files.
+// The directory in which a laboratory keeps its files.
 #ifndef YFW_LAB_LAB_DIRECTORY_H
 #define YFW_LAB_LAB_DIRECTORY_H
 
@@ -11,7 +11,7 @@
 
 namespace yfw::lab {
 
-// Which laboratory: its name, which its namespaces begin with, and the directory that holds its own.
+// Identifies a laboratory: its name, which prefixes its namespaces, and the directory that contains its own.
 struct Place {
     std::string name = "yfw";
     std::filesystem::path base = "/run/yfw";
@@ -21,7 +21,7 @@ struct Place {
     std::filesystem::path new_state_file() const { return directory() / "state.json.new"; }
     std::filesystem::path socket(const std::string &router) const { return directory() / (router + ".sock"); }
     std::filesystem::path socket_lock(const std::string &router) const {
-        return directory() / (router + ".sock.lock"); // lldpd's own
+        return directory() / (router + ".sock.lock"); // created by lldpd
     }
     std::filesystem::path configuration(const std::string &router) const {
         return directory() / (router + ".conf");
@@ -30,23 +30,23 @@ struct Place {
     std::string namespace_of(const std::string &member) const { return name + "-" + member; }
 };
 
-// The place with its base as an absolute path without links. Throws Error for a bad name and a base that
-// is not there; the default base may be missing.
+// The place with its base as an absolute path without links. Throws Error for an invalid name or a missing
+// base; the default base may be missing.
 Place checked(Place place);
 
-// The directory of a laboratory, held by one process at a time.
+// The directory of a laboratory, locked by one process at a time.
 class LabDirectory {
 public:
-    // Makes the directory, and the default base. Throws Error when somebody else's is there, and when
-    // another process holds it for longer than `patience`.
+    // Creates the directory, and the default base. Throws Error when the directory belongs to another user or
+    // another process keeps it locked for too long.
     static LabDirectory make(const Place &place);
-    // Nothing when there is none.
+    // Nothing when the directory does not exist.
     static std::optional<LabDirectory> open(const Place &place,
                                             std::chrono::milliseconds patience = std::chrono::seconds(10));
 
-    // For programs that are to hold the directory until they have ended, too.
+    // For child programs, so that the directory stays locked until they have ended.
     int lock() const { return lock_.get(); }
-    // Removes the directory, and the default base, when they are empty; false when it is not.
+    // Removes the directory, and the default base, if empty; returns false when the directory is not.
     bool remove();
 
 private:
@@ -56,10 +56,10 @@ private:
     Descriptor lock_;
 };
 
-// Throws Error when the directory is not one that a laboratory of root or of this user may have.
+// Throws Error when the directory is not owned by root or this user, as a laboratory's must be.
 void check_owner(const Place &place);
 
-// Throws Error that names the first directory on the way that lldpd's own user cannot enter.
+// Throws Error with the first directory on the path that lldpd's own user cannot enter.
 void check_open_to_all(const std::filesystem::path &directory);
 
 } // namespace yfw::lab

@@ -1,4 +1,4 @@
-// What a laboratory has made, in a file that is written before each thing is made.
+// What a laboratory has created, in a file that is written before each thing is created.
 #ifndef YFW_LAB_LAB_STATE_H
 #define YFW_LAB_LAB_STATE_H
 
@@ -14,7 +14,7 @@ namespace yfw::lab {
 
 struct NamespaceRecord {
     std::string name;
-    ino_t inode = 0; // 0: about to be made, or made by a command that ended before it could say so
+    ino_t inode = 0; // 0: about to be created, or the command ended before recording it
 };
 
 struct DaemonRecord {
@@ -23,7 +23,7 @@ struct DaemonRecord {
 };
 
 struct LabState {
-    bool complete = false; // `up` came to its end
+    bool complete = false; // `up` has finished
     std::string boot;
     int tx_interval = 2; // seconds
     Topology topology;
@@ -31,14 +31,14 @@ struct LabState {
     std::vector<DaemonRecord> daemons;
 
     const DaemonRecord *daemon_of(const std::string &router) const;
-    // False for processes of an earlier boot.
+    // Whether the router's daemon is running; false for processes of an earlier boot.
     bool runs(const std::string &router) const;
 };
 
-// Takes the old file's place at once. Throws std::runtime_error.
+// Replaces the old file atomically. Throws std::runtime_error.
 void save(const LabState &state, const Place &place);
 
-// Nothing when there is none. Throws Error for a file that cannot be read.
+// Nothing when there is no file. Throws Error for a file that cannot be read.
 std::optional<LabState> load(const Place &place);
 
 } // namespace yfw::lab

@@ -35,7 +35,7 @@ void Network::switch_on(const std::string &name_space, const std::string &interf
     ip({"-n", name_space, "link", "set", interface, "up"});
 }
 
-// Both ends are born in their namespaces: there is no moment at which one is in the machine's own.
+// Both ends are created directly in their namespaces, so that neither is ever in the machine's own.
 void Network::make_cable(const std::string &first_namespace, const std::string &first,
                          const std::string &second_namespace, const std::string &second) const {
     ip({"link", "add", first, "netns", first_namespace, "type", "veth", "peer", "name", second, "netns",
@@ -59,7 +59,7 @@ void Network::connect(const Link &link) const {
 
 void Network::connect(const Segment &segment) const {
     const std::string name_space = place_.namespace_of(segment.name);
-    // A bridge keeps LLDP's group address 01:80:c2:00:00:0e to itself unless bit 14 is set.
+    // A bridge does not forward LLDP's group address 01:80:c2:00:00:0e unless bit 14 is set.
     ip({"-n", name_space, "link", "add", "br0", "type", "bridge", "group_fwd_mask", "0x4000"});
     switch_on(name_space, "br0");
     int number = 0;
@@ -76,7 +76,7 @@ void Network::add_addresses(const Router &router) const {
             std::vector<std::string> command{
                 "-n", place_.namespace_of(router.name), "address", "add", address, "dev", interface};
             if (address.find(':') != std::string::npos)
-                command.emplace_back("nodad"); // nobody else has it: usable, and announced, at once
+                command.emplace_back("nodad"); // no duplicates are possible: usable and announced at once
             ip(command);
         }
 }

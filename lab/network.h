@@ -1,4 +1,4 @@
-// Namespaces, cables and bridges, made and removed by the program `ip`.
+// Namespaces, cables and bridges, created and removed by the program `ip`.
 #ifndef YFW_LAB_NETWORK_H
 #define YFW_LAB_NETWORK_H
 
@@ -12,23 +12,23 @@
 
 namespace yfw::lab {
 
-// All members throw std::runtime_error with the command and what `ip` said.
+// All members throw std::runtime_error with the command and the output of `ip`.
 class Network {
 public:
-    // `lock` stays open in every program that is started.
+    // `lock` stays open in every program started.
     Network(Place place, int lock);
 
     void make_namespace(const std::string &name) const;
     void remove_namespace(const std::string &name) const;
 
-    // The ports of the routers stay off.
+    // Leaves the routers' ports off.
     void connect(const Link &link) const;
-    // The bridge, in the segment's namespace, and the cables to it. The ports of the routers stay off.
+    // Creates the bridge in the segment's namespace and the cables to it. Leaves the routers' ports off.
     void connect(const Segment &segment) const;
     void add_addresses(const Router &router) const;
-    // All ports of the router at once.
+    // Switches on all ports of the router at once.
     void switch_on(const Router &router) const;
-    // Off, and on again.
+    // Switches the port off and on again.
     void flap(const Port &port) const;
 
 private:
@@ -42,10 +42,10 @@ private:
     std::string program_;
 };
 
-// Where the namespace can be opened.
+// The path at which the namespace can be opened.
 std::string namespace_file(const std::string &name);
 
-// The inode of a namespace, 0 when there is none with this name.
+// The inode of a namespace; 0 when there is none with this name.
 ino_t inode_of_namespace(const std::string &name);
 
 } // namespace yfw::lab

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 struct Question {
-    const char *file; // behind the router's name
+    const char *file; // the part after the router's name
     std::vector<std::string> words;
 };
 
@@ -68,7 +68,8 @@ std::vector<Port> record(const Place &given, const fs::path &directory, const Pr
     const Interruption interruption;
     progress("waiting until every router has heard its neighbors");
     std::vector<Port> missing = wait_for_neighbors(place, *load(place));
-    // All is asked before anything is written: an old recording is not mixed with half a new one.
+    // Queries everything before writing anything, so that an old recording is never mixed with half of a new
+    // one.
     std::vector<std::pair<fs::path, std::string>> files;
     for (const LabRouter &router : routers) {
         progress("recording " + router.name);

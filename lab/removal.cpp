@@ -34,8 +34,8 @@ void remove_namespaces(const Place &place, const LabState &state, const LabDirec
         const ino_t inode = inode_of_namespace(record.name);
         if (!fs::exists(namespace_file(record.name)))
             continue;
-        // Another one took the name: not the laboratory's. Inodes of an earlier boot tell nothing, but no
-        // namespace survives a boot either.
+        // Someone else's namespace has taken the name. Inodes from an earlier boot mean nothing, but no
+        // namespace survives a reboot either.
         if (state.boot != boot_identity() || (record.inode != 0 && record.inode != inode)) {
             progress("leaving the namespace " + record.name + ", which somebody else made");
             continue;
@@ -61,7 +61,7 @@ void remove_made(const Place &place, const LabDirectory &directory, const Progre
         remove_files(place, *state);
     }
     fs::remove(place.new_state_file());
-    fs::remove(place.state_file()); // last: until here, all of this can be done again
+    fs::remove(place.state_file()); // last: until then, the removal can be repeated
 }
 
 void remove_all(const Place &place, LabDirectory &directory, const Progress &progress) {

@@ -1,4 +1,4 @@
-// The way back: from what was written down to nothing.
+// Removes everything that the laboratory's file lists.
 #ifndef YFW_LAB_REMOVAL_H
 #define YFW_LAB_REMOVAL_H
 
@@ -6,11 +6,11 @@
 
 namespace yfw::lab {
 
-// Ends the daemons, removes the namespaces and the files of the laboratory, whatever is there of them; the
-// directory stays. May be called again when it failed. Throws std::runtime_error.
+// Ends the daemons and removes whatever exists of the laboratory's namespaces and files, but not the directory.
+// May be called again after a failure. Throws std::runtime_error.
 void remove_made(const Place &place, const LabDirectory &directory, const Progress &progress);
 
-// The same with the directory. Throws std::runtime_error when files of others are in it.
+// Also removes the directory. Throws std::runtime_error when it contains other files.
 void remove_all(const Place &place, LabDirectory &directory, const Progress &progress);
 
 } // namespace yfw::lab

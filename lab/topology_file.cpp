@@ -19,8 +19,8 @@ constexpr const char *port_form = "a port \"ROUTER:INTERFACE\"";
 constexpr const char *capability_names[] = {"other",  "repeater",  "bridge", "wlan",
                                             "router", "telephone", "docsis", "station"};
 constexpr size_t longest_interface_name = 15;
-constexpr size_t longest_tlv_text = 255;    // what a text of LLDP can hold
-constexpr size_t longest_tlv_content = 507; // 511 without OUI and subtype
+constexpr size_t longest_tlv_text = 255;    // the maximum length of a text in LLDP
+constexpr size_t longest_tlv_content = 507; // 511 minus OUI and subtype
 
 std::string names_of(const char *const *first, const char *const *last) {
     std::string result;
@@ -46,7 +46,8 @@ bool is_interface_name(const std::string &name) {
     });
 }
 
-// A text that lldpd's configuration can hold: that knows two kinds of quotes, and no way to write a backslash.
+// A text that lldpd's configuration can express: it allows two kinds of quotes and has no way to write a
+// backslash.
 std::string read_text(const JsonReader &reader) {
     constexpr const char *form =
         "a text of 1 to 255 bytes without control characters and backslashes, and not with "
@@ -60,7 +61,7 @@ std::string read_text(const JsonReader &reader) {
     return text;
 }
 
-// Bytes as "00:80:c2"; nothing for another text.
+// Parses bytes written as "00:80:c2"; returns nothing for any other text.
 std::optional<std::vector<unsigned char>> bytes_of(const std::string &text) {
     std::vector<unsigned char> bytes;
     for (size_t i = 0; i < text.size(); i += 3) {
@@ -117,7 +118,7 @@ bool is_address(const std::string &text) {
     unsigned length = 0;
     const auto [stop, error] = std::from_chars(text.data() + slash + 1, end, length);
     unsigned char binary[16];
-    // A zero in front would be octal for some and nothing for others.
+    // Some programs would read a leading zero as octal, others would ignore it.
     if (error != std::errc() || stop != end || (text[slash + 1] == '0' && slash + 2 != text.size()))
         return false;
     return (inet_pton(AF_INET, host.c_str(), binary) == 1 && length <= 32) ||
@@ -136,8 +137,8 @@ std::vector<std::string> read_addresses(const JsonReader &reader) {
     return result;
 }
 
-// The name of a router or a segment, which the places of all later errors have, of an object with these
-// members.
+// Reads the name of a router or a segment from an object with these members; the places of all later errors
+// include it.
 std::string read_own_name(JsonReader &reader, std::initializer_list<std::string_view> members) {
     std::string name;
     if (const auto found = reader.find("name")) {
@@ -253,7 +254,7 @@ private:
     JsonReader file_;
     Topology topology_;
     std::set<std::string> router_names_;
-    std::set<std::string> names_; // of routers and segments: both become namespaces
+    std::set<std::string> names_; // of routers and segments, since both become namespaces
     std::set<std::pair<std::string, std::string>> ports_;
 };
 
@@ -295,7 +296,7 @@ Topology read_topology(nlohmann::json source, const std::string &file) {
 
 Topology read_topology_file(const std::filesystem::path &file) {
     std::error_code ignored;
-    const bool directory = std::filesystem::is_directory(file, ignored); // reading one throws
+    const bool directory = std::filesystem::is_directory(file, ignored); // reading a directory throws
     std::ifstream stream(file, std::ios::binary);
     std::string text;
     if (!directory)

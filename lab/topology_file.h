@@ -1,4 +1,4 @@
-// What a laboratory is made of, and the file that says it.
+// What a laboratory consists of, and the file that describes it.
 #ifndef YFW_LAB_TOPOLOGY_FILE_H
 #define YFW_LAB_TOPOLOGY_FILE_H
 
@@ -18,7 +18,7 @@ struct Port {
     bool operator==(const Port &) const = default;
 };
 
-// An organizationally specific TLV; `content` has the bytes of the wire.
+// An organizationally specific TLV; `content` holds the bytes as on the wire.
 struct CustomTlv {
     std::vector<unsigned char> oui;
     int subtype = 0;
@@ -29,9 +29,9 @@ struct Router {
     std::string name;
     std::string system_name;
     std::string system_description;
-    std::vector<std::string> capabilities; // empty: what the kernel tells
+    std::vector<std::string> capabilities; // empty: as reported by the kernel
     std::vector<CustomTlv> custom_tlvs;
-    std::map<std::string, std::vector<std::string>> addresses; // of an interface, each with its prefix length
+    std::map<std::string, std::vector<std::string>> addresses; // by interface, each with its prefix length
 };
 
 // A cable between two ports.
@@ -40,7 +40,7 @@ struct Link {
     Port second;
 };
 
-// A bridge that forwards LLDP, with all its ports.
+// A bridge that forwards LLDP, and all its ports.
 struct Segment {
     std::string name;
     std::vector<Port> ports;
@@ -52,21 +52,21 @@ struct Topology {
     std::vector<Segment> segments;
     nlohmann::json source; // as it was read
 
-    // The interfaces of a router, in the order in which they are made.
+    // A router's interfaces, in the order in which they are created.
     std::vector<std::string> interfaces_of(const std::string &router) const;
-    // For each port the number of ports that it hears.
+    // Each port with the number of ports that it hears.
     std::vector<std::pair<Port, size_t>> peers() const;
 };
 
-// Checks everything. Throws Error that names `file`, the place in it and what was expected there.
+// Checks everything. Throws Error with `file`, the place in it and what was expected there.
 Topology read_topology(nlohmann::json source, const std::string &file);
 Topology read_topology_file(const std::filesystem::path &file);
 
 // The four routers of the recorded devices.
 Topology default_topology();
 
-// The name of a laboratory, a router or a segment: letters, digits, - and _, 32 at the most, a letter or digit
-// first.
+// Whether this is a valid name for a laboratory, a router or a segment: letters, digits, - and _, at most 32
+// characters, starting with a letter or a digit.
 bool is_name(const std::string &name);
 
 } // namespace yfw::lab

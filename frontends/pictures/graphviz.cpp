@@ -53,7 +53,7 @@ bool write_all(int descriptor, std::string_view content) {
     return true;
 }
 
-// A file without a name that holds `content` and is read from its start.
+// An anonymous file with this content, positioned at its start.
 int memory_file(const std::string &content = "") {
     File file(::memfd_create("graphviz", MFD_CLOEXEC));
     if (!file.is_open() || !write_all(file.descriptor(), content) ||
@@ -79,8 +79,7 @@ std::string content_of(const File &file) {
     }
 }
 
-// Keeps the end of a child process as a pending signal for as long as it lives, so that it can be waited for
-// with a limit.
+// While it exists, keeps SIGCHLD pending, so that a child's end can be waited for with a limit.
 class ChildSignal {
 public:
     ChildSignal() {
@@ -100,7 +99,7 @@ public:
 
     const sigset_t &mask_before() const { return mask_before_; }
 
-    // Waits until a child may have ended or the limit has passed; false when it has.
+    // Waits until a child may have ended or the limit has passed; returns false in the latter case.
     bool wait(std::chrono::nanoseconds limit) const {
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit);
         const timespec time{seconds.count(), (limit - seconds).count()};
@@ -143,7 +142,7 @@ pid_t start(const Graphviz &graphviz, const Streams &streams, const ChildSignal 
     return child;
 }
 
-// The exit status as waitpid gives it.
+// Returns the exit status in waitpid's form.
 int wait_for(pid_t child, const Graphviz &graphviz, const ChildSignal &signal) {
     const auto deadline = std::chrono::steady_clock::now() + graphviz.limit;
     int status = 0;
@@ -167,7 +166,7 @@ std::string reason(int status, const File &errors) {
                                : fmt::format("exit status {}", WEXITSTATUS(status));
 }
 
-// A file beside another, gone with this object unless it took the other's place.
+// A file next to another, deleted with this object unless it has replaced the other.
 class Replacement {
 public:
     explicit Replacement(const std::filesystem::path &file)
@@ -215,7 +214,7 @@ std::string make_svg(const std::string &graph, const Graphviz &graphviz) {
 void write_file(const std::filesystem::path &file, const std::string &content) {
     std::error_code error;
     std::filesystem::path target =
-        std::filesystem::canonical(file, error); // a link stays, what it points at changes
+        std::filesystem::canonical(file, error); // follows a link, so that its target is replaced
     if (error)
         target = file;
     else if (!std::filesystem::is_regular_file(target))

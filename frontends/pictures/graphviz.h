@@ -1,4 +1,4 @@
-// Graphviz as a program beside ours.
+// Runs Graphviz as an external program.
 #ifndef YFW_FRONTENDS_PICTURES_GRAPHVIZ_H
 #define YFW_FRONTENDS_PICTURES_GRAPHVIZ_H
 
@@ -9,16 +9,16 @@
 namespace yfw::pictures {
 
 struct Graphviz {
-    std::string program = "dot"; // looked up in PATH when it has no slash
+    std::string program = "dot"; // searched for in PATH unless it contains a slash
     std::chrono::milliseconds limit = std::chrono::minutes(1);
 };
 
-// The graph as SVG. Throws std::runtime_error, with one line, when the program is missing, fails or takes
-// longer than the limit; then it is ended. To be called while no other thread runs.
+// Returns the graph as SVG. Throws std::runtime_error with a one-line message when the program is missing,
+// fails, or exceeds the limit, in which case it is killed. Call while no other thread is running.
 std::string make_svg(const std::string &graph, const Graphviz &graphviz = {});
 
-// Writes the whole file or nothing: what was there before stays until the new content is complete. Throws
-// std::runtime_error that names the file.
+// Writes the whole file or nothing: the old content stays until the new content is complete. Throws
+// std::runtime_error with the file's name.
 void write_file(const std::filesystem::path &file, const std::string &content);
 
 } // namespace yfw::pictures

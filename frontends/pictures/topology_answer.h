@@ -1,4 +1,4 @@
-// Reading OpenConfig LLDP answers for the picture of a network.
+// Reads OpenConfig LLDP answers for the picture of a network.
 #ifndef YFW_FRONTENDS_PICTURES_TOPOLOGY_ANSWER_H
 #define YFW_FRONTENDS_PICTURES_TOPOLOGY_ANSWER_H
 
@@ -9,7 +9,8 @@
 
 namespace yfw::pictures {
 
-// What an answer to /lldp says of a device and its neighbors. `answer` may be NULL: then it says nothing.
+// What an answer to /lldp says about a device and its neighbors. `answer` may be NULL, which gives an empty
+// report.
 Report read_answer(const std::string &place, const lyd_node *answer);
 
 } // namespace yfw::pictures

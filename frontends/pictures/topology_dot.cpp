@@ -8,7 +8,7 @@
 namespace yfw::pictures {
 namespace {
 
-// A name. Between quotes Graphviz takes everything as it is but a quote, and a backslash before one.
+// A name. Inside quotes, Graphviz takes everything literally except quotes, and backslashes before them.
 std::string quoted(const std::string &name) {
     std::string text = "\"";
     for (const char c : printable(name)) {
@@ -19,7 +19,7 @@ std::string quoted(const std::string &name) {
     return text + '"';
 }
 
-// A label, or a part of one: Graphviz expands backslashes and HTML's names of characters in it.
+// A label, or a part of one: Graphviz expands backslashes and HTML character entities in it.
 std::string label(const std::string &shown) {
     std::string text;
     for (const char c : printable(shown)) {
@@ -50,7 +50,7 @@ std::string port_label(const Topology &topology, size_t port) {
     return '"' + label(port_text(topology.ports[port])) + '"';
 }
 
-// The arrow points at the port that does not tell of the other.
+// The arrow points at the port that does not report the other one.
 std::string link_edge(const Topology &topology, const Segment &link) {
     const size_t left = link.ports.front(), right = link.ports.back();
     const bool there = link.sees(left, right), back = link.sees(right, left);
@@ -60,7 +60,7 @@ std::string link_edge(const Topology &topology, const Segment &link) {
                        style);
 }
 
-// Whether a port is on its segment by the word of one side alone.
+// Whether only one side reports that the port is on its segment.
 bool is_one_sided(const Segment &segment, size_t port) {
     const auto tells = [port](const Sighting &s) { return s.by == port; };
     const auto is_told = [port](const Sighting &s) { return s.of == port; };
@@ -76,7 +76,7 @@ std::string segment_edges(const Topology &topology, const Segment &segment, cons
     return text;
 }
 
-// Names for shared segments that no router has.
+// Names for shared segments that differ from all router names.
 class SegmentNames {
 public:
     explicit SegmentNames(const Topology &topology) {

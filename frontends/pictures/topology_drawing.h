@@ -9,18 +9,18 @@
 
 namespace yfw::pictures {
 
-// Aligned plain text, one link a line.
+// Aligned plain text, one link per line.
 std::string draw_text(const Topology &topology);
 
-// A graph in Graphviz's language: routers are nodes with their labels as names, a link is an edge with its
-// ports at both ends, and a shared segment is a node of its own. What only one side tells is dashed.
+// A graph in Graphviz's language: routers are nodes named by their labels, a link is an edge with its ports at
+// both ends, and a shared segment has its own node. Connections that only one side reports are dashed.
 std::string draw_dot(const Topology &topology);
 
-// What both drawings call a port: its name, and in parentheses what else neighbors know it by. "?" when nobody
-// told its name.
+// The label of a port in both drawings: its name, followed in parentheses by the other ids under which
+// neighbors know it. "?" when its name is unknown.
 std::string port_text(const Port &port);
 
-// One line without control characters: they are written as \x and two digits.
+// The text as one line, with control characters written as \x and two digits.
 std::string printable(std::string_view text);
 
 } // namespace yfw::pictures

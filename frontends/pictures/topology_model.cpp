@@ -12,7 +12,7 @@
 namespace yfw::pictures {
 namespace {
 
-// Things that belong together, by number.
+// Disjoint sets of numbers: things that belong together.
 class DisjointSets {
 public:
     explicit DisjointSets(size_t count) : parents_(count) {
@@ -37,7 +37,7 @@ bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Takes the number at the start of `text`, without leading zeros.
+// Takes the number off the start of `text` and returns it without leading zeros.
 std::string_view take_number(std::string_view &text) {
     const size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
     std::string_view number = text.substr(0, end);
@@ -51,7 +51,7 @@ class PortTable {
 public:
     size_t get(size_t router, const std::string &name) { return get({router, name, std::nullopt}); }
 
-    // A port whose name nobody told is one for each port that hears it.
+    // A port with an unknown name: a separate one for each port that hears it.
     size_t add_nameless(size_t router, size_t heard_by) { return get({router, "", heard_by}); }
 
     bool has(size_t router, const std::string &name) const {
@@ -60,7 +60,7 @@ public:
 
     std::vector<Port> &ports() { return ports_; }
 
-    // What stands for the port in an order: its name, or that of the port that hears it.
+    // The port's sort key: its name, or that of the port that hears it.
     std::pair<size_t, std::string_view> order_of(size_t port, const std::vector<size_t> &router_order) const {
         const auto heard_by = heard_by_[port];
         if (!heard_by)
@@ -85,7 +85,7 @@ private:
     std::vector<std::optional<size_t>> heard_by_;
 };
 
-// The numbers from 0 on, in the order that `before` gives them.
+// The numbers from 0 to `count` - 1, sorted by `before`.
 template <class Before> std::vector<size_t> sorted_numbers(size_t count, Before before) {
     std::vector<size_t> order(count);
     std::iota(order.begin(), order.end(), size_t{0});
@@ -93,7 +93,7 @@ template <class Before> std::vector<size_t> sorted_numbers(size_t count, Before 
     return order;
 }
 
-// Moves the items into that order; returns where each of them went.
+// Moves the items into that order and returns each item's new position.
 template <class Item>
 std::vector<size_t> move_sorted(std::vector<Item> &from, const std::vector<size_t> &order,
                                 std::vector<Item> &to) {
@@ -133,7 +133,8 @@ private:
                 table_.get(assignment_.reports[i], interface.name);
     }
 
-    // Neighbors whose words name an interface of a read router; the others are left for the next step.
+    // Handles neighbors whose port id or description names an interface of a read router; leaves the others for
+    // the next step.
     void add_named_ports() {
         for (size_t i = 0; i < reports_.size(); i++) {
             for (size_t j = 0; j < reports_[i].interfaces.size(); j++) {
@@ -157,12 +158,13 @@ private:
         unnamed_.push_back({by, router, &neighbor});
     }
 
-    // A port that goes by words of its own is the interface that hears its observer, when there is one of each.
+    // A neighbor's unknown port id means the interface that hears the observer, if there is exactly one of
+    // each.
     void add_other_ports() {
         std::map<std::pair<size_t, size_t>, std::set<size_t>> listeners; // by observer and its neighbor
         for (const Sighting &sighting : sightings_)
             listeners[{sighting.of, table_.ports()[sighting.by].router}].insert(sighting.by);
-        std::map<std::pair<size_t, size_t>, std::set<std::string>> words; // by the same
+        std::map<std::pair<size_t, size_t>, std::set<std::string>> words; // by observer and its neighbor
         for (const Unnamed &unnamed : unnamed_)
             words[{unnamed.by, unnamed.router}].insert(unnamed.neighbor->port_id);
         const std::set<Sighting> named = sightings_;
@@ -225,7 +227,7 @@ private:
             connected.join(sighting.by, sighting.of);
             in_use[sighting.by] = in_use[sighting.of] = true;
         }
-        std::map<size_t, size_t> segments; // by what stands for the connected ports
+        std::map<size_t, size_t> segments; // by the set of connected ports
         for (size_t port = 0; port < topology_.ports.size(); port++) {
             if (!in_use[port])
                 continue;
@@ -277,7 +279,7 @@ bool natural_less(std::string_view a, std::string_view b) {
     }
     if (left.empty() != right.empty())
         return left.empty();
-    return a < b; // the same but for leading zeros
+    return a < b; // equal except for leading zeros
 }
 
 Topology build(const std::vector<Report> &reports) {

@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t unassigned = static_cast<size_t>(-1);
 
-// No text of an answer holds a NUL.
+// A NUL separates the two: no text in an answer contains one.
 std::string both(const std::string &system_name, const std::string &chassis_id) {
     return system_name + '\0' + chassis_id;
 }
@@ -19,7 +19,7 @@ class Assigner {
 public:
     explicit Assigner(const std::vector<Report> &reports) : reports_(reports) {}
 
-    // Whoever tells most is assigned first, so that the order of the reports does not matter.
+    // Assigns the most informative neighbors first, so that the order of the reports does not matter.
     RouterAssignment assign() {
         assign_reports();
         for_each_unassigned([this](const Neighbor &neighbor, size_t &router) {
@@ -82,7 +82,7 @@ private:
         return number;
     }
 
-    // Routers of the same name show their chassis ids too, and a number where that does not help.
+    // Routers with the same name also show their chassis ids, and a number where that is not enough.
     void make_labels_unique() {
         std::unordered_map<std::string, size_t> uses;
         for (const Router &router : assignment_.routers)

@@ -1,4 +1,4 @@
-// Telling routers apart by what they and their neighbors say of them.
+// Distinguishes routers by what they and their neighbors report.
 #ifndef YFW_FRONTENDS_PICTURES_TOPOLOGY_ROUTERS_H
 #define YFW_FRONTENDS_PICTURES_TOPOLOGY_ROUTERS_H
 
@@ -11,16 +11,16 @@
 
 namespace yfw::pictures {
 
-// Routers that can be looked up by their names and chassis ids.
+// Routers that can be looked up by name and chassis id.
 class RouterIndex {
 public:
     void add(const std::string &system_name, const std::string &chassis_id, size_t router);
 
     // The router with both, else the only one with this name, else the only one with this chassis id. An empty
-    // text is not known and finds nothing by itself.
+    // text means unknown and matches nothing by itself.
     std::optional<size_t> find(const std::string &system_name, const std::string &chassis_id) const;
 
-    // The router that was added with exactly these two.
+    // The router that was added with exactly this name and chassis id.
     std::optional<size_t> find_exactly(const std::string &system_name, const std::string &chassis_id) const;
 
 private:
@@ -32,10 +32,10 @@ private:
     Index by_chassis_;
 };
 
-// Which router each report and each neighbor is: routers[reports[i]] reported, and
-// routers[neighbors[i][j][k]] is the k-th neighbor of its j-th interface.
+// The router behind each report and each neighbor: routers[reports[i]] made report i, and
+// routers[neighbors[i][j][k]] is the k-th neighbor on its j-th interface.
 struct RouterAssignment {
-    std::vector<Router> routers; // not sorted yet
+    std::vector<Router> routers; // not yet sorted
     std::vector<size_t> reports;
     std::vector<std::vector<std::vector<size_t>>> neighbors;
 };

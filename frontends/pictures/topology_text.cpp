@@ -11,13 +11,13 @@ namespace {
 
 enum class Align { left, right };
 
-// Characters, not bytes: names are UTF-8.
+// Counts characters, not bytes: names are UTF-8.
 size_t width(const std::string &text) {
     return static_cast<size_t>(std::count_if(
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
 }
 
-// Lines of the same number of cells, two blanks in front of each line and between the cells.
+// Lines with the same number of cells; two spaces precede each line and separate the cells.
 template <size_t columns> class Table {
 public:
     explicit Table(std::array<Align, columns> aligns) : aligns_(aligns) {}
@@ -77,7 +77,7 @@ std::string routers(const Topology &topology) {
     return "\nRouters\n" + table.text();
 }
 
-// Who of a link's ends does not tell of the other, and why where that is known.
+// Which end of a link does not report the other, and why, if that is known.
 std::string link_note(const Topology &topology, const Segment &link) {
     const size_t left = link.ports.front(), right = link.ports.back();
     if (left == right)
@@ -109,8 +109,8 @@ std::string links(const Topology &topology) {
     return text.empty() ? "" : "\nLinks\n" + text;
 }
 
-// What one port of a segment hears without being heard there. A router that is not read tells nothing: its line
-// says so once.
+// What one port of a segment hears without being heard. Routers that are not read are omitted: they report
+// nothing, which their own lines already say.
 std::string one_way_sightings(const Topology &topology, const Segment &segment) {
     std::string text;
     for (const Sighting &sighting : segment.sightings) {

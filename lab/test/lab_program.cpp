@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds longest{30};
 constexpr const char *prefix =
-    "yt"; // of the names of the tests' laboratories, before the test's process number
+    "yt"; // prefix of the test laboratories' names, followed by the test's process number
 
 std::vector<pid_t> all_processes() {
     std::vector<pid_t> result;
@@ -88,7 +88,7 @@ int RunningProgram::wait() {
         return !process_->runs();
     });
     const int status = process_->kill();
-    while (read_more(std::chrono::milliseconds(0))) { // what it said at its end
+    while (read_more(std::chrono::milliseconds(0))) { // its last output
     }
     return status;
 }
@@ -100,7 +100,7 @@ void LabTest::SetUp() {
         GTEST_SKIP() << reason;
     }
     setenv("XDG_STATE_HOME", files_.path().c_str(), 1);
-    fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user enters it
+    fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user must be able to enter it
     yfw::test::remove_laboratories_of_dead_tests(prefix);
     place_ = {prefix + std::to_string(getpid()), files_.path()};
 }

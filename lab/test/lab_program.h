@@ -1,4 +1,4 @@
-// Laboratories of the tests: made by the program as a user runs it, with a name and a directory of their own.
+// Laboratories for tests, created by the program as a user runs it, each with its own name and directory.
 #ifndef YFW_LAB_TEST_LAB_PROGRAM_H
 #define YFW_LAB_TEST_LAB_PROGRAM_H
 
@@ -21,21 +21,22 @@
 
 namespace yfw::lab::test {
 
-// Asks again and again until it is true or the time is up; then false.
+// Polls until the condition is true or the time is up; returns false in the latter case.
 inline bool eventually(const std::function<bool()> &condition,
                        std::chrono::milliseconds limit = std::chrono::seconds(30)) {
     return yfw::test::eventually(condition, limit);
 }
 
-// `yfw` at work, which the test looks at line by line. Killed with the object.
+// A running `yfw` whose output the test reads line by line. Killed when the object is destroyed.
 class RunningProgram {
 public:
     explicit RunningProgram(const std::vector<std::string> &arguments);
 
-    // Waits for this many lines on standard error; false when it ended, or took half a minute, before.
+    // Waits for this many lines on standard error; returns false if the program ends, or half a minute passes,
+    // first.
     bool says_lines(size_t count);
     void signal(int number) const { process_->signal(number); }
-    // The exit status, 128 + the signal that ended it. Killed after half a minute.
+    // The exit status, or 128 + the signal that ended it. Kills the program after half a minute.
     int wait();
     const std::string &errors() const { return errors_; }
 
@@ -47,26 +48,26 @@ private:
     std::string errors_;
 };
 
-// A laboratory that is removed after the test. Skips the test where none can be made, or fails it in CI.
+// A laboratory that is removed after the test. Where none can be created, skips the test, or fails it in CI.
 class LabTest : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
 
     const Place &place() const { return place_; }
-    // `yfw lab COMMAND` on the laboratory of the test.
+    // Runs `yfw lab COMMAND` on the test's laboratory.
     yfw::test::Outcome lab(const std::string &command, const std::vector<std::string> &more = {}) const;
     std::vector<std::string> words(const std::string &command, const std::vector<std::string> &more = {}) const;
     std::string topology_file(const std::string &text) const { return files_.add("topology.json", text); }
 
     nlohmann::json status() const;
-    // What lldpcli tells of the neighbors on an interface, when it can be asked.
+    // What lldpcli reports about the neighbors on an interface; empty when it cannot be queried.
     std::vector<nlohmann::json> neighbors(const std::string &router, const std::string &interface) const;
     std::vector<std::string> names_heard(const std::string &router, const std::string &interface) const;
 
-    // Namespaces, processes, mounts and files of the laboratory that are there now.
+    // The laboratory's namespaces, processes, mounts and files that exist now.
     std::vector<std::string> left_over() const;
-    // Processes that hold a file of the laboratory open.
+    // Processes that have a file of the laboratory open.
     std::vector<pid_t> processes() const;
     std::filesystem::path directory_of_files() const { return files_.path(); }
 
@@ -75,7 +76,7 @@ private:
     Place place_;
 };
 
-// The shortest network: two routers and a cable.
+// The smallest network: two routers and a cable.
 extern const char *const two_routers;
 
 } // namespace yfw::lab::test

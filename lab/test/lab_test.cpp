@@ -164,7 +164,7 @@ TEST_F(ALaboratory, leaves_the_machines_own_run_alone) {
     for (const pid_t process : processes()) {
         const std::string root = "/proc/" + std::to_string(process) + "/root";
         struct stat of_process {};
-        if (stat((root + "/run").c_str(), &of_process) == 0) { // one that is in its chroot has none
+        if (stat((root + "/run").c_str(), &of_process) == 0) { // missing for a process in its chroot
             EXPECT_NE(of_process.st_dev, own.st_dev) << process;
         }
     }

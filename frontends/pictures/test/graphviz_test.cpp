@@ -1,4 +1,4 @@
-// Running Graphviz, with programs of our own in its place, and writing files whole or not at all.
+// Running Graphviz, with test programs in its place, and writing files completely or not at all.
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -102,7 +102,7 @@ TEST_F(GraphvizProgram, that_is_not_installed_is_asked_for) {
                 HasSubstr("install graphviz"));
 }
 
-// The limit has passed before the program can end: it never does by itself.
+// The program never ends by itself, so it exceeds any limit.
 TEST_F(GraphvizProgram, that_does_not_end_is_ended_and_leaves_no_process) {
     const std::string message = message_of([&] {
         make_svg("graph {}", {program("exec sleep infinity"), std::chrono::milliseconds(0)});

@@ -406,7 +406,7 @@ Shared segment 1
 }
 )~"},
         {"nothing_read_is_nothing_drawn", {}, "0 routers, no links\n\nRouters\n", "\n}\n"},
-    }; // namespace
-} // namespace yfw::pictures
+    };
+}
 
 } // namespace yfw::pictures

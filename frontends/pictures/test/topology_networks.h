@@ -13,15 +13,15 @@ namespace yfw::pictures {
 struct Network {
     std::string name;
     std::vector<Report> reports;
-    std::string text;  // the whole drawing
-    std::string edges; // the graph from its first router on
+    std::string text;  // the complete drawing
+    std::string edges; // the graph from its first router onwards
 };
 
 void PrintTo(const Network &network, std::ostream *to);
 
 std::vector<Network> networks();
 
-// A neighbor that told everything, and a device of whom it did.
+// A neighbor that announced everything, and a device with the same naming.
 Neighbor neighbor(const std::string &router, const std::string &port);
 Report device(const std::string &name, std::vector<Interface> interfaces);
 

@@ -15,7 +15,7 @@
 namespace yfw::pictures {
 namespace {
 
-// The graph without the lines that say how graphs look.
+// The graph without the lines that set its style.
 std::string edges_of(const std::string &dot) {
     const std::string_view end_of_settings = "\n\n";
     return dot.substr(dot.find(end_of_settings) + end_of_settings.size());
@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Network, Drawing, testing::ValuesIn(networks()),
 struct OddName {
     std::string name;
     std::string router;
-    std::string shown; // as SVG says it
+    std::string shown; // as it appears in the SVG
 };
 
 class NameInSvg : public testing::TestWithParam<OddName> {};

@@ -1,9 +1,9 @@
-// The process's own `access`, in place of the C library's. A plug-in tests with it whether the system
-// database's library is installed; what lies below "/pkg/" is for the platform in use to say, so no file
-// has to stand there. Every other path goes to the kernel.
+// The process's own `access`, replacing the C library's. A plug-in uses it to test whether the system
+// database's library is installed. The current platform answers for paths below "/pkg/", so no file has to
+// exist there; every other path goes to the kernel.
 //
-// It is reached from anywhere in the process, before main and before a sanitizer's runtime is up too:
-// so it allocates nothing, locks nothing and calls no library function but syscall.
+// It can be called from anywhere in the process, even before main and before a sanitizer's runtime is up, so it
+// allocates nothing, locks nothing and calls no library function except syscall.
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -54,8 +54,8 @@ int answer_below_package_directory(const char *path, int mode) noexcept {
 } // namespace
 
 extern "C" YFW_UNSANITIZED int access(const char *path, int mode) noexcept {
-    // <unistd.h> declares the path as never null; read back through a volatile it may be, and the kernel
-    // answers that with EFAULT.
+    // <unistd.h> declares the path as never null, but it may be: reading it through a volatile keeps the check.
+    // The kernel answers a null path with EFAULT.
     const char *const volatile unchecked = path;
     const char *const checked = unchecked;
     if (checked != nullptr && starts_with(checked, package_directory)) {

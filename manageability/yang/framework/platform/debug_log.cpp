@@ -25,7 +25,7 @@ LogChannel trace_channel = LogChannel::trace;
 constinit std::mutex site_mutex;
 constinit std::int32_t site_count = 0;
 
-// Numbers a call site at its first line.
+// Gives a call site its number when it first logs.
 void register_site(std::int32_t *slot) {
     if (slot == nullptr) {
         return;
@@ -35,7 +35,7 @@ void register_site(std::int32_t *slot) {
         return;
     }
     const std::scoped_lock lock(site_mutex);
-    if (number.load(std::memory_order_relaxed) == -1) { // no other thread came first
+    if (number.load(std::memory_order_relaxed) == -1) { // no other thread was faster
         number.store(site_count++, std::memory_order_relaxed);
     }
 }
@@ -71,7 +71,7 @@ void deliver(LogChannel channel, std::string_view line) {
         const std::scoped_lock lock(holder.mutex);
         sink = holder.sink;
     }
-    // Outside the lock, so that a sink may log and may be replaced from within.
+    // Outside the lock, so that a sink may log or replace itself.
     if (sink) {
         (*sink)(channel, line);
     } else {
@@ -79,7 +79,7 @@ void deliver(LogChannel channel, std::string_view line) {
     }
 }
 
-// Formats a line of any length and delivers it. A line that cannot be formatted shows its format.
+// Formats a line of any length and delivers it. If formatting fails, delivers the format string.
 void deliver_formatted(LogChannel channel, const char *format, std::va_list arguments) {
     std::array<char, 512> buffer;
     std::va_list again;

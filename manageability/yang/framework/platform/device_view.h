@@ -1,4 +1,4 @@
-// What the platform knows of the device's configuration and interfaces.
+// What the platform knows about the device's configuration and interfaces.
 #ifndef PLATFORM_DEVICE_VIEW_H
 #define PLATFORM_DEVICE_VIEW_H
 
@@ -9,16 +9,16 @@
 
 namespace yfw::platform {
 
-// Implemented by whoever holds the native data. Asked anew at every call, so answers may change between
-// calls; an exception becomes a failing status of the call that asked.
+// Implemented by the owner of the native data. Queried anew for every call, so answers may change between
+// calls. An exception becomes an error status of that call.
 class DeviceView {
 public:
     virtual ~DeviceView() = default;
 
-    // Whether LLDP is configured on or off globally; nothing when it is not configured.
+    // Whether global LLDP is configured on or off; nothing when it is not configured.
     virtual std::optional<bool> enabled_globally() const = 0;
 
-    // The display names, sorted, of the interfaces that carry LLDP configuration.
+    // The display names, sorted, of the interfaces with LLDP configuration.
     virtual std::vector<std::string> configured_interfaces() const = 0;
 
     virtual bool interface_exists(std::string_view display_name) const = 0;

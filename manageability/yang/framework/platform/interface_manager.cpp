@@ -13,15 +13,15 @@ namespace yfw::platform {
 
 namespace {
 
-constexpr std::string_view digest_mark = "%~"; // in no system-database form
+constexpr std::string_view digest_mark = "%~"; // cannot occur in a system-database form
 constexpr std::size_t digest_digits = 16;
 constexpr std::size_t longest_spelling = IMC_NAME_SIZE - 1;
 
-// A look-up follows its conversion at once, so forgetting old spellings costs nothing; a client that
-// invents long names must not fill the memory.
+// A look-up immediately follows its conversion, so old spellings can be forgotten; a client that makes up long
+// names must not exhaust memory.
 constexpr std::size_t most_remembered_spellings = 4096;
 
-// FNV-1a: the same on every run and machine, so that handles and spellings in recorded traces compare.
+// FNV-1a: the same on every run and machine, so that handles and spellings in recorded traces can be compared.
 std::uint64_t digest(std::string_view text) {
     std::uint64_t hash = 0xcbf29ce484222325U;
     for (const char c : text) {
@@ -31,7 +31,7 @@ std::uint64_t digest(std::string_view text) {
     return hash;
 }
 
-char connection_object = 0; // its address alone is the connection
+char connection_object = 0; // the connection is just its address
 
 } // namespace
 
@@ -61,7 +61,7 @@ std::string InterfaceManager::spelling(std::string_view display_name) {
 std::uint32_t InterfaceManager::handle_of(const std::string &display_name) {
     const std::uint64_t hash = digest(display_name);
     auto handle = static_cast<std::uint32_t>(hash ^ (hash >> 32));
-    // Two names on one number: the later one takes the next that is free.
+    // If two names hash to the same number, the later one gets the next free number.
     while (handle == 0 || handles_.try_emplace(handle, display_name).first->second != display_name) {
         ++handle;
     }
@@ -147,7 +147,7 @@ terrno convert_ifname_ifentry(char *out, const char *ifname) {
         bool shortened = false;
         const std::string spelled = platform::InterfaceManager::spell(ifname, &shortened);
         const terrno status = yfw_strcpy_s(__func__, out, IMC_IFENTRY_SIZE, spelled.c_str());
-        // Nobody is there to remember which name a shortened spelling stands for.
+        // Without a platform, nothing remembers which name a shortened spelling stands for.
         return shortened ? platform::status_no_platform : status;
     });
 }

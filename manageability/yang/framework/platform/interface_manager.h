@@ -1,4 +1,4 @@
-// The interface manager: which interfaces there are, and by which name and number it knows them.
+// The interface manager: which interfaces exist, and the name and handle by which it knows them.
 #ifndef PLATFORM_INTERFACE_MANAGER_H
 #define PLATFORM_INTERFACE_MANAGER_H
 
@@ -12,21 +12,21 @@
 
 namespace yfw::platform {
 
-// A look-up carries the name in IMC_NAME_SIZE bytes. The interface manager's spelling is the
-// system-database form where that fits; a longer one is cut short and ends in "%~" and a digest of the
-// whole, so that it fits too and still stands for one name only.
+// A look-up carries the name in IMC_NAME_SIZE bytes. The interface manager's spelling is the system-database
+// form if it fits; a longer one is cut and ends in "%~" and a digest of the whole name, so that it fits and
+// still identifies a single name.
 class InterfaceManager {
 public:
-    // Fills in one entry's handle and status, where it has pointers for them. The status is 0,
+    // Fills in an entry's handle and status, if it has pointers for them. The status is 0,
     // IMC_STATUS_NO_SUCH_INTERFACE, or status_bad_name for a shortened spelling that `spelling` has not
-    // given out, of which nothing can be said. The handle, 0 without an interface, is a nonzero number
-    // that stays the interface's own for the life of this object.
+    // returned and that is therefore unknown. The handle is 0 without an interface, otherwise a nonzero number
+    // that identifies the interface for the life of this object.
     void find(const DeviceView &device, const imc_find_request &entry);
 
-    // The spelling of a name; remembers which name a shortened one stands for.
+    // The spelling of a name; remembers which name a shortened spelling stands for.
     std::string spelling(std::string_view display_name);
 
-    // The same without remembering; *shortened tells whether the name needed it.
+    // The same without remembering; *shortened tells whether the name was shortened.
     static std::string spell(std::string_view display_name, bool *shortened);
 
 private:

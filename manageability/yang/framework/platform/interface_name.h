@@ -1,6 +1,6 @@
 // The two forms of an interface name. The display form is what people write (GigabitEthernet0/0/0/1); the
-// system-database form is one component of a path there (GigabitEthernet0_0_0_1): '/' stands as '_', and
-// '%' and '_' themselves as "%25" and "%5F". Every name converts there and back again.
+// system-database form is one component of a path there (GigabitEthernet0_0_0_1). '/' becomes '_', and '%' and
+// '_' become "%25" and "%5F". The conversion is reversible for every name.
 #ifndef PLATFORM_INTERFACE_NAME_H
 #define PLATFORM_INTERFACE_NAME_H
 

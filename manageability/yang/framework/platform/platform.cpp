@@ -11,7 +11,7 @@ Platform *Platform::current() noexcept {
 }
 
 Platform::~Platform() {
-    // A platform that dies inside its scope must not be called any more.
+    // A platform destroyed inside its scope must not be called any more.
     Platform *self = this;
     current_.compare_exchange_strong(self, nullptr);
 }

@@ -1,5 +1,5 @@
-// The platform in use: its settings, its system database and its interface manager. The C functions that
-// a plug-in calls work on the one that a Platform::Scope has made current.
+// The current platform: its settings, its system database and its interface manager. The C functions that a
+// plug-in calls use the platform that a Platform::Scope has made current.
 #ifndef PLATFORM_PLATFORM_H
 #define PLATFORM_PLATFORM_H
 
@@ -12,14 +12,14 @@
 namespace yfw::platform {
 
 struct Settings {
-    const DeviceView *device = nullptr; // borrowed; without one the device's calls fail
+    const DeviceView *device = nullptr; // borrowed; without a device, its calls fail
     bool library_present = true;        // whether the system database's library is installed
-    int router_type = 0;                // on type 7 LLDP is on without being configured
+    int router_type = 0;                // on type 7, LLDP is on even when it is not configured
     bool lldp_over_mgmt = true;         // whether LLDP may run on management interfaces
 };
 
-// To be called from one thread at a time, like the plug-in. May outlive many requests; the settings may
-// change between them.
+// Call from one thread at a time, like the plug-in. May outlive many requests; the settings may change between
+// requests.
 class Platform {
 public:
     explicit Platform(Settings settings = {}) : settings_(settings) {}
@@ -32,11 +32,11 @@ public:
     SystemDatabase &system_database() { return system_database_; }
     InterfaceManager &interface_manager() { return interface_manager_; }
 
-    // The platform in use, or nullptr. Safe to call at any time, before main too.
+    // The current platform, or nullptr. Safe to call at any time, even before main.
     static Platform *current() noexcept;
 
-    // Makes a platform the one in use, in the whole process, until the end of the scope; then the one
-    // before it is again. Scopes nest.
+    // Makes a platform current for the whole process until the end of the scope, then restores the previous
+    // one. Scopes nest.
     class Scope {
     public:
         explicit Scope(Platform &platform) noexcept;

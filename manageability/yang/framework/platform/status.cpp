@@ -11,7 +11,7 @@ extern "C" const char *terr_strerror(terrno status) {
     if (known != status_texts.end()) {
         return known->text;
     }
-    // Of the calling thread, and good until that thread asks for another unknown status.
+    // Per thread; valid until the thread asks for another unknown status.
     static thread_local char unknown[sizeof "unknown status 0x00000000"];
     std::snprintf(unknown, sizeof unknown, "unknown status 0x%08x", status);
     return unknown;

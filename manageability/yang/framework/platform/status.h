@@ -1,5 +1,5 @@
-// The statuses of the platform's own calls. Like every platform failure they have bit 31 set; the texts
-// come from terr_strerror, which also knows the mapping's statuses of ymap_status.h.
+// The statuses of the platform's own calls. Like every platform failure they have bit 31 set. terr_strerror
+// gives their texts and those of the mapping's statuses in ymap_status.h.
 #ifndef PLATFORM_STATUS_H
 #define PLATFORM_STATUS_H
 
@@ -62,8 +62,7 @@ inline constexpr std::array status_texts{
     StatusText{IMC_STATUS_NO_SUCH_INTERFACE, "no such interface"},
 };
 
-// Runs the body of a C function: what it throws becomes a status, for no exception may cross into a
-// plug-in.
+// Runs the body of a C function and turns exceptions into a status: none may cross into a plug-in.
 template <class Body> terrno guarded(Body &&body) noexcept {
     try {
         return body();

@@ -1,5 +1,4 @@
-// Bounded strings. `caller` and `owner` name who asks, for whoever reads a backtrace; nothing here keeps
-// them.
+// Bounded strings. `caller` and `owner` identify the caller in a backtrace; nothing here stores them.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -12,8 +11,8 @@ namespace platform = yfw::platform;
 
 namespace {
 
-// Copies what fits into `size` bytes (at least one) but no more than `count` characters, and terminates.
-// The two texts may overlap.
+// Copies as much as fits into `size` bytes (at least one), but no more than `count` characters, and terminates
+// the copy. The two strings may overlap.
 terrno copy_bounded(char *destination, std::size_t size, const char *source, std::size_t count) {
     const std::size_t room = std::min(count, size - 1);
     const std::size_t length = strnlen(source, room + 1);
@@ -48,7 +47,7 @@ terrno yfw_strcat_s(const char * /*caller*/, char *destination, size_t size, con
         return platform::status_invalid_argument;
     }
     const std::size_t used = strnlen(destination, size);
-    if (used == size) { // no text: nothing ends it
+    if (used == size) { // not a string: unterminated
         destination[size - 1] = '\0';
         return platform::status_invalid_argument;
     }
@@ -63,7 +62,7 @@ terrno yfw_strcmp_s(const char * /*caller*/, const char *a, size_t maximum, cons
         return platform::status_invalid_argument;
     }
     if (a == nullptr || b == nullptr) {
-        *result = 1; // a caller that only looks at the result must not see equal texts
+        *result = 1; // a caller that checks only the result must not see equal texts
         return platform::status_invalid_argument;
     }
     const int difference = std::strncmp(a, b, maximum);

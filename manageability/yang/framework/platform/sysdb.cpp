@@ -20,10 +20,10 @@ constexpr std::string_view global_lldp_path = "/cfg/gl/lldp/";
 constexpr std::string_view interfaces_path = "/cfg/if/act/";
 constexpr std::string_view enable_item = "enable";
 
-// Of the process and not of one database, so that a number kept from another one is never taken for valid.
+// Per process, not per database, so that a number kept from another database is never taken for valid.
 constinit std::atomic<std::uint64_t> last_connection{0};
 
-// regcomp and not std::regex, whose matcher recurses once a character and so falls over long paths.
+// regcomp, not std::regex, whose matcher recurses once per character and overflows the stack on long paths.
 class Pattern {
 public:
     explicit Pattern(const char *text) : valid_(regcomp(&compiled_, text, REG_EXTENDED) == 0) {}
@@ -37,7 +37,8 @@ public:
 
     bool valid() const { return valid_; }
 
-    // Of the matches that start first the longest is reported, so one of the whole text would be it.
+    // regexec reports the longest of the leftmost matches, so a match of the whole text would be the one
+    // reported.
     bool matches_whole(const std::string &text) const {
         regmatch_t match{};
         return regexec(&compiled_, text.c_str(), 1, &match, 0) == 0 && match.rm_so == 0 &&
@@ -156,7 +157,7 @@ namespace platform = yfw::platform;
 
 namespace {
 
-// Runs `body` on the current platform's database, and on its device for a body that takes one.
+// Runs `body` on the current platform's database, and on its device if the body takes one.
 template <class Body> terrno with_database(Body &&body) noexcept {
     platform::Platform *current = platform::Platform::current();
     if (current == nullptr) {

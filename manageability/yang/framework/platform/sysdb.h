@@ -1,6 +1,6 @@
-// The system database: a view of the native configuration by path. It holds "/cfg/gl/lldp/", with the
-// item "enable", and "/cfg/if/act/", with one path "<interface>/lldp/" for each interface that carries
-// LLDP configuration (the interface in its system-database form).
+// The system database: a view of the native configuration by path. It contains "/cfg/gl/lldp/" with the item
+// "enable", and "/cfg/if/act/" with one path "<interface>/lldp/" for each interface with LLDP configuration
+// (the interface name in its system-database form).
 #ifndef PLATFORM_SYSDB_H
 #define PLATFORM_SYSDB_H
 
@@ -22,26 +22,25 @@ inline constexpr std::uint32_t sysdb_flag_search = 4;
 
 class SystemDatabase {
 public:
-    // *connection: a number that no other connection of the process has had. The flags are 0 or
-    // sysdb_flag_search.
+    // *connection: a number never used before in this process. `flags` is 0 or sysdb_flag_search.
     terrno bind(std::string_view path, std::uint32_t flags, std::uint64_t *connection);
     terrno unbind(std::uint64_t connection);
 
-    // *value lives until the connection is unbound and keeps its value till then.
+    // *value stays valid and unchanged until the connection is unbound.
     terrno get(const DeviceView &device, std::uint64_t connection, std::string_view item,
                const std::uint32_t **value) const;
 
-    // The paths and items below the connection's path that match the POSIX extended regular expression
-    // as a whole, in the device's order. *list lives until free_list, whatever becomes of the connection.
+    // Finds the paths and items below the connection's path that the POSIX extended regular expression matches
+    // as a whole, in the device's order. *list is valid until free_list, even if the connection is unbound.
     terrno find(const DeviceView &device, std::uint64_t connection, const char *pattern, std::size_t *count,
                 void **list);
 
-    // *path lives as long as the list.
+    // *path is valid as long as the list.
     terrno next(const void *list, const char **path);
     void free_list(const void *list);
 
-    // Drops what a request that broke off left behind: lists, and the connections that search. The others
-    // stay, for a plug-in keeps one across requests on purpose.
+    // Frees what an aborted request left behind: lists, and the connections used for searching. The others
+    // stay, since a plug-in keeps one across requests on purpose.
     void end_request();
 
     std::size_t open_connections() const { return connections_.size(); }
@@ -53,7 +52,7 @@ private:
     struct Connection {
         Root root;
         bool searches;
-        // An item's two possible values; items are answered by pointing at one of them.
+        // The two possible values of an item; `get` returns a pointer to one of them.
         std::array<std::uint32_t, 2> values{0, 1};
     };
 
@@ -64,7 +63,7 @@ private:
 
     static std::vector<std::string> paths_below(Root root, const DeviceView &device);
 
-    std::unordered_map<std::uint64_t, Connection> connections_; // its nodes stay where they are
+    std::unordered_map<std::uint64_t, Connection> connections_; // node-based: elements do not move
     std::unordered_map<const void *, std::unique_ptr<List>> lists_;
 };
 

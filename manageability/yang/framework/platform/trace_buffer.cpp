@@ -47,8 +47,8 @@ uint32_t ret_nc_yfw_trace_index_incr(void) {
     return ++last;
 }
 
-// A line that cannot be kept for want of memory is lost: tracing never makes a request fail. The word is
-// the same in every line and so says nothing about one.
+// A line is lost when memory runs out: tracing never makes a request fail. The word is the same in every line
+// and carries no information.
 void _lstrace(void *handle, uint64_t /*word*/, const char *line) {
     if (handle == nullptr || line == nullptr) {
         return;

@@ -15,13 +15,13 @@ namespace {
 
 constexpr const char *library = "/pkg/lib/libsysdb.so";
 
-// What `access` says: 0, or the error.
+// The result of `access`: 0, or the error.
 int tested(const char *path, int mode) {
     errno = 0;
     return access(path, mode) == 0 ? 0 : errno;
 }
 
-// Asked before main, as the start-up code of a library may.
+// Called before main, as a library's start-up code may do.
 const int before_main_file = tested("/", F_OK);
 const int before_main_library = tested(library, R_OK);
 

@@ -1,4 +1,4 @@
-// A device that is told what to answer.
+// A device that answers what a test tells it to.
 #ifndef PLATFORM_TEST_FAKE_DEVICE_H
 #define PLATFORM_TEST_FAKE_DEVICE_H
 
@@ -19,7 +19,7 @@ public:
     std::optional<bool> global_enabled;
     std::set<std::string, std::less<>> configured; // interfaces with LLDP configuration
     std::set<std::string, std::less<>> interfaces;
-    bool broken = false; // every question throws
+    bool broken = false; // every query throws
 
     std::optional<bool> enabled_globally() const override {
         fail_when_broken();

@@ -23,7 +23,8 @@ struct Found {
     std::uint32_t answered = 42;
 };
 
-// Looks an interface up as a mapping callback does: spelled, copied into the entry, asked for.
+// Looks up an interface the way a mapping callback does: converts the name, copies it into the entry, and finds
+// it.
 Found look_up(const std::string &name) {
     Found found;
     char spelled[IMC_IFENTRY_SIZE];
@@ -109,7 +110,7 @@ TEST_F(InterfaceLookUp, GivesAnInterfaceTheSameHandleEveryTimeAndNoOtherInterfac
     EXPECT_FALSE(handles.contains(0));
 }
 
-// Found by search: the first two names fall on one number, the third on 0.
+// Found by search: the first two names hash to the same number, the third to 0.
 TEST_F(InterfaceLookUp, GivesHandlesOfTheirOwnToNamesThatFallOnOneNumberAndOnNone) {
     std::set<std::uint32_t> handles{0};
     for (const char *name : {"Ethernet0/0/85854", "Ethernet0/0/109968", "eth5040635669"}) {

@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
                     NameCase{"_/_", "%5F_%5F"}, NameCase{"/", "_"}, NameCase{"//", "__"},
                     NameCase{"h\xc3\xa9", "h\xc3\xa9"}, NameCase{" a b ", " a b "}, NameCase{"", ""}));
 
-// Every name up to six characters over those that a conversion could trip over.
+// Every name of up to `longest` characters from `alphabet`.
 std::vector<std::string> names_over(const std::string &alphabet, std::size_t longest) {
     std::vector<std::string> names{""};
     for (std::size_t start = 0, length = 0; length < longest; ++length) {

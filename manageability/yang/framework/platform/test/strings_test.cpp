@@ -16,7 +16,7 @@ namespace {
 constexpr const char *caller = "strings_test";
 constexpr std::size_t unbounded = SIZE_MAX;
 
-// A destination whose bytes beyond the stated size must stay as they are.
+// A destination whose bytes beyond the stated size must not change.
 struct Destination {
     char bytes[32];
     Destination() { std::memset(bytes, '#', sizeof bytes); }

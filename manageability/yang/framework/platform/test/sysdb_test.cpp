@@ -161,7 +161,7 @@ TEST_F(SystemDatabaseCalls, KeepAnItemsValueUntilTheUnbind) {
         ASSERT_EQ(sysdb_item_get(connection, "enable", &data, &count), status_ok);
         read.emplace_back(data, enabled ? 1 : 0);
     }
-    for (int i = 0; i < 1000; ++i) { // others come and go meanwhile
+    for (int i = 0; i < 1000; ++i) { // other connections come and go
         bound(global_path, plain);
     }
     for (const auto &[data, value] : read) {

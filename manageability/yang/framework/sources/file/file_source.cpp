@@ -22,10 +22,10 @@ using yang::DataTree;
     throw Error(ErrorTag::invalid_value, file.string(), message);
 }
 
-// The order of the file is kept, which the mapping takes as it comes.
+// Keeps the order of the file, since the mapping processes data in the order given.
 constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT | LYD_PARSE_ORDERED;
 
-// The first character that is no white space tells XML from JSON.
+// The first character that is not white space distinguishes XML from JSON.
 LYD_FORMAT format_of(const std::filesystem::path &file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
@@ -81,8 +81,8 @@ bool holds_configuration(const lyd_node *top) {
     return top->schema != nullptr && (top->schema->flags & LYS_CONFIG_W) != 0;
 }
 
-// Configuration is held to every rule of its models. Operational state is held to its types alone: a device may
-// report what its constraints rule out (RFC 8342 section 5.3).
+// Configuration must satisfy all constraints of its models, operational state only its types: a device may
+// report state that violates constraints (RFC 8342 section 5.3).
 void validate_configuration(DataTree &data, const std::filesystem::path &place) {
     std::vector<const lys_module *> modules;
     for (const lyd_node *top = data.get(); top != nullptr; top = top->next)
@@ -97,7 +97,7 @@ void validate_configuration(DataTree &data, const std::filesystem::path &place) 
     }
 }
 
-constexpr int64_t settling_time = 3000000000; // coarser than the clock of any file system that we know
+constexpr int64_t settling_time = 3000000000; // coarser than the timestamps of any file system we know
 
 int64_t nanoseconds(const timespec &time) {
     return int64_t{time.tv_sec} * 1000000000 + time.tv_nsec;

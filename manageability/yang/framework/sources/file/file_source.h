@@ -11,7 +11,7 @@
 
 namespace yfw::sources {
 
-// What tells whether a file is still the one that was read.
+// Tells whether a file is still the one that was read.
 struct FileState {
     uint64_t number = 0; // the inode
     uint64_t size = 0;
@@ -23,17 +23,17 @@ struct FileState {
 
 class FileSource final : public NativeSource {
 public:
-    // Files of XML or JSON instance data, told apart by their first character. Data of several files is merged.
+    // XML or JSON instance data, distinguished by the first character of each file. The data of several files
+    // is merged.
     explicit FileSource(std::vector<std::filesystem::path> files) : files_(std::move(files)) {}
 
-    // All *.xml and *.json files of a device's directory, in the order of their names. Throws Error when
-    // the directory has none.
+    // All *.xml and *.json files in a device's directory, in order of name. Throws Error when there are none.
     static FileSource of_device(const std::filesystem::path &directory);
 
     yang::DataTree read(const ly_ctx *context) override;
 
-    // Of all files; nothing when one is missing, or was changed so recently that another change might bear the
-    // same time.
+    // The states of all files; nothing when a file is missing, or was changed so recently that another change
+    // might have the same timestamp.
     std::optional<std::vector<FileState>> settled_states() const;
 
 private:

@@ -1,4 +1,4 @@
-// A recorded device that is read again only when its files have changed.
+// A recorded device whose files are read again only when they have changed.
 #ifndef YFW_SOURCES_FILE_KEPT_FILE_SOURCE_H
 #define YFW_SOURCES_FILE_KEPT_FILE_SOURCE_H
 
@@ -10,7 +10,7 @@
 
 namespace yfw::sources {
 
-// For a process that is asked more than once; it keeps the data in memory.
+// For a process that reads the device more than once; it keeps the data in memory.
 class KeptFileSource final : public NativeSource {
 public:
     explicit KeptFileSource(FileSource source) : source_(std::move(source)) {}
@@ -22,7 +22,7 @@ private:
     FileSource source_;
     std::mutex mutex_;
     std::optional<std::vector<FileState>> states_; // of the files that data_ was read from
-    const ly_ctx *context_ = nullptr;              // that it was made in
+    const ly_ctx *context_ = nullptr;              // the context in which data_ was made
     yang::SharedData data_;
 };
 

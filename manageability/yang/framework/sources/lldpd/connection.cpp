@@ -108,10 +108,10 @@ ssize_t Connection::receive(lldpctl_conn_t *, const uint8_t *data, size_t length
     auto &connection = *static_cast<Connection *>(self);
     if (!connection.connect())
         return LLDPCTL_ERR_CANNOT_CONNECT;
-    // The library hands out the buffer to fill as const.
+    // The library passes the buffer to be filled as const.
     void *buffer = const_cast<uint8_t *>(data);
     for (;;) {
-        // An answer that comes in drops is bounded like one that does not come.
+        // An answer that trickles in is subject to the same limit as one that never arrives.
         const bool overdue = connection.milliseconds_left() == 0;
         const ssize_t count = overdue ? -1 : ::recv(connection.descriptor_, buffer, length, MSG_DONTWAIT);
         if (overdue)

@@ -1,4 +1,4 @@
-// A conversation with an lldpd on its control socket, in which nothing waits without bound.
+// A connection to an lldpd's control socket. No wait is unbounded unless the caller asks for it.
 #ifndef YFW_SOURCES_LLDPD_CONNECTION_H
 #define YFW_SOURCES_LLDPD_CONNECTION_H
 
@@ -14,15 +14,15 @@ struct ReleaseAtom {
     void operator()(lldpctl_atom_t *atom) const { lldpctl_atom_dec_ref(atom); }
 };
 
-// A piece of data of lldpd's library; valid for as long as its connection lives.
+// An object of lldpd's library; valid only while its connection exists.
 using Atom = std::unique_ptr<lldpctl_atom_t, ReleaseAtom>;
 
-// Connects at its first use. One thread at a time.
+// Connects on first use. Not thread-safe.
 class Connection {
 public:
     static constexpr std::chrono::seconds usual_bound{10};
 
-    // `bound`: how long one answer may take.
+    // `bound`: the time limit for one answer.
     explicit Connection(std::string socket, std::chrono::milliseconds bound = usual_bound);
     ~Connection();
     Connection(const Connection &) = delete;
@@ -30,18 +30,19 @@ public:
 
     lldpctl_conn_t *handle() const { return handle_; }
 
-    // Throws Error that names the socket, what was done, and why it failed.
+    // Throws Error with the socket, the operation and the reason for the failure.
     [[noreturn]] void fail(const std::string &doing) const;
 
-    // The atom, which lldpd's library gave for `doing`; throws as fail() when it gave none.
+    // Takes ownership of the atom that lldpd's library returned for `doing`; throws like fail() when it is
+    // NULL.
     Atom expect(lldpctl_atom_t *atom, const std::string &doing) const;
 
     // The name of the device: "lldpd:SOCKET".
     std::string place() const { return "lldpd:" + socket_; }
 
-    // Waits of receive() end early, with "would block", when this descriptor becomes readable. -1: none.
+    // Makes waits in receive() end early, with "would block", when this descriptor becomes readable. -1: none.
     void interrupt_by(int descriptor) { interrupt_ = descriptor; }
-    // Receiving waits as long as it takes, for announcements that may never come.
+    // Removes the time limit on receiving, for announcements that may never come.
     void wait_without_bound() { bounded_ = false; }
 
     // Whether the last failure was the interruption.
@@ -62,7 +63,7 @@ private:
     int descriptor_ = -1;
     int interrupt_ = -1;
     bool interrupted_ = false;
-    std::string trouble_; // of the socket, more than the library's error says
+    std::string trouble_; // details of a socket failure that the library's error lacks
     lldpctl_conn_t *handle_;
 };
 

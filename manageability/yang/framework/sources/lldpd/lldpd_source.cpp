@@ -9,7 +9,7 @@
 namespace yfw::sources::lldpd {
 namespace {
 
-// Settings for a port that is not there would be lost on the way.
+// Settings for a missing port would be lost silently.
 void refuse_missing_ports(const Connection &connection, const WantedSettings &before,
                           const WantedSettings &after) {
     const PortStatuses there = read_port_statuses(connection);
@@ -19,7 +19,8 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
                         connection.place() + " has no such interface");
 }
 
-// The native configuration before may hold what lldpd cannot do: it is only compared with.
+// The previous configuration is only used for comparison, so settings that lldpd does not support are not an
+// error.
 WantedSettings settings_before(const lyd_node *configuration) {
     try {
         return wanted_settings(configuration);

@@ -9,13 +9,13 @@
 
 namespace yfw::sources::lldpd {
 
-// Talks to the daemon anew at each call, so that it may be restarted in between. Every wait is bounded.
+// Connects to the daemon anew for each call, so it may be restarted in between. Every wait is bounded.
 class LldpdSource final : public NativeSource, public NativeTarget {
 public:
-    // `socket`: of the daemon's control protocol, usually /run/lldpd.socket.
+    // `socket`: the daemon's control socket, usually /run/lldpd.socket.
     explicit LldpdSource(std::string socket) : socket_(std::move(socket)) {}
 
-    // The socket of this machine's daemon.
+    // The control socket of this machine's daemon.
     static std::string default_socket();
 
     yang::DataTree read(const ly_ctx *context) override;

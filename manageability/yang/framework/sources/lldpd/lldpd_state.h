@@ -1,4 +1,4 @@
-// What an lldpd knows, as plain structures: neither lldpd's library nor YANG.
+// What an lldpd knows, as plain structures that depend on neither lldpd's library nor YANG.
 #ifndef YFW_SOURCES_LLDPD_LLDPD_STATE_H
 #define YFW_SOURCES_LLDPD_LLDPD_STATE_H
 
@@ -21,7 +21,7 @@ struct ManagementAddress {
     std::optional<uint32_t> interface_number;
 };
 
-// An organizationally specific TLV that lldpd hands on (clause 8.6).
+// An organizationally specific TLV that lldpd reports (clause 8.6).
 struct CustomTlv {
     std::array<uint8_t, 3> oui{};
     uint8_t subtype = 0;
@@ -29,7 +29,7 @@ struct CustomTlv {
 };
 
 struct Chassis {
-    std::optional<uint32_t> id_subtype; // clause 8.5.2.2; nothing when lldpd does not tell it
+    std::optional<uint32_t> id_subtype; // clause 8.5.2.2; nothing when lldpd does not report it
     std::string id;
     std::optional<std::string> name;
     std::optional<std::string> description;
@@ -48,7 +48,7 @@ struct Neighbor {
     std::vector<CustomTlv> tlvs;
 };
 
-// lldpd counts in 64 bits. A counter that it does not have is nothing.
+// lldpd's counters have 64 bits. Nothing for a counter that it does not have.
 struct Counters {
     std::optional<uint64_t> transmitted;
     std::optional<uint64_t> received;
@@ -67,10 +67,10 @@ struct Port {
     std::string name;
     PortStatus status;
     Counters counters;
-    std::vector<Neighbor> neighbors; // those heard by LLDP
+    std::vector<Neighbor> neighbors; // only those heard by LLDP
 };
 
-// The settings that were made, as far as the native models know them.
+// The configured settings that the native models can express.
 struct DaemonSettings {
     bool paused = false;
     uint32_t transmit_interval = 30; // seconds
@@ -84,7 +84,7 @@ struct DaemonSettings {
 struct State {
     Chassis local;
     DaemonSettings settings;
-    std::vector<Port> ports; // in the order of lldpd
+    std::vector<Port> ports; // in lldpd's order
 };
 
 } // namespace yfw::sources::lldpd

@@ -27,7 +27,7 @@ NeighborChange change_of(lldpctl_change_t type) {
     return NeighborChange::updated;
 }
 
-// Called by lldpd's library; what was heard is told after it has returned.
+// Called by lldpd's library; listeners are notified after the library call has returned.
 void hear(lldpctl_change_t type, lldpctl_atom_t *interface, lldpctl_atom_t *neighbor, void *to) {
     const char *name = lldpctl_atom_get_str(interface, lldpctl_k_interface_name);
     if (name != nullptr && speaks_lldp(neighbor))
@@ -59,8 +59,8 @@ void LldpdWatch::tell_difference(const Neighbors &now) {
     known_ = now;
 }
 
-// The subscription is older than the first reading, so that nothing is lost between the two: what comes twice
-// is told once.
+// The subscription starts before the first reading, so that no change is lost between the two; a neighbor seen
+// by both is reported as added only once.
 void LldpdWatch::changed(NeighborChange change, const std::string &interface, const Neighbor &neighbor) {
     const Key key{interface, neighbor.chassis.id, neighbor.port_id};
     const auto known = known_.find(key);
@@ -70,7 +70,7 @@ void LldpdWatch::changed(NeighborChange change, const std::string &interface, co
         known_.erase(key);
         return;
     }
-    // Under another name it is another entry.
+    // A neighbor with a new device id is a new entry.
     const bool renamed = known != known_.end() && device_id(known->second) != device_id(neighbor);
     if (renamed)
         tell(NeighborChange::removed, interface, known->second);
@@ -110,7 +110,7 @@ void LldpdWatch::run(const ly_ctx *context, int stop, const Listener &listener) 
     while (!stops_within(stop, lost ? milliseconds_between_attempts : 0)) {
         try {
             if (lost) {
-                read_settings(Connection(socket_)); // throws for as long as it is away
+                read_settings(Connection(socket_)); // throws while the daemon is away
                 listener.back();
                 lost = false;
             }

@@ -1,4 +1,4 @@
-// The changes that an lldpd tells.
+// The neighbor changes that an lldpd announces.
 #ifndef YFW_SOURCES_LLDPD_LLDPD_WATCH_H
 #define YFW_SOURCES_LLDPD_LLDPD_WATCH_H
 
@@ -11,7 +11,7 @@
 
 namespace yfw::sources::lldpd {
 
-// After the daemon was away, what changed meanwhile is told as changes.
+// When the daemon comes back after an outage, the changes made in the meantime are reported.
 class LldpdWatch final : public NeighborWatch {
 public:
     explicit LldpdWatch(std::string socket) : socket_(std::move(socket)) {}
@@ -19,12 +19,11 @@ public:
     void run(const ly_ctx *context, int stop, const Listener &listener) override;
 
 private:
-    // Interface, chassis id and port id: what makes a neighbor the same one (IEEE Std 802.1AB
-    // clause 9.2.7.7.1).
+    // Interface, chassis id and port id: what identifies a neighbor (IEEE Std 802.1AB clause 9.2.7.7.1).
     using Key = std::tuple<std::string, std::string, std::string>;
     using Neighbors = std::map<Key, Neighbor>;
 
-    // Returns when it is stopped; throws when the daemon went away.
+    // Returns when stopped; throws when the daemon has gone away.
     void watch_until_lost(int stop);
     Neighbors read_all() const;
     void tell_difference(const Neighbors &now);
@@ -33,7 +32,7 @@ private:
 
     std::string socket_;
     Neighbors known_;
-    bool established_ = false; // known_ holds what was there
+    bool established_ = false; // the first reading has filled known_
     const ly_ctx *context_ = nullptr;
     const Listener *listener_ = nullptr;
 };

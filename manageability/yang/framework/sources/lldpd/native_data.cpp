@@ -15,7 +15,7 @@ constexpr const char *oper_module = "Tarvo-QD-ethernet-lldp-oper";
 constexpr const char *cfg_module = "Tarvo-QD-ethernet-lldp-cfg";
 constexpr const char *ifmgr_module = "Tarvo-QD-ifmgr-cfg";
 
-// The letters of the capabilities, from the lowest bit upwards.
+// The capability letters, lowest bit first.
 constexpr std::string_view capability_letters = "OPBWRTCS";
 
 std::optional<std::string> letters(uint16_t capabilities) {
@@ -26,17 +26,17 @@ std::optional<std::string> letters(uint16_t capabilities) {
     return text.empty() ? std::nullopt : std::optional(text);
 }
 
-// Native counters are 32 bits wide and start again at 0.
+// Native counters have 32 bits and wrap around to 0.
 std::optional<uint64_t> wrapped(const std::optional<uint64_t> &count) {
     return count.has_value() ? std::optional<uint64_t>(static_cast<uint32_t>(*count)) : std::nullopt;
 }
 
-// A neighbor may announce any bytes as text; what no YANG string may hold counts as not announced.
+// A neighbor may announce any bytes as text; text that a YANG string cannot hold counts as not announced.
 std::optional<std::string> clean(const std::optional<std::string> &text) {
     return text.has_value() && !text->empty() && yang::is_yang_text(text->c_str()) ? text : std::nullopt;
 }
 
-// A C string ends at its first zero byte: such octets have no text.
+// A C string ends at its first zero byte, so octets that contain one have no text.
 std::optional<std::string> tlv_text(const std::string &octets) {
     if (octets.empty() || octets.find('\0') != std::string::npos)
         return std::nullopt;
@@ -98,7 +98,7 @@ void write_neighbor(const Inner &entry, const std::string &interface, const Neig
     write_tlvs(mib, neighbor.tlvs);
 }
 
-// One entry for an interface and a device; a device that is heard several times is in it several times.
+// One entry per interface and device; a device heard several times appears several times in its entry.
 void write_neighbors(const Inner &node, const std::vector<Port> &ports) {
     const Inner details = node.inner("neighbors").inner("details");
     for (const Port &port : ports) {
@@ -147,8 +147,8 @@ void write_interfaces(const Inner &node, const std::vector<Port> &ports, bool pa
     }
 }
 
-// lldpd has no switch of an interface's own: what a port does not do is disabled, the rest follows the switch
-// for all.
+// lldpd has no per-interface switch: what a port does not do is marked disabled, and the rest follows the
+// global switch.
 void write_switches(const Inner &lldp, const PortStatus &status) {
     if (!status.transmits && !status.receives)
         lldp.leaf("enable", std::string("false"));

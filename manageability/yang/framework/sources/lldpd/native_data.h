@@ -9,21 +9,21 @@
 
 namespace yfw::sources::lldpd {
 
-// The operational data: "Tarvo-QD-ethernet-lldp-oper", with one node. What lldpd does not know is absent.
+// The operational data: "Tarvo-QD-ethernet-lldp-oper" with a single node. What lldpd does not know is absent.
 yang::DataTree operational_data(const ly_ctx *context, const State &state);
 
-// The operational data of one neighbor alone.
+// The operational data of a single neighbor.
 yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor);
 
-// The configuration that the daemon runs with: "Tarvo-QD-ethernet-lldp-cfg" and "Tarvo-QD-ifmgr-cfg". An
-// interval that the native timer cannot hold is left out.
+// The daemon's running configuration: "Tarvo-QD-ethernet-lldp-cfg" and "Tarvo-QD-ifmgr-cfg". An interval
+// outside the native timer's range is omitted.
 yang::DataTree configuration_data(const ly_ctx *context, const State &state);
 
-// The identifier by which the native models know a neighbor: its system name, "[DISABLED]" when it told none,
-// or one that is no text.
+// The native models' identifier for a neighbor: its system name, or "[DISABLED]" when it announced none or one
+// that is not valid text.
 std::string device_id(const Neighbor &neighbor);
 
-// Seconds that the native timer takes.
+// The range of the native timer, in seconds.
 inline constexpr uint32_t shortest_interval = 5;
 inline constexpr uint32_t longest_interval = 65534;
 

@@ -9,13 +9,13 @@
 namespace yfw::sources::lldpd {
 namespace {
 
-// The library gives an empty text for some of what is not there.
+// For some missing values the library returns an empty text.
 std::optional<std::string> text(lldpctl_atom_t *atom, lldpctl_key_t key) {
     const char *found = lldpctl_atom_get_str(atom, key);
     return found != nullptr && *found != '\0' ? std::optional<std::string>(found) : std::nullopt;
 }
 
-// The library gives -1 for what is not there.
+// For a missing value the library returns -1.
 template <class Number> std::optional<Number> number(lldpctl_atom_t *atom, lldpctl_key_t key) {
     const long found = lldpctl_atom_get_int(atom, key);
     return found >= 0 ? std::optional<Number>(static_cast<Number>(found)) : std::nullopt;
@@ -27,7 +27,7 @@ std::string octets(lldpctl_atom_t *atom, lldpctl_key_t key) {
     return found != nullptr ? std::string(reinterpret_cast<const char *>(found), length) : std::string();
 }
 
-// Subtype 0 is reserved: lldpd does not know it.
+// Subtype 0 is reserved and means that lldpd does not know the subtype.
 std::optional<uint32_t> subtype(lldpctl_atom_t *atom, lldpctl_key_t key) {
     const auto found = number<uint32_t>(atom, key);
     return found != 0U ? found : std::nullopt;
@@ -89,7 +89,7 @@ Port read_port(const std::string &name, lldpctl_atom_t *atom) {
     return port;
 }
 
-// The library's words for what a port does.
+// The library's words for a port's status.
 struct StatusWord {
     const char *word;
     PortStatus status;
@@ -134,7 +134,7 @@ Neighbor read_neighbor(lldpctl_atom_t *remote_port) {
     neighbor.port_id = text(remote_port, lldpctl_k_port_id).value_or("");
     neighbor.port_description = text(remote_port, lldpctl_k_port_descr);
     neighbor.time_to_live = number<uint32_t>(remote_port, lldpctl_k_port_ttl);
-    if (neighbor.time_to_live == 0U) // not told with the port
+    if (neighbor.time_to_live == 0U) // not reported with the port
         neighbor.time_to_live.reset();
     neighbor.last_update = number<uint64_t>(remote_port, lldpctl_k_port_age);
     const auto now = static_cast<uint64_t>(std::time(nullptr));

@@ -1,4 +1,4 @@
-// Reads an lldpd through its library into plain structures.
+// Reads an lldpd's state through its library into plain structures.
 #ifndef YFW_SOURCES_LLDPD_READER_H
 #define YFW_SOURCES_LLDPD_READER_H
 
@@ -10,7 +10,7 @@
 
 namespace yfw::sources::lldpd {
 
-// All that lldpd knows at this moment. A port that vanishes meanwhile is left out. Throws Error.
+// Everything that lldpd knows at this moment. Omits a port that vanishes meanwhile. Throws Error.
 State read_state(const Connection &connection);
 
 DaemonSettings read_settings(const Connection &connection);
@@ -21,10 +21,10 @@ void for_each_port(const Connection &connection,
 
 PortStatus read_status(lldpctl_atom_t *port);
 Neighbor read_neighbor(lldpctl_atom_t *remote_port);
-// Whether it was heard by LLDP and not by another protocol.
+// Whether the neighbor was heard by LLDP rather than by another protocol.
 bool speaks_lldp(lldpctl_atom_t *remote_port);
 
-// What lldpd's library calls a status of a port; throws Error for one that it does not have.
+// The library's value for a port status; throws Error for a status that it does not have.
 long status_value(const Connection &connection, const PortStatus &status);
 
 } // namespace yfw::sources::lldpd

@@ -7,9 +7,10 @@
 namespace yfw::sources::lldpd {
 namespace {
 
-constexpr uint32_t usual_interval = 30; // seconds; IEEE Std 802.1AB clause 9.2.5.7, and lldpd's own
+constexpr uint32_t usual_interval = 30; // seconds; IEEE Std 802.1AB clause 9.2.5.7, and lldpd's default
 
-// A daemon may run with an interval that the native timer cannot hold; such a one was never configured here.
+// The interval to use when none is wanted. One outside the native timer's range was never configured here and
+// is kept.
 uint32_t interval_without_a_timer(uint32_t now, bool keeps_interval) {
     const bool configurable = now >= shortest_interval && now <= longest_interval;
     return keeps_interval || !configurable ? now : usual_interval;
@@ -41,12 +42,13 @@ void SettingsWriter::write(const WantedSettings &wanted, bool keeps_interval) {
     undo_.clear();
 }
 
-// Neighbors learn at once and not after up to an interval. It is no setting: its failure changes nothing.
+// Neighbors learn of the change at once, not after the next interval. A failure is ignored: this is not a
+// setting.
 void SettingsWriter::transmit_now() {
     lldpctl_atom_set_int(configuration_.get(), lldpctl_k_config_tx_interval, -1);
 }
 
-// What pauses comes first and what resumes last: no frame leaves with settings half made.
+// Pausing comes first and resuming last, so that no frame is sent with half of the settings.
 void SettingsWriter::change_all(const WantedSettings &wanted, bool keeps_interval) {
     const DaemonSettings now = read_settings(connection_);
     if (!wanted.runs)
@@ -66,8 +68,8 @@ void SettingsWriter::change_all(const WantedSettings &wanted, bool keeps_interva
         change(lldpctl_k_config_paused, "resuming", now.paused, 0);
 }
 
-// A paused daemon's ports stay as they are: it neither sends nor listens, and what it resumes with is written
-// before it resumes.
+// The ports of a paused daemon are left alone: it neither sends nor listens, and they are written before it
+// resumes.
 void SettingsWriter::change_ports(const WantedSettings &wanted) {
     if (!wanted.runs)
         return;
@@ -96,7 +98,7 @@ void SettingsWriter::change(lldpctl_key_t key, const char *what, const std::opti
     set(key, what, wanted);
 }
 
-// The library gives back the very atom that was set, not another reference to it.
+// On success the library returns the same atom that was passed in, not a new reference to it.
 void SettingsWriter::check(const lldpctl_atom_t *same, const std::string &doing) const {
     if (same == nullptr)
         connection_.fail(doing);
@@ -122,7 +124,7 @@ void SettingsWriter::restore_status(const std::string &name, const PortStatus &s
     });
 }
 
-// As far as the daemon still takes it; the failure that led here is the one to be reported.
+// Undoes as much as the daemon accepts; the caller reports the original failure.
 void SettingsWriter::take_back() noexcept {
     while (!undo_.empty()) {
         try {

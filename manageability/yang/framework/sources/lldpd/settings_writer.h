@@ -1,4 +1,4 @@
-// Makes an lldpd run wanted settings.
+// Applies the wanted settings to an lldpd.
 #ifndef YFW_SOURCES_LLDPD_SETTINGS_WRITER_H
 #define YFW_SOURCES_LLDPD_SETTINGS_WRITER_H
 
@@ -12,16 +12,16 @@
 
 namespace yfw::sources::lldpd {
 
-// The names of lldpd's ports and what they do.
+// The status of each of lldpd's ports, by name.
 using PortStatuses = std::map<std::string, PortStatus, std::less<>>;
 PortStatuses read_port_statuses(const Connection &connection);
 
-// Writes what differs from what the daemon runs. What it wrote is taken back when a write fails.
+// Writes the settings that differ from the running ones. Undoes what it has written when a write fails.
 class SettingsWriter {
 public:
     explicit SettingsWriter(const Connection &connection);
 
-    // `keeps_interval`: an interval that is not wanted leaves the daemon's own. Throws Error.
+    // `keeps_interval`: keep the daemon's own interval when none is wanted. Throws Error.
     void write(const WantedSettings &wanted, bool keeps_interval);
 
 private:
@@ -40,7 +40,7 @@ private:
 
     const Connection &connection_;
     Atom configuration_;
-    std::vector<std::function<void()>> undo_; // the last one first
+    std::vector<std::function<void()>> undo_; // run in reverse order
 };
 
 } // namespace yfw::sources::lldpd

@@ -55,7 +55,7 @@ void refuse_what_lldpd_cannot(const lyd_node *lldp) {
         refuse(kind, "lldpd sends a \"local\" chassis id only when \"chassis-id\" is set");
 }
 
-// An interface's own switch holds, else the one for all.
+// An interface's own switch takes precedence over the global one.
 PortStatus port_status(const lyd_node *lldp, bool everywhere) {
     const lyd_node *enable = below(lldp, {"enable"});
     const bool speaks = enable != nullptr ? text(enable) == "true" : everywhere;

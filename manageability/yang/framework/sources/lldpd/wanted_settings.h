@@ -1,4 +1,4 @@
-// What a native configuration wants of an lldpd.
+// The settings that a native configuration asks of an lldpd.
 #ifndef YFW_SOURCES_LLDPD_WANTED_SETTINGS_H
 #define YFW_SOURCES_LLDPD_WANTED_SETTINGS_H
 
@@ -12,8 +12,8 @@
 namespace yfw::sources::lldpd {
 
 struct WantedSettings {
-    bool runs = false;                         // some interface speaks LLDP
-    bool everywhere = false;                   // also the interfaces without settings of their own do
+    bool runs = false;                         // at least one interface speaks LLDP
+    bool everywhere = false;                   // interfaces without their own settings do too
     std::optional<uint32_t> transmit_interval; // seconds; nothing: not configured
     std::optional<std::string> system_name;
     std::optional<std::string> system_description;
@@ -25,9 +25,9 @@ struct WantedSettings {
     PortStatus of_port(const std::string &name) const;
 };
 
-// Throws Error that names the native node for what lldpd cannot do: to leave out a system name, a system
-// description or a port description, to send a chassis id of another kind than "local", to keep another hold
-// or reinitialization time than its own.
+// Throws Error with the native node for what lldpd cannot do: suppress the system name, the system description
+// or the port description, send a chassis id of a type other than "local", or change its hold or
+// reinitialization time.
 WantedSettings wanted_settings(const lyd_node *configuration);
 
 } // namespace yfw::sources::lldpd

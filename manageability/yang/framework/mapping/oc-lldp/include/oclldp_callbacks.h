@@ -1,8 +1,9 @@
-/* Every callback of the OpenConfig LLDP mapping, by the name under which it is exported.
+/* Every callback of the OpenConfig LLDP mapping, under its exported name.
  *
- * Directions: oq an OpenConfig request to native, qo a native response to OpenConfig. All of them assert
- * that the context is not NULL, answer NULL nodes with a status, borrow their nodes for the call and
- * return a status that travels up unchanged. Compiles as C11 and as C++20. */
+ * The prefix gives the direction: oq maps an OpenConfig request to native, qo a native response to
+ * OpenConfig. Callbacks assert that the context is not NULL (only ymap_qo_oclldp_ifmgr_intconfig_man
+ * returns a status instead), answer NULL nodes with a status, borrow their nodes for the call and return a
+ * status that travels up unchanged. Compiles as C11 and as C++20. */
 #ifndef OCLLDP_CALLBACKS_H
 #define OCLLDP_CALLBACKS_H
 
@@ -14,7 +15,7 @@
 #define YMAP_CALLBACK(name)                                                                                  \
     YMAP_EXPORT terrno name(yfw_map_ctx ctx, const struct tidl_yfw_datatree *in, struct tidl_yfw_datatree *out)
 
-/* A container callback; `count` children will be walked, 0 when the container is mapped whole. */
+/* A container callback; `count` is the number of children to walk, 0 when the container is mapped whole. */
 #define YMAP_CONTAINER_CALLBACK(name)                                                                        \
     YMAP_EXPORT terrno name(yfw_map_ctx ctx, const struct tidl_yfw_datatree *in, uint32_t count,              \
                             struct tidl_yfw_datatree *out)

@@ -1,6 +1,6 @@
-/* The module state and the helper functions of the OpenConfig LLDP mapping that are exported beside its
- * callbacks. Nothing here is guarded: the framework calls the plug-in from one thread at a time.
- * Compiles as C11 and as C++20. */
+/* The module state and helper functions that the OpenConfig LLDP mapping exports besides its callbacks.
+ * Nothing here is locked: the framework calls the plug-in from one thread at a time. Compiles as C11 and as
+ * C++20. */
 #ifndef OCLLDP_PLUGIN_H
 #define OCLLDP_PLUGIN_H
 
@@ -24,24 +24,25 @@ enum {
 
 /* The connection bound to "/cfg/gl/lldp/"; 0 when unbound. */
 extern YMAP_EXPORT uint64_t oc_lldp_sysdb_conn;
-/* The interface that a keyed get names, and 1 while a get is keyed so. */
+/* The interface that a keyed get names, and 1 while a get is keyed by interface. */
 extern YMAP_EXPORT char oclldp_gl_int_name[OCLLDP_INTERFACE_NAME_SIZE];
 extern YMAP_EXPORT int32_t oclldp_get_with_int_key;
-/* 1 while a get is keyed by a neighbor id, and that id (heap text or NULL). */
+/* 1 while a get is keyed by neighbor id, and that id (heap text or NULL). */
 extern YMAP_EXPORT int32_t is_get_with_key;
 extern YMAP_EXPORT char *gl_neigh_dev_id;
 /* 1 while the delete of an interface entry is being mapped. */
 extern YMAP_EXPORT int32_t delete_interface;
-/* 1 once the neighbor entry in hand is in the output list. */
+/* 1 once the current neighbor entry is in the output list. */
 extern YMAP_EXPORT int32_t oclldp_is_neigh_list_mapped;
-/* Running sums of the global counters, how many nodes are in each sum, and how many nodes there are. */
+/* Running sums of the global counters, the number of nodes in each sum, and the number of nodes in the
+ * response. */
 extern YMAP_EXPORT uint32_t gl_stats[OCLLDP_COUNTERS];
 extern YMAP_EXPORT uint32_t stat_count[OCLLDP_COUNTERS];
 extern YMAP_EXPORT int32_t gl_subtree_count;
 /* Capability letters by bit number (IEEE 802.1AB clause 8.5.8). */
 extern YMAP_EXPORT int32_t num_lldp_caps;
 extern YMAP_EXPORT const char *lldp_cap_codes[OCLLDP_CAPABILITIES];
-/* The ring of conversion results, and the slot that is handed out next. */
+/* The ring of conversion results, and the index of the next slot. */
 extern YMAP_EXPORT char oc_lldp_str_buf[OCLLDP_STR_SLOTS * OCLLDP_STR_SLOT_SIZE];
 extern YMAP_EXPORT int32_t oc_lldp_str_buf_index;
 
@@ -60,39 +61,39 @@ YMAP_EXPORT uint32_t yfw_map_lldp_disable_cabability_cb(void);
 YMAP_EXPORT terrno ymap_bind_lldp_gl_sysdb(void);
 /* Unbinds and clears oc_lldp_sysdb_conn, if set. */
 YMAP_EXPORT void ymap_free_lldp_gl_sysdb_bind(void);
-/* 0 when LLDP is on globally or the connection is bound already, 1 when it is off, else a status. */
+/* 0 when LLDP is globally on or the connection is already bound, 1 when it is off, else a status. */
 YMAP_EXPORT terrno ymap_check_global_lldp_status(void);
 /* 1 when LLDP is on or the request turns it on, else 0. */
 YMAP_EXPORT uint32_t ymap_get_ocllp_lldp_enable(yfw_map_ctx ctx);
 
 /* ---- conversions ---------------------------------------------------------------------------------- */
 
-/* Hands out the next slot of the ring; valid for the next 63 requests, never freed. */
+/* Hands out the next slot of the ring. It stays valid for the next 63 requests and is never freed. */
 YMAP_EXPORT terrno oc_lldp_string_buffer_get(char **slot);
-/* A native enumeration text in OpenConfig spelling ("mac-address" to "MAC_ADDRESS"), in a ring slot, or
- * NULL. */
+/* Converts a native enumeration text to OpenConfig spelling ("mac-address" to "MAC_ADDRESS"). Returns a ring
+ * slot, or NULL on failure. */
 YMAP_EXPORT char *qd2oc_lldp_str(yfw_map_ctx ctx, const struct tidl_yfw_datatree *node,
                                  struct tidl_yfw_datatree *out);
-/* The other way; NULL too for a text that is not made of capitals and underscores. */
+/* The reverse; also returns NULL for a text that is not made of capitals and underscores. */
 YMAP_EXPORT char *oc2qd_lldp_str(yfw_map_ctx ctx, const struct tidl_yfw_datatree *node,
                                  struct tidl_yfw_datatree *out);
-/* The moment `seconds` ago (0: of start-up) as an RFC 3339 text in the local zone, in a ring slot, or
- * NULL. */
+/* The time `seconds` ago (0: the start-up time) as RFC 3339 text in the local time zone. Returns a ring
+ * slot, or NULL on failure. */
 YMAP_EXPORT char *oclldp_convert_seconds_to_timestamp(uint32_t seconds);
 
-/* Writes the identity name of a chassis id subtype (IEEE 802.1AB clause 8.5.2.2) into `name`, which holds
+/* Writes the identity name of a chassis id subtype (IEEE 802.1AB clause 8.5.2.2) to `name`, which holds
  * OCLLDP_CHASSIS_TEXT_SIZE bytes. */
 YMAP_EXPORT terrno ymap_chassis_id_subtype_mapping_util(yfw_map_ctx ctx, const struct tidl_yfw_datatree *leaf,
                                                         char *name);
-/* Appends to `name` (OCLLDP_CAPABILITY_TEXT_SIZE bytes) the identity name of bit `index`, if it is set in
- * `capabilities`. */
+/* Appends the identity name of bit `index` to `name` (OCLLDP_CAPABILITY_TEXT_SIZE bytes) if the bit is set
+ * in `capabilities`. */
 YMAP_EXPORT terrno oclldp_get_ne_cap_name(yfw_map_ctx ctx, uint32_t capabilities, char *name, int32_t index);
-/* Adds one node's global counter to its running sum and writes the sum to the OpenConfig `path`. */
+/* Adds one node's counter to the global running sum and writes the sum to the OpenConfig `path`. */
 YMAP_EXPORT terrno ymap_qo_oclldp_tarvoqdethernetlldpoper_statsics_util(yfw_map_ctx ctx,
                                                                         const struct tidl_yfw_datatree *in,
                                                                         struct tidl_yfw_datatree *out,
                                                                         const char *path, int32_t index);
-/* 1 when the interface manager knows the interface (or does not answer), else 0. */
+/* 1 when the interface manager knows the interface or does not answer, else 0. */
 YMAP_EXPORT int yfw_oclldp_util_is_ifhandle_exist(char *ifname, yfw_map_ctx ctx);
 
 #ifdef __cplusplus

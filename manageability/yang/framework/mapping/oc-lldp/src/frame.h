@@ -1,8 +1,7 @@
 // The frame that every callback runs in: assertion, entry trace, argument check, body, exit trace.
 //
-// A callback is one row, YMAP_DEFINE..., that makes a real exported function with a site of its own; what
-// it does stands in a body that is handed to `in_frame`. Messages go to two channels at once: the debug
-// log and the numbered trace buffer.
+// A callback is one YMAP_DEFINE... row, which defines a real exported function with its own call site; its body
+// is passed to `in_frame`. Messages go to two channels at once: the debug log and the numbered trace buffer.
 #ifndef OCLLDP_FRAME_H
 #define OCLLDP_FRAME_H
 
@@ -11,7 +10,7 @@
 
 #include "oclldp_plugin.h"
 
-// Not <cassert>: the abort must not depend on NDEBUG and carries the callback's own prototype.
+// Not <cassert>: the abort must not depend on NDEBUG, and it reports the callback's own prototype.
 extern "C" [[noreturn]] void __assert_fail(const char *assertion, const char *file, unsigned line,
                                            const char *function) noexcept;
 
@@ -19,7 +18,7 @@ namespace oclldp {
 
 using node = tidl_yfw_datatree;
 
-// The call sites that shared code logs from on behalf of a callback; each callback has slots of its own.
+// The call sites from which shared code logs on behalf of a callback; each callback has its own slots.
 enum site_slot : unsigned {
     slot_start,
     slot_end,
@@ -39,7 +38,7 @@ enum site_slot : unsigned {
     slot_count
 };
 
-// What is fixed of one callback. `slots` belong to the logging layer.
+// The constant part of a callback. `slots` belong to the logging layer.
 struct callback_site {
     const char *function;
     const char *file;
@@ -49,14 +48,14 @@ struct callback_site {
 };
 static_assert(slot_count == 15, "every slot starts at -1");
 
-// One call of a callback. `silent_end` leaves the exit trace out.
+// One call of a callback. `silent_end` suppresses the exit trace.
 struct frame {
     callback_site &site;
     yfw_map_ctx ctx;
     bool silent_end = false;
 };
 
-// What a NULL node is answered with.
+// How a callback answers a NULL node.
 enum class null_nodes {
     invalid_arguments, // "Invalid arguments passed!", error path, no exit trace
     null_arguments,    // "NULL arguments passed"
@@ -89,13 +88,13 @@ void emit(const frame &f, int level, int32_t *slot, int line, const char *debug_
                        "#%u: " tag ": %s:%d ctx=%p," message __VA_OPT__(, ) __VA_ARGS__);                      \
     } while (false)
 
-// Logs from shared code, at the slot that the running callback has for this message.
+// Logs from shared code, using the running callback's slot for this message.
 #define YMAP_TRACE_AT(f, slot, message, ...)                                                                   \
     YMAP_EMIT(f, YFW_LOG_TRACE, "TRC", &(f).site.slots[slot], message __VA_OPT__(, ) __VA_ARGS__)
 #define YMAP_ERROR_AT(f, slot, message, ...)                                                                   \
     YMAP_EMIT(f, YFW_LOG_ERROR, "ERR", &(f).site.slots[slot], message __VA_OPT__(, ) __VA_ARGS__)
 
-// Log from a hand-written body: the statement is the call site.
+// Logs from a hand-written body: the statement is the call site.
 #define YMAP_TRACE(f, message, ...)                                                                            \
     do {                                                                                                       \
         static int32_t ymap_slot = -1;                                                                         \
@@ -121,7 +120,7 @@ inline void trace_end(frame &f) {
     YMAP_TRACE_AT(f, slot_end, "End");
 }
 
-// "Invalid arguments passed!": the one way out that writes no exit trace, on purpose.
+// "Invalid arguments passed!": returns without an exit trace, on purpose.
 inline terrno invalid_arguments(frame &f) {
     YMAP_ERROR_AT(f, slot_bad_arguments, "Invalid arguments passed!");
     yfw_oc_error_path(f.ctx);
@@ -142,7 +141,7 @@ template <class Body> terrno checked(frame &f, null_nodes rule, bool complete, B
     return body(f);
 }
 
-// Runs `body` (frame &) -> terrno as one callback. `complete`: none of the nodes is NULL.
+// Runs `body` (frame &) -> terrno as one callback. `complete` is true when none of the nodes is NULL.
 template <class Body>
 terrno in_frame(callback_site &site, yfw_map_ctx ctx, bool complete, null_nodes rule, Body &&body) {
     assert_context(site, ctx);
@@ -163,7 +162,7 @@ inline terrno exit_trace_only(callback_site &site, yfw_map_ctx ctx) {
 
 // ---- what bodies share ---------------------------------------------------------------------------------
 
-// The request's kind; a context without a request is no read.
+// The request's kind; a context without a request does not count as a read.
 inline uint32_t request_kind(yfw_map_ctx ctx) {
     const yfw_req_ctx *request = ctx->req_ctx;
     return request != nullptr && request->request != nullptr ? request->request->req_type : UINT32_MAX;
@@ -186,7 +185,7 @@ inline bool has_text(const char *text) {
     return text != nullptr && *text != '\0';
 }
 
-// The walkers and some edits mark the framework's nodes although callbacks get them as const.
+// Callbacks receive the framework's nodes as const, but the walkers and some edits mark them.
 inline node *writable(const node *n) {
     return const_cast<node *>(n);
 }
@@ -196,7 +195,7 @@ inline void change_operation(const node *n, uint32_t operation) {
     writable(n)->node_flags |= YFW_NODE_OPERATION_CHANGED;
 }
 
-// Makes `tag` the node that the error reply names, then records the error path.
+// Sets `tag` as the node that the error reply names, then records the error path.
 inline void report_failing_node(yfw_map_ctx ctx, const char *tag) {
     if (yfw_req_ctx *request = ctx->req_ctx) {
         if (request->err_node_name != nullptr)
@@ -207,7 +206,7 @@ inline void report_failing_node(yfw_map_ctx ctx, const char *tag) {
     yfw_oc_error_path(ctx);
 }
 
-// Equality by the framework's own comparison, without a bound.
+// Equality by the framework's own, unbounded comparison.
 inline bool equal(frame &f, const char *a, const char *b) {
     int result = 1;
     return yfw_strcmp_s(f.site.function, a, INT64_MAX, b, &result) == YMAP_OK && result == 0;
@@ -227,7 +226,7 @@ inline terrno add(frame &f, node *parent, const char *path, const char *ns, cons
                                              options.list_entry, options.flags);
 }
 
-// A container that is there as a whole is added; one with children is left to them.
+// Adds a container that is mapped whole; one with children is left to them.
 inline terrno whole_container(frame &f, uint32_t count, node *out, const char *ns, const char *path) {
     if (count != 0) {
         YMAP_TRACE_AT(f, slot_mapping, "No mapping done for this node");
@@ -257,8 +256,8 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 
 #define YMAP_WEAK __attribute__((weak))
 
-// Defines the callback `name`; `...` is an expression that gives its status, and sees the frame `f`, `in` and
-// `out` (and `count` in a container callback). The rule says what NULL nodes are answered with.
+// Defines the callback `name`. `...` is an expression that yields its status; it sees the frame `f`, `in` and
+// `out` (and `count` in a container callback). `rule` says how NULL nodes are answered.
 #define YMAP_DEFINE(name, rule, ...)                                                                           \
     extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
         YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
@@ -273,7 +272,7 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
                                   [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
     }
 
-// The same, to be replaced at link time by a strong definition of the same name.
+// The same, as a weak symbol that a strong definition of the same name replaces at link time.
 #define YMAP_DEFINE_WEAK(name, rule, ...)                                                                      \
     extern "C" YMAP_WEAK terrno name(YMAP_CALLBACK_ARGUMENTS);                                                 \
     YMAP_DEFINE(name, rule, __VA_ARGS__)
@@ -281,7 +280,7 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
     extern "C" YMAP_WEAK terrno name(YMAP_CONTAINER_ARGUMENTS);                                                \
     YMAP_DEFINE_CONTAINER(name, rule, __VA_ARGS__)
 
-// Do-nothing callbacks that write their exit trace only.
+// Do-nothing callbacks that write only their exit trace.
 #define YMAP_DEFINE_DUCK(name)                                                                                 \
     extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
         YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
@@ -298,7 +297,7 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
         return ::oclldp::exit_trace_only(site, ctx);                                                           \
     }
 
-// A further exported name of a callback of this file, for a node with nothing to map.
+// Exports a callback of this file under another name, for a node with nothing to map.
 #define YMAP_ALIAS(name, target)                                                                               \
     extern "C" __attribute__((weak, alias(#target))) terrno name(YMAP_CALLBACK_ARGUMENTS);
 #define YMAP_ALIAS_CONTAINER(name, target)                                                                     \

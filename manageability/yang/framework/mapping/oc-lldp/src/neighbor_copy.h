@@ -1,4 +1,4 @@
-// Writing below a neighbor's OpenConfig entry, which is there only once it was stitched.
+// Writes below a neighbor's OpenConfig entry, which exists only once it has been stitched.
 #ifndef OCLLDP_NEIGHBOR_COPY_H
 #define OCLLDP_NEIGHBOR_COPY_H
 
@@ -10,7 +10,7 @@ inline bool is_stitched() {
     return oclldp_is_neigh_list_mapped == 1;
 }
 
-// Copies a native leaf of the neighbor; nothing is added for a neighbor without an entry.
+// Copies a native leaf of the neighbor; adds nothing for a neighbor without an entry.
 inline terrno copy_if_stitched(frame &f, const node *in, node *out, const char *path) {
     return is_stitched() ? copy(f, in, out, path) : YMAP_OK;
 }

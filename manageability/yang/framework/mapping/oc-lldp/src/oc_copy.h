@@ -1,4 +1,4 @@
-// Writing native values to OpenConfig leaves.
+// Writes native values to OpenConfig leaves.
 #ifndef OCLLDP_OC_COPY_H
 #define OCLLDP_OC_COPY_H
 
@@ -17,7 +17,7 @@ inline terrno copy(frame &f, const node *in, node *out, const char *path) {
     return write(f, out, path, in->value);
 }
 
-// The value of an added leaf is an identity of the types module. The output tree owns the copy of the
+// Marks the value of an added leaf as an identity of the types module. The output tree owns the copy of the
 // namespace.
 inline void qualify_identity(node *added) {
     if (added == nullptr)
@@ -26,7 +26,7 @@ inline void qualify_identity(node *added) {
     added->framework_flags |= YFW_FW_HAS_VALUE_NS;
 }
 
-// Writes a configuration leaf where the answer is to hold configuration.
+// Writes a configuration leaf when the answer is to contain configuration.
 inline terrno write_config(frame &f, node *out, const char *path, const char *value) {
     return wants_config_copy(f.ctx) ? write(f, out, path, value) : YMAP_OK;
 }

@@ -28,7 +28,7 @@ struct mapping_tree {
     yfw_map_disable_capability_callback disable_capability;
 };
 
-// The OpenConfig side is the same for every tree.
+// The OpenConfig side is the same for all trees.
 void fill(yfw_map_registration &record, const char *caller, const mapping_tree &tree) {
     constexpr size_t size = YFW_REG_TEXT_SIZE;
     yfw_strncpy_s(caller, record.native_ns, size, tree.native_ns, size - 1);

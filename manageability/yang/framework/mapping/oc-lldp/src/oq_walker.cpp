@@ -6,14 +6,14 @@
 namespace oclldp {
 namespace {
 
-// Applied to the walk flags exactly so, on purpose: it clears bit 0x1 and every bit that is not in it.
+// ANDed with the walk flags, on purpose: this clears bit 0x1 and every other bit outside the mask.
 constexpr uint32_t walk_flags_mask = 0x11111110;
 constexpr uint32_t leaf_kinds = YFW_WALK_SELECTION_LEAF | YFW_WALK_CONTENT_MATCH_LEAF;
 
 enum list_entry_state : uint32_t { entry_plain = 0, entry_deleted_whole = 1, entry_deleted_by_key = 2 };
 
 yfw_req_ctx &request_state(yfw_map_ctx ctx) {
-    static yfw_req_ctx none; // stands in where the framework gave no request
+    static yfw_req_ctx none; // used when the framework gives no request
     return ctx->req_ctx != nullptr ? *ctx->req_ctx : none;
 }
 
@@ -46,7 +46,7 @@ void restore_children(const node *n, const node &saved) {
     w->node_flags |= static_cast<uint16_t>(saved.node_flags & YFW_NODE_CHILDREN_VALID);
 }
 
-// Stands on `in` for as long as it is walked, unless a whole subtree above is being mapped.
+// Keeps `in` on the node hierarchy while it is walked, unless a whole subtree above it is being mapped.
 class hierarchy_entry {
 public:
     hierarchy_entry(yfw_map_ctx ctx, const node *in, uint32_t kind, uint32_t marker) : ctx_(ctx), in_(in) {
@@ -70,7 +70,7 @@ private:
     const node *in_;
 };
 
-// The node callback did it all: the walker stops and succeeds, without an exit trace on purpose.
+// The node callback handled the subtree: the walker stops and succeeds, without an exit trace on purpose.
 terrno subtree_done(frame &f) {
     f.silent_end = true;
     return YMAP_OK;
@@ -103,7 +103,7 @@ terrno container_child(frame &f, const oq_container &table, const node *child, n
     return unknown_child(f, child, out, table.augments);
 }
 
-// Only leaves that match content were named: the container is wanted whole.
+// The request names only leaves to match, so the whole container is wanted.
 void note_content_match(yfw_req_ctx &r) {
     if ((r.walk_flags & leaf_kinds) == YFW_WALK_CONTENT_MATCH_LEAF)
         r.walk_flags = (r.walk_flags | YFW_WALK_WHOLE_SUBTREE) & ~leaf_kinds;
@@ -111,8 +111,8 @@ void note_content_match(yfw_req_ctx &r) {
 
 // ---- whole subtrees ------------------------------------------------------------------------------------
 
-// Calls every child walker with the container node itself, whatever an earlier one returned; the first
-// nonzero status is the result.
+// Calls every child walker with the container node itself, even after a failure; returns the first nonzero
+// status.
 terrno map_whole(frame &f, std::span<const oq_child> children, yfw_map_callback augments, const node *in,
                  node *out) {
     yfw_req_ctx &r = request_state(f.ctx);
@@ -143,8 +143,8 @@ terrno map_whole(frame &f, std::span<const oq_child> children, yfw_map_callback 
 
 enum class replaced_children { detached, kept };
 
-// Runs `pass` twice: as a removal of what is there, then as a merge of what the request brings. A pass
-// that ends with YMAP_STS_SUBTREE_DONE leaves everything as it is, the replace marker included.
+// Runs `pass` twice: first to remove the existing data, then to merge the request's. A pass that ends with
+// YMAP_STS_SUBTREE_DONE leaves everything as it is, including the replace marker.
 template <class Pass> terrno in_two_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
     yfw_req_ctx &r = request_state(f.ctx);
     const node saved = *in;
@@ -172,7 +172,7 @@ template <class Pass> terrno in_two_passes(frame &f, const node *in, replaced_ch
     return status;
 }
 
-// One pass, or two for a replace; YMAP_STS_SUBTREE_DONE is told apart for the caller.
+// One pass, or two for a replace.
 template <class Pass> terrno in_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
     return in->operation == YFW_OP_REPLACE ? in_two_passes(f, in, children, pass) : pass();
 }
@@ -272,7 +272,7 @@ terrno key_child(frame &f, const oq_list &table, const oq_child &known, const no
     const node before = *child;
     const terrno status = known.walker(f.ctx, child, out);
     if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
-        // Removing the entry's content took the key along; the merge pass names the entry by it again.
+        // Removing the entry also changed its key node; the merge pass needs it as it was.
         writable(child)->operation = before.operation;
         writable(child)->node_flags = before.node_flags;
     }
@@ -293,7 +293,7 @@ terrno entry_child(frame &f, const oq_list &table, const node *child, node *out)
     return unknown_child(f, child, out, table.augments);
 }
 
-// The entry's own children wait on the list-entry stack while it is mapped whole.
+// While an entry is mapped whole, its own children are kept on the list-entry stack.
 terrno map_whole_entry(frame &f, const oq_list &table, const node *entry, node *out) {
     const node saved = *entry;
     const child_view own = children_of(entry);
@@ -327,7 +327,7 @@ terrno walk_pushed_entry(frame &f, const oq_list &table, const yfw_map_itree_ite
     return status == YMAP_OK ? walk_entry(f, table, entry, out) : status;
 }
 
-// Walks the entries that the list callback pushed. The first one stands in the list node's own place.
+// Walks the entries that the list callback pushed. The first one takes the list node's place in the hierarchy.
 terrno walk_pushed_entries(frame &f, const oq_list &table, const node *in, node *out) {
     yfw_map_itree_item item{};
     terrno status = yfw_map_util_itree_stack_peak(f.ctx, &item);
@@ -381,7 +381,7 @@ terrno list_pass(frame &f, const oq_list &table, const node *in, node *out, cons
     return status;
 }
 
-// A read that names something of an entry but not its key fetches the key too.
+// A read that names something in an entry, but not its key, also fetches the key.
 terrno complete_keys(frame &f, const oq_list &table, const node *in) {
     terrno status = YMAP_OK;
     for (const oq_child &child : table.children) {

@@ -1,5 +1,5 @@
-// The engine that walks OpenConfig requests. What is walked stands in tables, one per container or list;
-// the engine orders the calls and knows the rules for reads, replaces, deletes and list keys.
+// The engine that walks OpenConfig requests. Tables, one per container or list, say what is walked; the engine
+// orders the calls and applies the rules for reads, replaces, deletes and list keys.
 #ifndef OCLLDP_OQ_WALKER_H
 #define OCLLDP_OQ_WALKER_H
 
@@ -27,7 +27,7 @@ struct oq_container {
     yfw_map_container_callback node_callback;
     std::span<const oq_child> children;
     yfw_map_callback augments;
-    // The order in which the whole container is mapped, where it is not that of `children`.
+    // The order for mapping the whole container, where it differs from that of `children`.
     std::span<const oq_child> whole = children;
 };
 
@@ -36,17 +36,17 @@ struct oq_list {
     const char *path;
     std::span<const oq_child> children; // keys first
     yfw_map_callback augments;
-    bool key_rules = false; // edits are held to exactly one usable key
+    bool key_rules = false; // an edit must have exactly one usable key
 };
 
-// Each walks `in`; the frame has checked that the nodes are there.
+// Each walks `in`; the frame has already rejected NULL nodes.
 terrno walk_container(frame &f, const oq_container &table, const node *in, node *out);
 terrno walk_list(frame &f, const oq_list &table, const node *in, node *out);
 terrno walk_leaf(frame &f, yfw_map_callback callback, const node *in, node *out);
 terrno walk_key_leaf(frame &f, yfw_map_callback callback, const node *in, node *out);
 terrno walk_leaf_list(frame &f, yfw_map_callback callback, const node *in, node *out);
 
-// Refuses an augment node that the request creates.
+// Rejects an augment node that the request creates.
 terrno refuse_augment(frame &f, const node *in);
 
 } // namespace oclldp

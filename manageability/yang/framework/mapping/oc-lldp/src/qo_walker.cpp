@@ -74,7 +74,7 @@ terrno walk_entry(frame &f, const qo_level &level, const node *in, node *out) {
     }
     const uint8_t depth = output_list_depth(f.ctx);
     yfw_add_to_output_list_ctx(f.ctx, in, out);
-    const bool added = output_list_depth(f.ctx) > depth; // the framework may leave an entry out
+    const bool added = output_list_depth(f.ctx) > depth; // the framework may omit an entry
     if (status == YMAP_OK)
         status = walk_children(f, level, children, out);
     yfw_map_remove_from_node_hierarchy(f.ctx, in);

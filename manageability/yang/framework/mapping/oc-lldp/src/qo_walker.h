@@ -1,5 +1,5 @@
-// The engine that walks native responses. What is walked stands in tables, one level per container or list
-// entry; levels below an exported walker are walked inside it.
+// The engine that walks native responses. Tables, one level per container or list entry, say what is walked;
+// levels below an exported walker are walked inside it.
 #ifndef OCLLDP_QO_WALKER_H
 #define OCLLDP_QO_WALKER_H
 
@@ -12,11 +12,11 @@ namespace oclldp {
 struct qo_level;
 
 enum qo_child_rules : unsigned {
-    error_node = 1, // may come as an xpath error node, which is noted on the request
+    error_node = 1, // may be an xpath error node, which is noted on the request
     list_entry = 2  // the handler is an entry's walker and may ask to skip the entry
 };
 
-// Handled by `handler` (a leaf callback or an exported walker), or else walked as `level`.
+// Handled by `handler` (a leaf callback or an exported walker), otherwise walked as `level`.
 struct qo_child {
     const char *tag;
     yfw_map_callback handler = nullptr;
@@ -34,7 +34,7 @@ constexpr qo_child level(const char *tag, const qo_level &below) {
     return {tag, nullptr, &below};
 }
 
-// A container has `container`; a list entry has `list` and its native `list_path`.
+// A container sets `container`; a list entry sets `list` and its native `list_path`.
 struct qo_level {
     const char *ns;
     std::span<const qo_child> children;
@@ -42,10 +42,10 @@ struct qo_level {
     yfw_map_container_callback container = nullptr;
     yfw_map_callback list = nullptr;
     const char *list_path = nullptr;
-    bool get_only = false; // children are dispatched for a read of configuration and state only
+    bool get_only = false; // children are dispatched only for a read of configuration and state
 };
 
-// Walks the node that a walker was called with; the frame has checked that the nodes are there.
+// Walks the node passed to a walker; the frame has already rejected NULL nodes.
 terrno walk_level(frame &f, const qo_level &level, const node *in, node *out);
 
 // Dispatches `child` alone, as one of the children of `level`.

@@ -1,4 +1,4 @@
-// What the framework's request descriptor says about the reach of a request.
+// What the framework's request descriptor says about a request's scope.
 #ifndef OCLLDP_REQUEST_SCOPE_H
 #define OCLLDP_REQUEST_SCOPE_H
 
@@ -15,14 +15,14 @@ inline bool touches_operational(const yfw_request_descriptor &d) {
            (d.touches_584 & 0x0f) != 0;
 }
 
-// A request for operational data and nothing else.
+// Whether the request is for operational data only.
 inline bool is_operational_only(yfw_map_ctx ctx) {
     const yfw_req_ctx *request = ctx->req_ctx;
     return request != nullptr && request->request != nullptr && touches_operational(*request->request) &&
            request->request->data_kind == YFW_CONTENT_OPERATIONAL;
 }
 
-// Whether the answer is to hold copies of configuration.
+// Whether the answer is to contain copies of configuration.
 inline bool wants_config_copy(yfw_map_ctx ctx) {
     const yfw_req_ctx *request = ctx->req_ctx;
     if (request == nullptr || request->request == nullptr)

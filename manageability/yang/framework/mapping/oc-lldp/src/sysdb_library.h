@@ -4,7 +4,7 @@
 
 namespace oclldp {
 
-// True once the system database's library file was found readable.
+// True once the system database's library file has been found readable.
 bool sysdb_library_present();
 
 } // namespace oclldp

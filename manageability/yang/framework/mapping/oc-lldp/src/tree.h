@@ -1,4 +1,4 @@
-// What the walkers of both directions ask of a data tree.
+// Data tree queries shared by the walkers of both directions.
 #ifndef OCLLDP_TREE_H
 #define OCLLDP_TREE_H
 

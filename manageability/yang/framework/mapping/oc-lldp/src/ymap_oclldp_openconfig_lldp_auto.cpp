@@ -6,12 +6,12 @@
 namespace oclldp {
 namespace {
 
-// A value in the request goes along as a filter.
+// A value in the request is passed on as a filter.
 terrno reads(frame &f, const node *in, node *out, const char *ns, const char *path) {
     return is_read(f.ctx) ? add(f, out, path, ns, in->value) : YMAP_OK;
 }
 
-// Both paths are added whatever the first add returns.
+// Adds both paths, whatever the first add returns.
 terrno reads_both(frame &f, const node *in, node *out, const char *ns, const char *first, const char *second) {
     reads(f, in, out, ns, first);
     return reads(f, in, out, ns, second);

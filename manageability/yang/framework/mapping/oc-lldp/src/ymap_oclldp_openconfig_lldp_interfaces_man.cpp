@@ -42,7 +42,7 @@ terrno map_interface(frame &f, const node *in, node *out) {
         return YMAP_OK;
     }
     if (is_operational_only(f.ctx))
-        return YMAP_OK; // the container asked for it
+        return YMAP_OK; // the container has requested it
     return add(f, out, "/interface-configurations/interface-configuration", ifmgr_ns, nullptr,
                {.list_entry = 1});
 }
@@ -80,7 +80,7 @@ terrno map_interface_key(frame &f, const node *in, node *out) {
         add(f, out, interface_active, ifmgr_ns, "act");
         status = add(f, out, interface_name, ifmgr_ns, in->value, {.source = in});
         if (delete_interface == 1) {
-            // Deleting an entry removes its LLDP subtree and leaves the native interface alone.
+            // Deleting an entry removes its LLDP subtree but keeps the native interface.
             status = remove_interface_lldp(f, in, out);
             if (status != YMAP_OK)
                 return status;
@@ -262,8 +262,8 @@ terrno delete_interface_lldp(frame &f, const node *in, node *out, const char *pa
     return remove_interface_lldp(f, in, out);
 }
 
-// A failing add returns at once and leaves the list and the connection: kept so. Every other way out, the
-// failures included, says that the subtree is done.
+// A failing add returns at once and leaks the list and the connection, on purpose. Every other exit, even after
+// a failure, reports the subtree as done.
 terrno delete_interfaces(frame &f, const node *in, node *out) {
     if (yfw_map_do_these_match(in->name, "interface") != 0) {
         YMAP_ERROR(f, "Do not execute LLDP-interface delete logic, tag:%s", in->name);
@@ -309,7 +309,7 @@ terrno map_state_enabled(frame &f, const node *in, node *out) {
 
 // ---- neighbors ------------------------------------------------------------------------------------------
 
-// The request kind does not matter: an edit that is no delete gets the same paths.
+// The request kind does not matter: an edit other than a delete gets the same paths.
 terrno map_neighbor(frame &f, const node *in, node *out) {
     is_get_with_key = 0;
     if (is_delete(in))
@@ -374,7 +374,7 @@ terrno map_tlv_type_key(frame &f, const node *in) {
     if (!is_read(f.ctx) || in->value == nullptr)
         return YMAP_OK;
     if (static_cast<uint32_t>(std::strtol(in->value, nullptr, 10)) == organizationally_specific)
-        return YMAP_OK; // the list asked for the native entry
+        return YMAP_OK; // the list has requested the native entry
     YMAP_ERROR(f, "Invalid key type value");
     return YMAP_ERR_INVALID_ARGS;
 }

@@ -10,7 +10,7 @@ constexpr oq_child root_children[] = {
     {"interfaces", ymap_oq_oclldp_openconfiglldp_lvla_lldp_interfaces},
 };
 
-// A whole read maps the interfaces before the global state.
+// A read of the whole tree maps the interfaces before the global state.
 constexpr oq_child root_whole[] = {
     {"config", ymap_oq_oclldp_openconfiglldp_lvla_lldp_config},
     {"interfaces", ymap_oq_oclldp_openconfiglldp_lvla_lldp_interfaces},
@@ -233,7 +233,7 @@ YMAP_DEFINE(ymap_oq_oclldp_openconfiglldp_lvla_lldp_capabilities_capability, inv
 YMAP_DEFINE(ymap_oq_oclldp_openconfiglldp_lvla_lldp_capability_config, invalid_arguments, walk_container(f, capability_config, in, out))
 YMAP_DEFINE(ymap_oq_oclldp_openconfiglldp_lvla_lldp_capability_state, invalid_arguments, walk_container(f, capability_state, in, out))
 
-// Hooks for nodes of other modules: none may be created.
+// Hooks for nodes of other modules: none of them may be created.
 YMAP_DEFINE_WEAK(ymap_oq_oclldp_openconfiglldp_lvla_lldp_parse_augments, invalid_arguments, refuse_augment(f, in))
 YMAP_DEFINE_WEAK(ymap_oq_oclldp_openconfiglldp_lvla_lldp_config_parse_augments, invalid_arguments, refuse_augment(f, in))
 YMAP_DEFINE_WEAK(ymap_oq_oclldp_openconfiglldp_lvla_lldp_state_parse_augments, invalid_arguments, refuse_augment(f, in))

@@ -5,7 +5,7 @@
 namespace oclldp {
 namespace {
 
-// The state twin is written for a read of configuration and state; the last add gives the status.
+// The state leaf is also written for a read of configuration and state; the last add gives the status.
 terrno copy_config_and_state(frame &f, const node *in, node *out, const char *config, const char *state) {
     const terrno status = copy_config(f, in, out, config);
     return is_get(f.ctx) ? copy(f, in, out, state) : status;

@@ -35,7 +35,7 @@ bool no_copy_wanted(yfw_map_ctx ctx) {
     return !wants_config_copy(ctx) && !is_get(ctx);
 }
 
-// Only the identity of the last disabled TLV of the table is written: a single value, kept on purpose.
+// Only the identity of the table's last disabled TLV is written, a single value, on purpose.
 const char *last_disabled(const char *const (&disabled)[tlv_count]) {
     const char *identity = "";
     for (size_t i = 0; i < tlv_count; i++)
@@ -44,7 +44,7 @@ const char *last_disabled(const char *const (&disabled)[tlv_count]) {
     return identity;
 }
 
-// Reads all disable leaves again, whichever of them is being mapped.
+// Reads all disable leaves again, regardless of which one is being mapped.
 terrno map_suppressed_tlvs(frame &f, node *out) {
     char suppressed[250] = {};
     const char *disabled[tlv_count] = {};

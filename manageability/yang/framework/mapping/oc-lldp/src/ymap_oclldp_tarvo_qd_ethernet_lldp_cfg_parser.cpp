@@ -39,8 +39,8 @@ constexpr qo_child root_children[] = {
 };
 constexpr qo_level root{cfg_ns, root_children, ymap_qo_oclldp_tarvoqdethernetlldpcfg_lvla_lldp_parse_augments, ymap_qo_oclldp_tarvoqdethernetlldpcfg_cont_lvla_lldp};
 
-// What the module adds to an entry of the interface configuration. The interface's "enable" is not here:
-// it is read from the interface tree.
+// The nodes that the module adds to an entry of the interface configuration. The interface's "enable" is
+// missing here because it is read from the interface tree.
 constexpr qo_child transmit_children[] = {leaf("disable", ymap_qo_oclldp_tarvoqdethernetlldpcfg_leaf_lvla_lldp_transmit_disable)};
 constexpr qo_child receive_children[] = {leaf("disable", ymap_qo_oclldp_tarvoqdethernetlldpcfg_leaf_lvla_lldp_receive_disable)};
 constexpr qo_level transmit{cfg_ns, transmit_children, ymap_qo_oclldp_tarvoqdethernetlldpcfg_lvla_lldp_transmit_parse_augments, ymap_qo_oclldp_tarvoqdethernetlldpcfg_cont_lvla_lldp_transmit};

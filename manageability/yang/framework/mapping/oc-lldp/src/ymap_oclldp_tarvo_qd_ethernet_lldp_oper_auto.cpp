@@ -1,11 +1,12 @@
 // The generated node callbacks of native LLDP operational data: one row per node. A strong definition of the
-// same name replaces a row: those of the neighbor's leaves, of the counters and of all that is no plain copy.
+// same name replaces a row: that of a neighbor's leaf, of a counter, or of anything else that is not a plain
+// copy.
 #include "neighbor_copy.h"
 
 namespace oclldp {
 namespace {
 
-// The interface entry is found or made by its name and becomes the list's current entry.
+// Finds or creates the interface entry by name; it becomes the list's current entry.
 terrno map_interface(frame &f, const node *in, node *out) {
     constexpr char path[] = "/lldp/interfaces/interface";
     const char *name = nullptr;
@@ -38,7 +39,7 @@ YMAP_DEFINE(ymap_qo_oclldp_tarvoqdethernetlldpoper_duck_map_leaf, accepted, YMAP
 YMAP_DEFINE_WEAK(ymap_qo_oclldp_tarvoqdethernetlldpoper_list_lvla_lldp_details_detail, accepted, YMAP_OK)
 YMAP_DEFINE_WEAK_CONTAINER(ymap_qo_oclldp_tarvoqdethernetlldpoper_cont_lvla_lldp_interface_interfacestats, invalid_arguments, YMAP_OK)
 
-// The keys that neighbors are stitched by, and a name that OpenConfig does not have.
+// The keys used to stitch neighbors, and a name that OpenConfig does not have.
 YMAP_DEFINE_WEAK(ymap_qo_oclldp_tarvoqdethernetlldpoper_leaf_lvla_lldp_detail_interfacename, invalid_arguments, YMAP_OK)
 YMAP_DEFINE_WEAK(ymap_qo_oclldp_tarvoqdethernetlldpoper_leaf_lvla_lldp_detail_deviceid, invalid_arguments, YMAP_OK)
 YMAP_DEFINE_WEAK(ymap_qo_oclldp_tarvoqdethernetlldpoper_leaf_lvla_lldp_interface_interfacenameqd, invalid_arguments, YMAP_OK)

@@ -12,7 +12,7 @@ namespace {
 
 // ---- global counters ------------------------------------------------------------------------------------
 
-// The number of native nodes in the response; unchanged when the request does not tell.
+// Counts the native nodes in the response; keeps the count when the request does not say.
 void count_nodes(yfw_map_ctx ctx) {
     if (ctx->req_ctx == nullptr)
         return;
@@ -60,8 +60,8 @@ struct counter_row {
     const char *openconfig;
 };
 
-// In the order in which the counters are written. The last-clear here is the native seconds; the counter's own
-// callback writes the timestamp over it.
+// In the order in which the counters are written. This last-clear is the native number of seconds; the
+// counter's own callback overwrites it with the timestamp.
 constexpr counter_row counter_rows[] = {
     {"received-packets", "/lldp/interfaces/interface/state/counters/frame-in"},
     {"transmitted-packets", "/lldp/interfaces/interface/state/counters/frame-out"},

@@ -16,12 +16,12 @@ constexpr char native_neighbor[] = "/lldp/nodes/node/neighbors/details/detail/ll
 
 // ---- neighbor entries -----------------------------------------------------------------------------------
 
-// A device without a name is shown without its brackets.
+// The placeholder for a device without a name is shown without its brackets.
 const char *shown_device(frame &f, const char *device) {
     return equal(f, device, "[DISABLED]") ? "DISABLED" : device;
 }
 
-// The interface of the neighbor, unless the request is for another; empty when it is not wanted.
+// The neighbor's interface; left empty when the request is for a different one.
 void take_interface(frame &f, const char *name, char (&interface)[text_size]) {
     if (oclldp_get_with_int_key != 1) {
         yfw_strncpy_s(f.site.function, interface, text_size, name, text_size - 1);
@@ -45,7 +45,7 @@ void id_from_device(frame &f, const char *device, const char *port, char (&id)[t
 }
 
 // Whether the part of the requested id after its first "#" is the port. The device part is not compared, on
-// purpose: the request for it has narrowed the response already.
+// purpose: the request has already narrowed the response to that device.
 bool port_part_matches(frame &f, const char *port) {
     char *copy = yfw_strdup(gl_neigh_dev_id, "YFW_OCLLDP_NS");
     if (copy == nullptr)
@@ -75,7 +75,7 @@ terrno stitch(frame &f, node *out, const char *interface, const char *id) {
                   "/lldp/interfaces/interface[name=%s]/neighbors/neighbor[id=%s]/", interface, id);
     std::snprintf(record.list_path, sizeof record.list_path, "/lldp/interfaces/interface/neighbors/neighbor");
     const terrno status = yfw_map_stitch_list_to_list(f.ctx, &record);
-    oclldp_is_neigh_list_mapped = 1; // whatever the status
+    oclldp_is_neigh_list_mapped = 1; // even when stitching failed
     YMAP_TRACE(f, "Stich succeded for intf_name %s id %soclldp_is_neigh_list_mapped %d", interface, id,
                oclldp_is_neigh_list_mapped);
     return status;
@@ -130,7 +130,7 @@ terrno map_state_id(frame &f, const node *in, node *out) {
         yfw_strncpy_s(f.site.function, device, sizeof device, in->value, sizeof device - 1);
     if (!is_read(f.ctx) || device[0] == '\0' || port == nullptr)
         return YMAP_OK;
-    char id[text_size] = {}; // as long as the entry's key
+    char id[text_size] = {}; // the same size as the entry's key
     if (std::snprintf(id, sizeof id, "%s#%s", shown_device(f, device), port) < 0)
         id[0] = '\0';
     YMAP_TRACE(f, "OC Device Id %s lldp_dev_id %s ne_port_det %s", id, device, port);
@@ -143,7 +143,7 @@ terrno map_state_id(frame &f, const node *in, node *out) {
 
 // ---- chassis and port id types --------------------------------------------------------------------------
 
-// By subtype number less one (IEEE 802.1AB clauses 8.5.2.2 and 8.5.3.2).
+// By subtype number minus one (IEEE 802.1AB clauses 8.5.2.2 and 8.5.3.2).
 constexpr const char *chassis_id_types[] = {
     "CHASSIS_COMPONENT", "INTERFACE_ALIAS", "PORT_COMPONENT", "MAC_ADDRESS",
     "NETWORK_ADDRESS",   "INTERFACE_NAME",  "LOCAL"};
@@ -206,7 +206,7 @@ struct capability_row {
 
 constexpr capability_row capability_rows[] = {
     {'O', "OTHER"},  {'P', "REPEATER"},  {'B', "MAC_BRIDGE"},           {'W', "WLAN_ACCESS_POINT"},
-    {'R', "ROUTER"}, {'T', "TELEPHONE"}, {'C', "DCOS_IS_CABLE_DEVICE"}, {'S', "STATION_ONLY"}, // spelled so
+    {'R', "ROUTER"}, {'T', "TELEPHONE"}, {'C', "DCOS_IS_CABLE_DEVICE"}, {'S', "STATION_ONLY"}, // sic
 };
 
 terrno append_capability(frame &f, uint32_t capabilities, char *name, int32_t index) {
@@ -243,7 +243,7 @@ terrno write_capability(frame &f, node *out, const char *name, const char *enabl
                  enabled);
 }
 
-// `enabled` keeps the text of the capability before where the names differ.
+// `enabled` keeps the previous capability's text where the names differ.
 void enabled_text(frame &f, uint32_t enabled_bits, int32_t index, const char *name, char (&enabled)[50]) {
     capability_text enabled_name = {};
     oclldp_get_ne_cap_name(f.ctx, enabled_bits, enabled_name, index);
@@ -334,7 +334,7 @@ terrno map_oui_subtype(frame &f, const node *in, node *out) {
     return copy(f, in, out, CUSTOM_TLV "/state/oui-subtype");
 }
 
-// RFC 4648 section 4. Heap text, or NULL without memory.
+// RFC 4648 section 4. Returns heap text, or NULL when out of memory.
 char *base64(const char *bytes, size_t length, size_t encoded_length) {
     static constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     char *text = static_cast<char *>(std::calloc(encoded_length + 1, 1));

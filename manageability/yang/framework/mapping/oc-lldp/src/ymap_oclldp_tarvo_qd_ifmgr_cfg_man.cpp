@@ -1,4 +1,4 @@
-// The hand-written callbacks of native interface configuration: whether LLDP is on, interface by interface.
+// The hand-written callbacks of native interface configuration: whether LLDP is on for each interface.
 #include <cstring>
 #include <initializer_list>
 
@@ -31,7 +31,7 @@ bool definitely_absent(frame &f, const char *ifname) {
         YMAP_TRACE(f, "imc_interface_find failed for int : %s\n", ifname);
         return true;
     }
-    // A look-up that fails counts as present, on purpose.
+    // A failed look-up counts as present, on purpose.
     YMAP_TRACE(f, "imc_interface_find succeded for int : %s\n", ifname);
     return false;
 }
@@ -92,7 +92,7 @@ enabled_setting read_enable(frame &f, const node *entry) {
     return enabled_setting::off;
 }
 
-// Both directions disabled is off, whatever "enable" says; one alone changes nothing.
+// LLDP is off when both directions are disabled, whatever "enable" says; one direction alone changes nothing.
 bool both_directions_disabled(frame &f, const node *entry) {
     const native_leaf transmit = query(f.ctx, entry, "/lldp/transmit/disable");
     if (!transmit.found)
@@ -143,7 +143,7 @@ terrno map_interface(frame &f, const node *entry, node *out) {
     return YMAP_OK;
 }
 
-// Reads the name and writes nothing: the entry's callback has written it.
+// Reads the name and writes nothing: the entry's callback has already written it.
 terrno check_interface_name(frame &f) {
     const char *name = nullptr;
     const terrno status = yfw_map_get_node_info(f.ctx, native_entry, "interface-name", &name);
@@ -165,7 +165,7 @@ int yfw_oclldp_util_is_ifhandle_exist(char *ifname, yfw_map_ctx ctx) {
     return exists;
 }
 
-// The one callback that answers a NULL context with a status.
+// The only callback that answers a NULL context with a status.
 terrno ymap_qo_oclldp_ifmgr_intconfig_man(YMAP_CALLBACK_ARGUMENTS) {
     YMAP_SITE(ymap_qo_oclldp_ifmgr_intconfig_man, YMAP_CALLBACK_TYPES);
     if (ctx == nullptr)

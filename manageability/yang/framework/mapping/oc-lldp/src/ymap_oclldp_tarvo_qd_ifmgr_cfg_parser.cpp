@@ -25,12 +25,12 @@ constexpr qo_level entry{.ns = ifmgr_ns, .children = entry_children, .augments =
 constexpr qo_child root_children[] = {level("interface-configuration", entry)};
 constexpr qo_level root{.ns = ifmgr_ns, .children = root_children, .augments = ymap_qo_oclldp_tarvoqdifmgrcfg_lvla_interfaceconfigurations_parse_augments, .container = ymap_qo_oclldp_tarvoqdifmgrcfg_cont_lvla_interfaceconfigurations};
 
-// The model's other top node; no mapping tree is registered for it.
+// The model's other top-level node; no mapping tree is registered for it.
 constexpr qo_level global{.ns = ifmgr_ns, .children = {}, .augments = ymap_qo_oclldp_tarvoqdifmgrcfg_lvla_globalinterfaceconfiguration_parse_augments, .container = ymap_qo_oclldp_tarvoqdifmgrcfg_cont_lvla_globalinterfaceconfiguration};
 
 // clang-format on
 
-// What the LLDP module adds to an entry has a walker of its own.
+// The nodes that the LLDP module adds to an entry have their own walker.
 terrno walk_augment(frame &f, const node *in, node *out) {
     if (yfw_map_do_these_match(cfg_ns, in->ns) == 0)
         return YMAP_OK;

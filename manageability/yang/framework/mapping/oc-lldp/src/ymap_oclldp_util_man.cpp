@@ -1,4 +1,4 @@
-// Conversions between native and OpenConfig values. Results live in a ring of slots.
+// Conversions between native and OpenConfig values. Results are kept in a ring of slots.
 #include <cctype>
 #include <ctime>
 
@@ -28,7 +28,7 @@ char to_openconfig(char c) {
     return c == '-' ? '_' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
 }
 
-// Identity names are made of capitals and underscores; anything else is refused on purpose.
+// Identity names consist of capitals and underscores; anything else is rejected on purpose.
 char to_native(char c) {
     if (c == '_')
         return '-';
@@ -94,7 +94,7 @@ char *oclldp_convert_seconds_to_timestamp(uint32_t seconds) {
                   now.tv_nsec / 1000000);
     char zone[20] = {};
     std::strftime(zone, sizeof zone, "%z", local);
-    // RFC 3339 section 5.6 wants a colon between the hours and the minutes of the offset.
+    // RFC 3339 section 5.6 requires a colon between the hours and the minutes of the offset.
     if (std::snprintf(slot, 80, "%s%.3s:%.2s", date_time, zone, zone + 3) < 0)
         return nullptr;
     slot[79] = '\0';

@@ -150,7 +150,7 @@ TEST_P(CfgHook, RefusesNullNodesAndRecordsTheErrorPathOnce) {
 
 struct Duck {
     std::string name;
-    std::string serves; // the function behind the name
+    std::string serves; // the function that implements the name
 };
 
 void PrintTo(const Duck &duck, std::ostream *stream) {

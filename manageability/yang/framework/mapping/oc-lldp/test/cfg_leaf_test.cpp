@@ -1,5 +1,5 @@
-// The leaf callbacks of the native LLDP configuration: what each writes for which request, and what becomes
-// of failures.
+// The leaf callbacks of the native LLDP configuration: what each writes for which request, and how failures
+// propagate.
 #include "response_expectations.h"
 
 namespace oclldp_test {
@@ -13,7 +13,7 @@ using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using ::testing::ValuesIn;
 
-// A native leaf with a value: what its callback writes under config and under state.
+// A native leaf with a value, and what its callback writes under config and under state.
 struct Member {
     std::string leaf;
     std::string tag;
@@ -57,7 +57,7 @@ protected:
         tree = std::make_unique<Tree>(leaf(GetParam().tag, GetParam().value), native_cfg_ns);
         return call(name, context, *tree);
     }
-    // What is written with both copies wanted.
+    // What is written when both copies are wanted.
     static std::vector<std::string> everything() {
         std::vector<std::string> wanted = GetParam().config;
         wanted.insert(wanted.end(), GetParam().state.begin(), GetParam().state.end());
@@ -118,8 +118,7 @@ TEST_P(CfgLeaf, RefusesNullNodesWithoutAnExitLine) {
     }
 }
 
-// The status of an add counts only when it is the last one; an earlier failure neither stops the callback
-// nor shows.
+// Only the status of the last add counts; an earlier failure neither stops the callback nor is reported.
 TEST_P(CfgLeaf, ReturnsTheStatusOfItsLastAddWhicheverFails) {
     const std::vector<std::string> wanted = everything();
     for (unsigned failing = 1; failing <= wanted.size(); ++failing) {
@@ -214,7 +213,7 @@ TEST_F(OclldpTest, AChassisIdTypeIsNotConvertedOnceTheRingIsCorrupted) {
     EXPECT_EQ(plugin->ring_index(), 0);
 }
 
-// The request's content selector counts only together with selection parameters.
+// The request's content selector only counts if the request has selection parameters.
 TEST_F(OclldpTest, AContentSelectorWithoutSelectionParametersHidesNothing) {
     Context context(YMAP_REQ_GET_CONFIG);
     Selection{.kind = YMAP_REQ_GET_CONFIG, .selection_empty = 7, .content = 2}.apply(context);

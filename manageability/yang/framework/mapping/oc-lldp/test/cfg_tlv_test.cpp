@@ -46,7 +46,7 @@ TEST_F(CfgTlv, ReadsAllFiveDisablesInTheTablesOrder) {
     EXPECT_THAT(fw.mapping_calls(), ElementsAreArray(wanted));
 }
 
-// Only the last disabled TLV of the table's order is told; the others give way to it.
+// Of the disabled TLVs, only the last in the table is reported.
 TEST_F(CfgTlv, TellsOnlyTheLastDisabledTlvInEveryCombination) {
     for (unsigned mask = 1; mask < 32; ++mask) {
         SCOPED_TRACE(mask);
@@ -177,7 +177,7 @@ TEST_F(CfgTlv, ReturnsTheStatusOfTheLastLeafListAddWhicheverFails) {
         EXPECT_EQ(map(), failing == 4 ? 0x5504u : YMAP_OK);
         EXPECT_THAT(summaries(fw), ElementsAreArray(both("PORT_DESCRIPTION")));
         EXPECT_THAT(fw.error_paths, IsEmpty());
-        // A leaf-list add that failed brought no node to qualify.
+        // A failed leaf-list add returned no node to qualify.
         EXPECT_THAT(fw.calls_of("yfw_strdup"), SizeIs(failing == 2 || failing == 4 ? 1 : 2));
     }
 }

@@ -11,8 +11,8 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::ValuesIn;
 
-// One level of the native tree: the walker that reaches it, the containers on the way from that walker's
-// node down to the level, and the hook for nodes of other modules.
+// One level of the native tree: the walker that reaches it, the containers between that walker's node and the
+// level, and the hook for nodes of other modules.
 struct Level {
     std::string label;
     std::string walker;
@@ -50,7 +50,7 @@ std::string label_of(const ::testing::TestParamInfo<Level> &info) {
 
 class CfgWalkerLevels : public OclldpTest, public ::testing::WithParamInterface<Level> {
 protected:
-    // The nodes of the level's path, the innermost as given.
+    // The nodes on the level's path, ending in the given one.
     static Node nest(Node innermost) {
         Node built = std::move(innermost);
         const std::vector<std::string> &path = GetParam().path;
@@ -59,7 +59,7 @@ protected:
         return built;
     }
     static Node innermost() { return node(GetParam().path.back()); }
-    // Hierarchy steps of the path, pushed down to `depth` levels.
+    // The hierarchy pushes and pops of the path, down to `depth` levels.
     static std::vector<std::string> in_and_out(std::size_t depth) {
         std::vector<std::string> told;
         const std::vector<std::string> &path = GetParam().path;
@@ -152,7 +152,7 @@ TEST_P(CfgWalkerLevels, LooksAtNoChildrenThatTheFlagDoesNotVouchFor) {
 
 class CfgWalker : public OclldpTest {
 protected:
-    // Walks /lldp with these children.
+    // Walks /lldp with the given children.
     terrno walk(std::vector<Node> children) {
         tree = std::make_unique<Tree>(node("lldp").children(std::move(children)), native_cfg_ns);
         return call(cfg + "lvla_lldp", context, *tree);

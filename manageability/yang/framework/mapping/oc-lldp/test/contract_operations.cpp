@@ -1,4 +1,4 @@
-// The framework's operations, as the double does them.
+// The double's implementation of the framework's operations.
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -37,7 +37,7 @@ uint32_t level_of(const std::string &text) {
     return text.find("ERR:") == std::string::npos ? YFW_LOG_TRACE : YFW_LOG_ERROR;
 }
 
-// Copies with the bounds of a destination of `size` bytes; nonzero when the text was cut.
+// Copies within a destination of `size` bytes; returns nonzero when the text was cut.
 terrno bounded_copy(char *destination, std::size_t size, std::size_t used, const char *source,
                     std::size_t count) {
     if (destination == nullptr || size == 0 || used >= size)

@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(FromSixtyFourOn, CorruptedIndex, ::testing::Values(64, 
 
 struct Spelling {
     std::string from;
-    std::optional<std::string> to; // none: refused
+    std::optional<std::string> to; // none: rejected
 };
 
 void PrintTo(const Spelling &spelling, std::ostream *stream) {
@@ -143,7 +143,7 @@ class NativeSpelling : public Ring, public ::testing::WithParamInterface<Spellin
 TEST_P(NativeSpelling, IsLowerCaseWithHyphensAndTakesCapitalsAndUnderscoresOnly) {
     Tree in(leaf("type", GetParam().from));
     EXPECT_EQ(as_text(to_native(in)), GetParam().to);
-    // A refused text keeps its slot too.
+    // A rejected text also uses up its slot.
     EXPECT_EQ(plugin->ring_index(), 1);
     EXPECT_EQ(fw.debug_lines().front(), "TRC: Start");
 }
@@ -189,7 +189,7 @@ TEST_F(Ring, SpellingWithoutAContextAborts) {
 // ---- timestamps ------------------------------------------------------------------------------------
 
 struct Moment {
-    const char *zone; // POSIX: the sign is that of the way to UTC
+    const char *zone; // POSIX: a positive offset is west of UTC
     int64_t seconds;
     long nanoseconds;
     uint32_t ago;
@@ -222,7 +222,7 @@ TEST_P(Timestamps, AreTheMomentSoManySecondsAgoInTheLocalZone) {
     setenv("TZ", moment.zone, 1);
     tzset();
     fw.wall_clock = {moment.seconds, moment.nanoseconds};
-    // Used for 0 seconds only: the system started 100 s ago.
+    // Used only for 0 seconds: the system started 100 s ago.
     fw.stamp_ns = 100'999'999'999u;
     EXPECT_STREQ(timestamp(moment.ago), moment.text);
     EXPECT_EQ(fw.calls_of("fts_get_stamp_fast").size(), moment.ago == 0 ? 1u : 0u);

@@ -1,4 +1,4 @@
-// The double itself: what the other tests rely on.
+// The double itself, on which the other tests rely.
 #include <gmock/gmock.h>
 
 #include "oclldp_fixture.h"

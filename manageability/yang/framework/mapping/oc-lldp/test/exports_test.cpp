@@ -17,7 +17,7 @@ TEST(Exports, AreExactlyTheListedNamesWithTheirBinding) {
     EXPECT_THAT(library_exports(), ContainerEq(expected_exports()));
 }
 
-// Whether a library that comes after the executable defines the name: the C library or a sanitizer.
+// Whether a library that comes after the executable, such as the C library or a sanitizer, defines the name.
 bool is_of_a_library(const std::string &name) {
     return dlsym(RTLD_NEXT, name.c_str()) != nullptr;
 }
@@ -45,7 +45,7 @@ TEST(Exports, BesideTheContractOnlyTheCLibraryIsNeeded) {
     EXPECT_THAT(versioned, Each(HasSubstr("@GLIBC_")));
 }
 
-// Names under which a do-nothing callback is exported once more.
+// Additional names under which a do-nothing callback is exported.
 struct Aliases {
     const char *prefix;
     const char *duck;

@@ -1,4 +1,4 @@
-// What one native interface entry becomes: the name, the filters, the three LLDP settings and the output.
+// What one native interface entry maps to: the name, the filters, the three LLDP settings and the output.
 #include <array>
 
 #include "response_expectations.h"
@@ -20,7 +20,7 @@ const std::string list_path = "/interface-configurations/interface-configuration
 const std::string enable = "/lldp/enable", transmit = "/lldp/transmit/disable",
                   receive = "/lldp/receive/disable";
 
-// A leaf that the native entry lacks, or its text.
+// A leaf's text, or nothing when the native entry lacks the leaf.
 using Setting = std::optional<std::string>;
 
 Setting text_of(const char *text) {
@@ -99,13 +99,13 @@ TEST_F(IfmgrInterface, MapsEveryCombinationOfTheThreeSettings) {
     }
 }
 
-// NULL: the native entry lacks the leaf.
+// NULL when the native entry lacks the leaf.
 struct SettingCase {
     const char *label;
     const char *enabled;
     const char *transmit_disabled;
     const char *receive_disabled;
-    std::array<const char *, 3> told; // between the start and the end; NULL where there is nothing more
+    std::array<const char *, 3> told; // lines between the start and the end; NULL after the last
 };
 
 void PrintTo(const SettingCase &setting, std::ostream *stream) {
@@ -164,7 +164,7 @@ TEST_F(IfmgrInterface, AsksEachSettingWithARecordOfItsOwn) {
     EXPECT_THAT(asked, ElementsAre(enable, transmit, receive));
 }
 
-// A query that finds a node and no text must not see the text of the query before.
+// A query that finds a node without text must not return the previous query's text.
 TEST_F(IfmgrInterface, CarriesNoTextFromOneQueryToTheNext) {
     settings("true", std::nullopt, std::nullopt);
     fw.xpath_missing = 0;

@@ -1,5 +1,5 @@
 // What lies below a native interface entry: its inline containers, the list of MTUs, the LLDP nodes that
-// another module grafts in, and the top node that no tree registers.
+// another module adds, and the top-level node that no tree registers.
 #include "response_expectations.h"
 
 namespace oclldp_test {
@@ -19,8 +19,8 @@ const std::string list_path = "/interface-configurations/interface-configuration
 const std::string entry_hook = root_walker + "_interfaceconfiguration_parse_augments";
 const std::string lldp_augment = cfg + "augment_lvla_interface_configuration";
 
-// A level of the tree: the walker that reaches it, the nodes on the way from the walker's node down to it,
-// and the hook for nodes of other modules.
+// A level of the tree: the walker that reaches it, the nodes between the walker's node and the level, and the
+// hook for nodes of other modules.
 struct Level {
     std::string label;
     std::string walker;
@@ -44,7 +44,7 @@ class IfmgrLevels : public OclldpTest, public ::testing::WithParamInterface<Leve
 protected:
     IfmgrLevels() { fw.node_info[{list_path, "interface-name"}] = {.value = "Gi1", .status = 0}; }
 
-    // Walks the level's path with these children at its end.
+    // Walks the level's path with the given node at its end.
     terrno walk(Node innermost) {
         Node built = std::move(innermost);
         const std::vector<std::string> &path = GetParam().path;
@@ -173,7 +173,7 @@ protected:
                                       native_ifmgr_ns);
         return call(root_walker, context, *tree);
     }
-    // The walk between the entry's place in the output list and its pop.
+    // The walk between the entry's insertion in the output list and its pop.
     std::vector<std::string> told() const {
         const std::vector<std::string> all = steps(fw, false);
         const auto from = std::find(all.begin(), all.end(), "list+ interface-configuration");
@@ -287,7 +287,7 @@ TEST_F(IfmgrEntry, MapsNoChildOfTheGlobalInterfaceConfiguration) {
 
 struct Duck {
     std::string name;
-    std::string serves; // the function behind the name
+    std::string serves; // the function that implements the name
 };
 
 void PrintTo(const Duck &duck, std::ostream *stream) {

@@ -1,4 +1,4 @@
-// Whether the interface manager knows an interface, and the reader of an entry's name.
+// Whether the interface manager knows an interface, and reading an entry's name.
 #include "response_expectations.h"
 
 namespace oclldp_test {

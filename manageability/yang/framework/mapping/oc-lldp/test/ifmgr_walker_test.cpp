@@ -1,5 +1,5 @@
-// The walker of the native interface configurations: its entries, their place in the output list, and what a
-// failure or a skipped entry does to the walk.
+// The walker of the native interface configurations: its entries, their place in the output list, and how a
+// failure or a skipped entry affects the walk.
 #include "response_expectations.h"
 
 namespace oclldp_test {
@@ -38,13 +38,13 @@ protected:
                                       native_ifmgr_ns);
         return call(walker, context, *tree);
     }
-    // Makes each add to the output list change its depth.
+    // Makes each add to the output list change its depth by this much.
     void change_depth(int by) {
         fw.on_call("yfw_add_to_output_list_ctx", [this, by](const Call &) {
             context.req.output_list.depth = static_cast<uint8_t>(context.req.output_list.depth + by);
         });
     }
-    // The walk without lines, between the root's push and pop.
+    // The walk without log lines, between the root's push and pop.
     std::vector<std::string> told() const {
         std::vector<std::string> all = steps(fw, false);
         EXPECT_EQ(all.front(), "push interface-configurations 1");
@@ -127,7 +127,7 @@ TEST_F(IfmgrWalker, MapsEachEntryInOrder) {
     EXPECT_EQ(mapped(), 3u);
 }
 
-// The complaint is a line in the log; the entry is mapped all the same.
+// The error is only logged; the entry is still mapped.
 TEST_F(IfmgrWalker, ComplainsOfAnEntryWithoutChildrenAndMapsIt) {
     fw.xpath["/lldp/enable"] = {.value = "false", .status = 0};
     change_depth(1);
@@ -153,7 +153,7 @@ TEST_F(IfmgrWalker, SkipsAnEntryWhoseCallbackHandledItAndGoesOn) {
 
 TEST_F(IfmgrWalker, ForgivesAChildThatEndsItsEntryAndGoesOn) {
     change_depth(1);
-    // The list callback reads the name first, the name's own callback second.
+    // The list callback reads the name first, then the name's own callback does.
     fw.on_call("yfw_map_get_node_info", [this](const Call &) {
         const bool of_the_leaf = fw.calls_of("yfw_map_get_node_info").size() == 2;
         fw.node_info[{list_path, "interface-name"}] = {.value = "Gi1",
@@ -164,7 +164,7 @@ TEST_F(IfmgrWalker, ForgivesAChildThatEndsItsEntryAndGoesOn) {
     EXPECT_THAT(told(),
                 ElementsAre(push, current, list_add, pop, list_drop, push, current, list_add, pop, list_drop));
     EXPECT_THAT(fw.started(),
-                Not(Contains(walker + "_interfaceconfiguration_parse_augments"))); // the loop had ended
+                Not(Contains(walker + "_interfaceconfiguration_parse_augments"))); // the loop has ended
 }
 
 TEST_F(IfmgrWalker, StopsAtAnEntryWhoseCallbackFails) {

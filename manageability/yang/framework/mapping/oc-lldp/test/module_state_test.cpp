@@ -1,4 +1,4 @@
-// The module's global state and the system database behind "is LLDP on?".
+// The module's global state, and the system database look-up behind "is LLDP on?".
 #include <gmock/gmock.h>
 
 #include "oclldp_fixture.h"

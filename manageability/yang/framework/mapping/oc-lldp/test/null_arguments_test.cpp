@@ -19,8 +19,7 @@ const std::string cfg = "ymap_qo_oclldp_tarvoqdethernetlldpcfg_";
 const std::string oper = "ymap_qo_oclldp_tarvoqdethernetlldpoper_";
 const std::string ifmgr = "ymap_qo_oclldp_tarvoqdifmgrcfg_";
 
-// Hand-written callbacks that say "NULL arguments passed", record no error path and leave by the common
-// exit.
+// Hand-written callbacks that log "NULL arguments passed", record no error path and write their exit trace.
 bool says_null_arguments(const std::string &name) {
     static const std::set<std::string> names = {oc + "leaf_lvla_lldp_config_enabled",
                                                 oc + "leaf_lvla_lldp_config_hellotimer",
@@ -58,7 +57,7 @@ bool only_traces(const std::string &name) {
                                                 cfg + "leaf_lvla_lldp_tlvselect_tlvselectenter"};
     if (names.contains(name) || name.starts_with(cfg + "cont_") || name.starts_with(ifmgr + "duck_"))
         return true;
-    // All of the interface configuration's node callbacks but the three with a body.
+    // All node callbacks of the interface configuration except the three with a body.
     static const std::set<std::string> with_body = {
         ifmgr + "cont_lvla_interfaceconfigurations",
         ifmgr + "list_lvla_interfaceconfigurations_interfaceconfiguration",
@@ -82,7 +81,7 @@ struct Outcome {
     std::size_t adds;
 };
 
-// One test runs all callbacks: they share the double, which forgets between calls.
+// One test runs all callbacks: they share the double, which is reset between calls.
 class EveryCallback : public OclldpTest, public ::testing::WithParamInterface<Missing> {
 protected:
     Outcome run(const std::string &name, Missing missing, uint32_t kind) {
@@ -164,7 +163,7 @@ TEST_F(OclldpTest, ANullContextAbortsEveryCallback) {
     GTEST_FLAG_SET(death_test_style, "fast");
     Tree in(leaf("a-node", "1"));
     for (const std::string &name : callback_names()) {
-        // The interface mapping answers a null context with a status.
+        // The interface mapping answers a NULL context with a status.
         if (name == "ymap_qo_oclldp_ifmgr_intconfig_man")
             continue;
         SCOPED_TRACE(name);

@@ -21,7 +21,7 @@ using ::testing::SizeIs;
 const std::string system_name = oq("lvla_lldp_config_systemname");
 const std::string chassis_id = oq("lvla_lldp_config_chassisid");
 
-// The leaf walkers of "config", as its whole mapping calls them.
+// The leaf walkers of "config", in the order in which mapping it whole calls them.
 std::vector<std::string> all_config_leaves() {
     std::vector<std::string> walkers;
     for (const WalkerChild &child : walker_table()[1].children)
@@ -94,7 +94,7 @@ TEST_P(WalkFlagsAtEntry, AreMaskedInAReadOnly) {
     EXPECT_EQ(at_the_child, GetParam().after);
 }
 
-// The mask keeps the lowest bit of every digit but the last.
+// The mask keeps the lowest bit of every hexadecimal digit but the last.
 INSTANTIATE_TEST_SUITE_P(OfAContainer, WalkFlagsAtEntry,
                          ::testing::Values(WalkFlags{0, 0, 0xffffffff, 0x11111110},
                                            WalkFlags{10, 0, 0xffffffff, 0x11111110},
@@ -229,7 +229,7 @@ TEST_F(DeletedInterfaces, AreDoneWhenTheCallbackSaysSo) {
     EXPECT_EQ(call(interfaces_walker, context, tree), YMAP_OK);
     EXPECT_THAT(entered(), ElementsAre(interfaces_walker, oq("cont_lvla_lldp_interfaces"),
                                        std::string("oc_to_qd_lldp_interface_delete")));
-    // No end of the walker itself.
+    // The walker writes no exit trace.
     EXPECT_THAT(left(), Not(Contains(interfaces_walker)));
     EXPECT_THAT(hierarchy(), ElementsAre("+interfaces, 1", "-interfaces"));
 }
@@ -267,7 +267,7 @@ TEST_F(ContainerWalker, StopsAtTheFirstChildThatFails) {
     EXPECT_THAT(config_leaves_entered(), ElementsAre(system_name));
     EXPECT_EQ(left().back(), config_walker);
     EXPECT_THAT(hierarchy(), ElementsAre("+config, 1", "-config"));
-    // The failure is the framework's: nothing is added to it on the way up.
+    // The framework reported the failure; nothing is added on the way up.
     EXPECT_THAT(fw.error_paths, IsEmpty());
 }
 

@@ -143,7 +143,7 @@ TEST_F(PushedEntries, OfAnOuterListAreNotTakenForThisOne) {
 
 class WholeEntry : public OcWalkerTest {
 protected:
-    // What the walkers of the whole mapping were called: in order, the table's children and the hook.
+    // What was called to map the entry whole, in order: the walkers of the table's children, then the hook.
     std::vector<std::string> mapped_whole() const {
         std::vector<std::string> kept;
         for (const std::string &function : entered()) {
@@ -254,7 +254,7 @@ void PrintTo(const KeyedList &list, std::ostream *stream) {
 
 class KeyCompletion : public OcWalkerTest, public ::testing::WithParamInterface<KeyedList> {
 protected:
-    // Adds below the list node itself.
+    // Adds directly below the list node.
     std::vector<Add> completions(const tidl_yfw_datatree *parent) const {
         std::vector<Add> kept;
         for (const Add &add : fw.adds) {
@@ -307,7 +307,7 @@ TEST_P(KeyCompletion, ReturnsTheStatusOfTheLastAdd) {
         fw.on_call("yfw_map_datatree_add_path_flagged", [&](const Call &add) {
             if (add.args.starts_with("/"))
                 return;
-            // Fails this call and no other.
+            // Fails only this call.
             if (seen++ == failing)
                 fw.fail("yfw_map_datatree_add_path_flagged", 0, 0x77);
             else

@@ -50,7 +50,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Of, ListWalker, ::testing::ValuesIn(lists), list_name);
 
-// A key with a value that passes every callback.
+// A key with a value that every callback accepts.
 Node key(const char *name) {
     return leaf(name, "127");
 }
@@ -436,7 +436,7 @@ TEST_F(ReplacedEntry, WalksItsOtherChildrenByThemselvesInTheSecondPassOnly) {
     std::vector<uint32_t> map_all;
     when(capability_config, "Start", [&] { map_all.push_back(context.req.map_all); });
     EXPECT_EQ(call(capability_walker, context, tree), YMAP_OK);
-    // The first is the whole entry's.
+    // The first value was seen while the whole entry was mapped.
     EXPECT_THAT(map_all, ElementsAre(1u, 0u));
 }
 
@@ -464,7 +464,7 @@ struct EntryState {
     uint32_t map_all;
     std::vector<Node> children;
     uint32_t at_callback;
-    uint32_t at_config; // in the whole mapping of the entry
+    uint32_t at_config; // while the whole entry is mapped
 };
 
 void PrintTo(const EntryState &state, std::ostream *stream) {

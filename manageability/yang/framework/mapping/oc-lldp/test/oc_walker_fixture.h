@@ -14,7 +14,7 @@ namespace oclldp_test {
 // An edit of a kind without key rules.
 inline constexpr uint32_t plain_edit = 2;
 
-// The full name of something on the OpenConfig side.
+// The full name of a function on the OpenConfig side.
 inline std::string oq(const std::string &rest) {
     return "ymap_oq_oclldp_openconfiglldp_" + rest;
 }
@@ -29,8 +29,8 @@ inline const std::string capability_walker = oq("lvla_lldp_capabilities_capabili
 
 class OcWalkerTest : public OclldpTest {
 protected:
-    // The functions that traced their start on the numbered channel, in order; of the list duck, which
-    // traces its end only, the end.
+    // The functions that traced their start on the numbered channel, in order. The list duck only traces its
+    // end, so that counts instead.
     std::vector<std::string> entered() const {
         std::vector<std::string> functions;
         for (const LogLine &line : fw.lines) {
@@ -51,7 +51,7 @@ protected:
         return functions;
     }
 
-    // Runs `action` each time when `function` has traced `message` on the numbered channel.
+    // Runs `action` each time `function` traces `message` on the numbered channel.
     void when(const std::string &function, const std::string &message, std::function<void()> action) {
         fw.on_call("_lstrace", [this, function, message, action](const Call &) {
             const LogLine &line = fw.lines.back();
@@ -60,7 +60,7 @@ protected:
         });
     }
 
-    // Calls on the node hierarchy, as "+name kind" and "-name".
+    // Pushes to and pops from the node hierarchy, as "+name kind" and "-name".
     std::vector<std::string> hierarchy() const {
         std::vector<std::string> steps;
         for (const Call &call : fw.calls) {
@@ -73,18 +73,18 @@ protected:
     }
 };
 
-// One child of a container or list: its tag, its walker, and whether it is walked for kind 10 only.
+// One child of a container or list: its tag, its walker, and whether it is walked only for request kind 10.
 struct WalkerChild {
     const char *tag;
     std::string walker;
-    std::string leaf_callback; // of a leaf, else empty
+    std::string leaf_callback; // empty unless a leaf
     bool get_only;
 };
 
 // One container or list walker.
 struct WalkerRow {
     std::string walker;
-    std::string callback; // as it names itself in a trace
+    std::string callback; // the name it uses in traces
     const char *tag;
     std::vector<WalkerChild> children;
 };

@@ -1,4 +1,4 @@
-// The walkers of the OpenConfig model: whom each calls for its own node and for each child.
+// The walkers of the OpenConfig model: what each calls for its own node and for each child.
 #include <algorithm>
 
 #include "oc_walker_fixture.h"
@@ -7,7 +7,7 @@ namespace oclldp_test {
 
 namespace {
 
-// A leaf whose walker is `rest`; its callback bears the same name with "leaf_" before the level.
+// A leaf whose walker is `rest`; its callback has the same name with "leaf_" before the level.
 WalkerChild leaf_child(const char *tag, const std::string &rest) {
     return {tag, oq(rest), oq("leaf_" + rest), false};
 }

@@ -1,5 +1,5 @@
-// Which callback and which child walkers each OpenConfig walker calls, for each kind of request; and what
-// its leaf walkers and parse-augments hooks do.
+// Which callback and child walkers each OpenConfig walker calls for each kind of request, and what its leaf
+// walkers and parse-augments hooks do.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -118,7 +118,7 @@ protected:
     const WalkerRow &row = GetParam().row;
     const uint32_t kind = GetParam().kind;
 
-    // The walkers of the table's direct children (and the own hook) among those entered.
+    // Of the entered walkers, those of the table's direct children and the table's own hook.
     std::vector<std::string> children_entered() const {
         std::set<std::string> own = {row.walker + "_parse_augments"};
         for (const WalkerChild &child : row.children)
@@ -134,7 +134,7 @@ protected:
     std::vector<std::string> expected_children() const {
         std::vector<std::string> names;
         for (const WalkerChild &child : row.children) {
-            // A list's keys are no part of its whole mapping, and "state" of the root comes last.
+            // Mapping a list whole skips its keys, and mapping the root whole calls "state" last.
             const bool key = is_list(row) && !child.leaf_callback.empty();
             if (!key && (!child.get_only || kind == YMAP_REQ_GET))
                 names.push_back(child.walker);
@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(Of, WholeSubtree, ::testing::ValuesIn(all_wholes()), []
     return after_prefix(test.param.row.walker) + "_kind" + std::to_string(test.param.kind);
 });
 
-// ---- what belongs to nobody ------------------------------------------------------------------------
+// ---- nodes without a walker ------------------------------------------------------------------------
 
 struct Stranger {
     WalkerRow row;
@@ -277,7 +277,7 @@ INSTANTIATE_TEST_SUITE_P(Of, EveryWalker, ::testing::ValuesIn(walker_table()), r
 
 class LeafWalkerTest : public OcWalkerTest, public ::testing::WithParamInterface<LeafWalker> {
 protected:
-    // Of the values' kinds only this matters: it passes every callback.
+    // A value that every callback accepts; nothing else about it matters.
     Node content_match() const { return match(walker.tag, "127"); }
 
     const LeafWalker &walker = GetParam();

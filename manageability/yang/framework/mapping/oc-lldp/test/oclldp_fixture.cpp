@@ -51,7 +51,7 @@ Plugin::~Plugin() {
 
 void *Plugin::address(const std::string &name) const {
     void *found = dlsym(handle, name.c_str());
-    // The process's own symbols are not the plug-in's.
+    // Symbols of the process itself do not belong to the plug-in.
     if (found == nullptr || !has(name))
         throw std::runtime_error("the plug-in exports no " + name);
     return found;
@@ -215,7 +215,7 @@ OclldpTest::OclldpTest() {
 }
 
 OclldpTest::~OclldpTest() {
-    // The plug-in keeps its copy of a requested neighbor id past the request; nobody would free it now.
+    // The plug-in keeps its copy of a requested neighbor id beyond the request; nothing would free it now.
     fw.forget_string(plugin->neighbor_id());
     std::free(plugin->neighbor_id());
     plugin.reset();

@@ -1,5 +1,5 @@
-// What every test of the plug-in starts from: the plug-in loaded afresh, the context of one request, and
-// data trees written as nested braces.
+// What every test of the plug-in starts with: a freshly loaded plug-in, the context of one request, and data
+// trees written as nested braces.
 #ifndef OCLLDP_FIXTURE_H
 #define OCLLDP_FIXTURE_H
 
@@ -24,7 +24,7 @@ inline constexpr const char *native_oper_ns = "urn:tarvo:yang:Tarvo-QD-ethernet-
 inline constexpr const char *native_ifmgr_ns = "urn:tarvo:yang:Tarvo-QD-ifmgr-cfg";
 inline constexpr const char *foreign_ns = "urn:example:somebody-else";
 
-// The plug-in, loaded when this is made and unloaded when it goes, so that its module state starts anew.
+// The plug-in, loaded on construction and unloaded on destruction, so that its module state starts afresh.
 class Plugin {
 public:
     Plugin();
@@ -32,7 +32,7 @@ public:
     Plugin(const Plugin &) = delete;
     Plugin &operator=(const Plugin &) = delete;
 
-    // The address of an exported name; throws std::runtime_error when there is none.
+    // The address of an exported name; throws std::runtime_error when there is no such name.
     void *address(const std::string &name) const;
     bool has(const std::string &name) const;
     // A function or variable as its header declares it: symbol<decltype(f)>("f") or symbol<int>("v").
@@ -67,7 +67,7 @@ private:
     void *handle = nullptr;
 };
 
-// The context of one request of a kind. Log handles differ from one another; tracing is on.
+// The context of one request of a given kind. All log handles differ; tracing is on.
 class Context {
 public:
     explicit Context(uint32_t kind = YMAP_REQ_GET);
@@ -87,18 +87,18 @@ public:
     int err_log = 0, trc_log = 0, ltrace = 0; // the handles point at these
 };
 
-// A node to be built; the parts are set by chained calls.
+// A node to build; chained calls set its parts.
 struct Node {
     explicit Node(std::string tag) : name(std::move(tag)) {}
 
     Node children(std::vector<Node> nodes) &&;
-    // The children-valid flag with no array behind it although the count says there are children.
+    // Sets the children-valid flag and a count, without an array of children.
     Node broken_children(uint32_t count) &&;
     Node with_value(std::string text) &&;
     Node in(std::string uri) &&; // the namespace of this node; children inherit it
     Node operation(uint32_t op) &&;
-    Node flags(uint32_t bits) &&;           // node_flags, or-ed in
-    Node framework_flags(uint32_t bits) &&; // framework_flags, or-ed in
+    Node flags(uint32_t bits) &&;           // node_flags bits to set
+    Node framework_flags(uint32_t bits) &&; // framework_flags bits to set
     Node node_type(uint32_t type) &&;
     Node without_tag() &&; // name NULL
 
@@ -115,12 +115,12 @@ struct Node {
 
 // A container or list node, or a leaf without a value.
 Node node(std::string name);
-// A leaf with a value, as an edit or a native response has it.
+// A leaf with a value, as in an edit or a native response.
 Node leaf(std::string name, std::string value);
 // A leaf with a value in a read: a content-match node.
 Node match(std::string name, std::string value);
 
-// A tree built from nodes: contiguous children, flags set. Owns everything in it.
+// A tree built from nodes: contiguous children, flags set. Owns all its nodes.
 class Tree {
 public:
     explicit Tree(const Node &root, const std::string &ns = oc_ns);
@@ -130,7 +130,7 @@ public:
     operator tidl_yfw_datatree *() { return root; }
     tidl_yfw_datatree *operator->() { return root; }
     // The first node at a path of names below the root, such as "interfaces/interface"; throws
-    // std::runtime_error when there is none.
+    // std::runtime_error when there is no such node.
     tidl_yfw_datatree &at(const std::string &path);
 
 private:
@@ -142,7 +142,7 @@ private:
     tidl_yfw_datatree *root = nullptr;
 };
 
-// The base of the tests: a clean double, a fresh plug-in and an empty output tree.
+// The base class of the tests: a clean double, a fresh plug-in and an empty output tree.
 class OclldpTest : public ::testing::Test {
 public:
     OclldpTest();

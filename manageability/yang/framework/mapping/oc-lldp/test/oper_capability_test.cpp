@@ -29,13 +29,13 @@ std::string word(uint32_t system, uint32_t enabled) {
 
 class OperCapability : public OperTest {
 protected:
-    // What is left of the filter is the context's.
+    // The context owns what is left of the filter.
     ~OperCapability() override { fw.forget_string(filter); }
     terrno map(const std::string &combined) {
         answer(native_mib, "combined-capabilities", combined);
         return run_leaf("mib_combinedcapabilities", combined);
     }
-    // The request names one capability; the double hears when the text is freed.
+    // Makes the request name one capability; the double notices when the text is freed.
     void request_capability(const char *name) {
         filter = static_cast<char *>(std::calloc(1, 255));
         std::strcpy(filter, name);
@@ -220,7 +220,7 @@ TEST_F(OperCapability, OfTheEnabledLeafAddsNothing) {
     EXPECT_THAT(fw.errors(), IsEmpty());
 }
 
-// A comparison that fails keeps the text of the capability before.
+// A failed comparison keeps the previous capability's text.
 TEST_F(OperCapability, KeepsTheEnabledValueOfTheOneBeforeWhenTheNamesCannotBeCompared) {
     fw.fail("yfw_strcmp_s", 0, 22);
     EXPECT_EQ(map(word(0x03, 0x02)), YMAP_OK);
@@ -328,7 +328,7 @@ TEST_F(CapabilityNames, AreNotAppendedForABitThatIsClear) {
     EXPECT_THAT(fw.errors(), IsEmpty());
 }
 
-// The bound is inclusive: the index behind the last letter is accepted and names nothing.
+// The bound is inclusive: the index after the last letter is accepted but names nothing.
 TEST_F(CapabilityNames, OfTheIndexBehindTheTableAreNothing) {
     EXPECT_EQ(append(1u << 8, text, 8), YMAP_OK);
     EXPECT_STREQ(text, "");

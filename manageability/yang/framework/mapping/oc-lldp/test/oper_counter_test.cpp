@@ -43,13 +43,13 @@ const std::vector<Counter> &counters() {
 
 class OperCounters : public OperTest {
 protected:
-    // The response holds this many nodes.
+    // Makes the response hold this many nodes.
     void respond_with_nodes(std::size_t count, std::size_t slot = 0, const char *path = "/lldp/nodes") {
         trees.emplace_back(std::make_unique<Tree>(
             node("nodes").children(std::vector<Node>(count, node("node"))), native_oper_ns));
         context.req.subtrees[slot] = {.path = path, .node = *trees.back()};
     }
-    // Runs a counter's leaf callback for each value; the values that were added.
+    // Runs a counter's leaf callback for each value and returns the values added.
     std::vector<std::string> sums(const Counter &counter, const std::vector<std::string> &values) {
         fw.forget_calls();
         for (const std::string &value : values)
@@ -137,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(Every, OperSums,
                                 SumCase{"TwoNodes", {"10", "32"}, {"10", "42"}},
                                 SumCase{"FiveNodes", {"1", "2", "3", "4", "5"}, {"1", "3", "6", "10", "15"}},
                                 SumCase{"TheLargestSigned", {"2147483646", "1"}, {"2147483646", "2147483647"}},
-                                // Printed signed: sums of 2^31 and more come out negative.
+                                // Printed as signed: sums of 2^31 and more come out negative.
                                 SumCase{"Past2To31", {"2147483647", "1"}, {"2147483647", "-2147483648"}},
                                 SumCase{"TheLargestUnsigned", {"4294967295"}, {"-1"}},
                                 SumCase{"Past2To32", {"4294967295", "3"}, {"-1", "2"}},
@@ -316,7 +316,7 @@ TEST_P(OperLastClear, IsTheMomentThatLaySoManySecondsAgo) {
 }
 
 TEST_P(OperLastClear, OfZeroIsTheStartOfTheSystem) {
-    // Also what does not parse, and what is 0 in 32 bits.
+    // Also text that does not parse, and numbers that are 0 in 32 bits.
     for (const std::string seconds : {"0", "", "never", "4294967296"})
         EXPECT_EQ(added_for(seconds), with("2024-03-01T11:34:56.789+05:30")) << seconds;
 }

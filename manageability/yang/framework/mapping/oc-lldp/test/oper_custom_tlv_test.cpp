@@ -1,4 +1,4 @@
-// Organisation-specific TLVs as custom TLVs: the entry, its keys, and the value in base64.
+// Organizationally specific TLVs as custom TLVs: the entry, its keys, and the value in base64.
 #include "oper_responses.h"
 
 namespace oclldp_test {
@@ -166,7 +166,7 @@ TEST_F(OperCustomTlv, EveryByteIsEncodedAsTheAlphabetHasIt) {
 
 TEST_F(OperCustomTlv, ValueTellsWhatItEncoded) {
     EXPECT_EQ(run_leaf(value_leaf, "ab"), YMAP_OK);
-    // The missing blank is meant.
+    // The space is missing on purpose.
     EXPECT_THAT(fw.debug_lines(),
                 ElementsAre("TRC: Start", "TRC: OCLLDP encoded data YWI= input data abinput_len 2 out_len 4",
                             "TRC: End"));

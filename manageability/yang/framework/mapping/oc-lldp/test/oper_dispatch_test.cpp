@@ -1,5 +1,5 @@
-// Every leaf of the native operational data: which callback its tag reaches, which ones mark an error node,
-// and how a failure of each travels up.
+// Every leaf of the native operational data: which callback its tag reaches, which ones accept an error node,
+// and how each one's failure propagates.
 #include "oper_responses.h"
 
 namespace oclldp_test {
@@ -83,7 +83,7 @@ class OperDispatch : public OperTest, public ::testing::WithParamInterface<Dispa
 protected:
     const OperLevel &level() const { return oper_level(GetParam().level); }
     Node row_leaf() const { return leaf(GetParam().tag, "7"); }
-    // The row's level with these children, walked from the root.
+    // Walks the row's level with the given children, from the root.
     terrno walk_level(std::vector<Node> children) {
         return walk(nest(level().path, 0, node(level().tag()).children(std::move(children))));
     }

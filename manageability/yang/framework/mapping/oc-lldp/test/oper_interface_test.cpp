@@ -229,7 +229,7 @@ TEST_F(OperInterface, StateTellsWhatItReadAndWhatItSet) {
         ElementsAre("TRC: Start",
                     "TRC: OCLLDP: get-oper int enabled reverse map:intf-name eth1 tx-enabled 0 rx-enabled 0",
                     "TRC: OCLLDP: lldp_enabled false lldp_en_fl false",
-                    // Run together and misspelt on purpose.
+                    // The missing space and the misspelling are intentional.
                     "TRC: OCLLDP: rev map state/enebled set tointf_name eth1 enabled false", "TRC: End"));
     EXPECT_EQ(fw.numbered_lines(), fw.debug_lines());
 }
@@ -298,7 +298,7 @@ TEST_F(OperInterface, TransmitCallbackRejectsMissingArgumentsWithoutAnErrorPath)
     EXPECT_THAT(fw.error_paths, IsEmpty());
 }
 
-// The walk adds the raw seconds first and the timestamp later, to the same leaf.
+// The walk writes the raw seconds first and the timestamp later, to the same leaf.
 TEST_F(OperInterface, LastClearOfTheWalkEndsAsATimestamp) {
     fw.wall_clock = {1'700'000'000, 0};
     EXPECT_EQ(run("lvla_lldp_interfaces_interface",

@@ -1,4 +1,4 @@
-// The leaf and container callbacks of the native operational data that copy, or add nothing.
+// The leaf and container callbacks of the native operational data that copy a value or add nothing.
 #include "oper_responses.h"
 
 namespace oclldp_test {
@@ -130,7 +130,7 @@ TEST_P(OperSkips, TellThatTheNeighborIsNotMapped) {
     EXPECT_THAT(fw.mapping_calls(), IsEmpty());
 }
 
-// Every other leaf of a neighbor is left out as well.
+// Every other leaf of a neighbor is omitted as well.
 class OperNeighborLeaves : public OperTest, public ::testing::WithParamInterface<std::string> {};
 
 INSTANTIATE_TEST_SUITE_P(Every, OperNeighborLeaves,
@@ -157,7 +157,7 @@ TEST_P(OperNeighborLeaves, AddSomethingOnceItIs) {
 
 struct SilentRow {
     std::string suffix;
-    std::string calls; // another callback that it runs, or empty
+    std::string calls; // another callback that it calls, or empty
 };
 
 void PrintTo(const SilentRow &row, std::ostream *stream) {
@@ -171,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(Every, OperSilentLeaves,
                                 SilentRow{"detail_enabledcapabilities", "ymap_oc_enabled_capabilities_man_cb"},
                                 SilentRow{"interface_interfacenameqd", ""},
                                 SilentRow{"interface_txenabled", "ymap_qd_lldp_tx_operman_cb"},
-                                // The receive leaf runs the transmit callback too.
+                                // The receive leaf also runs the transmit callback.
                                 SilentRow{"interface_rxenabled", "ymap_qd_lldp_tx_operman_cb"}),
                          [](const auto &test) { return test.param.suffix; });
 
@@ -269,7 +269,7 @@ TEST_P(OperRealContainers, RejectAMissingNodeOrOutput) {
     EXPECT_THAT(fw.error_paths, SizeIs(2));
 }
 
-// The custom TLV container belongs to a neighbor; it is left out with it.
+// The custom TLV container belongs to a neighbor and is omitted along with it.
 TEST_F(OperContainers, TheCustomTlvContainerNeedsAStitchedNeighbor) {
     plugin->neighbor_list_mapped() = 0;
     EXPECT_EQ(run_container("cont_lvla_lldp_mib_orgdeftlvlist", 0), YMAP_OK);

@@ -22,14 +22,14 @@ class OperListEntries : public OperTest, public ::testing::WithParamInterface<Op
 protected:
     const OperLevel &level() const { return GetParam(); }
     Node entry() const { return node(level().tag()).children({leaf("unheard-of", "1")}); }
-    // Walks a container of the list from the root, with these entries.
+    // Walks the list's container from the root, with the given entries.
     terrno walk_entries(std::vector<Node> entries) {
         std::vector<std::string> parent = level().path;
         parent.pop_back();
         return walk(nest(parent, 0, node(parent.back()).children(std::move(entries))));
     }
-    // What was done from the first entry of the list on: pushes and pops, the list's steps, the end of its
-    // callback ("callback") and the walk of its child ("child").
+    // The steps from the list's first entry on: pushes and pops, the list's steps, the end of its callback
+    // ("callback") and the walk of its child ("child").
     std::vector<std::string> entry_steps() const {
         std::vector<std::string> told;
         for (std::string step : steps(fw)) {
@@ -75,7 +75,7 @@ protected:
         fw.on_call("yfw_remove_from_output_list_ctx",
                    [this](const Call &) { --context.req.output_list.depth; });
     }
-    // The nth entry of the list is answered with a status.
+    // Makes the update of the nth entry return `status`.
     void fail_update_of_entry(terrno status) {
         fw.on_call("yfw_map_update_current_list_node", [this, status](const Call &update) {
             if (update.args == level().list_path)
@@ -153,7 +153,7 @@ TEST_P(OperListEntries, PassAFailedChildUpAfterLeavingTheOutputList) {
 // The three list callbacks that call the framework.
 class OperListStatus : public OperListEntries {
 protected:
-    // Makes the list callback of the first entry return a status.
+    // Makes the list callback of the first entry return `status`.
     void answer_first_callback(terrno status) {
         if (level().label == "lldp_neighbor")
             fw.fail("yfw_map_stitch_list_to_list", 1, status);

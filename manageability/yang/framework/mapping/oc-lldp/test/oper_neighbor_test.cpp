@@ -21,17 +21,17 @@ protected:
     OperNeighbor() { plugin->neighbor_list_mapped() = 0; }
 
     terrno run_entry() { return run(entry_callback, node("lldp-neighbor")); }
-    // The device's neighbor; without a value the leaf is absent.
+    // Sets the device's neighbor; a leaf without a value is absent.
     void neighbor(std::optional<std::string> device, std::optional<std::string> port) {
         answer(native_detail, "device-id", std::move(device));
         answer(native_neighbor, "port-id-detail", std::move(port));
     }
-    // The get names one neighbor.
+    // Makes the get name one neighbor.
     void request_neighbor(const char *id) {
         plugin->get_with_neighbor_key() = 1;
         set_requested_id(id);
     }
-    // The double is told of the text, and hears when the plug-in frees it.
+    // Tells the double about the text, so that it notices when the plug-in frees it.
     void set_requested_id(const char *id) {
         requested = strdup(id);
         plugin->neighbor_id() = requested;
@@ -40,7 +40,7 @@ protected:
     bool requested_is_freed() const {
         return plugin->neighbor_id() == nullptr && !fw.is_live_string(requested);
     }
-    // The get names one interface.
+    // Makes the get name one interface.
     void request_interface(const char *name) {
         plugin->get_with_interface_key() = 1;
         std::strcpy(plugin->interface_name(), name);
@@ -48,7 +48,7 @@ protected:
     static std::string keyed(const std::string &interface, const std::string &id) {
         return "/lldp/interfaces/interface[name=" + interface + "]/neighbors/neighbor[id=" + id + "]/";
     }
-    // The keyed path of the only entry that was stitched, or "(none)".
+    // The keyed path of the only stitched entry; "(none)" unless there is exactly one.
     std::string stitched() const { return fw.stitches.size() == 1 ? fw.stitches[0].keyed_path : "(none)"; }
 
     char *requested = nullptr;
@@ -117,7 +117,7 @@ TEST_F(OperNeighbor, TellsItsIdAndThatItWasStitched) {
     EXPECT_EQ(run_entry(), YMAP_OK);
     EXPECT_THAT(fw.debug_lines(),
                 ElementsAre("TRC: Start", "TRC: oclldp_dev_id constructed is switch7#eth1/0/1",
-                            // Misspelt and run together on purpose.
+                            // The misspelling and the missing space are intentional.
                             "TRC: Stich succeded for intf_name eth1 id "
                             "switch7#eth1/0/1oclldp_is_neigh_list_mapped 1",
                             "TRC: End"));
@@ -253,7 +253,7 @@ TEST_F(OperNeighbor, IsSkippedWhenTheRequestedInterfaceHasNoName) {
     request_interface("");
     EXPECT_EQ(run_entry(), YMAP_OK);
     EXPECT_THAT(fw.stitches, IsEmpty());
-    // Run together on purpose.
+    // The space is missing on purpose.
     EXPECT_THAT(fw.debug_lines(), Contains("TRC: oclldp_get_with_int_key is 1oclldp_gl_int_name len is zero"));
     EXPECT_EQ(fw.numbered_lines(), fw.debug_lines());
 }
@@ -286,7 +286,7 @@ class OperRequestedNeighbor : public OperNeighbor, public ::testing::WithParamIn
 
 INSTANTIATE_TEST_SUITE_P(Every, OperRequestedNeighbor,
                          Values(RequestedCase{"SameIdAndPort", "switch7#eth1/0/1", "eth1/0/1", true},
-                                // Only the port is compared, never the device.
+                                // Only the port is compared, not the device.
                                 RequestedCase{"OtherDevice", "switch8#eth1/0/1", "eth1/0/1", true},
                                 RequestedCase{"OtherPort", "switch7#eth1/0/2", "eth1/0/1", false},
                                 RequestedCase{"ShorterPort", "switch7#eth1/0", "eth1/0/1", false},
@@ -436,7 +436,7 @@ TEST_F(OperNeighborStateId, TellsWhatItIsMadeOf) {
 TEST_F(OperNeighborStateId, IsLeftOutUntilTheNeighborIsStitched) {
     plugin->neighbor_list_mapped() = 0;
     EXPECT_EQ(run_device_id("switch7"), YMAP_OK);
-    // The doubled letter is meant.
+    // The doubled letter is intentional.
     EXPECT_THAT(fw.debug_lines(),
                 ElementsAre("TRC: Start", "TRC: Neighhbor list not stitched, ignore", "TRC: End"));
     EXPECT_EQ(fw.numbered_lines(), fw.debug_lines());

@@ -1,5 +1,5 @@
-// What the tests of the native operational responses share: the levels of the native tree with what the
-// walkers do at each, a device that answers look-ups, and a leaf callback run on its own.
+// What the tests of the native operational responses share: the levels of the native tree and what the walkers
+// do at each, a device that answers look-ups, and a way to run a single leaf callback.
 #ifndef OCLLDP_OPER_RESPONSES_H
 #define OCLLDP_OPER_RESPONSES_H
 
@@ -15,16 +15,16 @@ inline const std::string native_detail = "/lldp/nodes/node/neighbors/details/det
 inline const std::string native_neighbor = native_detail + "/lldp-neighbor";
 inline const std::string add_path = "yfw_map_datatree_add_path_flagged";
 
-// One level of the native tree. Names of functions stand without the common prefix `oper`.
+// One level of the native tree. Function names omit the common prefix `oper`.
 struct OperLevel {
     std::string label;
     std::vector<std::string> path; // tags from the root down to the level
-    std::string walker;            // whose loop walks the level's children
-    std::size_t walker_starts;     // where in `path` that walker's own node stands
+    std::string walker;            // the walker whose loop walks the level's children
+    std::size_t walker_starts;     // the index in `path` of that walker's own node
     std::string callback;          // the container or list callback
     std::string hook;              // for nodes of other modules
-    std::vector<std::string> tags; // the children, in the order in which they are tried
-    std::string list_path;         // of a list entry; empty for a container
+    std::vector<std::string> tags; // the children, in the order in which they are matched
+    std::string list_path;         // for a list entry; empty for a container
 
     bool is_list() const { return !list_path.empty(); }
     bool is_walkers_own() const { return walker_starts + 1 == path.size(); }
@@ -38,19 +38,19 @@ const OperLevel &oper_level(const std::string &label);
 const OperLevel &oper_level_at(const std::vector<std::string> &path);
 std::string oper_level_label(const ::testing::TestParamInfo<OperLevel> &info);
 
-// Nodes of `path` from position `from` on, one inside the other; the last one is `innermost`.
+// The nodes of `path` from index `from` on, nested; the last one is `innermost`.
 Node nest(const std::vector<std::string> &path, std::size_t from, Node innermost);
 
-// The pushes and pops of a walk down the first `depth` tags of a path, from position `from` on.
+// The pushes and pops of a walk down the first `depth` tags of a path, from index `from` on.
 std::vector<std::string> in_and_out(const std::vector<std::string> &path, std::size_t from, std::size_t depth);
 
-// The pushes and pops that were done.
+// The pushes and pops that the walk made.
 std::vector<std::string> hierarchy(const Double &fw);
 
-// How often a text stands in a list of texts.
+// How often a text occurs in a list of texts.
 std::size_t count_of(const std::vector<std::string> &texts, const std::string &text);
 
-// A get on a device with one neighbor that is in the output list, and one interface.
+// A get on a device with one interface, and one neighbor that is already in the output list.
 class OperTest : public OclldpTest {
 protected:
     OperTest() { answer_for_the_device(); }
@@ -61,18 +61,18 @@ protected:
     }
     // Walks a native tree from its root.
     terrno walk(const Node &root) { return run("lvla_lldp", root); }
-    // Runs a function, named without the prefix, on a native node.
+    // Runs a function, named without the prefix, with a native node.
     terrno run(const std::string &name, const Node &native) {
         trees.emplace_back(std::make_unique<Tree>(native, native_oper_ns));
         return call(oper + name, context, *trees.back());
     }
-    // Runs a leaf callback, named from the path words on, on a leaf with a value or without.
+    // Runs a leaf callback, named without the part before its path words, on a leaf with or without a value.
     terrno run_leaf(const std::string &suffix, const std::optional<std::string> &value) {
         Node native = node("native-leaf");
         native.value = value;
         return run("leaf_lvla_lldp_" + suffix, native);
     }
-    // Every add from the start of this function on fails.
+    // Makes every add fail from the start of this function on.
     void fail_adds_of(const std::string &name, terrno status);
 
     Context context{YMAP_REQ_GET};

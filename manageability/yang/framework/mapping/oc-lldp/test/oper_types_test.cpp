@@ -17,7 +17,7 @@ const std::vector<std::string> port_names = {
     "INTERFACE_ALIAS", "PORT_COMPONENT",   "MAC_ADDRESS", "NETWORK_ADDRESS",
     "INTERFACE_NAME",  "AGENT_CIRCUIT_ID", "LOCAL"};
 
-// Numbers that name no subtype, and texts that are no numbers.
+// Numbers that name no subtype, and texts that are not numbers.
 const std::vector<std::string> out_of_range = {"0",  "8",   "9",           "-1",
                                                "-7", "255", "4294967295",  "2147483648",
                                                "",   "x4",  "mac-address", "99999999999999999999"};

@@ -18,9 +18,9 @@ protected:
     const OperLevel &level() const { return GetParam(); }
     Node innermost() const { return node(level().tag()); }
     Node innermost_with(std::vector<Node> children) const { return innermost().children(std::move(children)); }
-    // From the root.
+    // Walks from the root.
     terrno walk_down_to(Node bottom) { return walk(nest(level().path, 0, std::move(bottom))); }
-    // From the node of the walker whose loop walks the level.
+    // Walks from the node of the walker whose loop walks the level.
     terrno walk_from_walker(Node bottom) {
         return run(level().walker, nest(level().path, level().walker_starts, std::move(bottom)));
     }
@@ -260,7 +260,7 @@ TEST_F(OperWalker, MapsInterfacesWithoutNeighborsToEntriesKeyedByNameOnly) {
     std::size_t next = 0;
     fw.node_info.clear();
     fw.node_info_fallback = [&](const std::string &, const std::string &name) {
-        // The list callback and the state callback each ask for the name.
+        // The list callback and the state callback each look up the name.
         return name == "interface-name" ? TextAnswer{.value = next++ < 2 ? "eth1" : "eth2"} : TextAnswer{};
     };
     EXPECT_EQ(walk(node("lldp").children({node("nodes").children(

@@ -1,4 +1,4 @@
-// The generated callbacks of the OpenConfig nodes: one native path a leaf, and the nodes with none.
+// The generated callbacks of the OpenConfig nodes: one native path per leaf, and the nodes without one.
 #include "oq_requests.h"
 
 namespace oclldp_test::request_mapping {
@@ -147,7 +147,7 @@ void PrintTo(const Forward &forward, std::ostream *stream) {
 
 class ForwardingLeaf : public OqTest, public ::testing::WithParamInterface<Forward> {
 protected:
-    // Status and adds of one call on a fresh input.
+    // Status and adds of one call with a fresh input node.
     std::pair<terrno, std::vector<Written>> run(const std::string &name) {
         Context context(GetParam().kind);
         Tree in(GetParam().input);
@@ -326,7 +326,7 @@ TEST_F(Unmapped, ListsAreOneFunctionThatSucceedsEvenWithoutNodes) {
     }
 }
 
-// 55 is none of the mapping's own statuses; it is kept.
+// 55 is not one of the mapping's own statuses; kept on purpose.
 TEST_F(Unmapped, LeavesAreOneFunctionThatReturns55AndAddsNothing) {
     const std::string duck = oq + "duck_map_leaf";
     for (const std::string name : {"duck_map_leaf", "leaf_lvla_lldp_state_type"}) {

@@ -1,4 +1,4 @@
-// The leaves of /lldp/config: what is written, deleted and read, and LLDP that is switched on on the way.
+// The leaves of /lldp/config: what is written, deleted and read, and when LLDP is switched on as a side effect.
 #include "oq_requests.h"
 
 namespace oclldp_test::request_mapping {
@@ -158,7 +158,7 @@ struct SettingLeaf {
     std::string name;
     std::string path;
     std::string value;        // OpenConfig
-    std::string native_value; // as it is written
+    std::string native_value; // as written
 };
 
 void PrintTo(const SettingLeaf &row, std::ostream *stream) {
@@ -179,7 +179,7 @@ class Setting : public GlobalEdit, public ::testing::WithParamInterface<SettingL
 protected:
     const SettingLeaf &row = GetParam();
 
-    // The conversion of the chassis id's type writes lines of its own.
+    // The conversion of the chassis id type logs its own lines.
     void expect_own_lines() const {
         if (row.callback != chassis_id_type)
             expect_lines();
@@ -232,7 +232,7 @@ TEST_P(Setting, SwitchesLldpOnFirstExactlyWhenTheSystemDatabaseDoesNotSayThatItI
             if (!database.on)
                 expected.insert(expected.begin(), cfg("/lldp/enable").with("true").from_input(operation));
             EXPECT_EQ(written(in), expected);
-            // After a check that found LLDP on the connection stays.
+            // If the check found LLDP on, the connection stays bound.
             EXPECT_EQ(fw.bound_connections().size(), database.on ? 1u : 0u);
             EXPECT_EQ(plugin->sysdb_conn() != 0, database.on);
             EXPECT_FALSE(changed_by_plugin(in));
@@ -340,7 +340,7 @@ TEST_P(HelloTimer, IsCheckedWhenItIsDeleted) {
     EXPECT_THAT(fw.error_paths, IsEmpty());
 }
 
-// The native model checks what is written.
+// The native model checks the values written.
 TEST_P(HelloTimer, IsWrittenUnchecked) {
     Tree in(leaf("hello-timer", GetParam().value));
     fw.sysdb_items["enable"] = {.value = 1};
@@ -348,7 +348,7 @@ TEST_P(HelloTimer, IsWrittenUnchecked) {
     EXPECT_THAT(written(in), ElementsAre(cfg("/lldp/timer").with(GetParam().value).from_input(YFW_OP_NONE)));
 }
 
-// Only the low 32 bits of the number count, and only the digits that the text begins with.
+// Only the leading digits count, and only the low 32 bits of their number.
 INSTANTIATE_TEST_SUITE_P(Values, HelloTimer,
                          ::testing::Values(Timer{"5", true}, Timer{"30", true}, Timer{"65534", true},
                                            Timer{"10s", true}, Timer{"4294967301", true},

@@ -1,4 +1,4 @@
-// The delete of /lldp/interfaces: one native removal for each interface with LLDP in the system database.
+// Deleting /lldp/interfaces: one native removal for each interface with LLDP in the system database.
 #include "oq_requests.h"
 
 namespace oclldp_test::request_mapping {
@@ -40,7 +40,7 @@ protected:
         fw.status_texts = {{YMAP_ERR_SYSDB_UNAVAILABLE, "library not present"}, {112, "no such thing"}};
     }
     void three_interfaces() { fw.sysdb_paths = {"Gi0_0_0_0/lldp/", "Gi0_0_0_1/a/lldp/enable", "Mg0/lldp/"}; }
-    // Nothing is held, and nothing was said of the global connection.
+    // No list and no connection is still held.
     void expect_nothing_held() {
         EXPECT_EQ(fw.live_lists(), 0u);
         EXPECT_THAT(fw.bound_connections(), IsEmpty());
@@ -125,7 +125,7 @@ TEST_F(InterfaceDelete, AddsNothingWhenNoInterfaceHasLldp) {
 
 // ---- a single entry --------------------------------------------------------------------------------
 
-// The error line for what is no error is kept.
+// The error line for something that is not an error is kept on purpose.
 TEST_F(InterfaceDelete, LeavesASingleEntryToTheListAndItsKey) {
     three_interfaces();
     Tree single(node("interface").operation(YFW_OP_DELETE));
@@ -144,7 +144,7 @@ struct Failure {
     std::string name;
     void (*prepare)(Double &fw);
     std::string message;
-    std::size_t interfaces; // mapped before
+    std::size_t interfaces; // mapped before the failure
 };
 
 void PrintTo(const Failure &failure, std::ostream *stream) {
@@ -188,7 +188,7 @@ TEST_F(InterfaceDelete, DoesNotBindWithoutTheLibrary) {
     EXPECT_THAT(fw.calls_of("sysdb_find"), IsEmpty());
 }
 
-// Kept: a failing add returns without the cleanup, so that list and connection leak.
+// Kept on purpose: a failing add returns without cleaning up, so the list and the connection leak.
 TEST_F(InterfaceDelete, ReturnsTheStatusOfAFailingAddAtOnceAndHoldsOnToListAndConnection) {
     for (unsigned nth = 1; nth <= 12; ++nth) {
         SCOPED_TRACE(nth);

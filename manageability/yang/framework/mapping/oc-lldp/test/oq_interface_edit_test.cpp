@@ -27,7 +27,7 @@ Written enter(const std::string &value) {
 
 class InterfaceEnabled : public OqTest {
 protected:
-    // Makes global LLDP on or off in the system database.
+    // Turns global LLDP on or off in the system database.
     void global_lldp(bool on) { fw.sysdb_items["enable"] = {.value = on ? 1u : 0u}; }
 
     Context context{YMAP_REQ_EDIT_ONE_KEY};
@@ -40,7 +40,7 @@ struct Edit {
     bool global_on;
     Value value;
     std::vector<Written> (*adds)(uint32_t operation);
-    bool removes; // the input node ends up as a removal
+    bool removes; // the input node becomes a removal
     std::vector<std::string> more_lines;
 };
 
@@ -195,7 +195,7 @@ struct FailingAdd {
     bool global_on;
     Value value;
     unsigned nth;
-    bool counts; // the callback returns the add's status
+    bool counts; // the callback returns this add's status
     std::size_t adds;
 };
 
@@ -301,7 +301,7 @@ protected:
         return {oper(state).with(value), oper(state + "/tx-enabled").with(value),
                 oper(state + "/rx-enabled").with(value)};
     }
-    // Adds and lines of a read of this kind.
+    // Expects the adds and lines of a read of this kind.
     void expect_of(uint32_t kind, const Value &value) {
         std::vector<Written> adds;
         lines = {"TRC: OC_LLDP: get-conf int lldp enabled status"};

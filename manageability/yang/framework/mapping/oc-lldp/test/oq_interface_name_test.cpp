@@ -1,4 +1,5 @@
-// The key of an interface entry and its config twin: what is added, and what is remembered for the answer.
+// The key of an interface entry and its config counterpart: what is added, and what is remembered for the
+// answer.
 #include "oq_requests.h"
 
 namespace oclldp_test::request_mapping {
@@ -17,13 +18,13 @@ using Value = std::optional<std::string>;
 
 class InterfaceKey : public OqTest {
 protected:
-    // A name and a flag of an earlier request.
+    // Leaves a name and a flag behind, as an earlier request would.
     void remember_something() {
         std::fill_n(plugin->interface_name(), OCLLDP_INTERFACE_NAME_SIZE, 'x');
         plugin->get_with_interface_key() = 1;
     }
     std::string remembered_bytes() const { return {plugin->interface_name(), OCLLDP_INTERFACE_NAME_SIZE}; }
-    // The name followed by zeros to the end of the buffer.
+    // The name, padded with zeros to the size of the buffer.
     static std::string padded(std::string name) {
         name.resize(OCLLDP_INTERFACE_NAME_SIZE, '\0');
         return name;
@@ -200,7 +201,7 @@ TEST_F(InterfaceKey, OfADeletedEntryIgnoresWhatHappensToTheNativeKeys) {
     }
 }
 
-// The failure returns at once: the flag stays for the next request.
+// The failure returns at once, so the flag stays set for the next request.
 TEST_F(InterfaceKey, OfADeletedEntryLeavesTheFlagSetWhenTheRemovalFails) {
     Tree in(leaf("name", "eth1"));
     plugin->deleting_interface() = 1;

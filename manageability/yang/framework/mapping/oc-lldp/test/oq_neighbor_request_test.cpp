@@ -1,4 +1,4 @@
-// Requests for neighbors: the list, its key, the keys of custom TLVs and of capabilities.
+// Requests for neighbors: the list, its key, and the keys of custom TLVs and capabilities.
 #include "oq_requests.h"
 
 #include <cstdlib>
@@ -83,7 +83,7 @@ TEST_F(NeighborList, WithoutANodeForgetsNothing) {
 
 // ---- the key ---------------------------------------------------------------------------------------
 
-// An id, and what it is split into.
+// An id, and the parts that it is split into.
 struct Id {
     std::string name;
     std::string id;
@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Id{"Of300Characters", long_device, long_device, long_device.substr(0, 255), ""}),
     [](const auto &test) { return test.param.name; });
 
-// The misspelt literal that gives the length is as long as the right one.
+// The misspelt literal that gives the length is as long as the correct one.
 TEST_F(NeighborKey, DisabledIsCopiedWithTheLengthOfItsLiteral) {
     Tree in(match("id", "DISABLED#eth1"));
     EXPECT_EQ(call(key, context, in), YMAP_OK);
@@ -188,7 +188,7 @@ TEST_F(NeighborKey, OfTheNextReadReplacesTheLastAndFreesIt) {
     Tree first(match("id", "router1#eth1"));
     Tree second(match("id", "a-router-with-a-longer-name#eth1"));
     EXPECT_EQ(call(key, context, first), YMAP_OK);
-    // From here on the double watches whether the plug-in frees it.
+    // From here on, the double notices whether the plug-in frees it.
     fw.strings[plugin->neighbor_id()] = "the first id";
     EXPECT_EQ(call(key, context, second), YMAP_OK);
     EXPECT_EQ(fw.live_strings("the first id"), 0u);
@@ -252,7 +252,7 @@ TEST_F(NeighborKey, ThatCannotBeTakenApartIsRememberedButNotMapped) {
     EXPECT_THAT(fw.errors(), IsEmpty());
 }
 
-// No device part at all: whatever is asked for, the id itself is remembered and nothing is lost.
+// With no device part, the id itself is remembered whatever is requested; nothing is lost.
 TEST_F(NeighborKey, WithoutADevicePartIsStillRemembered) {
     for (const std::string id : {"", "#", "##"}) {
         Tree in(match("id", id));
@@ -299,7 +299,7 @@ TEST_P(CustomTlvType, IsAcceptedInAnEditWhateverItIs) {
     }
 }
 
-// Only the low 32 bits count, and only the digits that the text begins with.
+// Only the leading digits count, and only the low 32 bits of their number.
 INSTANTIATE_TEST_SUITE_P(Values, CustomTlvType,
                          ::testing::Values(Type{"127", true}, Type{"0127", true}, Type{"127x", true},
                                            Type{"4294967423", true}, Type{"1", false}, Type{"0", false},

@@ -1,5 +1,5 @@
-// What the tests of the OpenConfig side have in common: the native paths that a callback wrote, in a form
-// that compares and prints, and the lines that it wrote on both channels.
+// What the tests of the OpenConfig side share: the native paths that a callback wrote, in a form that can be
+// compared and printed, and the lines that it wrote on both channels.
 #ifndef OCLLDP_OQ_REQUESTS_H
 #define OCLLDP_OQ_REQUESTS_H
 
@@ -18,15 +18,15 @@ namespace oclldp_test::request_mapping {
 
 inline const std::string oq = "ymap_oq_oclldp_openconfiglldp_";
 inline const std::vector<uint32_t> read_kinds = {YMAP_REQ_GET_CONFIG, YMAP_REQ_GET};
-// Those with rules of their own in the walkers, and some around the two reads.
+// The kinds with special rules in the walkers, and some next to the two kinds of reads.
 inline const std::vector<uint32_t> edit_kinds = {1, 8, 9, 11, 15, 0xffffffffu};
 
-// One add: everything that the framework got, and what it found at the source node at that moment.
+// One add: all its arguments, and the state of the source node at that moment.
 struct Written {
     std::string path;
     std::string ns;
     std::optional<std::string> value;
-    std::optional<uint32_t> operation; // of the input node, which is the source; unset: no source
+    std::optional<uint32_t> operation; // of the input node, which is the source; unset without a source
     uint32_t list_entry = 0;
     uint32_t flags = 0;
     std::string oddity; // a source or a parent that no callback should use
@@ -37,7 +37,7 @@ struct Written {
         value = std::move(text);
         return std::move(*this);
     }
-    // With the input node as source, whose operation is `op` at that moment.
+    // With the input node as the source, whose operation was `op` at that moment.
     Written from_input(uint32_t op) && {
         operation = op;
         return std::move(*this);
@@ -75,19 +75,19 @@ inline std::string text_of(const std::optional<std::string> &value) {
     return value.value_or("no value");
 }
 
-// A leaf with a value or without one.
+// A leaf with or without a value.
 inline Node leaf_with(std::string name, std::optional<std::string> value) {
     return value ? leaf(std::move(name), std::move(*value)) : node(std::move(name));
 }
 
-// The same in a read, where a value makes it a content-match node.
+// The same for a read, where a value makes it a content-match node.
 inline Node selection(std::string name, std::optional<std::string> value) {
     return value ? match(std::move(name), std::move(*value)) : node(std::move(name));
 }
 
 class OqTest : public OclldpTest {
 protected:
-    // The adds so far, seen from the input node `in`.
+    // The adds so far, relative to the input node `in`.
     std::vector<Written> written(const tidl_yfw_datatree *in) const {
         std::vector<Written> result;
         std::transform(fw.adds.begin(), fw.adds.end(), std::back_inserter(result), [&](const Add &add) {
@@ -107,7 +107,7 @@ protected:
         return result;
     }
 
-    // That both channels got "Start", these lines and "End"; numbered lines are cut to 249 characters.
+    // Expects "Start", these lines and "End" on both channels; numbered lines are cut to 249 characters.
     void expect_lines(std::vector<std::string> between = {}) const {
         between.insert(between.begin(), "TRC: Start");
         between.emplace_back("TRC: End");
@@ -124,7 +124,7 @@ protected:
         EXPECT_EQ(fw.numbered_lines(), numbered);
     }
 
-    // The calls that reach the system database or its library, in order.
+    // The calls to the system database or its library, in order.
     std::vector<std::string> system_database_calls() const {
         std::vector<std::string> kept;
         for (const Call &one : fw.calls) {
@@ -139,7 +139,7 @@ protected:
     }
 };
 
-// A state of the system database, and whether LLDP counts as on in it.
+// A state of the system database, and whether it makes LLDP count as on.
 struct SystemDatabase {
     std::string name;
     void (*prepare)(Double &fw);

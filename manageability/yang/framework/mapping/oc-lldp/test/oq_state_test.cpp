@@ -31,7 +31,7 @@ protected:
     terrno call_container(Context &context, tidl_yfw_datatree *in, uint32_t count) {
         return plugin->call_container(container, context, in, count, &output);
     }
-    // Makes the context one of a request for operational data only.
+    // Turns the context's request into one for operational data only.
     static void operational_only(Context &context) {
         context.descriptor.touches_560 = 0x01;
         context.descriptor.data_kind = YFW_CONTENT_OPERATIONAL;
@@ -64,7 +64,7 @@ std::set<Bit> counting_bits() {
     return bits;
 }
 
-// A callback that asks what the request touches, and how its answer shows.
+// A callback that checks what the request touches, and how to observe the result.
 struct Asker {
     std::string name;
     uint32_t kind;
@@ -100,14 +100,14 @@ const std::vector<Asker> askers = {
 
 class OperationalScope : public Interfaces, public ::testing::WithParamInterface<Asker> {
 protected:
-    // Whether the callback takes a request with this descriptor for one of operational data.
+    // Whether the callback treats a request with this descriptor as one for operational data.
     bool operational(Context &context) {
         Tree in(match("name", "eth1"));
         fw.forget_calls();
         EXPECT_EQ(GetParam().call(*plugin, context, in, &output), YMAP_OK);
         return GetParam().took_it_for_operational(*plugin, fw);
     }
-    // The same of a request of data kind 2 with one bit set.
+    // The same for a request of data kind 2 with one bit set.
     bool operational_by(const Bit &bit, uint32_t data_kind = YFW_CONTENT_OPERATIONAL) {
         Context context(GetParam().kind);
         context.ctx.trace_enabled = 0;
@@ -115,7 +115,7 @@ protected:
         context.descriptor.data_kind = data_kind;
         return operational(context);
     }
-    // All bits of the descriptor but those of the request kind and of the data kind.
+    // All bits of the descriptor except those of the request kind and the data kind.
     static std::vector<Bit> all_bits() {
         std::vector<Bit> bits;
         for (std::size_t offset = sizeof(uint32_t); offset < sizeof(yfw_request_descriptor); ++offset) {

@@ -1,4 +1,4 @@
-// The leaf-list suppress-tlv-advertisement: one native disable leaf a TLV.
+// The leaf-list suppress-tlv-advertisement: one native disable leaf per TLV.
 #include "oq_requests.h"
 
 namespace oclldp_test::request_mapping {
@@ -96,7 +96,7 @@ TEST_P(OneTlv, DeletedReturnsTheStatusOfTheSecondAddOnly) {
     }
 }
 
-// Unlike the other settings it switches LLDP on after its own leaf.
+// Unlike the other settings, it switches LLDP on after writing its own leaf.
 TEST_P(OneTlv, WrittenSwitchesLldpOnLastExactlyWhenTheSystemDatabaseDoesNotSayThatItIsOn) {
     for (const SystemDatabase &database : system_databases) {
         for (const uint32_t operation : {YFW_OP_NONE, YFW_OP_REPLACE, YFW_OP_CREATE}) {
@@ -127,7 +127,7 @@ TEST_P(OneTlv, WrittenDoesNotSwitchLldpOnInARequestThatDoesSoItself) {
     EXPECT_THAT(system_database_calls(), IsEmpty());
 }
 
-// The status of the last add made counts: the leaf's own when LLDP is on, else that of the switch.
+// The status of the last add counts: the leaf's own when LLDP is on, else that of switching LLDP on.
 TEST_P(OneTlv, WrittenReturnsTheStatusOfTheLastAddMade) {
     for (const bool on : {true, false}) {
         const unsigned adds = on ? 2 : 3;
@@ -180,7 +180,7 @@ TEST_F(SuppressTlv, DeletedAsAWholeReturnsTheStatusOfTheSecondAddOnly) {
     }
 }
 
-// Kept as it is: an empty entry lands on the leaf of the system name, and switches nothing on.
+// Kept on purpose: an empty entry maps to the leaf of the system name and switches nothing on.
 TEST_F(SuppressTlv, WrittenWithoutAValueLandsOnTheSystemName) {
     for (const uint32_t operation : {YFW_OP_NONE, YFW_OP_REPLACE}) {
         for (const std::optional<std::string> &value : {std::optional<std::string>(), {""}}) {
@@ -228,7 +228,7 @@ TEST_P(RefusedTlv, LeavesTheMessageForTheReplyAfterTheFirstAdd) {
         EXPECT_EQ(edit.err_node_name(), "Invalid argument passed for tlv");
         EXPECT_THAT(fw.calls_of("yfw_strdup"),
                     ElementsAre(Call{"yfw_strdup", "Invalid argument passed for tlv, YFW_MAP"}));
-        // The reply carries the message alone: no error path is recorded here.
+        // The reply carries only the message: no error path is recorded here.
         EXPECT_THAT(fw.error_paths, IsEmpty());
         EXPECT_THAT(fw.calls_of("yfw_map_get_node_info"), IsEmpty());
     }
@@ -245,7 +245,7 @@ INSTANTIATE_TEST_SUITE_P(Values, RefusedTlv,
                                            "SYSTEM_NAME ", " SYSTEM_NAME", "SYSTEM-NAME", "SYSTEM_NAME2", "x",
                                            std::string(300, 'S')));
 
-// The text that was there is not freed: an accepted leak.
+// The previous text is not freed: an accepted leak.
 TEST_F(SuppressTlv, RefusedLeaksAnEarlierNameOfTheReply) {
     context.req.err_node_name = yfw_strdup("earlier", "YFW MAP");
     Tree in(leaf(leaf_list, "TTL"));

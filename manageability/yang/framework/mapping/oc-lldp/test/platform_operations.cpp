@@ -1,4 +1,4 @@
-// The platform calls beside the framework, as the double does them.
+// The double's implementation of the platform calls outside the framework.
 #include <cerrno>
 #include <cstdio>
 #include <cstring>

@@ -5,9 +5,9 @@
 
 #include "recording_double.h"
 
-// The executable's definitions come before the C library's for the plug-in as for everyone else; calls that
-// do not come from the plug-in's code pass straight through. No instrumentation: the first calls come
-// before the sanitizers have started.
+// The executable's definitions take precedence over the C library's, for the plug-in and for everything else.
+// Calls from outside the plug-in's code pass straight through. Not instrumented: the first calls arrive before
+// the sanitizers have started.
 #ifdef YFW_SANITIZED
 extern "C" void *__interceptor_malloc(std::size_t size);
 extern "C" void *__interceptor_calloc(std::size_t count, std::size_t size);
@@ -29,7 +29,7 @@ namespace {
 
 std::uintptr_t plugin_begin = 0;
 std::uintptr_t plugin_end = 0;
-unsigned allocations_until_failure = 0; // 0: none will fail
+unsigned allocations_until_failure = 0; // 0: none fails
 
 UNINSTRUMENTED bool is_plugin_code(const void *address) {
     const auto number = reinterpret_cast<std::uintptr_t>(address);

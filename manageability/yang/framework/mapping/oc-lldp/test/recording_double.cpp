@@ -37,7 +37,7 @@ void Double::on_call(const std::string &operation, std::function<void(const Call
 std::optional<uint32_t> Double::record(const std::string &operation, std::string args) {
     calls.push_back({operation, std::move(args)});
     const unsigned nth = ++counts[operation];
-    // A copy: a hook may cause further calls.
+    // A copy, since a hook may cause further calls.
     const Call call = calls.back();
     std::vector<std::function<void(const Call &)>> to_run;
     const auto [first, last] = hooks.equal_range(operation);
@@ -59,7 +59,7 @@ std::vector<Call> Double::mapping_calls() const {
         "yfw_debug_should_log", "_qdos_dt_log_filter_adv", "ret_nc_yfw_trace_index_incr", "_lstrace",
         "yfw_map_do_these_match", "yfw_strncpy_s", "yfw_strcpy_s", "yfw_strcat_s", "yfw_strcmp_s", "yfw_strdup",
         "qdos_named_free", "terr_strerror",
-        // Predicates: asking them changes nothing.
+        // Predicates: calling them changes nothing.
         "yfw_map_is_request_delete", "yfw_map_is_request_add", "yfw_map_util_itree_stack_size"};
     std::vector<Call> kept;
     std::copy_if(calls.begin(), calls.end(), std::back_inserter(kept),

@@ -33,7 +33,7 @@ terrno untouched(yfw_map_ctx, const tidl_yfw_datatree *, tidl_yfw_datatree *) {
 class RegistrationRecord : public OclldpTest, public ::testing::WithParamInterface<Registration> {
 protected:
     RegistrationRecord() {
-        // Whatever the record held before: texts full, slots taken.
+        // Whatever the record held before: full texts, used slots.
         std::memset(&record, 'x', offsetof(yfw_map_registration, oc_to_native));
         record.framework_callbacks[0] = record.framework_callbacks[1] = untouched;
         record.flag_a = record.flag_b = 99;

@@ -1,5 +1,5 @@
-// What the tests of the native-to-OpenConfig callbacks share: the names' common parts, and readable forms of
-// what the double wrote down.
+// What the tests of the native-to-OpenConfig callbacks share: common parts of names, and readable forms of what
+// the double recorded.
 #ifndef OCLLDP_RESPONSE_EXPECTATIONS_H
 #define OCLLDP_RESPONSE_EXPECTATIONS_H
 
@@ -37,7 +37,7 @@ inline void PrintTo(const Selection &selection, std::ostream *stream) {
             << ", content " << selection.content;
 }
 
-// Every combination of request kind, selection parameters and content selector that a callback can meet.
+// Every combination of request kind, selection parameters and content selector that a callback can encounter.
 inline std::vector<Selection> every_selection() {
     std::vector<Selection> all;
     for (const uint32_t kind : {0u, 1u, 8u, 10u, 15u}) {
@@ -49,7 +49,7 @@ inline std::vector<Selection> every_selection() {
     return all;
 }
 
-// "path = value", or the path alone for an add without a value.
+// "path = value", or just the path for an add without a value.
 inline std::string summary(const Add &add) {
     return add.value ? add.path + " = " + *add.value : add.path;
 }
@@ -61,13 +61,13 @@ inline std::vector<std::string> summaries(const Double &fw) {
     return all;
 }
 
-// An add of an OpenConfig node straight below the output tree, with nothing to take an operation over from.
+// An add of an OpenConfig node directly below the output tree, without a source node.
 MATCHER_P(IsPlainAddTo, parent, "is a plain OpenConfig add to the output tree") {
     return arg.parent == parent && arg.ns == oc_ns && arg.source == nullptr && arg.list_entry == 0 &&
            arg.flags == 0;
 }
 
-// The walk as a story: "push NODE KIND", "pop NODE", "current PATH", "list+ NODE", "list- NODE", "add PATH",
+// The steps of the walk: "push NODE KIND", "pop NODE", "current PATH", "list+ NODE", "list- NODE", "add PATH",
 // and "FUNCTION: MESSAGE" for each numbered line, in order.
 inline std::vector<std::string> steps(const Double &fw, bool with_lines = true) {
     std::vector<std::string> told;
@@ -108,7 +108,7 @@ inline std::vector<std::string> messages_of(const Double &fw, const std::string 
     return messages;
 }
 
-// How often a function left its exit line on the numbered channel.
+// How often a function wrote its exit line to the numbered channel.
 inline std::size_t ends_of(const Double &fw, const std::string &function) {
     const std::vector<std::string> messages = messages_of(fw, function);
     return static_cast<std::size_t>(std::count(messages.begin(), messages.end(), "End"));

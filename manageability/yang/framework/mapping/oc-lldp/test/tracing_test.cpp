@@ -1,5 +1,5 @@
-// The two trace channels: gates, formats, order, per-site slots, cut lines; the assertion's text; what
-// stands in the error reply.
+// The two trace channels: gates, formats, order, per-site slots, cut lines; the assertion's text; and the error
+// reply's content.
 #include <gmock/gmock.h>
 
 #include <map>
@@ -181,12 +181,12 @@ TEST_P(LongLines, AreCutTo249CharactersOnTheNumberedChannelOnly) {
     EXPECT_EQ(numbered, (start + message).substr(0, 249));
 }
 
-// The start of the line is some 110 characters long, so these end before, around and after the bound.
+// The start of the line is about 110 characters long, so these end before, around and after the bound.
 INSTANTIATE_TEST_SUITE_P(OfManyLengths, LongLines, ::testing::Values(1, 30, 50, 60, 70, 100, 127, 200, 500));
 
 // ---- slots and names -------------------------------------------------------------------------------
 
-// Callbacks under every way of reporting: without nodes, in a read and in an edit.
+// Callbacks in each way of reporting: without nodes, in a read and in an edit.
 class EverySite : public OclldpTest {
 protected:
     void run_all() {
@@ -257,7 +257,7 @@ TEST_F(EverySite, NamesTheExportedCallbackThatRuns) {
 
 struct Prototype {
     const char *name;
-    const char *source; // file name without its ending
+    const char *source; // file name without its extension
 };
 
 void PrintTo(const Prototype &prototype, std::ostream *stream) {
