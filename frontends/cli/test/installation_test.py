@@ -62,6 +62,17 @@ class Installation(unittest.TestCase):
         self.assertEqual(json.loads(answer.stdout)["openconfig-lldp:lldp"]["config"]["system-name"],
                          "installed.example.net")
 
+    def test_tells_a_framework_where_the_contract_and_the_plug_in_are(self):
+        environment = dict(os.environ, PKG_CONFIG_PATH=str(self.prefix / "lib/pkgconfig"))
+        flags = run("pkg-config", "--cflags", "yfw-plugin", env=environment)
+        self.assertEqual((flags.returncode, flags.stderr), (0, ""))
+        plugins = run("pkg-config", "--variable=plugindir", "yfw-plugin", env=environment).stdout.strip()
+        self.assertTrue((pathlib.Path(plugins) / "liboclldp.so").is_file())
+        source = self.prefix / "contract.c"
+        source.write_text("#include <yfw_map.h>\n#include <oclldp_callbacks.h>\nyfw_map_register_function registers;\n")
+        compiled = run("cc", "-std=c11", "-Wall", "-Werror", *flags.stdout.split(), "-fsyntax-only", str(source))
+        self.assertEqual((compiled.returncode, compiled.stderr), (0, ""))
+
     def test_uses_no_models_from_elsewhere(self):
         module = self.prefix / "share/yfw/models/openconfig-lldp.yang"
         text = module.read_text()

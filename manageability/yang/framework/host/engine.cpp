@@ -244,16 +244,20 @@ terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &pa
 }
 
 // An edit's native data is the running configuration: that is what the platform answers from.
-std::vector<NativePath> Engine::map_edit(const yang::EditNode &edit, yang::SharedData running) {
-    const std::lock_guard<std::mutex> serialised(one_request_);
+NativePaths Engine::walk_edit(const yang::EditNode &edit, yang::SharedData running, Purpose purpose) {
     const DeviceSnapshot device(questions_, {std::move(running)});
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
     NativePaths paths;
-    if (walk_edit(edit, false, paths))
-        walk_edit(edit, true, paths);
-    return paths.paths();
+    if (walk_edit_once(edit, false, purpose, paths))
+        walk_edit_once(edit, true, purpose, paths);
+    return paths;
+}
+
+std::vector<NativePath> Engine::map_edit(const yang::EditNode &edit, yang::SharedData running) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    return walk_edit(edit, std::move(running), Purpose::mapping).paths();
 }
 
 Explanation Engine::explain(const ReadRequest &request) {
@@ -271,18 +275,9 @@ Explanation Engine::explain(const ReadRequest &request) {
 }
 
 Explanation Engine::explain(const yang::EditNode &edit, yang::SharedData running) {
-    trace_buffer_.clear();
-    explaining_ = true;
-    NativePaths paths;
-    const DeviceSnapshot device(questions_, {std::move(running)});
     const std::lock_guard<std::mutex> serialised(one_request_);
-    platform_.settings().device = &device;
-    const platform::Platform::Scope in_use(platform_);
-    const RequestEnd end_of_request(platform_);
-    if (walk_edit(edit, false, paths))
-        walk_edit(edit, true, paths);
-    explaining_ = false;
-    return explanation_of(paths);
+    trace_buffer_.clear();
+    return explanation_of(walk_edit(edit, std::move(running), Purpose::explaining));
 }
 
 Explanation Engine::explanation_of(const NativePaths &paths) {
@@ -290,11 +285,12 @@ Explanation Engine::explanation_of(const NativePaths &paths) {
 }
 
 // Returns whether a replace stopped after its delete pass: what it brings is then still to be merged.
-bool Engine::walk_edit(const yang::EditNode &edit, bool replace_as_merge, NativePaths &paths) {
+bool Engine::walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose,
+                            NativePaths &paths) {
     RequestTraits traits;
     traits.kind = YMAP_REQ_EDIT_ONE_KEY; // an entry is edited by exactly one key
     traits.trace = trace_;
-    traits.number_trace = explaining_;
+    traits.number_trace = purpose == Purpose::explaining;
     Pass pass(traits, trace_buffer_);
     paths.follow(&pass.context.hierarchy(), &trace_buffer_);
     pass.check(walk_tree(pass, pass.requests.emplace_back(edit, replace_as_merge), paths));

@@ -72,7 +72,9 @@ private:
     void start_plugin_anew();
     void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);
     terrno walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths);
-    bool walk_edit(const yang::EditNode &edit, bool replace_as_merge, NativePaths &paths);
+    enum class Purpose { mapping, explaining };
+    NativePaths walk_edit(const yang::EditNode &edit, yang::SharedData running, Purpose purpose);
+    bool walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose, NativePaths &paths);
     Explanation explanation_of(const NativePaths &paths);
     terrno walk_once(Pass &pass, const Selection &selection, NativePaths &paths);
     void walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device, AnswerTree &answer);
@@ -90,7 +92,6 @@ private:
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;
-    bool explaining_ = false;
     std::mutex one_request_; // the plug-in's globals serve one request at a time
 };
 

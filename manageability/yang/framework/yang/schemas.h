@@ -21,8 +21,9 @@ struct MappedModules {
 };
 
 // Loads the native modules from `native_dir` and the OpenConfig modules from `openconfig_dir`; throws Error
-// naming the module that cannot be loaded. The schemas live as long as this object. One libyang context serves
-// one thread at a time.
+// naming the module that cannot be loaded. The schemas live as long as this object and do not change, so that
+// several threads may parse, print and read data of them at once; a data tree itself belongs to one thread at a
+// time unless nobody changes it. libyang keeps the last error of each thread apart.
 class Schemas {
 public:
     Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
