@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "frontends/netconf/framing.h"
+#include "frontends/netconf/messages/framing.h"
 
 namespace yfw::bench {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "frontends/netconf/netconf_server.h"
+#include "frontends/netconf/transport/netconf_server.h"
 
 namespace yfw::bench {
 

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "frontends/netconf/conversation.h"
-#include "frontends/netconf/server_events.h"
+#include "frontends/netconf/events/server_events.h"
+#include "frontends/netconf/operations/conversation.h"
 #include "sources/file/file_source.h"
 
 namespace yfw::netconf::fuzz {

@@ -13,9 +13,9 @@
 #include <tuple>
 #include <vector>
 
-#include "frontends/netconf/framing.h"
 #include "frontends/netconf/fuzz/fuzzed_server.h"
-#include "frontends/netconf/rpc_error.h"
+#include "frontends/netconf/messages/framing.h"
+#include "frontends/netconf/messages/rpc_error.h"
 
 namespace yfw::netconf::fuzz {
 namespace {

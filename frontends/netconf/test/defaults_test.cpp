@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "frontends/netconf/defaults.h"
+#include "frontends/netconf/filters/defaults.h"
 #include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {

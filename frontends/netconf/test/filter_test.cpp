@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "frontends/netconf/filter.h"
-#include "frontends/netconf/rpc_error.h"
+#include "frontends/netconf/filters/filter.h"
+#include "frontends/netconf/messages/rpc_error.h"
 #include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {

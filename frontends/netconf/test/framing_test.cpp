@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "frontends/netconf/framing.h"
+#include "frontends/netconf/messages/framing.h"
 
 namespace yfw::netconf {
 namespace {

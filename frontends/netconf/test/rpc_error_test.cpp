@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "frontends/netconf/rpc_error.h"
-#include "frontends/netconf/xml.h"
+#include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/messages/xml.h"
 #include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {

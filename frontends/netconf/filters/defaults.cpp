@@ -1,0 +1,118 @@
+#include "frontends/netconf/filters/defaults.h"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "frontends/netconf/filters/selected.h"
+#include "frontends/netconf/messages/rpc_error.h"
+
+namespace yfw::netconf {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, WithDefaults>, 4> words{{
+    {"explicit", WithDefaults::as_set},
+    {"report-all", WithDefaults::report_all},
+    {"report-all-tagged", WithDefaults::report_all_tagged},
+    {"trim", WithDefaults::trim},
+}};
+
+uint32_t print_option(WithDefaults mode) {
+    switch (mode) {
+    case WithDefaults::report_all:
+        return LYD_PRINT_WD_ALL;
+    case WithDefaults::report_all_tagged:
+        return LYD_PRINT_WD_IMPL_TAG;
+    case WithDefaults::trim:
+        return LYD_PRINT_WD_TRIM;
+    case WithDefaults::as_set:
+        break;
+    }
+    return LYD_PRINT_WD_EXPLICIT;
+}
+
+// libyang writes a carriage return as it is, and who reads XML takes that for the end of a line (XML
+// section 2.11).
+std::string with_carriage_returns(const char *xml) {
+    std::string text;
+    for (const char *at = xml; *at != '\0';) {
+        const size_t plain = std::strcspn(at, "\r");
+        text.append(at, plain);
+        at += plain;
+        for (; *at == '\r'; at++)
+            text += "&#13;";
+    }
+    return text;
+}
+
+std::string print(const lyd_node *data, uint32_t options) {
+    if (data == nullptr)
+        return "";
+    char *text = nullptr;
+    lyd_print_mem(&text, data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | options);
+    const std::unique_ptr<char, decltype(&std::free)> printed(text, std::free);
+    return printed != nullptr ? with_carriage_returns(printed.get()) : "";
+}
+
+const char *default_of(const lysc_node *node) {
+    if (node->nodetype != LYS_LEAF || (node->flags & LYS_CONFIG_W) == 0)
+        return nullptr;
+    const lyd_value *value = reinterpret_cast<const lysc_node_leaf *>(node)->dflt;
+    return value != nullptr ? lyd_value_get_canonical(node->module->ctx, value) : nullptr;
+}
+
+void add_to(lyd_node *parent, const Selections &selections) {
+    const lysc_node *node = nullptr;
+    while ((node = lys_getnext(node, parent->schema, nullptr, 0)) != nullptr) {
+        const char *value = default_of(node);
+        lyd_node *found = nullptr;
+        if (value == nullptr || !selects_leaf(selections, node) ||
+            lyd_find_sibling_val(lyd_child(parent), node, nullptr, 0, &found) != LY_ENOTFOUND)
+            continue;
+        lyd_node *added = nullptr;
+        if (lyd_new_term(parent, nullptr, node->name, value, 0, &added) == LY_SUCCESS)
+            added->flags |= LYD_DEFAULT;
+    }
+    const SelectedChildren below(selections);
+    for (lyd_node *child = lyd_child(parent); child != nullptr; child = child->next)
+        if ((child->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0)
+            add_to(child, below.at(child));
+}
+
+} // namespace
+
+std::string with_defaults_capability() {
+    return "urn:ietf:params:netconf:capability:with-defaults:1.0?basic-mode=explicit"
+           "&also-supported=report-all,report-all-tagged,trim";
+}
+
+WithDefaults with_defaults_of(const Element &operation) {
+    for (const Element &child : operation.children()) {
+        if (!child.is(with_defaults_ns, "with-defaults"))
+            continue;
+        for (const auto &[word, mode] : words)
+            if (child.text() == word)
+                return mode;
+        throw RpcError("protocol", "invalid-value",
+                       "<with-defaults> is explicit, report-all, report-all-tagged or trim")
+            .with_info("<bad-element>with-defaults</bad-element>");
+    }
+    return WithDefaults::as_set;
+}
+
+void add_defaults(lyd_node *data, const host::Selection &selection) {
+    if (data != nullptr)
+        add_to(data, {&selection});
+}
+
+std::string print_data(const lyd_node *data, WithDefaults mode) {
+    return print(data, print_option(mode));
+}
+
+std::string print_cut_data(const lyd_node *data, WithDefaults mode) {
+    return print(data, print_option(mode) | LYD_PRINT_KEEPEMPTYCONT);
+}
+
+} // namespace yfw::netconf

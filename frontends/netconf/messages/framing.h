@@ -1,0 +1,68 @@
+// The two framings of NETCONF over a byte stream (RFC 6242 sections 4.2 and 4.3).
+#ifndef YFW_FRONTENDS_NETCONF_MESSAGES_FRAMING_H
+#define YFW_FRONTENDS_NETCONF_MESSAGES_FRAMING_H
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace yfw::netconf {
+
+enum class Framing { end_of_message, chunked };
+
+// Bytes. Neither limit can be larger than the grammar allows: 4294967295 for a chunk.
+struct FrameLimits {
+    uint64_t chunk = 10u << 20;
+    uint64_t message = 64u << 20;
+};
+
+// The stream breaks the framing or a limit; the session cannot go on.
+class FramingError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Takes a stream apart. Memory is bounded by the limit of a message.
+class FrameReader {
+public:
+    explicit FrameReader(const FrameLimits &limits = {}) : limits_(limits) {}
+
+    // What is fed from the next message on has this framing.
+    void use(Framing framing) { framing_ = framing; }
+
+    void feed(std::string_view bytes) { buffer_.append(bytes); }
+
+    // The next whole message; nothing when it has not all come. Throws FramingError, then and ever after.
+    std::optional<std::string> next();
+
+    // Whether a message has begun.
+    bool is_inside_message() const { return !buffer_.empty() || !message_.empty() || has_chunk_; }
+
+private:
+    std::optional<std::string> next_by_delimiter();
+    std::optional<std::string> next_by_chunks();
+    // Whether the chunk header was whole; sets the size of the chunk, or the end.
+    bool read_header();
+    uint64_t chunk_size(std::string_view digits) const;
+    bool read_chunk();
+    void drop_consumed();
+
+    FrameLimits limits_;
+    Framing framing_ = Framing::end_of_message;
+    std::string buffer_;
+    size_t at_ = 0;       // consumed of the buffer
+    size_t searched_ = 0; // of the buffer, for the delimiter
+    std::string message_; // the chunks so far
+    uint64_t left_ = 0;   // of the chunk at hand
+    bool has_chunk_ = false;
+    bool ended_ = false;
+};
+
+// A message as it is sent.
+std::string frame(Framing framing, std::string_view message);
+
+} // namespace yfw::netconf
+
+#endif

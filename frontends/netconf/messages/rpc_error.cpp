@@ -1,0 +1,123 @@
+#include "frontends/netconf/messages/rpc_error.h"
+
+#include "host/host_status.h"
+#include "yang/yang_text.h"
+
+namespace yfw::netconf {
+namespace {
+
+// Each step of an OpenConfig path gets the prefix that openconfig_path_element() declares.
+std::string prefixed(const std::string &path, const std::string &prefix) {
+    std::string text;
+    bool quoted = false;
+    bool step = false;
+    for (const char c : path) {
+        if (c == '\'')
+            quoted = !quoted;
+        if (step && c != '/')
+            text += prefix;
+        step = !quoted && (c == '/' || c == '[');
+        text += c;
+    }
+    return text;
+}
+
+bool is_openconfig_path(const std::string &path, const lysc_node *openconfig) {
+    const std::string top = "/" + std::string(openconfig->name);
+    return path == top || path.starts_with(top + "/");
+}
+
+// "/module:top/config" as "/top/config".
+std::string without_module(const std::string &path, const lysc_node *openconfig) {
+    const std::string module = "/" + std::string(openconfig->module->name) + ":";
+    return path.rfind(module, 0) == 0 ? "/" + path.substr(module.size()) : path;
+}
+
+// The error-info that RFC 6241 appendix A demands with a tag; `name`: of the node at the end of the path.
+std::string mandatory_info(const Error &error, const std::string &name) {
+    switch (error.tag()) {
+    case ErrorTag::unknown_element:
+    case ErrorTag::bad_element:
+        return text_element("bad-element", name);
+    case ErrorTag::missing_element:
+        return text_element("bad-element", error.subject().empty() ? name : error.subject());
+    case ErrorTag::unknown_namespace:
+        return text_element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) +
+               "</bad-namespace>";
+    case ErrorTag::bad_attribute:
+    case ErrorTag::unknown_attribute:
+        return text_element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
+               text_element("bad-element", name);
+    case ErrorTag::lock_denied:
+        return text_element("session-id", error.subject());
+    default:
+        return "";
+    }
+}
+
+} // namespace
+
+std::string escaped(std::string_view text) {
+    const bool is_text = yang::is_yang_text(std::string(text).c_str());
+    std::string out;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        default:
+            // Messages may quote what was wrong with a request, down to its bytes.
+            out += is_text || (c >= ' ' && c <= '~') || c == '\n' || c == '\t' ? c : '?';
+        }
+    }
+    return out;
+}
+
+RpcError rpc_error_of(const Error &error, const lysc_node *openconfig) {
+    if (error.status() == host::status_leafref_mismatch) // RFC 7950 section 15.5
+        return RpcError("application", "data-missing", error.what())
+            .at(without_module(error.path(), openconfig) + "/config/name")
+            .with_app_tag("instance-required");
+    RpcError told(error.is_by_request() ? "protocol" : "application", std::string(to_string(error.tag())),
+                  error.what());
+    const std::string path = without_module(error.path(), openconfig);
+    if (is_openconfig_path(path, openconfig))
+        told.at(path);
+    const size_t step = path.find_last_of('/');
+    const std::string name = step == std::string::npos ? path : path.substr(step + 1);
+    return told.with_info(mandatory_info(error, name));
+}
+
+std::string text_element(const char *name, const std::string &text) {
+    return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
+}
+
+std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig) {
+    const std::string prefix = openconfig->module->prefix;
+    return "<" + std::string(name) + " xmlns:" + prefix + "=\"" + escaped(openconfig->module->ns) + "\">" +
+           escaped(prefixed(without_module(path, openconfig), prefix + ":")) + "</" + name + ">";
+}
+
+std::string print_error(const RpcError &error, const lysc_node *openconfig) {
+    std::string xml = "<rpc-error>" + text_element("error-type", error.type) +
+                      text_element("error-tag", error.tag) + "<error-severity>error</error-severity>" +
+                      text_element("error-app-tag", error.app_tag);
+    if (!error.path.empty())
+        xml += openconfig_path_element("error-path", error.path, openconfig);
+    if (*error.what() != '\0')
+        xml += "<error-message xml:lang=\"en\">" + escaped(error.what()) + "</error-message>";
+    if (!error.info.empty())
+        xml += "<error-info>" + error.info + "</error-info>";
+    return xml + "</rpc-error>";
+}
+
+} // namespace yfw::netconf

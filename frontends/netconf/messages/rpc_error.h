@@ -1,0 +1,59 @@
+// Errors as a client is told them (RFC 6241 section 4.3).
+#ifndef YFW_FRONTENDS_NETCONF_MESSAGES_RPC_ERROR_H
+#define YFW_FRONTENDS_NETCONF_MESSAGES_RPC_ERROR_H
+
+#include <stdexcept>
+#include <string>
+
+#include <libyang/libyang.h>
+
+#include "base/error.h"
+
+namespace yfw::netconf {
+
+// `type`: transport, rpc, protocol or application. Path (of an OpenConfig node, without prefixes),
+// app-tag and info may be empty; `info` is XML.
+class RpcError : public std::runtime_error {
+public:
+    RpcError(std::string error_type, std::string error_tag, const std::string &message)
+        : std::runtime_error(message), type(std::move(error_type)), tag(std::move(error_tag)) {}
+
+    RpcError &at(std::string error_path) {
+        path = std::move(error_path);
+        return *this;
+    }
+    RpcError &with_app_tag(std::string tag_of_application) {
+        app_tag = std::move(tag_of_application);
+        return *this;
+    }
+    RpcError &with_info(std::string xml) {
+        info = std::move(xml);
+        return *this;
+    }
+
+    std::string type;
+    std::string tag;
+    std::string path;
+    std::string app_tag;
+    std::string info;
+};
+
+// The host's error in NETCONF's words: the tag, the path where it is one below `openconfig`, the top container,
+// and the app-tag of RFC 7950 section 15 where there is one.
+RpcError rpc_error_of(const Error &error, const lysc_node *openconfig);
+
+// The <rpc-error> element; its path has the prefix of the module of `openconfig`.
+std::string print_error(const RpcError &error, const lysc_node *openconfig);
+
+// An element that holds this text; nothing when the text is empty.
+std::string text_element(const char *name, const std::string &text);
+
+// An element that holds the instance path of a node below `openconfig`, given without prefixes.
+std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig);
+
+// Text as XML character data, also within a quoted attribute.
+std::string escaped(std::string_view text);
+
+} // namespace yfw::netconf
+
+#endif

@@ -1,0 +1,100 @@
+#include "frontends/netconf/operations/call.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "frontends/netconf/filters/defaults.h"
+#include "frontends/netconf/messages/rpc_error.h"
+
+namespace yfw::netconf {
+namespace {
+
+constexpr std::string_view datastores_ns = "urn:ietf:params:xml:ns:yang:ietf-datastores";
+
+bool is_known(const Element &parent, const Element &child, std::initializer_list<std::string_view> known) {
+    const std::string_view ns = child.name() == "with-defaults" ? with_defaults_ns : parent.ns();
+    const bool is_base_filter = child.is(base_ns, "filter"); // as clients have it in <create-subscription> too
+    return (child.ns() == ns || is_base_filter) &&
+           std::find(known.begin(), known.end(), child.name()) != known.end();
+}
+
+} // namespace
+
+Element required(const Element &parent, const char *name) {
+    const std::optional<Element> found = parent.child(name);
+    if (!found.has_value())
+        throw RpcError("protocol", "missing-element", "expected <" + std::string(name) + ">")
+            .with_info("<bad-element>" + std::string(name) + "</bad-element>");
+    return *found;
+}
+
+std::optional<std::string> text_of(const Element &parent, const char *name) {
+    const std::optional<Element> found = parent.child(name);
+    return found.has_value() ? std::optional(found->text()) : std::nullopt;
+}
+
+uint32_t number_of(const Element &element, uint32_t least) {
+    const std::string text = element.text();
+    uint32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number < least)
+        throw RpcError("protocol", "invalid-value",
+                       "<" + std::string(element.name()) + "> has to be a number from " +
+                           std::to_string(least));
+    return number;
+}
+
+void refuse_others(const Element &parent, std::initializer_list<std::string_view> known) {
+    for (const Element &child : parent.children()) {
+        if (is_known(parent, child, known))
+            continue;
+        const bool is_own = child.ns() == parent.ns();
+        throw RpcError("protocol", is_own ? "unknown-element" : "unknown-namespace",
+                       "<" + std::string(parent.name()) + "> does not take it")
+            .with_info(text_element("bad-element", std::string(child.name())) +
+                       (is_own ? "" : text_element("bad-namespace", std::string(child.ns()))));
+    }
+}
+
+std::string datastore_name(const Element &leaf) {
+    const std::string text = leaf.text();
+    const size_t colon = text.find(':');
+    const Prefixes prefixes = leaf.prefixes();
+    const auto prefix = prefixes.find(text.substr(0, colon));
+    const bool is_one =
+        colon != std::string::npos && prefix != prefixes.end() && prefix->second == datastores_ns;
+    return is_one ? text.substr(colon + 1) : "";
+}
+
+Datastore configuration_named_by(const Element &leaf) {
+    const std::string name = datastore_name(leaf);
+    if (name != "running" && name != "candidate")
+        throw RpcError("protocol", "invalid-value", "this server has the configurations running and candidate")
+            .with_info("<bad-element>datastore</bad-element>");
+    return name == "running" ? Datastore::running : Datastore::candidate;
+}
+
+Datastore datastore_of(const Element &parent, const char *name) {
+    const Element holder = required(parent, name);
+    if (holder.children().size() > 1)
+        throw RpcError("protocol", "bad-element", "expected one datastore")
+            .with_info("<bad-element>" + escaped(holder.children()[1].name()) + "</bad-element>");
+    if (holder.child("running"))
+        return Datastore::running;
+    if (holder.child("candidate"))
+        return Datastore::candidate;
+    const std::vector<Element> named = holder.children();
+    if (!named.empty() && named.front().is(nmda_ns, "datastore"))
+        return configuration_named_by(named.front());
+    if (named.empty())
+        throw RpcError("protocol", "missing-element", "expected a datastore")
+            .with_info("<bad-element>" + std::string(name) + "</bad-element>");
+    throw RpcError("protocol", "invalid-value", "this server has running and candidate only");
+}
+
+void require_writer(const Call &call) {
+    if (!call.caller.may_write)
+        throw RpcError("protocol", "access-denied", call.caller.user + " may only read");
+}
+
+} // namespace yfw::netconf

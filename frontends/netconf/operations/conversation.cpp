@@ -1,0 +1,133 @@
+#include "frontends/netconf/operations/conversation.h"
+
+#include "frontends/netconf/messages/rpc_error.h"
+
+namespace yfw::netconf {
+namespace {
+
+constexpr const char *declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+// Who reads a line feed or a tab in an attribute gets a blank (XML section 3.3.3): references stay what they
+// are.
+std::string attribute_value(std::string_view value) {
+    std::string text;
+    for (const char c : escaped(value)) {
+        if (c == '\n' || c == '\r' || c == '\t')
+            text += "&#" + std::to_string(c) + ";";
+        else
+            text += c;
+    }
+    return text;
+}
+
+// All attributes of the <rpc>, as RFC 6241 section 4.2 wants them back.
+std::string echoed_attributes(const Element &rpc) {
+    std::string text;
+    for (const Element::Attribute &attribute : rpc.attributes()) {
+        const std::string name(attribute.name);
+        const std::string value = "=\"" + attribute_value(attribute.value) + "\"";
+        if (attribute.prefix.empty() || attribute.prefix == "xml") {
+            text += " " + (attribute.prefix.empty() ? "" : std::string(attribute.prefix) + ":") + name + value;
+            continue;
+        }
+        const std::string prefix(attribute.prefix);
+        const std::string declared = " xmlns:" + prefix + "=\"" + attribute_value(attribute.ns) + "\"";
+        if (text.find(declared) == std::string::npos)
+            text += declared;
+        text += " " + prefix + ":" + name + value;
+    }
+    return text;
+}
+
+std::string reply_with(const std::string &attributes, const std::string &content) {
+    return std::string(declaration) + "<rpc-reply xmlns=\"" + std::string(base_ns) + "\"" + attributes + ">" +
+           content + "</rpc-reply>";
+}
+
+Element operation_of(const Element &rpc) {
+    if (!rpc.attribute("message-id").has_value())
+        throw RpcError("rpc", "missing-attribute", "an <rpc> has a message-id")
+            .with_info("<bad-attribute>message-id</bad-attribute><bad-element>rpc</bad-element>");
+    const std::vector<Element> operations = rpc.children();
+    if (operations.empty())
+        throw RpcError("rpc", "missing-element", "an <rpc> holds an operation")
+            .with_info("<bad-element>rpc</bad-element>");
+    if (operations.size() > 1)
+        throw RpcError("rpc", "bad-element", "an <rpc> holds one operation")
+            .with_info("<bad-element>" + escaped(operations[1].name()) + "</bad-element>");
+    return operations.front();
+}
+
+std::string perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
+    const lysc_node *openconfig = server.schemas().openconfig_root();
+    try {
+        return perform(server, caller, operation_of(rpc), reply.aftermath);
+    } catch (const RpcError &error) {
+        reply.is_error = true;
+        reply.is_bad = error.type == "rpc"; // of the layer of messages (RFC 6022)
+        return print_error(error, openconfig);
+    } catch (const Error &error) {
+        reply.is_error = true;
+        return print_error(rpc_error_of(error, openconfig), openconfig);
+    } catch (const std::bad_alloc &) {
+        reply.is_error = true;
+        return print_error(RpcError("application", "resource-denied", "out of memory"), openconfig);
+    } catch (const std::exception &error) {
+        reply.is_error = true;
+        return print_error(RpcError("application", "operation-failed", error.what()), openconfig);
+    }
+}
+
+Reply malformed(const Server &server, const RpcError &error) {
+    Reply reply;
+    reply.text = reply_with("", print_error(error, server.schemas().openconfig_root()));
+    reply.aftermath.close = true; // what follows cannot be trusted either
+    reply.is_bad = reply.is_error = true;
+    return reply;
+}
+
+} // namespace
+
+std::string server_hello(const ProtocolModules &modules, uint32_t session) {
+    std::string xml = std::string(declaration) + "<hello xmlns=\"" + std::string(base_ns) + "\"><capabilities>";
+    for (const std::string &capability : capabilities(modules))
+        xml += "<capability>" + escaped(capability) + "</capability>";
+    return xml + "</capabilities><session-id>" + std::to_string(session) + "</session-id></hello>";
+}
+
+bool client_speaks_base_1_1(const std::string &hello) {
+    const Document document(hello);
+    const Element root = document.root();
+    const std::optional<Element> list = root.child("capabilities");
+    if (!root.is(base_ns, "hello") || !list.has_value())
+        throw RpcError("protocol", "malformed-message", "expected a <hello> with capabilities");
+    if (root.child("session-id"))
+        throw RpcError("protocol", "malformed-message", "a client's <hello> has no session-id");
+    bool speaks_1_0 = false;
+    bool speaks_1_1 = false;
+    for (const Element &capability : list->children()) {
+        speaks_1_0 = speaks_1_0 || capability.text() == "urn:ietf:params:netconf:base:1.0";
+        speaks_1_1 = speaks_1_1 || capability.text() == "urn:ietf:params:netconf:base:1.1";
+    }
+    if (!speaks_1_0 && !speaks_1_1)
+        throw RpcError("protocol", "operation-not-supported", "no base version in common");
+    return speaks_1_1;
+}
+
+Reply answer(const Server &server, const Caller &caller, const std::string &message) {
+    std::optional<Document> document;
+    try {
+        document.emplace(message);
+    } catch (const RpcError &error) {
+        return malformed(server, error);
+    }
+    const Element rpc = document->root();
+    if (!rpc.is(base_ns, "rpc"))
+        return malformed(server, RpcError("rpc", "malformed-message", "expected an <rpc>"));
+    Reply reply;
+    const std::string content = perform_or_tell(server, caller, rpc, reply);
+    reply.text = reply_with(echoed_attributes(rpc), content);
+    return reply;
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,166 @@
+#include "frontends/netconf/operations/edit_operations.h"
+
+#include "frontends/netconf/filters/defaults.h"
+#include "frontends/netconf/messages/rpc_error.h"
+#include "yang/edit_element.h"
+
+namespace yfw::netconf {
+namespace {
+
+yang::Operation default_operation_of(const Element &edit) {
+    const std::string word = text_of(edit, "default-operation").value_or("merge");
+    if (word == "merge")
+        return yang::Operation::merge;
+    if (word == "replace")
+        return yang::Operation::replace;
+    if (word == "none")
+        return yang::Operation::none;
+    throw RpcError("protocol", "invalid-value", "<default-operation> is merge, replace or none")
+        .with_info("<bad-element>default-operation</bad-element>");
+}
+
+// An operation here would be about everything; nobody may take it for done.
+void refuse_more_than_elements(const Element &config) {
+    for (const Element::Attribute &attribute : config.attributes())
+        if (attribute.prefix != "xml")
+            throw RpcError("protocol", "unknown-attribute", "<config> takes no attributes")
+                .with_info(text_element("bad-attribute", std::string(attribute.name)) +
+                           "<bad-element>config</bad-element>");
+    if (!config.text().empty())
+        throw RpcError("protocol", "bad-element", "<config> holds elements, and no text")
+            .with_info("<bad-element>config</bad-element>");
+}
+
+std::optional<yang::EditNode> edit_of(const Server &server, const Element &config, yang::Operation operation) {
+    refuse_more_than_elements(config);
+    const std::vector<Element> tops = config.children();
+    if (tops.empty())
+        return std::nullopt;
+    if (tops.size() > 1)
+        throw RpcError("application", "bad-element", "a configuration has one top node")
+            .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
+    return yang::read_edit(server.schemas(), yang::edit_element_from(server.schemas().context(), tops.front()),
+                           operation);
+}
+
+void refuse_url(const Element &operation) {
+    if (operation.child("url"))
+        throw RpcError("protocol", "operation-not-supported", "this server does not read from URLs");
+}
+
+// By the operation's <config>; an empty one changes nothing.
+std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
+    const auto edit =
+        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
+    if (edit.has_value())
+        call.server.datastores().edit(call.caller, target, *edit, only_test);
+    return ok;
+}
+
+} // namespace
+
+std::string edit_config(const Call &call) {
+    refuse_others(call.operation,
+                  {"target", "default-operation", "test-option", "error-option", "config", "url"});
+    require_writer(call);
+    refuse_url(call.operation);
+    const std::string test = text_of(call.operation, "test-option").value_or("test-then-set");
+    const std::string error = text_of(call.operation, "error-option").value_or("stop-on-error");
+    if (test != "test-then-set" && test != "set" && test != "test-only")
+        throw RpcError("protocol", "invalid-value", "<test-option> is test-then-set, set or test-only")
+            .with_info("<bad-element>test-option</bad-element>");
+    // Edits are all or nothing: the first two say the same here, and the third cannot be kept.
+    if (error != "stop-on-error" && error != "rollback-on-error")
+        throw RpcError("protocol", "invalid-value", "<error-option> is stop-on-error or rollback-on-error")
+            .with_info("<bad-element>error-option</bad-element>");
+    return edit_datastore(call, datastore_of(call.operation, "target"), test == "test-only");
+}
+
+std::string edit_data(const Call &call) {
+    refuse_others(call.operation, {"datastore", "default-operation", "config", "url"});
+    require_writer(call);
+    refuse_url(call.operation);
+    return edit_datastore(call, configuration_named_by(required(call.operation, "datastore")), false);
+}
+
+std::string copy_config(const Call &call) {
+    refuse_others(call.operation, {"source", "target", "with-defaults"});
+    with_defaults_of(call.operation); // makes no difference between configurations
+    require_writer(call);
+    const Datastore target = datastore_of(call.operation, "target");
+    const Element source = required(call.operation, "source");
+    const std::optional<Element> config = source.child("config");
+    if (!config.has_value()) {
+        call.server.datastores().copy(call.caller, datastore_of(call.operation, "source"), target);
+        return ok;
+    }
+    const auto edit = edit_of(call.server, *config, yang::Operation::replace);
+    if (!edit.has_value())
+        throw RpcError("protocol", "invalid-value", "the configuration to copy is empty");
+    call.server.datastores().edit(call.caller, target, *edit, false);
+    return ok;
+}
+
+// Of what there is, only the startup datastore could be deleted (RFC 6241 section 7.4).
+std::string delete_config(const Call &call) {
+    refuse_others(call.operation, {"target"});
+    require_writer(call);
+    datastore_of(call.operation, "target");
+    throw RpcError("protocol", "operation-not-supported", "neither running nor candidate can be deleted");
+}
+
+std::string validate(const Call &call) {
+    refuse_others(call.operation, {"source"});
+    const Element source = required(call.operation, "source");
+    if (const std::optional<Element> config = source.child("config")) {
+        if (const auto edit = edit_of(call.server, *config, yang::Operation::replace))
+            call.server.datastores().validate(*edit);
+    } else {
+        call.server.datastores().validate(datastore_of(call.operation, "source"));
+    }
+    return ok;
+}
+
+std::string commit(const Call &call) {
+    refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
+    require_writer(call);
+    std::optional<device::Confirmation> confirmed;
+    if (call.operation.child("confirmed")) {
+        confirmed.emplace();
+        if (const auto timeout = call.operation.child("confirm-timeout"))
+            confirmed->timeout = std::chrono::seconds(number_of(*timeout, 1));
+        confirmed->persist = text_of(call.operation, "persist");
+    }
+    call.server.datastores().commit(call.caller, confirmed, text_of(call.operation, "persist-id"));
+    return ok;
+}
+
+std::string cancel_commit(const Call &call) {
+    refuse_others(call.operation, {"persist-id"});
+    require_writer(call);
+    call.server.datastores().cancel_commit(call.caller, text_of(call.operation, "persist-id"));
+    return ok;
+}
+
+std::string discard_changes(const Call &call) {
+    refuse_others(call.operation, {});
+    require_writer(call);
+    call.server.datastores().discard(call.caller);
+    return ok;
+}
+
+std::string lock(const Call &call) {
+    refuse_others(call.operation, {"target"});
+    require_writer(call);
+    call.server.datastores().lock(call.caller, datastore_of(call.operation, "target"));
+    return ok;
+}
+
+std::string unlock(const Call &call) {
+    refuse_others(call.operation, {"target"});
+    require_writer(call);
+    call.server.datastores().unlock(call.caller, datastore_of(call.operation, "target"));
+    return ok;
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,210 @@
+#include "frontends/netconf/operations/read_operations.h"
+
+#include <functional>
+
+#include "frontends/netconf/filters/defaults.h"
+#include "frontends/netconf/filters/filter.h"
+#include "frontends/netconf/filters/xpath_narrowing.h"
+#include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/operations/own_data.h"
+
+namespace yfw::netconf {
+namespace {
+
+// What a client wants of a datastore.
+struct Wanted {
+    std::optional<Filter> filter;
+    host::Content content = host::Content::all;
+    uint32_t depth = unlimited_depth; // of each selected node
+    WithDefaults defaults = WithDefaults::as_set;
+};
+
+using Read = std::function<host::Answer(const host::ReadRequest &)>;
+
+bool wants_defaults(const Wanted &wanted) {
+    return wanted.content != host::Content::state &&
+           (wanted.defaults == WithDefaults::report_all || wanted.defaults == WithDefaults::report_all_tagged);
+}
+
+// As far as the caller may read it. What may not be read must not be told by what matches it either, so a
+// filter with values is applied to what is left.
+host::Answer read_readable(const Call &call, host::ReadRequest request, const Read &read) {
+    const host::Selection selection = *request.selection;
+    const bool is_filtered = has_to_be_filtered(selection);
+    if (is_filtered)
+        request.selection = broadened(selection);
+    host::Answer answer = read(request);
+    if (call.caller.rules != nullptr)
+        call.caller.rules->remove_unreadable(answer.data);
+    if (is_filtered)
+        keep_selected(answer.data, selection);
+    return answer;
+}
+
+// What of the OpenConfig tree has to be read for the filter; nothing when that is nothing.
+std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, const lysc_node *root) {
+    const host::Selection whole{root, std::nullopt, {}, false};
+    if (!filter.has_value())
+        return whole;
+    if (filter->type == FilterType::subtree)
+        return subtree_selection(filter->element, root);
+    const auto paths = xpath_narrowing(filter->expression, filter->prefixes, root);
+    if (!paths.has_value())
+        return whole;
+    return paths->empty() ? std::nullopt : std::optional(host::merge_paths(*paths));
+}
+
+bool is_xpath(const Wanted &wanted) {
+    return wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
+}
+
+// Reads the OpenConfig tree, no more of it than the filter needs. NULL when that is nothing.
+yang::DataTree read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
+    const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
+    if (!needed.has_value())
+        return nullptr;
+    yang::DataTree data = read_readable(call, {wanted.content, {}, needed}, read).data;
+    if (wants_defaults(wanted))
+        add_defaults(data.get(), *needed);
+    if (!is_xpath(wanted))
+        cut_selected(data.get(), *needed, wanted.depth);
+    return data;
+}
+
+// The same of what the server tells of itself.
+yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &own) {
+    const auto needed = needed_for(wanted.filter, own.schema);
+    if (!needed.has_value())
+        return nullptr;
+    yang::DataTree data = own.make();
+    if (call.caller.rules != nullptr)
+        call.caller.rules->remove_unreadable(data);
+    if (is_xpath(wanted))
+        return data;
+    keep_selected(data, *needed);
+    cut_selected(data.get(), *needed, wanted.depth);
+    return data;
+}
+
+std::string print_filtered(std::vector<yang::DataTree> trees, const Wanted &wanted) {
+    if (is_xpath(wanted))
+        filter_by_xpath(trees, *wanted.filter, wanted.depth, XPathUse::request);
+    std::string xml;
+    for (const yang::DataTree &tree : trees)
+        xml += wanted.depth == unlimited_depth ? print_data(tree.get(), wanted.defaults)
+                                               : print_cut_data(tree.get(), wanted.defaults);
+    return xml;
+}
+
+// Configuration and state of the device, and the server's own data, which is all state.
+std::string read_operational(const Call &call, const Wanted &wanted) {
+    std::vector<yang::DataTree> trees;
+    trees.push_back(read_openconfig(
+        call, wanted, [&](const host::ReadRequest &request) { return call.server.device().read(request); }));
+    if (wanted.content != host::Content::config)
+        for (const OwnData &own : own_data(call.server))
+            trees.push_back(read_own(call, wanted, own));
+    return print_filtered(std::move(trees), wanted);
+}
+
+std::string read_configuration(const Call &call, Datastore datastore, Wanted wanted) {
+    if (wanted.content == host::Content::state) // there is none in a configuration
+        return "";
+    wanted.content = host::Content::config;
+    std::vector<yang::DataTree> trees;
+    trees.push_back(read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
+        return call.server.device().read(request, call.server.datastores().read(datastore));
+    }));
+    return print_filtered(std::move(trees), wanted);
+}
+
+Wanted wanted_of(const Element &operation) {
+    Wanted wanted;
+    if (const std::optional<Element> filter = operation.child("filter"))
+        wanted.filter = filter_of(*filter);
+    wanted.defaults = with_defaults_of(operation);
+    return wanted;
+}
+
+std::string data_element(const std::string &attributes, const std::string &content) {
+    return "<data" + attributes + ">" + content + "</data>";
+}
+
+// ---- get-data ------------------------------------------------------------------------------------------
+
+RpcError invalid(const char *name, const std::string &why) {
+    return RpcError("application", "invalid-value", why)
+        .with_info("<bad-element>" + std::string(name) + "</bad-element>");
+}
+
+std::optional<Filter> nmda_filter_of(const Element &operation) {
+    const std::optional<Element> subtree = operation.child("subtree-filter");
+    const std::optional<Element> xpath = operation.child("xpath-filter");
+    if (subtree.has_value() && xpath.has_value())
+        throw RpcError("protocol", "bad-element", "<subtree-filter> and <xpath-filter> exclude one another")
+            .with_info("<bad-element>xpath-filter</bad-element>");
+    if (subtree.has_value())
+        return Filter{FilterType::subtree, *subtree, {}, {}};
+    if (xpath.has_value())
+        return Filter{FilterType::xpath, *xpath, xpath->text(), xpath->prefixes()};
+    return std::nullopt;
+}
+
+host::Content content_of(const Element &operation) {
+    const std::optional<std::string> filter = text_of(operation, "config-filter");
+    if (!filter.has_value())
+        return host::Content::all;
+    if (*filter != "true" && *filter != "false")
+        throw invalid("config-filter", "<config-filter> is true or false");
+    return *filter == "true" ? host::Content::config : host::Content::state;
+}
+
+uint32_t depth_of(const Server &server, const Element &operation) {
+    const std::string text = text_of(operation, "max-depth").value_or("unbounded");
+    if (!server.modules.allows("/ietf-netconf-nmda:get-data/max-depth", text))
+        throw invalid("max-depth", "<max-depth> is a number from 1 to 65535, or unbounded");
+    return text == "unbounded" ? unlimited_depth : static_cast<uint32_t>(std::stoul(text));
+}
+
+} // namespace
+
+std::string get(const Call &call) {
+    refuse_others(call.operation, {"filter", "with-defaults"});
+    return data_element("", read_operational(call, wanted_of(call.operation)));
+}
+
+std::string get_config(const Call &call) {
+    refuse_others(call.operation, {"source", "filter", "with-defaults"});
+    const Datastore source = datastore_of(call.operation, "source");
+    return data_element("", read_configuration(call, source, wanted_of(call.operation)));
+}
+
+std::string get_data(const Call &call) {
+    refuse_others(call.operation, {"datastore", "subtree-filter", "xpath-filter", "config-filter", "max-depth",
+                                   "with-defaults"});
+    const Element datastore = required(call.operation, "datastore");
+    const Wanted wanted{nmda_filter_of(call.operation), content_of(call.operation),
+                        depth_of(call.server, call.operation), with_defaults_of(call.operation)};
+    const std::string attributes = " xmlns=\"" + std::string(nmda_ns) + "\"";
+    if (datastore_name(datastore) != "operational")
+        return data_element(attributes, read_configuration(call, configuration_named_by(datastore), wanted));
+    // The capability with-operational-defaults is not offered.
+    if (wanted.defaults != WithDefaults::as_set)
+        throw invalid("with-defaults", "<with-defaults> goes with a configuration only");
+    return data_element(attributes, read_operational(call, wanted));
+}
+
+std::string get_schema(const Call &call) {
+    refuse_others(call.operation, {"identifier", "version", "format"});
+    const std::string name = required(call.operation, "identifier").text();
+    const std::string format = text_of(call.operation, "format").value_or("yang");
+    const size_t colon = format.find(':');
+    if ((colon == std::string::npos ? format : format.substr(colon + 1)) != "yang")
+        throw RpcError("application", "invalid-value", "schemas are given as yang");
+    const auto text = call.server.modules.text(name, text_of(call.operation, "version").value_or(""));
+    if (!text.has_value())
+        throw RpcError("application", "invalid-value", "there is no such schema");
+    return data_element(" xmlns=\"" + std::string(monitoring_ns) + "\"", escaped(*text));
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,144 @@
+#include "frontends/netconf/server_data/protocol_modules.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+#include "base/error.h"
+#include "yang/schemas.h"
+
+namespace yfw::netconf {
+namespace {
+
+std::string with_commas(const std::vector<const char *> &words) {
+    std::string text;
+    for (const char *word : words)
+        text += (text.empty() ? "" : ",") + std::string(word);
+    return text;
+}
+
+void remove_found(lyd_node *data, const char *path) {
+    ly_set *found = nullptr;
+    if (lyd_find_xpath(data, path, &found) != LY_SUCCESS)
+        return;
+    for (uint32_t i = 0; i < found->count; i++)
+        lyd_free_tree(found->dnodes[i]);
+    ly_set_free(found, nullptr);
+}
+
+using Text = std::unique_ptr<char, decltype(&std::free)>;
+
+} // namespace
+
+// The order is that of the capabilities in a <hello>.
+std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::MappingDescription &mapping) {
+    std::vector<Loaded> all;
+    for (const std::string &module : mapping.modules.openconfig)
+        all.push_back({module, {}});
+    all.insert(all.end(), {{"ietf-netconf",
+                            {"writable-running", "candidate", "confirmed-commit", "rollback-on-error",
+                             "validate", "xpath"}},
+                           {"ietf-netconf-monitoring", {}},
+                           {"ietf-yang-library", {}},
+                           {"ietf-datastores", {}},
+                           {"notifications", {}},
+                           {"nc-notifications", {}},
+                           {"ietf-netconf-notifications", {}}});
+    if (mapping.notification.has_value())
+        all.push_back({mapping.notification->module, {}});
+    all.insert(all.end(), {{"ietf-netconf-with-defaults", {}}, {"ietf-netconf-nmda", {"with-defaults"}}});
+    return all;
+}
+
+ProtocolModules::ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping)
+    : context_(yang::ModuleFiles::make_context()), notification_(mapping.notification) {
+    const std::vector<Loaded> loaded = loaded_with(mapping);
+    for (const Loaded &module : loaded)
+        files.load(context_.get(), module.name, module.features);
+    const std::string top = "/" + mapping.modules.openconfig.front() + ":" + mapping.modules.top;
+    openconfig_root_ = lys_find_path(context_.get(), nullptr, top.c_str(), 0);
+    if (openconfig_root_ == nullptr)
+        throw Error(ErrorTag::operation_failed, top, yang::take_yang_error(context_.get()));
+    list_modules(loaded);
+    make_library();
+}
+
+void ProtocolModules::list_modules(const std::vector<Loaded> &loaded) {
+    uint32_t index = 0;
+    std::string all;
+    while (const lys_module *module = ly_ctx_get_module_iter(context_.get(), &index)) {
+        const auto offered = std::find_if(loaded.begin(), loaded.end(),
+                                          [&](const Loaded &one) { return one.name == module->name; });
+        const bool is_offered = offered != loaded.end();
+        modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
+                            is_offered, is_offered ? with_commas(offered->features) : ""});
+        all += modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") +
+               modules_.back().features + ";";
+    }
+    content_id_ = std::to_string(std::hash<std::string>{}(all));
+}
+
+void ProtocolModules::make_library() {
+    lyd_node *data = nullptr;
+    if (ly_ctx_get_yanglib_data(context_.get(), &data, "%s", content_id_.c_str()) != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "ietf-yang-library", yang::take_yang_error(context_.get()));
+    library_.reset(data);
+    // What libyang has for itself, and where its files are on this machine, is nothing for clients.
+    for (const char *path : {"/ietf-yang-library:yang-library/module-set/module[name='yang']",
+                             "/ietf-yang-library:yang-library/module-set/module[name='ietf-yang-schema-mount']",
+                             "/ietf-yang-library:yang-library/module-set//location",
+                             "/ietf-yang-library:modules-state/module[name='yang']",
+                             "/ietf-yang-library:modules-state/module[name='ietf-yang-schema-mount']",
+                             "/ietf-yang-library:modules-state/module/schema"})
+        remove_found(data, path);
+    for (const char *datastore : {"running", "candidate", "operational"}) {
+        const std::string path =
+            std::string("/ietf-yang-library:yang-library/datastore[name='ietf-datastores:") + datastore +
+            "']/schema";
+        if (lyd_new_path(data, context_.get(), path.c_str(), "complete", 0, nullptr) != LY_SUCCESS)
+            throw Error(ErrorTag::operation_failed, path, yang::take_yang_error(context_.get()));
+    }
+}
+
+std::string ProtocolModules::namespace_of(const std::string &module) const {
+    const auto found = std::find_if(modules_.begin(), modules_.end(),
+                                    [&](const ModuleName &one) { return one.name == module; });
+    return found != modules_.end() ? found->ns : "";
+}
+
+yang::DataTree ProtocolModules::parse_notification(const std::string &xml) const {
+    ly_in *in = nullptr;
+    ly_in_new_memory(xml.c_str(), &in);
+    lyd_node *notification = nullptr;
+    const LY_ERR status =
+        lyd_parse_op(context_.get(), nullptr, in, LYD_XML, LYD_TYPE_NOTIF_YANG, &notification, nullptr);
+    ly_in_free(in, 0);
+    yang::DataTree owner(notification);
+    if (status != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(context_.get()));
+    return owner;
+}
+
+bool ProtocolModules::allows(const char *path, const std::string &value) const {
+    const lysc_node *leaf = lys_find_path(context_.get(), nullptr, path, 0);
+    const bool allowed =
+        leaf != nullptr && lyd_value_validate(context_.get(), leaf, value.c_str(), value.size(), nullptr,
+                                              nullptr, nullptr) == LY_SUCCESS;
+    ly_err_clean(const_cast<ly_ctx *>(context_.get()), nullptr);
+    return allowed;
+}
+
+std::optional<std::string> ProtocolModules::text(const std::string &name, const std::string &revision) const {
+    const lys_module *module = revision.empty()
+                                   ? ly_ctx_get_module_latest(context_.get(), name.c_str())
+                                   : ly_ctx_get_module(context_.get(), name.c_str(), revision.c_str());
+    if (module == nullptr)
+        return std::nullopt;
+    char *text = nullptr;
+    lys_print_mem(&text, module, LYS_OUT_YANG, 0);
+    const Text printed(text, std::free);
+    return printed != nullptr ? std::optional<std::string>(printed.get()) : std::nullopt;
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,228 @@
+#include "frontends/netconf/transport/netconf_server.h"
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <event2/event.h>
+#include <event2/listener.h>
+
+#include "base/error.h"
+#include "frontends/netconf/events/server_events.h"
+
+namespace yfw::netconf {
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path &socket, const std::string &why) {
+    throw Error(ErrorTag::operation_failed, socket.string(), why);
+}
+
+sockaddr_un address_of(const std::filesystem::path &socket) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (socket.string().size() >= sizeof address.sun_path)
+        fail(socket, "the name of the socket is too long");
+    std::strcpy(address.sun_path, socket.c_str());
+    return address;
+}
+
+bool is_answered(const sockaddr_un &address) {
+    const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answered = connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    close(probe);
+    return answered;
+}
+
+} // namespace
+
+NetconfServer::NetconfServer(const ServerOptions &options, device::Service &service,
+                             const ProtocolModules &modules, EventStream &events)
+    : options_(options), service_(service), events_(events),
+      device_events_(service.events(), events), server_{service, modules, monitoring_, events,
+                                                        [this](uint32_t session) {
+                                                            const std::lock_guard<std::mutex> guard(
+                                                                known_mutex_);
+                                                            return known_.contains(session);
+                                                        }},
+      base_(event_base_new(), event_base_free), workers_(options.threads) {
+    listen();
+    const auto finished = [](int, short, void *self) {
+        static_cast<NetconfServer *>(self)->workers_.run_finished();
+    };
+    finished_ = event_new(base_.get(), workers_.descriptor(), EV_READ | EV_PERSIST, finished, this);
+    event_add(finished_, nullptr);
+    const auto due = [](int, short, void *self) {
+        auto &server = *static_cast<NetconfServer *>(self);
+        server.in_background([&server] { server.service_.datastores().take_back_when_due(); });
+    };
+    commit_timer_ = event_new(base_.get(), -1, 0, due, this);
+    events_.on_event([this](const SharedEvent &event) { workers_.post([this, event] { tell(event); }); });
+}
+
+NetconfServer::~NetconfServer() {
+    events_.on_event({});
+    sessions_.clear();
+    for (event *one : {finished_, stop_, commit_timer_, rest_timer_})
+        if (one != nullptr)
+            event_free(one);
+    if (listener_ != nullptr) {
+        evconnlistener_free(listener_);
+        unlink(options_.socket.c_str());
+    }
+}
+
+void NetconfServer::listen() {
+    const sockaddr_un address = address_of(options_.socket);
+    if (is_answered(address))
+        fail(options_.socket, "another server answers on this socket");
+    std::error_code ignored;
+    if (std::filesystem::is_socket(options_.socket, ignored))
+        unlink(options_.socket.c_str());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (socket < 0 || bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+        const int reason = errno;
+        if (socket >= 0)
+            close(socket);
+        fail(options_.socket, std::string("cannot listen: ") + std::strerror(reason));
+    }
+    chmod(options_.socket.c_str(), 0666);
+    const auto accepted = [](evconnlistener *, int fd, sockaddr *, int, void *self) {
+        static_cast<NetconfServer *>(self)->accept(fd);
+    };
+    listener_ = evconnlistener_new(base_.get(), accepted, this, LEV_OPT_CLOSE_ON_FREE | LEV_OPT_CLOSE_ON_EXEC,
+                                   128, socket);
+    if (listener_ == nullptr)
+        fail(options_.socket, "cannot listen");
+    const auto failed = [](evconnlistener *, void *self) { static_cast<NetconfServer *>(self)->rest(); };
+    evconnlistener_set_error_cb(listener_, failed);
+    const auto rested = [](int, short, void *listener) {
+        evconnlistener_enable(static_cast<evconnlistener *>(listener));
+    };
+    rest_timer_ = evtimer_new(base_.get(), rested, listener_);
+}
+
+// What waits to be accepted would wake the loop again and again while there are no descriptors.
+void NetconfServer::rest() {
+    if (!has_said_full_)
+        say(std::string("no more sessions can be taken for now: ") + std::strerror(errno));
+    has_said_full_ = true;
+    evconnlistener_disable(listener_);
+    const timeval wait{1, 0};
+    evtimer_add(rest_timer_, &wait);
+}
+
+void NetconfServer::say(const std::string &text) const {
+    std::cerr << "yfw: " << text << std::endl;
+}
+
+void NetconfServer::accept(int socket) {
+    has_said_full_ = false;
+    const std::optional<access::User> user = access::user_of_peer(socket, options_.groups);
+    if (!user.has_value()) {
+        say("a user who is neither a reader nor a writer was turned away");
+        close(socket);
+        return;
+    }
+    const uint32_t id = ++last_session_;
+    Caller caller;
+    caller.session = id;
+    caller.user = user->name;
+    caller.may_write = user->may_write;
+    caller.comment = "NETCONF session " + std::to_string(id);
+    caller.rules = service_.rules_of(user->name, access::names_of(user->groups));
+    auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
+    {
+        const std::lock_guard<std::mutex> guard(known_mutex_);
+        known_[id] = true;
+    }
+    monitoring_.session_began(id, user->name);
+    sessions_.emplace(id, std::move(session)).first->second->greet();
+}
+
+void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by) {
+    const Session &ending = *sessions_.at(session);
+    const Actor actor = ending.caller().actor();
+    const bool has_begun =
+        ending.has_started() || reason == EndReason::bad_hello || reason == EndReason::timeout;
+    {
+        const std::lock_guard<std::mutex> guard(known_mutex_);
+        known_.erase(session);
+    }
+    sessions_.erase(session);
+    // RFC 6022: a killed session is not a dropped one.
+    monitoring_.session_ended(session, reason != EndReason::closed && reason != EndReason::killed);
+    if (has_begun)
+        publish_session_end(events_, actor, std::string(to_string(reason)), killed_by);
+    in_background([this, session] { service_.datastores().end_session(session); });
+}
+
+// A session that is told may end by it.
+void NetconfServer::tell(const SharedEvent &event) {
+    for (auto session = sessions_.begin(); session != sessions_.end();)
+        (session++)->second->tell(event);
+}
+
+// Taking back a commit may take as long as a device takes: not in the event loop.
+void NetconfServer::in_background(std::function<void()> work) {
+    workers_.add([this, work = std::move(work)]() -> WorkerPool::Finish {
+        std::string trouble;
+        try {
+            work();
+        } catch (const std::exception &error) {
+            trouble = error.what();
+        }
+        return [this, trouble] {
+            if (!trouble.empty())
+                say("a commit that was not confirmed cannot be taken back: " + trouble);
+            arm_commit_timer();
+        };
+    });
+}
+
+void NetconfServer::dispatch(Session &session, std::string message) {
+    workers_.add([this, caller = session.caller(), message = std::move(message)]() -> WorkerPool::Finish {
+        Reply reply = answer(server_, caller, message);
+        monitoring_.count(caller.session,
+                          {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
+        return [this, id = caller.session, reply = std::move(reply)] { finish(id, reply); };
+    });
+}
+
+void NetconfServer::finish(uint32_t id, const Reply &reply) {
+    arm_commit_timer();
+    if (reply.aftermath.kill.has_value() && sessions_.contains(*reply.aftermath.kill))
+        end(*reply.aftermath.kill, EndReason::killed, id);
+    const auto session = sessions_.find(id);
+    if (session != sessions_.end())
+        session->second->reply(reply);
+}
+
+void NetconfServer::arm_commit_timer() {
+    const auto deadline = service_.datastores().deadline();
+    if (!deadline.has_value()) {
+        event_del(commit_timer_);
+        return;
+    }
+    const auto left = std::max(
+        std::chrono::milliseconds(0),
+        std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - std::chrono::steady_clock::now()) +
+            std::chrono::milliseconds(1));
+    const timeval wait{static_cast<time_t>(left.count() / 1000),
+                       static_cast<suseconds_t>(left.count() % 1000 * 1000)};
+    event_add(commit_timer_, &wait);
+}
+
+void NetconfServer::run(int stop) {
+    const auto stopped = [](int, short, void *base) { event_base_loopbreak(static_cast<event_base *>(base)); };
+    stop_ = event_new(base_.get(), stop, EV_READ, stopped, base_.get());
+    event_add(stop_, nullptr);
+    event_base_dispatch(base_.get());
+    sessions_.clear();
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,83 @@
+// The server: sessions on a Unix socket.
+#ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_NETCONF_SERVER_H
+#define YFW_FRONTENDS_NETCONF_TRANSPORT_NETCONF_SERVER_H
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "device/access/groups.h"
+#include "frontends/netconf/events/server_events.h"
+#include "frontends/netconf/messages/framing.h"
+#include "frontends/netconf/operations/conversation.h"
+#include "frontends/netconf/transport/session.h"
+#include "frontends/netconf/transport/worker_pool.h"
+
+struct event;
+struct event_base;
+struct evconnlistener;
+
+namespace yfw::netconf {
+
+struct ServerOptions {
+    std::filesystem::path socket;
+    access::AccessGroups groups;
+    FrameLimits limits;
+    std::chrono::seconds hello_timeout{30};
+    size_t threads = 4;
+};
+
+// Serves until stop_on() says so. Everything it is given is borrowed.
+class NetconfServer {
+public:
+    // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
+    // that another server answers on is refused; one that was left behind is replaced. Throws Error.
+    NetconfServer(const ServerOptions &options, device::Service &service, const ProtocolModules &modules,
+                  EventStream &events);
+    ~NetconfServer();
+    NetconfServer(const NetconfServer &) = delete;
+    NetconfServer &operator=(const NetconfServer &) = delete;
+
+    // Runs until `stop`, a descriptor, becomes readable; then all sessions are closed and the socket is gone.
+    void run(int stop);
+
+private:
+    friend class Session;
+
+    void listen();
+    void accept(int socket);
+    void rest();
+    void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
+    void tell(const SharedEvent &event);
+    void dispatch(Session &session, std::string message);
+    void finish(uint32_t session, const Reply &reply);
+    void arm_commit_timer();
+    void in_background(std::function<void()> work);
+    void say(const std::string &text) const;
+
+    ServerOptions options_;
+    device::Service &service_;
+    EventStream &events_;
+    DeviceEvents device_events_;
+    Monitoring monitoring_;
+    Server server_;
+    std::unique_ptr<event_base, void (*)(event_base *)> base_;
+    evconnlistener *listener_ = nullptr;
+    event *finished_ = nullptr;
+    event *stop_ = nullptr;
+    event *commit_timer_ = nullptr;
+    event *rest_timer_ = nullptr; // until more sessions are accepted
+    bool has_said_full_ = false;
+    std::map<uint32_t, std::unique_ptr<Session>> sessions_;
+    std::mutex known_mutex_;
+    std::map<uint32_t, bool> known_; // sessions, for other threads
+    uint32_t last_session_ = 0;
+    WorkerPool workers_; // ends first: its jobs use all of the above
+};
+
+} // namespace yfw::netconf
+
+#endif

@@ -1,0 +1,298 @@
+#include "frontends/netconf/transport/session.h"
+
+#include <algorithm>
+
+#include <sys/time.h>
+
+#include <event2/buffer.h>
+#include <event2/bufferevent.h>
+#include <event2/event.h>
+
+#include "frontends/netconf/events/server_events.h"
+#include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/transport/netconf_server.h"
+
+namespace yfw::netconf {
+namespace {
+
+// A client that asks without reading is not read from any more, so that it costs no more memory than this.
+constexpr size_t most_waiting = 16;
+constexpr size_t most_waiting_bytes = 1u << 20;
+constexpr size_t most_unwritten = 1u << 20;
+// One that does not read what it subscribed to is given up. More than the events that are kept; those who are
+// slow share what waits for them, but for so much that is printed.
+constexpr size_t most_notifications_bytes = 16u << 20;
+constexpr size_t most_printed = 64u << 10;
+
+timeval to_timeval(std::chrono::microseconds span) {
+    return {static_cast<time_t>(span.count() / 1000000), static_cast<suseconds_t>(span.count() % 1000000)};
+}
+
+EventTime now() {
+    return std::chrono::system_clock::now();
+}
+
+} // namespace
+
+std::string_view to_string(EndReason reason) {
+    switch (reason) {
+    case EndReason::closed:
+        return "closed";
+    case EndReason::killed:
+        return "killed";
+    case EndReason::dropped:
+        return "dropped";
+    case EndReason::timeout:
+        return "timeout";
+    case EndReason::bad_hello:
+        return "bad-hello";
+    case EndReason::other:
+        break;
+    }
+    return "other";
+}
+
+Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller)
+    : server_(server), caller_(std::move(caller)),
+      stream_(bufferevent_socket_new(base, socket, BEV_OPT_CLOSE_ON_FREE)), reader_(server.options_.limits) {
+    bufferevent_setcb(stream_, on_read, on_written, on_event, this);
+    hello_timer_ = evtimer_new(base, on_hello_overdue, this);
+    const timeval bound = to_timeval(server.options_.hello_timeout);
+    evtimer_add(hello_timer_, &bound);
+    bufferevent_enable(stream_, EV_READ | EV_WRITE);
+}
+
+Session::~Session() {
+    event_free(hello_timer_);
+    if (stop_timer_ != nullptr)
+        event_free(stop_timer_);
+    bufferevent_free(stream_);
+}
+
+Caller Session::caller() const {
+    Caller now = caller_;
+    now.is_subscribed = subscription_ != nullptr;
+    return now;
+}
+
+void Session::greet() {
+    write(server_hello(server_.server_.modules, caller_.session));
+}
+
+void Session::write(const std::string &message) {
+    const std::string bytes = frame(framing_, message);
+    bufferevent_write(stream_, bytes.data(), bytes.size());
+}
+
+void Session::on_read(bufferevent *, void *self) {
+    static_cast<Session *>(self)->read();
+}
+
+void Session::on_written(bufferevent *, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    if (session.closing_)
+        return session.end(session.closes_as_);
+    session.write_notifications();
+    session.next();
+}
+
+void Session::on_event(bufferevent *, short what, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    if ((what & BEV_EVENT_ERROR) != 0)
+        return session.end(EndReason::dropped);
+    if ((what & BEV_EVENT_EOF) != 0)
+        session.no_more_comes();
+}
+
+// What was asked before is still answered: the client may have ended its own direction alone.
+void Session::no_more_comes() {
+    ended_ = true;
+    if (!greeted_)
+        end(EndReason::dropped);
+    else if (!closing_)
+        next();
+}
+
+void Session::on_hello_overdue(int, short, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    session.server_.monitoring_.bad_hello();
+    session.broken("no <hello> came in time", EndReason::timeout);
+}
+
+void Session::read() {
+    evbuffer *input = bufferevent_get_input(stream_);
+    const size_t length = evbuffer_get_length(input);
+    if (!closing_)
+        reader_.feed({reinterpret_cast<const char *>(evbuffer_pullup(input, -1)), length});
+    evbuffer_drain(input, length);
+    try {
+        while (!closing_) {
+            std::optional<std::string> message = reader_.next();
+            if (!message.has_value())
+                break;
+            take(std::move(*message));
+        }
+    } catch (const FramingError &error) {
+        return broken(error.what(), greeted_ ? EndReason::other : EndReason::bad_hello);
+    }
+    next();
+}
+
+void Session::take(std::string message) {
+    if (!greeted_)
+        return hello_came(message);
+    waiting_bytes_ += message.size();
+    waiting_.push_back(std::move(message));
+}
+
+void Session::hello_came(const std::string &hello) {
+    try {
+        if (client_speaks_base_1_1(hello))
+            framing_ = Framing::chunked;
+    } catch (const RpcError &error) {
+        server_.monitoring_.bad_hello();
+        throw FramingError(error.what()); // nothing that follows can be read
+    }
+    greeted_ = true;
+    reader_.use(framing_);
+    evtimer_del(hello_timer_);
+    publish_session_start(server_.events_, caller_.actor());
+}
+
+void Session::next() {
+    pause_when_full();
+    if (ended_ && !busy_ && waiting_.empty() && notifications_.empty())
+        return close_after_writing(EndReason::dropped);
+    if (busy_ || closing_ || waiting_.empty() || is_full())
+        return;
+    busy_ = true;
+    std::string message = std::move(waiting_.front());
+    waiting_.pop_front();
+    waiting_bytes_ -= message.size();
+    server_.dispatch(*this, std::move(message));
+}
+
+bool Session::is_full() const {
+    return evbuffer_get_length(bufferevent_get_output(stream_)) > most_unwritten;
+}
+
+void Session::pause_when_full() {
+    const bool full = waiting_.size() > most_waiting || waiting_bytes_ > most_waiting_bytes;
+    if (full)
+        bufferevent_disable(stream_, EV_READ);
+    else if (!closing_ && !ended_)
+        bufferevent_enable(stream_, EV_READ);
+}
+
+void Session::reply(const Reply &reply) {
+    busy_ = false;
+    write(reply.text);
+    if (reply.aftermath.subscription != nullptr)
+        subscribe(reply.aftermath.subscription);
+    if (reply.aftermath.close)
+        close_after_writing(reply.is_bad ? EndReason::other : EndReason::closed);
+    else
+        next();
+}
+
+void Session::close_after_writing(EndReason reason) {
+    closing_ = true;
+    closes_as_ = reason;
+    waiting_.clear();
+    if (evbuffer_get_length(bufferevent_get_output(stream_)) == 0)
+        end(reason);
+}
+
+// Nothing can be told to somebody whose framing is broken (RFC 6242 section 4.2).
+void Session::broken(const std::string &why, EndReason reason) {
+    server_.say("session " + std::to_string(caller_.session) + " (" + caller_.user + ") is closed: " + why);
+    end(reason);
+}
+
+void Session::end(EndReason reason) {
+    server_.end(caller_.session, reason, std::nullopt); // destroys this
+}
+
+// ---- notifications -------------------------------------------------------------------------------------
+
+void Session::subscribe(std::shared_ptr<const Subscription> subscription) {
+    if (closing_)
+        return;
+    subscription_ = std::move(subscription);
+    told_ = server_.events_.last_number();
+    if (subscription_->start().has_value())
+        replay();
+    if (subscription_->stop().has_value())
+        stop_at(*subscription_->stop());
+}
+
+// What was published while the kept events were fetched is among them, and comes again later.
+void Session::replay() {
+    for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
+        told_ = std::max(told_, event->number);
+        if (wants(*event) && event->time <= subscription_->stop().value_or(event->time))
+            notify(event);
+    }
+    notify_now(replay_complete());
+}
+
+void Session::stop_at(EventTime time) {
+    const auto left = std::chrono::ceil<std::chrono::microseconds>(time - now());
+    if (left.count() <= 0)
+        return end_subscription();
+    stop_timer_ = evtimer_new(bufferevent_get_base(stream_), on_subscription_over, this);
+    const timeval wait = to_timeval(left);
+    evtimer_add(stop_timer_, &wait);
+}
+
+void Session::on_subscription_over(int, short, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    event_free(session.stop_timer_);
+    session.stop_timer_ = nullptr;
+    session.end_subscription();
+}
+
+void Session::end_subscription() {
+    subscription_.reset();
+    notify_now(notification_complete());
+}
+
+void Session::tell(const SharedEvent &event) {
+    if (subscription_ == nullptr || event->number <= told_)
+        return;
+    told_ = event->number;
+    if (event->time > subscription_->stop().value_or(event->time) || !wants(*event))
+        return;
+    notify(event);
+    if (notifications_bytes_ > most_notifications_bytes)
+        broken("it does not read its notifications", EndReason::other);
+}
+
+bool Session::wants(const Event &event) const {
+    const bool may = caller_.rules == nullptr || caller_.rules->may_be_told(event.module, event.name);
+    return may && subscription_->wants(event);
+}
+
+void Session::notify_now(const std::string &event) {
+    notify(std::make_shared<const Event>(Event{0, now(), "", "", event}));
+}
+
+void Session::notify(SharedEvent event) {
+    if (closing_)
+        return;
+    notifications_bytes_ += event->xml.size();
+    notifications_.push_back(std::move(event));
+    server_.monitoring_.count(caller_.session, {0, 0, 0, 1});
+    write_notifications();
+}
+
+void Session::write_notifications() {
+    while (!notifications_.empty() && evbuffer_get_length(bufferevent_get_output(stream_)) <= most_printed) {
+        const SharedEvent event = std::move(notifications_.front());
+        notifications_.pop_front();
+        notifications_bytes_ -= event->xml.size();
+        write(print_notification(event->time, event->xml));
+    }
+}
+
+} // namespace yfw::netconf

@@ -1,0 +1,94 @@
+// One client.
+#ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_SESSION_H
+#define YFW_FRONTENDS_NETCONF_TRANSPORT_SESSION_H
+
+#include <deque>
+#include <memory>
+#include <string>
+
+#include "frontends/netconf/events/event_stream.h"
+#include "frontends/netconf/messages/framing.h"
+#include "frontends/netconf/operations/conversation.h"
+
+struct bufferevent;
+struct event;
+struct event_base;
+
+namespace yfw::netconf {
+
+class NetconfServer;
+
+// Why a session ends; the words of termination-reason in RFC 6470.
+enum class EndReason { closed, killed, dropped, timeout, bad_hello, other };
+std::string_view to_string(EndReason reason);
+
+// Reads requests and writes replies in their order; one request is answered at a time. What it is told by the
+// event loop may end it: the server then destroys it.
+class Session {
+public:
+    Session(NetconfServer &server, event_base *base, int socket, Caller caller);
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+    // Who asks, as things are now.
+    Caller caller() const;
+    bool has_started() const { return greeted_; }
+
+    void greet();
+    // The answer to the request under way.
+    void reply(const Reply &reply);
+    // An event that it may have subscribed to.
+    void tell(const SharedEvent &event);
+
+private:
+    static void on_read(bufferevent *, void *self);
+    static void on_written(bufferevent *, void *self);
+    static void on_event(bufferevent *, short what, void *self);
+    static void on_hello_overdue(int, short, void *self);
+    static void on_subscription_over(int, short, void *self);
+
+    void read();
+    void take(std::string message);
+    void next();
+    void write(const std::string &message);
+    void hello_came(const std::string &hello);
+    void broken(const std::string &why, EndReason reason);
+    void end(EndReason reason);
+    // Ends when everything written has left; reads no more.
+    void close_after_writing(EndReason reason);
+    void no_more_comes();
+    void pause_when_full();
+    bool is_full() const;
+    void subscribe(std::shared_ptr<const Subscription> subscription);
+    void replay();
+    bool wants(const Event &event) const;
+    void stop_at(EventTime time);
+    void end_subscription();
+    void notify(SharedEvent event);
+    void notify_now(const std::string &event);
+    void write_notifications();
+
+    NetconfServer &server_;
+    Caller caller_;
+    bufferevent *stream_;
+    FrameReader reader_;
+    Framing framing_ = Framing::end_of_message;
+    bool greeted_ = false; // the client's hello came
+    bool busy_ = false;    // a request is being answered
+    bool closing_ = false;
+    EndReason closes_as_ = EndReason::closed;
+    bool ended_ = false; // the client sends no more
+    std::deque<std::string> waiting_;
+    size_t waiting_bytes_ = 0;
+    event *hello_timer_;
+    std::shared_ptr<const Subscription> subscription_;
+    event *stop_timer_ = nullptr;
+    uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
+    std::deque<SharedEvent> notifications_; // that have to wait until the client reads
+    size_t notifications_bytes_ = 0;
+};
+
+} // namespace yfw::netconf
+
+#endif

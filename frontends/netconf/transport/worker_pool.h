@@ -1,0 +1,47 @@
+// Threads that answer while the event loop goes on.
+#ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_WORKER_POOL_H
+#define YFW_FRONTENDS_NETCONF_TRANSPORT_WORKER_POOL_H
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace yfw::netconf {
+
+// A job returns what the event loop is to run when the job is done. The loop waits for descriptor() to become
+// readable and calls run_finished().
+class WorkerPool {
+public:
+    using Finish = std::function<void()>;
+    using Job = std::function<Finish()>;
+
+    explicit WorkerPool(size_t threads);
+    // Waits for the jobs under way; those that have not begun are dropped.
+    ~WorkerPool();
+    WorkerPool(const WorkerPool &) = delete;
+    WorkerPool &operator=(const WorkerPool &) = delete;
+
+    void add(Job job);
+    // Has the event loop run something, after all that it was to run before. From any thread.
+    void post(Finish finish);
+    int descriptor() const { return wake_; }
+    void run_finished();
+
+private:
+    void work();
+
+    std::mutex mutex_;
+    std::condition_variable more_;
+    std::deque<Job> waiting_;
+    std::vector<Finish> finished_;
+    bool ends_ = false;
+    int wake_;
+    std::vector<std::thread> threads_;
+};
+
+} // namespace yfw::netconf
+
+#endif
