@@ -1,7 +1,9 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstring>
+#include <semaphore>
 #include <system_error>
 
 #include <fcntl.h>
@@ -16,6 +18,7 @@
 namespace yfw::netconf {
 namespace {
 
+constexpr std::ptrdiff_t most_at_once = 2;
 constexpr rlim_t most_processor_seconds = 2;
 // Of waiting for a machine that has other things to do.
 constexpr int most_milliseconds = 30000;
@@ -100,12 +103,10 @@ void limit_this_process() {
     setrlimit(RLIMIT_CORE, &none);
 }
 
-} // namespace
-
 // The copy of this process has this thread alone, and the memory as it is now: the document needs not be told
 // to it. Descriptors of sessions are closed at once, so that who hangs up is not kept waiting.
-XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::string &expression,
-                                 const Prefixes &prefixes, const XPathBudget &budget) {
+XPathResult evaluate_in_copy(const XPathDocument &document, const std::string &expression,
+                             const Prefixes &prefixes, const XPathBudget &budget) {
     std::array<int, 2> pipe_ends{};
     if (pipe2(pipe_ends.data(), O_CLOEXEC) != 0)
         throw std::system_error(errno, std::generic_category(), "pipe");
@@ -127,6 +128,35 @@ XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::strin
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
     }
     return result_from(said);
+}
+
+// The threads that answer wait for an evaluation; most of them are left for requests that take less.
+std::counting_semaphore<> evaluations_left{most_at_once};
+
+class Turn {
+public:
+    Turn() : is_ours_(evaluations_left.try_acquire()) {}
+    ~Turn() {
+        if (is_ours_)
+            evaluations_left.release();
+    }
+    Turn(const Turn &) = delete;
+    Turn &operator=(const Turn &) = delete;
+
+    bool is_ours() const { return is_ours_; }
+
+private:
+    bool is_ours_;
+};
+
+} // namespace
+
+XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::string &expression,
+                                 const Prefixes &prefixes, const XPathBudget &budget) {
+    const Turn turn;
+    if (!turn.is_ours())
+        return {XPathStatus::busy, {}, {}};
+    return evaluate_in_copy(document, expression, prefixes, budget);
 }
 
 } // namespace yfw::netconf

@@ -48,7 +48,7 @@ struct XPathBudget {
     size_t characters = 0; // of the strings that its functions make and compare, in bytes
 };
 
-enum class XPathStatus { done, invalid, no_nodes, beyond_budget };
+enum class XPathStatus { done, invalid, no_nodes, beyond_budget, busy };
 
 struct XPathResult {
     XPathStatus status = XPathStatus::done;
@@ -62,7 +62,7 @@ XPathResult evaluate_xpath(const XPathDocument &document, const std::string &exp
                            const Prefixes &prefixes, const XPathBudget &budget);
 
 // The same in a process of its own, which is ended after two seconds of processor time: for data on which no
-// budget of operations says how long an evaluation takes.
+// budget of operations says how long an evaluation takes. Two at once; a third is refused as busy.
 XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::string &expression,
                                  const Prefixes &prefixes, const XPathBudget &budget);
 

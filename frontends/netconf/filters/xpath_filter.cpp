@@ -55,6 +55,8 @@ std::vector<bool> selected_by(const XPathDocument &document, const Filter &filte
         throw RpcError("protocol", "invalid-value", "the expression does not select nodes");
     case XPathStatus::beyond_budget:
         deny("the expression takes too many steps on this data");
+    case XPathStatus::busy:
+        deny("too many expressions are being evaluated on large data; try again");
     }
     std::vector<bool> selected(document.nodes().size());
     for (const uint32_t place : result.selected)

@@ -107,5 +107,54 @@ TEST(AnExpression, ThatWouldTakeSecondsIsRefusedForItsLength) {
     }
 }
 
+// --- XPath on data that is evaluated apart ---
+
+// More nodes than are looked at in this process.
+yang::DataTree large_data() {
+    lyd_node *data = nullptr;
+    for (int i = 0; i < 2000; i++) {
+        const std::string path =
+            "/openconfig-lldp:lldp/interfaces/interface[name='eth" + std::to_string(i) + "']/config/name";
+        lyd_node *made = nullptr;
+        lyd_new_path(data, schemas().context(), path.c_str(), ("eth" + std::to_string(i)).c_str(), 0, &made);
+        data = data != nullptr ? data : made;
+    }
+    return yang::DataTree(data);
+}
+
+std::string names_selected(const std::string &expression) {
+    const Document filter(xpath_filter(expression));
+    const yang::DataTree found = xpath_filtered(large_data(), filter_of(filter.root()));
+    std::string names;
+    for (const lyd_node *entry = found != nullptr ? lyd_child(lyd_child(found.get())) : nullptr;
+         entry != nullptr; entry = entry->next)
+        names += std::string(lyd_get_value(lyd_child(entry))) + " ";
+    return names;
+}
+
+std::string tag_of_refusal(const std::string &expression) {
+    try {
+        names_selected(expression);
+        return "";
+    } catch (const RpcError &error) {
+        return error.tag;
+    }
+}
+
+TEST(AnExpressionOnLargeData, SelectsWhatItSays) {
+    EXPECT_EQ(names_selected("//l:interface[l:name='eth7' or l:config/l:name='eth1999']"), "eth7 eth1999 ");
+    EXPECT_EQ(names_selected("/l:lldp/l:interfaces/l:interface[3]"), "eth2 ");
+    EXPECT_EQ(names_selected("//l:nothing"), "");
+}
+
+TEST(AnExpressionOnLargeData, ThatIsNoneIsRefused) {
+    EXPECT_EQ(tag_of_refusal("//["), "invalid-value");
+    EXPECT_EQ(tag_of_refusal("count(//*)"), "invalid-value");
+}
+
+TEST(AnExpressionOnLargeData, ThatLooksThroughAllOfItForEachNodeIsEnded) {
+    EXPECT_EQ(tag_of_refusal("//*[count(//*[count(//*) > 0]) > 0]"), "resource-denied");
+}
+
 } // namespace
 } // namespace yfw::netconf

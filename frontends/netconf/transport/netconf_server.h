@@ -27,10 +27,10 @@ struct ServerOptions {
     access::AccessGroups groups;
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
-    size_t threads = 4;
+    size_t threads = 8; // that answer
 };
 
-// Serves until stop_on() says so. Everything it is given is borrowed.
+// Serves until run() is told to stop. Everything it is given is borrowed.
 class NetconfServer {
 public:
     // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
