@@ -1,4 +1,4 @@
-// The YANG modules that the host works with.
+// The YANG modules the host works with.
 #ifndef YFW_YANG_SCHEMAS_H
 #define YFW_YANG_SCHEMAS_H
 
@@ -11,7 +11,7 @@
 
 namespace yfw::yang {
 
-// The modules that a mapping is between, by name.
+// The modules on both sides of a mapping, by name.
 struct MappedModules {
     // The first has the top container. The others are named because identities are values only when their
     // module is implemented, not merely imported.
@@ -38,7 +38,7 @@ public:
     // when the module has none; NULL when there is none.
     const lysc_node *native_root(std::string_view ns, std::string_view name) const;
 
-    // The node at a schema path, such as /interfaces/interface, of a module by name; NULL when there is none.
+    // The node at a schema path, such as /interfaces/interface, of the named module; NULL when there is none.
     const lysc_node *find(const std::string &module, std::string_view path) const;
 
 private:
