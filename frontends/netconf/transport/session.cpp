@@ -226,7 +226,7 @@ void Session::subscribe(std::shared_ptr<const Subscription> subscription) {
         stop_at(*subscription_->stop());
 }
 
-// Events published during the fetch are already among those fetched, and will be delivered again.
+// Events published during the fetch are included, and are offered to tell() again, which skips them by told_.
 void Session::replay() {
     for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
         told_ = std::max(told_, event->number);
