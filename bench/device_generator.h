@@ -1,4 +1,4 @@
-// A large made-up device, for benchmarks only.
+// A large synthetic device, for benchmarks only.
 #ifndef YFW_BENCH_DEVICE_GENERATOR_H
 #define YFW_BENCH_DEVICE_GENERATOR_H
 

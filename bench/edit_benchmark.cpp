@@ -1,5 +1,5 @@
-// The parts of an edit: mapping alone, with validation, with the synced commit; one leaf, and as many
-// interfaces as the argument says. The peer of a commit is what the disk takes for one synced row.
+// The parts of an edit: mapping alone, with validation, and with the synced commit; for one leaf and for the
+// given number of interfaces. The baseline for a commit is the time the disk takes for one synced row.
 #include <filesystem>
 #include <string>
 
@@ -23,7 +23,7 @@ const yang::Schemas &schemas() {
     return loaded;
 }
 
-// A device with LLDP switched on and so many interfaces, each with settings of its own.
+// A device with LLDP enabled and this many interfaces, each with its own settings.
 std::string configuration(int64_t interfaces) {
     std::string xml = "<lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\"><enable>true</enable></lldp>"
                       "<interface-configurations xmlns=\"urn:tarvo:yang:Tarvo-QD-ifmgr-cfg\">";
@@ -44,7 +44,7 @@ private:
     std::string xml_;
 };
 
-// A device with a store in a directory that goes with it.
+// A device with a store in a temporary directory.
 struct Device {
     explicit Device(int64_t interfaces)
         : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
@@ -125,7 +125,7 @@ void map_interfaces(benchmark::State &state) {
 void commit_interfaces(benchmark::State &state) {
     Device device(state.range(0));
     bool enabled = true;
-    device.editor.edit(timer_edit(30), {"bench", ""}); // makes the store
+    device.editor.edit(timer_edit(30), {"bench", ""}); // creates the store
     for (auto _ : state) {
         enabled = !enabled;
         benchmark::DoNotOptimize(device.editor.edit(interfaces_edit(state.range(0), enabled), {"bench", ""}));

@@ -1,4 +1,4 @@
-// A made-up device as a source of native data, for benchmarks only.
+// A synthetic device as a source of native data, for benchmarks only.
 #ifndef YFW_BENCH_GENERATED_SOURCE_H
 #define YFW_BENCH_GENERATED_SOURCE_H
 
@@ -8,7 +8,7 @@
 
 namespace yfw::bench {
 
-// Gives out one device, or copies of it, so that parsing is not measured. Borrows the schemas.
+// Returns one device, or copies of it, so that parsing is not measured. Borrows the schemas.
 class GeneratedSource final : public sources::NativeSource {
 public:
     GeneratedSource(const yang::Schemas &schemas, const DeviceSize &size);

@@ -1,5 +1,5 @@
-// The parts of a read, by the number of neighbors: mapping alone (request walk, native response, native walks,
-// libyang's tree of the answer), and libyang printing that answer, as the peer.
+// The parts of a read, by number of neighbors: mapping alone (request walk, native response, native walks,
+// libyang's answer tree), and libyang printing the answer as the baseline.
 #include <benchmark/benchmark.h>
 
 #include "generated_source.h"

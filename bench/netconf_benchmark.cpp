@@ -1,6 +1,5 @@
-// What a NETCONF client waits for, over the server's Unix socket and without SSH. Latencies are percentiles of
-// the single requests; gets and edits have a
-// peer that is measured in the same run.
+// The latency a NETCONF client sees, over the server's Unix socket and without SSH, as percentiles of single
+// requests. Gets and edits have a baseline measured in the same run.
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -31,7 +30,7 @@ constexpr bench::DeviceSize small{4, 4, 1};
 constexpr bench::DeviceSize ten_thousand_interfaces{10000, 10000, 10};
 constexpr bench::DeviceSize ten_thousand_neighbors{2500, 10000, 10};
 
-// How long several runs of one thing took, each for itself.
+// The durations of repeated runs, one by one.
 class Durations {
 public:
     template <class Work> void measure(Work &&work) {
@@ -42,7 +41,7 @@ public:
 
     double last() const { return all_.back(); }
 
-    // Seconds. `part`: 0.5 for the median.
+    // In seconds. `part`: 0.5 for the median.
     double percentile(double part) const {
         std::vector<double> sorted = all_;
         std::sort(sorted.begin(), sorted.end());
@@ -67,7 +66,7 @@ const std::string one_leaf = get("<state><system-name/></state>");
 const std::string one_interface = get("<interfaces><interface><name>eth7</name></interface></interfaces>");
 const std::string all_neighbors = get("<interfaces><interface><neighbors/></interface></interfaces>");
 
-// The data of a reply, as libyang holds it.
+// The data of a reply as a libyang tree.
 yang::DataTree data_of(const std::string &reply) {
     const size_t begin = reply.find("<data>") + 6;
     const std::string content = reply.substr(begin, reply.rfind("</data>") - begin);
@@ -85,7 +84,7 @@ void print(const lyd_node *data) {
     std::free(text);
 }
 
-// The latency of one request; its peers are libyang printing the answer and the device being read alone.
+// The latency of one request; the baselines are libyang printing the answer, and reading the device alone.
 void measure_get(benchmark::State &state, sources::NativeSource &source, const std::string &operation) {
     const bench::ServedDevice device(schemas(), source);
     bench::NetconfClient client(device.socket());
@@ -115,7 +114,7 @@ void get_from_memory(benchmark::State &state, const bench::DeviceSize &size, con
     measure_get(state, source, operation);
 }
 
-// As a device is served that is given as files: they are read when they have changed, and here they do not.
+// A device given as files, as it is served: files are reread only when they change, which they do not here.
 void get_from_file(benchmark::State &state, const bench::DeviceSize &size, const std::string &operation) {
     const bench::Directory directory;
     const std::filesystem::path file = directory.path() / "device.xml";
@@ -133,13 +132,13 @@ std::string timer_edit(int seconds) {
            std::to_string(seconds) + "</hello-timer></config></lldp></config></edit-config>";
 }
 
-// Each edit is a commit of its own, on the disk before it is answered. The peer is the disk: an empty commit.
+// Each edit is a separate commit, on disk before the reply. The baseline is the disk: an empty commit.
 void edit_running(benchmark::State &state) {
     bench::GeneratedSource source(schemas(), small);
     const bench::ServedDevice device(schemas(), source);
     bench::NetconfClient client(device.socket());
     commits::CommitLog rows(device.directory() / "rows.db", true);
-    client.ask(timer_edit(30)); // makes the store
+    client.ask(timer_edit(30)); // creates the store
     Durations edits;
     Durations syncs;
     int seconds = 10;

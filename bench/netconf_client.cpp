@@ -20,7 +20,7 @@ constexpr const char *hello =
     "<capability>urn:ietf:params:netconf:base:1.0</capability>"
     "<capability>urn:ietf:params:netconf:base:1.1</capability></capabilities></hello>";
 
-// Answers are large.
+// Large enough for the biggest answers.
 constexpr netconf::FrameLimits limits{4294967295, uint64_t{4} << 30};
 
 constexpr timeval patience{60, 0};

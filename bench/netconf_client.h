@@ -1,4 +1,4 @@
-// As much of a NETCONF client as a benchmark needs: it frames, and reads no more of a reply than it has to.
+// A minimal NETCONF client for benchmarks: handles framing, and parses no more of a reply than necessary.
 #ifndef YFW_BENCH_NETCONF_CLIENT_H
 #define YFW_BENCH_NETCONF_CLIENT_H
 
@@ -9,16 +9,16 @@
 
 namespace yfw::bench {
 
-// A session of base:1.1. What goes wrong throws std::runtime_error: a benchmark of errors measures nothing.
+// A base:1.1 session. Throws std::runtime_error on any failure: a benchmark of errors measures nothing.
 class NetconfClient {
 public:
-    // Connects, and both hellos are exchanged.
+    // Connects and exchanges hellos.
     explicit NetconfClient(const std::filesystem::path &socket);
     ~NetconfClient();
     NetconfClient(const NetconfClient &) = delete;
     NetconfClient &operator=(const NetconfClient &) = delete;
 
-    // The whole <rpc-reply>, which holds no error.
+    // The whole <rpc-reply>; throws if it contains an error.
     std::string ask(const std::string &operation);
 
     // Returns when the server has closed the connection.

@@ -9,7 +9,7 @@
 
 namespace yfw::bench {
 
-// A directory of this process's own, which goes with everything in it.
+// A private directory, removed with its contents on destruction.
 class Directory {
 public:
     Directory();
@@ -23,8 +23,8 @@ private:
     std::filesystem::path path_;
 };
 
-// Serves a source, with a store of its own, on a thread of its own while it lives. There can be one at a time:
-// the plug-in keeps state between its callbacks. Borrows the schemas and the source.
+// Serves a source, with its own store, on a background thread while it lives. Only one may exist at a time: the
+// plug-in keeps state between its callbacks. Borrows the schemas and the source.
 class ServedDevice {
 public:
     ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source);

@@ -14,8 +14,8 @@
 
 #include "device/service.h"
 #include "frontends/cli/options/named_device.h"
-#include "frontends/netconf/transport/netconf_server.h"
 #include "frontends/netconf/server_data/protocol_modules.h"
+#include "frontends/netconf/transport/netconf_server.h"
 #include "host/mapping_description.h"
 #include "yang/module_files.h"
 

@@ -47,7 +47,7 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     get->add_flag_callback(
            "--state", [&options] { options.content = host::Content::state; }, "Operational state only")
         ->excludes(config);
-    // Not by the library's own map of names to values, which also takes the values' numbers.
+    // CLI11's own map of names to values would also accept the values' numbers.
     get->add_option_function<std::string>(
            "--format",
            [&options](const std::string &name) {
@@ -60,14 +60,14 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     get->callback([&] { cli::run_get(device, options); });
 }
 
-// Control characters of names and files that were given must break neither the line nor the terminal.
+// Control characters in given names and files must break neither the line nor the terminal.
 std::string one_line(std::string text) {
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
     return text;
 }
 
-// One line that names the place and what was expected; for an edit with the NETCONF error tag (RFC 6241
+// Prints one line with the place and what was expected; for an edit, also the NETCONF error tag (RFC 6241
 // appendix A).
 int report(const Error &error, bool edits, bool trace) {
     std::ostringstream line;
@@ -92,7 +92,7 @@ bool edits(const CLI::App &app) {
 
 int main(int argc, char **argv) {
     CLI::App app{"OpenConfig LLDP for devices that speak native models", "yfw"};
-    app.require_subcommand(0, 1); // a word that is no command is named before a missing one is missed
+    app.require_subcommand(0, 1); // report an unknown command before a missing one
     app.set_version_flag("--version", "yfw " YFW_VERSION);
     app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n  yfw topology\n");
     cli::DeviceOptions device;

@@ -19,10 +19,10 @@ host::ReadRequest read_request(const yang::Schemas &schemas, const GetOptions &o
     return request;
 }
 
-// The process ends when the command does. What is large is left to the operating system then, which takes it
-// back at once; node by node that takes as long as a good part of the read.
+// The process ends with the command, so large objects are left to the operating system, which reclaims them at
+// once; freeing them node by node takes about as long as much of the read.
 template <class T> T &until_exit(std::unique_ptr<T> object) {
-    static T *volatile kept = nullptr; // volatile: leak checkers have to find it
+    static T *volatile kept = nullptr; // volatile, so that leak checkers find it
     kept = object.release();
     return *kept;
 }

@@ -132,7 +132,7 @@ std::string status_text(const lab::Place &place, const lab::Status &status) {
     return text.str();
 }
 
-// The options that other commands need to find this laboratory.
+// The options that make other commands use this laboratory.
 std::string choice(const lab::Place &place) {
     const lab::Place standard;
     return (place.name != standard.name ? " --name " + place.name : "") +
@@ -148,7 +148,7 @@ std::string next_commands(const lab::Place &place, const lab::Status &status) {
     return text.str();
 }
 
-// What was committed on an earlier laboratory's daemon under this socket is not for the new one.
+// Commits made on an earlier laboratory's daemon at this socket do not apply to the new one.
 void forget_commits(const std::filesystem::path &socket) {
     DeviceOptions device;
     device.device = "lldpd:" + socket.string();

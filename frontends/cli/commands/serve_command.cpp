@@ -22,9 +22,9 @@
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
+#include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/filters/defaults.h"
 #include "frontends/netconf/transport/netconf_server.h"
-#include "frontends/netconf/events/server_events.h"
 
 namespace yfw::cli {
 namespace {

@@ -8,7 +8,7 @@
 
 namespace yfw::cli {
 
-// `device` outlives the commands.
+// `device` must outlive the commands.
 void add_serve(CLI::App &app, DeviceOptions &device);
 
 } // namespace yfw::cli

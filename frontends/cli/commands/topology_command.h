@@ -1,4 +1,4 @@
-// The command that draws a network.
+// The command that draws a network topology.
 #ifndef YFW_FRONTENDS_CLI_COMMANDS_TOPOLOGY_COMMAND_H
 #define YFW_FRONTENDS_CLI_COMMANDS_TOPOLOGY_COMMAND_H
 
@@ -8,9 +8,9 @@
 
 namespace yfw::cli {
 
-// Adds `topology` to the program. The models, the plug-in and the trace are those of `device`, which has to
-// outlive the parsing; the devices are the command's own. The command throws Error for what cannot be
-// read and std::runtime_error for what cannot be written.
+// Adds `topology` to the program. It takes models, plug-in and trace from `device`, which must outlive parsing,
+// and has its own option for the devices. The command throws Error for unreadable input and std::runtime_error
+// when it cannot write.
 void add_topology(CLI::App &app, DeviceOptions &device);
 
 } // namespace yfw::cli

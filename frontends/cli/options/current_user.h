@@ -1,4 +1,4 @@
-// Who runs the program.
+// The user running the program.
 #ifndef YFW_FRONTENDS_CLI_OPTIONS_CURRENT_USER_H
 #define YFW_FRONTENDS_CLI_OPTIONS_CURRENT_USER_H
 
@@ -6,7 +6,7 @@
 
 namespace yfw::cli {
 
-// The user's name, of who called sudo where that is so; the number of a user without a name.
+// The user's name; under sudo, that of the caller; the user ID if there is no name.
 std::string current_user();
 
 } // namespace yfw::cli

@@ -1,4 +1,4 @@
-// The options that every command on a device has.
+// The options common to all commands on a device.
 #ifndef YFW_FRONTENDS_CLI_OPTIONS_DEVICE_OPTIONS_H
 #define YFW_FRONTENDS_CLI_OPTIONS_DEVICE_OPTIONS_H
 
@@ -8,8 +8,8 @@
 
 namespace yfw::cli {
 
-// Adds --native, --device, --store, --models, --plugin and --trace, with their defaults. `options` outlives the
-// command.
+// Adds --native, --device, --store, --models, --plugin and --trace, with their defaults. `options` must outlive
+// the command.
 void add_device_options(CLI::App &command, DeviceOptions &options);
 
 } // namespace yfw::cli

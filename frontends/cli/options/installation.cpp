@@ -17,7 +17,7 @@ Installation find_installation() {
 } // namespace
 
 const Installation &installation() {
-    static const Installation found = find_installation(); // every command asks
+    static const Installation found = find_installation(); // cached, as every command asks
     return found;
 }
 

@@ -1,4 +1,4 @@
-// Where the program's own files are.
+// Where the program's files are installed.
 #ifndef YFW_FRONTENDS_CLI_OPTIONS_INSTALLATION_H
 #define YFW_FRONTENDS_CLI_OPTIONS_INSTALLATION_H
 
@@ -7,13 +7,13 @@
 namespace yfw::cli {
 
 struct Installation {
-    std::filesystem::path models;          // YANG modules of its own
-    std::filesystem::path standard_models; // those of the IETF, which a Debian package installs
+    std::filesystem::path models;          // its own YANG modules
+    std::filesystem::path standard_models; // the IETF's modules, from a Debian package
     std::filesystem::path examples;        // recorded devices
     std::filesystem::path plugin;          // its library, or its description
 };
 
-// Of an installed program, below its prefix; of one that was not installed, where it was built.
+// An installed program's files are below its prefix; otherwise they are in the build tree.
 const Installation &installation();
 
 } // namespace yfw::cli

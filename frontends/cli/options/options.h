@@ -1,4 +1,4 @@
-// What a command line says.
+// The options of a command line.
 #ifndef YFW_FRONTENDS_CLI_OPTIONS_OPTIONS_H
 #define YFW_FRONTENDS_CLI_OPTIONS_OPTIONS_H
 
@@ -19,7 +19,7 @@ struct DeviceOptions {
     std::filesystem::path openconfig_models;
     std::filesystem::path native_models;
     std::filesystem::path plugin;
-    std::filesystem::path store; // empty: by the device's name
+    std::filesystem::path store; // empty: derived from the device's name
     bool trace = false;
 };
 

@@ -1,4 +1,4 @@
-// Explanations for people and for tools.
+// Explanations for people and tools.
 #ifndef YFW_FRONTENDS_CLI_OUTPUT_EXPLAIN_PRINT_H
 #define YFW_FRONTENDS_CLI_OUTPUT_EXPLAIN_PRINT_H
 
@@ -10,11 +10,11 @@
 
 namespace yfw::cli {
 
-// How one OpenConfig leaf corresponds.
+// How one OpenConfig leaf maps to native nodes.
 struct Correspondence {
     std::string openconfig;
     std::vector<std::string> sources; // native paths that a read of it fetches
-    std::vector<std::string> targets; // native edits that setting it comes down to
+    std::vector<std::string> targets; // native edits that result from setting it
     bool writable = false;
 };
 

@@ -17,7 +17,7 @@ void print_tree(std::FILE *to, const yang::Schemas &schemas, const lyd_node *dat
                     "the answer cannot be printed: " + yang::take_yang_error(schemas.context()));
 }
 
-// An answer without data is still a document.
+// Even an empty answer is a document.
 void print_nothing(std::FILE *to, const yang::Schemas &schemas, Format format) {
     if (format == Format::json) {
         std::fputs("{}\n", to);
@@ -35,7 +35,7 @@ void print_nothing(std::FILE *to, const yang::Schemas &schemas, Format format) {
 void prepare_output(std::FILE *to) {
     constexpr size_t buffer_size = 1 << 20;
     std::setvbuf(to, nullptr, _IOFBF, buffer_size);
-    __fsetlocking(to, FSETLOCKING_BYCALLER); // libyang writes word by word
+    __fsetlocking(to, FSETLOCKING_BYCALLER); // libyang writes in small pieces
 }
 
 void print_data(std::FILE *to, const yang::Schemas &schemas, const lyd_node *data, Format format) {

@@ -1,4 +1,4 @@
-// Printing answers.
+// Prints answers.
 #ifndef YFW_FRONTENDS_CLI_OUTPUT_PRINT_H
 #define YFW_FRONTENDS_CLI_OUTPUT_PRINT_H
 
@@ -10,11 +10,11 @@
 
 namespace yfw::cli {
 
-// Makes a stream ready for large output by one thread. To be called before anything is written.
+// Prepares a stream for large output by a single thread. Call before anything is written.
 void prepare_output(std::FILE *to);
 
-// Writes the data as JSON (RFC 7951) or XML, ended by a newline. Without data an empty object, or the empty top
-// container. Throws Error when the output cannot be written.
+// Writes the data as JSON (RFC 7951) or XML, with a final newline. Without data, writes an empty object or the
+// empty top container. Throws Error when the output cannot be written.
 void print_data(std::FILE *to, const yang::Schemas &schemas, const lyd_node *data, Format format);
 
 } // namespace yfw::cli

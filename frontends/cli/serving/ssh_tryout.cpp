@@ -92,7 +92,7 @@ void SshTryout::write_configuration() const {
     if (!config.flush())
         throw Error(ErrorTag::operation_failed, (files_.path() / "sshd_config").string(), "cannot be written");
     if (geteuid() == 0)
-        mkdir("/run/sshd", 0755); // sshd insists on it; a system that has sshd running has it
+        mkdir("/run/sshd", 0755); // sshd requires it; it exists where sshd already runs
 }
 
 void SshTryout::start() {
@@ -101,7 +101,7 @@ void SshTryout::start() {
     if (daemon_ < 0)
         throw Error(ErrorTag::resource_denied, "sshd", std::strerror(errno));
     if (daemon_ == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGTERM); // whatever happens to the server
+        prctl(PR_SET_PDEATHSIG, SIGTERM); // even if the server crashes
         if (getppid() != parent)
             _exit(127);
         sigset_t none;

@@ -1,4 +1,4 @@
-// An SSH server of one's own, for trying the NETCONF server out.
+// A private SSH server for trying out the NETCONF server.
 #ifndef YFW_FRONTENDS_CLI_SERVING_SSH_TRYOUT_H
 #define YFW_FRONTENDS_CLI_SERVING_SSH_TRYOUT_H
 
@@ -11,23 +11,23 @@
 
 namespace yfw::cli {
 
-// An sshd on a loopback port, with host keys of its own and one authorised key, whose subsystem "netconf" is
-// this program joined to a socket. Everything lies in one directory, which goes with the object.
+// An sshd on a loopback port, with its own host keys and one authorised key. Its subsystem "netconf" is this
+// program connected to a socket. Everything is in one directory, which is removed with the object.
 class SshTryout {
 public:
-    // `port` 0: a free one. Throws Error that says what is missing.
+    // `port` 0: any free port. Throws Error naming what is missing.
     explicit SshTryout(uint16_t port);
     ~SshTryout();
     SshTryout(const SshTryout &) = delete;
     SshTryout &operator=(const SshTryout &) = delete;
 
-    // The socket that the NETCONF server is to listen on.
+    // The socket for the NETCONF server to listen on.
     std::filesystem::path socket() const { return files_.path() / "netconf.sock"; }
 
-    // Starts the daemon; to be called once the socket is listened on.
+    // Starts the daemon; call once the server listens on the socket.
     void start();
 
-    // How to connect, for the user.
+    // Tells the user how to connect.
     std::string instructions() const;
 
 private:

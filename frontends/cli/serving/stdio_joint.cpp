@@ -28,7 +28,7 @@ int connect_to(const std::string &path) {
     return descriptor;
 }
 
-// Moves what is there; false at the end of the stream or of its reader.
+// Moves the available bytes; false at the end of the stream or when its reader has gone.
 bool move(int from, int to) {
     char buffer[65536];
     const ssize_t count = read(from, buffer, sizeof buffer);
@@ -46,7 +46,7 @@ bool move(int from, int to) {
 } // namespace
 
 void join_standard_streams(const std::string &path) {
-    std::signal(SIGPIPE, SIG_IGN); // an end that vanished is an error of writing to it
+    std::signal(SIGPIPE, SIG_IGN); // a vanished peer shows as a write error instead
     const int descriptor = connect_to(path);
     pollfd waited[2] = {{STDIN_FILENO, POLLIN, 0}, {descriptor, POLLIN, 0}};
     for (;;) {
@@ -54,7 +54,7 @@ void join_standard_streams(const std::string &path) {
             break;
         if (waited[0].revents != 0 && !move(STDIN_FILENO, descriptor)) {
             shutdown(descriptor, SHUT_WR);
-            waited[0].fd = -1; // poll() passes over it
+            waited[0].fd = -1; // poll() ignores it
         }
         if (waited[1].revents != 0 && !move(descriptor, STDOUT_FILENO))
             break;

@@ -1,4 +1,4 @@
-// Standard input and output joined to a Unix socket.
+// Connects standard input and output to a Unix socket.
 #ifndef YFW_FRONTENDS_CLI_SERVING_STDIO_JOINT_H
 #define YFW_FRONTENDS_CLI_SERVING_STDIO_JOINT_H
 
@@ -6,8 +6,8 @@
 
 namespace yfw::cli {
 
-// Returns when the socket's other end has closed it. The end of standard input is handed on. Throws Error
-// when the socket cannot be connected to.
+// Returns when the peer has closed the socket. Passes on the end of standard input. Throws Error when it cannot
+// connect.
 void join_standard_streams(const std::string &socket);
 
 } // namespace yfw::cli

@@ -13,14 +13,15 @@ constexpr size_t most_kept_bytes = 4u << 20;
 
 using Guard = std::lock_guard<std::mutex>;
 
-// Times tell events apart.
+// Fine enough for the time to identify an event.
 EventTime now_in_microseconds() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
-// Nanoseconds reach to the year 2262, and there was no event before 1970. What lies outside is as far away.
+// The clock counts nanoseconds, which reach to 2262, and no event predates 1970: clamp times outside that
+// range.
 EventTime clamped(std::chrono::seconds time) {
-    constexpr std::chrono::seconds margin{1}; // for the fraction
+    constexpr std::chrono::seconds margin{1}; // for the fraction of a second
     const auto last = std::chrono::floor<std::chrono::seconds>(EventTime::max().time_since_epoch()) - margin;
     return EventTime(std::clamp(time, std::chrono::seconds(0), last));
 }
@@ -45,7 +46,7 @@ std::optional<EventTime> parse_time(const std::string &text) {
     };
     const std::chrono::year_month_day day(std::chrono::year(static_cast<int>(number(0, 4))),
                                           std::chrono::month(number(5, 2)), std::chrono::day(number(8, 2)));
-    const bool is_time = number(11, 2) < 24 && number(14, 2) < 60 && number(17, 2) <= 60; // with leap seconds
+    const bool is_time = number(11, 2) < 24 && number(14, 2) < 60 && number(17, 2) <= 60; // 60 for leap seconds
     timespec read{};
     if (!day.ok() || !is_time || ly_time_str2ts(text.c_str(), &read) != LY_SUCCESS)
         return std::nullopt;
@@ -56,7 +57,7 @@ EventStream::EventStream() : created_(now_in_microseconds()), last_time_(created
 
 void EventStream::publish(std::string module, std::string name, std::string xml) {
     const Guard guard(mutex_);
-    // Later than the one before, also when the clock was put back or is coarse.
+    // Strictly increasing, even if the clock is coarse or was set back.
     last_time_ = std::max(now_in_microseconds(), last_time_ + std::chrono::microseconds(1));
     const auto event = std::make_shared<const Event>(
         Event{++last_number_, last_time_, std::move(module), std::move(name), std::move(xml)});

@@ -1,4 +1,4 @@
-// The events that subscribers are told (RFC 5277), and those of the past that are kept for later ones.
+// The event stream (RFC 5277): live events for subscribers, and recent ones kept for replay.
 #ifndef YFW_FRONTENDS_NETCONF_EVENTS_EVENT_STREAM_H
 #define YFW_FRONTENDS_NETCONF_EVENTS_EVENT_STREAM_H
 
@@ -15,41 +15,40 @@ namespace yfw::netconf {
 
 using EventTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
 
-// RFC 3339, UTC, to the microsecond: an event can be asked for again by the time that it bears.
+// RFC 3339, UTC, to the microsecond, so that a replay can start at the exact time of an event.
 std::string print_time(EventTime time);
-// `text`: in the form of a date-and-time (RFC 6991). Nothing when the calendar has no such day, or the day no
-// such time.
+// `text`: a date-and-time (RFC 6991). Nothing when the date or the time of day does not exist.
 std::optional<EventTime> parse_time(const std::string &text);
 
 struct Event {
-    uint64_t number = 0; // from 1, in the order in which they were published
+    uint64_t number = 0; // from 1, in order of publication
     EventTime time;
     std::string module; // of the notification
     std::string name;
-    std::string xml; // its element, with its namespace
+    std::string xml; // the event's element, with its namespace
 };
 
 using SharedEvent = std::shared_ptr<const Event>;
 
-// The stream "NETCONF". Safe for several threads.
+// The stream "NETCONF". Thread-safe.
 class EventStream {
 public:
     EventStream();
 
     void publish(std::string module, std::string name, std::string xml);
 
-    // Called for each event from now on, in their order, by the thread that publishes it; must not wait, nor
-    // publish. An empty function ends that.
+    // Called for each event from now on, in order, on the publishing thread; must neither block nor publish. An
+    // empty function removes the listener.
     void on_event(std::function<void(const SharedEvent &)> listener);
 
-    // Of the last event; 0 before the first one.
+    // Number of the last event; 0 before the first one.
     uint64_t last_number() const;
 
-    // The events that are kept, from this time on.
+    // The kept events from this time on.
     std::vector<SharedEvent> since(EventTime time) const;
 
     EventTime created() const { return created_; }
-    // The time of the last event that is not kept any more.
+    // The time of the last event that has been discarded.
     std::optional<EventTime> aged() const;
 
 private:

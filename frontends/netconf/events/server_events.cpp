@@ -28,7 +28,7 @@ std::string print_record(const events::EditRecord &edit) {
            text_element("operation", edit.operation) + "</edit>";
 }
 
-// A word of confirm-event.
+// A value of the leaf confirm-event.
 const char *word_of(events::ConfirmedCommit::What what) {
     using What = events::ConfirmedCommit::What;
     switch (what) {

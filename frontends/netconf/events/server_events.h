@@ -1,4 +1,4 @@
-// The events of a NETCONF server itself (RFC 6470) and of its device, published on its stream.
+// The NETCONF server's own events (RFC 6470) and its device's, published on its stream.
 #ifndef YFW_FRONTENDS_NETCONF_EVENTS_SERVER_EVENTS_H
 #define YFW_FRONTENDS_NETCONF_EVENTS_SERVER_EVENTS_H
 
@@ -14,7 +14,7 @@ namespace yfw::netconf {
 
 using events::Actor;
 
-// Publishes what happens to the device. Borrows both; told of events for as long as it lives.
+// Publishes the device's events for as long as it lives. Borrows the device and the stream.
 class DeviceEvents final : public events::Observer {
 public:
     DeviceEvents(events::Hub &hub, EventStream &stream) : hub_(hub), stream_(stream) { hub_.add(*this); }
@@ -30,17 +30,17 @@ private:
     EventStream &stream_;
 };
 
-// The element of an event as large as they usually are, to try a filter on. `openconfig`: the top container.
+// An event element of typical size, to try a filter on. `openconfig`: the top container.
 std::string usual_event(const lysc_node *openconfig);
 
 void publish_session_start(EventStream &events, const Actor &session);
 
-// `reason`: a word of termination-reason; `killed_by`: a session, for "killed".
+// `reason`: a termination-reason; `killed_by`: the killing session, for "killed".
 void publish_session_end(EventStream &events, const Actor &session, const std::string &reason,
                          std::optional<uint32_t> killed_by);
 
-// The mapping's notification of a change; nothing where it has none. `change`: added, updated or removed;
-// `keys`: of the lists down to the entry; `data`: the entry as a read shows it, printed.
+// Publishes the mapping's change notification; does nothing if the mapping has none. `change`: added, updated
+// or removed; `keys`: of the lists down to the entry; `data`: the printed entry, as a read returns it.
 void publish_change(EventStream &events, const ProtocolModules &modules, const std::string &change,
                     const std::vector<std::string> &keys, const std::string &data);
 

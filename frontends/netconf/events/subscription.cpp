@@ -6,7 +6,7 @@
 namespace yfw::netconf {
 namespace {
 
-// In bytes, since the filter is kept.
+// In bytes; the subscription keeps the filter.
 constexpr size_t longest_filter = 16384;
 
 std::string bad_element(const char *name) {
@@ -39,7 +39,7 @@ Subscription::Subscription(const Element &request, const ProtocolModules &module
         throw RpcError("application", "invalid-value", "there is one stream, NETCONF")
             .with_info(bad_element("stream"));
     read_times(request);
-    // Clients that make the filter as for <get> leave it in NETCONF's own namespace.
+    // Clients that build the filter as for <get> leave it in the base NETCONF namespace.
     for (const Element &child : request.children())
         if (child.name() == "filter")
             read_filter(child);
@@ -70,8 +70,8 @@ void Subscription::read_filter(const Element &filter) {
         try_filter();
 }
 
-// What cannot be evaluated, or takes too long for each event, is refused now, as far as that can be told
-// without the events to come: an expression may be wrong for some of them alone.
+// Refuses an expression that is invalid or too expensive for every event. This catches what can be known now:
+// an expression may still fail on particular events.
 void Subscription::try_filter() const {
     const auto filtered = [this](const std::string &event) {
         xpath_filtered(modules_.parse_notification(event), *filter_, unlimited_depth, XPathUse::event);
@@ -99,7 +99,7 @@ bool Subscription::wants(const Event &event) const {
     try {
         return !filter_.has_value() || selects(event);
     } catch (const RpcError &error) {
-        return error.tag == "resource-denied"; // otherwise an expression that means nothing for this event
+        return error.tag == "resource-denied"; // any other error: the expression makes no sense for this event
     } catch (const std::exception &) {
         return false;
     }

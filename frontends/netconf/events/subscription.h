@@ -1,4 +1,4 @@
-// What a session asked to be told (RFC 5277 section 2.1.1).
+// A session's subscription to notifications (RFC 5277 section 2.1.1).
 #ifndef YFW_FRONTENDS_NETCONF_EVENTS_SUBSCRIPTION_H
 #define YFW_FRONTENDS_NETCONF_EVENTS_SUBSCRIPTION_H
 
@@ -15,14 +15,14 @@ namespace yfw::netconf {
 
 class Subscription {
 public:
-    // `request`: the <create-subscription>. Throws RpcError when it cannot be met. Borrows the modules.
+    // `request`: the <create-subscription>. Throws RpcError when it cannot be satisfied. Borrows the modules.
     Subscription(const Element &request, const ProtocolModules &modules);
 
-    // An event is sent whole when the filter selects anything of it. One that is too long for the filter is
-    // sent rather than lost. Never throws.
+    // An event is sent whole when the filter selects any part of it. An event too expensive to filter is sent
+    // rather than lost. Never throws.
     bool wants(const Event &event) const;
 
-    const std::optional<EventTime> &start() const { return start_; } // also what is kept from then on
+    const std::optional<EventTime> &start() const { return start_; } // events kept since then are replayed
     const std::optional<EventTime> &stop() const { return stop_; }
 
 private:
@@ -41,10 +41,10 @@ private:
 inline constexpr std::string_view notification_ns = "urn:ietf:params:xml:ns:netconf:notification:1.0";
 inline constexpr const char *streams_ns = "urn:ietf:params:xml:ns:netmod:notification";
 
-// The <notification> around an event.
+// Wraps an event in a <notification>.
 std::string print_notification(EventTime time, const std::string &event);
 
-// The events that tell of a subscription itself (RFC 5277 section 3); no filter holds them back.
+// The events about the subscription itself (RFC 5277 section 3); they bypass the filter.
 std::string replay_complete();
 std::string notification_complete();
 

@@ -33,8 +33,7 @@ uint32_t print_option(WithDefaults mode) {
     return LYD_PRINT_WD_EXPLICIT;
 }
 
-// libyang writes a carriage return as it is, and who reads XML takes that for the end of a line (XML
-// section 2.11).
+// libyang prints a bare carriage return, which XML parsers normalize to a line feed (XML section 2.11).
 std::string with_carriage_returns(const char *xml) {
     std::string text;
     for (const char *at = xml; *at != '\0';) {

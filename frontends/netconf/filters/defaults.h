@@ -12,22 +12,22 @@ namespace yfw::netconf {
 
 inline constexpr std::string_view with_defaults_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-with-defaults";
 
-// Without a word of the client: as_set, what the device is configured with.
+// as_set applies when the client chooses no mode: it reports what is explicitly configured.
 enum class WithDefaults { as_set, report_all, report_all_tagged, trim };
 
-// The capability with its basic mode.
+// The capability, with the basic mode.
 std::string with_defaults_capability();
 
-// What the operation's <with-defaults> says. Throws RpcError for another word.
+// The operation's <with-defaults>. Throws RpcError for an unknown mode.
 WithDefaults with_defaults_of(const Element &operation);
 
-// Adds the selected configuration leaves that have their default value to the containers and entries that are
-// there. Leaves of state are not added: what the device does not tell is not known.
+// Adds the selected configuration leaves at their default values to the containers and entries that exist.
+// State leaves are not added: a value that the device does not report is unknown.
 void add_defaults(lyd_node *data, const host::Selection &selection);
 
-// The data with its siblings; empty when there is none.
+// Prints the data with its siblings; empty when there is none.
 std::string print_data(const lyd_node *data, WithDefaults mode = WithDefaults::as_set);
-// The same of data that was cut: containers that are empty now were not, and are shown.
+// The same for data that was cut to a depth: containers emptied by the cut are still printed.
 std::string print_cut_data(const lyd_node *data, WithDefaults mode = WithDefaults::as_set);
 
 } // namespace yfw::netconf

@@ -10,8 +10,8 @@
 namespace yfw::netconf {
 namespace {
 
-// One without a namespace of its own, empty or inherited from NETCONF, stands for any (RFC 6241 section 6.2.1
-// leaves that to the server).
+// A filter element with an empty namespace, or the one inherited from NETCONF, matches any namespace (RFC 6241
+// section 6.2.1 leaves that to the server).
 bool takes_namespace(const Element &filter, std::string_view wanted) {
     return filter.ns() == wanted || filter.ns().empty() || filter.ns() == base_ns;
 }
@@ -30,7 +30,7 @@ const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
 
 std::optional<host::Selection> select(const Element &filter, const lysc_node *node);
 
-// Keys refer to the leaf that holds their value.
+// A list's key is a leafref to the leaf that holds its value.
 const lysc_type *value_type(const lysc_node *leaf) {
     const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
     while (type->basetype == LY_TYPE_LEAFREF)
@@ -38,7 +38,7 @@ const lysc_type *value_type(const lysc_node *leaf) {
     return type;
 }
 
-// An identity's prefix is the client's own; answers bear the module's name.
+// An identity's prefix is the client's choice; answers use the module name.
 std::string matched_value(const Element &filter, const lysc_node *leaf) {
     const lysc_type *type = value_type(leaf);
     const std::string text = filter.text();
@@ -63,13 +63,13 @@ std::optional<host::Selection> select_children(const Element &filter, const lysc
         if (part.has_value())
             selected.children.push_back(std::move(*part));
         else if (!child.text().empty())
-            return std::nullopt; // content that cannot match: nothing of this node is selected
+            return std::nullopt; // the content cannot match: nothing of this node is selected
         else
             selects_what_is_not_there = true;
     }
     if (selected.children.empty())
         return std::nullopt;
-    // Beside something that is selected, a leaf that has to match is itself part of the answer.
+    // A content match node is part of the answer when siblings are selected.
     if (selected.selects_below() || selects_what_is_not_there)
         for (host::Selection &child : selected.children)
             child.named =
@@ -78,7 +78,7 @@ std::optional<host::Selection> select_children(const Element &filter, const lysc
 }
 
 std::optional<host::Selection> select(const Element &filter, const lysc_node *node) {
-    if (!filter.attributes().empty()) // the data has no attributes that could match
+    if (!filter.attributes().empty()) // the data has no attributes to match
         return std::nullopt;
     const bool holds_text = (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
     if (!holds_text && !filter.children().empty())

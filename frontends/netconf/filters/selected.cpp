@@ -14,7 +14,7 @@ bool has_value(const lyd_node *parent, const lysc_node *leaf, const std::string 
     return false;
 }
 
-// Whether the node is one that the selection means: it has the values that are asked for.
+// Whether the node matches the selection's values.
 bool meets(const host::Selection &selection, const lyd_node *node) {
     return selection.node == node->schema &&
            std::all_of(selection.children.begin(), selection.children.end(), [&](const host::Selection &child) {
@@ -22,7 +22,7 @@ bool meets(const host::Selection &selection, const lyd_node *node) {
            });
 }
 
-// Whether an entry is asked for by no more than its key.
+// Whether an entry is selected by nothing but its key.
 bool selects_key(const Selections &selections) {
     return std::any_of(selections.begin(), selections.end(), [](const host::Selection *selection) {
         return std::any_of(
@@ -35,7 +35,7 @@ bool holds_nodes(const lysc_node *node) {
     return (node->nodetype & (LYS_LIST | LYS_CONTAINER)) != 0;
 }
 
-// The value of the list's first key that it asks for; NULL when it asks for none.
+// The value that it requires of the list's first key; NULL when it requires none.
 const std::string *first_key_of(const host::Selection &selection) {
     if (selection.node->nodetype != LYS_LIST)
         return nullptr;
@@ -46,7 +46,7 @@ const std::string *first_key_of(const host::Selection &selection) {
     return nullptr;
 }
 
-// Whether something of the node is left.
+// Whether anything of the node remains.
 bool keep(lyd_node *node, const Selections &selections) {
     if (selects_whole(selections) || !holds_nodes(node->schema))
         return !selections.empty();
@@ -117,8 +117,7 @@ bool selects_leaf(const Selections &selections, const lysc_node *leaf) {
     return selects_whole(selections) || std::any_of(selections.begin(), selections.end(), names_leaf);
 }
 
-// Each entry that is named by itself is a walk of the mapping by itself; of anything else, the mapping takes
-// one part for all.
+// The mapping walks the tree once for each entry that is named; otherwise, one walk serves all entries.
 bool has_to_be_filtered(const host::Selection &selection) {
     constexpr size_t most_entries = 16;
     std::unordered_map<const lysc_node *, size_t> times;
@@ -148,7 +147,7 @@ host::Selection broadened(const host::Selection &selection) {
                 made.children.push_back(broadened(child));
             else if (left > 1)
                 made.children.push_back({child.node, std::nullopt, {}, false});
-            left = left > 1 ? 0 : left; // the others are in it
+            left = left > 1 ? 0 : left; // the rest is included in them
         }
     return made;
 }

@@ -20,10 +20,10 @@ namespace {
 
 constexpr std::ptrdiff_t most_at_once = 2;
 constexpr rlim_t most_processor_seconds = 2;
-// Of waiting for a machine that has other things to do.
+// How long to wait for the child; generous, since the machine may be busy.
 constexpr int most_milliseconds = 30000;
 
-// An end of a pipe.
+// Owns one end of a pipe.
 class End {
 public:
     explicit End(int descriptor) : descriptor_(descriptor) {}
@@ -63,7 +63,7 @@ bool write_result(int to, const XPathResult &result) {
            write_all(to, result.why.data(), result.why.size());
 }
 
-// Nothing when it ended before it had said everything.
+// Nothing when the child ended before writing its whole result.
 std::string read_until_closed(int from) {
     std::string bytes;
     std::array<char, 65536> part{};
@@ -94,17 +94,18 @@ XPathResult result_from(const std::string &bytes) {
     return result;
 }
 
-// Signals are blocked as in the thread that forked, so the limit's own kind of end is the one that cannot be.
+// The child inherits the blocked signals of the forking thread, so the limit has to kill with a signal that
+// cannot be blocked.
 void limit_this_process() {
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody waits for it any more
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody would wait for the child any more
     const rlimit processor{most_processor_seconds, most_processor_seconds};
     setrlimit(RLIMIT_CPU, &processor);
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
 }
 
-// The copy of this process has this thread alone, and the memory as it is now: the document needs not be told
-// to it. Descriptors of sessions are closed at once, so that who hangs up is not kept waiting.
+// The child has only this thread and a copy of the memory, so the document need not be sent to it. It closes
+// the sessions' descriptors at once, so that a peer's hang-up is not delayed.
 XPathResult evaluate_in_copy(const XPathDocument &document, const std::string &expression,
                              const Prefixes &prefixes, const XPathBudget &budget) {
     std::array<int, 2> pipe_ends{};
@@ -124,13 +125,13 @@ XPathResult evaluate_in_copy(const XPathDocument &document, const std::string &e
     }
     writing.close_now();
     const std::string said = read_until_closed(reading.get());
-    kill(child, SIGKILL); // if it has not ended: it is not waited for any longer
+    kill(child, SIGKILL); // in case it is still running: its result is no longer wanted
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
     }
     return result_from(said);
 }
 
-// The threads that answer wait for an evaluation; most of them are left for requests that take less.
+// A worker thread waits for each evaluation; the limit leaves the others to cheaper requests.
 std::counting_semaphore<> evaluations_left{most_at_once};
 
 class Turn {

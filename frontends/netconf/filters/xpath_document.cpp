@@ -23,7 +23,7 @@ void XPathDocument::Free::operator()(_xmlDoc *document) const {
     xmlFreeDoc(document);
 }
 
-// Names are kept once, in the document's dictionary.
+// Names are interned in the document's dictionary.
 XPathDocument::XPathDocument(const std::vector<const lyd_node *> &forests)
     : document_(made(xmlNewDoc(bytes("1.0")))) {
     document_->dict = made(xmlDictCreate());
@@ -32,7 +32,7 @@ XPathDocument::XPathDocument(const std::vector<const lyd_node *> &forests)
             add(reinterpret_cast<xmlNode *>(document_.get()), top);
 }
 
-// Declared on the document's first element, which lives as long as all of them.
+// Declared on the document's first element, which outlives the others.
 _xmlNs *XPathDocument::namespace_for(const lys_module *module) {
     for (const auto &[known, ns] : namespaces_)
         if (known == module)
@@ -50,7 +50,7 @@ void XPathDocument::add(_xmlNode *parent, const lyd_node *data) {
     xmlAddChild(parent, node);
     node->ns = namespace_for(data->schema->module);
     nodes_.push_back(data);
-    node->_private = reinterpret_cast<void *>(nodes_.size()); // its place, from 1
+    node->_private = reinterpret_cast<void *>(nodes_.size()); // its position, from 1
     if ((data->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
         xmlAddChild(node, made(xmlNewDocText(document_.get(), bytes(lyd_get_value(data)))));
     for (const lyd_node *child = lyd_child(data); child != nullptr; child = child->next)

@@ -38,7 +38,7 @@ Context context_for(const XPathDocument &document, const Prefixes &prefixes, siz
         throw std::bad_alloc();
     context->node = reinterpret_cast<xmlNode *>(document.raw());
     context->opLimit = operations;
-    context->error = keep_silent; // the error is taken from the context
+    context->error = keep_silent; // the error is read from the context instead
     for (const auto &[prefix, ns] : prefixes)
         xmlXPathRegisterNs(context.get(), bytes(prefix), bytes(ns));
     charge_string_functions(context.get(), characters_left);
@@ -62,7 +62,7 @@ std::string_view reason_of(int error) {
     }
 }
 
-// libxml2 numbers its errors from XPATH_EXPRESSION_OK on in two places.
+// libxml2 has two enumerations of XPath errors, offset by XML_XPATH_EXPRESSION_OK.
 XPathResult failure_of(const xmlXPathContext &context) {
     const int error = context.lastError.code - XML_XPATH_EXPRESSION_OK;
     if (error == XPATH_OP_LIMIT_EXCEEDED || error == XPATH_RECURSION_LIMIT_EXCEEDED ||
@@ -77,7 +77,8 @@ void add_all_below(const xmlNode *node, std::vector<uint32_t> &places) {
             places.push_back(static_cast<uint32_t>(reinterpret_cast<uintptr_t>(child->_private) - 1));
 }
 
-// The document stands for its top nodes, a text for the leaf that holds it. Nothing else becomes data.
+// The document node stands for the top nodes, a text node for its leaf. Other nodes have no counterpart in the
+// data.
 void add_place(const xmlNode *node, std::vector<uint32_t> &places) {
     if (node->type == XML_DOCUMENT_NODE)
         return add_all_below(node, places);
@@ -90,7 +91,7 @@ void add_place(const xmlNode *node, std::vector<uint32_t> &places) {
 
 XPathResult evaluate_xpath(const XPathDocument &document, const std::string &expression,
                            const Prefixes &prefixes, const XPathBudget &budget) {
-    xmlSetGenericErrorFunc(nullptr, print_nothing); // of this thread
+    xmlSetGenericErrorFunc(nullptr, print_nothing); // per thread
     size_t characters_left = budget.characters;
     const Context context = context_for(document, prefixes, budget.operations, &characters_left);
     const std::unique_ptr<xmlXPathCompExpr, FreeCompiled> compiled(

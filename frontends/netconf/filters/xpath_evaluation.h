@@ -1,5 +1,5 @@
-// Expressions of clients, evaluated by libxml2 on data of libyang. libyang's own evaluator can be made to end
-// the process, and cannot be interrupted.
+// Evaluates clients' expressions on libyang data with libxml2. libyang's own evaluator can be made to crash the
+// process and cannot be interrupted.
 #ifndef YFW_FRONTENDS_NETCONF_FILTERS_XPATH_EVALUATION_H
 #define YFW_FRONTENDS_NETCONF_FILTERS_XPATH_EVALUATION_H
 
@@ -18,14 +18,14 @@ struct _xmlNs;
 
 namespace yfw::netconf {
 
-// Data trees as libxml2 sees them: one document with their tops below its root, and the canonical values of
-// leaves. Borrows the trees, which must not change. Serves one thread at a time.
+// Data trees as libxml2 sees them: one document with the trees' top nodes below its root and the canonical
+// values of leaves. Borrows the trees, which must not change. Not thread-safe.
 class XPathDocument {
 public:
-    // NULL stands for no tree.
+    // NULL stands for an empty tree.
     explicit XPathDocument(const std::vector<const lyd_node *> &forests);
 
-    // In the order of the document; what an evaluation selects are places in here.
+    // In document order; evaluations return indexes into this.
     const std::vector<const lyd_node *> &nodes() const { return nodes_; }
 
     _xmlDoc *raw() const { return document_.get(); }
@@ -42,27 +42,27 @@ private:
     std::vector<std::pair<const lys_module *, _xmlNs *>> namespaces_;
 };
 
-// What an evaluation may cost.
+// Limits on the cost of an evaluation.
 struct XPathBudget {
-    size_t operations = 0; // as libxml2 counts them: a node that is looked at, a step of the expression
-    size_t characters = 0; // of the strings that its functions make and compare, in bytes
+    size_t operations = 0; // as libxml2 counts them: nodes visited and steps evaluated
+    size_t characters = 0; // of the strings its functions create and compare, in bytes
 };
 
 enum class XPathStatus { done, invalid, no_nodes, beyond_budget, busy };
 
 struct XPathResult {
     XPathStatus status = XPathStatus::done;
-    std::vector<uint32_t> selected; // places in XPathDocument::nodes(), in any order
-    std::string why;                // of an invalid expression
+    std::vector<uint32_t> selected; // indexes into XPathDocument::nodes(), in any order
+    std::string why;                // why an expression is invalid
 };
 
-// Never throws for an expression. A merge of node sets looks at each pair of nodes, and libxml2 counts each
-// node: the caller keeps the product of operations and nodes small, or evaluates elsewhere.
+// Never throws because of an expression. Merging node sets compares every pair of nodes, but libxml2 counts
+// each node only once: keep the product of operations and nodes small, or call evaluate_xpath_apart().
 XPathResult evaluate_xpath(const XPathDocument &document, const std::string &expression,
                            const Prefixes &prefixes, const XPathBudget &budget);
 
-// The same in a process of its own, which is ended after two seconds of processor time: for data on which no
-// budget of operations says how long an evaluation takes. Two at once; a third is refused as busy.
+// The same in a child process with a limit of two seconds of CPU time: for data so large that no budget of
+// operations bounds the evaluation time. Two run at once; a third is refused as busy.
 XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::string &expression,
                                  const Prefixes &prefixes, const XPathBudget &budget);
 

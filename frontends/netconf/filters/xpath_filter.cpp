@@ -10,11 +10,11 @@ namespace {
 
 constexpr size_t longest_expression = 16384;
 
-// Data on which the worst expression takes a second in this process; what is larger is evaluated apart.
+// The worst expression takes a second on this much data; anything larger is evaluated in a child process.
 constexpr size_t most_nodes_here = 4000;
 constexpr size_t pairs_of_nodes_a_second = 4000000000;
 constexpr XPathBudget largest_request{50000000, 64u << 20};
-// The event loop asks the filter of every event.
+// The event loop applies the filter to every event.
 constexpr size_t pairs_of_nodes_an_event = 100000000;
 constexpr XPathBudget largest_event{100000, 256u << 10};
 
@@ -40,7 +40,7 @@ XPathResult evaluate(const XPathDocument &document, const Filter &filter, XPathU
                           bounded(largest_request, pairs_of_nodes_a_second, nodes));
 }
 
-// Which nodes of the document are selected, in its order.
+// Flags the selected nodes of the document, in document order.
 std::vector<bool> selected_by(const XPathDocument &document, const Filter &filter, XPathUse use) {
     if (filter.expression.size() > longest_expression)
         throw RpcError("protocol", "too-big",
@@ -64,12 +64,12 @@ std::vector<bool> selected_by(const XPathDocument &document, const Filter &filte
     return selected;
 }
 
-// Takes out what neither is selected, nor stands within the depth below what is, nor leads to it.
+// Removes whatever is neither selected, nor within the depth below a selected node, nor an ancestor of one.
 class Pruning {
 public:
     Pruning(const std::vector<bool> &selected, uint32_t depth) : selected_(selected), depth_(depth) {}
 
-    // Whether something of the forest from this node on is left; `first` becomes its first tree.
+    // Whether anything of the forest from this node on remains; `first` becomes its first tree.
     void prune_forest(lyd_node *&first) {
         lyd_node *next = nullptr;
         lyd_node *kept = nullptr;
@@ -84,7 +84,7 @@ public:
     }
 
 private:
-    // Nodes come in the order in which the document has them. `levels`: that are wanted of what stands here.
+    // Visits nodes in document order. `levels`: how many are wanted here.
     bool prune(lyd_node *node, uint32_t levels) {
         const bool is_selected = selected_[place_++];
         levels = std::max(levels, is_selected ? depth_ : 0);

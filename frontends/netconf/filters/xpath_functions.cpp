@@ -8,7 +8,7 @@
 namespace yfw::netconf {
 namespace {
 
-// Comparing and copying texts takes less than making them.
+// Comparing and copying text is cheaper than creating it.
 constexpr size_t moves_for_one_character = 16;
 
 bool charge(xmlXPathParserContext *parser, size_t characters) {
@@ -22,7 +22,8 @@ bool charge(xmlXPathParserContext *parser, size_t characters) {
     return true;
 }
 
-// The argument as a string in its place on the stack. Its length; an error when there is no more to spend.
+// Converts the argument at `place` on the stack to a string and returns its length; sets an error when the
+// budget is used up.
 size_t make_string(xmlXPathParserContext *parser, int place) {
     xmlXPathObject *&argument = parser->valueTab[place];
     if (argument->type != XPATH_STRING) {
@@ -35,8 +36,8 @@ size_t make_string(xmlXPathParserContext *parser, int place) {
     return length;
 }
 
-// Charges the arguments as strings, the first two also for being compared with one another. A string grows by
-// each argument, and is copied as often.
+// Charges the arguments as strings, the first two also for being compared with each other. The string grows
+// with each argument and is copied each time.
 bool charge_arguments(xmlXPathParserContext *parser, int count, bool compares) {
     size_t lengths[2] = {0, 0};
     size_t total = 0;
@@ -51,7 +52,7 @@ bool charge_arguments(xmlXPathParserContext *parser, int count, bool compares) {
            (!compares || charge(parser, lengths[0] * lengths[1] / moves_for_one_character));
 }
 
-// A call without arguments is about the context node.
+// Called without arguments, the function applies to the context node.
 int with_context_node(xmlXPathParserContext *parser, int count) {
     if (count > 0)
         return count;
@@ -68,7 +69,7 @@ template <xmlXPathFunction function> void charged_with_context(xmlXPathParserCon
     charged<function, false>(parser, with_context_node(parser, count));
 }
 
-// The second and third argument are numbers.
+// The second and third arguments are numbers.
 void charged_substring(xmlXPathParserContext *parser, int count) {
     if (count < 2 || count > parser->valueNr)
         return xmlXPathErr(parser, XPATH_INVALID_ARITY);
@@ -101,7 +102,7 @@ void charge_string_functions(_xmlXPathContext *context, size_t *characters_left)
     context->userData = characters_left;
     for (const Charged &one : functions) {
         const auto *name = reinterpret_cast<const xmlChar *>(one.name);
-        xmlXPathRegisterFunc(context, name, nullptr); // there can be one of a name
+        xmlXPathRegisterFunc(context, name, nullptr); // removes the built-in: names are unique
         xmlXPathRegisterFunc(context, name, one.function);
     }
 }

@@ -10,11 +10,11 @@ namespace {
 using Kind = XPathToken::Kind;
 using Tokens = std::vector<XPathToken>;
 
-// With more of them, all data at once is the shorter way.
+// Beyond this, reading all data at once is faster.
 constexpr size_t most_paths = 16;
 
-// Whether the expression can reach data that does not stand below its own steps: upwards, or from the root
-// again.
+// Whether the expression can reach data outside its own steps: through a parent or ancestor axis, or from the
+// root again.
 bool reaches_elsewhere(const Tokens &tokens) {
     size_t predicates = 0;
     for (size_t i = 0; i < tokens.size(); i++) {
@@ -32,7 +32,7 @@ bool reaches_elsewhere(const Tokens &tokens) {
     return false;
 }
 
-// The operands of the unions that are not within a predicate.
+// The operands of the unions outside predicates.
 std::vector<Tokens> operands_of(const Tokens &tokens) {
     std::vector<Tokens> operands(1);
     size_t open = 0;
@@ -51,7 +51,8 @@ class Steps {
 public:
     Steps(const Tokens &tokens, const Prefixes &prefixes) : tokens_(tokens), prefixes_(prefixes) {}
 
-    // Nothing when the operand may be about all of it; an empty path when it is about none of it.
+    // Nothing when the operand may concern everything below the root; an empty path when it concerns nothing
+    // there.
     std::optional<yang::Path> below(const lysc_node *root) {
         if (!takes("/") || !is_name())
             return std::nullopt;
@@ -92,7 +93,7 @@ private:
                name.substr(colon + 1) == node->name;
     }
 
-    // NULL when it is none, or several.
+    // NULL when there is no such child, or more than one.
     const lysc_node *child_meant(const lysc_node *parent) const {
         const lysc_node *found = nullptr;
         const lysc_node *child = nullptr;
@@ -106,7 +107,7 @@ private:
         return found;
     }
 
-    // False when something stands here that a path cannot say: the step is then needed whole.
+    // False when a predicate cannot be expressed in a path: everything below the step is then needed.
     bool take_predicates(yang::PathStep &step) {
         while (at("[")) {
             const lysc_node *key = key_named(step.node);

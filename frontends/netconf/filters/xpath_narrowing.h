@@ -1,4 +1,4 @@
-// How much of the data an XPath expression can be about.
+// Finds out how much of the data an XPath expression can refer to.
 #ifndef YFW_FRONTENDS_NETCONF_FILTERS_XPATH_NARROWING_H
 #define YFW_FRONTENDS_NETCONF_FILTERS_XPATH_NARROWING_H
 
@@ -11,9 +11,9 @@
 
 namespace yfw::netconf {
 
-// Paths below `root` outside of which the expression neither selects nor looks at anything, so that no more has
-// to be mapped; none when it is about other data alone. Nothing when that cannot be told: it may then be about
-// all data.
+// Paths below `root` that cover everything the expression selects or looks at, so that only these have to be
+// mapped; empty when it concerns other data only. Nothing when this cannot be determined: the expression may
+// then concern all data.
 std::optional<std::vector<yang::Path>> xpath_narrowing(const std::string &expression, const Prefixes &prefixes,
                                                        const lysc_node *root);
 

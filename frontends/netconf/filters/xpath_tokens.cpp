@@ -12,7 +12,7 @@ bool is_digit(char c) {
     return std::isdigit(static_cast<unsigned char>(c)) != 0;
 }
 
-// Of names in any script: the bytes of UTF-8 beyond ASCII are not looked at.
+// Names may be in any script: any byte beyond ASCII is accepted.
 bool begins_name(char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '_' ||
            (static_cast<unsigned char>(c) & 0x80) != 0;
@@ -49,7 +49,7 @@ private:
         at_ += length;
     }
 
-    // Whether an operand stands before this place, so that a name or "*" is an operator.
+    // Whether an operand precedes this position, so that a name or "*" is an operator.
     bool follows_operand() const {
         if (tokens_.empty() || tokens_.back().kind == Kind::operation)
             return false;
@@ -100,7 +100,7 @@ private:
         return 1;
     }
 
-    // With its prefix.
+    // Including its prefix.
     size_t length_of_qualified_name() const {
         const size_t first = length_of_name(at_);
         if (peek(first) != ':' || peek(first + 1) == ':')
@@ -126,7 +126,7 @@ private:
     std::vector<XPathToken> tokens_;
 };
 
-// Attributes and declarations of namespaces keep their names.
+// Attribute and namespace-axis names stay unchanged.
 bool names_element(const std::vector<XPathToken> &tokens, size_t index) {
     if (index > 0 && tokens[index - 1].is("@"))
         return false;

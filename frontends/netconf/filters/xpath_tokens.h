@@ -1,5 +1,4 @@
-// The words of an XPath expression (XPath 1.0 section 3.7), as far as they have to be known before it is
-// evaluated.
+// The tokens of an XPath expression (XPath 1.0 section 3.7), as far as they matter before evaluation.
 #ifndef YFW_FRONTENDS_NETCONF_FILTERS_XPATH_TOKENS_H
 #define YFW_FRONTENDS_NETCONF_FILTERS_XPATH_TOKENS_H
 
@@ -12,11 +11,11 @@ namespace yfw::netconf {
 struct XPathToken {
     enum class Kind {
         name,      // a name test: "a", "p:a", "*", "p:*"
-        function,  // its name, a node type among them; "(" follows
-        axis,      // its name; "::" follows
+        function,  // function name or node type; "(" follows
+        axis,      // axis name; "::" follows
         operation, // "and", "or", "div", "mod", and "*" between operands
         variable,
-        literal, // with its quotes
+        literal, // including its quotes
         number,
         symbol // anything else
     };
@@ -26,11 +25,10 @@ struct XPathToken {
     bool is(std::string_view symbol) const { return kind == Kind::symbol && text == symbol; }
 };
 
-// Borrows the expression, which need not be a correct one. White space is left out.
+// Borrows the expression, which may be invalid. White space is omitted.
 std::vector<XPathToken> xpath_tokens(std::string_view expression);
 
-// The expression with names that have no prefix standing for those of any namespace: clients leave the prefixes
-// out where there is no doubt.
+// Rewrites unprefixed names to match any namespace: clients omit prefixes where names are unambiguous.
 std::string with_names_of_any_namespace(std::string_view expression);
 
 } // namespace yfw::netconf

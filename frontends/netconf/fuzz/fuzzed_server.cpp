@@ -27,7 +27,8 @@ FuzzedServer::State::State(FuzzedServer &all)
         monitoring.session_began(session, "fuzzer");
 }
 
-// The device stays: with one of one node it keeps the plug-in loaded, and the fuzzer's counters in it.
+// The device outlives resets: with its single node it keeps the plug-in loaded, and with it the fuzzer's
+// coverage counters.
 FuzzedServer::FuzzedServer()
     : directory_(make_directory()), mapping_(host::read_mapping(YFW_PLUGIN_LIBRARY)),
       schemas_(YFW_MODELS_DIR, YFW_MODELS_DIR, mapping_.modules),

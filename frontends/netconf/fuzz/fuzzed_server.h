@@ -1,4 +1,4 @@
-// A server without a transport, on a recorded device, that can be begun anew as often as there are inputs.
+// A server without a transport, on a recorded device, that can be reset for every input.
 #ifndef YFW_FRONTENDS_NETCONF_FUZZ_FUZZED_SERVER_H
 #define YFW_FRONTENDS_NETCONF_FUZZ_FUZZED_SERVER_H
 
@@ -13,7 +13,6 @@ namespace yfw::netconf::fuzz {
 
 class FuzzedServer {
 public:
-    // Its sessions.
     static constexpr uint32_t first_session = 1;
     static constexpr uint32_t second_session = 2;
 
@@ -22,7 +21,7 @@ public:
     FuzzedServer(const FuzzedServer &) = delete;
     FuzzedServer &operator=(const FuzzedServer &) = delete;
 
-    // Forgets commits, candidate, locks and counters.
+    // Discards commits, candidate, locks and counters.
     void begin_anew();
 
     const Server &server() const { return state_->server; }
@@ -40,7 +39,7 @@ private:
         Server server;
     };
 
-    std::filesystem::path directory_; // of the store alone
+    std::filesystem::path directory_; // of the store only
     host::MappingDescription mapping_;
     yang::Schemas schemas_;
     sources::FileSource recorded_;

@@ -25,7 +25,7 @@ constexpr FrameLimits large{uint64_t{1} << 30, uint64_t{1} << 30};
 
 struct Input {
     bool has_hello;
-    Framing framing; // of what follows the hello
+    Framing framing; // of everything after the hello
     bool may_write;
     bool two_sessions;
     size_t portion;

@@ -1,4 +1,4 @@
-// Gives the fuzzer's target every file of a directory: what the fuzzer found stays found in every build.
+// Replays every file of a directory on the fuzz target, so that what the fuzzer found is tested in every build.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -17,7 +17,8 @@ int main(int argc, char **argv) {
             files.push_back(file.path());
     std::sort(files.begin(), files.end());
     for (const auto &file : files) {
-        std::cout << file.filename().string() << std::endl; // the last one is at fault
+        std::cout << file.filename().string()
+                  << std::endl; // if the replay crashes, the last name printed is the culprit
         std::ifstream stream(file, std::ios::binary);
         const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
         LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size());

@@ -12,29 +12,30 @@ namespace yfw::netconf {
 
 enum class Framing { end_of_message, chunked };
 
-// Bytes. Neither limit can be larger than the grammar allows: 4294967295 for a chunk.
+// In bytes. Neither limit may exceed what the grammar allows: 4294967295 for a chunk.
 struct FrameLimits {
     uint64_t chunk = 10u << 20;
     uint64_t message = 64u << 20;
 };
 
-// The stream breaks the framing or a limit; the session cannot go on.
+// The stream violates the framing or a limit; the session cannot continue.
 class FramingError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Takes a stream apart. Memory is bounded by the limit of a message.
+// Splits a stream into messages. Memory is bounded by the message limit.
 class FrameReader {
 public:
     explicit FrameReader(const FrameLimits &limits = {}) : limits_(limits) {}
 
-    // What is fed from the next message on has this framing.
+    // Sets the framing from the next message on.
     void use(Framing framing) { framing_ = framing; }
 
     void feed(std::string_view bytes) { buffer_.append(bytes); }
 
-    // The next whole message; nothing when it has not all come. Throws FramingError, then and ever after.
+    // The next complete message; nothing when it has not fully arrived. Throws FramingError, and again on every
+    // later call.
     std::optional<std::string> next();
 
     // Whether a message has begun.
@@ -43,7 +44,7 @@ public:
 private:
     std::optional<std::string> next_by_delimiter();
     std::optional<std::string> next_by_chunks();
-    // Whether the chunk header was whole; sets the size of the chunk, or the end.
+    // Whether the chunk header was complete; sets the chunk size or the end of the message.
     bool read_header();
     uint64_t chunk_size(std::string_view digits) const;
     bool read_chunk();
@@ -52,15 +53,15 @@ private:
     FrameLimits limits_;
     Framing framing_ = Framing::end_of_message;
     std::string buffer_;
-    size_t at_ = 0;       // consumed of the buffer
-    size_t searched_ = 0; // of the buffer, for the delimiter
+    size_t at_ = 0;       // bytes of the buffer consumed
+    size_t searched_ = 0; // bytes of the buffer searched for the delimiter
     std::string message_; // the chunks so far
-    uint64_t left_ = 0;   // of the chunk at hand
+    uint64_t left_ = 0;   // of the current chunk
     bool has_chunk_ = false;
     bool ended_ = false;
 };
 
-// A message as it is sent.
+// Encodes a message for sending.
 std::string frame(Framing framing, std::string_view message);
 
 } // namespace yfw::netconf

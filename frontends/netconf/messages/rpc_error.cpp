@@ -33,7 +33,7 @@ std::string without_module(const std::string &path, const lysc_node *openconfig)
     return path.rfind(module, 0) == 0 ? "/" + path.substr(module.size()) : path;
 }
 
-// The error-info that RFC 6241 appendix A demands with a tag; `name`: of the node at the end of the path.
+// The error-info that RFC 6241 appendix A requires for a tag; `name`: of the last node on the path.
 std::string mandatory_info(const Error &error, const std::string &name) {
     switch (error.tag()) {
     case ErrorTag::unknown_element:
@@ -75,7 +75,7 @@ std::string escaped(std::string_view text) {
             out += "&quot;";
             break;
         default:
-            // Messages may quote what was wrong with a request, down to its bytes.
+            // Messages may quote arbitrary bytes of a bad request.
             out += is_text || (c >= ' ' && c <= '~') || c == '\n' || c == '\t' ? c : '?';
         }
     }

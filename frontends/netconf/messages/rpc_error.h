@@ -1,4 +1,4 @@
-// Errors as a client is told them (RFC 6241 section 4.3).
+// Errors as reported to clients (RFC 6241 section 4.3).
 #ifndef YFW_FRONTENDS_NETCONF_MESSAGES_RPC_ERROR_H
 #define YFW_FRONTENDS_NETCONF_MESSAGES_RPC_ERROR_H
 
@@ -11,8 +11,8 @@
 
 namespace yfw::netconf {
 
-// `type`: transport, rpc, protocol or application. Path (of an OpenConfig node, without prefixes),
-// app-tag and info may be empty; `info` is XML.
+// `type`: transport, rpc, protocol or application. The path (of an OpenConfig node, without prefixes), the
+// app-tag and the info may be empty; `info` is XML.
 class RpcError : public std::runtime_error {
 public:
     RpcError(std::string error_type, std::string error_tag, const std::string &message)
@@ -38,20 +38,20 @@ public:
     std::string info;
 };
 
-// The host's error in NETCONF's words: the tag, the path where it is one below `openconfig`, the top container,
-// and the app-tag of RFC 7950 section 15 where there is one.
+// Converts the host's error: the tag, the path if it lies below `openconfig`, the top container, and the
+// app-tag (RFC 7950 section 15) if there is one.
 RpcError rpc_error_of(const Error &error, const lysc_node *openconfig);
 
-// The <rpc-error> element; its path has the prefix of the module of `openconfig`.
+// The <rpc-error> element; its path uses the prefix of the module of `openconfig`.
 std::string print_error(const RpcError &error, const lysc_node *openconfig);
 
-// An element that holds this text; nothing when the text is empty.
+// An element with this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);
 
-// An element that holds the instance path of a node below `openconfig`, given without prefixes.
+// An element with the instance path of a node below `openconfig`; `path` has no prefixes.
 std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig);
 
-// Text as XML character data, also within a quoted attribute.
+// Escapes text for XML character data and quoted attributes.
 std::string escaped(std::string_view text);
 
 } // namespace yfw::netconf

@@ -15,7 +15,7 @@ xml::Document parsed(const std::string &text) {
 
 } // namespace
 
-// A root without a prefix declares its namespace as the default one, or has none on purpose.
+// A root without a prefix either declares its namespace as the default or deliberately has none.
 Document::Document(const std::string &text) : xml::Document(parsed(text)) {
     if (!root().ns().empty())
         adopt(base_ns);

@@ -1,4 +1,4 @@
-// Messages as trees of elements, before any model is asked.
+// Messages as trees of elements, before they are checked against a model.
 #ifndef YFW_FRONTENDS_NETCONF_MESSAGES_XML_H
 #define YFW_FRONTENDS_NETCONF_MESSAGES_XML_H
 
@@ -14,8 +14,8 @@ using xml::Prefixes;
 
 inline constexpr std::string_view base_ns = "urn:ietf:params:xml:ns:netconf:base:1.0";
 
-// A message. Clients that write <nc:rpc> often leave elements inside without any namespace, <config> above all:
-// they mean NETCONF's own.
+// A message. Clients that write <nc:rpc> often leave elements inside it without a namespace, <config> above
+// all: these are taken to be in the base NETCONF namespace.
 class Document : public xml::Document {
 public:
     static constexpr size_t deepest = xml::Limits{}.depth;

@@ -22,29 +22,29 @@ struct Call {
     Aftermath &aftermath;
 };
 
-// What follows throws RpcError for an argument that is not as it has to be.
+// The functions below throw RpcError for an invalid argument.
 
-// A child that has to be there.
+// A mandatory child.
 Element required(const Element &parent, const char *name);
 
 std::optional<std::string> text_of(const Element &parent, const char *name);
 
-// The element's number, which has to be `least` or more.
+// The element's number, at least `least`.
 uint32_t number_of(const Element &element, uint32_t least);
 
-// Refuses a child of `parent` that is not known: what does not belong into the operation. Children of other
-// namespaces are none, but for <with-defaults> where it is among the known.
+// Rejects unknown children of `parent`. Children in other namespaces are ignored, except <with-defaults> where
+// it is listed as known.
 void refuse_others(const Element &parent, std::initializer_list<std::string_view> known);
 
-// The one datastore that <source> or <target> names, also as RFC 8526 has it.
+// The single datastore in <source> or <target>; also accepts the RFC 8526 form.
 Datastore datastore_of(const Element &parent, const char *name);
 
-// The name of the datastore in a leaf of type datastore-ref (RFC 8342); empty when it is none of that module's.
+// The datastore named in a leaf of type datastore-ref (RFC 8342); empty when that module does not define it.
 std::string datastore_name(const Element &leaf);
-// The same where only a configuration will do.
+// The same, restricted to configuration datastores.
 Datastore configuration_named_by(const Element &leaf);
 
-// Refuses a caller who may only read.
+// Rejects a caller with read-only access.
 void require_writer(const Call &call);
 
 } // namespace yfw::netconf

@@ -7,8 +7,8 @@ namespace {
 
 constexpr const char *declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
-// Who reads a line feed or a tab in an attribute gets a blank (XML section 3.3.3): references stay what they
-// are.
+// XML parsers normalize a literal line feed or tab in an attribute to a space (XML section 3.3.3), so print
+// character references.
 std::string attribute_value(std::string_view value) {
     std::string text;
     for (const char c : escaped(value)) {
@@ -20,7 +20,7 @@ std::string attribute_value(std::string_view value) {
     return text;
 }
 
-// All attributes of the <rpc>, as RFC 6241 section 4.2 wants them back.
+// All attributes of the <rpc>, which RFC 6241 section 4.2 requires in the reply.
 std::string echoed_attributes(const Element &rpc) {
     std::string text;
     for (const Element::Attribute &attribute : rpc.attributes()) {
@@ -64,7 +64,7 @@ std::string perform_or_tell(const Server &server, const Caller &caller, const El
         return perform(server, caller, operation_of(rpc), reply.aftermath);
     } catch (const RpcError &error) {
         reply.is_error = true;
-        reply.is_bad = error.type == "rpc"; // of the layer of messages (RFC 6022)
+        reply.is_bad = error.type == "rpc"; // an error in the messages layer (RFC 6022)
         return print_error(error, openconfig);
     } catch (const Error &error) {
         reply.is_error = true;
@@ -81,7 +81,7 @@ std::string perform_or_tell(const Server &server, const Caller &caller, const El
 Reply malformed(const Server &server, const RpcError &error) {
     Reply reply;
     reply.text = reply_with("", print_error(error, server.schemas().openconfig_root()));
-    reply.aftermath.close = true; // what follows cannot be trusted either
+    reply.aftermath.close = true; // the messages that follow cannot be trusted either
     reply.is_bad = reply.is_error = true;
     return reply;
 }

@@ -1,4 +1,4 @@
-// Messages and what they are answered with, apart from the transport.
+// Messages and their replies, independent of the transport.
 #ifndef YFW_FRONTENDS_NETCONF_OPERATIONS_CONVERSATION_H
 #define YFW_FRONTENDS_NETCONF_OPERATIONS_CONVERSATION_H
 
@@ -12,18 +12,18 @@ namespace yfw::netconf {
 // The server's <hello> (RFC 6241 section 8.1).
 std::string server_hello(const ProtocolModules &modules, uint32_t session);
 
-// Reads a client's <hello>: whether it speaks base:1.1 as well. Throws RpcError when it is none, or when the
-// two have no base version in common.
+// Reads a client's <hello>; returns whether the client also speaks base:1.1. Throws RpcError when it is not a
+// <hello>, or when there is no common base version.
 bool client_speaks_base_1_1(const std::string &hello);
 
 struct Reply {
     std::string text;
     Aftermath aftermath;
-    bool is_bad = false;   // the message was no correct <rpc>
+    bool is_bad = false;   // the message was not a valid <rpc>
     bool is_error = false; // it holds an <rpc-error>
 };
 
-// The <rpc-reply> to a message. Never throws for what a client sends.
+// The <rpc-reply> to a message. Never throws because of a client's input.
 Reply answer(const Server &server, const Caller &caller, const std::string &message);
 
 } // namespace yfw::netconf

@@ -19,7 +19,7 @@ yang::Operation default_operation_of(const Element &edit) {
         .with_info("<bad-element>default-operation</bad-element>");
 }
 
-// An operation here would be about everything; nobody may take it for done.
+// An operation attribute here would apply to the whole datastore; reject it rather than silently ignore it.
 void refuse_more_than_elements(const Element &config) {
     for (const Element::Attribute &attribute : config.attributes())
         if (attribute.prefix != "xml")
@@ -48,7 +48,7 @@ void refuse_url(const Element &operation) {
         throw RpcError("protocol", "operation-not-supported", "this server does not read from URLs");
 }
 
-// By the operation's <config>; an empty one changes nothing.
+// Applies the operation's <config>; an empty one changes nothing.
 std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
     const auto edit =
         edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
@@ -69,7 +69,7 @@ std::string edit_config(const Call &call) {
     if (test != "test-then-set" && test != "set" && test != "test-only")
         throw RpcError("protocol", "invalid-value", "<test-option> is test-then-set, set or test-only")
             .with_info("<bad-element>test-option</bad-element>");
-    // Edits are all or nothing: the first two say the same here, and the third cannot be kept.
+    // Edits are all or nothing: the first two mean the same here, and the third cannot be honoured.
     if (error != "stop-on-error" && error != "rollback-on-error")
         throw RpcError("protocol", "invalid-value", "<error-option> is stop-on-error or rollback-on-error")
             .with_info("<bad-element>error-option</bad-element>");
@@ -85,7 +85,7 @@ std::string edit_data(const Call &call) {
 
 std::string copy_config(const Call &call) {
     refuse_others(call.operation, {"source", "target", "with-defaults"});
-    with_defaults_of(call.operation); // makes no difference between configurations
+    with_defaults_of(call.operation); // validated only: it makes no difference between configurations
     require_writer(call);
     const Datastore target = datastore_of(call.operation, "target");
     const Element source = required(call.operation, "source");
@@ -101,7 +101,7 @@ std::string copy_config(const Call &call) {
     return ok;
 }
 
-// Of what there is, only the startup datastore could be deleted (RFC 6241 section 7.4).
+// Only the startup datastore could be deleted (RFC 6241 section 7.4).
 std::string delete_config(const Call &call) {
     refuse_others(call.operation, {"target"});
     require_writer(call);

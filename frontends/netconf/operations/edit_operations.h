@@ -1,4 +1,4 @@
-// The operations on configurations.
+// The operations on configuration datastores.
 #ifndef YFW_FRONTENDS_NETCONF_OPERATIONS_EDIT_OPERATIONS_H
 #define YFW_FRONTENDS_NETCONF_OPERATIONS_EDIT_OPERATIONS_H
 
@@ -8,8 +8,8 @@
 
 namespace yfw::netconf {
 
-// Each performs the operation of its name and returns the content of the reply. They throw RpcError or
-// Error, and then nothing has changed.
+// Each performs the operation of the same name and returns the content of the reply. Throws RpcError or Error,
+// and then nothing has changed.
 std::string edit_config(const Call &call);
 std::string edit_data(const Call &call); // RFC 8526
 std::string copy_config(const Call &call);

@@ -39,7 +39,7 @@ std::string create_subscription(const Call &call) {
 
 struct Known {
     std::string_view ns;
-    std::string_view module; // of this namespace
+    std::string_view module; // of its namespace
     std::string_view name;
     std::string (*perform)(const Call &);
 };

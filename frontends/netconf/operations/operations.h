@@ -16,11 +16,11 @@
 
 namespace yfw::netconf {
 
-// What is to happen to sessions after the reply was sent.
+// What to do with sessions once the reply has been sent.
 struct Aftermath {
-    bool close = false;                                         // the caller's own
-    std::optional<uint32_t> kill;                               // another one
-    std::shared_ptr<const Subscription> subscription = nullptr; // of the caller's, from now on
+    bool close = false;                                         // the caller's own session
+    std::optional<uint32_t> kill;                               // another session
+    std::shared_ptr<const Subscription> subscription = nullptr; // the caller's new subscription
 };
 
 using device::Datastore;
@@ -29,7 +29,7 @@ struct Caller : device::Caller {
     bool is_subscribed = false;
 };
 
-// Everything is borrowed. Safe for several threads.
+// All members are borrowed. Thread-safe.
 struct Server {
     device::Service &service;
     const ProtocolModules &modules;
@@ -42,10 +42,10 @@ struct Server {
     device::Datastores &datastores() const { return service.datastores(); }
 };
 
-// The capabilities that the server has; exactly what it offers.
+// The server's capabilities.
 std::vector<std::string> capabilities(const ProtocolModules &modules);
 
-// Performs the operation and returns what goes into the <rpc-reply>. Throws RpcError or Error.
+// Performs the operation and returns the content of the <rpc-reply>. Throws RpcError or Error.
 std::string perform(const Server &server, const Caller &caller, const Element &operation, Aftermath &aftermath);
 
 } // namespace yfw::netconf

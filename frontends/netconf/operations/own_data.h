@@ -1,4 +1,4 @@
-// What the server has to tell of itself, which no mapping is asked for.
+// The server's data about itself, which comes from no mapping.
 #ifndef YFW_FRONTENDS_NETCONF_OPERATIONS_OWN_DATA_H
 #define YFW_FRONTENDS_NETCONF_OPERATIONS_OWN_DATA_H
 
@@ -9,7 +9,7 @@
 
 namespace yfw::netconf {
 
-// A top container, made only when it is asked for.
+// A top container, created only on request.
 struct OwnData {
     const lysc_node *schema;
     std::function<yang::DataTree()> make; // throws Error

@@ -11,7 +11,7 @@
 namespace yfw::netconf {
 namespace {
 
-// What a client wants of a datastore.
+// What a client requests from a datastore.
 struct Wanted {
     std::optional<Filter> filter;
     host::Content content = host::Content::all;
@@ -26,8 +26,8 @@ bool wants_defaults(const Wanted &wanted) {
            (wanted.defaults == WithDefaults::report_all || wanted.defaults == WithDefaults::report_all_tagged);
 }
 
-// As far as the caller may read it. What may not be read must not be told by what matches it either, so a
-// filter with values is applied to what is left.
+// Limited to what the caller may read. A content match must not reveal unreadable values, so a filter with
+// values is applied after access control.
 host::Answer read_readable(const Call &call, host::ReadRequest request, const Read &read) {
     const host::Selection selection = *request.selection;
     const bool is_filtered = has_to_be_filtered(selection);
@@ -41,7 +41,7 @@ host::Answer read_readable(const Call &call, host::ReadRequest request, const Re
     return answer;
 }
 
-// What of the OpenConfig tree has to be read for the filter; nothing when that is nothing.
+// The part of the OpenConfig tree that the filter needs; nothing when it needs none of it.
 std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, const lysc_node *root) {
     const host::Selection whole{root, std::nullopt, {}, false};
     if (!filter.has_value())
@@ -58,7 +58,7 @@ bool is_xpath(const Wanted &wanted) {
     return wanted.filter.has_value() && wanted.filter->type == FilterType::xpath;
 }
 
-// Reads the OpenConfig tree, no more of it than the filter needs. NULL when that is nothing.
+// Reads only as much of the OpenConfig tree as the filter needs. NULL when it needs none of it.
 yang::DataTree read_openconfig(const Call &call, const Wanted &wanted, const Read &read) {
     const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
     if (!needed.has_value())
@@ -71,7 +71,7 @@ yang::DataTree read_openconfig(const Call &call, const Wanted &wanted, const Rea
     return data;
 }
 
-// The same of what the server tells of itself.
+// The same for the server's own data.
 yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &own) {
     const auto needed = needed_for(wanted.filter, own.schema);
     if (!needed.has_value())
@@ -96,7 +96,7 @@ std::string print_filtered(std::vector<yang::DataTree> trees, const Wanted &want
     return xml;
 }
 
-// Configuration and state of the device, and the server's own data, which is all state.
+// The device's configuration and state, and the server's own data, which is all state.
 std::string read_operational(const Call &call, const Wanted &wanted) {
     std::vector<yang::DataTree> trees;
     trees.push_back(read_openconfig(
@@ -108,7 +108,7 @@ std::string read_operational(const Call &call, const Wanted &wanted) {
 }
 
 std::string read_configuration(const Call &call, Datastore datastore, Wanted wanted) {
-    if (wanted.content == host::Content::state) // there is none in a configuration
+    if (wanted.content == host::Content::state) // a configuration has no state
         return "";
     wanted.content = host::Content::config;
     std::vector<yang::DataTree> trees;

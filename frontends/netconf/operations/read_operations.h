@@ -8,8 +8,7 @@
 
 namespace yfw::netconf {
 
-// Each performs the operation of its name and returns the content of the reply. They throw RpcError or
-// Error.
+// Each performs the operation of the same name and returns the content of the reply. Throws RpcError or Error.
 std::string get(const Call &call);
 std::string get_config(const Call &call);
 std::string get_data(const Call &call); // RFC 8526

@@ -1,4 +1,4 @@
-// What the server tells of itself (RFC 6022).
+// The server's monitoring data (RFC 6022).
 #ifndef YFW_FRONTENDS_NETCONF_SERVER_DATA_MONITORING_H
 #define YFW_FRONTENDS_NETCONF_SERVER_DATA_MONITORING_H
 
@@ -22,13 +22,13 @@ struct SessionCounters {
     uint64_t out_notifications = 0;
 };
 
-// Safe for several threads.
+// Thread-safe.
 class Monitoring {
 public:
     Monitoring();
 
     void session_began(uint32_t id, const std::string &user);
-    // `dropped`: it did not close itself.
+    // `dropped`: the client did not close it.
     void session_ended(uint32_t id, bool dropped);
     void bad_hello();
     void count(uint32_t id, const SessionCounters &more);

@@ -31,7 +31,7 @@ using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
 
-// The order is that of the capabilities in a <hello>.
+// In the order of the capabilities in a <hello>.
 std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::MappingDescription &mapping) {
     std::vector<Loaded> all;
     for (const std::string &module : mapping.modules.openconfig)
@@ -84,7 +84,7 @@ void ProtocolModules::make_library() {
     if (ly_ctx_get_yanglib_data(context_.get(), &data, "%s", content_id_.c_str()) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "ietf-yang-library", yang::take_yang_error(context_.get()));
     library_.reset(data);
-    // What libyang has for itself, and where its files are on this machine, is nothing for clients.
+    // Hide libyang's internal modules and the local file locations from clients.
     for (const char *path : {"/ietf-yang-library:yang-library/module-set/module[name='yang']",
                              "/ietf-yang-library:yang-library/module-set/module[name='ietf-yang-schema-mount']",
                              "/ietf-yang-library:yang-library/module-set//location",

@@ -1,4 +1,4 @@
-// The modules that a client sees: those of the mapping and the protocol's own.
+// The modules that clients see: the mapping's and the protocol's.
 #ifndef YFW_FRONTENDS_NETCONF_SERVER_DATA_PROTOCOL_MODULES_H
 #define YFW_FRONTENDS_NETCONF_SERVER_DATA_PROTOCOL_MODULES_H
 
@@ -16,37 +16,37 @@ struct ModuleName {
     std::string name;
     std::string revision; // may be empty
     std::string ns;
-    bool offered = true;  // and not only imported, or part of libyang
-    std::string features; // that are offered, with commas between
+    bool offered = true;  // rather than only imported or internal to libyang
+    std::string features; // the offered ones, separated by commas
 };
 
 class ProtocolModules {
 public:
-    // The mapping's OpenConfig modules, the protocol's, and that of the mapping's notification. Throws Error
-    // for a module that is missing or cannot be loaded.
+    // Loads the mapping's OpenConfig modules, the protocol's, and the one with the mapping's notification.
+    // Throws Error when a module is missing or cannot be loaded.
     ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
 
-    // The OpenConfig top container, as these modules have it.
+    // The OpenConfig top container in these modules.
     const lysc_node *openconfig_root() const { return openconfig_root_; }
 
-    // The mapping's notification of changes; NULL when it has none.
+    // The mapping's change notification; NULL when it has none.
     const host::ChangeNotification *notification() const {
         return notification_.has_value() ? &*notification_ : nullptr;
     }
 
-    // The namespace of a module; empty when there is none by that name.
+    // The module's namespace; empty for an unknown module.
     std::string namespace_of(const std::string &module) const;
 
-    // The text of a module or submodule in YANG; nothing when there is none by that name and revision (empty:
-    // any). Several revisions of one name are never loaded.
+    // The YANG source of a module or submodule; nothing for an unknown name or revision (an empty revision
+    // matches any). No module is ever loaded in several revisions.
     std::optional<std::string> text(const std::string &name, const std::string &revision) const;
 
-    // A notification of these modules, from its element.
+    // Parses a notification of these modules from its element.
     yang::DataTree parse_notification(const std::string &xml) const;
 
-    // Whether the leaf at this schema path, such as an argument of an operation, may have this value.
+    // Whether this value is valid for the leaf at this schema path, such as an argument of an operation.
     bool allows(const char *path, const std::string &value) const;
 
     // The identifier of this set of modules (RFC 8525).
@@ -57,7 +57,7 @@ public:
     const ly_ctx *context() const { return context_.get(); }
 
 private:
-    // A module that is offered, and its features that are.
+    // An offered module and its offered features.
     struct Loaded {
         std::string name;
         std::vector<const char *> features;

@@ -1,4 +1,4 @@
-// Data as it is printed for a client.
+// Data as printed for a client.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ protected:
         data_.reset(made);
     }
 
-    // What a client reads, as libyang reads XML but with the ends of lines that XML prescribes.
+    // What a client reads: parsed by libyang, but with line ends normalized as XML requires.
     std::string read_again() const {
         std::string xml = print_data(data_.get());
         std::erase(xml, '\r');

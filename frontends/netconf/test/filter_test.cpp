@@ -1,4 +1,4 @@
-// What subtree filters select of the OpenConfig tree, and what XPath filters refuse.
+// What subtree filters select of the OpenConfig tree, and what XPath filters reject.
 #include <ostream>
 #include <string>
 
@@ -27,7 +27,7 @@ void PrintTo(const IdentityCase &test, std::ostream *out) {
     *out << test.text;
 }
 
-// Of a key, which refers to a leaf, and of such a leaf.
+// For a key, which is a leafref, and for the leaf it refers to.
 class AnIdentityInAFilter : public testing::TestWithParam<IdentityCase> {
 protected:
     std::string value_selected(const std::string &begin, const std::string &end) const {

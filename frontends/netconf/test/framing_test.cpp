@@ -1,4 +1,4 @@
-// The two framings: what is taken apart, what is refused, and where the limits are.
+// The two framings: how streams are split, what is rejected, and the limits.
 #include <string>
 #include <vector>
 
@@ -30,7 +30,7 @@ std::string chunk(const std::string &content) {
 
 const std::string end_of_chunks = "\n##\n";
 
-// Feeds a stream byte by byte and asks after each, as the server does after each read.
+// Feeds a stream byte by byte and polls after each byte, as the server does after each read.
 Messages fed_byte_by_byte(FrameReader &reader, const std::string &stream) {
     Messages messages;
     for (const char byte : stream) {
@@ -172,7 +172,7 @@ INSTANTIATE_TEST_SUITE_P(With, AMessageThatHasBegun,
 struct BrokenCase {
     const char *name;
     std::string stream;
-    Messages before{}; // messages that were whole before
+    Messages before{}; // complete messages before the error
 };
 
 class ABrokenStreamOfChunks : public testing::TestWithParam<BrokenCase> {};

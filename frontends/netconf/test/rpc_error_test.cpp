@@ -1,4 +1,4 @@
-// Errors as they are printed, and the host's errors in NETCONF's words.
+// Errors as printed, and the host's errors converted to NETCONF's.
 #include <map>
 #include <string>
 #include <vector>
@@ -32,7 +32,7 @@ const lysc_node *openconfig() {
     return yang::test::schemas().openconfig_root();
 }
 
-// As it stands in a reply, which declares the protocol's namespace.
+// Parsed inside a reply, which declares the protocol's namespace.
 Document in_a_reply(const RpcError &error) {
     return Document("<rpc-reply xmlns=\"" + std::string(base_ns) + "\">" + print_error(error, openconfig()) +
                     "</rpc-reply>");
@@ -91,7 +91,7 @@ TEST(EscapedText, IsTheSameAfterParsingAsTextAndAsAnAttribute) {
 struct TagCase {
     ErrorTag tag;
     const char *name;
-    std::vector<std::string> info{}; // what RFC 6241 appendix A demands in <error-info>
+    std::vector<std::string> info{}; // the <error-info> that RFC 6241 appendix A requires
 };
 
 class AnErrorOfTheHost : public testing::TestWithParam<TagCase> {};

@@ -1,4 +1,4 @@
-// Documents that are taken and those that are refused, and what is read from their elements.
+// Which documents are accepted or rejected, and what is read from their elements.
 #include <string>
 #include <vector>
 
@@ -22,7 +22,7 @@ std::string nested(size_t depth) {
     return text;
 }
 
-// In one more that holds them.
+// This many elements inside a root.
 std::string with_elements(size_t count) {
     std::string text = "<a xmlns='urn:a'>";
     for (size_t i = 0; i < count; i++)
@@ -30,7 +30,7 @@ std::string with_elements(size_t count) {
     return text + "</a>";
 }
 
-// So many attributes, counting namespaces, on an element and on one around it.
+// This many attributes, including namespace declarations, on an element and on its parent.
 std::string with_attributes(size_t inside, size_t around) {
     std::string text = "<a xmlns='urn:a'";
     for (size_t i = 1; i < around; i++)
@@ -132,7 +132,7 @@ std::string many_siblings() {
     return text + "</a>";
 }
 
-// More than one element and those around it may have.
+// More attributes in total than one element and its ancestors may have.
 std::string siblings_with_attributes() {
     std::string text = "<a xmlns='urn:a'>";
     for (size_t i = 0; i < Document::most_attributes; i++)

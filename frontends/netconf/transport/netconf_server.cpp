@@ -106,7 +106,7 @@ void NetconfServer::listen() {
     rest_timer_ = evtimer_new(base_.get(), rested, listener_);
 }
 
-// What waits to be accepted would wake the loop again and again while there are no descriptors.
+// When descriptors run out, pending connections would wake the loop again and again.
 void NetconfServer::rest() {
     if (!has_said_full_)
         say(std::string("no more sessions can be taken for now: ") + std::strerror(errno));
@@ -161,13 +161,13 @@ void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32
     in_background([this, session] { service_.datastores().end_session(session); });
 }
 
-// A session that is told may end by it.
+// Telling a session may end it.
 void NetconfServer::tell(const SharedEvent &event) {
     for (auto session = sessions_.begin(); session != sessions_.end();)
         (session++)->second->tell(event);
 }
 
-// Taking back a commit may take as long as a device takes: not in the event loop.
+// Rolling back a commit may take as long as the device needs, so it must not block the event loop.
 void NetconfServer::in_background(std::function<void()> work) {
     workers_.add([this, work = std::move(work)]() -> WorkerPool::Finish {
         std::string trouble;

@@ -1,4 +1,4 @@
-// The server: sessions on a Unix socket.
+// The NETCONF server: sessions on a Unix socket.
 #ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_NETCONF_SERVER_H
 #define YFW_FRONTENDS_NETCONF_TRANSPORT_NETCONF_SERVER_H
 
@@ -27,21 +27,21 @@ struct ServerOptions {
     access::AccessGroups groups;
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
-    size_t threads = 8; // that answer
+    size_t threads = 8; // workers
 };
 
-// Serves until run() is told to stop. Everything it is given is borrowed.
+// Borrows everything it is given.
 class NetconfServer {
 public:
-    // Listens on the socket, which it makes (mode 0666: who may go on is decided by peer credentials). A socket
-    // that another server answers on is refused; one that was left behind is replaced. Throws Error.
+    // Creates the socket and listens on it (mode 0666: access is decided by peer credentials). Fails if another
+    // server answers on the socket; replaces a stale one. Throws Error.
     NetconfServer(const ServerOptions &options, device::Service &service, const ProtocolModules &modules,
                   EventStream &events);
     ~NetconfServer();
     NetconfServer(const NetconfServer &) = delete;
     NetconfServer &operator=(const NetconfServer &) = delete;
 
-    // Runs until `stop`, a descriptor, becomes readable; then all sessions are closed and the socket is gone.
+    // Runs until the descriptor `stop` becomes readable; then closes all sessions and removes the socket.
     void run(int stop);
 
 private:
@@ -69,13 +69,13 @@ private:
     event *finished_ = nullptr;
     event *stop_ = nullptr;
     event *commit_timer_ = nullptr;
-    event *rest_timer_ = nullptr; // until more sessions are accepted
+    event *rest_timer_ = nullptr; // until sessions are accepted again
     bool has_said_full_ = false;
     std::map<uint32_t, std::unique_ptr<Session>> sessions_;
     std::mutex known_mutex_;
-    std::map<uint32_t, bool> known_; // sessions, for other threads
+    std::map<uint32_t, bool> known_; // sessions, for access by other threads
     uint32_t last_session_ = 0;
-    WorkerPool workers_; // ends first: its jobs use all of the above
+    WorkerPool workers_; // destroyed first: its jobs use all of the above
 };
 
 } // namespace yfw::netconf

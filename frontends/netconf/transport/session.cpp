@@ -15,12 +15,12 @@
 namespace yfw::netconf {
 namespace {
 
-// A client that asks without reading is not read from any more, so that it costs no more memory than this.
+// Reading stops when a client sends requests without reading replies, which bounds the memory it can use.
 constexpr size_t most_waiting = 16;
 constexpr size_t most_waiting_bytes = 1u << 20;
 constexpr size_t most_unwritten = 1u << 20;
-// One that does not read what it subscribed to is given up. More than the events that are kept; those who are
-// slow share what waits for them, but for so much that is printed.
+// A subscriber that stops reading is dropped. The limit exceeds the events that are kept; slow subscribers
+// share the waiting events, except for the bytes already printed.
 constexpr size_t most_notifications_bytes = 16u << 20;
 constexpr size_t most_printed = 64u << 10;
 
@@ -104,7 +104,7 @@ void Session::on_event(bufferevent *, short what, void *self) {
         session.no_more_comes();
 }
 
-// What was asked before is still answered: the client may have ended its own direction alone.
+// Requests already received are still answered: the client may have shut down only its sending direction.
 void Session::no_more_comes() {
     ended_ = true;
     if (!greeted_)
@@ -151,7 +151,7 @@ void Session::hello_came(const std::string &hello) {
             framing_ = Framing::chunked;
     } catch (const RpcError &error) {
         server_.monitoring_.bad_hello();
-        throw FramingError(error.what()); // nothing that follows can be read
+        throw FramingError(error.what()); // the rest of the stream cannot be parsed
     }
     greeted_ = true;
     reader_.use(framing_);
@@ -203,7 +203,7 @@ void Session::close_after_writing(EndReason reason) {
         end(reason);
 }
 
-// Nothing can be told to somebody whose framing is broken (RFC 6242 section 4.2).
+// No error can be sent once the framing is broken (RFC 6242 section 4.2).
 void Session::broken(const std::string &why, EndReason reason) {
     server_.say("session " + std::to_string(caller_.session) + " (" + caller_.user + ") is closed: " + why);
     end(reason);
@@ -226,7 +226,7 @@ void Session::subscribe(std::shared_ptr<const Subscription> subscription) {
         stop_at(*subscription_->stop());
 }
 
-// What was published while the kept events were fetched is among them, and comes again later.
+// Events published during the fetch are included, and are offered to tell() again, which skips them by told_.
 void Session::replay() {
     for (const SharedEvent &event : server_.events_.since(*subscription_->start())) {
         told_ = std::max(told_, event->number);

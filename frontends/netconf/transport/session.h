@@ -1,4 +1,4 @@
-// One client.
+// A session with one client.
 #ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_SESSION_H
 #define YFW_FRONTENDS_NETCONF_TRANSPORT_SESSION_H
 
@@ -18,12 +18,12 @@ namespace yfw::netconf {
 
 class NetconfServer;
 
-// Why a session ends; the words of termination-reason in RFC 6470.
+// Why a session ends; mirrors termination-reason (RFC 6470).
 enum class EndReason { closed, killed, dropped, timeout, bad_hello, other };
 std::string_view to_string(EndReason reason);
 
-// Reads requests and writes replies in their order; one request is answered at a time. What it is told by the
-// event loop may end it: the server then destroys it.
+// Reads requests and writes replies in order, one request at a time. Any call from the event loop may end the
+// session: the server then destroys it.
 class Session {
 public:
     Session(NetconfServer &server, event_base *base, int socket, Caller caller);
@@ -31,14 +31,14 @@ public:
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
-    // Who asks, as things are now.
+    // The session's caller, with its current rights.
     Caller caller() const;
     bool has_started() const { return greeted_; }
 
     void greet();
-    // The answer to the request under way.
+    // Delivers the reply to the current request.
     void reply(const Reply &reply);
-    // An event that it may have subscribed to.
+    // Offers an event, in case the session subscribed to it.
     void tell(const SharedEvent &event);
 
 private:
@@ -55,7 +55,7 @@ private:
     void hello_came(const std::string &hello);
     void broken(const std::string &why, EndReason reason);
     void end(EndReason reason);
-    // Ends when everything written has left; reads no more.
+    // Stops reading; ends once all output has been written.
     void close_after_writing(EndReason reason);
     void no_more_comes();
     void pause_when_full();
@@ -74,18 +74,18 @@ private:
     bufferevent *stream_;
     FrameReader reader_;
     Framing framing_ = Framing::end_of_message;
-    bool greeted_ = false; // the client's hello came
+    bool greeted_ = false; // the client's hello has arrived
     bool busy_ = false;    // a request is being answered
     bool closing_ = false;
     EndReason closes_as_ = EndReason::closed;
-    bool ended_ = false; // the client sends no more
+    bool ended_ = false; // the client has stopped sending
     std::deque<std::string> waiting_;
     size_t waiting_bytes_ = 0;
     event *hello_timer_;
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
-    uint64_t told_ = 0;                     // the last event that was, or that came before the subscription
-    std::deque<SharedEvent> notifications_; // that have to wait until the client reads
+    uint64_t told_ = 0;                     // the last event sent, or the last one before the subscription
+    std::deque<SharedEvent> notifications_; // waiting for the client to read
     size_t notifications_bytes_ = 0;
 };
 

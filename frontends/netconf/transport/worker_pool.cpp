@@ -11,7 +11,7 @@ namespace yfw::netconf {
 WorkerPool::WorkerPool(size_t threads) : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (wake_ < 0)
         throw std::system_error(errno, std::generic_category(), "eventfd");
-    // Signals are for the event loop.
+    // Signals are handled by the event loop.
     sigset_t all;
     sigset_t before;
     sigfillset(&all);

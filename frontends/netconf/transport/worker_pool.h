@@ -1,4 +1,4 @@
-// Threads that answer while the event loop goes on.
+// Worker threads that answer requests while the event loop runs.
 #ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_WORKER_POOL_H
 #define YFW_FRONTENDS_NETCONF_TRANSPORT_WORKER_POOL_H
 
@@ -11,21 +11,21 @@
 
 namespace yfw::netconf {
 
-// A job returns what the event loop is to run when the job is done. The loop waits for descriptor() to become
-// readable and calls run_finished().
+// A job returns a function for the event loop to run when the job is done. The loop waits for descriptor() to
+// become readable and then calls run_finished().
 class WorkerPool {
 public:
     using Finish = std::function<void()>;
     using Job = std::function<Finish()>;
 
     explicit WorkerPool(size_t threads);
-    // Waits for the jobs under way; those that have not begun are dropped.
+    // Waits for running jobs; drops those not yet started.
     ~WorkerPool();
     WorkerPool(const WorkerPool &) = delete;
     WorkerPool &operator=(const WorkerPool &) = delete;
 
     void add(Job job);
-    // Has the event loop run something, after all that it was to run before. From any thread.
+    // Queues a function for the event loop, behind all earlier ones. Callable from any thread.
     void post(Finish finish);
     int descriptor() const { return wake_; }
     void run_finished();

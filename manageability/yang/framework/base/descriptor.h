@@ -1,4 +1,4 @@
-// Descriptors with an owner.
+// Owned file descriptors.
 #ifndef YFW_BASE_DESCRIPTOR_H
 #define YFW_BASE_DESCRIPTOR_H
 
@@ -8,7 +8,7 @@
 
 namespace yfw {
 
-// A descriptor that is closed with the object.
+// Closes the descriptor on destruction.
 class Descriptor {
 public:
     explicit Descriptor(int number = -1) : number_(number) {}

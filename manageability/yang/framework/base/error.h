@@ -1,4 +1,4 @@
-// The error that reaches a user: what a client is told, and where it happened.
+// The error reported to a user: what the client is told, and where it occurred.
 #ifndef YFW_BASE_ERROR_H
 #define YFW_BASE_ERROR_H
 
@@ -9,7 +9,7 @@
 
 namespace yfw {
 
-// Error tags of RFC 6241 appendix A that the host gives.
+// The error tags of RFC 6241 appendix A that the host uses.
 enum class ErrorTag {
     invalid_value,
     unknown_element,
@@ -30,23 +30,22 @@ enum class ErrorTag {
 
 std::string_view to_string(ErrorTag tag);
 
-// `path`: the node or place that is at fault, empty when there is none. `status`: the status that the plug-in
-// returned, 0 when the host found the error.
+// `path`: the offending node or place, empty when there is none. `status`: the plug-in's status, 0 when the
+// host found the error.
 class Error : public std::runtime_error {
 public:
     Error(ErrorTag tag, std::string path, const std::string &message, uint32_t status = 0)
         : std::runtime_error(message), tag_(tag), path_(std::move(path)), status_(status) {}
 
-    // What a client is told beside the path: the namespace or attribute that is unknown, the key that is
-    // missing, the session that holds a lock.
+    // What a client is told besides the path: the unknown namespace or attribute, the missing key, or the
+    // session that holds a lock.
     Error &&about(std::string subject) && {
         subject_ = std::move(subject);
         return std::move(*this);
     }
     const std::string &subject() const { return subject_; }
 
-    // It is the request itself that cannot be served, and not what it holds (error-type "protocol", RFC 6241
-    // section 4.3).
+    // The request itself cannot be served, whatever its content (error-type "protocol", RFC 6241 section 4.3).
     Error &&by_request() && {
         is_by_request_ = true;
         return std::move(*this);

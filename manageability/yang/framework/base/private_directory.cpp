@@ -21,7 +21,7 @@ bool is_own(const std::filesystem::path &path) {
     return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
 }
 
-// One that has no lock yet is being made.
+// A directory without a lock is still being created.
 bool is_left_behind(const std::filesystem::path &directory) {
     const Descriptor lock(open((directory / lock_name).c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
     return lock.is_open() && flock(lock.get(), LOCK_EX | LOCK_NB) == 0;

@@ -1,4 +1,4 @@
-// A directory of this process alone, for as long as it lives.
+// A temporary directory private to this process.
 #ifndef YFW_BASE_PRIVATE_DIRECTORY_H
 #define YFW_BASE_PRIVATE_DIRECTORY_H
 
@@ -9,11 +9,11 @@
 
 namespace yfw {
 
-// Made among the temporary files, for its user only, and removed with the object. What processes that were
-// killed left behind under the same name is removed when the next one is made.
+// Created among the temporary files, accessible to its user only, and removed with the object. Creating one
+// also removes leftovers of killed processes under the same name.
 class PrivateDirectory {
 public:
-    // `name`: what its name begins with. Throws Error when it cannot be made.
+    // `name`: prefix of the directory's name. Throws Error when it cannot be created.
     explicit PrivateDirectory(const std::string &name);
     ~PrivateDirectory();
     PrivateDirectory(const PrivateDirectory &) = delete;
@@ -23,7 +23,7 @@ public:
 
 private:
     std::filesystem::path path_;
-    Descriptor lock_; // tells others that it is in use; the system lets go of it when the process ends
+    Descriptor lock_; // marks it as in use; the system releases it when the process ends
 };
 
 } // namespace yfw

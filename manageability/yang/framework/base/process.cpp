@@ -34,7 +34,7 @@ struct Pipe {
     }
 };
 
-// Signals as a fresh program has them, whatever this one does with them.
+// Resets signals to a new program's defaults, whatever this one has changed.
 void set_attributes(posix_spawnattr_t &attributes) {
     sigset_t all, none;
     sigfillset(&all);
@@ -47,7 +47,7 @@ void set_attributes(posix_spawnattr_t &attributes) {
 }
 
 pid_t start(const std::vector<std::string> &arguments, const Pipe &output, const Pipe &errors, int inherited) {
-    constexpr int kept = 3; // dup2 gives the program a copy without close-on-exec
+    constexpr int kept = 3; // dup2 creates a copy without close-on-exec
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
@@ -72,7 +72,7 @@ pid_t start(const std::vector<std::string> &arguments, const Pipe &output, const
     return child;
 }
 
-// Appends what can be read now; false at the end of the stream.
+// Appends the available bytes; false at the end of the stream.
 bool append(int descriptor, std::string &text) {
     std::array<char, 1 << 16> buffer;
     const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
@@ -81,7 +81,7 @@ bool append(int descriptor, std::string &text) {
     return count > 0 || (count < 0 && errno == EINTR);
 }
 
-// Reads both streams to their ends; false when the time is up.
+// Reads both streams to their ends; false on timeout.
 bool collect(const Pipe &output, const Pipe &errors, Finished &finished, Clock::time_point deadline) {
     std::array<pollfd, 2> open{{{output.read_end.get(), POLLIN, 0}, {errors.read_end.get(), POLLIN, 0}}};
     const std::array<std::string *, 2> texts{&finished.output, &finished.errors};
@@ -90,10 +90,10 @@ bool collect(const Pipe &output, const Pipe &errors, Finished &finished, Clock::
         if (left <= 0)
             return false;
         if (::poll(open.data(), open.size(), static_cast<int>(left)) < 0)
-            continue; // interrupted by a signal: looked at again, with what is left of the time
+            continue; // interrupted by a signal: retry with the remaining time
         for (size_t i = 0; i < open.size(); ++i)
             if (open[i].fd >= 0 && open[i].revents != 0 && !append(open[i].fd, *texts[i]))
-                open[i].fd = -1; // poll passes over it
+                open[i].fd = -1; // poll ignores it
     }
     return true;
 }
@@ -139,7 +139,7 @@ std::string find_program(const std::string &name, const std::string &package) {
     const char *path = std::getenv("PATH");
     std::istringstream words(path != nullptr ? path : "");
     for (std::string word; std::getline(words, word, ':');)
-        if (word.starts_with('/')) // root takes no program from the working directory
+        if (word.starts_with('/')) // root must not run programs from the working directory
             directories.push_back(word);
     directories.insert(directories.end(), {"/usr/sbin", "/usr/bin", "/sbin", "/bin"});
     return find_program(name, package, directories);

@@ -1,4 +1,4 @@
-// Programs that are run to their end, with arguments as they are (no shell).
+// Runs programs to completion, without a shell.
 #ifndef YFW_BASE_PROCESS_H
 #define YFW_BASE_PROCESS_H
 
@@ -9,26 +9,26 @@
 namespace yfw {
 
 struct Finished {
-    int status = 0; // exit status; 128 + the signal that ended it
+    int status = 0; // exit status, or 128 + the signal that killed it
     std::string output;
     std::string errors;
 
-    // The first line that it said on standard error, or its status when it said nothing.
+    // The first line on standard error, or the status when there was none.
     std::string reason() const;
 };
 
-// Runs `arguments`, the program's path first, in a process group of its own (Ctrl-C at the terminal does not
-// end it) and collects what it prints. `inherited`, when it is one, stays open in the program: a lock is then
-// held until the program has ended too. Throws std::runtime_error when the program cannot be started or takes
-// longer than `limit`; then it is killed.
+// Runs `arguments`, which start with the program's path, in a new process group (Ctrl-C at the terminal does
+// not end it) and collects its output. `inherited`, if given, stays open in the program, so that a lock is held
+// until the program has ended, too. Throws std::runtime_error when the program cannot be started, or is killed
+// because it exceeds `limit`.
 Finished run(const std::vector<std::string> &arguments, int inherited = -1,
              std::chrono::milliseconds limit = std::chrono::seconds(20));
 
-// The path of a program, from PATH or from where the system keeps programs for root. Throws Error that
-// says which package to install.
+// The path of a program, from PATH or the system's directories for root. Throws Error naming the package to
+// install.
 std::string find_program(const std::string &name, const std::string &package);
 
-// The same, in these directories alone.
+// The same, in these directories only.
 std::string find_program(const std::string &name, const std::string &package,
                          const std::vector<std::string> &directories);
 

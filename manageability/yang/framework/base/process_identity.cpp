@@ -14,7 +14,7 @@
 namespace yfw {
 namespace {
 
-// As far as it can be read: what tells of a process goes with it, also between opening and reading.
+// Reads as much as it can: a process's files vanish with it, even between open and read.
 std::string content_of(const std::string &file) {
     const std::ifstream stream(file, std::ios::binary);
     std::ostringstream content;
@@ -28,8 +28,7 @@ struct Stat {
     unsigned long long start = 0;
 };
 
-// The name of the program is in parentheses and may hold any character, so that fields are counted from its
-// end.
+// The program name in parentheses may contain any character, so fields are counted from its end.
 std::optional<Stat> stat_of(pid_t number) {
     const std::string text = content_of("/proc/" + std::to_string(number) + "/stat");
     const size_t name_end = text.rfind(')');
@@ -64,8 +63,8 @@ bool is_running(const ProcessIdentity &process) {
 }
 
 void send_signal(const ProcessIdentity &process, int signal) {
-    // The handle is taken before the process is looked at: it then means the process that was looked at, also
-    // when that ends and its number is given away.
+    // Opened before the process is inspected, so that it refers to the inspected process even if that exits and
+    // its number is reused.
     const Descriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, process.number, 0)));
     if (handle.is_open() && is_running(process))
         ::syscall(SYS_pidfd_send_signal, handle.get(), signal, nullptr, 0);

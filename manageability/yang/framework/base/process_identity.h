@@ -1,4 +1,4 @@
-// Processes that are told from later ones with the same number.
+// Identifies processes even when their numbers are reused.
 #ifndef YFW_BASE_PROCESS_IDENTITY_H
 #define YFW_BASE_PROCESS_IDENTITY_H
 
@@ -12,23 +12,23 @@ namespace yfw {
 
 struct ProcessIdentity {
     pid_t number = 0;
-    unsigned long long start = 0; // clock ticks after the boot, of /proc/PID/stat
+    unsigned long long start = 0; // clock ticks after boot, from /proc/PID/stat
 
     bool operator==(const ProcessIdentity &) const = default;
 };
 
-// The identity of the process that has this number now; nothing when there is none, or only its exit status.
+// The identity of the process that has this number now; nothing when it does not exist or is a zombie.
 std::optional<ProcessIdentity> identity_of(pid_t number);
 
 bool is_running(const ProcessIdentity &process);
 
-// Sends the signal to this very process; does nothing when it is gone.
+// Sends the signal to exactly this process; does nothing when it has gone.
 void send_signal(const ProcessIdentity &process, int signal);
 
-// All processes that run in this session and in the network namespace with this inode.
+// All processes in this session and in the network namespace with this inode.
 std::vector<ProcessIdentity> processes_of_session(pid_t session, ino_t network_namespace);
 
-// Names this boot of the machine: process numbers and start times of another one mean nothing.
+// Identifies this boot of the machine; process numbers and start times are meaningless across boots.
 std::string boot_identity();
 
 } // namespace yfw

@@ -19,7 +19,7 @@ StopSignals::StopSignals() {
 }
 
 StopSignals::~StopSignals() {
-    // What was noted has been heeded: delivered now, it would end the program after all.
+    // Consume handled signals: still pending, they would end the program once unblocked.
     signalfd_siginfo noted{};
     while (read(descriptor_, &noted, sizeof noted) > 0) {
     }

@@ -1,4 +1,4 @@
-// Interruption and termination as a descriptor that becomes readable.
+// SIGINT and SIGTERM as a readable descriptor.
 #ifndef YFW_BASE_STOP_SIGNALS_H
 #define YFW_BASE_STOP_SIGNALS_H
 
@@ -6,8 +6,8 @@
 
 namespace yfw {
 
-// While it lives, SIGINT and SIGTERM make descriptor() readable instead of ending the program. To be made
-// before any thread is.
+// While it lives, SIGINT and SIGTERM make descriptor() readable instead of ending the program. Create it before
+// any thread.
 class StopSignals {
 public:
     StopSignals();

@@ -106,7 +106,7 @@ CommitLog::~CommitLog() {
     sqlite3_close(database_);
 }
 
-// Turning the log on fails at once, without SQLite's own waiting, when another process is doing the same.
+// Enabling the log fails at once, ignoring SQLite's busy timeout, while another process is doing the same.
 void CommitLog::set_up() const {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busy_milliseconds);
     for (;;) {
@@ -196,7 +196,7 @@ CommitLog::commit(const std::function<std::optional<Commit>(const std::optional<
     }
 }
 
-// No other process's commit comes between reading and writing.
+// Keeps other processes from committing between the read and the write.
 void CommitLog::begin() const {
     const Guard guard(statements_);
     execute("BEGIN IMMEDIATE");

@@ -15,30 +15,30 @@ struct sqlite3;
 
 namespace yfw::commits {
 
-// The store cannot be opened, read or written; the text names the file.
+// The store cannot be opened, read or written; the message names the file.
 class StoreError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
 struct Commit {
-    int64_t number = 0; // from 0, the configuration that was there before the first commit
+    int64_t number = 0; // from 0, the configuration before the first commit
     std::string time;   // UTC, RFC 3339
     std::string who;
     std::string comment;
     std::string edit;          // in OpenConfig terms, XML
-    std::string difference;    // native, one line a node
+    std::string difference;    // native, one line per node
     std::string configuration; // native, XML
 };
 
-// The steps of a commit, for tests that end the process at each of them.
+// The steps of a commit, for tests that kill the process at each of them.
 enum class Step { begun, read, prepared, inserted, committed };
 
-// Safe for several threads; several processes may use one file. Every commit is on the disk before it is
-// reported (write-ahead log, full synchronisation).
+// Thread-safe; several processes may share a file. Every commit is on disk before it is reported (write-ahead
+// log, full synchronisation).
 class CommitLog {
 public:
-    // Opens the file, and makes it with its directory when `create` says so. Throws StoreError.
+    // Opens the file; `create` creates it and its directory if missing. Throws StoreError.
     CommitLog(const std::filesystem::path &file, bool create);
     ~CommitLog();
     CommitLog(const CommitLog &) = delete;
@@ -47,14 +47,14 @@ public:
     // The last commit; nothing when there is none.
     std::optional<Commit> last() const;
     std::optional<Commit> find(int64_t number) const;
-    // Of the last commit; nothing when there is none.
+    // Number of the last commit; nothing when there is none.
     std::optional<int64_t> last_number() const;
-    // All commits without their texts of edit, difference and configuration, newest first.
+    // All commits, newest first, without edit, difference and configuration.
     std::vector<Commit> history() const;
 
-    // Makes a commit of what `make` gives when it is called with the last one; nothing is kept, and no other
-    // commit comes between, when it throws or gives nothing. Returns the commit with its number and time.
-    // `make` may take its time: others can read meanwhile, and see what was there before.
+    // Commits what `make` returns when called with the last commit. If it throws or returns nothing, nothing is
+    // stored. No other commit can intervene. Returns the commit with its number and time. `make` may be slow:
+    // meanwhile others can read, and see the previous state.
     std::optional<Commit>
     commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
 
@@ -71,8 +71,8 @@ private:
 
     std::filesystem::path file_;
     sqlite3 *database_ = nullptr;
-    mutable std::mutex commits_;    // one at a time
-    mutable std::mutex statements_; // no reading between what a commit writes and its end
+    mutable std::mutex commits_;    // serializes commits
+    mutable std::mutex statements_; // keeps reads out between a commit's write and its end
     std::function<void(Step)> observer_;
 };
 

@@ -30,7 +30,7 @@ ConfiguredSource::identity_of(const std::filesystem::path &store) {
     return StoreIdentity{status.stx_ino, status.stx_btime.tv_sec * 1000000000 + status.stx_btime.tv_nsec};
 }
 
-// Other processes may make it, commit to it and replace it.
+// Other processes may create it, commit to it and replace it.
 std::shared_ptr<commits::CommitLog> ConfiguredSource::log(bool create) const {
     const std::lock_guard<std::mutex> guard(mutex_);
     return in_store([&] {
@@ -39,7 +39,7 @@ std::shared_ptr<commits::CommitLog> ConfiguredSource::log(bool create) const {
             return log_;
         kept_.reset();
         log_.reset();
-        identity_.reset(); // should opening fail
+        identity_.reset(); // in case opening fails
         if (identity.has_value() || create)
             log_ = std::make_shared<commits::CommitLog>(store_, create);
         identity_ = identity_of(store_);
@@ -92,7 +92,7 @@ yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
     const std::optional<yang::SharedData> committed = committed_configuration();
     if (!committed.has_value())
         return data;
-    yang::take_configuration(data); // what was recorded has been replaced
+    yang::take_configuration(data); // the commit replaces the recorded configuration
     join(data, yang::copy_configuration(committed->get()));
     return data;
 }
@@ -100,7 +100,7 @@ yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
 sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
     sources::Snapshot native = source_.snapshot(context);
     if (std::optional<yang::SharedData> committed = committed_configuration())
-        native.configuration = std::move(committed); // what was recorded has been replaced
+        native.configuration = std::move(committed); // the commit replaces the recorded configuration
     return native;
 }
 

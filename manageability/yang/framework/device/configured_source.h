@@ -1,5 +1,5 @@
-// The native data of a device whose configuration can be changed: its running configuration is the last commit,
-// its state comes from a source.
+// The native data of a device whose configuration can be changed: the running configuration is the last commit,
+// the state comes from a source.
 #ifndef YFW_DEVICE_CONFIGURED_SOURCE_H
 #define YFW_DEVICE_CONFIGURED_SOURCE_H
 
@@ -16,13 +16,12 @@
 
 namespace yfw::device {
 
-// Reads through to the last commit, or to the source's own configuration before the first one. Borrows the
-// schemas and the source. The store is opened once, and again when another file takes its place. Safe for
-// several threads when the source is.
+// Reads the last commit or, before the first one, the source's own configuration. Borrows the schemas and the
+// source. The store is opened once, and reopened when another file replaces it. Thread-safe if the source is.
 class ConfiguredSource final : public sources::NativeSource {
 public:
-    // A store that is not there yet counts as empty and is not made by reading. An empty path: there is never
-    // one.
+    // A store that does not exist counts as empty; reading does not create it. An empty path means that there
+    // is never a store.
     ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store)
         : schemas_(schemas), source_(source), store_(std::move(store)) {}
 
@@ -35,26 +34,26 @@ public:
     // The last commit's configuration, or the source's own before the first one.
     yang::SharedData running_configuration();
 
-    // The configuration of this commit, which is the last one or was; parsed once while it is the last.
+    // The configuration of this commit, the latest or an older one; parsed only once while it is the latest.
     yang::SharedData configuration_of(const commits::Commit &commit);
 
     // -1 when there is none yet.
     int64_t last_commit_number() const;
     std::optional<commits::Commit> last_commit() const;
     std::optional<commits::Commit> find_commit(int64_t number) const;
-    // Newest first, without their texts.
+    // Newest first, without edit, difference and configuration texts.
     std::vector<commits::Commit> history() const;
 
-    // NULL when there is none; `create` makes it with its directory.
+    // NULL when there is none; `create` creates it and its directory.
     std::shared_ptr<commits::CommitLog> log(bool create) const;
 
     const std::filesystem::path &store() const { return store_; }
 
 private:
-    // A file that takes another's place may have its number, but is younger.
+    // A replacement file may reuse the inode number, but its birth time is later.
     struct StoreIdentity {
         uint64_t number = 0; // the inode
-        int64_t born = 0;    // nanoseconds
+        int64_t born = 0;    // birth time, nanoseconds
         bool operator==(const StoreIdentity &) const = default;
     };
     static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
@@ -64,10 +63,10 @@ private:
     sources::NativeSource &source_;
     std::filesystem::path store_;
 
-    mutable std::mutex mutex_;                      // of what follows
+    mutable std::mutex mutex_;                      // guards the members below
     mutable std::optional<StoreIdentity> identity_; // of log_
     mutable std::shared_ptr<commits::CommitLog> log_;
-    // The configuration of the last commit that was looked at.
+    // The configuration of the last commit read.
     struct Kept {
         int64_t number = 0;
         yang::SharedData configuration;

@@ -53,7 +53,7 @@ void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) con
                             "the datastore is locked by session " + std::to_string(lock->second.session));
 }
 
-// What a client changes is told by what it sees before and after, and not by what it asks for (RFC 8341
+// Access control compares what the client sees before and after the edit, not what it requested (RFC 8341
 // section 3.2.3 and following).
 ChangeGuard Datastores::guard_of(const Caller &caller) const {
     if (caller.rules == nullptr)
@@ -132,7 +132,7 @@ void Datastores::commit(const Caller &caller, const std::optional<Confirmation> 
     refuse_if_locked(caller, Datastore::running);
     refuse_if_locked(caller, Datastore::candidate);
     refuse_other_confirmer(caller, persist_id);
-    // The first commit of all keeps what was there as number 0.
+    // The very first commit stores the previous configuration as number 0.
     const int64_t before =
         pending_.has_value() ? pending_->back_to : std::max<int64_t>(device_.last_commit_number(), 0);
     if (confirmed.has_value())
@@ -202,7 +202,7 @@ void Datastores::take_back_when_due() {
     const Guard guard(mutex_);
     if (!pending_.has_value() || deadline_.load() > std::chrono::steady_clock::now())
         return;
-    deadline_ = std::chrono::steady_clock::now() + retry_interval; // should the device not take it now
+    deadline_ = std::chrono::steady_clock::now() + retry_interval; // in case the device does not accept it now
     take_back({});
     tell({}, What::timeout);
 }

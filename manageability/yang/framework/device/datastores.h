@@ -1,4 +1,4 @@
-// The datastores of a server: running, which is the device's, and candidate (RFC 6241 sections 7 and 8).
+// A server's datastores: running, which is the device's, and candidate (RFC 6241 sections 7 and 8).
 #ifndef YFW_DEVICE_DATASTORES_H
 #define YFW_DEVICE_DATASTORES_H
 
@@ -19,13 +19,13 @@ namespace yfw::device {
 
 enum class Datastore { running, candidate };
 
-// Who asks.
+// The originator of a request.
 struct Caller {
     uint32_t session = 0;
     std::string user;
     bool may_write = false;
-    std::string comment;                                      // kept with the commits
-    std::shared_ptr<const access::UserRules> rules = nullptr; // without them everything of that is permitted
+    std::string comment;                                      // stored with the commits
+    std::shared_ptr<const access::UserRules> rules = nullptr; // NULL: the group permissions alone decide
 
     events::Actor actor() const { return {session, user}; }
 };
@@ -35,17 +35,16 @@ struct Confirmation {
     std::optional<std::string> persist;
 };
 
-// Configurations are native; edits come in OpenConfig terms. Changes of the running configuration are
-// told. Safe for several threads. Everything is borrowed. What is refused throws Error, and then nothing has
-// changed.
+// Configurations are native; edits are in OpenConfig terms. Observers are notified of changes to the running
+// configuration. Thread-safe. Everything is borrowed. A rejected call throws Error and changes nothing.
 class Datastores {
 public:
     Datastores(ManagedDevice &device, events::Hub &events) : device_(device), events_(events) {}
 
-    // The native configuration that it holds.
+    // The datastore's native configuration.
     yang::SharedData read(Datastore datastore);
 
-    // `only_test`: the edit is checked and nothing is changed.
+    // `only_test`: validate the edit without applying it.
     void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
     void validate(Datastore datastore);
     // Checks that an edit of the running configuration would be valid.
@@ -54,7 +53,8 @@ public:
     void copy(const Caller &caller, Datastore from, Datastore to);
     void discard(const Caller &caller);
 
-    // Makes the candidate the running configuration; `confirmed`: until confirmed in time (section 8.4).
+    // Makes the candidate the running configuration; `confirmed`: requires confirmation within a time limit
+    // (section 8.4).
     void commit(const Caller &caller, const std::optional<Confirmation> &confirmed,
                 const std::optional<std::string> &persist_id);
     void cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id);
@@ -67,25 +67,25 @@ public:
     };
     std::optional<Lock> lock_of(Datastore datastore);
 
-    // The session is gone: its locks are freed, the candidate that it had locked or that nobody else edits is
-    // discarded, and its commit, unless it persists, is taken back.
+    // Call when a session has ended: releases its locks, discards the candidate if the session had locked it or
+    // was its only editor, and rolls back the session's unconfirmed commit unless it persists.
     void end_session(uint32_t session);
 
-    // When an unconfirmed commit has to be taken back; nothing when there is none. Never waits.
+    // When the unconfirmed commit will be rolled back; nothing when there is none. Never blocks.
     std::optional<std::chrono::steady_clock::time_point> deadline() const;
     void take_back_when_due();
 
-    // The server ends: nobody will confirm what was not confirmed so far.
+    // Call when the server ends: nobody can confirm pending commits any more.
     void take_back_unconfirmed();
 
-    // Takes back what a server that was killed left unconfirmed.
+    // Rolls back what a killed server left unconfirmed.
     void recover();
 
 private:
     static constexpr auto no_deadline = std::chrono::steady_clock::time_point::max();
 
     struct Pending {
-        int64_t back_to = 0; // the commit before
+        int64_t back_to = 0; // number of the previous commit
         events::Actor actor;
         bool session_is_gone = false; // the actor's
         std::optional<std::string> persist;
@@ -96,7 +96,7 @@ private:
     yang::SharedData candidate_or_running();
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;
     void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
-    // `actor`: who wants it. Does not tell of the confirmed commit.
+    // `actor`: on whose behalf. Does not publish the confirmed-commit event.
     void take_back(const events::Actor &actor);
     void commit_candidate(const Caller &caller);
     void wait_for_confirmation(const Caller &caller, const Confirmation &confirmed, int64_t back_to);
@@ -106,10 +106,10 @@ private:
 
     ManagedDevice &device_;
     events::Hub &events_;
-    std::optional<yang::SharedData> candidate_; // nothing: the same as running
+    std::optional<yang::SharedData> candidate_; // nothing: identical to running
     std::vector<std::string> candidate_edits_;
-    std::vector<events::EditRecord> candidate_records_; // of these edits
-    uint32_t candidate_editor_ = 0;                     // the session that edited it last
+    std::vector<events::EditRecord> candidate_records_; // of the edits to the candidate
+    uint32_t candidate_editor_ = 0;                     // the session that last edited it
     std::map<Datastore, Lock> locks_;
     std::optional<Pending> pending_;
     std::atomic<std::chrono::steady_clock::time_point> deadline_{no_deadline}; // of pending_

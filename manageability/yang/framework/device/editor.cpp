@@ -11,7 +11,7 @@
 namespace yfw::device {
 namespace {
 
-// A data path without the names of modules and without keys.
+// Strips module names and keys from a data path.
 std::string schema_path(const std::string &path) {
     std::string plain;
     for (size_t i = 0; i < path.size(); i++) {
@@ -25,7 +25,7 @@ std::string schema_path(const std::string &path) {
     return plain;
 }
 
-// What a device refuses is a native node; the user named the OpenConfig node that it came from.
+// The device rejects a native node; report the OpenConfig node that it was mapped from.
 template <class Work> void in_openconfig_terms(const std::vector<host::NativePath> &edits, Work &&work) {
     try {
         work();
@@ -75,7 +75,7 @@ void Editor::ensure_first_commit(commits::CommitLog &store) {
     const yang::DataTree recorded = source_.recorded_configuration();
     store.commit([&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
         if (last.has_value())
-            return std::nullopt; // another process was first
+            return std::nullopt; // another process was faster
         commits::Commit first;
         first.comment = "the configuration before the first commit";
         first.configuration = yang::print_configuration(recorded.get());
@@ -83,8 +83,8 @@ void Editor::ensure_first_commit(commits::CommitLog &store) {
     });
 }
 
-// A first edit that is refused, or changes nothing, makes no store: until one is accepted, the device's own
-// configuration holds.
+// A first edit that is rejected, or changes nothing, creates no store: until one is accepted, the device's own
+// configuration applies.
 std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
     if (source_.log(false) != nullptr)
         return std::nullopt;
@@ -108,7 +108,7 @@ std::optional<commits::Commit> Editor::made_of(Change change, const commits::Com
 }
 
 std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
-    std::optional<Applied> applied; // what the target runs since
+    std::optional<Applied> applied; // what the target now runs
     try {
         return in_store([&] {
             std::optional<Prepared> prepared = prepare_first(make);
@@ -127,7 +127,7 @@ std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
                 });
         });
     } catch (...) {
-        if (applied.has_value()) // the store failed after the target had taken it
+        if (applied.has_value()) // the target accepted it, but the store failed
             target_->apply(applied->after.get(), applied->before.get());
         throw;
     }

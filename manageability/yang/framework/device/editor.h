@@ -1,4 +1,4 @@
-// Commits of edits to the configuration of a device.
+// Commits edits to a device's configuration.
 #ifndef YFW_DEVICE_EDITOR_H
 #define YFW_DEVICE_EDITOR_H
 
@@ -15,71 +15,69 @@
 
 namespace yfw::device {
 
-// Who changes what, and why.
+// Who makes a change, and why.
 struct CommitNote {
     std::string who;
     std::string comment;
 };
 
-// Refuses a change by throwing: what an OpenConfig client sees of the configuration before and after it.
+// Rejects a change by throwing, given the configuration that an OpenConfig client sees before and after it.
 using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *after)>;
 
-// Commits edits. Everything is borrowed; a device without a target (NULL) only keeps its configuration. A
-// guard, where there is one, is asked before anything changes. Safe for several threads: commits come one after
-// the other.
+// Commits edits. Everything is borrowed; without a target (NULL) configurations are only stored. The guard, if
+// any, is called before anything changes. Thread-safe: commits are serialized.
 class Editor {
 public:
     Editor(const yang::Schemas &schemas, ConfiguredSource &source, host::Engine &engine,
            sources::NativeTarget *target)
         : schemas_(schemas), source_(source), engine_(engine), target_(target) {}
 
-    // The native difference that the edit would make; nothing is written. Throws Error.
+    // The native difference that the edit would make; writes nothing. Throws Error.
     std::string try_edit(const yang::EditNode &edit);
 
-    // The native configuration that `configuration` becomes by the edit; nothing is written. Throws Error.
+    // The result of applying the edit to the native `configuration`; writes nothing. Throws Error.
     yang::DataTree apply(const yang::EditNode &edit, const lyd_node *configuration,
                          const ChangeGuard &guard = {});
 
-    // What an OpenConfig client sees of a native configuration; NULL when that is nothing. Throws Error.
+    // A native configuration as an OpenConfig client sees it; NULL when nothing is visible. Throws Error.
     yang::DataTree shown(const lyd_node *configuration);
 
-    // Makes a valid native configuration the running one, as one commit. `edit`: what led to it, for the
-    // record. Nothing when it is that already. Throws Error.
+    // Makes a valid native configuration the running one, in one commit. `edit`: its origin, for the record.
+    // Nothing when it is already running. Throws Error.
     std::optional<commits::Commit> commit_configuration(const lyd_node *configuration, const std::string &edit,
                                                         const CommitNote &note, const ChangeGuard &guard = {});
 
-    // Applies the edit as one commit, or not at all. Nothing when the edit changes nothing. Throws Error.
+    // Applies the edit in one commit, or not at all. Nothing when the edit changes nothing. Throws Error.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,
                                         const ChangeGuard &guard = {});
 
-    // Makes the configuration of a commit the running one again, as a new commit. Nothing when it is that
-    // already.
+    // Makes a commit's configuration the running one again, in a new commit. Nothing when it is already
+    // running.
     std::optional<commits::Commit> rollback(int64_t number, const CommitNote &note);
 
     // Called at each step of a commit.
     void on_step(std::function<void(commits::Step)> observer) { observer_ = std::move(observer); }
 
 private:
-    // A configuration that is to replace the running one.
+    // A configuration to replace the running one.
     struct Change {
         yang::DataTree after;
-        std::string text; // of `after`; empty: to be printed
+        std::string text; // `after` as printed; empty: not printed yet
         std::vector<host::NativePath> edits;
         commits::Commit record; // who, comment, edit
     };
     using MakeChange = std::function<Change(const lyd_node *running)>;
 
     struct Prepared {
-        std::string running; // what the change was made of
+        std::string running; // the configuration the change is based on
         Change change;
     };
     std::optional<Prepared> prepare_first(const MakeChange &make);
-    // Makes a commit of a change, in the store and on the target or in neither.
+    // Commits a change both to the store and to the target, or to neither.
     std::optional<commits::Commit> commit(const MakeChange &make);
-    // The configuration after `edit`, made of a copy of `before`.
+    // The change that `edit` makes to a copy of `before`.
     Change changed(const yang::EditNode &edit, const lyd_node *before, const ChangeGuard &guard);
-    // What is committed: what the change makes of the last commit, applied to the target. Nothing when it
-    // changes nothing.
+    // Applies the change to the last commit, and the result to the target. Nothing when it changes nothing.
     struct Applied {
         yang::SharedData before;
         yang::DataTree after;

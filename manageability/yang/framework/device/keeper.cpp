@@ -50,7 +50,7 @@ void Keeper::pass_on(sources::NeighborEvent event) {
     }
 }
 
-// A device that is not there when this begins is waited for in the same way.
+// Also waits for a device that is absent at the start.
 void Keeper::keep() {
     const sources::NeighborWatch::Listener listener{
         [this](sources::NeighborEvent event) { pass_on(std::move(event)); },
@@ -60,7 +60,7 @@ void Keeper::keep() {
     do {
         try {
             if (was_away)
-                device_.restore(); // throws for as long as it is away
+                device_.restore(); // throws while the device is away
             was_away = false;
             device_.watch(stop_, listener);
             return;

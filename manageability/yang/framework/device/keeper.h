@@ -1,4 +1,4 @@
-// Keeps a device that may be restarted at its configuration.
+// Restores the configuration of a device that may restart.
 #ifndef YFW_DEVICE_KEEPER_H
 #define YFW_DEVICE_KEEPER_H
 
@@ -10,12 +10,11 @@
 
 namespace yfw::device {
 
-// While it lives, a thread of its own gives the device its last commit again whenever it was away, and passes
-// on the changes of neighbors that the device tells. Does nothing for a device that tells no changes. Borrows
-// the device.
+// Its thread reapplies the last commit whenever the device comes back, and forwards the neighbor changes that
+// the device reports. Does nothing for a device that does not report changes. Borrows the device.
 class Keeper {
 public:
-    // Both are called by that thread; `say` with what whoever runs the server has to know.
+    // Both are called on that thread; `say` takes messages for the server's operator.
     Keeper(ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
            std::function<void(const std::string &)> say);
     ~Keeper();

@@ -1,4 +1,4 @@
-// One device, in OpenConfig terms: what it is configured with, what it does, and how that is changed.
+// One device in OpenConfig terms: its configuration, its state, and changes to it.
 #ifndef YFW_DEVICE_MANAGED_DEVICE_H
 #define YFW_DEVICE_MANAGED_DEVICE_H
 
@@ -17,15 +17,16 @@
 
 namespace yfw::device {
 
-// What every front end works with. Safe for several threads; the mapping serves one request at a time. There
-// can be one in a process at a time: the plug-in keeps state between its callbacks. Everything throws Error.
+// The interface for all front ends. Thread-safe; the mapping serves one request at a time. Only one may exist
+// per process at a time: the plug-in keeps state between its callbacks. Every function throws Error.
 class ManagedDevice {
 public:
-    // Takes the source over and borrows the schemas. `store`: the file of the commits, made by the first one;
-    // an empty path for a device that cannot be committed to. The mapping is loaded as it is described.
+    // Takes ownership of the source and borrows the schemas. `store`: the commit file, created by the first
+    // commit; an empty path for a device that does not support commits. Loads the mapping according to its
+    // description.
     ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened, std::filesystem::path store,
                   host::MappingDescription mapping);
-    // Of a source that is borrowed too.
+    // The same, but borrows the source.
     ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
                   host::MappingDescription mapping);
     ManagedDevice(const ManagedDevice &) = delete;
@@ -37,50 +38,50 @@ public:
     // ---- reading
 
     host::Answer read(const host::ReadRequest &request) { return engine_.read(request); }
-    // The same of this native configuration alone.
+    // The same, on this native configuration alone.
     host::Answer read(const host::ReadRequest &request, yang::SharedData configuration) {
         return engine_.read(request, {nullptr, std::move(configuration)});
     }
-    // The same of native data from elsewhere, such as a watch.
+    // The same, on native data from elsewhere, such as a watch.
     host::Answer read(const host::ReadRequest &request, yang::DataTree native) {
         return engine_.read(request, {std::move(native)});
     }
 
-    // What the mapping does with a request; nothing is read or changed.
+    // What the mapping does with a request; reads and changes nothing.
     host::Explanation explain(const host::ReadRequest &request) { return engine_.explain(request); }
     host::Explanation explain(const yang::EditNode &edit) {
         return engine_.explain(edit, source_.running_configuration());
     }
 
-    // With tracing the plug-in's debug log holds every callback's steps.
+    // When tracing, the plug-in's debug log contains every callback's steps.
     void set_trace(bool on) { engine_.set_trace(on); }
 
     // ---- configuration
 
-    // Native: the last commit's, or the device's own before the first one.
+    // Native: the last commit's or, before the first one, the device's own.
     yang::SharedData running_configuration() { return source_.running_configuration(); }
 
-    // The native difference that the edit would make; nothing is written.
+    // The native difference that the edit would make; writes nothing.
     std::string try_edit(const yang::EditNode &edit) { return editor_.try_edit(edit); }
-    // The native configuration that another one becomes by the edit; nothing is written.
+    // The result of applying the edit to a native configuration; writes nothing.
     yang::DataTree apply(const yang::EditNode &edit, const lyd_node *configuration,
                          const ChangeGuard &guard = {}) {
         return editor_.apply(edit, configuration, guard);
     }
-    // What an OpenConfig client sees of a native configuration; NULL when that is nothing.
+    // A native configuration as an OpenConfig client sees it; NULL when nothing is visible.
     yang::DataTree shown(const lyd_node *configuration) { return editor_.shown(configuration); }
-    // Holds a native configuration to every rule of its models.
+    // Validates a native configuration against its models.
     void validate(const lyd_node *configuration) const;
 
-    // Each makes one commit, on the device and in the store or in neither; nothing when nothing changes.
+    // Each makes one commit, both on the device and in the store or in neither; nothing when nothing changes.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,
                                         const ChangeGuard &guard = {});
-    // `edit`: what led to the native configuration, for the record.
+    // `edit`: the origin of the native configuration, for the record.
     std::optional<commits::Commit> commit(const lyd_node *configuration, const std::string &edit,
                                           const CommitNote &note, const ChangeGuard &guard = {});
     std::optional<commits::Commit> rollback(int64_t number, const CommitNote &note);
 
-    // Refuses a device that cannot be committed to.
+    // Throws for a device that does not support commits.
     void require_store() const;
     const std::filesystem::path &store() const { return source_.store(); }
     // -1 when there is no commit yet.
@@ -88,7 +89,7 @@ public:
 
     // ---- the device itself
 
-    // Makes it run the last commit, if there is one: it may have been restarted since.
+    // Reapplies the last commit, if any: the device may have restarted since.
     void restore();
 
     bool tells_changes() const { return opened_.watch != nullptr; }

@@ -12,9 +12,9 @@ bool takes_away(const host::NativePath &edit) {
     return edit.operation == YFW_OP_DELETE || edit.operation == YFW_OP_REMOVE;
 }
 
-// The entry of one list that edits without a key go to.
+// The list entry that edits without a key apply to.
 struct EntryInHand {
-    std::vector<std::pair<const lysc_node *, std::string>> keys; // in the order of the model
+    std::vector<std::pair<const lysc_node *, std::string>> keys; // in schema order
     bool only_removed_from = false;
     bool touched = false;
 };
@@ -37,7 +37,7 @@ public:
             set(edit, steps);
     }
 
-    // Entries that were named by their keys and nothing else are there now.
+    // Creates entries that were named only by their keys.
     void finish() {
         for (const auto &[list, entry] : entries_)
             if (!entry.touched && !entry.keys.empty())
@@ -79,7 +79,7 @@ private:
             make_named(list, entry->second);
     }
 
-    // A key with another value than the entry in hand has names another entry; it keeps the keys before it.
+    // A key whose value differs from the current entry's names another entry; the keys before it still apply.
     void set_key(const host::NativePath &edit, const lysc_node *key) {
         const lysc_node *list = key->parent;
         if (!edit.value.has_value())
@@ -115,14 +115,14 @@ private:
         refuse(edit, "the entry of \"" + std::string(list->name) + "\" has no key \"" + key->name + "\"");
     }
 
-    // A list entry with the keys in hand, not in any tree.
+    // A list entry with the current keys, outside any tree.
     yang::DataTree make_entry(const host::NativePath &edit, const lysc_node *list) const {
         const char *values[3] = {};
         size_t count = 0;
         for (const lysc_node *key = lysc_node_child(list); key != nullptr && lysc_is_key(key) && count < 3;
              key = key->next)
             values[count++] = key_value(edit, list, key);
-        // A list below the top has no parent here; libyang makes it all the same by its schema's module.
+        // A top-level list has no parent; libyang finds its module from the schema.
         lyd_node *parent = nullptr;
         lyd_new_inner(nullptr, list->parent->module, list->parent->name, 0, &parent);
         lyd_node *entry = nullptr;
@@ -164,7 +164,8 @@ private:
         return made;
     }
 
-    // The container or list entry at the end of the steps; NULL when it is not there and not to be made.
+    // The container or list entry at the end of the steps; NULL when it does not exist and is not to be
+    // created.
     lyd_node *reach(const host::NativePath &edit, const std::vector<const lysc_node *> &steps,
                     bool make_missing) {
         lyd_node *at = nullptr;
@@ -186,7 +187,7 @@ private:
                 entries_[schema].touched = true;
     }
 
-    // Taking away what is not there is no failure: existence was checked in OpenConfig terms.
+    // Removing a missing node is no error: existence was checked in OpenConfig terms.
     void remove(const host::NativePath &edit, const std::vector<const lysc_node *> &steps) {
         touch_lists(steps);
         lyd_node *node = reach(edit, steps, false);

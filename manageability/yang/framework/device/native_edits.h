@@ -1,4 +1,4 @@
-// Native edits as they come from the plug-in, applied to a native configuration.
+// Applies the plug-in's native edits to a native configuration.
 #ifndef YFW_DEVICE_NATIVE_EDITS_H
 #define YFW_DEVICE_NATIVE_EDITS_H
 
@@ -11,13 +11,13 @@
 
 namespace yfw::device {
 
-// Applies the edits in their order to `configuration`, which may be NULL and is left half-changed when this
-// throws: callers hand in a copy. Throws Error that names the native path: a leaf without a value, a value out
-// of its type.
+// Applies the edits in order to `configuration`, which may be NULL. On an exception it is left partly changed,
+// so pass a copy. Throws Error with the native path: for a leaf without a value, or a value invalid for its
+// type.
 void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::NativePath> &edits,
                         yang::DataTree &configuration);
 
-// Holds the configuration to every rule of its models; throws Error.
+// Validates the configuration against its models; throws Error.
 void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration);
 
 } // namespace yfw::device

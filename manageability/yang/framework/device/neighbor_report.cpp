@@ -8,7 +8,7 @@
 namespace yfw::device {
 namespace {
 
-// The entry of the neighbor. Every list on the way to it has one entry.
+// The neighbor's entry. Every list on the path to it has exactly one entry.
 const lyd_node *entry_in(const lyd_node *answer, const lysc_node *entry) {
     for (const lyd_node *node = answer; node != nullptr;) {
         if (node->schema == entry)
@@ -59,7 +59,7 @@ NeighborReporter::NeighborReporter(ManagedDevice &device) : device_(device) {
     yang::Path &path = wanted_.paths.back();
     entry_ = path.back().node;
     if (path.size() > 1)
-        path.pop_back(); // all entries: what is read whole is a container
+        path.pop_back(); // all entries: a read starts at a container
 }
 
 std::optional<NeighborReport> NeighborReporter::report(sources::NeighborEvent event) const {

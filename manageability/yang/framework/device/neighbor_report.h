@@ -1,4 +1,4 @@
-// What happened to an entry whose changes the mapping's notification tells, in OpenConfig terms.
+// Reports changes of the entries that the mapping's notification covers, in OpenConfig terms.
 #ifndef YFW_DEVICE_NEIGHBOR_REPORT_H
 #define YFW_DEVICE_NEIGHBOR_REPORT_H
 
@@ -15,10 +15,10 @@ std::string_view to_string(sources::NeighborChange change);
 
 struct NeighborReport {
     sources::NeighborChange change = sources::NeighborChange::updated;
-    yang::DataTree answer;              // as a read would show the neighbor, from the top down
-    const lyd_node *neighbor = nullptr; // its entry there
+    yang::DataTree answer;              // the neighbor as a read would return it, from the top down
+    const lyd_node *neighbor = nullptr; // its entry in the answer
 
-    // Of the entry, without the module's name.
+    // The entry's path, without the module name.
     std::string path() const;
     // The first key of each list down to the entry, outermost first.
     std::vector<std::string> keys() const;
@@ -27,15 +27,15 @@ struct NeighborReport {
 // Has the mapping name neighbors as every read does. Borrows the device.
 class NeighborReporter {
 public:
-    // Throws Error when the schemas do not have the entry that the mapping describes.
+    // Throws Error when the schemas lack the entry that the mapping describes.
     explicit NeighborReporter(ManagedDevice &device);
 
-    // Nothing when the mapping finds no neighbor in the event, or tells no changes. Throws Error.
+    // Nothing when the mapping finds no neighbor in the event, or does not report changes. Throws Error.
     std::optional<NeighborReport> report(sources::NeighborEvent event) const;
 
 private:
     ManagedDevice &device_;
-    const lysc_node *entry_ = nullptr; // NULL: no changes are told
+    const lysc_node *entry_ = nullptr; // NULL: the mapping does not report changes
     host::ReadRequest wanted_;
 };
 

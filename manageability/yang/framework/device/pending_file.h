@@ -1,5 +1,4 @@
-// A commit that nobody has confirmed so far, on the disk: a server that ends at any moment leaves enough to
-// take it back.
+// Keeps a record of the unconfirmed commit on disk, so that it can be rolled back whenever the server dies.
 #ifndef YFW_DEVICE_PENDING_FILE_H
 #define YFW_DEVICE_PENDING_FILE_H
 
@@ -9,12 +8,11 @@
 
 namespace yfw::device {
 
-// Beside the store: the number of the commit to go back to. On the disk when it returns; to be called before
-// the commit is made. Throws Error.
+// Records, next to the store, the number of the commit to roll back to. It is on disk on return; call before
+// making the commit. Throws Error.
 void remember_pending(const std::filesystem::path &store, int64_t back_to);
 
-// Nothing when there is none. A file that was cut short was written before its commit began, and counts as
-// none.
+// Nothing when there is none. A truncated file was written before its commit began, and counts as none.
 std::optional<int64_t> remembered_pending(const std::filesystem::path &store);
 
 void forget_pending(const std::filesystem::path &store) noexcept;

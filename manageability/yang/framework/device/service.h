@@ -1,4 +1,4 @@
-// A device as servers offer it: one for all doors of a process.
+// A device as offered by servers: one object for all front ends of a process.
 #ifndef YFW_DEVICE_SERVICE_H
 #define YFW_DEVICE_SERVICE_H
 
@@ -16,12 +16,11 @@
 
 namespace yfw::device {
 
-// The device with its datastores, what may be done with them, and who is told. Safe for several threads.
+// The device with its datastores, access control and event observers. Thread-safe.
 class Service {
 public:
-    // Borrows the device, which is committed to as soon as a server before this one left a commit unconfirmed:
-    // it is taken back. `rules`: beside the groups of users. Throws Error, also for a device that cannot be
-    // committed to.
+    // Borrows the device. If a previous server left a commit unconfirmed, it is rolled back at once. `rules`:
+    // apply in addition to the user groups. Throws Error, also for a device that does not support commits.
     explicit Service(ManagedDevice &device, std::optional<access::Nacm> rules = std::nullopt);
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
@@ -30,12 +29,13 @@ public:
     Datastores &datastores() { return datastores_; }
     events::Hub &events() { return events_; }
 
-    // Those that concern a user, by name and by the names of the groups that the machine has them in; NULL when
-    // everything is permitted that the groups permit.
+    // The rules for a user, given by name and by the names of the user's groups on this machine; NULL when the
+    // group permissions alone decide.
     std::shared_ptr<const access::UserRules> rules_of(const std::string &user,
                                                       const std::vector<std::string> &groups) const;
 
-    // No server offers it any more: nobody will confirm what was not confirmed so far. Throws Error.
+    // Call when servers no longer offer the device: rolls back unconfirmed commits, as nobody can confirm them
+    // any more. Throws Error.
     void end() { datastores_.take_back_unconfirmed(); }
 
 private:

@@ -1,4 +1,4 @@
-// Failures of the store of commits, as users are told of them.
+// Reports failures of the commit store to users.
 #ifndef YFW_DEVICE_STORE_ERRORS_H
 #define YFW_DEVICE_STORE_ERRORS_H
 
@@ -7,7 +7,7 @@
 
 namespace yfw::device {
 
-// Runs what may fail in the store, so that its failure reaches the user like any other.
+// Runs `work` and converts the store's errors to Error.
 template <class Work> auto in_store(Work &&work) {
     try {
         return work();

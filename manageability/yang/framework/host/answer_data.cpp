@@ -11,10 +11,10 @@
 namespace yfw::host {
 namespace {
 
-// Below a node that is selected whole there is no selection any more.
+// Empty below a node that is selected whole.
 using Selections = std::vector<const Selection *>;
 
-// What `selection` says of the child `schema`; false when the child is not selected.
+// Finds what `selection` selects below the child `schema`; false when the child is not selected.
 bool select_child(const Selections &selections, const lysc_node *schema, Selections &below) {
     if (selections.empty())
         return true;
@@ -61,8 +61,8 @@ private:
         return ((schema->flags & LYS_CONFIG_R) != 0) == (content_ == Content::state);
     }
 
-    // Last child first: libyang finds the place of a node by the sibling that follows it, and looks for every
-    // one that is not there.
+    // Last child first: libyang inserts a node by searching for the sibling that follows it, trying every one
+    // that is missing.
     void children(const AnswerEntry &entry, const Selections &selections, lyd_node *to) {
         const std::vector<const AnswerNode *> &schemas = entry.schema->children;
         for (auto child = schemas.rbegin(); child != schemas.rend(); ++child) {
@@ -138,7 +138,7 @@ private:
         return text != nullptr ? text : "";
     }
 
-    // Whether the entry has what every key and every matching leaf of a selection asks for.
+    // Whether the entry has the values that a selection requires of its keys and leaves.
     static bool match_entry(const AnswerEntry &entry, const Selections &selections, Selections &matching) {
         for (const Selection *selection : selections)
             if (std::all_of(
@@ -155,7 +155,7 @@ private:
         return false;
     }
 
-    // An identity may be asked for with or without its module's name.
+    // An identity may be requested with or without its module name.
     static bool same_value(std::string_view held, std::string_view asked) {
         if (held == asked)
             return true;
@@ -163,7 +163,7 @@ private:
         return colon != std::string_view::npos && held.substr(colon + 1) == asked;
     }
 
-    // An entry that holds nothing but its keys is an answer to who asked for it whole, or for a key.
+    // An entry with nothing but keys is returned only when it, or a key, is selected.
     bool wants_keys(const Selections &selections) const {
         if (selections.empty())
             return content_ == Content::all;

@@ -1,4 +1,4 @@
-// The finished answer as libyang data: filtered to what was asked for, with every value checked once.
+// The finished answer as libyang data, filtered to the request and with every value checked once.
 #ifndef YFW_HOST_ANSWER_DATA_H
 #define YFW_HOST_ANSWER_DATA_H
 
@@ -11,8 +11,8 @@
 
 namespace yfw::host {
 
-// Makes the data of `tree` that `selection` and `content` select; NULL when nothing is selected. A value that
-// the model does not allow, or a list entry without usable keys, is left out with a line in `warnings`.
+// Builds the data of `tree` that `selection` and `content` select; NULL when nothing is selected. Omits values
+// that the model does not allow, and list entries without usable keys, with one line each in `warnings`.
 yang::DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
                            std::vector<std::string> &warnings);
 

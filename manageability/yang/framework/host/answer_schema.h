@@ -1,4 +1,4 @@
-// The OpenConfig model as the answer tree sees it: every node with its place among its parent's children.
+// The OpenConfig model as the answer tree uses it: every node with its index among its siblings.
 #ifndef YFW_HOST_ANSWER_SCHEMA_H
 #define YFW_HOST_ANSWER_SCHEMA_H
 
@@ -24,7 +24,7 @@ struct AnswerNode {
     bool is_leaf() const { return schema != nullptr && schema->nodetype == LYS_LEAF; }
     bool is_leaf_list() const { return schema != nullptr && schema->nodetype == LYS_LEAFLIST; }
 
-    // NULL when there is none by this name.
+    // NULL when there is no such child.
     const AnswerNode *child(std::string_view name) const;
 };
 

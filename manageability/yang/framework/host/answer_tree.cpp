@@ -117,7 +117,7 @@ const AnswerNode *AnswerTree::resolve(tidl_yfw_datatree &parent, std::string_vie
     return schema_.find(path);
 }
 
-// An entry of a list with one key is found by the value that its key has now.
+// Re-indexes an entry of a single-key list under its key's new value.
 void AnswerTree::index_key(AnswerEntry &entry, const char *before, const char *now) {
     if (entry.schema->keys.size() != 1)
         return;
@@ -130,7 +130,7 @@ void AnswerTree::index_key(AnswerEntry &entry, const char *before, const char *n
     entries_by_key_.emplace(EntryKey{list, now}, &entry);
 }
 
-// An add without a value keeps what is there.
+// An add without a value keeps the existing one.
 const char **AnswerTree::set_value(AnswerEntry &parent, const AnswerNode &target, const char *value) {
     AnswerSlot &slot = parent.slots[target.index];
     if (target.is_leaf()) {

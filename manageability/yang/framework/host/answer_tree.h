@@ -1,4 +1,5 @@
-// The OpenConfig answer while the plug-in writes it: found by schema place and by key hash, never by scanning.
+// The OpenConfig answer while the plug-in builds it: nodes are found by schema index and key hash, never by
+// scanning.
 #ifndef YFW_HOST_ANSWER_TREE_H
 #define YFW_HOST_ANSWER_TREE_H
 
@@ -17,7 +18,7 @@ namespace yfw::host {
 
 struct AnswerEntry;
 
-// A list below one parent. The current entry is the one that adds without a key go to.
+// A list below one parent. Adds without a key go to the current entry.
 struct AnswerList {
     AnswerEntry *first = nullptr;
     AnswerEntry *last = nullptr;
@@ -29,7 +30,7 @@ struct AnswerLeafListValue {
     AnswerLeafListValue *next;
 };
 
-// What stands at one place below a container or list entry; which member holds follows from the schema.
+// The content at one index of a container or list entry; the schema determines the active member.
 union AnswerSlot {
     const char *text; // leaf; NULL without a value
     AnswerEntry *container;
@@ -37,7 +38,7 @@ union AnswerSlot {
     AnswerLeafListValue *values;
 };
 
-// A container or list entry. `handle` is what the plug-in gets to see of it, if it ever asked.
+// A container or list entry. `handle` is the plug-in's view of it, created on demand.
 struct AnswerEntry {
     tidl_yfw_datatree *handle;
     const AnswerNode *schema;
@@ -57,16 +58,16 @@ public:
     tidl_yfw_datatree *root() { return handle_of(*root_); }
     const AnswerEntry &root_entry() const { return *root_; }
 
-    // Puts the namespaces that the plug-in gave to identity values in front of them as module names. To be
-    // called when the plug-in is done.
+    // Prefixes identity values with the module names of the namespaces that the plug-in gave them. Call when
+    // the plug-in is done.
     void qualify_identities(const ly_ctx *context);
 
-    // A node that the model in use lacks costs that node, never the reply: it is only kept in unknown_paths().
+    // A node missing from the model does not fail the add; it is only recorded in unknown_paths().
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
     tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
                                          std::string_view key_name, std::string_view key_value) override;
 
-    // What was added and has no place in the model, as it was named.
+    // Paths that were added but are not in the model, as the plug-in spelled them.
     const std::set<std::string, std::less<>> &unknown_paths() const { return unknown_paths_; }
 
 private:
@@ -78,12 +79,12 @@ private:
     struct EntryKeyHash {
         size_t operator()(const EntryKey &key) const;
     };
-    // What the plug-in is given for an entry; the entry is found by it.
+    // What the plug-in receives for an entry; leads back to the entry.
     struct EntryHandle {
         tidl_yfw_datatree node;
         AnswerEntry *entry;
     };
-    // A leaf that the plug-in was given, and where its value stands.
+    // A leaf handed to the plug-in, and the location of its value.
     struct LeafHandle {
         tidl_yfw_datatree node;
         const char **text;
@@ -97,7 +98,7 @@ private:
     AnswerList &list_at(AnswerEntry &parent, const AnswerNode &schema);
     AnswerEntry &append_entry(AnswerEntry &parent, const AnswerNode &schema);
     AnswerEntry &current_child(AnswerEntry &parent, const AnswerNode &schema);
-    // The entry for `schema` below `start`, made where it is missing.
+    // The entry for `schema` below `start`, created if missing.
     AnswerEntry &reach(AnswerEntry &start, const AnswerNode &schema);
     AnswerEntry &start_for(tidl_yfw_datatree &parent, const AnswerNode &target);
     const AnswerNode *resolve(tidl_yfw_datatree &parent, std::string_view path) const;

@@ -15,10 +15,10 @@ namespace yfw::host {
 // of the model), the name of the model's top, the parent's name and the node's own, without hyphens.
 class CallbackNames {
 public:
-    // `prefix`: what the names of a mapping's walkers begin with.
+    // `prefix`: common to the names of the mapping's walkers.
     CallbackNames(std::string_view prefix, const lysc_node *top);
 
-    // The node that a walker is for; NULL for a function that is no walker.
+    // The node that a walker handles; NULL for a function that is not a walker.
     const lysc_node *node_of_walker(std::string_view function) const;
 
 private:

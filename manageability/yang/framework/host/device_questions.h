@@ -1,4 +1,4 @@
-// Where a device's native data answers what the platform asks.
+// Where a device's native data holds the answers to the platform's questions.
 #ifndef YFW_HOST_DEVICE_QUESTIONS_H
 #define YFW_HOST_DEVICE_QUESTIONS_H
 
@@ -12,7 +12,7 @@
 
 namespace yfw::host {
 
-// A mapping's DeviceAnswers in the nodes of the schemas, which they borrow.
+// A mapping's DeviceAnswers resolved to schema nodes, which are borrowed.
 struct DeviceQuestions {
     struct Switch {
         const lysc_node *leaf;
@@ -22,14 +22,14 @@ struct DeviceQuestions {
         const lysc_node *list;
         const lysc_node *name;
         std::vector<std::pair<const lysc_node *, std::string>> where;
-        const lysc_node *holding; // NULL: no matter what
+        const lysc_node *holding; // NULL: no condition
     };
     std::optional<Switch> enabled;
     std::optional<Entries> configured_interfaces;
     std::vector<Entries> interfaces;
 };
 
-// Throws Error for a node that the modules do not have.
+// Throws Error for a node missing from the modules.
 DeviceQuestions device_questions(const MappingDescription &mapping, const yang::Schemas &schemas);
 
 } // namespace yfw::host

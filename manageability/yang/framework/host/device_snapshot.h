@@ -1,4 +1,4 @@
-// The device that a request is about: its native data, and what the platform asks of it.
+// The device a request concerns: its native data, and the answers to the platform's questions.
 #ifndef YFW_HOST_DEVICE_SNAPSHOT_H
 #define YFW_HOST_DEVICE_SNAPSHOT_H
 
@@ -33,7 +33,7 @@ private:
 
     const DeviceQuestions &questions_;
     sources::Snapshot native_;
-    mutable std::optional<std::unordered_set<std::string>> interfaces_; // filled when first asked for
+    mutable std::optional<std::unordered_set<std::string>> interfaces_; // filled on first use
 };
 
 } // namespace yfw::host

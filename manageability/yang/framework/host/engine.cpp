@@ -22,7 +22,7 @@ namespace {
 
 constexpr size_t trace_lines_kept = 100000;
 
-// `state`: where state is that the plug-in wants to be told of.
+// `state`: the state nodes whose selection the plug-in has to be told.
 RequestTraits traits_of(const Selection &selection, Content content, bool trace,
                         const std::vector<const lysc_node *> &state) {
     RequestTraits traits;
@@ -55,7 +55,7 @@ ErrorTag tag_of(terrno status) {
     }
 }
 
-// Whether something that holds list entries is deleted or replaced as a whole.
+// Whether a subtree with list entries is deleted or replaced.
 bool takes_lists_away(const yang::EditNode &edit) {
     const bool whole = yang::takes_away(edit.operation) || edit.operation == yang::Operation::replace;
     if (whole && edit.node->nodetype == LYS_CONTAINER)
@@ -69,7 +69,7 @@ bool is_failure(terrno status) {
     return status != YMAP_OK && status != YMAP_STS_NO_MAPPING;
 }
 
-// The trees share their OpenConfig side; each root is called once.
+// The trees share their OpenConfig side; call each root once.
 std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
     std::vector<yfw_map_callback> roots;
     for (const yfw_map_registration &tree : plugin.trees())
@@ -100,7 +100,7 @@ std::vector<const lysc_node *> state_nodes(const MappingDescription &mapping, co
     return nodes;
 }
 
-// The node of a native tree at a path from its root; NULL when it is not there.
+// The node of a native tree at a path from its root; NULL when it does not exist.
 const tidl_yfw_datatree *node_at(const tidl_yfw_datatree &root, std::string_view path) {
     yang::PathWords words(path);
     std::string_view word;
@@ -110,7 +110,7 @@ const tidl_yfw_datatree *node_at(const tidl_yfw_datatree &root, std::string_view
     return node;
 }
 
-// What a request leaves open in the platform ends with it.
+// Releases what a request leaves open in the platform.
 class RequestEnd {
 public:
     explicit RequestEnd(platform::Platform &platform) : platform_(platform) {}
@@ -127,11 +127,11 @@ private:
 
 } // namespace
 
-// One key's worth of a request.
+// The part of a request that has one key per list.
 struct Engine::Pass {
     RequestContext context;
     MappingLog log;
-    std::deque<RequestTree> requests; // kept: errors name their nodes
+    std::deque<RequestTree> requests; // kept because errors refer to their nodes
 
     Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
         : context(traits, platform::error_log_handle(), platform::trace_log_handle(), &buffer),
@@ -147,8 +147,8 @@ struct Engine::Pass {
                     status);
     }
 
-    // The plug-in tells a deletion of entries as done also when it could not find them all: what it told of is
-    // then no more than half of the edit.
+    // The plug-in reports success for a deletion even when it could not find all entries; the paths it emitted
+    // are then only half of the edit.
     void refuse_reported_errors() {
         if (!log.last_error().empty())
             throw Error(ErrorTag::operation_failed, context.error_path(), log.last_error());
@@ -179,8 +179,8 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<sources
     return answer;
 }
 
-// Native data that nobody keeps is given back before libyang's tree of the answer is made: the two then never
-// take memory at once.
+// Frees native data that nobody else holds before libyang's answer tree is built, so that both never occupy
+// memory at once.
 std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
                                                             Content content, sources::Snapshot native) {
     const DeviceSnapshot device(questions_, std::move(native));
@@ -206,16 +206,16 @@ std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
     return answer;
 }
 
-// A counter that some nodes lack, or a response that ends early, leaves a partial sum in the plug-in's globals,
-// which the next response would go on from. Only unloading forgets it.
+// A counter missing on some nodes, or a truncated response, leaves a partial sum in the plug-in's globals, to
+// which the next response would add. Only unloading clears it.
 void Engine::start_plugin_anew() {
     plugin_.reset();
     plugin_ = std::make_unique<Plugin>(mapping_);
     sums_may_be_left_ = false;
 }
 
-// A walk that ends with "no mapping" may have stopped early: each selected node is then walked by itself, so
-// that nothing selected is lost.
+// A walk that ends with "no mapping" may have stopped early: walk each selected node separately, so that
+// nothing is lost.
 void Engine::walk_request(Pass &pass, const Selection &selection, NativePaths &paths) {
     const terrno status = walk_once(pass, selection, paths);
     pass.check(status);
@@ -243,7 +243,7 @@ terrno Engine::walk_tree(Pass &pass, const RequestTree &request, NativePaths &pa
     return first;
 }
 
-// An edit's native data is the running configuration: that is what the platform answers from.
+// An edit's native data is the running configuration, from which the platform answers.
 NativePaths Engine::walk_edit(const yang::EditNode &edit, yang::SharedData running, Purpose purpose) {
     const DeviceSnapshot device(questions_, {std::move(running)});
     platform_.settings().device = &device;
@@ -284,11 +284,11 @@ Explanation Engine::explanation_of(const NativePaths &paths) {
     return explain_walk(names_, trace_buffer_.snapshot(), paths.paths());
 }
 
-// Returns whether a replace stopped after its delete pass: what it brings is then still to be merged.
+// Returns whether a replace stopped after its delete pass: its content then remains to be merged.
 bool Engine::walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose,
                             NativePaths &paths) {
     RequestTraits traits;
-    traits.kind = YMAP_REQ_EDIT_ONE_KEY; // an entry is edited by exactly one key
+    traits.kind = YMAP_REQ_EDIT_ONE_KEY; // an edit addresses exactly one key of an entry
     traits.trace = trace_;
     traits.number_trace = purpose == Purpose::explaining;
     Pass pass(traits, trace_buffer_);

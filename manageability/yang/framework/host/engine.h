@@ -1,5 +1,5 @@
-// The request engine: an OpenConfig request goes through the plug-in to native data, and native data back to
-// the OpenConfig answer.
+// The request engine: maps an OpenConfig request to native data through the plug-in, and the native data back
+// to an OpenConfig answer.
 #ifndef YFW_HOST_ENGINE_H
 #define YFW_HOST_ENGINE_H
 
@@ -33,28 +33,28 @@ class RequestTree;
 
 struct Answer {
     yang::DataTree data;               // from the top container down; NULL when nothing was found
-    std::vector<std::string> warnings; // what had to be left out, one line each
+    std::vector<std::string> warnings; // what was omitted, one line each
 };
 
-// Borrows the schemas, which have the mapping's modules, and the source. Requests of several threads are served
-// one after the other.
+// Borrows the schemas, which contain the mapping's modules, and the source. Thread-safe: requests are
+// serialized.
 class Engine {
 public:
-    // Loads the mapping's library. Throws Error when it cannot be used, or when its description names nodes
-    // that the schemas do not have.
+    // Loads the mapping's library. Throws Error when it is unusable, or when its description names nodes
+    // missing from the schemas.
     Engine(const yang::Schemas &schemas, sources::NativeSource &source, MappingDescription mapping);
 
-    // With tracing the plug-in's debug log holds every callback's steps, and the trace buffer is filled.
+    // When tracing, the plug-in's debug log contains every callback's steps, and the trace buffer is filled.
     void set_trace(bool on) { trace_ = on; }
     const platform::TraceBuffer &trace_buffer() const { return trace_buffer_; }
 
     // Throws Error when the device cannot be read or the mapping fails.
     Answer read(const ReadRequest &request);
-    // The same of native data instead of what the device holds now.
+    // The same, on native data given instead of the device's current data.
     Answer read(const ReadRequest &request, sources::Snapshot native);
 
-    // The native edits that an OpenConfig edit comes down to, in order, on a device with this running
-    // configuration. Nothing is applied. Throws Error when the mapping refuses the edit.
+    // Maps an OpenConfig edit to native edits, in order, given the device's running configuration. Applies
+    // nothing. Throws Error when the mapping rejects the edit.
     std::vector<NativePath> map_edit(const yang::EditNode &edit, yang::SharedData running);
 
     // What the plug-in does with a read or an edit, without reading or changing a device.
@@ -88,11 +88,11 @@ private:
     DeviceQuestions questions_;
     std::vector<const lysc_node *> state_; // where the descriptor tells of state
     std::unique_ptr<Plugin> plugin_;
-    bool sums_may_be_left_ = false; // in the plug-in, by a response of several nodes
+    bool sums_may_be_left_ = false; // in the plug-in, after a response with several nodes
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;
-    std::mutex one_request_; // the plug-in's globals serve one request at a time
+    std::mutex one_request_; // the plug-in's globals support only one request at a time
 };
 
 } // namespace yfw::host

@@ -23,7 +23,7 @@ TraceLine parse_line(const std::string &line) {
     return {line.substr(name + 2, end - name - 2), line.substr(comma + 1)};
 }
 
-// Follows which callbacks are running.
+// Tracks which callbacks are running.
 class Replay {
 public:
     Replay(const CallbackNames &names, Explanation &into) : names_(names), into_(into) {}
@@ -37,7 +37,7 @@ public:
                  }) != running_.end())
             leave_until(line.function, line.message == "End");
         else if (line.message == "End" && !running_.empty())
-            note_callback(line.function); // a do-nothing callback writes no more than this
+            note_callback(line.function); // all that a do-nothing callback writes
     }
 
     void path(const NativePath &path) {
@@ -50,7 +50,7 @@ private:
 
     struct Running {
         std::string function;
-        size_t row; // of the node whose callback runs
+        size_t row; // of the node whose callback is running
     };
 
     void enter(const std::string &function) {

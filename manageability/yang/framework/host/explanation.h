@@ -14,13 +14,13 @@ namespace yfw::host {
 struct ExplainedNode {
     std::string openconfig;             // the node's schema path
     std::vector<std::string> callbacks; // the node's callback and those that it called, in order
-    std::vector<NativePath> paths;      // what they added, in order
+    std::vector<NativePath> paths;      // the paths they added, in order
 };
 
 using Explanation = std::vector<ExplainedNode>;
 
-// Puts the numbered trace of a request walk and the native paths that came out of it together. `trace`: every
-// line of the walk; `paths` know how many lines there were when they were added.
+// Combines the numbered trace of a request walk with the native paths it emitted. `trace`: every line of the
+// walk; `paths` record the trace's length when they were added.
 Explanation explain_walk(const CallbackNames &names, const std::vector<std::string> &trace,
                          const std::vector<NativePath> &paths);
 

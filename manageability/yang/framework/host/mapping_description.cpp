@@ -31,7 +31,7 @@ std::string read_text(const std::filesystem::path &file, const std::filesystem::
     return text.str();
 }
 
-// The members of an object: each is asked for by its name and by what is expected of it.
+// The members of an object, read by name and expected type.
 class Members {
 public:
     Members(const Json &object, std::string place, const std::filesystem::path &file)
@@ -53,7 +53,7 @@ public:
         return value.get<bool>();
     }
 
-    // `least`: how many there are at least.
+    // `least`: the minimum number.
     std::vector<std::string> texts(const char *name, const char *expected, size_t least = 1) {
         std::vector<std::string> found;
         each(name, expected, [&](const Json &value, const std::string &place) {
@@ -87,7 +87,7 @@ public:
         return found;
     }
 
-    // To be called when all have been asked for.
+    // Call after all known members have been read.
     void refuse_others() const {
         for (const auto &[name, value] : object_.items())
             if (!known_.contains(name))
@@ -229,7 +229,7 @@ MappingDescription read_members(Members members) {
     MappingDescription made;
     made.file = members.file();
     const std::filesystem::path folder = made.file.parent_path();
-    // Without a folder the loader would search the system's.
+    // Without a directory, the loader would search the system's library path.
     made.library = (folder.empty() ? "." : folder) / members.text("library", "the file of the library");
     made.registration_functions =
         members.texts("registration-functions", "the functions that register the mapping's trees");

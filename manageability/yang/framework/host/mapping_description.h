@@ -1,4 +1,4 @@
-// What the host knows of a mapping: the description that stands beside its library.
+// The description of a mapping, stored beside its library.
 #ifndef YFW_HOST_MAPPING_DESCRIPTION_H
 #define YFW_HOST_MAPPING_DESCRIPTION_H
 
@@ -16,12 +16,12 @@ namespace yfw::host {
 struct MappedSubtree {
     std::string module; // native
     std::string path;   // from the module's top node
-    // Whether the library sums values up over the node's children. A sum that is not finished stays in the
-    // library: after a response with more than one child the library is loaded anew.
+    // Whether the library sums values over the node's children. An unfinished sum stays in the library, so the
+    // library is reloaded after a response with more than one child.
     bool sums = false;
 };
 
-// Native entries that stand for interfaces.
+// Native entries that represent interfaces.
 struct InterfaceEntries {
     std::string module;
     std::string path;                         // of the list
@@ -30,19 +30,19 @@ struct InterfaceEntries {
     std::optional<std::string> holding;       // a container that must have content
 };
 
-// What the platform is answered from when the library asks it about the device.
+// Where to find the answers to the library's questions to the platform.
 struct DeviceAnswers {
     struct Switch {
         std::string module;
         std::string path; // of a leaf
-        std::string on;   // its value when the protocol is on
+        std::string on;   // its value when the protocol is enabled
     };
     std::optional<Switch> enabled;                         // the protocol, globally
-    std::optional<InterfaceEntries> configured_interfaces; // those with configuration of the protocol
-    std::vector<InterfaceEntries> interfaces;              // all that exist
+    std::optional<InterfaceEntries> configured_interfaces; // those configured for the protocol
+    std::vector<InterfaceEntries> interfaces;              // all existing ones
 };
 
-// A YANG notification that tells changes of a list's entries.
+// A YANG notification that reports changes to a list's entries.
 struct ChangeNotification {
     std::string module;
     std::string name;
@@ -54,8 +54,8 @@ struct MappingDescription {
     std::filesystem::path file;    // of the description
     std::filesystem::path library; // absolute, or relative as `file` is
     std::vector<std::string> registration_functions;
-    std::string walker_prefix;                    // of the names of the OpenConfig walkers
-    std::vector<std::string> allocated_variables; // pointers of the library that its loader frees at the end
+    std::string walker_prefix;                    // common to the names of the OpenConfig walkers
+    std::vector<std::string> allocated_variables; // the library's pointers that its loader frees at the end
     yang::MappedModules modules;
     std::vector<std::string>
         state; // schema paths of the OpenConfig state that the request's descriptor tells of

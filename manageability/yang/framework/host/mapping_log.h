@@ -1,4 +1,4 @@
-// What the plug-in logs during a request: its last error for the error reply, and everything when tracing.
+// The plug-in's log output during a request: the last error for the error reply, and everything when tracing.
 #ifndef YFW_HOST_MAPPING_LOG_H
 #define YFW_HOST_MAPPING_LOG_H
 
@@ -11,16 +11,16 @@ namespace yfw::host {
 // Receives the debug log for as long as it lives.
 class MappingLog {
 public:
-    // With `print` every line goes on to the sink that was there before; without it none does.
+    // With `print`, lines are also passed to the previous sink; otherwise they are swallowed.
     explicit MappingLog(bool print);
     ~MappingLog();
     MappingLog(const MappingLog &) = delete;
     MappingLog &operator=(const MappingLog &) = delete;
 
-    // The text of the last error line, without what comes before the message; empty when there was none.
+    // The message of the last error line, without its prefix; empty when there was none.
     const std::string &last_error() const { return last_error_; }
 
-    // Forgets the last error: another walk begins.
+    // Forgets the last error; call when another walk begins.
     void begin_walk() { last_error_.clear(); }
 
 private:

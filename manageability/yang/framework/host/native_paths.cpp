@@ -18,7 +18,7 @@ void NativePaths::follow(const NodeHierarchy *hierarchy, const platform::TraceBu
     trace_ = trace;
 }
 
-// A leaf is not on the hierarchy: it is the source of what it adds.
+// A leaf is not in the hierarchy, but is the source of what it adds.
 std::string NativePaths::origin_of(const tidl_yfw_datatree *source) const {
     if (hierarchy_ == nullptr)
         return "";
@@ -30,7 +30,7 @@ std::string NativePaths::origin_of(const tidl_yfw_datatree *source) const {
 
 terrno NativePaths::add(tidl_yfw_datatree &parent, const AddArguments &arguments) {
     std::string path = arguments.path;
-    if (path.empty() || path.front() != '/') // relative to a node that was returned before
+    if (path.empty() || path.front() != '/') // relative to a node returned earlier
         path = text_of(parent.name).append("/").append(path);
     NativePath &added = paths_.emplace_back();
     added.path = path;

@@ -1,4 +1,4 @@
-// What the plug-in asks of the device: the native paths that a request walk emits, in order.
+// The native paths that a request walk emits, in order.
 #ifndef YFW_HOST_NATIVE_PATHS_H
 #define YFW_HOST_NATIVE_PATHS_H
 
@@ -17,12 +17,12 @@ struct NativePath {
     std::string path;
     std::string ns;
     std::optional<std::string> value;
-    uint32_t operation; // of the source node at that moment; YFW_OP_NONE without one
+    uint32_t operation; // of the source node at the time; YFW_OP_NONE without one
     bool has_source;
     bool list_entry;
     uint32_t flags;
-    std::string origin;       // the OpenConfig node that the walk stood on; empty when it is not followed
-    uint64_t trace_lines = 0; // how many lines of the numbered trace there were; 0 when it is not followed
+    std::string origin;       // the OpenConfig node being walked; empty unless followed
+    uint64_t trace_lines = 0; // length of the numbered trace at the time; 0 unless followed
 };
 
 // The output tree of a request walk.
@@ -33,7 +33,7 @@ public:
     tidl_yfw_datatree *root() { return &root_; }
     const std::vector<NativePath> &paths() const { return paths_; }
 
-    // Notes with every path where the walk stands and how long the trace is. Borrows both; either may be NULL.
+    // Records the walk's position and the trace's length with every path. Borrows both; either may be NULL.
     void follow(const NodeHierarchy *hierarchy, const platform::TraceBuffer *trace);
 
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
@@ -52,7 +52,7 @@ private:
     const platform::TraceBuffer *trace_ = nullptr;
     tidl_yfw_datatree root_{};
     std::vector<NativePath> paths_;
-    std::deque<Handle> handles_; // nodes that the plug-in was given
+    std::deque<Handle> handles_; // nodes handed to the plug-in
 };
 
 } // namespace yfw::host

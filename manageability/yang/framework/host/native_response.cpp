@@ -9,7 +9,7 @@ bool is_inner(const lyd_node *node) {
     return (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0;
 }
 
-// Whether a list entry has the key values that were asked for.
+// Whether a list entry has the requested key values.
 bool has_wanted_keys(const lyd_node *entry, const SelectedNode &selection) {
     for (const auto &wanted : selection.children) {
         if (!wanted->value.has_value())
@@ -41,7 +41,7 @@ bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selectio
     return node->schema->nodetype != LYS_LIST || has_wanted_keys(node, *selected);
 }
 
-// What is whole above is whole below; keys that narrow still do.
+// Below a node selected whole everything is selected, but key values still restrict entries.
 void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection,
                           bool whole) {
     to = tidl_yfw_datatree{};

@@ -12,10 +12,10 @@ namespace yfw::host {
 // Built from libyang's tree; values are borrowed from it, so the tree must outlive this.
 class NativeResponse {
 public:
-    // What `selection` selects of the tree at `top`.
+    // The part of the tree at `top` that `selection` selects.
     NativeResponse(const lyd_node *top, const SelectedNode &selection);
 
-    // NULL when nothing that was selected is there.
+    // NULL when none of the selected nodes exists.
     const tidl_yfw_datatree *root() const { return root_; }
 
 private:

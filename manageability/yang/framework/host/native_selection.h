@@ -15,7 +15,7 @@ namespace yfw::host {
 struct SelectedNode {
     const lysc_node *node = nullptr;
     bool whole = false;
-    std::optional<std::string> value; // of a list key: only the entries with it
+    std::optional<std::string> value; // of a list key: selects only entries with this value
     std::vector<std::unique_ptr<SelectedNode>> children;
 
     const SelectedNode *child(const lysc_node *schema) const;
@@ -25,11 +25,11 @@ class NativeSelection {
 public:
     explicit NativeSelection(const yang::Schemas &schemas) : schemas_(schemas) {}
 
-    // Adds a path; one that ends in a container or list selects it whole. Throws Error for a path that the
-    // native models do not have.
+    // Adds a path; one ending in a container or list selects the whole subtree. Throws Error for a path that is
+    // not in the native models.
     void add(const NativePath &path);
 
-    // What is selected below a native top node; NULL when nothing is.
+    // The selection below a native top node; NULL when there is none.
     const SelectedNode *tree(const lysc_node *top) const;
 
 private:

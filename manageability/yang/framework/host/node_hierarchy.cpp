@@ -7,7 +7,7 @@
 namespace yfw::host {
 namespace {
 
-// The one leaf that is a node's only content.
+// The leaf that is the node's only child.
 const tidl_yfw_datatree *only_leaf(const tidl_yfw_datatree &node) {
     const bool one = (node.node_flags & YFW_NODE_CHILDREN_VALID) != 0 && node.child_count == 1;
     const bool leaf = one && (node.children[0].node_flags & YFW_NODE_CHILDREN_VALID) == 0 &&
@@ -90,7 +90,7 @@ std::string NodeHierarchy::path_of(const std::vector<const tidl_yfw_datatree *> 
     std::string path;
     for (const tidl_yfw_datatree *node : nodes) {
         path.append("/").append(node->name);
-        // Keys come first: a container may have any number of entries behind them.
+        // Keys come first; any number of entries may follow them.
         for (uint32_t i = 0; (node->node_flags & YFW_NODE_CHILDREN_VALID) != 0 && i < node->child_count; i++) {
             const tidl_yfw_datatree &child = node->children[i];
             if ((child.node_flags & YFW_NODE_IS_KEY) == 0)

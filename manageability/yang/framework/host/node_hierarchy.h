@@ -1,4 +1,4 @@
-// Where a walk stands in the tree that is being walked.
+// The position of a walk in its tree.
 #ifndef YFW_HOST_NODE_HIERARCHY_H
 #define YFW_HOST_NODE_HIERARCHY_H
 
@@ -10,31 +10,30 @@
 
 namespace yfw::host {
 
-// The nodes from the tree's root to where the walk stands. Borrows the nodes.
+// The nodes from the root to the walk's current position. Borrows the nodes.
 class NodeHierarchy {
 public:
     // Starts on a new tree.
     void start(const tidl_yfw_datatree *root);
 
     void push(const tidl_yfw_datatree *node);
-    // Pops the node and whatever was left above it; a node that is not there is ignored.
+    // Pops the node and anything still above it; ignores a node that is not in the hierarchy.
     void pop(const tidl_yfw_datatree *node);
 
     size_t depth() const { return nodes_.size(); }
 
-    // The value of `leaf` below the node at `path`, in the entries that the hierarchy stands in; NULL when
-    // absent.
+    // The value of `leaf` below the node at `path`, within the current list entries; NULL when absent.
     const char *value(std::string_view path, std::string_view leaf) const;
 
-    // Makes the innermost list entry at `path` the current one; false when the hierarchy stands in none.
+    // Makes the innermost list entry at `path` the current one; false when there is none in the hierarchy.
     bool select_list_entry(std::string_view path);
     const tidl_yfw_datatree *current_list_entry() const { return current_list_entry_; }
 
-    // The path to where the walk stands, list entries with their keys.
+    // The path of the current position, with list keys.
     std::string instance_path() const;
 
-    // The path to the node that was pushed last, whether it was popped since or not; leaves are never pushed,
-    // so one that is the node's only content is added.
+    // The path of the node pushed last, even if popped since. Leaves are never pushed, so a leaf that is the
+    // node's only content is appended.
     std::string last_standing() const;
 
 private:
@@ -42,11 +41,11 @@ private:
 
     const tidl_yfw_datatree *root_ = nullptr;
     std::vector<const tidl_yfw_datatree *> nodes_;
-    std::vector<const tidl_yfw_datatree *> pushed_last_; // with what was below it then
+    std::vector<const tidl_yfw_datatree *> pushed_last_; // with its ancestors at the time
     const tidl_yfw_datatree *current_list_entry_ = nullptr;
 };
 
-// The first child by this name, NULL when there is none.
+// The first child of this name; NULL when there is none.
 const tidl_yfw_datatree *find_child(const tidl_yfw_datatree &parent, std::string_view name);
 
 } // namespace yfw::host

@@ -1,5 +1,4 @@
-// The framework's side of the contract: trees and paths. The plug-in calls these by name. No exception leaves
-// them.
+// The framework's side of the contract: trees and paths. The plug-in calls these by name. They must not throw.
 #include <cstring>
 #include <new>
 
@@ -15,7 +14,7 @@ TreeOwner *owner_of(tidl_yfw_datatree *node) {
     return node != nullptr ? static_cast<TreeOwner *>(node->framework_private) : nullptr;
 }
 
-// Runs an operation that may run out of memory.
+// Wraps an operation that may run out of memory.
 template <class Operation> terrno guarded(Operation &&operation) noexcept {
     try {
         return operation();
@@ -93,7 +92,7 @@ terrno yfw_map_search_or_add_list(yfw_map_ctx, tidl_yfw_datatree *parent, tidl_y
 terrno yfw_map_update_current_list_node(yfw_map_ctx ctx, const char *list_path) {
     if (list_path == nullptr)
         return yfw::host::status_bad_argument;
-    // A request that maps a whole subtree has no node there; that is no failure.
+    // A request that maps a whole subtree has no node there; this is no failure.
     RequestContext::of(ctx).hierarchy().select_list_entry(list_path);
     return YMAP_OK;
 }

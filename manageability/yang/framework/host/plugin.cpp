@@ -20,7 +20,7 @@ yfw_map_registration register_tree(void *library, const std::filesystem::path &p
     return record;
 }
 
-// What the library allocated for a later request, and no request asked for.
+// Frees what the library allocated for a next request that never came.
 void free_allocated(void *library, const std::string &variable) {
     if (auto *pointer = static_cast<void **>(dlsym(library, variable.c_str()))) {
         std::free(*pointer);

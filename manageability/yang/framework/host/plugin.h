@@ -10,7 +10,7 @@
 
 namespace yfw::host {
 
-// The plug-in's code stays loaded for as long as this object lives.
+// Keeps the plug-in's code loaded for as long as it lives.
 class Plugin {
 public:
     // Loads the library and calls its registration functions once each. Throws Error when it cannot be loaded
@@ -20,7 +20,7 @@ public:
     Plugin(const Plugin &) = delete;
     Plugin &operator=(const Plugin &) = delete;
 
-    // The mapping trees, in the order of registration.
+    // The mapping trees, in order of registration.
     const std::vector<yfw_map_registration> &trees() const { return trees_; }
 
 private:

@@ -56,7 +56,7 @@ bool contains(const yang::Path &outer, const yang::Path &inner) {
     return true;
 }
 
-// Leaves out the paths that another one contains, and repetitions.
+// Drops duplicates and paths contained in another one.
 std::vector<yang::Path> outermost(const std::vector<yang::Path> &paths) {
     std::vector<yang::Path> kept;
     for (size_t i = 0; i < paths.size(); i++) {
@@ -73,7 +73,7 @@ void append(std::vector<Selection> &to, std::vector<Selection> from) {
     std::move(from.begin(), from.end(), std::back_inserter(to));
 }
 
-// `inside`: it stands at or below one of the nodes.
+// `inside`: whether the node is at or below one of `below`.
 bool holds_state(const lysc_node *node, const std::vector<const lysc_node *> &below, bool inside) {
     inside = inside || std::find(below.begin(), below.end(), node) != below.end();
     if (inside && (node->flags & LYS_CONFIG_R) != 0)
@@ -110,8 +110,8 @@ Selection selection_of(const ReadRequest &request) {
 }
 
 std::vector<Selection> split_by_list_entry(const Selection &root) {
-    std::vector<Selection> common_children; // in the first tree: they can stand together
-    std::vector<Selection> apart;           // each in a tree of its own
+    std::vector<Selection> common_children; // in the first tree: they can be combined
+    std::vector<Selection> apart;           // each in a separate tree
     std::vector<const lysc_node *> lists;
     for (const Selection &child : root.children) {
         std::vector<Selection> parts = split_by_list_entry(child);
@@ -130,7 +130,7 @@ std::vector<Selection> split_by_list_entry(const Selection &root) {
         Selection tree{root.node, root.value, {}, false};
         for (const Selection &child : root.children)
             if (child.value.has_value())
-                tree.children.push_back(child); // keys and matches go with every part
+                tree.children.push_back(child); // every part needs the keys and matches
         tree.children.push_back(std::move(part));
         trees.push_back(std::move(tree));
     }

@@ -1,4 +1,4 @@
-// What a client asks for, in OpenConfig terms.
+// A client's request, in OpenConfig terms.
 #ifndef YFW_HOST_REQUEST_H
 #define YFW_HOST_REQUEST_H
 
@@ -12,8 +12,8 @@ namespace yfw::host {
 
 enum class Content { all, config, state };
 
-// A node that a read selects. A container or list entry is selected whole when nothing is selected below it; a
-// leaf with a value is a key or has to match, and `named` tells that it is selected for its own sake as well.
+// A node selected by a read. A container or list entry is selected whole when nothing is selected below it; a
+// leaf with a value is a key or a content match, and `named` means that it is also selected itself.
 struct Selection {
     const lysc_node *node = nullptr;
     std::optional<std::string> value;
@@ -22,7 +22,7 @@ struct Selection {
 
     bool is_key() const { return lysc_is_key(node); }
 
-    // Whether it only narrows what is selected beside it.
+    // Whether it only restricts what is selected beside it.
     bool only_narrows() const { return value.has_value() && !named; }
 
     // Whether something is selected below it.
@@ -36,18 +36,18 @@ struct ReadRequest {
     std::optional<Selection> selection; // instead of the paths
 };
 
-// What the request selects, as one tree.
+// The request's selection as one tree.
 Selection selection_of(const ReadRequest &request);
 
 // Merges the paths into one tree; list entries with the same keys become one. The root is the first step of the
 // paths, which must not be empty.
 Selection merge_paths(const std::vector<yang::Path> &paths);
 
-// Splits a tree in which a list stands more than once below one parent into trees in which none does: the
-// mapping remembers one key of a list at a time. Together they select what `root` selects.
+// Splits a tree so that no list occurs more than once below one parent: the mapping remembers one key per list
+// at a time. Together the trees select what `root` selects.
 std::vector<Selection> split_by_list_entry(const Selection &root);
 
-// One tree for each selected node, with what leads to it and its keys.
+// One tree for each selected node, with its ancestors and their keys.
 std::vector<Selection> split_by_selected_node(const Selection &root);
 
 // Whether it selects state (config false) at or below one of these nodes.

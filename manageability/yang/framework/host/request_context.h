@@ -1,4 +1,4 @@
-// One request as the plug-in sees it: the contract's context structures and what stands behind them.
+// One request as the plug-in sees it: the contract's context structures and their backing data.
 #ifndef YFW_HOST_REQUEST_CONTEXT_H
 #define YFW_HOST_REQUEST_CONTEXT_H
 
@@ -11,16 +11,16 @@
 
 namespace yfw::host {
 
-// What the plug-in is told of a request.
+// The properties of a request that the plug-in is told.
 struct RequestTraits {
     uint32_t kind = YMAP_REQ_GET;
     uint32_t content = YFW_CONTENT_ALL;
     bool selects_state = false;
     bool trace = false;        // debug log of level 3 and the trace buffer
-    bool number_trace = false; // the trace buffer alone
+    bool number_trace = false; // the trace buffer only
 };
 
-// Lives for one pass of a request. Frees what the plug-in left in the context.
+// Lives for one pass of a request. Frees whatever the plug-in left in the context.
 class RequestContext {
 public:
     // `trace_buffer`: the handle of the numbered trace, or NULL.
@@ -40,17 +40,16 @@ public:
     // Whether a replace stopped after its delete pass.
     bool replace_unfinished() const { return request_.replace_marker != 0; }
 
-    // What the library may look up by its path: at most YFW_REQUEST_SUBTREES nodes, borrowed.
+    // The nodes that the library may look up by path: at most YFW_REQUEST_SUBTREES, borrowed.
     void set_subtrees(const std::vector<yfw_request_subtree> &subtrees);
 
     // Paths of deleted entries that the plug-in wants kept.
     std::vector<std::string> &trimmed_paths() { return trimmed_paths_; }
 
     void record_error_path();
-    // Where the plug-in failed: what it recorded, else where the walk stood last.
+    // Where the plug-in failed: the path it recorded, else the last position of the walk.
     std::string error_path() const;
-    // What the plug-in left as the failing node's name without recording a path: a message of its own; or
-    // empty.
+    // A message that the plug-in left as the failing node's name without recording a path; or empty.
     std::string error_text() const;
 
 private:

@@ -74,7 +74,7 @@ void RequestTree::fill(tidl_yfw_datatree &to, const Selection &from) {
         fill(to.children[i], from.children[i]);
 }
 
-// What is created is merged: that it was not there has been checked.
+// Create becomes merge: the node's absence has been checked already.
 void RequestTree::fill(tidl_yfw_datatree &to, const yang::EditNode &from, bool replace_as_merge) {
     fill_node(to, from.node, from.value);
     if (from.operation == yang::Operation::replace && !replace_as_merge)
@@ -86,13 +86,13 @@ void RequestTree::fill(tidl_yfw_datatree &to, const yang::EditNode &from, bool r
     std::vector<const yang::EditNode *> children;
     for (const yang::EditNode &child : from.children)
         if (child.is_key() || !child.value.has_value() || child.operation != yang::Operation::none)
-            children.push_back(&child); // a leaf that nothing happens to is left out
+            children.push_back(&child); // leaves without an operation are omitted
     make_children(to, children.size());
     for (size_t i = 0; i < children.size(); i++)
         fill(to.children[i], *children[i], replace_as_merge);
 }
 
-// The children stay contiguous, so they move; the old ones stay readable for whoever still walks them.
+// Growing moves the children, which must be contiguous; the old array stays readable for walks in progress.
 terrno RequestTree::add(tidl_yfw_datatree &parent, const AddArguments &arguments) {
     if (std::strchr(arguments.path, '/') != nullptr)
         return status_unknown_path;

@@ -10,12 +10,12 @@
 
 namespace yfw::host {
 
-// Takes what the plug-in adds to the request: list keys that a read did not name.
+// Accepts what the plug-in adds to the request: list keys that a read did not name.
 class RequestTree final : public TreeOwner {
 public:
-    // Texts are copied. Identity values lose their module's name: the plug-in knows them without.
+    // Copies texts. Strips the module name from identity values, as the plug-in expects.
     explicit RequestTree(const Selection &selection);
-    // `replace_as_merge`: what was replaced is given as merged.
+    // `replace_as_merge`: presents replace operations as merge.
     RequestTree(const yang::EditNode &edit, bool replace_as_merge);
 
     const tidl_yfw_datatree *root() const { return &root_; }

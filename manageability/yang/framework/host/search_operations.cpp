@@ -13,15 +13,15 @@ namespace {
 
 using namespace yfw::host;
 
-// One list of a keyed path: its plain path, and the key of the entry.
+// One list of a keyed path: its plain path and the entry's key.
 struct KeyedList {
     std::string_view path;
     std::string_view key_name;
     std::string_view key_value;
 };
 
-// Takes a keyed path apart along the plain path of its last list. Key values stand unquoted: a value ends where
-// the rest of the plain path goes on, so that it may itself hold brackets and slashes.
+// Splits a keyed path along the plain path of its last list. Key values are unquoted: a value ends where the
+// rest of the plain path continues, so it may contain brackets and slashes.
 bool take_apart(std::string_view keyed, std::string_view plain, std::vector<KeyedList> &lists) {
     size_t plain_end = 0;
     while (!keyed.empty()) {

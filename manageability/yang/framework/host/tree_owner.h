@@ -1,4 +1,4 @@
-// What the contract's add operations ask of the tree that a node belongs to.
+// The interface between the contract's add operations and the tree that a node belongs to.
 #ifndef YFW_HOST_TREE_OWNER_H
 #define YFW_HOST_TREE_OWNER_H
 
@@ -19,17 +19,17 @@ struct AddArguments {
     uint32_t flags;
 };
 
-// A tree that nodes can be added to. Nodes that may be parents of an add point at their owner with
+// A tree that nodes can be added to. Nodes that can be parents refer to their owner through
 // `framework_private`.
 class TreeOwner {
 public:
     virtual ~TreeOwner() = default;
 
-    // Returns a platform status; nothing is added unless it is 0.
+    // Returns a platform status; unless it is 0, nothing was added.
     virtual terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) = 0;
 
-    // Finds or makes the list entry with this key and makes it the list's current one. NULL when the path is no
-    // list of the tree.
+    // Finds or creates the list entry with this key and makes it the list's current one. NULL when the path is
+    // not a list in the tree.
     virtual tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
                                                  std::string_view key_name, std::string_view key_value) = 0;
 };

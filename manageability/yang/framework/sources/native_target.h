@@ -1,4 +1,4 @@
-// What a device's running configuration takes effect on.
+// The target that a device's running configuration is applied to.
 #ifndef YFW_SOURCES_NATIVE_TARGET_H
 #define YFW_SOURCES_NATIVE_TARGET_H
 
@@ -6,19 +6,20 @@
 
 namespace yfw::sources {
 
-// All of it throws Error that names the node of the configuration, or the device, that is at fault.
-// Configurations are forests of valid native data; NULL is an empty one.
+// All functions throw Error naming the offending configuration node or device. Configurations are forests of
+// valid native data; NULL is an empty one.
 class NativeTarget {
 public:
     virtual ~NativeTarget() = default;
 
-    // Refuses what the device cannot do. Nothing is changed.
+    // Rejects what the device does not support. Changes nothing.
     virtual void check(const lyd_node *before, const lyd_node *after) = 0;
 
-    // Makes the device run `after`, which it runs `before` of. When it throws, what was applied is taken back.
+    // Changes the device's configuration from `before` to `after`. When it throws, it has rolled back what it
+    // applied.
     virtual void apply(const lyd_node *before, const lyd_node *after) = 0;
 
-    // Makes the device run the configuration, whatever it runs now: it may have been restarted.
+    // Makes the device run the configuration, whatever it runs now: it may have restarted.
     virtual void restore(const lyd_node *configuration) = 0;
 };
 

@@ -1,4 +1,4 @@
-// Neighbors as they come and go.
+// Watches neighbors come and go.
 #ifndef YFW_SOURCES_NEIGHBOR_WATCH_H
 #define YFW_SOURCES_NEIGHBOR_WATCH_H
 
@@ -13,28 +13,28 @@ enum class NeighborChange { added, updated, removed };
 
 struct NeighborEvent {
     NeighborChange change = NeighborChange::added;
-    yang::DataTree data; // native operational data of this neighbor alone
+    yang::DataTree data; // native operational data of this neighbor only
 };
 
-// A stream of changes of a device's neighbors.
+// A stream of changes to a device's neighbors.
 class NeighborWatch {
 public:
     virtual ~NeighborWatch() = default;
 
     struct Listener {
         std::function<void(NeighborEvent)> event;
-        // The device cannot be reached any more, and why; the watch goes on trying.
+        // The device has become unreachable, with the reason; the watch keeps trying.
         std::function<void(const std::string &)> lost;
-        // It is back; it may have forgotten what it was configured with.
+        // The device is back; it may have lost its configuration.
         std::function<void()> back;
     };
 
-    // Calls the listener until `stop`, a descriptor, becomes readable. Throws Error when the device
-    // cannot be reached in the first place. Data is made in `context`.
+    // Calls the listener until the descriptor `stop` becomes readable. Throws Error when the device is
+    // unreachable at the start. Data is created in `context`.
     virtual void run(const ly_ctx *context, int stop, const Listener &listener) = 0;
 };
 
-// Whether the descriptor becomes readable within the time.
+// Whether the descriptor becomes readable within that time.
 bool stops_within(int stop, int milliseconds);
 
 } // namespace yfw::sources

@@ -5,18 +5,18 @@
 namespace yfw::xml {
 namespace {
 
-// Behind the next `end`; the end of the text when there is none.
+// The position after the next `end`; the end of the text when there is none.
 size_t after(std::string_view text, size_t from, std::string_view end) {
     const size_t found = text.find(end, from);
     return found == std::string_view::npos ? text.size() : found + end.size();
 }
 
 struct Tag {
-    size_t end = 0; // behind it
+    size_t end = 0; // just after the tag
     size_t attributes = 0;
 };
 
-// Each attribute has a value in quotes.
+// Assumes that attribute values are quoted.
 Tag tag_at(std::string_view text, size_t from) {
     Tag tag;
     for (size_t at = from; at < text.size(); at++) {

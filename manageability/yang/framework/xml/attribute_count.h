@@ -1,4 +1,4 @@
-// How many attributes the tags of a document have, told before it is parsed.
+// Counts the attributes in a document's tags before it is parsed.
 #ifndef YFW_XML_ATTRIBUTE_COUNT_H
 #define YFW_XML_ATTRIBUTE_COUNT_H
 
@@ -7,9 +7,9 @@
 
 namespace yfw::xml {
 
-// The most attributes that a tag of the text has, declarations of namespaces counted. The text need not be well
-// formed. libxml2 compares each attribute of a tag with each other one before it tells anybody of the tag, so
-// their number is limited before it sees them.
+// The largest number of attributes in any tag of the text, including namespace declarations. The text need not
+// be well-formed. libxml2 compares every pair of a tag's attributes before it reports the tag, so their number
+// has to be limited beforehand.
 size_t most_attributes_of_a_tag(std::string_view text);
 
 } // namespace yfw::xml

@@ -18,12 +18,12 @@ const xmlChar *bytes(const char *text) {
     return reinterpret_cast<const xmlChar *>(text);
 }
 
-// The elements around the place where the parser stands. Ends the parse at what is beyond a limit.
+// Tracks the parser's open elements, and stops the parse when a limit is exceeded.
 class Bounds {
 public:
     explicit Bounds(const Limits &limits) : limits_(limits) {}
 
-    // False: the element must not be taken.
+    // False: skip the element.
     bool open(size_t attributes) {
         attributes_ += attributes;
         open_.push_back(attributes);
@@ -51,7 +51,7 @@ public:
 
 private:
     const Limits limits_;
-    std::vector<size_t> open_; // how many attributes each has
+    std::vector<size_t> open_; // number of attributes of each open element
     size_t attributes_ = 0;
     size_t elements_ = 0;
     std::optional<std::string> refused_;
@@ -150,7 +150,7 @@ void Document::Free::operator()(_xmlDoc *document) const {
 Document::Document(std::string_view text, const Limits &limits) {
     if (text.size() > static_cast<size_t>(INT_MAX))
         throw DocumentError("the document is longer than " + std::to_string(INT_MAX) + " bytes");
-    if (text.find('\0') != std::string_view::npos) // libxml2 takes one behind the root for the end
+    if (text.find('\0') != std::string_view::npos) // libxml2 takes a NUL after the root for the end
         throw DocumentError("the document holds a NUL character");
     if (most_attributes_of_a_tag(text) > limits.attributes)
         throw DocumentError("an element has more than " + std::to_string(limits.attributes) + " attributes");
@@ -173,7 +173,7 @@ Element Document::root() const {
 
 void Document::adopt(std::string_view ns) {
     xmlNode *root = xmlDocGetRootElement(document_.get());
-    // NULL when the root declares a default namespace itself.
+    // NULL when the root itself declares a default namespace.
     if (xmlNs *adopting = xmlNewNs(root, bytes(std::string(ns).c_str()), nullptr)) {
         root->ns = root->ns != nullptr ? root->ns : adopting;
         put_below_into(root, adopting);

@@ -1,4 +1,4 @@
-// XML documents, parsed once and within limits.
+// XML documents, parsed once, with limits.
 #ifndef YFW_XML_DOCUMENT_H
 #define YFW_XML_DOCUMENT_H
 
@@ -14,24 +14,24 @@ struct _xmlDoc;
 
 namespace yfw::xml {
 
-// What a document may cost whoever reads it.
+// Limits on the cost of a document.
 struct Limits {
     size_t depth = 128; // levels of elements
     // Each takes some hundred bytes of memory.
     size_t elements = 500000;
-    // Of an element together with those around it, declarations of namespaces counted.
+    // Of an element and its ancestors together, including namespace declarations.
     size_t attributes = 1000;
 };
 
-// The text is no document that is taken: not well formed (XML, Namespaces in XML), with a document type, or
-// beyond a limit. The message is one line that names the line of the text where it is known.
+// The text is rejected: not well-formed (XML, Namespaces in XML), has a document type, or exceeds a limit. The
+// message is a single line with the line number if known.
 class DocumentError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// One document with one root, in UTF-8 whatever its declaration says (RFC 6241 section 3). May be read by
-// several threads.
+// One document with one root, in UTF-8 whatever its declaration says (RFC 6241 section 3). Safe for concurrent
+// reads.
 class Document {
 public:
     // Throws DocumentError.
@@ -39,10 +39,10 @@ public:
 
     Element root() const;
 
-    // Puts the elements without a namespace into this one, but for those below an xmlns="".
+    // Puts elements without a namespace into this one, except those below an xmlns="".
     void adopt(std::string_view ns);
 
-    // The document's only owner knows it for as long as it lives.
+    // Owned by the Document; valid as long as it lives.
     const _xmlDoc *raw() const { return document_.get(); }
 
 private:

@@ -79,7 +79,7 @@ Prefixes Element::prefixes() const {
     for (const xmlNode *at = node_; at != nullptr && at->type == XML_ELEMENT_NODE; at = at->parent)
         for (const xmlNs *declared = at->nsDef; declared != nullptr; declared = declared->next)
             if (declared->prefix != nullptr)
-                found.emplace(chars(declared->prefix), chars(declared->href)); // the innermost one holds
+                found.emplace(chars(declared->prefix), chars(declared->href)); // the innermost declaration wins
     return found;
 }
 
@@ -107,7 +107,7 @@ std::optional<Element> Element::child(std::string_view wanted) const {
     return std::nullopt;
 }
 
-// The copy declares the namespaces that the element has from those around it.
+// The copy redeclares the namespaces that the element inherits.
 std::string Element::print() const {
     const std::unique_ptr<xmlDoc, FreeDocument> copy(xmlNewDoc(nullptr));
     xmlNode *root = copy != nullptr ? xmlDocCopyNode(const_cast<xmlNode *>(node_), copy.get(), 1) : nullptr;
@@ -116,7 +116,7 @@ std::string Element::print() const {
     xmlDocSetRootElement(copy.get(), root);
     for (const auto &[prefix, ns] : prefixes())
         xmlNewNs(root, reinterpret_cast<const xmlChar *>(ns.c_str()),
-                 reinterpret_cast<const xmlChar *>(prefix.c_str())); // refused where it is declared already
+                 reinterpret_cast<const xmlChar *>(prefix.c_str())); // fails if already declared
     const std::unique_ptr<xmlBuffer, FreeBuffer> text(xmlBufferCreate());
     if (text == nullptr || xmlNodeDump(text.get(), copy.get(), root, 0, 0) < 0)
         throw std::bad_alloc();

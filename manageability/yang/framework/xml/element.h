@@ -13,7 +13,7 @@ struct _xmlNode;
 
 namespace yfw::xml {
 
-// Namespaces by their prefixes; the default namespace is not among them.
+// Namespaces by prefix, excluding the default namespace.
 using Prefixes = std::map<std::string, std::string, std::less<>>;
 
 // Borrows from its document, which must outlive it.
@@ -28,9 +28,9 @@ public:
         return ns() == wanted_ns && name() == wanted_name;
     }
 
-    // Its own, without that of its children.
+    // Its own text, without that of its children.
     std::string character_data() const;
-    // The same without the white space around it.
+    // The same, trimmed of white space.
     std::string text() const;
 
     struct Attribute {
@@ -39,21 +39,21 @@ public:
         std::string_view ns;
         std::string value;
     };
-    // Without declarations of namespaces.
+    // Without namespace declarations.
     std::vector<Attribute> attributes() const;
-    // By its local name, in any namespace.
+    // By local name, in any namespace.
     std::optional<std::string> attribute(std::string_view name) const;
 
-    // The prefixes that are declared on it and around it.
+    // The prefixes in scope.
     Prefixes prefixes() const;
-    // The namespace of a prefix; nothing when it is not declared. The empty prefix is the default namespace.
+    // The namespace of a prefix; nothing for an undeclared one. The empty prefix is the default namespace.
     std::optional<std::string> namespace_of(std::string_view prefix) const;
 
     std::vector<Element> children() const;
-    // The first child by that name in the element's own namespace.
+    // The first child of this name in the element's own namespace.
     std::optional<Element> child(std::string_view name) const;
 
-    // The element with everything below it, as a document of its own.
+    // The element and its subtree as a separate document.
     std::string print() const;
 
 private:

@@ -1,4 +1,4 @@
-// Data trees that are made node by node.
+// Builds data trees node by node.
 #ifndef YFW_YANG_BUILDING_H
 #define YFW_YANG_BUILDING_H
 

@@ -12,13 +12,13 @@ struct FreeDataTree {
     void operator()(lyd_node *node) const { lyd_free_all(node); }
 };
 
-// A forest of data nodes; freed as a whole.
+// A forest of data nodes, freed as a whole.
 using DataTree = std::unique_ptr<lyd_node, FreeDataTree>;
 
-// The same, held by several; nobody changes it. A DataTree becomes one.
+// The same, shared and immutable. A DataTree converts to it.
 using SharedData = std::shared_ptr<const lyd_node>;
 
-// Data of another holder, which has to live longer.
+// Data owned elsewhere; the owner must outlive it.
 inline SharedData borrowed(const lyd_node *data) {
     return {SharedData(), data};
 }

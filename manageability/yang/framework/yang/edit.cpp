@@ -23,7 +23,7 @@ bool has_value(const lysc_node *node) {
     return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
 }
 
-// An identity may be named without its module; the model wants it with.
+// An identity may be given without its module name; the model requires it.
 std::string qualified(const lysc_node *leaf, const std::string &value) {
     const auto *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
     if (type->basetype != LY_TYPE_IDENT || value.find(':') != std::string::npos)
@@ -69,7 +69,7 @@ const Predicate *predicate_for(const PathStep &step, const lysc_node *key) {
     return nullptr;
 }
 
-// The keys of a list step, in the order of the model.
+// The keys of a list step, in schema order.
 std::vector<EditNode> keys_of(const PathStep &step, const std::string &place) {
     std::vector<EditNode> keys;
     if (step.node->nodetype != LYS_LIST)
@@ -135,7 +135,7 @@ void add_edit(EditNode &root, const Path &path, const std::optional<std::string>
     const std::string place = to_string(path);
     EditNode *at = &root;
     for (size_t i = 1; i < path.size(); i++) {
-        // Something is set again below what was taken away before: only the new content stays.
+        // The node was deleted earlier and is now set again below: only the new content remains.
         if (takes_away(at->operation))
             at->operation = Operation::replace;
         at = i + 1 == path.size() ? &target_for(*at, path[i], value, place) : &child_for(*at, path[i], place);
@@ -193,7 +193,8 @@ bool has_keys(const lyd_node *entry, const EditNode &node) {
     return true;
 }
 
-// The keys as libyang's predicates; nothing when a value holds both kinds of quotes, which those cannot say.
+// The keys as libyang predicates; nothing when a value contains both kinds of quotes, which predicates cannot
+// express.
 std::optional<std::string> key_predicates(const EditNode &node) {
     std::string predicates;
     for (const EditNode &key : node.children) {
@@ -210,7 +211,7 @@ std::optional<std::string> key_predicates(const EditNode &node) {
 const lyd_node *find_data(const lyd_node *siblings, const EditNode &node) {
     const bool is_entry = node.node->nodetype == LYS_LIST && siblings != nullptr;
     const auto predicates = is_entry ? key_predicates(node) : std::nullopt;
-    if (predicates.has_value() && !predicates->empty()) { // by libyang's hash
+    if (predicates.has_value() && !predicates->empty()) { // uses libyang's hash
         lyd_node *found = nullptr;
         lyd_find_sibling_val(siblings, node.node, predicates->c_str(), predicates->size(), &found);
         return found;

@@ -1,4 +1,4 @@
-// What a client wants changed, in OpenConfig terms.
+// A client's edit, in OpenConfig terms.
 #ifndef YFW_YANG_EDIT_H
 #define YFW_YANG_EDIT_H
 
@@ -17,14 +17,14 @@ namespace yfw::yang {
 enum class Operation { merge, replace, create, delete_existing, remove, none };
 
 std::string_view to_string(Operation operation);
-// Nothing for a word that is no operation.
+// Nothing for an unknown operation.
 std::optional<Operation> operation_from(std::string_view word);
 
 inline bool takes_away(Operation operation) {
     return operation == Operation::delete_existing || operation == Operation::remove;
 }
 
-// A node of an edit. Its operation is its own or the one that it inherits.
+// A node of an edit. Its operation is either explicit or inherited.
 struct EditNode {
     const lysc_node *node = nullptr;
     std::optional<std::string> value;
@@ -40,21 +40,21 @@ struct EditNode {
 // value that is missing, or one that the model does not allow.
 void add_edit(EditNode &root, const Path &path, const std::optional<std::string> &value, Operation operation);
 
-// The edit that a document says, XML or JSON, with the operations of its nodes (RFC 6241 section 7.2) and
-// `default_operation` where a node neither has nor inherits one. Throws Error that names the element at fault.
+// Parses an edit document, XML or JSON, with the operations of its nodes (RFC 6241 section 7.2) and
+// `default_operation` where a node neither has nor inherits one. Throws Error naming the offending element.
 EditNode parse_edit(const Schemas &schemas, const std::string &document, Operation default_operation);
 
 // The edit as a document, for the record.
 std::string print_edit(const EditNode &root);
 
-// Takes the content away from what is deleted: deleting a container or list entry means all of it.
+// Removes the content of deleted nodes: deleting a container or list entry includes all of it.
 void drop_deleted_content(EditNode &root);
 
 // Where a node with this parent's instance path stands: "/lldp/interfaces/interface[name='eth1']".
 std::string instance_path(std::string_view parent, const EditNode &node);
 
-// Refuses what is created although `current` has it (data-exists), and deleted although it does not
-// (data-missing). `current`: what an OpenConfig read shows; may be NULL.
+// Rejects creating what `current` has (data-exists) and deleting what it lacks (data-missing). `current`: what
+// an OpenConfig read returns; may be NULL.
 void check_existence(const EditNode &root, const lyd_node *current);
 
 } // namespace yfw::yang

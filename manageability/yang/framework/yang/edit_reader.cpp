@@ -98,19 +98,19 @@ bool is_default_value(const lysc_node *leaf, const std::string &value) {
     return given != nullptr && value == lyd_value_get_canonical(leaf->module->ctx, given);
 }
 
-// The canonical form of a value of this leaf; nothing when it is none.
+// The canonical form of a value of this leaf; nothing when it is invalid.
 std::optional<std::string> canonical(const lysc_node *leaf, const std::string &value) {
     const char *form = nullptr;
     const LY_ERR status =
         lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, &form);
     std::optional<std::string> made;
-    if (status == LY_SUCCESS || status == LY_EINCOMPLETE) // a reference that needs the data
+    if (status == LY_SUCCESS || status == LY_EINCOMPLETE) // a reference can only be resolved with the data
         made = form != nullptr ? form : value;
     lydict_remove(leaf->module->ctx, form);
     return made;
 }
 
-// A leaf may be taken away without its value.
+// A leaf may be deleted without giving its value.
 std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &from, Operation operation,
                                     const std::string &path) {
     if (!from.text.has_value() || !from.children.empty())
@@ -160,7 +160,7 @@ EditNode read_leaf(const lysc_node *schema, const EditElement &from, Operation i
         throw Error(ErrorTag::bad_element, path, "a key cannot be deleted: delete its entry");
     leaf.operation = leaf.is_key() ? Operation::none : leaf.operation;
     leaf.value = value_of(schema, from, leaf.operation, path);
-    if (leaf.value.has_value() && from.is_tagged_default) { // set by taking the leaf away
+    if (leaf.value.has_value() && from.is_tagged_default) { // setting the default means deleting the leaf
         if (!is_default_value(schema, *leaf.value))
             throw Error(ErrorTag::invalid_value, path, "is marked as the default value, and is not that");
         leaf.value.reset();
@@ -169,7 +169,7 @@ EditNode read_leaf(const lysc_node *schema, const EditElement &from, Operation i
     return leaf;
 }
 
-// In the order of the model; entries in that of the document.
+// In schema order; entries in document order.
 void sort_by_model(const lysc_node *parent, std::vector<EditNode> &children) {
     std::vector<const lysc_node *> order;
     for (const lysc_node *child = lysc_node_child(parent); child != nullptr; child = child->next)
@@ -182,9 +182,9 @@ void sort_by_model(const lysc_node *parent, std::vector<EditNode> &children) {
 }
 
 void read_children(EditNode &to, const EditElement &from, const std::string &path) {
-    // What stands below a replaced node is its new content.
+    // Everything below a replaced node is its new content.
     const Operation below = to.operation == Operation::replace ? Operation::merge : to.operation;
-    std::set<std::string> seen; // an entry of a leaf-list may be named again
+    std::set<std::string> seen; // a leaf-list entry may be repeated
     for (const EditElement &child : from.children) {
         const lysc_node *schema = child_named(to.node, child);
         if (schema == nullptr)

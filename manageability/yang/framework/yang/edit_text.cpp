@@ -26,7 +26,7 @@ void append_escaped(std::string &xml, std::string_view text) {
         else if (c == '>')
             xml += "&gt;";
         else if (c == '\r')
-            xml += "&#13;"; // as it is, it would be read as a line feed
+            xml += "&#13;"; // a literal one would be read as a line feed
         else
             xml += c;
     }

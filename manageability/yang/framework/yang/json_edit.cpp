@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    // A node without the name of a module is of its parent's.
+    // A node without a module name belongs to its parent's module.
     EditElement named(const std::string &name, const EditElement &parent) const {
         EditElement made;
         const size_t colon = name.find(':');
@@ -61,7 +61,7 @@ private:
             if (name == "@")
                 read_annotations(value, path, to);
             else if (name.starts_with('@'))
-                continue; // with the member that it is about
+                continue; // handled with the member it annotates
             else
                 read_member(name, value, to, path);
         }

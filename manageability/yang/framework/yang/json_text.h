@@ -1,4 +1,4 @@
-// JSON as it is read here: nothing that could be understood in two ways.
+// A strict JSON parser: rejects anything ambiguous.
 #ifndef YFW_YANG_JSON_TEXT_H
 #define YFW_YANG_JSON_TEXT_H
 
@@ -8,9 +8,9 @@
 
 namespace yfw::yang {
 
-// The value that the text holds, its members in order. Throws Error (invalid_value, without a path) for a text
-// that is no JSON, nests deeper than 128 levels, or repeats a member within an object: RFC 8259 section 4
-// leaves open what that means.
+// Parses the text, keeping members in order. Throws Error (invalid_value, without a path) for text that is not
+// JSON, nests deeper than 128 levels, or repeats a member within an object: RFC 8259 section 4 leaves the
+// meaning open.
 nlohmann::ordered_json parse_json(const std::string &text);
 
 } // namespace yfw::yang

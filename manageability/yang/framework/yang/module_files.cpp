@@ -16,8 +16,8 @@
 namespace yfw::yang {
 namespace {
 
-// A module that the server depends on. The revision is fixed: a package that is upgraded must not change what
-// clients are offered.
+// A module the server depends on. The revision is fixed: a package upgrade must not change what clients are
+// offered.
 struct Needed {
     std::string_view name;
     const char *revision;
@@ -25,7 +25,7 @@ struct Needed {
 };
 
 constexpr const char *yuma = "libyuma-base";
-constexpr const char *libyang = "libyang2"; // has its modules in the library itself
+constexpr const char *libyang = "libyang2"; // its modules are compiled into the library
 
 constexpr Needed needed_modules[] = {{"ietf-netconf", "2011-06-01", yuma},
                                      {"ietf-netconf-acm", "2018-02-14", yuma},
@@ -53,7 +53,7 @@ Error missing(const ModuleFiles &files, const std::string &name, const std::stri
     return {ErrorTag::operation_failed, name + (revision.empty() ? "" : "@" + revision) + ".yang", message};
 }
 
-// The revision to take where none is asked for; empty: any.
+// The revision to use when none is requested; empty: any.
 std::string revision_of(const std::string &name) {
     const Needed *module = needed(name);
     return module != nullptr ? module->revision : "";
@@ -76,14 +76,14 @@ std::filesystem::path newest_file(const std::filesystem::path &dir, const std::s
     return found != nullptr ? found : std::filesystem::path();
 }
 
-// A module being loaded, and the error of a file of its own or of an import.
+// A module being loaded, and any error from its file or an import.
 struct Loading {
     const ModuleFiles &files;
     const ly_ctx *context;
     std::optional<Error> error{};
 };
 
-// The file's content, for free(); NULL with the error.
+// The file's content, to be released with free(); NULL with the error.
 char *read(const std::filesystem::path &file, std::optional<Error> &error) {
     std::ifstream in(file, std::ios::binary);
     std::string text;
@@ -94,7 +94,7 @@ char *read(const std::filesystem::path &file, std::optional<Error> &error) {
     return nullptr;
 }
 
-// libyang calls this for a module that it does not have, and for a newer revision of one that it has.
+// libyang calls this for a module that it lacks, and to look for a newer revision of one that it has.
 LY_ERR give_module(const char *name, const char *revision, const char *submodule,
                    const char *submodule_revision, void *user_data, LYS_INFORMAT *format, const char **text,
                    void (**release)(void *text, void *user_data)) noexcept {

@@ -1,4 +1,4 @@
-// The files of YANG modules that a server needs: those of Debian's packages and this product's own.
+// The YANG module files a server needs: from Debian's packages and from this product.
 #ifndef YFW_YANG_MODULE_FILES_H
 #define YFW_YANG_MODULE_FILES_H
 
@@ -12,7 +12,7 @@ namespace yfw::yang {
 
 class ModuleFiles {
 public:
-    // Where several directories have a module, the first of them counts.
+    // When several directories have a module, the first one wins.
     explicit ModuleFiles(const std::vector<std::filesystem::path> &dirs);
 
     // The file of a module or submodule; empty when there is none. Of a module that the server depends on, only
@@ -24,12 +24,11 @@ public:
     // Error.
     static YangContext make_context();
 
-    // Implements the module with these features, and loads what it imports. The context is one of
-    // make_context(). Throws Error; for a missing file it names the file, its Debian package and the
-    // directories.
+    // Implements the module with these features and loads its imports. `context` must come from make_context().
+    // Throws Error; for a missing file it names the file, its Debian package and the directories.
     void load(ly_ctx *context, const std::string &name, std::vector<const char *> features = {}) const;
 
-    // With commas between, for messages.
+    // Separated by commas, for messages.
     std::string directories() const;
 
 private:

@@ -22,10 +22,9 @@ struct PathStep {
 
 using Path = std::vector<PathStep>;
 
-// Parses an absolute path below `root`, its first step. Steps may carry the module's name as a prefix;
-// predicates
-// ([leaf='value'], either quote, doubled inside) name leaves of the step. Throws Error that names the step that
-// is not in the model, or where the text is malformed.
+// Parses an absolute path below `root`, its first step. Steps may have the module name as a prefix; predicates
+// ([leaf='value'], with either kind of quotes, doubled inside) name leaves of the step. Throws Error naming the
+// step that is not in the model, or the position where the text is malformed.
 Path parse_path(const lysc_node *root, std::string_view text);
 
 // The path as text, with its predicates.

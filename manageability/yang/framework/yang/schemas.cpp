@@ -8,7 +8,7 @@
 namespace yfw::yang {
 namespace {
 
-// libyang knows the edit attributes of RFC 6241 section 7.2 as soon as there is a module of this name.
+// libyang accepts the edit attributes of RFC 6241 section 7.2 once a module of this name exists.
 constexpr const char *operation_module =
     "module ietf-netconf { yang-version 1.1;"
     " namespace \"urn:ietf:params:xml:ns:netconf:base:1.0\"; prefix nc; feature xpath; }";
@@ -41,7 +41,7 @@ const lysc_node *top_node(const lys_module *module, std::string_view name) {
 Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
                  const MappedModules &modules)
     : native_modules_(modules.native) {
-    // Errors are asked for where they are expected; nothing is printed behind the user's back.
+    // Callers fetch errors themselves; libyang must not print any.
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *context = nullptr;
     if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &context) != LY_SUCCESS)

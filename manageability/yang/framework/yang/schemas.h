@@ -1,4 +1,4 @@
-// The YANG modules that the host works with.
+// The YANG modules the host works with.
 #ifndef YFW_YANG_SCHEMAS_H
 #define YFW_YANG_SCHEMAS_H
 
@@ -11,7 +11,7 @@
 
 namespace yfw::yang {
 
-// The modules that a mapping is between, by name.
+// The modules on both sides of a mapping, by name.
 struct MappedModules {
     // The first has the top container. The others are named because identities are values only when their
     // module is implemented, not merely imported.
@@ -21,9 +21,9 @@ struct MappedModules {
 };
 
 // Loads the native modules from `native_dir` and the OpenConfig modules from `openconfig_dir`; throws Error
-// naming the module that cannot be loaded. The schemas live as long as this object and do not change, so that
-// several threads may parse, print and read data of them at once; a data tree itself belongs to one thread at a
-// time unless nobody changes it. libyang keeps the last error of each thread apart.
+// naming a module that cannot be loaded. The schemas are immutable and live as long as this object, so several
+// threads may parse, print and read data of them at once; a data tree belongs to one thread at a time unless
+// nobody changes it. libyang keeps the last error separately for each thread.
 class Schemas {
 public:
     Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
@@ -34,11 +34,11 @@ public:
     // The OpenConfig top container. Its module has the prefix and the namespace of OpenConfig paths.
     const lysc_node *openconfig_root() const { return openconfig_root_; }
 
-    // The top node `name` of the native module with this namespace; of any native module that has such a node
-    // when the module has none; NULL when there is none.
+    // The top node `name` of the native module with this namespace; if that module has none, of any native
+    // module that does; NULL when there is none.
     const lysc_node *native_root(std::string_view ns, std::string_view name) const;
 
-    // The node at a schema path, such as /interfaces/interface, of a module by name; NULL when there is none.
+    // The node at a schema path, such as /interfaces/interface, of the named module; NULL when there is none.
     const lysc_node *find(const std::string &module, std::string_view path) const;
 
 private:
@@ -47,11 +47,11 @@ private:
     const lysc_node *openconfig_root_ = nullptr;
 };
 
-// What libyang says of its last error: the message, and the place where it has one. Clears the errors.
+// libyang's last error: the message, and the location if known. Clears the errors.
 std::string take_yang_error(const ly_ctx *context);
 
-// The schema child of `parent` by this name: one of the parent's own module first, else an augmented one; NULL
-// when there is none.
+// The schema child of `parent` by this name, preferring the parent's own module to augmentations; NULL when
+// there is none.
 const lysc_node *schema_child(const lysc_node *parent, std::string_view name);
 
 } // namespace yfw::yang

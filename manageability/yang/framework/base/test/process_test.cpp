@@ -75,7 +75,7 @@ TEST(ASearchForAProgram, that_fails_says_which_package_to_install) {
     }
 }
 
-// A process of the test that sleeps until it is ended.
+// A child process that sleeps until it is ended.
 class Sleeper {
 public:
     Sleeper() {
@@ -128,7 +128,7 @@ TEST(AnIdentity, ends_with_the_process_also_while_its_status_waits_to_be_read) {
     EXPECT_TRUE(yfw::test::eventually([&] { return !is_running(identity); }, std::chrono::seconds(30)));
 }
 
-// The process may go between any two steps of looking at it.
+// The process may exit between any two steps of the inspection.
 TEST(AnIdentity, of_a_process_that_goes_meanwhile_is_none_and_no_error) {
     for (int i = 0; i < 300; i++) {
         const pid_t number = fork();

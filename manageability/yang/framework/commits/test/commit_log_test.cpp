@@ -1,4 +1,4 @@
-// What the store keeps of a commit, and what it does not keep.
+// What the store keeps of a commit, and what it does not.
 #include <cstdint>
 #include <ctime>
 #include <optional>

@@ -21,7 +21,7 @@ namespace {
     } catch (...) {
         status = 1;
     }
-    _exit(status); // what the parent has registered for its exit is not the child's
+    _exit(status); // skips the parent's exit handlers
 }
 
 } // namespace

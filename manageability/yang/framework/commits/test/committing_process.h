@@ -1,4 +1,4 @@
-// A child process that commits, and tells its parent what it has committed.
+// A child process that makes commits and reports them to its parent.
 #ifndef COMMITS_TEST_COMMITTING_PROCESS_H
 #define COMMITS_TEST_COMMITTING_PROCESS_H
 
@@ -10,13 +10,13 @@
 
 namespace yfw::commits::test {
 
-// Ends the child, should it still run, with the object.
+// Kills the child, if still running, on destruction.
 class CommittingProcess {
 public:
-    // Called by the child for every commit that it was told is kept.
+    // The child calls this for every commit that was reported as stored.
     using Report = std::function<void(int64_t number)>;
 
-    // Runs `body` in a child process. It exits with 0 when the body returns and with 1 when it throws.
+    // Runs `body` in a child process, which exits with 0 when it returns and 1 when it throws.
     explicit CommittingProcess(const std::function<void(const Report &report)> &body);
     ~CommittingProcess();
     CommittingProcess(const CommittingProcess &) = delete;
@@ -24,10 +24,10 @@ public:
 
     void kill();
 
-    // Waits for the end. The exit status, or 128 and the signal that ended it.
+    // Waits for the child. Returns its exit status, or 128 plus the signal that killed it.
     int wait();
 
-    // What the child has reported until its end; to be called once, after wait().
+    // Everything the child reported; call once, after wait().
     std::vector<int64_t> reported();
 
 private:

@@ -1,4 +1,4 @@
-// A process that is killed leaves the commit that it was making whole or not at all.
+// When a process is killed during a commit, the commit is stored whole or not at all.
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -24,12 +24,12 @@ constexpr int killed = 128 + SIGKILL;
 struct StepCase {
     const char *name;
     Step step;
-    bool kept; // whether the commit is there afterwards
+    bool kept; // whether the commit exists afterwards
 };
 
 class AProcessKilledAtAStep : public testing::TestWithParam<StepCase> {
 protected:
-    // A child that makes `whole` commits and is killed at the step in the next.
+    // A child that makes `whole` commits and is killed at the given step of the next.
     int commit_and_die(int whole) const {
         CommittingProcess process([&](const CommittingProcess::Report &report) {
             CommitLog store(file, true);
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Of, AProcessKilledAtAStep,
                                          StepCase{"Committed", Step::committed, true}),
                          [](const auto &step) { return step.param.name; });
 
-// Commits without end, until it is killed.
+// Commits forever, until killed.
 void commit_on(const std::filesystem::path &file, const CommittingProcess::Report &report) {
     CommitLog store(file, true);
     for (;;)
@@ -86,7 +86,8 @@ void commit_on(const std::filesystem::path &file, const CommittingProcess::Repor
 
 class RandomKills : public testing::Test {
 protected:
-    // Lets a child commit for some random time and kills it. The last number that it reported, or `before`.
+    // Lets a child commit for a random time and kills it. Returns the last number that it reported, or
+    // `before`.
     int64_t commit_and_kill(const std::filesystem::path &file, int64_t before) {
         CommittingProcess process(
             [&file](const CommittingProcess::Report &report) { commit_on(file, report); });

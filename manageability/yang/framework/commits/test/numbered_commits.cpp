@@ -3,7 +3,7 @@
 namespace yfw::commits::test {
 namespace {
 
-// More than one page of the file.
+// Fills more than one page of the file.
 constexpr int repetitions = 2000;
 
 std::string text_of(const char *kind, int64_t number) {

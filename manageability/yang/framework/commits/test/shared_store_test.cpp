@@ -1,4 +1,4 @@
-// One file used by several at once.
+// One file shared by several users.
 #include <cstdint>
 #include <future>
 #include <memory>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int commits_each = 40;
 
-// Every commit adds its line to the configuration of the one before.
+// Each commit appends its line to the previous configuration.
 void keep_line(CommitLog &store, const std::string &line, const CommittingProcess::Report &report) {
     const Commit kept = store
                             .commit([&line](const std::optional<Commit> &last) {

@@ -1,4 +1,4 @@
-// The file of a store: made when it is to be made, refused by name when it is none.
+// The store's file: created on request; rejected by name when it is not a store.
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What opening the file, and reading the last commit of it, says; empty when it says nothing.
+// The error from opening the file and reading its last commit; empty on success.
 std::string complaint(const fs::path &file, bool create) {
     try {
         const CommitLog store(file, create);
@@ -70,7 +70,7 @@ fs::path sub_directory(const yfw::test::TemporaryDirectory &directory) {
     return directory.path() / "commits.db";
 }
 
-// The file's first words say that it is a database, and nothing of it follows.
+// The file has a database header, but nothing valid after it.
 fs::path damaged_store(const yfw::test::TemporaryDirectory &directory) {
     const fs::path file = directory.path() / "commits.db";
     {
@@ -121,7 +121,7 @@ TEST(AStoreWhoseNameIsOdd, IsFoundAgain) {
     EXPECT_TRUE(is_sound(CommitLog(file, false), 0));
 }
 
-// Runs as another user than root where it can, for root may read everything.
+// Drops root's privileges where possible, since root may read everything.
 class AStoreOfAnotherUser : public testing::Test {
 protected:
     static constexpr uid_t nobody = 65534;

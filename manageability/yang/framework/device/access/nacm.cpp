@@ -10,9 +10,9 @@ namespace {
 using About = AccessRule::About;
 
 constexpr std::string_view base_module = "ietf-netconf";
-constexpr std::string_view stream_module = "nc-notifications"; // RFC 5277's own notifications
+constexpr std::string_view stream_module = "nc-notifications"; // has RFC 5277's own notifications
 
-// The first of the rules about an operation or notification decides; nullptr when there is none.
+// The first matching rule on an operation or notification; nullptr when there is none.
 const AccessRule *deciding(const std::vector<const AccessRule *> &rules, About kind, Access access,
                            std::string_view module, std::string_view name) {
     const auto found = std::find_if(rules.begin(), rules.end(), [&](const AccessRule *rule) {
@@ -81,7 +81,7 @@ UserRules Nacm::rules_of(const std::string &user, const std::vector<std::string>
         groups.insert(external_groups.begin(), external_groups.end());
     std::vector<const AccessRule *> rules;
     for (const RuleList &list : rules_->lists) {
-        // "*" is every group, and not a user who is in none.
+        // "*" matches every group, but not a user without groups.
         const bool concerns_user = std::any_of(groups.begin(), groups.end(), [&](const std::string &group) {
             return list.groups.contains("*") || list.groups.contains(group);
         });

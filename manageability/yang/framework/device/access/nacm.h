@@ -1,4 +1,4 @@
-// Who may do what, by rules from a file: the access control of RFC 8341.
+// Access control by rules from a file (RFC 8341).
 #ifndef YFW_DEVICE_ACCESS_NACM_H
 #define YFW_DEVICE_ACCESS_NACM_H
 
@@ -19,29 +19,29 @@ struct AccessRules;
 
 enum class Access { read, create, update, remove, exec };
 
-// As rules name it; remove is "delete".
+// The name that rules use; remove is "delete".
 std::string_view to_string(Access access);
 
 struct DeniedWrite {
-    std::string path; // of the instance, with the names of modules
+    std::string path; // instance path, with module names
     Access access;
 };
 
-// The rules that concern one user, in the order in which they are asked. Borrows from the Nacm.
+// One user's rules, in the order of evaluation. Borrows from the Nacm.
 class UserRules {
 public:
-    // `default_denied`: the operation's schema says nacm:default-deny-all.
+    // `default_denied`: the schema of the operation has nacm:default-deny-all.
     bool may_execute(std::string_view module, std::string_view operation, bool default_denied) const;
-    // A notification; all of it or nothing.
+    // For a whole notification; it is never trimmed.
     bool may_be_told(std::string_view module, std::string_view notification, bool default_denied = false) const;
 
-    // Takes out of the data, of any context, what may not be read, each node with all below it; a list entry
-    // whose key may not be read goes as a whole. The data may become NULL.
+    // Removes unreadable nodes with their subtrees from data of any context; a list entry with an unreadable
+    // key is removed whole. The data may become NULL.
     void remove_unreadable(yang::DataTree &data) const;
 
-    // The first node, in the order in which they stand, in which the configurations differ and that the user
-    // may not change so. Both are of one context and may be NULL. Containers that mean nothing themselves, and
-    // values that are there by default only, are no change.
+    // The first node, in document order, with a difference that the user may not make. Both configurations are
+    // of one context and may be NULL. Non-presence containers and values that exist only by default do not
+    // count as changes.
     std::optional<DeniedWrite> denied_write(const lyd_node *before, const lyd_node *after) const;
 
 private:
@@ -53,21 +53,21 @@ private:
     std::vector<const AccessRule *> rules_;
 };
 
-// Access rules from a file. Does not change once it is loaded, so several threads may use it.
+// Access rules from a file. Immutable once loaded, hence thread-safe.
 class Nacm {
 public:
-    // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes the paths of rules may name.
-    // Throws Error; where the document is at fault its path is the file, with the line where it is known.
+    // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes rule paths may name. Throws
+    // Error; if the document is at fault, the error's path is the file, with the line if known.
     Nacm(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
          const std::vector<std::string> &modules);
     ~Nacm();
     Nacm(Nacm &&) noexcept;
     Nacm &operator=(Nacm &&) noexcept;
 
-    // When not, everything is permitted.
+    // When disabled, everything is permitted.
     bool is_enabled() const;
 
-    // `external_groups`: those of the user beside the file's own.
+    // `external_groups`: the user's groups in addition to those in the file.
     UserRules rules_of(const std::string &user, const std::vector<std::string> &external_groups) const;
 
 private:

@@ -29,14 +29,14 @@ std::string text_of(const std::filesystem::path &file) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// What a user is told is one line, also where it quotes the file.
+// Messages to users are a single line, even when they quote the file.
 std::string take_error(const ly_ctx *context) {
     std::string text = yang::take_yang_error(context);
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
 }
 
-// A path is valid only where its nodes are known.
+// Paths can only be checked in a context that has their nodes.
 yang::YangContext context_with(const yang::ModuleFiles &files, const std::vector<std::string> &modules) {
     yang::YangContext context = yang::ModuleFiles::make_context();
     for (const std::string &name : modules)
@@ -45,7 +45,8 @@ yang::YangContext context_with(const yang::ModuleFiles &files, const std::vector
     return context;
 }
 
-// "FILE:LINE", without the line where libyang does not tell it. Its place ends with "line number LINE.".
+// "FILE:LINE", or just the file when libyang does not report a line. libyang's location ends with "line number
+// LINE.".
 std::string place_of_error(const std::filesystem::path &file, const ly_ctx *context) {
     const char *said = ly_errpath(context);
     const std::string_view place = said != nullptr ? said : "";
@@ -88,7 +89,7 @@ std::vector<std::string> values(const lyd_node *parent, std::string_view name) {
     return found;
 }
 
-// Of a leaf that the schema demands or has a default for.
+// For a leaf that is mandatory or has a default.
 std::string value(const lyd_node *parent, std::string_view name) {
     return values(parent, name).at(0);
 }
@@ -103,7 +104,7 @@ unsigned bits_of(const std::string &words) {
     return bits;
 }
 
-// A path to something that is no data, an operation for one, would be a rule that never applies.
+// Rejects paths to anything but data, such as an operation: the rule would never apply.
 std::vector<std::string> modules_on(const std::string &path, const ly_ctx *context, const std::string &place) {
     std::vector<std::string> modules;
     const lysc_node *node = lys_find_path(context, nullptr, path.c_str(), 0);

@@ -3,7 +3,7 @@
 namespace yfw::access {
 namespace {
 
-// Adds the topmost nodes that may not be read. Whether the node itself may be.
+// Collects the topmost unreadable nodes. Returns whether the node itself is readable.
 bool find_unreadable(RulesOnTree &rules, const RulesOnTree::Inherited &above, lyd_node *node,
                      std::vector<lyd_node *> &unreadable) {
     RulesOnTree::Positions merged;
@@ -21,7 +21,7 @@ bool find_unreadable(RulesOnTree &rules, const RulesOnTree::Inherited &above, ly
 
 void take_out(yang::DataTree &data, lyd_node *node) {
     if (node == data.get()) {
-        lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself when it is alone
+        lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself when it has no siblings
         static_cast<void>(data.release());
         data.reset(other != node ? other : nullptr);
     }

@@ -1,4 +1,4 @@
-// Access rules as a file holds them.
+// Access rules as represented in a file.
 #ifndef YFW_DEVICE_ACCESS_NACM_RULES_H
 #define YFW_DEVICE_ACCESS_NACM_RULES_H
 
@@ -23,8 +23,8 @@ struct AccessRule {
     About about = About::everything;
     std::string module;                    // "*": any
     std::string name;                      // of the operation or notification; "*": any
-    std::string path;                      // of data, as libyang finds it in any context; "/": all data
-    std::vector<std::string> path_modules; // whose nodes are on the path
+    std::string path;                      // as libyang finds data in any context; "/": all data
+    std::vector<std::string> path_modules; // the modules of the nodes on the path
     unsigned accesses = 0;                 // bits
     bool permits = false;
 
@@ -41,14 +41,14 @@ struct RuleList {
 struct AccessRules {
     bool enabled = true;
     bool external_groups = true;
-    bool read_default = true; // whether it is permitted
+    bool read_default = true; // whether reading is permitted
     bool write_default = false;
     bool exec_default = true;
-    std::map<std::string, std::set<std::string>> groups; // of each user
+    std::map<std::string, std::set<std::string>> groups; // by user
     std::vector<RuleList> lists;
 };
 
-// As Nacm's constructor says.
+// See Nacm's constructor.
 AccessRules read_access_rules(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
                               const std::vector<std::string> &modules);
 

@@ -103,7 +103,8 @@ const AccessRule *RulesOnTree::deciding(Access access, const lyd_node *node, con
     return general < rules_.size() ? rules_[general] : nullptr;
 }
 
-// For each access the first rule about all data of a module; one past the last when there is none.
+// For each access, the index of the first rule covering all data of a module; one past the last when there is
+// none.
 const RulesOnTree::First &RulesOnTree::first_general(const lys_module *module) {
     const auto [entry, is_new] = general_.try_emplace(module);
     for (size_t access = 0; is_new && access < access_count; access++) {

@@ -1,4 +1,4 @@
-// Access rules on the nodes of one tree.
+// Matches access rules to the nodes of one tree.
 #ifndef YFW_DEVICE_ACCESS_NACM_TREE_H
 #define YFW_DEVICE_ACCESS_NACM_TREE_H
 
@@ -11,26 +11,26 @@
 
 namespace yfw::access {
 
-// Each path is looked up once, and then a walk over the nodes takes what was found down to all below.
+// Looks up each rule's path once; a walk over the nodes then passes the matches down the tree.
 class RulesOnTree {
 public:
     using Positions = std::vector<size_t>; // of rules, ascending
 
-    // What a node has from those above it.
+    // What a node inherits from its ancestors.
     struct Inherited {
-        const Positions *named; // the rules whose paths name it or what it is in
+        const Positions *named; // the rules whose paths match the node or one of its ancestors
         bool deny_all = false;
         bool deny_write = false;
     };
 
-    // `accesses`: bits; no others are asked. The tree may be NULL and must not change. Borrows everything.
-    // Throws Error.
+    // `accesses`: the bits to check; no others may be queried. The tree may be NULL and must not change.
+    // Borrows everything. Throws Error.
     RulesOnTree(const AccessRules &all, const std::vector<const AccessRule *> &rules, unsigned accesses,
                 const lyd_node *tree);
 
     Inherited at_top() const { return {&none_}; }
 
-    // What holds at the node. `merged` is where the rules are put when they are of several levels.
+    // What applies at the node. `merged` is scratch space for combining rules from several levels.
     Inherited at(const lyd_node *node, const Inherited &above, Positions &merged) const;
 
     bool permits(Access access, const lyd_node *node, const Inherited &here);

@@ -1,5 +1,5 @@
-// What may not be changed of a configuration. Both are walked side by side: libyang's own difference takes a
-// time that grows with the square of the entries, and also when nothing differs.
+// Finds changes that a user may not make. Walks both configurations side by side: libyang's own diff is
+// quadratic in the number of entries, even when nothing differs.
 #include <cstdlib>
 #include <memory>
 #include <unordered_set>
@@ -11,15 +11,15 @@ namespace {
 
 constexpr unsigned writes = bit(Access::create) | bit(Access::update) | bit(Access::remove);
 
-// Values by default are nobody's doing.
+// Nobody sets default values.
 bool is_set(const lyd_node *node) {
     return node != nullptr && (node->flags & LYD_DEFAULT) == 0;
 }
 
-// Of one node before and after; either may be NULL. Not of what is below it.
+// The change to one node, ignoring its descendants; either may be NULL.
 std::optional<Access> change_between(const lyd_node *before, const lyd_node *after) {
     const lysc_node *schema = (after != nullptr ? after : before)->schema;
-    // A container without presence is there or not as what it holds.
+    // A non-presence container exists only for its contents.
     if (lysc_is_np_cont(schema))
         return std::nullopt;
     if (!is_set(before))
@@ -32,14 +32,14 @@ std::optional<Access> change_between(const lyd_node *before, const lyd_node *aft
     return std::nullopt;
 }
 
-// The same node among the siblings of the other configuration, whatever it holds; NULL when it is not there.
+// The same node among the siblings in the other configuration, whatever its value; NULL when it is missing.
 const lyd_node *same_among(const lyd_node *siblings, const lyd_node *node) {
     lyd_node *same = nullptr;
     if (siblings == nullptr)
         return nullptr;
     const bool is_one_of_several =
         node->schema == nullptr || (node->schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
-    // By the node libyang finds a leaf of the same value only.
+    // Searching by node, libyang finds a leaf only if its value is the same.
     const LY_ERR status = is_one_of_several ? lyd_find_sibling_first(siblings, node, &same)
                                             : lyd_find_sibling_val(siblings, node->schema, nullptr, 0, &same);
     return status == LY_SUCCESS ? same : nullptr;
@@ -66,7 +66,7 @@ private:
         RulesOnTree::Inherited after;
     };
 
-    // Takes what is there only once as it comes, between the nodes that are there before and after.
+    // Visits nodes that exist on one side only in place, between those that exist on both.
     std::optional<DeniedWrite> siblings(const lyd_node *before, const lyd_node *after, const Inherited &above) {
         std::optional<DeniedWrite> denied;
         std::unordered_set<const lyd_node *> moved;
@@ -95,7 +95,7 @@ private:
         return denied;
     }
 
-    // Whether another one of a list whose order counts stands where this one stood.
+    // Whether another entry of a user-ordered list is in this one's former position.
     static bool is_moved(const lyd_node *now, const lyd_node *same) {
         return now != nullptr && now != same && now->schema == same->schema && lysc_is_userordered(now->schema);
     }
@@ -105,7 +105,7 @@ private:
         return denied_at(after_, now, after_.at(now, above.after, merged), Access::update);
     }
 
-    // One node with all below it; either may be NULL.
+    // Compares one node and its subtree; either may be NULL.
     std::optional<DeniedWrite> node(const lyd_node *before, const lyd_node *after, const Inherited &above) {
         RulesOnTree::Positions merged_before;
         RulesOnTree::Positions merged_after;

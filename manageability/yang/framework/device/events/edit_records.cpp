@@ -9,7 +9,7 @@ bool is_whole(const yang::EditNode &edit) {
     return yang::takes_away(edit.operation) || edit.operation == yang::Operation::replace;
 }
 
-// An entry or leaf that says something by being there, not by what is below it.
+// An entry or leaf whose existence is itself a value.
 bool stands_for_itself(const yang::EditNode &edit) {
     if (edit.operation == yang::Operation::none)
         return false;

@@ -1,4 +1,4 @@
-// What an edit is told of as.
+// Edits as reported in events.
 #ifndef YFW_DEVICE_EVENTS_EDIT_RECORDS_H
 #define YFW_DEVICE_EVENTS_EDIT_RECORDS_H
 
@@ -9,8 +9,8 @@
 
 namespace yfw::events {
 
-// What the edit touches: the leaves that it sets, and the topmost node of what is replaced or taken away as a
-// whole.
+// The nodes that the edit touches: the leaves it sets, and the topmost node of each subtree it replaces or
+// removes.
 std::vector<EditRecord> edit_records(const yang::EditNode &edit);
 
 } // namespace yfw::events

@@ -1,4 +1,4 @@
-// What happens to a device, in the words of no protocol.
+// Device events, independent of any protocol.
 #ifndef YFW_DEVICE_EVENTS_EVENTS_H
 #define YFW_DEVICE_EVENTS_EVENTS_H
 
@@ -12,13 +12,13 @@
 
 namespace yfw::events {
 
-// Who did something: a session of a user, or the server by itself.
+// The originator of an action: a user's session, or the server itself.
 struct Actor {
     uint32_t session = 0; // 0: the server
     std::string user;
 };
 
-// A node that a request edited: its instance path, the word for what was done, and the OpenConfig top container, which
+// A node edited by a request: its instance path, the operation's name, and the OpenConfig top container, which
 // the schemas own.
 struct EditRecord {
     std::string target;
@@ -26,19 +26,19 @@ struct EditRecord {
     const lysc_node *openconfig = nullptr;
 };
 
-// The running configuration has changed. Without edits: it is an earlier one again.
+// The running configuration has changed. Without edits: an earlier one was restored.
 struct ConfigurationChange {
     Actor actor;
     std::vector<EditRecord> edits;
 };
 
-// What became of a commit that has to be confirmed (RFC 6241 section 8.4).
+// The progress of a confirmed commit (RFC 6241 section 8.4).
 struct ConfirmedCommit {
     enum class What { start, cancel, timeout, extend, complete };
 
     Actor actor;
     What what = What::start;
-    std::optional<std::chrono::seconds> timeout; // of `start` and `extend`
+    std::optional<std::chrono::seconds> timeout; // with `start` and `extend`
 };
 
 } // namespace yfw::events

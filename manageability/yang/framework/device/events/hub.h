@@ -1,4 +1,4 @@
-// Events on their way from a device to its front ends.
+// Distributes a device's events to its front ends.
 #ifndef YFW_DEVICE_EVENTS_HUB_H
 #define YFW_DEVICE_EVENTS_HUB_H
 
@@ -9,8 +9,8 @@
 
 namespace yfw::events {
 
-// A front end that wants to be told. Called by the thread that causes the event; must not wait, nor cause
-// another one.
+// Implemented by front ends. Called on the thread that causes the event; must neither block nor cause another
+// event.
 class Observer {
 public:
     virtual ~Observer() = default;
@@ -18,10 +18,10 @@ public:
     virtual void changed(const ConfirmedCommit &commit) = 0;
 };
 
-// Safe for several threads: observers are told of events in one order.
+// Thread-safe: all observers see events in the same order.
 class Hub {
 public:
-    // Borrowed until it is taken out.
+    // Borrowed until removed.
     void add(Observer &observer);
     void remove(Observer &observer);
 

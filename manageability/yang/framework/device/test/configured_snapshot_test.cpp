@@ -1,4 +1,5 @@
-// What is read of a device with commits: its last one's configuration, whoever made it, and the source's state.
+// Reads of a device with commits: the configuration of the last commit, whoever made it, and the source's
+// state.
 #include <filesystem>
 #include <string>
 
@@ -15,7 +16,7 @@ const char *const native =
 <lldp xmlns="urn:tarvo:yang:Tarvo-QD-ethernet-lldp-oper"><global-lldp><lldp-info><chassis-id>1</chassis-id>
 </lldp-info></global-lldp></lldp>)";
 
-// The one who reads, and others who commit to the same store.
+// One reader, and others that commit to the same store.
 class ADeviceThatIsReadAgainAndAgain : public testing::Test {
 protected:
     ADeviceThatIsReadAgainAndAgain() { source_.xml = native; }

@@ -1,4 +1,4 @@
-// A commit through the engine: on the store and on the device it takes effect on, or on neither.
+// Commits take effect both in the store and on the device, or on neither.
 #include <csignal>
 #include <optional>
 #include <ostream>
@@ -35,7 +35,7 @@ void PrintTo(const StepCase &test, std::ostream *to) {
 
 class ACommitKilledAtAStep : public testing::TestWithParam<StepCase> {
 protected:
-    // What the device runs after the edits, and what it runs when nobody kills the last one.
+    // What the device runs after the edits, and after the last one if nobody kills it.
     std::string configuration() const {
         return EditedDevice(native, nullptr, directory.path()).configuration();
     }
@@ -47,7 +47,7 @@ protected:
         return device.configuration();
     }
 
-    // Runs in a process of its own.
+    // Runs in a child process.
     void edit_and_die(const std::string &edit) const {
         EditedDevice device(native, nullptr, directory.path());
         device.on_step([](commits::Step step) {
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(Of, ACommitKilledAtAStep,
 
 // --- the device that a configuration takes effect on ---
 
-// Notes what it runs, and refuses on demand.
+// Records the configuration it runs, and rejects edits on demand.
 class RecordedTarget final : public sources::NativeTarget {
 public:
     void check(const lyd_node *, const lyd_node *) override { refuse(refuses_check); }
@@ -104,7 +104,7 @@ public:
 
     bool refuses_check = false;
     bool refuses_apply = false;
-    std::string running; // empty as long as nothing was applied
+    std::string running; // empty until something is applied
 
 private:
     static void refuse(bool really) {

@@ -1,4 +1,4 @@
-// A device that a test edits, with a store and an engine of its own.
+// A device for tests to edit, with its own store and engine.
 #ifndef DEVICE_TEST_EDIT_DEVICE_H
 #define DEVICE_TEST_EDIT_DEVICE_H
 
@@ -18,18 +18,18 @@
 
 namespace yfw::device::test {
 
-// The plug-in is loaded anew for it where no other device is there.
+// Reloads the plug-in unless another device exists.
 class EditedDevice {
 public:
-    // Borrows the target, which may be NULL. Without `directory` the store stands in one of the device's own.
+    // Borrows the target, which may be NULL. Without `directory` the store is in a directory owned by the
+    // device.
     explicit EditedDevice(const std::string &native, sources::NativeTarget *target = nullptr,
                           const std::filesystem::path &directory = {});
 
-    // Commits an edit document, whose nodes are merged where they do not say otherwise. Nothing when it changed
-    // nothing. Throws Error.
+    // Commits an edit document; merge is the default operation. Nothing when it changed nothing. Throws Error.
     std::optional<commits::Commit> edit(const std::string &document);
 
-    // Maps an edit document and applies nothing. Throws Error.
+    // Maps an edit document without applying it. Throws Error.
     void map(const std::string &document);
 
     // The native difference that the edit would make.
@@ -40,7 +40,7 @@ public:
     // The running configuration, XML.
     std::string configuration();
 
-    // How many commits the store has; none without a store.
+    // The number of commits in the store; 0 without a store.
     size_t commits() const;
 
     void on_step(std::function<void(commits::Step)> observer) { editor_.on_step(std::move(observer)); }
@@ -60,7 +60,7 @@ testing::AssertionResult runs(EditedDevice &device, const std::string &configura
 std::string element(const std::string &name, const std::string &content);
 
 // An edit document with this content below /lldp, /lldp/config, or the configuration of interface eth1. The
-// prefixes "nc" and "types" stand for NETCONF's namespace and that of the OpenConfig identities.
+// prefixes "nc" and "types" are bound to the NETCONF namespace and that of the OpenConfig identities.
 std::string document(const std::string &content);
 std::string config(const std::string &leaf);
 std::string eth1(const std::string &leaf);

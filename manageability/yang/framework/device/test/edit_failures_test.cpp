@@ -1,4 +1,4 @@
-// Edits while an operation that the plug-in calls fails: the status, and the device as it was.
+// Edits while an operation that the plug-in calls fails: the status is reported and the device is unchanged.
 #include <algorithm>
 #include <optional>
 #include <ostream>
@@ -26,7 +26,7 @@ struct Scenario {
     std::string name;
     std::string native;
     std::string edit;
-    Strings adds; // in order; "~" first where the plug-in does not look at the status
+    Strings adds; // in order; a leading "~" where the plug-in ignores the status
 };
 
 void PrintTo(const Scenario &scenario, std::ostream *to) {
@@ -38,7 +38,8 @@ protected:
     void SetUp() override { interposer().reset(); }
     void TearDown() override { interposer().reset(); }
 
-    // Edits, and holds the device to what it was when that fails. The error's status; nothing without an error.
+    // Makes the edit and checks that a failed one leaves the device unchanged. Returns the error's status;
+    // nothing on success.
     static std::optional<uint32_t> edit_or_leave(EditedDevice &device, const std::string &text) {
         const std::string before = device.configuration();
         const size_t commits = device.commits();
@@ -101,7 +102,7 @@ std::vector<Scenario> scenarios() {
         {"EnabledFalse", lldp_on, config(element("enabled", "false")), {"/lldp"}},
         {"EnabledDeleted", lldp_on, config("<enabled" + deleted + "/>"), {"/lldp"}},
         {"TlvOn", lldp_on, config(tlv), {tlv_enter, "/lldp/tlv-select/system-name/disable"}},
-        // The status of the last add alone counts.
+        // Only the last add's status counts.
         {"TlvOff", lldp_off, config(tlv), {tlv_enter, "~/lldp/tlv-select/system-name/disable", "/lldp/enable"}},
         {"InterfaceTrueOn", lldp_on, eth1(element("enabled", "true")),
          on_eth1({active, enter, entry + "/lldp/enable", entry + "/lldp/transmit", entry + "/lldp/receive"})},
@@ -149,7 +150,7 @@ TEST_P(AnAddThatFails, FailsTheEditWithItsStatusAndChangesNothing) {
         interposer().fail(Call::add, static_cast<int>(i), injected);
         const std::optional<uint32_t> status = edit_or_leave(device, GetParam().edit);
         ASSERT_GT(interposer().calls(Call::add), static_cast<int>(i));
-        if (GetParam().adds[i].starts_with('~')) // then the host may still refuse what came out
+        if (GetParam().adds[i].starts_with('~')) // the host may still reject the outcome
             EXPECT_EQ(status.value_or(0), 0U);
         else
             EXPECT_EQ(status, injected);
@@ -225,7 +226,7 @@ INSTANTIATE_TEST_SUITE_P(Being, AnOperationThatFails,
 
 class AFailingSystemDatabase : public WithFailures, public testing::WithParamInterface<OperationCase> {
 protected:
-    // What becomes of the configuration when the edit is made on a device whose system database fails.
+    // The configuration after an edit on a device whose system database fails.
     static std::string after(const std::string &native, const std::string &text, Call call) {
         EditedDevice device(native);
         interposer().reset();
@@ -250,7 +251,7 @@ protected:
     }
 };
 
-// LLDP that nobody can ask about counts as off.
+// When LLDP's status cannot be queried, it counts as off.
 TEST_P(AFailingSystemDatabase, LetsAGlobalSettingSwitchLldpOn) {
     const std::string set = config(element("system-name", "x"));
     EXPECT_EQ(after(lldp_off, set, GetParam().call), after(lldp_off, set));
@@ -315,7 +316,7 @@ protected:
         try {
             device.edit(text);
         } catch (const Error &) {
-            // Refused is as good as without effect.
+            // A rejected edit is as good as one without effect.
         }
         EXPECT_GT(interposer().calls(GetParam().call), GetParam().nth);
         EXPECT_TRUE(runs(device, before));

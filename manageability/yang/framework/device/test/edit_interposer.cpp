@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-// The operations themselves, which this program has under other names.
+// The real operations, which this program renames.
 extern "C" {
 terrno host_add_path_flagged(yfw_map_ctx ctx, tidl_yfw_datatree *parent, const char *path, const char *ns,
                              const char *value, const tidl_yfw_datatree *source, tidl_yfw_datatree **slot,
@@ -49,14 +49,14 @@ Interposer &interposer() {
 
 namespace {
 
-// Fails when it is the call's turn; else hands the call on.
+// Fails if this call is due to fail; otherwise passes it on.
 template <class Operation, class... Arguments>
 terrno guarded(Call call, Operation operation, Arguments... arguments) {
     const terrno status = interposer().enter(call);
     return status != 0 ? status : operation(arguments...);
 }
 
-// The reads beside an edit are none of the interposer's business.
+// Reads during an edit are not intercepted.
 bool is_edit(yfw_map_ctx ctx) {
     const uint32_t kind = ctx->req_ctx->request->req_type;
     return kind != YMAP_REQ_GET && kind != YMAP_REQ_GET_CONFIG;
@@ -95,8 +95,8 @@ terrno yfw_map_check_oc_leafref(yfw_map_ctx ctx, const char *list_path, const ch
                            list_node);
 }
 
-// In place of the C library's, as the platform's own is, and reached like it before a sanitizer's runtime is
-// up: for other files than the library it calls nothing that a sanitizer watches.
+// Replaces the C library's function, as the platform does, and may be called before a sanitizer's runtime has
+// started: for files other than the library it calls nothing that is instrumented.
 #define YFW_UNSANITIZED __attribute__((no_sanitize("address", "undefined")))
 
 static YFW_UNSANITIZED bool is_the_library(const char *path) noexcept {
@@ -109,7 +109,7 @@ static YFW_UNSANITIZED bool is_the_library(const char *path) noexcept {
 }
 
 extern "C" YFW_UNSANITIZED int access(const char *path, int mode) noexcept {
-    const char *const volatile unchecked = path; // <unistd.h> declares it as never null
+    const char *const volatile unchecked = path; // <unistd.h> declares it nonnull
     const char *const checked = unchecked;
     if (checked == nullptr || !is_the_library(checked) || interposer().enter(Call::library) == 0)
         return host_access(checked, mode);

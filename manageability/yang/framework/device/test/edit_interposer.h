@@ -1,4 +1,4 @@
-// Stands between the plug-in and the operations that it calls, counts the calls, and makes one of them fail.
+// Intercepts the plug-in's calls to the host's operations, counts them, and makes a chosen one fail.
 #ifndef DEVICE_TEST_EDIT_INTERPOSER_H
 #define DEVICE_TEST_EDIT_INTERPOSER_H
 
@@ -10,12 +10,12 @@
 
 namespace yfw::device::test {
 
-// The first three within a walk of an edit only.
+// The first three count only within the walk of an edit.
 enum class Call {
     add,       // yfw_map_datatree_add_path_flagged
     list_node, // yfw_map_update_current_list_node
     leafref,   // yfw_map_check_oc_leafref
-    library,   // access, of the system database's library
+    library,   // access() to the system database's library
     bind,      // _sysdb_bind
     unbind,    // _sysdb_unbind
     item,      // sysdb_item_get
@@ -26,19 +26,19 @@ enum class Call {
 
 class Interposer {
 public:
-    // Every call goes through again, and nothing has been called.
+    // Lets every call through again and resets the counters.
     void reset();
 
-    // The nth call, counted from 0, fails with the status and is not handed on. -1: every call.
+    // The nth call, counted from 0, fails with the status and is not passed on. -1: every call.
     void fail(Call call, int nth, terrno status);
 
-    // How often it was called since the reset.
+    // The number of calls since the reset.
     int calls(Call call) const;
 
-    // The paths of an edit's adds since the reset, the failing one included.
+    // The paths that edits have added since the reset, including the failing one.
     std::vector<std::string> added;
 
-    // Counts a call. The status that it is to fail with, or 0.
+    // Counts a call. Returns the status to fail with, or 0.
     terrno enter(Call call);
 
 private:
@@ -48,7 +48,7 @@ private:
     terrno status_ = 0;
 };
 
-// The one that the operations of this program ask.
+// The instance that this program's operations consult.
 Interposer &interposer();
 
 } // namespace yfw::device::test

@@ -141,8 +141,8 @@ TEST_P(ValueThatIsNoText, IsLeftOutWithAWarningAndTheRestIsAnswered) {
 
 INSTANTIATE_TEST_SUITE_P(Bytes, ValueThatIsNoText,
                          testing::Values("\x01", "a\x1f", "\xc0\x80", "\xe0\x80\x80", "\xed\xa0\x80",
-                                         "\xef\xbf\xbf", "\xef\xb7\x90", "\xf4\x90\x80\x80", "\x80",
-                                         "\xe2\x82", "\xff"));
+                                         "\xef\xbf\xbf", "\xef\xb7\x90", "\xf4\x90\x80\x80", "\x80", "\xe2\x82",
+                                         "\xff"));
 
 } // namespace
 } // namespace yfw::host::test

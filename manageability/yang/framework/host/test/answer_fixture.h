@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(add_below(tree.root(), list_path, nullptr, nullptr, 1), YMAP_OK) << list_path;
     }
 
-    // The entry that a search finds or makes.
+    // The entry, found or created.
     tidl_yfw_datatree *entry(const std::string &list_path, const char *key_name, const std::string &key) {
         tidl_yfw_datatree *slot = nullptr;
         EXPECT_EQ(yfw_map_search_or_add_list(ctx(), tree.root(), &slot, list_path.c_str(), key.c_str(),
@@ -64,7 +64,7 @@ protected:
         return yfw_map_stitch_list_to_list(ctx(), record.get());
     }
 
-    // The answer to a request, as data; what had to be left out is in `warnings`.
+    // The answer to a request, as data; omissions are listed in `warnings`.
     yang::DataTree data(const Lines &paths = {"/lldp"}, Content content = Content::all) {
         warnings.clear();
         return make_answer(tree, selection(paths), content, warnings);
@@ -74,7 +74,7 @@ protected:
         return leaves(data(paths, content).get());
     }
 
-    // The one warning that there has to be.
+    // The single expected warning.
     std::string warning() const {
         EXPECT_EQ(warnings.size(), 1u);
         return warnings.empty() ? "" : warnings.front();

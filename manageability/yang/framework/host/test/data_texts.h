@@ -25,7 +25,7 @@ std::string text(const Selection &selection);
 // The same for native selections; what is selected whole has a "*".
 std::string text(const SelectedNode &selection);
 
-// The same for the plug-in's trees; keys are marked with "@", values stand in quotes.
+// The same for the plug-in's trees; keys are marked with "@", values are quoted.
 std::string text(const tidl_yfw_datatree &node);
 
 } // namespace yfw::host::test

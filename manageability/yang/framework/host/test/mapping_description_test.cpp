@@ -1,4 +1,4 @@
-// Descriptions of mappings, as they are read and as they are refused.
+// Which mapping descriptions are accepted, and which are rejected.
 #include "host/mapping_description.h"
 
 #include <ostream>
@@ -13,7 +13,7 @@ namespace {
 
 using yfw::test::TemporaryDirectory;
 
-// A description with nothing that may be left out; `more` stands before the closing brace.
+// A description with only the mandatory members; `more` goes before the closing brace.
 std::string smallest(const std::string &more = "") {
     return R"({"library": "libx.so", "registration-functions": ["reg"], "walker-prefix": "x_",
   "openconfig": {"modules": ["openconfig-x"], "top": "x"}, "native-modules": ["x-cfg"])" +
@@ -106,7 +106,7 @@ TEST(ADescriptionThatIsMissing, IsNamedWithThePlugInThatItIsOf) {
 struct Fault {
     const char *name;
     std::string text;
-    std::vector<const char *> told; // in the message
+    std::vector<const char *> told; // substrings of the message
 };
 
 std::ostream &operator<<(std::ostream &out, const Fault &fault) {

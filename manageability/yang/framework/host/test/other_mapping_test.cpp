@@ -1,5 +1,4 @@
-// The host runs whatever mapping its description describes: here one that has nothing to do with the shipped
-// one.
+// The host runs any mapping that its description describes: here one unrelated to the shipped one.
 #include <gtest/gtest.h>
 
 #include "base/error.h"

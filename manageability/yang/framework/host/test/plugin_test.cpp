@@ -8,7 +8,7 @@
 namespace yfw::host::test {
 namespace {
 
-// The shipped mapping with another library.
+// The shipped mapping, but with another library.
 MappingDescription mapping_of(const char *library) {
     MappingDescription mapping = read_mapping(OCLLDP_LIBRARY);
     mapping.library = library;

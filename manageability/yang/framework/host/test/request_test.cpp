@@ -91,7 +91,7 @@ std::ostream &operator<<(std::ostream &out, const Touches &touches) {
     return out << touches.path;
 }
 
-// Where the mapping looks for state.
+// The nodes where the mapping looks for state.
 std::vector<const lysc_node *> state_nodes() {
     return {path("/lldp/interfaces").back().node, path("/lldp/state").back().node};
 }
@@ -117,8 +117,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Touches{"/lldp/interfaces/interface/neighbors/neighbor/state/ttl", true}));
 
 TEST(RequestedState, IsSeenBesideConfiguration) {
-    EXPECT_TRUE(selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/state/enabled"}), state_nodes()));
-    EXPECT_FALSE(selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/config"}), state_nodes()));
+    EXPECT_TRUE(
+        selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/state/enabled"}), state_nodes()));
+    EXPECT_FALSE(
+        selects_state(selection({"/lldp/config", "/lldp/interfaces/interface/config"}), state_nodes()));
 }
 
 TEST(RequestedState, IsOfNoConcernOutsideTheNodesThatAreLookedAt) {

@@ -1,4 +1,4 @@
-// A device whose native data a test writes down.
+// A device whose native data is given by a test.
 #ifndef HOST_TEST_TEST_DEVICE_H
 #define HOST_TEST_TEST_DEVICE_H
 
@@ -18,7 +18,7 @@ namespace yfw::host::test {
 using yang::test::path;
 using yang::test::schemas;
 
-// Loaded when first asked for.
+// Loaded on first use.
 const AnswerSchema &answer_schema();
 
 ReadRequest request(const std::vector<std::string> &paths, Content content = Content::all);
@@ -30,7 +30,7 @@ Selection selection(const std::vector<std::string> &paths);
 enum class Order { kept, any };
 yang::DataTree native_data(const std::string &text, Order order = Order::kept);
 
-// A device whose native data stands in `xml`; it may change from read to read.
+// A device whose native data is in `xml`, which may change between reads.
 class TextSource final : public sources::NativeSource {
 public:
     yang::DataTree read(const ly_ctx *context) override;

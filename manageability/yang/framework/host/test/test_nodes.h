@@ -1,4 +1,4 @@
-// Trees of the contract's nodes, written down in a test.
+// Trees of the contract's nodes, built by a test.
 #ifndef HOST_TEST_TEST_NODES_H
 #define HOST_TEST_TEST_NODES_H
 
@@ -38,7 +38,7 @@ public:
 
     const tidl_yfw_datatree *root() const { return &root_; }
 
-    // The node that is reached by child numbers.
+    // The node reached by child indexes.
     tidl_yfw_datatree *at(std::initializer_list<uint32_t> numbers) {
         tidl_yfw_datatree *node = &root_;
         for (const uint32_t number : numbers)

@@ -1,4 +1,4 @@
-// What the documents of clients cost, and what stays of their words.
+// The cost of clients' documents, and the text they yield.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -47,7 +47,7 @@ TEST(ADocument, ThatIsRefusedNamesTheLine) {
 
 TEST(ADocument, MayNotHoldANulCharacterAnywhere) {
     for (const std::string &place : {std::string("\0<a/>", 5), std::string("<a>\0</a>", 8),
-                                    std::string("<a/>\0", 5), std::string("<a/>\0<b", 7)})
+                                     std::string("<a/>\0", 5), std::string("<a/>\0<b", 7)})
         EXPECT_THAT(why_refused(place), testing::HasSubstr("NUL"));
 }
 
@@ -60,7 +60,7 @@ TEST(ADocument, IsRefusedWithinItsLimits) {
     EXPECT_THAT(why_refused("<a x='>' y='>'/>", {.attributes = 1}), testing::HasSubstr("more than 1 attr"));
 }
 
-// Comparing each attribute with each other one would take hours.
+// Comparing every pair of attributes would take hours.
 TEST(ADocument, WithAMillionAttributesIsRefusedAtOnce) {
     std::string text = "<a";
     for (int i = 0; i < 1000000; i++)

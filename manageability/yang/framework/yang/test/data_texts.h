@@ -18,10 +18,10 @@ using Lines = std::vector<std::string>;
 // entries that hold nothing but keys stand without a value. Module names are left out of the paths.
 Lines leaves(const lyd_node *data);
 
-// Whether the lines are equal; when not, what one side has and the other has not, cut to what can be read.
+// Whether the lines are equal; on failure, reports what each side lacks, truncated to a readable length.
 testing::AssertionResult same(const Lines &found, const Lines &wanted);
 
-// What follows `prefix` in the lines that start with it.
+// The remainders of the lines that start with `prefix`.
 Lines below(const Lines &lines, std::string_view prefix);
 
 // The data as XML.

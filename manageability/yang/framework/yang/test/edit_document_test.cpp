@@ -1,4 +1,4 @@
-// What an edit document may be written like, in XML and in JSON.
+// The accepted forms of an edit document, in XML and JSON.
 #include <string>
 
 #include <gtest/gtest.h>

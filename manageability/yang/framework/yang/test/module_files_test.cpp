@@ -1,4 +1,4 @@
-// Where YANG modules are found, and what is said of one that is not.
+// Where YANG modules are found, and the error for one that is missing.
 #include <algorithm>
 #include <filesystem>
 #include <optional>
@@ -24,7 +24,7 @@ using yfw::test::read_file;
 using yfw::test::TemporaryDirectory;
 using yfw::test::write_file;
 
-// Copies of the shipped modules and of a package's, to take some away.
+// Copies of the shipped modules and of a package's, so that tests can remove some.
 class ModuleDirectories : public testing::Test {
 protected:
     ModuleDirectories() {
@@ -38,7 +38,7 @@ protected:
     const fs::path &own() const { return own_.path(); }
     const fs::path &packaged() const { return packaged_.path(); }
 
-    // With the modules that a server offers, and their imports.
+    // With the modules that a server offers and their imports.
     YangContext load() const {
         YangContext context = ModuleFiles::make_context();
         for (const char *name :
@@ -50,7 +50,7 @@ protected:
         return context;
     }
 
-    // What is said when they are loaded; nothing when all of them are.
+    // The error from loading them; nothing on success.
     std::optional<Error> error() const {
         try {
             load();
@@ -65,14 +65,14 @@ private:
     TemporaryDirectory packaged_;
 };
 
-// A module's text with another revision before those that it has.
+// A module's text with a newer revision statement added.
 std::string with_newer_revision(const fs::path &file) {
     return std::regex_replace(read_file(file), std::regex("revision (\"?[0-9]{4}-)"),
                               "revision 2099-01-01 { description \"New.\"; }\n  revision $1",
                               std::regex_constants::format_first_only);
 }
 
-// Of several the newest; empty when there is none.
+// The newest of several; empty when there is none.
 std::string revision_in(const ly_ctx *context, const std::string &name) {
     const lys_module *module = ly_ctx_get_module_latest(context, name.c_str());
     return module != nullptr && module->revision != nullptr ? module->revision : "";

@@ -9,10 +9,10 @@
 
 namespace yfw::yang::test {
 
-// Of the shipped mapping.
+// The shipped mapping's modules.
 const MappedModules &models();
 
-// Loaded when first asked for.
+// Loaded on first use.
 const Schemas &schemas();
 
 // A path into the OpenConfig model. Throws Error.

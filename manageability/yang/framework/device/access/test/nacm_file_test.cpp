@@ -1,4 +1,4 @@
-// Files of access rules: what is refused, and what is said of it.
+// Which files of access rules are rejected, and with what message.
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -34,8 +34,8 @@ std::optional<Error> error_of(const std::filesystem::path &file) {
 struct FileCase {
     const char *name;
     std::string content;
-    std::string place;   // after the file's name
-    std::string message; // a part of it
+    std::string place;   // after the file name
+    std::string message; // a substring
 };
 
 class AFile : public testing::TestWithParam<FileCase> {};

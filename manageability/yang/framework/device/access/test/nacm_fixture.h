@@ -1,4 +1,4 @@
-// Access rules of tests, and the data that they are about.
+// Access rules for tests, and the data they apply to.
 #ifndef YFW_DEVICE_ACCESS_TEST_NACM_FIXTURE_H
 #define YFW_DEVICE_ACCESS_TEST_NACM_FIXTURE_H
 
@@ -15,39 +15,39 @@ namespace yfw::access::test {
 std::string permit(const std::string &what, const std::string &accesses = "*");
 std::string deny(const std::string &what, const std::string &accesses = "*");
 
-// What a rule is about; the texts are joined.
+// The subject of a rule; concatenate these texts.
 std::string module(const std::string &name);
 std::string operation(const std::string &name);
 std::string notification(const std::string &name);
 std::string path(const std::string &name);
 
-// A rule list; without groups it has none.
+// A rule list; with no groups, it matches nobody.
 std::string rules_of(const std::vector<std::string> &groups, const std::string &rules);
 // A rule list for all groups.
 std::string all_groups(const std::string &rules);
 
-// A whole <nacm>.
+// A complete <nacm>.
 std::string document(const std::string &inside);
 
-// The document's rules, loaded from a file of this content. Rules may name nodes of openconfig-lldp,
-// ietf-netconf-monitoring and of the test's own modules.
+// Loads the document from a temporary file. Rules may name nodes of openconfig-lldp, ietf-netconf-monitoring
+// and the test's own modules.
 Nacm load(const std::string &inside);
 
-// Of a user in the groups "staff" and "wheel", which are external.
+// The rules for a user in the external groups "staff" and "wheel".
 UserRules rules_for_ann(const Nacm &nacm);
 
 // ---- data ------------------------------------------------------------------------------------------------
 
-// Has every module that rules may name.
+// Contains every module that rules may name.
 const ly_ctx *everything();
-// Has openconfig-lldp only.
+// Contains openconfig-lldp only.
 const ly_ctx *openconfig_only();
 
-// Without values by default; not validated. An empty text is no data.
+// Without default values; not validated. An empty text yields no data.
 yang::DataTree parse(const std::string &xml, const ly_ctx *context);
-// With all that a validation adds.
+// With everything that validation adds.
 yang::DataTree parse_valid(const std::string &xml, const ly_ctx *context);
-// In one line, empty containers as well.
+// On one line, including empty containers.
 std::string print(const yang::DataTree &data);
 
 std::string lldp(const std::string &inside);

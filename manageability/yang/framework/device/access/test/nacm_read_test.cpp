@@ -1,4 +1,4 @@
-// What rules leave of data that is read (RFC 8341 section 3.4.5).
+// Rules remove unreadable nodes from data (RFC 8341 section 3.4.5).
 #include <string>
 #include <string_view>
 #include <thread>
@@ -25,7 +25,7 @@ TEST_P(Data, IsReadAsTheRulesSay) {
     const Nacm nacm = load(GetParam().rules);
     yang::DataTree data = parse(GetParam().data, everything());
     rules_for_ann(nacm).remove_unreadable(data);
-    // Parsed, as libyang orders the tops.
+    // Parsed, because libyang reorders top-level nodes.
     EXPECT_EQ(print(data), print(parse(GetParam().left, everything())));
 }
 

@@ -1,4 +1,4 @@
-// Who is in which group, and what rules say of operations and notifications (RFC 8341 sections 3.4.4, 3.4.6).
+// Group membership, and rules for operations and notifications (RFC 8341 sections 3.4.4, 3.4.6).
 #include <string>
 #include <vector>
 
@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct GroupCase {
     const char *name;
-    std::string settings; // and groups
+    std::string settings; // including groups
     std::vector<std::string> list_groups;
     std::vector<std::string> external_groups;
     bool has_the_rules;

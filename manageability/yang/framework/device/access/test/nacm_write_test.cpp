@@ -1,4 +1,4 @@
-// What rules say of changes between two configurations (RFC 8341 section 3.4.5).
+// Rules on changes between two configurations (RFC 8341 section 3.4.5).
 #include <string>
 
 #include <gtest/gtest.h>
