@@ -89,7 +89,8 @@ XPathResult result_from(const std::string &bytes) {
     const size_t selected = head[1] * sizeof(uint32_t);
     if (bytes.size() != sizeof head + selected + head[2])
         return cut_off;
-    std::memcpy(result.selected.data(), bytes.data() + sizeof head, selected);
+    if (selected > 0)
+        std::memcpy(result.selected.data(), bytes.data() + sizeof head, selected);
     result.why = bytes.substr(sizeof head + selected);
     return result;
 }

@@ -27,7 +27,7 @@ struct ServerOptions {
     access::AccessGroups groups;
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
-    size_t threads = 8; // workers
+    size_t threads = 4; // workers
 };
 
 // Borrows everything it is given.
