@@ -1,14 +1,13 @@
 #include "netconf_client.h"
 
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <stdexcept>
 
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <sys/un.h>
-#include <unistd.h>
+
+#include "base/system_error.h"
+#include "base/unix_socket.h"
 
 namespace yfw::bench {
 namespace {
@@ -26,17 +25,14 @@ constexpr netconf::FrameLimits limits{4294967295, uint64_t{4} << 30};
 constexpr timeval patience{60, 0};
 
 [[noreturn]] void fail(const std::string &what) {
-    throw std::runtime_error(what + ": " + std::strerror(errno));
+    throw std::runtime_error(what + ": " + system_error_text());
 }
 
-int connected(const std::filesystem::path &path) {
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    if (socket < 0 || connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+Descriptor connected(const std::filesystem::path &path) {
+    Descriptor socket = connect_to_socket(path);
+    if (!socket.is_open())
         fail(path.string());
-    setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     return socket;
 }
 
@@ -49,14 +45,10 @@ NetconfClient::NetconfClient(const std::filesystem::path &socket)
     reader_.use(Framing::chunked);
 }
 
-NetconfClient::~NetconfClient() {
-    close(socket_);
-}
-
 void NetconfClient::send(Framing framing, const std::string &message) {
     const std::string bytes = netconf::frame(framing, message);
     for (size_t sent = 0; sent < bytes.size();) {
-        const ssize_t count = ::send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        const ssize_t count = ::send(socket_.get(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
         if (count < 0)
             fail("cannot send");
         sent += static_cast<size_t>(count);
@@ -65,7 +57,7 @@ void NetconfClient::send(Framing framing, const std::string &message) {
 
 bool NetconfClient::receive_more() {
     std::array<char, 65536> bytes;
-    const ssize_t count = recv(socket_, bytes.data(), bytes.size(), 0);
+    const ssize_t count = recv(socket_.get(), bytes.data(), bytes.size(), 0);
     if (count < 0)
         fail("no answer");
     reader_.feed({bytes.data(), static_cast<size_t>(count)});

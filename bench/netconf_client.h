@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "base/descriptor.h"
 #include "frontends/netconf/messages/framing.h"
 
 namespace yfw::bench {
@@ -14,9 +15,6 @@ class NetconfClient {
 public:
     // Connects and exchanges hellos.
     explicit NetconfClient(const std::filesystem::path &socket);
-    ~NetconfClient();
-    NetconfClient(const NetconfClient &) = delete;
-    NetconfClient &operator=(const NetconfClient &) = delete;
 
     // The whole <rpc-reply>; throws if it contains an error.
     std::string ask(const std::string &operation);
@@ -30,7 +28,7 @@ private:
     // False when the server has closed the connection.
     bool receive_more();
 
-    int socket_;
+    Descriptor socket_;
     netconf::FrameReader reader_;
 };
 

@@ -5,23 +5,11 @@
 #include <filesystem>
 #include <thread>
 
+#include "base/private_directory.h"
+#include "base/wakeup.h"
 #include "frontends/netconf/transport/netconf_server.h"
 
 namespace yfw::bench {
-
-// A private directory, removed with its contents on destruction.
-class Directory {
-public:
-    Directory();
-    ~Directory();
-    Directory(const Directory &) = delete;
-    Directory &operator=(const Directory &) = delete;
-
-    const std::filesystem::path &path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
 
 // Serves a source, with its own store, on a background thread while it lives. Only one may exist at a time: the
 // plug-in keeps state between its callbacks. Borrows the schemas and the source.
@@ -36,14 +24,14 @@ public:
     const std::filesystem::path &directory() const { return directory_.path(); }
 
 private:
-    Directory directory_;
+    PrivateDirectory directory_{"yfw-bench"};
     host::MappingDescription mapping_;
     device::ManagedDevice device_;
     device::Service service_;
     netconf::ProtocolModules modules_;
     netconf::EventStream events_;
     netconf::NetconfServer server_;
-    int stop_;
+    Wakeup stop_;
     std::thread thread_;
 };
 

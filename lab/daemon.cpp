@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <set>
@@ -15,8 +13,10 @@
 #include <fcntl.h>
 #include <sys/wait.h>
 
+#include "base/system_error.h"
 #include "lab/daemon_surroundings.h"
 #include "lab/network.h"
+#include "lab/programs.h"
 
 namespace yfw::lab {
 namespace {
@@ -56,7 +56,7 @@ void write_configuration(const std::filesystem::path &file, const std::string &t
 Descriptor open_log(const std::filesystem::path &file) {
     Descriptor log(::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
     if (!log.is_open())
-        throw std::runtime_error(file.string() + ": cannot be written: " + std::strerror(errno));
+        throw std::runtime_error(file.string() + ": cannot be written: " + system_error_text());
     return log;
 }
 
@@ -122,20 +122,17 @@ WaitingDaemon::WaitingDaemon(const Place &place, const Router &router,
     const std::string configuration = place.configuration(router.name).string();
     write_configuration(configuration, daemon_configuration(router, tx_interval));
     const Descriptor log = open_log(place.log(router.name));
-    std::array<int, 2> gate{};
-    if (::pipe2(gate.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error(std::string("no pipe can be made: ") + std::strerror(errno));
-    const Descriptor waiting_end(gate[0]);
-    gate_ = Descriptor(gate[1]);
+    Pipe gate;
+    gate_ = std::move(gate.write_end);
     DaemonStart start;
     // -d twice: run in the foreground and write nothing to the machine's own log.
-    start.arguments = {find_program("lldpd", "lldpd"),     "-d", "-d",         "-u",
-                       place.socket(router.name).string(), "-O", configuration};
+    start.arguments = {lldpd_program(), "-d", "-d", "-u", place.socket(router.name).string(), "-O",
+                       configuration};
     if (!interfaces.empty())
         start.arguments.insert(start.arguments.end(), {"-I", interface_pattern(interfaces)});
     start.network_namespace = namespace_file(place.namespace_of(router.name));
     start.directory = place.directory().string();
-    start.gate = waiting_end.get();
+    start.gate = gate.read_end.get();
     start.releasing_end = gate_.get();
     start.log = log.get();
     const auto process = identity_of(fork_daemon(start));
@@ -146,7 +143,7 @@ WaitingDaemon::WaitingDaemon(const Place &place, const Router &router,
 
 void WaitingDaemon::release() {
     if (::write(gate_.get(), "", 1) != 1)
-        throw std::runtime_error(std::string("a daemon cannot be released: ") + std::strerror(errno));
+        throw std::runtime_error("a daemon cannot be released: " + system_error_text());
     gate_.close();
 }
 

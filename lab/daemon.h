@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "base/descriptor.h"
-#include "base/process.h"
 #include "base/process_identity.h"
 #include "lab/lab_directory.h"
 #include "lab/topology_file.h"

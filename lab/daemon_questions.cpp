@@ -4,7 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "base/process.h"
+#include "base/run_program.h"
+#include "lab/programs.h"
 
 namespace yfw::lab {
 namespace {
@@ -22,8 +23,7 @@ json answer(const std::filesystem::path &socket, const std::vector<std::string> 
 
 std::string ask_daemon(const std::filesystem::path &socket, const std::vector<std::string> &words) {
     constexpr std::chrono::seconds limit{10};
-    std::vector<std::string> arguments{
-        find_program("lldpcli", "lldpd"), "-u", socket.string(), "-f", "json0", "show"};
+    std::vector<std::string> arguments{lldpcli_program(), "-u", socket.string(), "-f", "json0", "show"};
     arguments.insert(arguments.end(), words.begin(), words.end());
     Finished finished = run(arguments, -1, limit);
     if (finished.status != 0)

@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
-#include <stdexcept>
 
 #include <fcntl.h>
 #include <linux/close_range.h>
@@ -13,6 +11,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/process.h"
+#include "base/system_error.h"
+
 namespace yfw::lab {
 namespace {
 
@@ -20,7 +21,7 @@ constexpr int failed = 127;
 
 // By now, standard error is the daemon's log.
 [[noreturn]] void give_up(const char *what) {
-    std::fprintf(stderr, "%s: %s\n", what, std::strerror(errno));
+    std::fprintf(stderr, "%s: %s\n", what, system_error_text().c_str());
     std::fflush(stderr);
     ::_exit(failed);
 }
@@ -107,12 +108,7 @@ void enter_private_mounts(const DaemonStart &start) {
 } // namespace
 
 pid_t fork_daemon(const DaemonStart &start) {
-    const pid_t child = ::fork();
-    if (child < 0)
-        throw std::runtime_error(std::string("no process can be made: ") + std::strerror(errno));
-    if (child == 0)
-        become_daemon(start);
-    return child;
+    return Process::copy([&start]() -> int { become_daemon(start); }).release();
 }
 
 } // namespace yfw::lab

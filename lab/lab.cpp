@@ -6,16 +6,16 @@
 #include <utility>
 
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include "base/error.h"
-#include "base/process.h"
+#include "base/unix_socket.h"
 #include "lab/daemon.h"
 #include "lab/daemon_questions.h"
 #include "lab/interruption.h"
 #include "lab/lab_state.h"
 #include "lab/network.h"
+#include "lab/programs.h"
 #include "lab/removal.h"
 
 namespace yfw::lab {
@@ -46,11 +46,10 @@ void require_root() {
 }
 
 void check_sockets(const Place &place, const Topology &topology) {
-    constexpr size_t longest = sizeof(sockaddr_un{}.sun_path) - 1;
     for (const Router &router : topology.routers)
-        if (const fs::path socket = place.socket(router.name); socket.string().size() > longest)
+        if (const fs::path socket = place.socket(router.name); socket.string().size() > longest_socket_path)
             throw Error(ErrorTag::invalid_value, socket.string(),
-                        "expected a socket of " + std::to_string(longest) +
+                        "expected a socket of " + std::to_string(longest_socket_path) +
                             " bytes at the most: take a shorter directory");
 }
 
@@ -205,9 +204,9 @@ void remove_after_failure(const Place &place, LabDirectory &directory, const Pro
 
 void up(const Place &given, const Topology &topology, int tx_interval, const Progress &progress) {
     require_root();
-    find_program("lldpd", "lldpd");
-    find_program("lldpcli", "lldpd");
-    find_program("ip", "iproute2");
+    lldpd_program();
+    lldpcli_program();
+    ip_program();
     const Place place = checked(given);
     check_sockets(place, topology);
     if (place.base != Place().base)

@@ -1,7 +1,6 @@
 #include "lab/lab_directory.h"
 
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <thread>
 
@@ -10,6 +9,7 @@
 #include <sys/stat.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
 #include "lab/topology_file.h"
 
 namespace yfw::lab {
@@ -29,7 +29,7 @@ void make_directory(const fs::path &path) {
     if (::mkdir(path.c_str(), directory_mode) == 0)
         ::chmod(path.c_str(), directory_mode); // overrides the umask
     else if (errno != EEXIST)
-        refuse(path, std::string("cannot be made: ") + std::strerror(errno));
+        refuse(path, "cannot be made: " + system_error_text());
 }
 
 // Whether the path still leads to the open directory, which may have been removed and created again meanwhile.
@@ -46,7 +46,7 @@ void lock(const Descriptor &directory, const fs::path &path, std::chrono::millis
     const auto deadline = Clock::now() + patience;
     while (::flock(directory.get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR)
-            refuse(path, std::string("cannot be locked: ") + std::strerror(errno));
+            refuse(path, "cannot be locked: " + system_error_text());
         if (Clock::now() >= deadline)
             refuse(path, "another command works on this laboratory; try again when it has ended");
         std::this_thread::sleep_for(pause);
@@ -86,7 +86,7 @@ std::optional<LabDirectory> LabDirectory::open(const Place &place, std::chrono::
     if (!directory.is_open() && errno == ENOENT)
         return std::nullopt;
     if (!directory.is_open())
-        refuse(path, std::string("is no directory of a laboratory: ") + std::strerror(errno));
+        refuse(path, "is no directory of a laboratory: " + system_error_text());
     check_owner(place);
     lab::lock(directory, path, patience);
     if (!is_at(directory, path))

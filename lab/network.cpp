@@ -5,12 +5,12 @@
 
 #include <sys/stat.h>
 
-#include "base/process.h"
+#include "base/run_program.h"
+#include "lab/programs.h"
 
 namespace yfw::lab {
 
-Network::Network(Place place, int lock)
-    : place_(std::move(place)), lock_(lock), program_(find_program("ip", "iproute2")) {}
+Network::Network(Place place, int lock) : place_(std::move(place)), lock_(lock), program_(ip_program()) {}
 
 void Network::ip(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), program_);

@@ -13,9 +13,10 @@
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <sys/un.h>
 #include <unistd.h>
 
+#include "base/system_error.h"
+#include "base/unix_socket.h"
 #include "support/answers.h"
 
 namespace yfw::test {
@@ -132,40 +133,23 @@ Xml parse_xml(const std::string &text) {
     return element_of(tree);
 }
 
-Connection::Connection(const std::filesystem::path &path, const std::string &user)
-    : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    int error = 0;
-    try {
-        const AsUser as_user(user); // the kernel remembers who connects
-        if (connect(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
-            error = errno;
-    } catch (...) {
-        close(socket_);
-        throw;
-    }
-    if (error == 0)
-        return;
-    close(socket_);
-    throw std::runtime_error("nobody listens on " + path.string() + ": " + std::strerror(error));
-}
-
-Connection::~Connection() {
-    close(socket_);
+Connection::Connection(const std::filesystem::path &path, const std::string &user) {
+    const AsUser as_user(user); // the kernel remembers who connects
+    socket_ = connect_to_socket(path);
+    if (!socket_.is_open())
+        throw std::runtime_error("nobody listens on " + path.string() + ": " + system_error_text());
 }
 
 bool Connection::send(std::string_view bytes, std::chrono::milliseconds limit) {
     auto deadline = Clock::now() + limit;
     while (!bytes.empty()) {
-        const ssize_t count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        const ssize_t count = ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count > 0) {
             bytes.remove_prefix(static_cast<size_t>(count));
             deadline = Clock::now() + limit;
             continue;
         }
-        pollfd writable{socket_, POLLOUT, 0};
+        pollfd writable{socket_.get(), POLLOUT, 0};
         if (errno != EAGAIN || poll(&writable, 1, rest_of(deadline)) <= 0)
             return false;
     }
@@ -174,10 +158,10 @@ bool Connection::send(std::string_view bytes, std::chrono::milliseconds limit) {
 
 bool Connection::receive_more(Clock::time_point deadline) {
     std::array<char, 65536> bytes{};
-    pollfd readable{socket_, POLLIN, 0};
+    pollfd readable{socket_.get(), POLLIN, 0};
     if (poll(&readable, 1, rest_of(deadline)) <= 0)
         return false;
-    const ssize_t count = read(socket_, bytes.data(), bytes.size());
+    const ssize_t count = read(socket_.get(), bytes.data(), bytes.size());
     ended_ = count <= 0;
     if (!ended_)
         buffer_.append(bytes.data(), static_cast<size_t>(count));
@@ -218,13 +202,13 @@ bool Connection::has_more(std::chrono::milliseconds limit) {
 }
 
 void Connection::finish_sending() const {
-    shutdown(socket_, SHUT_WR);
+    shutdown(socket_.get(), SHUT_WR);
 }
 
 pid_t Connection::server() const {
     ucred peer{};
     socklen_t size = sizeof peer;
-    getsockopt(socket_, SOL_SOCKET, SO_PEERCRED, &peer, &size);
+    getsockopt(socket_.get(), SOL_SOCKET, SO_PEERCRED, &peer, &size);
     return peer.pid;
 }
 

@@ -12,6 +12,8 @@
 
 #include <sys/types.h>
 
+#include "base/descriptor.h"
+
 namespace yfw::test {
 
 inline const std::string base_namespace = "urn:ietf:params:xml:ns:netconf:base:1.0";
@@ -49,9 +51,6 @@ public:
     /// `user`: the local user that the other end sees, which only root can choose; empty for the test's own.
     /// Throws std::runtime_error when nobody listens, and when there is no such user.
     explicit Connection(const std::filesystem::path &socket, const std::string &user = "");
-    ~Connection();
-    Connection(const Connection &) = delete;
-    Connection &operator=(const Connection &) = delete;
 
     /// Sends all; false when the other end has closed, or takes nothing more for a while.
     bool send(std::string_view bytes, std::chrono::milliseconds limit = patience);
@@ -71,7 +70,7 @@ private:
     // False at the end of the stream, and when nothing came in time.
     bool receive_more(std::chrono::steady_clock::time_point deadline);
 
-    int socket_;
+    Descriptor socket_;
     bool ended_ = false;
     std::string buffer_;
 };

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/process.h"
+#include "base/run_program.h"
 #include "netconf_server.h"
 #include "support/files.h"
 #include "support/running_yfw.h"
@@ -35,7 +35,7 @@ bool is_required() {
 // Where a program is; nothing when it is not installed.
 std::optional<std::string> program(const std::string &name) {
     try {
-        return find_program(name, name);
+        return find_program(name, name, "the test");
     } catch (const std::exception &) {
         return std::nullopt;
     }

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/process.h"
+#include "base/run_program.h"
 #include "netconf_server.h"
 #include "support/eventually.h"
 #include "support/files.h"
@@ -171,7 +171,7 @@ TEST_F(NetconfMonitoring, GivesModulesThatYanglintParsesWithOneAnother) {
              state_values(tree, "schemas/schema[identifier='" + name + "']/version"))
             modules.add(name + "@" + version + ".yang", reply.child("data")->text);
     }
-    std::vector<std::string> words{find_program("yanglint", "libyang2-tools"), "-D", "-p",
+    std::vector<std::string> words{find_program("yanglint", "libyang2-tools", "the test"), "-D", "-p",
                                    modules.path().string()};
     for (const std::string &module : advertised_modules(client))
         words.push_back((modules.path() / (module + ".yang")).string());

@@ -1,17 +1,15 @@
 #include "served_device.h"
 
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
 #include <thread>
 #include <vector>
 
-#include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "base/wakeup.h"
 #include "device/service.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/netconf/server_data/protocol_modules.h"
@@ -92,16 +90,12 @@ struct ServedDevice::Parts {
                   store_of(device), models->mapping),
           service(managed, rules_of(*models, options)) {
         server.emplace(server_options(socket, options), service, models->protocol, events);
-        stop = eventfd(0, EFD_CLOEXEC);
-        if (stop < 0)
-            throw std::system_error(errno, std::generic_category(), "eventfd");
-        thread = std::thread([this] { server->run(stop); });
+        thread = std::thread([this] { server->run(stop.descriptor()); });
     }
 
     ~Parts() {
-        eventfd_write(stop, 1);
+        stop.wake();
         thread.join();
-        close(stop);
         server.reset();
         service.end();
     }
@@ -111,7 +105,7 @@ struct ServedDevice::Parts {
     device::Service service;
     netconf::EventStream events;
     std::optional<netconf::NetconfServer> server;
-    int stop = -1;
+    Wakeup stop;
     std::thread thread;
 };
 

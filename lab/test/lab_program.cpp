@@ -1,13 +1,12 @@
 #include "lab/test/lab_program.h"
 
-#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <stdexcept>
 
-#include <fcntl.h>
 #include <poll.h>
 
+#include "lab/programs.h"
 #include "support/lab.h"
 
 namespace yfw::lab::test {
@@ -51,26 +50,16 @@ const char *const two_routers = R"({
   "links": [["a:eth1", "b:eth7"]]})";
 
 RunningProgram::RunningProgram(const std::vector<std::string> &arguments) {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe");
-    stream_ = Descriptor(ends[0]);
-    const Descriptor writing(ends[1]);
-    yfw::test::FileActions actions;
-    actions.open(STDOUT_FILENO, "/dev/null", O_WRONLY);
-    actions.duplicate(writing.get(), STDERR_FILENO);
-    process_.emplace(arguments, actions);
+    Pipe errors;
+    Program program = yfw::test::program_under_test(arguments);
+    program.errors = errors.write_end.get();
+    process_ = Process(program);
+    stream_ = std::move(errors.read_end);
 }
 
 bool RunningProgram::read_more(std::chrono::milliseconds limit) {
     pollfd open{stream_.get(), POLLIN, 0};
-    if (poll(&open, 1, static_cast<int>(limit.count())) <= 0)
-        return false;
-    std::array<char, 4096> buffer;
-    const ssize_t count = read(stream_.get(), buffer.data(), buffer.size());
-    if (count > 0)
-        errors_.append(buffer.data(), static_cast<size_t>(count));
-    return count > 0;
+    return poll(&open, 1, static_cast<int>(limit.count())) > 0 && append_from(stream_.get(), errors_);
 }
 
 bool RunningProgram::says_lines(size_t count) {
@@ -85,9 +74,9 @@ int RunningProgram::wait() {
     eventually([&] {
         while (read_more(std::chrono::milliseconds(0))) {
         }
-        return !process_->runs();
+        return !process_.runs();
     });
-    const int status = process_->kill();
+    const int status = process_.kill();
     while (read_more(std::chrono::milliseconds(0))) { // its last output
     }
     return status;
@@ -126,8 +115,8 @@ nlohmann::json LabTest::status() const {
 }
 
 std::vector<nlohmann::json> LabTest::neighbors(const std::string &router, const std::string &interface) const {
-    const Finished said = run({find_program("lldpcli", "lldpd"), "-u", place_.socket(router).string(), "-f",
-                               "json0", "show", "neighbors"});
+    const Finished said =
+        run({lldpcli_program(), "-u", place_.socket(router).string(), "-f", "json0", "show", "neighbors"});
     const nlohmann::json parsed = nlohmann::json::parse(said.output, nullptr, false);
     const nlohmann::json::json_pointer list("/lldp/0/interface");
     std::vector<nlohmann::json> result;

@@ -13,11 +13,11 @@
 
 #include "base/descriptor.h"
 #include "base/process.h"
+#include "base/run_program.h"
 #include "lab/lab_directory.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
 #include "support/files.h"
-#include "support/program_process.h"
 
 namespace yfw::lab::test {
 
@@ -35,7 +35,7 @@ public:
     // Waits for this many lines on standard error; returns false if the program ends, or half a minute passes,
     // first.
     bool says_lines(size_t count);
-    void signal(int number) const { process_->signal(number); }
+    void signal(int number) const { process_.signal(number); }
     // The exit status, or 128 + the signal that ended it. Kills the program after half a minute.
     int wait();
     const std::string &errors() const { return errors_; }
@@ -44,7 +44,7 @@ private:
     bool read_more(std::chrono::milliseconds limit);
 
     Descriptor stream_;
-    std::optional<yfw::test::ProgramProcess> process_;
+    Process process_;
     std::string errors_;
 };
 

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "base/error.h"
+#include "lab/programs.h"
 #include "lab/test/lab_program.h"
 
 namespace yfw::lab::test {
@@ -27,7 +28,7 @@ protected:
         output_ = outcome.output;
     }
     std::string ip_netns(const std::string &command, const std::string &name) const {
-        return run({find_program("ip", "iproute2"), "netns", command, name}).errors;
+        return run({ip_program(), "netns", command, name}).errors;
     }
 
     std::string output_;
@@ -138,22 +139,14 @@ TEST_F(ALaboratory, leaves_a_namespace_that_is_not_its_own) {
 
 TEST_F(ALaboratory, leaves_a_process_of_somebody_else_in_its_namespaces) {
     make();
-    const auto inside = [&] {
-        return run({find_program("ip", "iproute2"), "netns", "pids", place().name + "-a"}).output;
-    };
+    const auto inside = [&] { return run({ip_program(), "netns", "pids", place().name + "-a"}).output; };
     const std::string daemons = inside();
-    const pid_t guest = fork();
-    if (guest == 0) {
-        execl(find_program("ip", "iproute2").c_str(), "ip", "netns", "exec", (place().name + "-a").c_str(),
-              "/bin/sleep", "600", nullptr);
-        _exit(127);
-    }
-    EXPECT_TRUE(eventually([&] { return inside().find(std::to_string(guest)) != std::string::npos; }));
+    Process guest(
+        Program{.arguments = {ip_program(), "netns", "exec", place().name + "-a", "/bin/sleep", "600"}});
+    EXPECT_TRUE(eventually([&] { return inside().find(std::to_string(guest.number())) != std::string::npos; }));
     EXPECT_EQ(lab("down").status, 0);
-    EXPECT_EQ(waitpid(guest, nullptr, WNOHANG), 0) << "the guest was ended";
+    EXPECT_TRUE(guest.runs()) << "the guest was ended";
     EXPECT_THAT(left_over(), IsEmpty());
-    kill(guest, SIGKILL);
-    waitpid(guest, nullptr, 0);
 }
 
 TEST_F(ALaboratory, leaves_the_machines_own_run_alone) {

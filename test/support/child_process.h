@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/process.h"
+
 namespace yfw::test {
 
 struct Invocation {
@@ -20,8 +22,11 @@ struct Outcome {
     std::string errors;
 };
 
+/// The program with these arguments, for tests that look at it while it runs.
+Program program_under_test(const std::vector<std::string> &arguments);
+
 /// Runs the program to its end. One that takes longer than two minutes is killed.
-/// Throws std::runtime_error when it was, and std::system_error when it could not be started.
+/// Throws std::runtime_error when it was, and when it could not be started.
 Outcome run_yfw(const Invocation &invocation);
 
 } // namespace yfw::test

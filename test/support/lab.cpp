@@ -6,14 +6,14 @@
 #include <sstream>
 #include <stdexcept>
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "base/process.h"
+#include "base/run_program.h"
 #include "lab/daemon.h"
 #include "lab/daemon_questions.h"
+#include "lab/programs.h"
 #include "support/eventually.h"
 
 namespace yfw::test {
@@ -24,13 +24,13 @@ namespace fs = std::filesystem;
 // Of the names of these laboratories, before the number of the test's process.
 constexpr const char *own_prefix = "yl";
 
-std::string run_program(const std::string &name, const std::string &package,
-                        const std::vector<std::string> &arguments) {
-    std::vector<std::string> words{find_program(name, package)};
+// The program's path first.
+std::string run_program(const std::string &program, const std::vector<std::string> &arguments) {
+    std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     const Finished finished = yfw::run(words);
     if (finished.status != 0)
-        throw std::runtime_error(name + ": " + finished.reason());
+        throw std::runtime_error(program + ": " + finished.reason());
     return finished.output;
 }
 
@@ -40,9 +40,9 @@ std::string lab_obstacle() {
     if (geteuid() != 0)
         return "a laboratory needs root";
     try {
-        find_program("lldpd", "lldpd");
-        find_program("lldpcli", "lldpd");
-        find_program("ip", "iproute2");
+        lab::lldpd_program();
+        lab::lldpcli_program();
+        lab::ip_program();
     } catch (const std::exception &error) {
         return error.what();
     }
@@ -104,7 +104,7 @@ Outcome Laboratory::run(const std::string &command, const std::vector<std::strin
 nlohmann::json Laboratory::ask(const std::string &router, const std::vector<std::string> &words) const {
     std::vector<std::string> arguments{"-u", socket(router), "-f", "json0", "show"};
     arguments.insert(arguments.end(), words.begin(), words.end());
-    return nlohmann::json::parse(run_program("lldpcli", "lldpd", arguments));
+    return nlohmann::json::parse(run_program(lab::lldpcli_program(), arguments));
 }
 
 std::vector<nlohmann::json> Laboratory::neighbors(const std::string &router,
@@ -130,17 +130,17 @@ std::vector<std::string> Laboratory::names_heard(const std::string &router,
 void Laboratory::configure(const std::string &router, const std::vector<std::string> &words) const {
     std::vector<std::string> arguments{"-u", socket(router), "configure"};
     arguments.insert(arguments.end(), words.begin(), words.end());
-    run_program("lldpcli", "lldpd", arguments);
+    run_program(lab::lldpcli_program(), arguments);
 }
 
 void Laboratory::ip(const std::string &router, const std::vector<std::string> &words) const {
     std::vector<std::string> arguments{"-n", place_.namespace_of(router)};
     arguments.insert(arguments.end(), words.begin(), words.end());
-    run_program("ip", "iproute2", arguments);
+    run_program(lab::ip_program(), arguments);
 }
 
 std::vector<pid_t> Laboratory::processes(const std::string &router) const {
-    std::istringstream numbers(run_program("ip", "iproute2", {"netns", "pids", place_.namespace_of(router)}));
+    std::istringstream numbers(run_program(lab::ip_program(), {"netns", "pids", place_.namespace_of(router)}));
     std::vector<pid_t> found;
     for (pid_t number = 0; numbers >> number;)
         found.push_back(number);

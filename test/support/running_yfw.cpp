@@ -3,18 +3,19 @@
 #include <algorithm>
 
 #include <fcntl.h>
-#include <unistd.h>
 
+#include "support/child_process.h"
 #include "support/eventually.h"
 
 namespace yfw::test {
 
 RunningYfw::RunningYfw(const std::vector<std::string> &arguments) {
-    FileActions actions;
-    actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-    actions.open(STDOUT_FILENO, files_.add("output", ""), O_WRONLY);
-    actions.open(STDERR_FILENO, files_.add("errors", ""), O_WRONLY);
-    process_.emplace(arguments, actions);
+    const Descriptor printed(::open(files_.add("output", "").c_str(), O_WRONLY | O_CLOEXEC));
+    const Descriptor complained(::open(files_.add("errors", "").c_str(), O_WRONLY | O_CLOEXEC));
+    Program program = program_under_test(arguments);
+    program.output = printed.get();
+    program.errors = complained.get();
+    process_ = Process(program);
 }
 
 std::optional<std::string> RunningYfw::line_with(const std::vector<std::string> &words,

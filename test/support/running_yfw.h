@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/process.h"
 #include "support/files.h"
-#include "support/program_process.h"
 
 namespace yfw::test {
 
@@ -23,16 +23,16 @@ public:
     /// What it printed so far.
     std::string output();
     std::string errors();
-    void signal(int number) const { process_->signal(number); }
-    bool runs() { return process_->runs(); }
+    void signal(int number) const { process_.signal(number); }
+    bool runs() { return process_.runs(); }
     /// The exit status, 128 + the signal that ended it; nothing when it still runs after the time.
     std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(10)) {
-        return process_->wait(limit);
+        return process_.wait(limit);
     }
 
 private:
     TemporaryDirectory files_; // its standard output and error
-    std::optional<ProgramProcess> process_;
+    Process process_;
     size_t seen_ = 0; // bytes of the output up to the end of the line found last
 };
 

@@ -1,7 +1,5 @@
 #include "frontends/cli/commands/edit_command.h"
 
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -9,6 +7,7 @@
 #include <sstream>
 
 #include "base/error.h"
+#include "base/system_error.h"
 #include "frontends/cli/commands/edit_script.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
@@ -54,7 +53,7 @@ std::string read_file(const std::string &file) {
     }
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        throw Error(ErrorTag::invalid_value, file, std::string("cannot be read: ") + std::strerror(errno));
+        throw Error(ErrorTag::invalid_value, file, "cannot be read: " + system_error_text());
     text << stream.rdbuf();
     return text.str();
 }

@@ -1,12 +1,11 @@
 #include "frontends/cli/commands/topology_command.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
 
+#include "base/system_error.h"
 #include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/pictures/graphviz.h"
@@ -52,7 +51,7 @@ pictures::Report read_device(const std::filesystem::path &directory, DeviceOptio
 
 void print(const std::string &text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw std::runtime_error(std::string("standard output: cannot be written: ") + std::strerror(errno));
+        throw std::runtime_error("standard output: cannot be written: " + system_error_text());
 }
 
 std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {

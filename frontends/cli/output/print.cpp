@@ -1,11 +1,9 @@
 #include "frontends/cli/output/print.h"
 
-#include <cerrno>
-#include <cstring>
-
 #include <stdio_ext.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
 
 namespace yfw::cli {
 namespace {
@@ -44,8 +42,7 @@ void print_data(std::FILE *to, const yang::Schemas &schemas, const lyd_node *dat
     else
         print_tree(to, schemas, data, format == Format::json ? LYD_JSON : LYD_XML, 0);
     if (std::fflush(to) != 0 || std::ferror(to) != 0)
-        throw Error(ErrorTag::operation_failed, "standard output",
-                    std::string("cannot be written: ") + std::strerror(errno));
+        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written: " + system_error_text());
 }
 
 } // namespace yfw::cli

@@ -1,29 +1,29 @@
 #include "frontends/cli/serving/ssh_tryout.h"
 
-#include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <thread>
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "base/descriptor.h"
 #include "base/error.h"
-#include "base/process.h"
+#include "base/run_program.h"
+#include "base/system_error.h"
 #include "frontends/cli/options/current_user.h"
 
 namespace yfw::cli {
 namespace {
+
+constexpr const char *needed_by = "serving over SSH";
+
+// How long the daemon may take to start, and to end.
+constexpr std::chrono::seconds patience{10};
 
 sockaddr_in loopback(uint16_t port) {
     sockaddr_in address{};
@@ -39,8 +39,7 @@ uint16_t free_port() {
     socklen_t length = sizeof address;
     if (bind(probe.get(), reinterpret_cast<sockaddr *>(&address), length) != 0 ||
         getsockname(probe.get(), reinterpret_cast<sockaddr *>(&address), &length) != 0)
-        throw Error(ErrorTag::resource_denied, "127.0.0.1",
-                    std::string("no free port: ") + std::strerror(errno));
+        throw Error(ErrorTag::resource_denied, "127.0.0.1", "no free port: " + system_error_text());
     return ntohs(address.sin_port);
 }
 
@@ -53,20 +52,17 @@ bool is_answered(uint16_t port) {
 } // namespace
 
 SshTryout::SshTryout(uint16_t port)
-    : sshd_(find_program("sshd", "openssh-server")), port_(port != 0 ? port : free_port()) {
+    : sshd_(find_program("sshd", "openssh-server", needed_by)), port_(port != 0 ? port : free_port()) {
     make_keys();
     write_configuration();
 }
 
 SshTryout::~SshTryout() {
-    if (daemon_ > 0) {
-        kill(daemon_, SIGTERM);
-        waitpid(daemon_, nullptr, 0);
-    }
+    daemon_.end(patience);
 }
 
 void SshTryout::make_keys() const {
-    const std::string keygen = find_program("ssh-keygen", "openssh-client");
+    const std::string keygen = find_program("ssh-keygen", "openssh-client", needed_by);
     for (const auto &[file, type] :
          {std::pair("host_ed25519", "ed25519"), {"host_ecdsa", "ecdsa"}, {"id", "ed25519"}}) {
         const Finished made =
@@ -96,30 +92,18 @@ void SshTryout::write_configuration() const {
 }
 
 void SshTryout::start() {
-    const pid_t parent = getpid();
-    daemon_ = fork();
-    if (daemon_ < 0)
-        throw Error(ErrorTag::resource_denied, "sshd", std::strerror(errno));
-    if (daemon_ == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGTERM); // even if the server crashes
-        if (getppid() != parent)
-            _exit(127);
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
-        const std::string log = (files_.path() / "sshd.log").string();
-        const std::string config = (files_.path() / "sshd_config").string();
-        execl(sshd_.c_str(), sshd_.c_str(), "-D", "-f", config.c_str(), "-E", log.c_str(), nullptr);
-        _exit(127);
-    }
+    const std::string log = (files_.path() / "sshd.log").string();
+    const std::string config = (files_.path() / "sshd_config").string();
+    daemon_ = Process(Program{.arguments = {sshd_, "-D", "-f", config, "-E", log},
+                              .errors = STDERR_FILENO,
+                              .ends_with_parent = true}); // even if the server crashes
     wait_until_it_listens();
 }
 
-void SshTryout::wait_until_it_listens() const {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+void SshTryout::wait_until_it_listens() {
+    const auto end = std::chrono::steady_clock::now() + patience;
     while (!is_answered(port_)) {
-        int status = 0;
-        if (waitpid(daemon_, &status, WNOHANG) == daemon_ || std::chrono::steady_clock::now() > end) {
+        if (!daemon_.runs() || std::chrono::steady_clock::now() > end) {
             std::ifstream log(files_.path() / "sshd.log");
             std::string reason;
             std::getline(log, reason);

@@ -5,9 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include <sys/types.h>
-
 #include "base/private_directory.h"
+#include "base/process.h"
 
 namespace yfw::cli {
 
@@ -33,12 +32,12 @@ public:
 private:
     void make_keys() const;
     void write_configuration() const;
-    void wait_until_it_listens() const;
+    void wait_until_it_listens();
 
     PrivateDirectory files_{"yfw-serve"};
     std::string sshd_;
     uint16_t port_;
-    pid_t daemon_ = -1;
+    Process daemon_;
 };
 
 } // namespace yfw::cli

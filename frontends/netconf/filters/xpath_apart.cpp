@@ -1,18 +1,16 @@
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstring>
 #include <semaphore>
-#include <system_error>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/descriptor.h"
+#include "base/process.h"
 #include "frontends/netconf/filters/xpath_evaluation.h"
 
 namespace yfw::netconf {
@@ -23,60 +21,25 @@ constexpr rlim_t most_processor_seconds = 2;
 // How long to wait for the child; generous, since the machine may be busy.
 constexpr int most_milliseconds = 30000;
 
-// Owns one end of a pipe.
-class End {
-public:
-    explicit End(int descriptor) : descriptor_(descriptor) {}
-    ~End() { close_now(); }
-    End(const End &) = delete;
-    End &operator=(const End &) = delete;
-
-    int get() const { return descriptor_; }
-    void close_now() {
-        if (descriptor_ >= 0)
-            close(descriptor_);
-        descriptor_ = -1;
-    }
-
-private:
-    int descriptor_;
-};
-
-bool write_all(int to, const void *what, size_t size) {
-    const char *at = static_cast<const char *>(what);
-    while (size > 0) {
-        const ssize_t written = write(to, at, size);
-        if (written < 0)
-            return false;
-        at += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
 bool write_result(int to, const XPathResult &result) {
     const std::array<uint32_t, 3> head{static_cast<uint32_t>(result.status),
                                        static_cast<uint32_t>(result.selected.size()),
                                        static_cast<uint32_t>(result.why.size())};
-    return write_all(to, head.data(), sizeof head) &&
-           write_all(to, result.selected.data(), result.selected.size() * sizeof result.selected[0]) &&
-           write_all(to, result.why.data(), result.why.size());
+    const auto bytes_of = [](const auto &numbers) {
+        return std::string_view(reinterpret_cast<const char *>(numbers.data()),
+                                numbers.size() * sizeof numbers[0]);
+    };
+    return write_all(to, bytes_of(head)) && write_all(to, bytes_of(result.selected)) &&
+           write_all(to, result.why);
 }
 
-// Nothing when the child ended before writing its whole result.
+// Incomplete when the child takes too long, or ends before it has written its whole result.
 std::string read_until_closed(int from) {
     std::string bytes;
-    std::array<char, 65536> part{};
     pollfd ready{from, POLLIN, 0};
-    while (poll(&ready, 1, most_milliseconds) > 0) {
-        const ssize_t count = read(from, part.data(), part.size());
-        if (count == 0)
-            return bytes;
-        if (count < 0)
-            break;
-        bytes.append(part.data(), static_cast<size_t>(count));
+    while (poll(&ready, 1, most_milliseconds) > 0 && append_from(from, bytes)) {
     }
-    return "";
+    return bytes;
 }
 
 XPathResult result_from(const std::string &bytes) {
@@ -109,26 +72,16 @@ void limit_this_process() {
 // the sessions' descriptors at once, so that a peer's hang-up is not delayed.
 XPathResult evaluate_in_copy(const XPathDocument &document, const std::string &expression,
                              const Prefixes &prefixes, const XPathBudget &budget) {
-    std::array<int, 2> pipe_ends{};
-    if (pipe2(pipe_ends.data(), O_CLOEXEC) != 0)
-        throw std::system_error(errno, std::generic_category(), "pipe");
-    End reading(pipe_ends[0]);
-    End writing(pipe_ends[1]);
-    const pid_t child = fork();
-    if (child < 0)
-        throw std::system_error(errno, std::generic_category(), "fork");
-    if (child == 0) {
-        dup2(writing.get(), STDIN_FILENO);
+    Pipe pipe;
+    Process apart = Process::copy([&] {
+        dup2(pipe.write_end.get(), STDIN_FILENO);
         close_range(STDERR_FILENO + 1, ~0U, 0);
         limit_this_process();
-        const bool told = write_result(STDIN_FILENO, evaluate_xpath(document, expression, prefixes, budget));
-        _exit(told ? 0 : 1);
-    }
-    writing.close_now();
-    const std::string said = read_until_closed(reading.get());
-    kill(child, SIGKILL); // in case it is still running: its result is no longer wanted
-    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-    }
+        return write_result(STDIN_FILENO, evaluate_xpath(document, expression, prefixes, budget)) ? 0 : 1;
+    });
+    pipe.write_end.close();
+    const std::string said = read_until_closed(pipe.read_end.get());
+    apart.kill(); // in case it is still running: its result is no longer wanted
     return result_from(said);
 }
 

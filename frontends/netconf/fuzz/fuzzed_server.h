@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "base/private_directory.h"
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/operations/conversation.h"
 #include "sources/file/file_source.h"
@@ -17,7 +18,6 @@ public:
     static constexpr uint32_t second_session = 2;
 
     FuzzedServer();
-    ~FuzzedServer();
     FuzzedServer(const FuzzedServer &) = delete;
     FuzzedServer &operator=(const FuzzedServer &) = delete;
 
@@ -39,7 +39,10 @@ private:
         Server server;
     };
 
-    std::filesystem::path directory_; // of the store only
+    // A directory for the store only.
+    std::filesystem::path store() const { return directory_.path() / "store"; }
+
+    PrivateDirectory directory_{"yfw-fuzz"};
     host::MappingDescription mapping_;
     yang::Schemas schemas_;
     sources::FileSource recorded_;

@@ -1,18 +1,17 @@
 #include "frontends/netconf/transport/netconf_server.h"
 
-#include <cerrno>
-#include <cstring>
 #include <iostream>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <event2/event.h>
 #include <event2/listener.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
+#include "base/unix_socket.h"
 #include "frontends/netconf/events/server_events.h"
 
 namespace yfw::netconf {
@@ -20,22 +19,6 @@ namespace {
 
 [[noreturn]] void fail(const std::filesystem::path &socket, const std::string &why) {
     throw Error(ErrorTag::operation_failed, socket.string(), why);
-}
-
-sockaddr_un address_of(const std::filesystem::path &socket) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (socket.string().size() >= sizeof address.sun_path)
-        fail(socket, "the name of the socket is too long");
-    std::strcpy(address.sun_path, socket.c_str());
-    return address;
-}
-
-bool is_answered(const sockaddr_un &address) {
-    const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool answered = connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
-    close(probe);
-    return answered;
 }
 
 } // namespace
@@ -77,27 +60,24 @@ NetconfServer::~NetconfServer() {
 }
 
 void NetconfServer::listen() {
-    const sockaddr_un address = address_of(options_.socket);
-    if (is_answered(address))
+    if (is_answered(options_.socket))
         fail(options_.socket, "another server answers on this socket");
     std::error_code ignored;
     if (std::filesystem::is_socket(options_.socket, ignored))
         unlink(options_.socket.c_str());
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (socket < 0 || bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
-        const int reason = errno;
-        if (socket >= 0)
-            close(socket);
-        fail(options_.socket, std::string("cannot listen: ") + std::strerror(reason));
-    }
+    Descriptor socket = listen_on_socket(options_.socket, 128, SOCK_NONBLOCK);
+    if (!socket.is_open())
+        fail(options_.socket, "cannot listen: " + system_error_text());
     chmod(options_.socket.c_str(), 0666);
     const auto accepted = [](evconnlistener *, int fd, sockaddr *, int, void *self) {
         static_cast<NetconfServer *>(self)->accept(fd);
     };
+    constexpr int listens_already = 0;
     listener_ = evconnlistener_new(base_.get(), accepted, this, LEV_OPT_CLOSE_ON_FREE | LEV_OPT_CLOSE_ON_EXEC,
-                                   128, socket);
+                                   listens_already, socket.get());
     if (listener_ == nullptr)
         fail(options_.socket, "cannot listen");
+    socket.release(); // the listener closes it
     const auto failed = [](evconnlistener *, void *self) { static_cast<NetconfServer *>(self)->rest(); };
     evconnlistener_set_error_cb(listener_, failed);
     const auto rested = [](int, short, void *listener) {
@@ -109,7 +89,7 @@ void NetconfServer::listen() {
 // When descriptors run out, pending connections would wake the loop again and again.
 void NetconfServer::rest() {
     if (!has_said_full_)
-        say(std::string("no more sessions can be taken for now: ") + std::strerror(errno));
+        say("no more sessions can be taken for now: " + system_error_text());
     has_said_full_ = true;
     evconnlistener_disable(listener_);
     const timeval wait{1, 0};

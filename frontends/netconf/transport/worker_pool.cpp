@@ -1,16 +1,10 @@
 #include "frontends/netconf/transport/worker_pool.h"
 
 #include <csignal>
-#include <system_error>
-
-#include <sys/eventfd.h>
-#include <unistd.h>
 
 namespace yfw::netconf {
 
-WorkerPool::WorkerPool(size_t threads) : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (wake_ < 0)
-        throw std::system_error(errno, std::generic_category(), "eventfd");
+WorkerPool::WorkerPool(size_t threads) {
     // Signals are handled by the event loop.
     sigset_t all;
     sigset_t before;
@@ -30,7 +24,6 @@ WorkerPool::~WorkerPool() {
     more_.notify_all();
     for (std::thread &thread : threads_)
         thread.join();
-    close(wake_);
 }
 
 void WorkerPool::add(Job job) {
@@ -44,13 +37,11 @@ void WorkerPool::add(Job job) {
 void WorkerPool::post(Finish finish) {
     const std::lock_guard<std::mutex> guard(mutex_);
     finished_.push_back(std::move(finish));
-    const uint64_t one = 1;
-    [[maybe_unused]] const ssize_t woken = write(wake_, &one, sizeof one);
+    finished_some_.wake();
 }
 
 void WorkerPool::run_finished() {
-    uint64_t count = 0;
-    [[maybe_unused]] const ssize_t drained = read(wake_, &count, sizeof count);
+    finished_some_.clear();
     std::vector<Finish> finished;
     {
         const std::lock_guard<std::mutex> guard(mutex_);

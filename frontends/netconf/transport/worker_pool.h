@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/wakeup.h"
+
 namespace yfw::netconf {
 
 // A job returns a function for the event loop to run when the job is done. The loop waits for descriptor() to
@@ -27,7 +29,7 @@ public:
     void add(Job job);
     // Queues a function for the event loop, behind all earlier ones. Callable from any thread.
     void post(Finish finish);
-    int descriptor() const { return wake_; }
+    int descriptor() const { return finished_some_.descriptor(); }
     void run_finished();
 
 private:
@@ -38,7 +40,7 @@ private:
     std::deque<Job> waiting_;
     std::vector<Finish> finished_;
     bool ends_ = false;
-    int wake_;
+    Wakeup finished_some_;
     std::vector<std::thread> threads_;
 };
 

@@ -1,7 +1,9 @@
-// Owned file descriptors.
+// Owned file descriptors and pipes.
 #ifndef YFW_BASE_DESCRIPTOR_H
 #define YFW_BASE_DESCRIPTOR_H
 
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include <unistd.h>
@@ -28,10 +30,27 @@ public:
             ::close(number_);
         number_ = -1;
     }
+    // Gives up ownership: the caller closes the descriptor.
+    int release() { return std::exchange(number_, -1); }
 
 private:
     int number_;
 };
+
+// A pipe; neither end survives an exec.
+struct Pipe {
+    // Throws std::runtime_error.
+    Pipe();
+
+    Descriptor read_end;
+    Descriptor write_end;
+};
+
+// Writes all of the content. Returns false and sets errno on failure.
+bool write_all(int descriptor, std::string_view content);
+
+// Appends the available bytes, waiting for the first. Returns false at the end of the stream and on error.
+bool append_from(int descriptor, std::string &text);
 
 } // namespace yfw
 

@@ -1,8 +1,6 @@
 #include "base/private_directory.h"
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,6 +8,7 @@
 #include <unistd.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
 
 namespace yfw {
 namespace {
@@ -36,8 +35,7 @@ void remove_left_behind(const std::filesystem::path &among, const std::string &n
 }
 
 [[noreturn]] void fail(const std::filesystem::path &path) {
-    throw Error(ErrorTag::operation_failed, path.string(),
-                std::string("cannot be made: ") + std::strerror(errno));
+    throw Error(ErrorTag::operation_failed, path.string(), "cannot be made: " + system_error_text());
 }
 
 } // namespace

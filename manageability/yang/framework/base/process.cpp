@@ -1,148 +1,245 @@
 #include "base/process.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
-#include <sstream>
-#include <stdexcept>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
-#include "base/descriptor.h"
-#include "base/error.h"
+#include "base/system_error.h"
 
 namespace yfw {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Pipe {
-    Descriptor read_end;
-    Descriptor write_end;
+constexpr int unknown_status = -1;
 
-    Pipe() {
-        std::array<int, 2> ends{};
-        if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-            throw std::runtime_error(std::string("no pipe can be made: ") + std::strerror(errno));
-        read_end = Descriptor(ends[0]);
-        write_end = Descriptor(ends[1]);
+// Blocks signals during the fork: until it executes the program, the child still has this process's handlers.
+class BlockedSignals {
+public:
+    BlockedSignals() {
+        sigset_t all;
+        sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
     }
+    ~BlockedSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    BlockedSignals(const BlockedSignals &) = delete;
+    BlockedSignals &operator=(const BlockedSignals &) = delete;
+
+private:
+    sigset_t before_{};
 };
 
-// Resets signals to a new program's defaults, whatever this one has changed.
-void set_attributes(posix_spawnattr_t &attributes) {
-    sigset_t all, none;
-    sigfillset(&all);
+void reset_signals() {
+    for (int number = 1; number < NSIG; ++number)
+        ::signal(number, SIG_DFL);
+    sigset_t none;
     sigemptyset(&none);
-    posix_spawnattr_setflags(&attributes,
-                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setsigdefault(&attributes, &all);
-    posix_spawnattr_setsigmask(&attributes, &none);
+    ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
-pid_t start(const std::vector<std::string> &arguments, const Pipe &output, const Pipe &errors, int inherited) {
-    constexpr int kept = 3; // dup2 creates a copy without close-on-exec
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, output.write_end.get(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, errors.write_end.get(), STDERR_FILENO);
-    if (inherited >= 0)
-        posix_spawn_file_actions_adddup2(&actions, inherited, kept);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    set_attributes(attributes);
-    std::vector<std::string> copies = arguments;
+std::vector<char *> pointers_to(std::vector<std::string> &texts) {
     std::vector<char *> pointers;
-    for (std::string &copy : copies)
-        pointers.push_back(copy.data());
+    for (std::string &text : texts)
+        pointers.push_back(text.data());
     pointers.push_back(nullptr);
-    pid_t child = -1;
-    const int error = ::posix_spawn(&child, pointers[0], &actions, &attributes, pointers.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        throw std::runtime_error(arguments[0] + ": cannot be started: " + std::strerror(error));
-    return child;
+    return pointers;
 }
 
-// Appends the available bytes; false at the end of the stream.
-bool append(int descriptor, std::string &text) {
-    std::array<char, 1 << 16> buffer;
-    const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
-    if (count > 0)
-        text.append(buffer.data(), static_cast<size_t>(count));
-    return count > 0 || (count < 0 && errno == EINTR);
-}
+// Prepares everything before the fork: the child of a process with threads must not take locks, so it must not
+// allocate.
+class Start {
+public:
+    Start(const Program &program, int failure_end, pid_t parent)
+        : program_(program), arguments_(program.arguments), environment_(program.environment),
+          argument_pointers_(pointers_to(arguments_)), environment_pointers_(pointers_to(environment_)),
+          failure_end_(failure_end), parent_(parent) {}
 
-// Reads both streams to their ends; false on timeout.
-bool collect(const Pipe &output, const Pipe &errors, Finished &finished, Clock::time_point deadline) {
-    std::array<pollfd, 2> open{{{output.read_end.get(), POLLIN, 0}, {errors.read_end.get(), POLLIN, 0}}};
-    const std::array<std::string *, 2> texts{&finished.output, &finished.errors};
-    while (open[0].fd >= 0 || open[1].fd >= 0) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0)
-            return false;
-        if (::poll(open.data(), open.size(), static_cast<int>(left)) < 0)
-            continue; // interrupted by a signal: retry with the remaining time
-        for (size_t i = 0; i < open.size(); ++i)
-            if (open[i].fd >= 0 && open[i].revents != 0 && !append(open[i].fd, *texts[i]))
-                open[i].fd = -1; // poll ignores it
+    // Runs in the child. Returns only on failure, which it has reported to the parent.
+    int become_program() {
+        failure_end_ = out_of_the_way(failure_end_);
+        if (join_surroundings() && place_descriptors())
+            execute();
+        const int reason = errno;
+        write_all(failure_end_, {reinterpret_cast<const char *>(&reason), sizeof reason});
+        return EXIT_FAILURE;
     }
-    return true;
+
+private:
+    // Duplicates the descriptor above the numbers that the program's own descriptors get.
+    static int out_of_the_way(int descriptor) {
+        return ::fcntl(descriptor, F_DUPFD_CLOEXEC, first_other_descriptor);
+    }
+
+    bool join_surroundings() const {
+        if (program_.in_own_group)
+            ::setpgid(0, 0);
+        if (program_.ends_with_parent) {
+            ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+            if (::getppid() != parent_)
+                ::_exit(EXIT_FAILURE);
+        }
+        reset_signals();
+        return program_.directory.empty() || ::chdir(program_.directory.c_str()) == 0;
+    }
+
+    bool place_descriptors() const {
+        const int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+        std::array<int, first_other_descriptor> wanted{program_.input, program_.output, program_.errors,
+                                                       program_.inherited};
+        for (size_t number = 0; number < wanted.size(); ++number) {
+            const bool is_stream = number <= STDERR_FILENO;
+            if (wanted[number] < 0 && !is_stream)
+                continue;
+            wanted[number] = out_of_the_way(wanted[number] < 0 ? nothing : wanted[number]);
+            if (wanted[number] < 0)
+                return false;
+        }
+        for (size_t number = 0; number < wanted.size(); ++number)
+            if (wanted[number] >= 0 && ::dup2(wanted[number], static_cast<int>(number)) < 0)
+                return false;
+        return true;
+    }
+
+    void execute() {
+        char **const environment = environment_.empty() ? environ : environment_pointers_.data();
+        if (arguments_[0].find('/') != std::string::npos)
+            ::execve(argument_pointers_[0], argument_pointers_.data(), environment);
+        else
+            ::execvpe(argument_pointers_[0], argument_pointers_.data(), environment);
+    }
+
+    static constexpr int first_other_descriptor = 4;
+
+    const Program &program_;
+    std::vector<std::string> arguments_;
+    std::vector<std::string> environment_;
+    std::vector<char *> argument_pointers_;
+    std::vector<char *> environment_pointers_;
+    int failure_end_;
+    pid_t parent_;
+};
+
+int status_from(int told) {
+    return WIFEXITED(told) ? WEXITSTATUS(told) : 128 + WTERMSIG(told);
 }
 
 } // namespace
 
-std::string Finished::reason() const {
-    if (const std::string line = errors.substr(0, errors.find('\n')); !line.empty())
-        return line;
-    return "exit status " + std::to_string(status);
+NotStarted::NotStarted(const std::string &program, int reason)
+    : std::runtime_error(program + ": cannot be started: " + system_error_text(reason)), reason_(reason) {}
+
+Process::Process(pid_t number)
+    : number_(number), handle_(static_cast<int>(::syscall(SYS_pidfd_open, number, 0))) {
+    if (handle_.is_open() || errno == ESRCH) // it has ended already and left no status
+        return;
+    const int reason = errno;
+    kill();
+    throw std::runtime_error("no process can be made: " + system_error_text(reason));
 }
 
-Finished run(const std::vector<std::string> &arguments, int inherited, std::chrono::milliseconds limit) {
-    Pipe output, errors;
-    const pid_t child = start(arguments, output, errors, inherited);
-    output.write_end.close();
-    errors.write_end.close();
-    Finished finished;
-    const bool ended = collect(output, errors, finished, Clock::now() + limit);
-    if (!ended)
-        ::kill(child, SIGKILL);
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+Process Process::copy(const std::function<int()> &body) {
+    const pid_t number = ::fork();
+    if (number < 0)
+        throw std::runtime_error("no process can be made: " + system_error_text());
+    if (number > 0)
+        return Process(number);
+    int status = EXIT_FAILURE;
+    try {
+        status = body();
+    } catch (...) { // the body reports its own failures
     }
-    if (!ended)
-        throw std::runtime_error(arguments[0] + ": was ended, it took longer than " +
-                                 std::to_string(limit.count()) + " ms");
-    finished.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    return finished;
+    ::_exit(status); // skips the parent's exit handlers
 }
 
-std::string find_program(const std::string &name, const std::string &package,
-                         const std::vector<std::string> &directories) {
-    for (const std::string &directory : directories)
-        if (const std::string path = directory + "/" + name; ::access(path.c_str(), X_OK) == 0)
-            return path;
-    throw Error(ErrorTag::operation_failed, "",
-                "the laboratory needs the program '" + name + "': install the package " + package);
+Process::Process(const Program &program) {
+    Pipe failure;
+    Start start(program, failure.write_end.get(), ::getpid());
+    {
+        const BlockedSignals blocked;
+        *this = copy([&start] { return start.become_program(); });
+    }
+    failure.write_end.close();
+    std::string reason;
+    while (append_from(failure.read_end.get(), reason)) {
+    }
+    if (reason.empty()) // exec closed the pipe
+        return;
+    kill();
+    int error = 0;
+    reason.copy(reinterpret_cast<char *>(&error), sizeof error);
+    throw NotStarted(program.arguments[0], error);
 }
 
-std::string find_program(const std::string &name, const std::string &package) {
-    std::vector<std::string> directories;
-    const char *path = std::getenv("PATH");
-    std::istringstream words(path != nullptr ? path : "");
-    for (std::string word; std::getline(words, word, ':');)
-        if (word.starts_with('/')) // root must not run programs from the working directory
-            directories.push_back(word);
-    directories.insert(directories.end(), {"/usr/sbin", "/usr/bin", "/sbin", "/bin"});
-    return find_program(name, package, directories);
+Process::~Process() {
+    kill();
+}
+
+Process &Process::operator=(Process &&other) noexcept {
+    std::swap(number_, other.number_);
+    std::swap(handle_, other.handle_);
+    std::swap(status_, other.status_);
+    return *this;
+}
+
+bool Process::runs() {
+    if (number_ < 0 || status_.has_value())
+        return false;
+    int told = 0;
+    const pid_t ended = ::waitpid(number_, &told, WNOHANG);
+    if (ended == number_)
+        status_ = status_from(told);
+    else if (ended < 0 && errno == ECHILD)
+        status_ = unknown_status;
+    return !status_.has_value();
+}
+
+void Process::signal(int number) const {
+    if (number_ > 0 && !status_.has_value())
+        ::kill(number_, number);
+}
+
+std::optional<int> Process::wait(std::chrono::milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    while (runs()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0)
+            return std::nullopt;
+        pollfd end{handle_.get(), POLLIN, 0};
+        ::poll(&end, 1, static_cast<int>(std::min<int64_t>(left, INT_MAX)));
+    }
+    return status_.value_or(unknown_status);
+}
+
+int Process::end(std::chrono::milliseconds patience) {
+    signal(SIGTERM);
+    wait(patience);
+    return kill();
+}
+
+int Process::kill() {
+    if (!runs())
+        return status_.value_or(unknown_status);
+    signal(SIGKILL);
+    int told = 0;
+    pid_t ended = 0;
+    while ((ended = ::waitpid(number_, &told, 0)) < 0 && errno == EINTR) {
+    }
+    status_ = ended == number_ ? status_from(told) : unknown_status;
+    return *status_;
+}
+
+pid_t Process::release() {
+    handle_.close();
+    return std::exchange(number_, -1);
 }
 
 } // namespace yfw

@@ -1,7 +1,6 @@
 #include "base/stop_signals.h"
 
 #include <sys/signalfd.h>
-#include <unistd.h>
 
 #include "base/error.h"
 
@@ -13,17 +12,17 @@ StopSignals::StopSignals() {
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
     sigprocmask(SIG_BLOCK, &signals, &before_);
-    descriptor_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (descriptor_ < 0)
+    signals_ = Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    if (!signals_.is_open())
         throw Error(ErrorTag::resource_denied, "", "no descriptor for signals is left");
 }
 
 StopSignals::~StopSignals() {
     // Consume handled signals: still pending, they would end the program once unblocked.
     signalfd_siginfo noted{};
-    while (read(descriptor_, &noted, sizeof noted) > 0) {
+    while (read(signals_.get(), &noted, sizeof noted) > 0) {
     }
-    close(descriptor_);
+    signals_.close();
     sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 

@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+#include "base/descriptor.h"
+
 namespace yfw {
 
 // While it lives, SIGINT and SIGTERM make descriptor() readable instead of ending the program. Create it before
@@ -15,11 +17,11 @@ public:
     StopSignals(const StopSignals &) = delete;
     StopSignals &operator=(const StopSignals &) = delete;
 
-    int descriptor() const { return descriptor_; }
+    int descriptor() const { return signals_.get(); }
 
 private:
     sigset_t before_;
-    int descriptor_;
+    Descriptor signals_;
 };
 
 } // namespace yfw

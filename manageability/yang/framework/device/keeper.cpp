@@ -1,11 +1,5 @@
 #include "device/keeper.h"
 
-#include <cerrno>
-#include <system_error>
-
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 #include "base/error.h"
 
 namespace yfw::device {
@@ -17,20 +11,15 @@ constexpr int milliseconds_between_attempts = 1000;
 
 Keeper::Keeper(ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
                std::function<void(const std::string &)> say)
-    : device_(device), on_neighbor_(std::move(on_neighbor)), say_(std::move(say)),
-      stop_(eventfd(0, EFD_CLOEXEC)) {
-    if (stop_ < 0)
-        throw std::system_error(errno, std::generic_category(), "eventfd");
+    : device_(device), on_neighbor_(std::move(on_neighbor)), say_(std::move(say)) {
     if (device_.tells_changes())
         thread_ = std::thread([this] { keep(); });
 }
 
 Keeper::~Keeper() {
-    const uint64_t one = 1;
-    [[maybe_unused]] const ssize_t told = write(stop_, &one, sizeof one);
+    stop_.wake();
     if (thread_.joinable())
         thread_.join();
-    close(stop_);
 }
 
 void Keeper::restore() {
@@ -62,12 +51,12 @@ void Keeper::keep() {
             if (was_away)
                 device_.restore(); // throws while the device is away
             was_away = false;
-            device_.watch(stop_, listener);
+            device_.watch(stop_.descriptor(), listener);
             return;
         } catch (const Error &) {
             was_away = true;
         }
-    } while (!sources::stops_within(stop_, milliseconds_between_attempts));
+    } while (!sources::stops_within(stop_.descriptor(), milliseconds_between_attempts));
 }
 
 } // namespace yfw::device

@@ -6,6 +6,7 @@
 #include <string>
 #include <thread>
 
+#include "base/wakeup.h"
 #include "device/managed_device.h"
 
 namespace yfw::device {
@@ -29,7 +30,7 @@ private:
     ManagedDevice &device_;
     std::function<void(sources::NeighborEvent)> on_neighbor_;
     std::function<void(const std::string &)> say_;
-    int stop_;
+    Wakeup stop_;
     std::thread thread_;
 };
 

@@ -1,13 +1,12 @@
 #include "host/mapping_description.h"
 
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <set>
 #include <sstream>
 #include <string_view>
 
 #include "base/error.h"
+#include "base/system_error.h"
 #include "yang/json_text.h"
 #include "yfw_map.h"
 
@@ -26,7 +25,7 @@ std::string read_text(const std::filesystem::path &file, const std::filesystem::
     if (in)
         text << in.rdbuf();
     if (!in || text.bad())
-        refuse(file, std::string("cannot be read: ") + std::strerror(errno) +
+        refuse(file, "cannot be read: " + system_error_text() +
                          "; expected the description of the mapping plug-in " + plugin.string());
     return text.str();
 }

@@ -1,9 +1,7 @@
 #include "yang/module_files.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -11,6 +9,7 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "base/system_error.h"
 #include "yang/schemas.h"
 
 namespace yfw::yang {
@@ -90,7 +89,7 @@ char *read(const std::filesystem::path &file, std::optional<Error> &error) {
     std::getline(in, text, '\0'); // all of it; unlike an iterator it does not throw
     if (in.is_open() && !in.bad())
         return strdup(text.c_str());
-    error.emplace(ErrorTag::operation_failed, file.string(), std::strerror(errno));
+    error.emplace(ErrorTag::operation_failed, file.string(), system_error_text());
     return nullptr;
 }
 

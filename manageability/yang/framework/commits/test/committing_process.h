@@ -1,38 +1,38 @@
-// A child process that makes commits and reports them to its parent.
+// A child process that commits, and tells its parent what it has committed.
 #ifndef COMMITS_TEST_COMMITTING_PROCESS_H
 #define COMMITS_TEST_COMMITTING_PROCESS_H
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <vector>
 
-#include <sys/types.h>
+#include "base/descriptor.h"
+#include "base/process.h"
 
 namespace yfw::commits::test {
 
-// Kills the child, if still running, on destruction.
+// Ends the child, should it still run, with the object.
 class CommittingProcess {
 public:
-    // The child calls this for every commit that was reported as stored.
+    // Called by the child for every commit that it was told is kept.
     using Report = std::function<void(int64_t number)>;
 
-    // Runs `body` in a child process, which exits with 0 when it returns and 1 when it throws.
+    // Runs `body` in a child process. It exits with 0 when the body returns and with 1 when it throws.
     explicit CommittingProcess(const std::function<void(const Report &report)> &body);
-    ~CommittingProcess();
-    CommittingProcess(const CommittingProcess &) = delete;
-    CommittingProcess &operator=(const CommittingProcess &) = delete;
 
-    void kill();
+    void kill() { process_.kill(); }
 
-    // Waits for the child. Returns its exit status, or 128 plus the signal that killed it.
-    int wait();
+    // Waits for the end, two minutes at the most. The exit status, or 128 and the signal that ended it; -1 when
+    // it still runs.
+    int wait() { return process_.wait(std::chrono::minutes(2)).value_or(-1); }
 
-    // Everything the child reported; call once, after wait().
+    // What the child has reported until its end; to be called once, after wait().
     std::vector<int64_t> reported();
 
 private:
-    pid_t child_ = -1;
-    int reports_ = -1;
+    Process process_;
+    Descriptor reports_;
 };
 
 } // namespace yfw::commits::test

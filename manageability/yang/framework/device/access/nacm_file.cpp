@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include "base/error.h"
+#include "base/system_error.h"
 #include "device/access/nacm_rules.h"
 #include "yang/schemas.h"
 
@@ -25,7 +25,7 @@ std::string text_of(const std::filesystem::path &file) {
         refuse(file.string(), "is a directory");
     std::ifstream in(file, std::ios::binary);
     if (!in)
-        refuse(file.string(), std::strerror(errno));
+        refuse(file.string(), system_error_text());
     return {std::istreambuf_iterator<char>(in), {}};
 }
 

@@ -1,8 +1,6 @@
 #include "sources/file/file_source.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <string_view>
 #include <system_error>
@@ -11,6 +9,7 @@
 #include <time.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
 #include "yang/schemas.h"
 
 namespace yfw::sources {
@@ -29,7 +28,7 @@ constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT | LYD_PARSE
 LYD_FORMAT format_of(const std::filesystem::path &file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        fail(file, std::string("cannot be read: ") + std::strerror(errno));
+        fail(file, "cannot be read: " + system_error_text());
     stream >> std::ws;
     switch (stream.peek()) {
     case '<':

@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
+#include "base/unix_socket.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -29,8 +27,6 @@ Connection::Connection(std::string socket, std::chrono::milliseconds bound)
 
 Connection::~Connection() {
     lldpctl_release(handle_);
-    if (descriptor_ >= 0)
-        close(descriptor_);
 }
 
 void Connection::fail(const std::string &doing) const {
@@ -44,25 +40,18 @@ Atom Connection::expect(lldpctl_atom_t *atom, const std::string &doing) const {
     return Atom(atom);
 }
 
+// Called by lldpd's library, which no exception may cross.
 bool Connection::connect() {
-    if (descriptor_ >= 0)
+    if (stream_.is_open())
         return true;
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (socket_.size() >= sizeof address.sun_path) {
-        trouble_ = "the name of the socket is too long";
-        return false;
+    try {
+        stream_ = connect_to_socket(socket_, SOCK_NONBLOCK);
+        if (!stream_.is_open())
+            trouble_ = "cannot connect: " + system_error_text() + "; is lldpd running?";
+    } catch (const Error &error) {
+        trouble_ = error.what();
     }
-    std::memcpy(address.sun_path, socket_.c_str(), socket_.size() + 1);
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (descriptor < 0 || ::connect(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
-        trouble_ = std::string("cannot connect: ") + std::strerror(errno) + "; is lldpd running?";
-        if (descriptor >= 0)
-            close(descriptor);
-        return false;
-    }
-    descriptor_ = descriptor;
-    return true;
+    return stream_.is_open();
 }
 
 int Connection::milliseconds_left() const {
@@ -74,7 +63,7 @@ int Connection::milliseconds_left() const {
 }
 
 bool Connection::wait_for(short events) {
-    pollfd waited[2] = {{descriptor_, events, 0}, {interrupt_, POLLIN, 0}};
+    pollfd waited[2] = {{stream_.get(), events, 0}, {interrupt_, POLLIN, 0}};
     const int ready = poll(waited, interrupt_ >= 0 ? 2 : 1, milliseconds_left());
     interrupted_ = interrupt_ >= 0 && ready > 0 && waited[1].revents != 0;
     if (ready == 0)
@@ -90,14 +79,14 @@ ssize_t Connection::send(lldpctl_conn_t *, const uint8_t *data, size_t length, v
     size_t sent = 0;
     while (sent < length) {
         const ssize_t count =
-            ::send(connection.descriptor_, data + sent, length - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+            ::send(connection.stream_.get(), data + sent, length - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count >= 0) {
             sent += static_cast<size_t>(count);
         } else if (errno == EAGAIN || errno == EINTR) {
             if (!connection.wait_for(POLLOUT))
                 return LLDPCTL_ERR_CALLBACK_FAILURE;
         } else {
-            connection.trouble_ = std::string("lldpd went away: ") + std::strerror(errno);
+            connection.trouble_ = "lldpd went away: " + system_error_text();
             return LLDPCTL_ERR_CALLBACK_FAILURE;
         }
     }
@@ -113,7 +102,7 @@ ssize_t Connection::receive(lldpctl_conn_t *, const uint8_t *data, size_t length
     for (;;) {
         // An answer that trickles in is subject to the same limit as one that never arrives.
         const bool overdue = connection.milliseconds_left() == 0;
-        const ssize_t count = overdue ? -1 : ::recv(connection.descriptor_, buffer, length, MSG_DONTWAIT);
+        const ssize_t count = overdue ? -1 : ::recv(connection.stream_.get(), buffer, length, MSG_DONTWAIT);
         if (overdue)
             errno = EAGAIN;
         if (count > 0)
@@ -123,7 +112,7 @@ ssize_t Connection::receive(lldpctl_conn_t *, const uint8_t *data, size_t length
             return LLDPCTL_ERR_EOF;
         }
         if (errno != EAGAIN && errno != EINTR) {
-            connection.trouble_ = std::string("lldpd went away: ") + std::strerror(errno);
+            connection.trouble_ = "lldpd went away: " + system_error_text();
             return LLDPCTL_ERR_CALLBACK_FAILURE;
         }
         if (!connection.wait_for(POLLIN))

@@ -8,6 +8,8 @@
 
 #include <lldpctl.h>
 
+#include "base/descriptor.h"
+
 namespace yfw::sources::lldpd {
 
 struct ReleaseAtom {
@@ -60,7 +62,7 @@ private:
     std::chrono::milliseconds bound_;
     bool bounded_ = true;
     std::chrono::steady_clock::time_point answer_by_; // set by each request
-    int descriptor_ = -1;
+    Descriptor stream_;
     int interrupt_ = -1;
     bool interrupted_ = false;
     std::string trouble_; // details of a socket failure that the library's error lacks

@@ -2,13 +2,12 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <system_error>
 
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+
+#include "base/unix_socket.h"
 
 namespace yfw::sources::test {
 namespace {
@@ -16,44 +15,20 @@ namespace {
 // How long it takes at the most until a thread sees that the test ends.
 constexpr int glance_ms = 20;
 
-sockaddr_un address_of(const std::string &path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    return address;
-}
-
-int checked(int result, const char *what) {
-    if (result < 0)
+Descriptor checked(Descriptor socket, const char *what) {
+    if (!socket.is_open())
         throw std::system_error(errno, std::generic_category(), what);
-    return result;
-}
-
-const sockaddr *plain(const sockaddr_un &address) {
-    return reinterpret_cast<const sockaddr *>(&address);
+    return socket;
 }
 
 } // namespace
 
-ListeningSocket::ListeningSocket(int backlog)
-    : descriptor_(checked(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
-    const sockaddr_un address = address_of(path());
-    checked(bind(descriptor_, plain(address), sizeof address), "bind");
-    checked(listen(descriptor_, backlog), "listen");
-}
-
-ListeningSocket::~ListeningSocket() {
-    for (const int client : clients_)
-        close(client);
-    close(descriptor_);
-}
+ListeningSocket::ListeningSocket(int backlog) : socket_(checked(listen_on_socket(path(), backlog), "listen")) {}
 
 void ListeningSocket::fill() {
-    const sockaddr_un address = address_of(path());
-    for (int result = 0; result == 0;) {
-        clients_.push_back(checked(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket"));
-        result = connect(clients_.back(), plain(address), sizeof address);
-    }
+    do
+        clients_.push_back(connect_to_socket(path(), SOCK_NONBLOCK));
+    while (clients_.back().is_open());
 }
 
 bool Client::ready(short events) const {
@@ -113,11 +88,9 @@ void FakeDaemon::serve() {
         pollfd open{socket_.descriptor(), POLLIN, 0};
         if (poll(&open, 1, glance_ms) <= 0)
             continue;
-        const int client = accept(socket_.descriptor(), nullptr, nullptr);
-        if (client < 0)
-            continue;
-        behaviour_(Client(client, ends_));
-        close(client);
+        const Descriptor client(accept(socket_.descriptor(), nullptr, nullptr));
+        if (client.is_open())
+            behaviour_(Client(client.get(), ends_));
     }
 }
 

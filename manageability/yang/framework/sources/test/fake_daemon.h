@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/descriptor.h"
 #include "support/files.h"
 
 namespace yfw::sources::test {
@@ -17,21 +18,18 @@ namespace yfw::sources::test {
 class ListeningSocket {
 public:
     explicit ListeningSocket(int backlog = 8);
-    ~ListeningSocket();
-    ListeningSocket(const ListeningSocket &) = delete;
-    ListeningSocket &operator=(const ListeningSocket &) = delete;
 
     std::string path() const { return (directory_.path() / "socket").string(); }
     const std::filesystem::path &directory() const { return directory_.path(); }
-    int descriptor() const { return descriptor_; }
+    int descriptor() const { return socket_.get(); }
 
     // Connects until nobody more can.
     void fill();
 
 private:
     yfw::test::TemporaryDirectory directory_;
-    int descriptor_;
-    std::vector<int> clients_;
+    Descriptor socket_;
+    std::vector<Descriptor> clients_;
 };
 
 // The other end of a connection, for what a fake daemon does to its client.

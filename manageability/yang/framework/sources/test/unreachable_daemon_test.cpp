@@ -10,10 +10,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/descriptor.h"
 #include "base/error.h"
+#include "base/process.h"
 #include "fake_daemon.h"
 #include "native_modules.h"
 #include "sources/lldpd/connection.h"
@@ -138,26 +139,19 @@ TEST_P(ADaemonThatIsNotThere, MayNotBeAsked) {
     const ListeningSocket listening;
     std::filesystem::permissions(listening.directory(), std::filesystem::perms(0755));
     std::filesystem::permissions(listening.path(), std::filesystem::perms(0));
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe(ends.data()), 0);
+    Pipe pipe;
     native_modules(); // loaded while it may be
-    const pid_t child = fork();
-    if (child == 0) {
+    Process asking = Process::copy([&] {
         constexpr unsigned nobody = 65534;
         if (geteuid() == 0 && setresuid(nobody, nobody, nobody) != 0)
-            _exit(1);
-        const std::string text = error_of(GetParam().ask, listening.path());
-        const bool written = write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size());
-        _exit(written ? 0 : 1);
+            return 1;
+        return write_all(pipe.write_end.get(), error_of(GetParam().ask, listening.path())) ? 0 : 1;
+    });
+    pipe.write_end.close();
+    std::string text;
+    while (append_from(pipe.read_end.get(), text)) {
     }
-    close(ends[1]);
-    std::string text(4096, '\0');
-    const ssize_t length = read(ends[0], text.data(), text.size());
-    close(ends[0]);
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0);
-    text.resize(length > 0 ? static_cast<size_t>(length) : 0);
+    ASSERT_EQ(asking.wait(std::chrono::minutes(1)), 0);
     EXPECT_THAT(text, HasSubstr("lldpd:" + listening.path()));
     EXPECT_THAT(text, HasSubstr("ermi")) << "nothing of a permission";
 }
