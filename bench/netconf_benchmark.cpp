@@ -2,7 +2,6 @@
 // requests. Gets and edits have a baseline measured in the same run.
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -15,6 +14,7 @@
 #include "netconf_client.h"
 #include "served_device.h"
 #include "sources/file/kept_file_source.h"
+#include "yang/tree_text.h"
 
 namespace {
 
@@ -70,18 +70,11 @@ const std::string all_neighbors = get("<interfaces><interface><neighbors/></inte
 yang::DataTree data_of(const std::string &reply) {
     const size_t begin = reply.find("<data>") + 6;
     const std::string content = reply.substr(begin, reply.rfind("</data>") - begin);
-    lyd_node *data = nullptr;
-    if (lyd_parse_data_mem(schemas().context(), content.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0,
-                           &data) != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(schemas().context()));
-    return yang::DataTree(data);
+    return yang::parse_data(schemas().context(), content, LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT);
 }
 
 void print(const lyd_node *data) {
-    char *text = nullptr;
-    lyd_print_mem(&text, data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS);
-    benchmark::DoNotOptimize(text);
-    std::free(text);
+    benchmark::DoNotOptimize(yang::printed(data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS).c_str());
 }
 
 // The latency of one request; the baselines are libyang printing the answer, and reading the device alone.
@@ -116,7 +109,7 @@ void get_from_memory(benchmark::State &state, const bench::DeviceSize &size, con
 
 // A device given as files, as it is served: files are reread only when they change, which they do not here.
 void get_from_file(benchmark::State &state, const bench::DeviceSize &size, const std::string &operation) {
-    const bench::Directory directory;
+    const PrivateDirectory directory("yfw-bench");
     const std::filesystem::path file = directory.path() / "device.xml";
     std::ofstream stream(file);
     bench::write_device(stream, size);

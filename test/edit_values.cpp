@@ -12,6 +12,7 @@
 #include <libyang/libyang.h>
 
 #include "support/answers.h"
+#include "yang/tree_text.h"
 
 namespace yfw::test {
 namespace {
@@ -27,9 +28,7 @@ const lysc_node *node_at(const ly_ctx *context, const std::string &path) {
 
 // Without module names.
 std::string place_of(const lysc_node *node) {
-    char *path = lysc_path(node, LYSC_PATH_DATA, nullptr, 0);
-    std::string text = path;
-    free(path);
+    const std::string text = yang::LibyangText(lysc_path(node, LYSC_PATH_DATA, nullptr, 0)).c_str();
     const size_t colon = text.find(':');
     return "/" + text.substr(colon + 1);
 }

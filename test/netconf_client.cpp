@@ -18,6 +18,7 @@
 #include "base/system_error.h"
 #include "base/unix_socket.h"
 #include "support/answers.h"
+#include "yang/tree_text.h"
 
 namespace yfw::test {
 namespace {
@@ -45,10 +46,7 @@ Xml element_of(const lyd_node *node) {
         element.attributes[each->name.name] = each->value;
     for (const lyd_node *child = opaque->child; child != nullptr; child = child->next)
         element.children.push_back(element_of(child));
-    char *printed = nullptr;
-    lyd_print_mem(&printed, node, LYD_XML, LYD_PRINT_SHRINK);
-    element.printed = text_of(printed);
-    free(printed);
+    element.printed = yang::printed(node, LYD_XML, LYD_PRINT_SHRINK).c_str();
     return element;
 }
 

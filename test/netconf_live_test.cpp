@@ -11,6 +11,7 @@
 #include "netconf_events.h"
 #include "netconf_server.h"
 #include "support/eventually.h"
+#include "yang/forest.h"
 
 namespace yfw::test {
 namespace {
@@ -29,13 +30,9 @@ EventCondition is(const std::string &change) {
 
 // How long the neighbor is known changes from one look to the next.
 std::string without_age(const ly_ctx *modules, const std::string &document) {
-    const Tree tree = parse_answer(modules, Format::xml, document);
-    ly_set *found = nullptr;
-    EXPECT_EQ(lyd_find_xpath(tree.get(), "//openconfig-lldp:age|//openconfig-lldp:last-update", &found),
-              LY_SUCCESS);
-    for (uint32_t i = 0; found != nullptr && i < found->count; i++)
-        lyd_free_tree(found->dnodes[i]);
-    ly_set_free(found, nullptr);
+    Tree tree = parse_answer(modules, Format::xml, document);
+    for (lyd_node *node : yang::nodes_at(tree.get(), "//openconfig-lldp:age|//openconfig-lldp:last-update"))
+        yang::remove(tree, node);
     return as_text(tree.get());
 }
 

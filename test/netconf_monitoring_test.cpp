@@ -11,6 +11,7 @@
 #include "netconf_server.h"
 #include "support/eventually.h"
 #include "support/files.h"
+#include "yang/tree_text.h"
 
 namespace yfw::test {
 namespace {
@@ -101,9 +102,7 @@ std::string module_text(const std::string &text) {
     if (lys_parse_mem(created, text.c_str(), LYS_IN_YANG, &module) != LY_SUCCESS ||
         lys_print_mem(&printed, module, LYS_OUT_YANG, 0) != LY_SUCCESS)
         return "no module: " + text.substr(0, 200);
-    const std::string result = printed;
-    free(printed);
-    return result;
+    return yang::LibyangText(printed).c_str();
 }
 
 TEST_F(NetconfMonitoring, GivesEveryModuleItsText) {

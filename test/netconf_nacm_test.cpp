@@ -9,6 +9,7 @@
 #include "netconf_events.h"
 #include "netconf_rules.h"
 #include "support/child_process.h"
+#include "yang/forest.h"
 
 namespace yfw::test {
 namespace {
@@ -52,14 +53,8 @@ protected:
         Tree tree = parse_answer(modules(), Format::xml, outcome.output);
         if (GetParam().hidden.empty())
             return as_text(tree.get());
-        ly_set *found = nullptr;
-        EXPECT_EQ(lyd_find_xpath(tree.get(), GetParam().hidden.c_str(), &found), LY_SUCCESS);
-        for (uint32_t i = 0; found != nullptr && i < found->count; i++) {
-            if (found->dnodes[i] == tree.get())
-                (void)tree.release();
-            lyd_free_tree(found->dnodes[i]);
-        }
-        ly_set_free(found, nullptr);
+        for (lyd_node *node : yang::nodes_at(tree.get(), GetParam().hidden))
+            yang::remove(tree, node);
         return tree == nullptr ? "" : as_text(tree.get());
     }
 };

@@ -7,6 +7,8 @@
 
 #include "support/answers.h"
 #include "support/child_process.h"
+#include "yang/forest.h"
+#include "yang/tree_text.h"
 
 namespace yfw::test {
 namespace {
@@ -70,17 +72,11 @@ std::string prefixed(const std::string &path) {
 }
 
 std::string schema_path(const lysc_node *node) {
-    char *path = lysc_path(node, LYSC_PATH_DATA, nullptr, 0);
-    std::string result = without_prefixes(path);
-    free(path);
-    return result;
+    return without_prefixes(yang::LibyangText(lysc_path(node, LYSC_PATH_DATA, nullptr, 0)).c_str());
 }
 
 std::string data_path(const lyd_node *node) {
-    char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
-    std::string result = without_prefixes(path);
-    free(path);
-    return result;
+    return without_prefixes(yang::path_of(node));
 }
 
 struct Device {
@@ -104,13 +100,8 @@ protected:
     // Every entry of the lists of that name, as paths with all their keys.
     Strings entries(const lyd_node *tree, const std::string &list) const {
         Strings paths;
-        ly_set *found = nullptr;
-        if (tree == nullptr ||
-            lyd_find_xpath(tree, ("//openconfig-lldp:" + list).c_str(), &found) != LY_SUCCESS)
-            return paths;
-        for (uint32_t i = 0; i < found->count; ++i)
-            paths.push_back(data_path(found->dnodes[i]));
-        ly_set_free(found, nullptr);
+        for (const lyd_node *node : yang::nodes_at(tree, "//openconfig-lldp:" + list))
+            paths.push_back(data_path(node));
         return paths;
     }
 

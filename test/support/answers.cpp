@@ -1,10 +1,12 @@
 #include "support/answers.h"
 
 #include <cctype>
-#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <string_view>
+
+#include "yang/forest.h"
+#include "yang/tree_text.h"
 
 namespace yfw::test {
 namespace {
@@ -34,31 +36,12 @@ void compare_with_twin(const lyd_node *key, const char *container, std::vector<s
     const std::string path = std::string(container) + "/" + key->schema->name;
     if (lyd_find_path(lyd_parent(key), path.c_str(), 0, &twin) != LY_SUCCESS)
         return;
-    if (std::strcmp(lyd_get_value(key), lyd_get_value(twin)) != 0) {
-        char *where = lyd_path(twin, LYD_PATH_STD, nullptr, 0);
-        unlike.emplace_back(where);
-        free(where);
-    }
-}
-
-std::vector<const lyd_node *> nodes_at(const lyd_node *tree, const std::string &xpath) {
-    if (tree == nullptr)
-        return {};
-    ly_set *found = nullptr;
-    if (lyd_find_xpath(tree, xpath.c_str(), &found) != LY_SUCCESS)
-        throw std::runtime_error(xpath + " is no expression");
-    const std::vector<const lyd_node *> nodes(found->dnodes, found->dnodes + found->count);
-    ly_set_free(found, nullptr);
-    return nodes;
+    if (std::strcmp(lyd_get_value(key), lyd_get_value(twin)) != 0)
+        unlike.push_back(yang::path_of(twin));
 }
 
 std::string printed(const lyd_node *tree, uint32_t options) {
-    char *text = nullptr;
-    if (lyd_print_mem(&text, tree, LYD_XML, options) != LY_SUCCESS)
-        throw std::runtime_error("the tree cannot be printed");
-    const std::string result = text != nullptr ? text : "";
-    free(text);
-    return without_times(result);
+    return without_times(yang::printed(tree, LYD_XML, options).c_str());
 }
 
 } // namespace
@@ -105,7 +88,7 @@ std::vector<std::string> keys_unlike_their_twins(const lyd_node *tree) {
 
 std::vector<std::string> values_at(const lyd_node *tree, const std::string &xpath) {
     std::vector<std::string> values;
-    for (const lyd_node *node : nodes_at(tree, xpath))
+    for (const lyd_node *node : yang::nodes_at(tree, xpath))
         values.emplace_back(lyd_get_value(node));
     return values;
 }
@@ -116,7 +99,7 @@ std::string as_text(const lyd_node *tree) {
 
 std::string as_text(const lyd_node *tree, const std::string &xpath) {
     std::string text;
-    for (const lyd_node *node : nodes_at(tree, xpath))
+    for (const lyd_node *node : yang::nodes_at(tree, xpath))
         text += printed(node, 0);
     return text;
 }

@@ -1,11 +1,10 @@
 // What a test wants to know about an answer: whether it is sound, and what it holds.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include <libyang/libyang.h>
+#include "yang/data_tree.h"
 
 namespace yfw::test {
 
@@ -14,14 +13,8 @@ enum class Format { json, xml };
 /// The word that --format takes.
 const char *format_name(Format format);
 
-struct FreeContext {
-    void operator()(ly_ctx *context) const { ly_ctx_destroy(context); }
-};
-struct FreeTree {
-    void operator()(lyd_node *tree) const { lyd_free_all(tree); }
-};
-using Context = std::unique_ptr<ly_ctx, FreeContext>;
-using Tree = std::unique_ptr<lyd_node, FreeTree>;
+using Context = yang::YangContext;
+using Tree = yang::DataTree;
 
 /// The OpenConfig modules of the repository. Throws std::runtime_error when they cannot be loaded.
 Context openconfig_modules();

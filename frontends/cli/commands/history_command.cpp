@@ -8,6 +8,7 @@
 
 #include "base/error.h"
 #include "commits/commit_log.h"
+#include "device/store_errors.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
@@ -46,11 +47,7 @@ void with_store(const DeviceOptions &device,
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         throw Error(ErrorTag::data_missing, file.string(), "there are no commits yet");
-    try {
-        work(commits::CommitLog(file, false), file.string());
-    } catch (const commits::StoreError &failure) {
-        throw Error(ErrorTag::operation_failed, "", failure.what());
-    }
+    device::in_store([&] { work(commits::CommitLog(file, false), file.string()); });
 }
 
 void print_history(const commits::CommitLog &store) {

@@ -12,6 +12,7 @@
 #include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
+#include "yang/tree_text.h"
 
 namespace yfw::cli {
 namespace {
@@ -26,10 +27,8 @@ Examples:
 )";
 
 nlohmann::ordered_json data_of(const lyd_node *node) {
-    char *text = nullptr;
-    lyd_print_mem(&text, node, LYD_JSON, LYD_PRINT_SHRINK);
-    const std::unique_ptr<char, decltype(&std::free)> owner(text, std::free);
-    nlohmann::ordered_json data = nlohmann::ordered_json::parse(text != nullptr ? text : "{}");
+    const yang::LibyangText text = yang::printed(node, LYD_JSON, LYD_PRINT_SHRINK);
+    nlohmann::ordered_json data = nlohmann::ordered_json::parse(text ? text.c_str() : "{}");
     return data.empty() ? data : data.front().front(); // of the one member, a list of one entry
 }
 

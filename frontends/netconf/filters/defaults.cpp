@@ -1,13 +1,12 @@
 #include "frontends/netconf/filters/defaults.h"
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <utility>
 
 #include "frontends/netconf/filters/selected.h"
 #include "frontends/netconf/messages/rpc_error.h"
+#include "yang/tree_text.h"
 
 namespace yfw::netconf {
 namespace {
@@ -47,12 +46,9 @@ std::string with_carriage_returns(const char *xml) {
 }
 
 std::string print(const lyd_node *data, uint32_t options) {
-    if (data == nullptr)
-        return "";
-    char *text = nullptr;
-    lyd_print_mem(&text, data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | options);
-    const std::unique_ptr<char, decltype(&std::free)> printed(text, std::free);
-    return printed != nullptr ? with_carriage_returns(printed.get()) : "";
+    const yang::LibyangText printed =
+        yang::printed(data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | options);
+    return with_carriage_returns(printed.c_str());
 }
 
 const char *default_of(const lysc_node *node) {

@@ -4,6 +4,7 @@
 #include "frontends/netconf/filters/filter.h"
 #include "frontends/netconf/filters/xpath_evaluation.h"
 #include "frontends/netconf/messages/rpc_error.h"
+#include "yang/forest.h"
 
 namespace yfw::netconf {
 namespace {
@@ -114,11 +115,8 @@ void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, u
         forests.push_back(tree.get());
     const std::vector<bool> selected = selected_by(XPathDocument(forests), filter, use);
     Pruning pruning(selected, depth);
-    for (yang::DataTree &tree : trees) {
-        lyd_node *forest = tree.release();
-        pruning.prune_forest(forest);
-        tree.reset(forest);
-    }
+    for (yang::DataTree &tree : trees)
+        yang::change_first(tree, [&](lyd_node *&first) { pruning.prune_forest(first); });
 }
 
 yang::DataTree xpath_filtered(yang::DataTree data, const Filter &filter, uint32_t depth, XPathUse use) {

@@ -1,12 +1,12 @@
 #include "frontends/netconf/server_data/protocol_modules.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
-#include <memory>
 
 #include "base/error.h"
+#include "yang/forest.h"
 #include "yang/schemas.h"
+#include "yang/tree_text.h"
 
 namespace yfw::netconf {
 namespace {
@@ -17,17 +17,6 @@ std::string with_commas(const std::vector<const char *> &words) {
         text += (text.empty() ? "" : ",") + std::string(word);
     return text;
 }
-
-void remove_found(lyd_node *data, const char *path) {
-    ly_set *found = nullptr;
-    if (lyd_find_xpath(data, path, &found) != LY_SUCCESS)
-        return;
-    for (uint32_t i = 0; i < found->count; i++)
-        lyd_free_tree(found->dnodes[i]);
-    ly_set_free(found, nullptr);
-}
-
-using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 } // namespace
 
@@ -91,7 +80,8 @@ void ProtocolModules::make_library() {
                              "/ietf-yang-library:modules-state/module[name='yang']",
                              "/ietf-yang-library:modules-state/module[name='ietf-yang-schema-mount']",
                              "/ietf-yang-library:modules-state/module/schema"})
-        remove_found(data, path);
+        for (lyd_node *found : yang::nodes_at(data, path))
+            yang::remove(library_, found);
     for (const char *datastore : {"running", "candidate", "operational"}) {
         const std::string path =
             std::string("/ietf-yang-library:yang-library/datastore[name='ietf-datastores:") + datastore +
@@ -137,8 +127,8 @@ std::optional<std::string> ProtocolModules::text(const std::string &name, const 
         return std::nullopt;
     char *text = nullptr;
     lys_print_mem(&text, module, LYS_OUT_YANG, 0);
-    const Text printed(text, std::free);
-    return printed != nullptr ? std::optional<std::string>(printed.get()) : std::nullopt;
+    const yang::LibyangText printed(text);
+    return printed ? std::optional<std::string>(printed.c_str()) : std::nullopt;
 }
 
 } // namespace yfw::netconf

@@ -5,22 +5,9 @@
 
 #include "device/store_errors.h"
 #include "yang/configuration_text.h"
+#include "yang/forest.h"
 
 namespace yfw::device {
-namespace {
-
-void join(yang::DataTree &into, yang::DataTree more) {
-    lyd_node *first = into.release();
-    lyd_node *next = nullptr;
-    for (lyd_node *top = more.release(); top != nullptr; top = next) {
-        next = top->next;
-        lyd_unlink_tree(top);
-        lyd_insert_sibling(first, top, &first);
-    }
-    into.reset(first);
-}
-
-} // namespace
 
 std::optional<ConfiguredSource::StoreIdentity>
 ConfiguredSource::identity_of(const std::filesystem::path &store) {
@@ -93,7 +80,7 @@ yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
     if (!committed.has_value())
         return data;
     yang::take_configuration(data); // the commit replaces the recorded configuration
-    join(data, yang::copy_configuration(committed->get()));
+    yang::join(data, yang::copy_configuration(committed->get()));
     return data;
 }
 

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "base/error.h"
+#include "yang/forest.h"
 #include "yang/path_words.h"
 
 namespace yfw::device {
@@ -156,11 +157,8 @@ private:
         }
         if (lyd_new_inner(parent, schema->module, schema->name, 0, &made) != LY_SUCCESS)
             refuse(edit, yang::take_yang_error(schemas_.context()));
-        if (parent == nullptr) {
-            lyd_node *first = configuration_.release();
-            lyd_insert_sibling(first, made, &first);
-            configuration_.reset(first);
-        }
+        if (parent == nullptr)
+            yang::join(configuration_, yang::DataTree(made));
         return made;
     }
 
@@ -191,16 +189,8 @@ private:
     void remove(const host::NativePath &edit, const std::vector<const lysc_node *> &steps) {
         touch_lists(steps);
         lyd_node *node = reach(edit, steps, false);
-        if (node == nullptr)
-            return;
-        if (node == configuration_.get()) {
-            lyd_node *rest = configuration_.release();
-            rest = rest->next;
-            lyd_free_tree(node);
-            configuration_.reset(rest);
-            return;
-        }
-        lyd_free_tree(node);
+        if (node != nullptr)
+            yang::remove(configuration_, node);
     }
 
     void set(const host::NativePath &edit, std::vector<const lysc_node *> steps) {
@@ -242,10 +232,10 @@ void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::Na
 void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration) {
     if (!configuration)
         return;
-    lyd_node *tree = configuration.release();
-    const LY_ERR status =
-        lyd_validate_all(&tree, schemas.context(), LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr);
-    configuration.reset(tree);
+    const LY_ERR status = yang::change_first(configuration, [&schemas](lyd_node *&first) {
+        return lyd_validate_all(&first, schemas.context(), LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT,
+                                nullptr);
+    });
     if (status != LY_SUCCESS)
         throw Error(ErrorTag::invalid_value, "", yang::take_yang_error(schemas.context()));
 }

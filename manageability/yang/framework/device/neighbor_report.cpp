@@ -1,9 +1,7 @@
 #include "device/neighbor_report.h"
 
-#include <cstdlib>
-#include <memory>
-
 #include "yang/path.h"
+#include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
@@ -36,9 +34,7 @@ std::string_view to_string(sources::NeighborChange change) {
 }
 
 std::string NeighborReport::path() const {
-    const std::unique_ptr<char, decltype(&std::free)> path(lyd_path(neighbor, LYD_PATH_STD, nullptr, 0),
-                                                           std::free);
-    const std::string text = path != nullptr ? path.get() : "";
+    const std::string text = yang::path_of(neighbor);
     const std::string prefix = "/" + std::string(neighbor->schema->module->name) + ":";
     return text.rfind(prefix, 0) == 0 ? "/" + text.substr(prefix.size()) : text;
 }

@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "yang/schemas.h"
+#include "yang/tree_text.h"
 #include "yang/yang_text.h"
 
 namespace yfw::host {
@@ -215,10 +216,7 @@ private:
     }
 
     static std::string place(const lyd_node *parent, const char *name) {
-        char *path = lyd_path(parent, LYD_PATH_STD, nullptr, 0);
-        const std::string text = std::string(path != nullptr ? path : "") + "/" + name;
-        std::free(path);
-        return text;
+        return yang::path_of(parent) + "/" + name;
     }
 
     void warn(const lyd_node *parent, const char *name, const char *value) {

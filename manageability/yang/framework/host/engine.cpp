@@ -15,6 +15,7 @@
 #include "host/request_context.h"
 #include "host/request_tree.h"
 #include "platform/debug_log.h"
+#include "yang/forest.h"
 #include "yang/path_words.h"
 
 namespace yfw::host {
@@ -76,16 +77,6 @@ std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
         if (std::find(roots.begin(), roots.end(), tree.oc_to_native) == roots.end())
             roots.push_back(tree.oc_to_native);
     return roots;
-}
-
-void merge(yang::DataTree &into, yang::DataTree part) {
-    if (!into) {
-        into = std::move(part);
-    } else if (part) {
-        lyd_node *merged = into.release();
-        lyd_merge_siblings(&merged, part.release(), LYD_MERGE_DESTRUCT);
-        into.reset(merged);
-    }
 }
 
 std::vector<const lysc_node *> state_nodes(const MappingDescription &mapping, const yang::Schemas &schemas) {
@@ -175,7 +166,7 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<sources
     const std::vector<std::unique_ptr<AnswerTree>> written = map_passes(passes, request.content, native());
     Answer answer;
     for (size_t i = 0; i < passes.size(); i++)
-        merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
+        yang::merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
     return answer;
 }
 

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "base/error.h"
+#include "yang/tree_text.h"
 
 namespace yfw::yang {
 namespace {
@@ -14,13 +14,9 @@ void collect(const lyd_node *top, Leaves &leaves) {
     LYD_TREE_DFS_BEGIN(top, node) {
         const bool leaf = (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
         if (leaf && (node->flags & LYD_DEFAULT) == 0 && !lysc_is_key(node->schema)) {
-            char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
-            leaves[path] = lyd_get_value(node);
-            std::free(path);
+            leaves[path_of(node)] = lyd_get_value(node);
         } else if (node->schema->nodetype == LYS_LIST) {
-            char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
-            leaves[path] = "";
-            std::free(path);
+            leaves[path_of(node)] = "";
         }
         LYD_TREE_DFS_END(top, node)
     }
@@ -43,25 +39,13 @@ void append_line(std::string &text, char sign, const std::string &path, const st
 } // namespace
 
 std::string print_configuration(const lyd_node *configuration) {
-    if (configuration == nullptr)
-        return "";
-    char *text = nullptr;
-    lyd_print_mem(&text, configuration, LYD_XML, LYD_PRINT_WITHSIBLINGS);
-    const std::string printed = text != nullptr ? text : "";
-    std::free(text);
-    return printed;
+    return printed(configuration, LYD_XML, LYD_PRINT_WITHSIBLINGS).c_str();
 }
 
 DataTree parse_configuration(const Schemas &schemas, const std::string &text, const std::string &place) {
     if (text.empty())
         return nullptr;
-    lyd_node *data = nullptr;
-    const LY_ERR status = lyd_parse_data_mem(schemas.context(), text.c_str(), LYD_XML,
-                                             LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &data);
-    DataTree configuration(data);
-    if (status != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, place, take_yang_error(schemas.context()));
-    return configuration;
+    return parse_data(schemas.context(), text, LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, place);
 }
 
 std::string configuration_difference(const lyd_node *before, const lyd_node *after) {

@@ -1,4 +1,5 @@
 #include "device/access/nacm_tree.h"
+#include "yang/forest.h"
 
 namespace yfw::access {
 namespace {
@@ -19,15 +20,6 @@ bool find_unreadable(RulesOnTree &rules, const RulesOnTree::Inherited &above, ly
     return is_readable;
 }
 
-void take_out(yang::DataTree &data, lyd_node *node) {
-    if (node == data.get()) {
-        lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself when it has no siblings
-        static_cast<void>(data.release());
-        data.reset(other != node ? other : nullptr);
-    }
-    lyd_free_tree(node);
-}
-
 } // namespace
 
 void UserRules::remove_unreadable(yang::DataTree &data) const {
@@ -39,7 +31,7 @@ void UserRules::remove_unreadable(yang::DataTree &data) const {
     for (lyd_node *top = first; top != nullptr; top = top->next)
         find_unreadable(rules, rules.at_top(), top, unreadable);
     for (lyd_node *node : unreadable)
-        take_out(data, node);
+        yang::remove(data, node);
 }
 
 } // namespace yfw::access

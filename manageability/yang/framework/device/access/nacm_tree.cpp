@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <memory>
 
 #include "base/error.h"
+#include "yang/forest.h"
 #include "yang/schemas.h"
 
 namespace yfw::access {
@@ -82,13 +82,8 @@ void RulesOnTree::find(size_t position, const lyd_node *tree) {
         });
     if (!is_known)
         return;
-    ly_set *found = nullptr;
-    if (lyd_find_xpath3(nullptr, tree, rule.path.c_str(), nullptr, &found) != LY_SUCCESS)
-        throw Error(ErrorTag::operation_failed, rule.path, yang::take_yang_error(LYD_CTX(tree)));
-    const auto free_set = [](ly_set *set) { ly_set_free(set, nullptr); };
-    const std::unique_ptr<ly_set, decltype(free_set)> owner(found, free_set);
-    for (uint32_t i = 0; i < found->count; i++)
-        named_[found->dnodes[i]].push_back(position);
+    for (const lyd_node *named : yang::nodes_at(tree, rule.path))
+        named_[named].push_back(position);
 }
 
 const AccessRule *RulesOnTree::deciding(Access access, const lyd_node *node, const Inherited &here) {

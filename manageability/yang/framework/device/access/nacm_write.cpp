@@ -1,10 +1,9 @@
 // Finds changes that a user may not make. Walks both configurations side by side: libyang's own diff is
 // quadratic in the number of entries, even when nothing differs.
-#include <cstdlib>
-#include <memory>
 #include <unordered_set>
 
 #include "device/access/nacm_tree.h"
+#include "yang/tree_text.h"
 
 namespace yfw::access {
 namespace {
@@ -43,11 +42,6 @@ const lyd_node *same_among(const lyd_node *siblings, const lyd_node *node) {
     const LY_ERR status = is_one_of_several ? lyd_find_sibling_first(siblings, node, &same)
                                             : lyd_find_sibling_val(siblings, node->schema, nullptr, 0, &same);
     return status == LY_SUCCESS ? same : nullptr;
-}
-
-std::string path_of(const lyd_node *node) {
-    const std::unique_ptr<char, decltype(&std::free)> path(lyd_path(node, LYD_PATH_STD, nullptr, 0), std::free);
-    return path != nullptr ? path.get() : "";
 }
 
 class Comparison {
@@ -125,7 +119,7 @@ private:
                                                 const RulesOnTree::Inherited &here, Access access) {
         if (rules.permits(access, node, here))
             return std::nullopt;
-        return DeniedWrite{path_of(node), access};
+        return DeniedWrite{yang::path_of(node), access};
     }
 
     RulesOnTree before_;

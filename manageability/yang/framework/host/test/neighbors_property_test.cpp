@@ -1,6 +1,5 @@
 // What holds for every table of neighbors that a device may report. The seeds are fixed.
 #include <algorithm>
-#include <cstdlib>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 #include "data_texts.h"
 #include "neighbor_tables.h"
 #include "test_device.h"
+#include "yang/tree_text.h"
 
 namespace yfw::host::test {
 namespace {
@@ -153,16 +153,11 @@ TEST_P(EveryTable, GivesForANeighborOnAnyInterfaceWhatTheWholeReadHoldsForIt) {
 }
 
 void expect_to_be_read_back(const lyd_node *answer, LYD_FORMAT format) {
-    char *printed = nullptr;
-    ASSERT_EQ(lyd_print_mem(&printed, answer, format, LYD_PRINT_WITHSIBLINGS), LY_SUCCESS);
-    const std::string text(printed);
-    std::free(printed);
-    lyd_node *parsed = nullptr;
-    const LY_ERR status = lyd_parse_data_mem(schemas().context(), text.c_str(), format,
-                                             LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0, &parsed);
-    const yang::DataTree owner(parsed);
-    ASSERT_EQ(status, LY_SUCCESS) << yang::take_yang_error(schemas().context());
-    EXPECT_TRUE(same(leaves(parsed), leaves(answer)));
+    const yang::LibyangText text = yang::printed(answer, format, LYD_PRINT_WITHSIBLINGS);
+    ASSERT_TRUE(text);
+    const yang::DataTree parsed =
+        yang::parse_data(schemas().context(), text.c_str(), format, LYD_PARSE_ONLY | LYD_PARSE_STRICT);
+    EXPECT_TRUE(same(leaves(parsed.get()), leaves(answer)));
 }
 
 TEST_P(EveryTable, ComesOutAsDataThatIsReadBackUnchanged) {

@@ -10,6 +10,7 @@
 
 #include "base/error.h"
 #include "base/system_error.h"
+#include "yang/forest.h"
 #include "yang/schemas.h"
 
 namespace yfw::sources {
@@ -65,14 +66,7 @@ DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
 }
 
 void merge(DataTree &into, DataTree from, const std::filesystem::path &file, const ly_ctx *context) {
-    if (!into) {
-        into = std::move(from);
-        return;
-    }
-    lyd_node *target = into.release();
-    const LY_ERR status = lyd_merge_siblings(&target, from.release(), LYD_MERGE_DESTRUCT);
-    into.reset(target);
-    if (status != LY_SUCCESS)
+    if (yang::merge(into, std::move(from)) != LY_SUCCESS)
         fail(file, "cannot be merged with the files before it: " + yang::take_yang_error(context));
 }
 
@@ -88,9 +82,8 @@ void validate_configuration(DataTree &data, const std::filesystem::path &place) 
         if (holds_configuration(top))
             modules.push_back(top->schema->module);
     for (const lys_module *module : modules) {
-        lyd_node *tree = data.release();
-        const LY_ERR status = lyd_validate_module(&tree, module, 0, nullptr);
-        data.reset(tree);
+        const LY_ERR status = yang::change_first(
+            data, [module](lyd_node *&first) { return lyd_validate_module(&first, module, 0, nullptr); });
         if (status != LY_SUCCESS)
             fail(place, yang::take_yang_error(module->ctx));
     }

@@ -5,6 +5,7 @@
 #include "sources/lldpd/reader.h"
 #include "sources/lldpd/settings_writer.h"
 #include "sources/lldpd/wanted_settings.h"
+#include "yang/forest.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -39,9 +40,8 @@ yang::DataTree LldpdSource::read(const ly_ctx *context) {
     const Connection connection(socket_);
     const State state = read_state(connection);
     yang::DataTree data = configuration_data(context, state);
-    lyd_node *first = data.release();
-    lyd_insert_sibling(first, operational_data(context, state).release(), &first);
-    return yang::DataTree(first);
+    yang::join(data, operational_data(context, state));
+    return data;
 }
 
 void LldpdSource::check(const lyd_node *before, const lyd_node *after) {

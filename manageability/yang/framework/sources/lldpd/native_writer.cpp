@@ -1,6 +1,7 @@
 #include "sources/lldpd/native_writer.h"
 
 #include "base/error.h"
+#include "yang/forest.h"
 #include "yang/schemas.h"
 
 namespace yfw::sources::lldpd {
@@ -26,9 +27,7 @@ Inner::Inner(const ly_ctx *context, const char *module, const char *name, yang::
     lyd_node *top = nullptr;
     const LY_ERR status = lyd_new_inner(nullptr, module_of(context, module), name, 0, &top);
     node_ = made(status, top, context, name);
-    lyd_node *first = forest.release();
-    lyd_insert_sibling(first, top, &first);
-    forest.reset(first);
+    yang::join(forest, yang::DataTree(top));
 }
 
 Inner Inner::inner(const char *name, const char *module) const {

@@ -1,11 +1,11 @@
 #include "sources/lldpd/wanted_settings.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <string_view>
 
 #include "base/error.h"
+#include "yang/tree_text.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -35,10 +35,7 @@ bool holds(const lyd_node *top, std::initializer_list<const char *> names) {
 }
 
 [[noreturn]] void refuse(const lyd_node *node, const std::string &reason) {
-    char *path = lyd_path(node, LYD_PATH_STD, nullptr, 0);
-    const std::string place = path != nullptr ? path : node->schema->name;
-    std::free(path);
-    throw Error(ErrorTag::operation_not_supported, place, reason);
+    throw Error(ErrorTag::operation_not_supported, yang::path_of(node), reason);
 }
 
 void refuse_what_lldpd_cannot(const lyd_node *lldp) {

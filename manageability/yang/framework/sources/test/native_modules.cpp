@@ -1,12 +1,13 @@
 #include "native_modules.h"
 
-#include <stdexcept>
-
 #include "sources/lldpd/native_data.h"
 #include "support/answers.h"
+#include "yang/configuration_text.h"
+#include "yang/forest.h"
 #include "yang/schemas.h"
 #include "yang/test/data_texts.h"
 #include "yang/test/test_schemas.h"
+#include "yang/tree_text.h"
 
 namespace yfw::sources::test {
 
@@ -16,20 +17,17 @@ const ly_ctx *native_modules() {
 }
 
 yang::DataTree native_data(const std::string &xml) {
-    lyd_node *tree = nullptr;
-    if (lyd_parse_data_mem(native_modules(), xml.c_str(), LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_ONLY, 0,
-                           &tree) != LY_SUCCESS)
-        throw std::runtime_error(yang::take_yang_error(native_modules()));
-    return yang::DataTree(tree);
+    return yang::parse_data(native_modules(), xml, LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_ONLY);
 }
 
 std::string fault_of(const yang::DataTree &data) {
-    lyd_node *copy = nullptr;
-    if (lyd_dup_siblings(data.get(), nullptr, LYD_DUP_RECURSIVE, &copy) != LY_SUCCESS)
+    yang::DataTree copy = yang::copy_configuration(data.get());
+    if (copy == nullptr)
         return "no copy of the data";
-    const bool valid = lyd_validate_all(&copy, nullptr, LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS;
-    lyd_free_all(copy);
-    return valid ? "" : yang::take_yang_error(native_modules());
+    const LY_ERR status = yang::change_first(copy, [](lyd_node *&first) {
+        return lyd_validate_all(&first, nullptr, LYD_VALIDATE_PRESENT, nullptr);
+    });
+    return status == LY_SUCCESS ? "" : yang::take_yang_error(native_modules());
 }
 
 std::vector<std::string> announcements(const lldpd::Neighbor &neighbor) {

@@ -1,15 +1,14 @@
 #include "data_texts.h"
 
 #include <algorithm>
-#include <cstdlib>
+
+#include "yang/tree_text.h"
 
 namespace yfw::yang::test {
 namespace {
 
 std::string place(const lyd_node *node) {
-    char *text = lyd_path(node, LYD_PATH_STD, nullptr, 0);
-    std::string path = text != nullptr ? text : "";
-    std::free(text);
+    const std::string path = path_of(node);
     // "/openconfig-lldp:lldp/..." Only the first step carries the module.
     const size_t colon = path.find(':');
     return "/" + path.substr(colon + 1);
@@ -78,11 +77,7 @@ testing::AssertionResult same(const Lines &found, const Lines &wanted) {
 }
 
 std::string xml(const lyd_node *data) {
-    char *printed = nullptr;
-    lyd_print_mem(&printed, data, LYD_XML, LYD_PRINT_WITHSIBLINGS);
-    const std::string text = printed != nullptr ? printed : "";
-    std::free(printed);
-    return text;
+    return printed(data, LYD_XML, LYD_PRINT_WITHSIBLINGS).c_str();
 }
 
 } // namespace yfw::yang::test

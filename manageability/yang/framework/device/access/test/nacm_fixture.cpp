@@ -1,11 +1,10 @@
 #include "nacm_fixture.h"
 
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 
 #include "support/files.h"
 #include "yang/schemas.h"
+#include "yang/tree_text.h"
 
 namespace yfw::access::test {
 namespace {
@@ -155,12 +154,9 @@ yang::DataTree parse_valid(const std::string &xml, const ly_ctx *context) {
 }
 
 std::string print(const yang::DataTree &data) {
-    char *text = nullptr;
-    if (data != nullptr)
-        lyd_print_mem(&text, lyd_first_sibling(data.get()), LYD_XML,
-                      LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | LYD_PRINT_KEEPEMPTYCONT);
-    const std::unique_ptr<char, decltype(&std::free)> owner(text, std::free);
-    return text != nullptr ? text : "";
+    return yang::printed(data != nullptr ? lyd_first_sibling(data.get()) : nullptr, LYD_XML,
+                         LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | LYD_PRINT_KEEPEMPTYCONT)
+        .c_str();
 }
 
 std::string lldp(const std::string &inside) {

@@ -8,6 +8,7 @@
 
 #include "device/access/nacm.h"
 #include "nacm_fixture.h"
+#include "yang/forest.h"
 
 namespace yfw::access::test {
 namespace {
@@ -205,11 +206,10 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(DataHeldByATop, LosesThisTop) {
     const Nacm nacm = load(all_groups(deny(path("/one:last"))));
     yang::DataTree data = parse(lldp(config) + mon + last, everything());
-    lyd_node *first = data.release();
-    lyd_node *last_top = first;
-    while (std::string_view(last_top->schema->name) != "last")
-        last_top = last_top->next;
-    data.reset(last_top);
+    yang::change_first(data, [](lyd_node *&held) {
+        while (std::string_view(held->schema->name) != "last")
+            held = held->next;
+    });
     rules_for_ann(nacm).remove_unreadable(data);
     EXPECT_EQ(print(data), print(parse(lldp(config) + mon, everything())));
 }
