@@ -9,7 +9,7 @@ namespace yfw::pictures {
 namespace {
 
 // A name. Inside quotes, Graphviz takes everything literally except quotes, and backslashes before them.
-std::string quoted(const std::string &name) {
+std::string dot_text(const std::string &name) {
     std::string text = "\"";
     for (const char c : printable(name)) {
         if (c == '"' || c == '\\')
@@ -37,13 +37,13 @@ std::string label(const std::string &shown) {
 std::string routers(const Topology &topology) {
     std::string text;
     for (const Router &router : topology.routers)
-        text += fmt::format("    {} [label=\"{}{}\"{}];\n", quoted(router.label), label(router.label),
+        text += fmt::format("    {} [label=\"{}{}\"{}];\n", dot_text(router.label), label(router.label),
                             router.read ? "" : "\\n(not read)", router.read ? "" : ", style=dashed");
     return text;
 }
 
 std::string node_of(const Topology &topology, size_t port) {
-    return quoted(topology.router_of(port).label);
+    return dot_text(topology.router_of(port).label);
 }
 
 std::string port_label(const Topology &topology, size_t port) {
@@ -88,7 +88,7 @@ public:
         std::string name = fmt::format("segment {}", ++number_);
         while (taken_.contains(name))
             name += '\'';
-        return quoted(name);
+        return dot_text(name);
     }
 
 private:
