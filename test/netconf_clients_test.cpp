@@ -41,6 +41,19 @@ std::optional<std::string> program(const std::string &name) {
     }
 }
 
+// Registries fail now and then.
+Finished installed_by(const std::string &npm, const std::string &prefix, const std::string &package) {
+    constexpr int attempts = 3;
+    Finished finished;
+    for (int i = 0; i < attempts; i++) {
+        finished =
+            run({npm, "install", "--prefix", prefix, "--ignore-scripts", "--no-audit", "--no-fund", package});
+        if (finished.status == 0)
+            break;
+    }
+    return finished;
+}
+
 // The server that is ready-made for trying out, with its own sshd.
 class ATryoutServer : public testing::Test {
 protected:
@@ -104,6 +117,13 @@ TEST_F(ATryoutServer, RemovesWhatAKilledOneLeftBehind) {
     EXPECT_EQ(next.wait(), 0) << next.errors();
 }
 
+TEST_F(ATryoutServer, RefusesAPortThatIsTaken) {
+    RunningYfw second(
+        {"serve", "--device", in_files("device"), "--store", in_files("other.db"), "--port", port_});
+    EXPECT_NE(second.wait(), 0);
+    EXPECT_THAT(second.errors(), HasSubstr("port " + port_ + " on 127.0.0.1 failed: Address already in use"));
+}
+
 TEST_F(ATryoutServer, ServesNcclient) {
     if (run({"/usr/bin/python3", "-c", "import ncclient"}).status != 0)
         return missing("python3-ncclient");
@@ -142,8 +162,7 @@ TEST_F(ATryoutServer, ServesNodeNetconf) {
         return missing("npm");
     const std::string prefix = in_files("npm");
     std::filesystem::create_directory(prefix);
-    const Finished install = run({*npm, "install", "--prefix", prefix, "--ignore-scripts", "--no-audit",
-                                  "--no-fund", "node-netconf@1.1.2"});
+    const Finished install = installed_by(*npm, prefix, "node-netconf@1.1.2");
     if (install.status != 0)
         return missing("the npm package node-netconf (" + install.reason() + ")");
     const Finished finished = run({"/usr/bin/env", "NETCONF_PACKAGE=" + prefix + "/node_modules/node-netconf",

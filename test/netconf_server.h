@@ -16,7 +16,8 @@
 
 namespace yfw::test {
 
-/// Bytes of what a server has freed that AddressSanitizer keeps: a quarter of a gigabyte.
+/// Bytes that a server takes more with AddressSanitizer: what it has freed and keeps, and what it puts around
+/// each piece of memory.
 #ifdef YFW_SANITIZED
 constexpr size_t kept_by_sanitizer = 256u << 20;
 #else

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <thread>
 
 #include <arpa/inet.h>
@@ -33,6 +34,7 @@ sockaddr_in loopback(uint16_t port) {
     return address;
 }
 
+// Another process may take it before the daemon does.
 uint16_t free_port() {
     const Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in address = loopback(0);
@@ -43,18 +45,19 @@ uint16_t free_port() {
     return ntohs(address.sin_port);
 }
 
-bool is_answered(uint16_t port) {
-    const Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const sockaddr_in address = loopback(port);
-    return connect(probe.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+constexpr int free_ports_to_try = 5;
+
+std::string contents_of(const std::filesystem::path &file) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
 }
 
 } // namespace
 
 SshTryout::SshTryout(uint16_t port)
-    : sshd_(find_program("sshd", "openssh-server", needed_by)), port_(port != 0 ? port : free_port()) {
+    : sshd_(find_program("sshd", "openssh-server", needed_by)), wanted_port_(port) {
     make_keys();
-    write_configuration();
 }
 
 SshTryout::~SshTryout() {
@@ -82,7 +85,7 @@ void SshTryout::write_configuration() const {
            << "PidFile none\nUsePAM no\nStrictModes no\nPasswordAuthentication "
               "no\nKbdInteractiveAuthentication no\n"
            << "PermitRootLogin prohibit-password\nAllowUsers " << current_user() << '\n'
-           << "AllowTcpForwarding no\nX11Forwarding no\nPermitTTY no\n"
+           << "AllowTcpForwarding no\nX11Forwarding no\nPermitTTY no\nLogLevel INFO\n"
            << "Subsystem netconf " << std::filesystem::read_symlink("/proc/self/exe").string()
            << " netconf-stdio --socket " << socket().string() << '\n';
     if (!config.flush())
@@ -92,23 +95,33 @@ void SshTryout::write_configuration() const {
 }
 
 void SshTryout::start() {
-    const std::string log = (files_.path() / "sshd.log").string();
-    const std::string config = (files_.path() / "sshd_config").string();
-    daemon_ = Process(Program{.arguments = {sshd_, "-D", "-f", config, "-E", log},
-                              .errors = STDERR_FILENO,
-                              .ends_with_parent = true}); // even if the server crashes
-    wait_until_it_listens();
+    for (int tried = 1;; tried++) {
+        port_ = wanted_port_ != 0 ? wanted_port_ : free_port();
+        write_configuration();
+        const std::optional<std::string> failure = start_daemon();
+        if (!failure.has_value())
+            return;
+        if (wanted_port_ != 0 || tried == free_ports_to_try)
+            throw Error(ErrorTag::operation_failed, "sshd", "does not start: " + *failure);
+    }
 }
 
-void SshTryout::wait_until_it_listens() {
+// Returns why it does not start.
+std::optional<std::string> SshTryout::start_daemon() {
+    const std::filesystem::path log = files_.path() / "sshd.log";
+    std::filesystem::remove(log);
+    daemon_ = Process(
+        Program{.arguments = {sshd_, "-D", "-f", (files_.path() / "sshd_config").string(), "-E", log.string()},
+                .errors = STDERR_FILENO,
+                .ends_with_parent = true}); // even if the server crashes
     const auto end = std::chrono::steady_clock::now() + patience;
-    while (!is_answered(port_)) {
-        if (!daemon_.runs() || std::chrono::steady_clock::now() > end) {
-            std::ifstream log(files_.path() / "sshd.log");
-            std::string reason;
-            std::getline(log, reason);
-            throw Error(ErrorTag::operation_failed, "sshd", "does not start: " + reason);
-        }
+    for (;;) {
+        const bool runs = daemon_.runs(); // before the log is read: what a daemon says last is in it
+        const std::string said = contents_of(log);
+        if (said.find("Server listening on 127.0.0.1 port ") != std::string::npos)
+            return std::nullopt;
+        if (!runs || std::chrono::steady_clock::now() > end)
+            return said.substr(0, said.find_first_of("\r\n"));
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
 }

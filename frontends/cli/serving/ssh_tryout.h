@@ -3,6 +3,7 @@
 #define YFW_FRONTENDS_CLI_SERVING_SSH_TRYOUT_H
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "base/private_directory.h"
@@ -23,7 +24,8 @@ public:
     // The socket for the NETCONF server to listen on.
     std::filesystem::path socket() const { return files_.path() / "netconf.sock"; }
 
-    // Starts the daemon; call once the server listens on the socket.
+    // Starts the daemon; call once the server listens on the socket. Throws Error when it does not start, as on
+    // a port that is taken.
     void start();
 
     // Tells the user how to connect.
@@ -32,11 +34,12 @@ public:
 private:
     void make_keys() const;
     void write_configuration() const;
-    void wait_until_it_listens();
+    std::optional<std::string> start_daemon();
 
     PrivateDirectory files_{"yfw-serve"};
     std::string sshd_;
-    uint16_t port_;
+    uint16_t wanted_port_; // 0: any free one
+    uint16_t port_ = 0;
     Process daemon_;
 };
 
