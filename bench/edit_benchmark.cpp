@@ -6,9 +6,7 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include "device/configured_source.h"
-#include "device/editor.h"
-#include "host/engine.h"
+#include "device/managed_device.h"
 #include "yang/configuration_text.h"
 #include "yang/edit.h"
 #include "yang/schemas.h"
@@ -48,9 +46,9 @@ private:
 struct Device {
     explicit Device(int64_t interfaces)
         : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
-          files(configuration(interfaces)), source(schemas(), files, directory / "commits.db"),
-          engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY)),
-          editor(schemas(), source, engine, nullptr) {
+          files(configuration(interfaces)),
+          engine(schemas(), files, host::read_mapping(YFW_PLUGIN_LIBRARY)),
+          managed(schemas(), files, directory / "commits.db", host::read_mapping(YFW_PLUGIN_LIBRARY)) {
         std::filesystem::create_directories(directory);
     }
     ~Device() { std::filesystem::remove_all(directory); }
@@ -59,9 +57,8 @@ struct Device {
 
     std::filesystem::path directory;
     FixedSource files;
-    device::ConfiguredSource source;
-    host::Engine engine;
-    device::Editor editor;
+    host::Engine engine; // for the mapping alone
+    device::ManagedDevice managed;
 };
 
 yang::EditNode timer_edit(int64_t seconds) {
@@ -86,15 +83,15 @@ void map_one_leaf(benchmark::State &state) {
     Device device(1);
     const yang::EditNode edit = timer_edit(30);
     for (auto _ : state)
-        benchmark::DoNotOptimize(device.engine.map_edit(edit, device.source.running_configuration()));
+        benchmark::DoNotOptimize(device.engine.map_edit(edit, device.managed.running_configuration().native));
 }
 
 void validate_one_leaf(benchmark::State &state) {
     Device device(1);
     const yang::EditNode edit = timer_edit(30);
-    const yang::SharedData running = device.source.running_configuration();
+    const device::Configuration running = device.managed.running_configuration();
     for (auto _ : state)
-        benchmark::DoNotOptimize(device.editor.apply(edit, running.get()));
+        benchmark::DoNotOptimize(device.managed.apply(edit, running));
 }
 
 void commit_one_leaf(benchmark::State &state) {
@@ -102,13 +99,13 @@ void commit_one_leaf(benchmark::State &state) {
     int64_t seconds = 10;
     for (auto _ : state) {
         seconds = seconds == 10 ? 20 : 10;
-        benchmark::DoNotOptimize(device.editor.edit(timer_edit(seconds), {"bench", ""}));
+        benchmark::DoNotOptimize(device.managed.edit(timer_edit(seconds), {"bench", ""}));
     }
 }
 
 void store_one_row(benchmark::State &state) {
     Device device(1);
-    commits::CommitLog store(device.source.store(), true);
+    commits::CommitLog store(device.managed.store(), true);
     for (auto _ : state)
         benchmark::DoNotOptimize(
             store.commit([](const auto &) { return std::optional<commits::Commit>(commits::Commit{}); }));
@@ -118,17 +115,17 @@ void map_interfaces(benchmark::State &state) {
     Device device(state.range(0));
     const yang::EditNode edit = interfaces_edit(state.range(0), true);
     for (auto _ : state)
-        benchmark::DoNotOptimize(device.engine.map_edit(edit, device.source.running_configuration()));
+        benchmark::DoNotOptimize(device.engine.map_edit(edit, device.managed.running_configuration().native));
     state.SetComplexityN(state.range(0));
 }
 
 void commit_interfaces(benchmark::State &state) {
     Device device(state.range(0));
     bool enabled = true;
-    device.editor.edit(timer_edit(30), {"bench", ""}); // creates the store
+    device.managed.edit(timer_edit(30), {"bench", ""}); // creates the store
     for (auto _ : state) {
         enabled = !enabled;
-        benchmark::DoNotOptimize(device.editor.edit(interfaces_edit(state.range(0), enabled), {"bench", ""}));
+        benchmark::DoNotOptimize(device.managed.edit(interfaces_edit(state.range(0), enabled), {"bench", ""}));
     }
     state.SetComplexityN(state.range(0));
 }

@@ -100,9 +100,6 @@ INSTANTIATE_TEST_SUITE_P(
                                   in_config(with("delete", "enabled", "") + with("delete", "hello-timer", "")),
                                   "/lldp/config/hello-timer"},
                     ExistenceCase{"AnInterface", absent_interface, "/lldp/interfaces/interface[name='eth9']"},
-                    ExistenceCase{"AnInterfaceThatReadsDoNotShow",
-                                  in_interfaces(with("delete", "interface", element("name", "eth2"))),
-                                  "/lldp/interfaces/interface[name='eth2']"},
                     ExistenceCase{"AnEntryOfALeafList", in_config(tlv("SYSTEM_NAME", "delete")),
                                   "/lldp/config/suppress-tlv-advertisement"}),
     [](const auto &test) { return test.param.name; });
@@ -242,9 +239,13 @@ TEST(OneOfTwoSuppressedTlvs, IsDeletedWithoutTheOther) {
     const EditedDevice device{configured_device()};
     const std::string tlvs = "/openconfig-lldp:lldp/config/suppress-tlv-advertisement";
     expect_committed(device.edit(in_config(tlv("SYSTEM_NAME") + tlv("MANAGEMENT_ADDRESS"))));
-    EXPECT_EQ(device.values(tlvs), Strings{"openconfig-lldp-types:MANAGEMENT_ADDRESS"});
+    EXPECT_EQ(device.values(tlvs),
+              (Strings{"openconfig-lldp-types:SYSTEM_NAME", "openconfig-lldp-types:MANAGEMENT_ADDRESS"}));
     expect_committed(device.edit(in_config(tlv("MANAGEMENT_ADDRESS", "delete"))));
     EXPECT_EQ(device.values(tlvs), Strings{"openconfig-lldp-types:SYSTEM_NAME"});
+    expect_committed(device.edit(in_config(tlv("SYSTEM_NAME", "delete"))));
+    EXPECT_EQ(device.values(tlvs), Strings{});
+    EXPECT_EQ(device.native().find("<disable>true</disable></system-name>"), std::string::npos);
 }
 
 TEST(SeveralChangesOfOneCall, AreOneCommit) {

@@ -124,13 +124,19 @@ TEST(TheLegalValues, AreOfEveryLeafThatCanBeSet) {
 
 // --- switching off ---
 
-TEST(SwitchingLldpOff, TakesAwayEveryGlobalSettingAndNothingElse) {
+TEST(SwitchingLldpOff, KeepsEverySettingThoughTheDeviceLosesTheGlobalOnes) {
     const EditedDevice device{configured_device()};
+    const Strings before = device.values("/openconfig-lldp:lldp/config/*");
     const std::string interfaces = device.openconfig("/lldp/interfaces");
     expect_committed(device.set("/lldp/config/enabled", "false"));
-    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), Strings{});
+    Strings after = before;
+    after.front() = "false";
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), after);
     EXPECT_EQ(device.openconfig("/lldp/interfaces"), interfaces);
-    EXPECT_EQ(device.native().find("holdtime"), std::string::npos);
+    EXPECT_EQ(device.native().find("<timer>"), std::string::npos);
+    expect_committed(device.set("/lldp/config/enabled", "true"));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), before);
+    EXPECT_NE(device.native().find("<timer>45</timer>"), std::string::npos);
 }
 
 TEST(SwitchingLldpOff, RollsBackByteForByte) {
@@ -142,12 +148,13 @@ TEST(SwitchingLldpOff, RollsBackByteForByte) {
     EXPECT_TRUE(is_as_at_first(device));
 }
 
-TEST(SeveralSuppressedTlvs, AreShownAsTheLastOfThem) {
+TEST(SeveralSuppressedTlvs, AreAllShown) {
     const EditedDevice device{empty_device()};
     const std::string path = "/lldp/config/suppress-tlv-advertisement";
     for (const char *tlv : {"MANAGEMENT_ADDRESS", "SYSTEM_NAME"})
         expect_committed(device.set(path, tlv));
-    EXPECT_EQ(device.values(xpath(path)), Strings{"openconfig-lldp-types:MANAGEMENT_ADDRESS"});
+    EXPECT_EQ(device.values(xpath(path)),
+              (Strings{"openconfig-lldp-types:MANAGEMENT_ADDRESS", "openconfig-lldp-types:SYSTEM_NAME"}));
     EXPECT_NE(device.native().find("<system-name>"), std::string::npos);
 }
 
@@ -158,18 +165,27 @@ TEST(ATlv, IsNamedWithOrWithoutItsModule) {
     EXPECT_EQ(device.set(path, "openconfig-lldp-types:SYSTEM_NAME").output, "nothing changes\n");
 }
 
-TEST(AnInterfaceSwitchedOffWhileLldpIsOff, IsNoLongerShown) {
+TEST(AnInterfaceSwitchedOffWhileLldpIsOff, IsShownAsItWasSet) {
     const EditedDevice device{switched_off_device()};
     expect_committed(device.set(list + "[name='eth1']/config/enabled", "false"));
-    EXPECT_EQ(device.values("/openconfig-lldp:lldp/interfaces/interface/name"), Strings{"eth2"});
-    expect_committed(device.set(list + "[name='eth1']/config/enabled", "true"));
-    EXPECT_EQ(device.values("/openconfig-lldp:lldp/interfaces/interface/name"), (Strings{"eth1", "eth2"}));
+    const std::string values = "/openconfig-lldp:lldp/interfaces/interface/config/*";
+    EXPECT_EQ(device.values(values), (Strings{"eth1", "false", "eth2", "true"}));
+    expect_committed(device.set("/lldp/config/enabled", "true"));
+    EXPECT_EQ(device.values(values), (Strings{"eth1", "false", "eth2", "true"}));
 }
 
-TEST(AGlobalSetting, SwitchesLldpOnWhereItIsOff) {
+TEST(AGlobalSetting, IsHeldBackWhereLldpIsSwitchedOff) {
     const EditedDevice device{switched_off_device()};
     expect_committed(device.set("/lldp/config/system-name", "router"));
-    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), (Strings{"true", "router"}));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), (Strings{"false", "router"}));
+    EXPECT_EQ(device.native().find("router"), std::string::npos);
+}
+
+TEST(AGlobalSetting, SwitchesLldpOnWhereNothingIsConfigured) {
+    const EditedDevice device{empty_device()};
+    expect_committed(device.set("/lldp/config/system-name", "router"));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), Strings{"router"});
+    EXPECT_NE(device.native().find("<enable>true</enable>"), std::string::npos);
 }
 
 // --- interface names ---

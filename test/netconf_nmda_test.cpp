@@ -11,7 +11,9 @@
 namespace yfw::test {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
+using testing::HasSubstr;
 using testing::Not;
 using Paths = std::set<std::string>;
 
@@ -274,6 +276,59 @@ TEST_P(ALockByName, IsNotNeededForAValidation) {
 INSTANTIATE_TEST_SUITE_P(Of, ALockByName, testing::Values("running", "candidate"),
                          [](const auto &test) { return std::string(test.param); });
 
+// --- origins (RFC 8342 section 5.3.4) ---
+
+const char *const origin_namespace = "urn:ietf:params:xml:ns:yang:ietf-origin";
+
+std::string origin_filter(const std::string &name, const std::string &origin) {
+    return "<" + name + " xmlns:or=\"" + origin_namespace + "\">or:" + origin + "</" + name + ">";
+}
+
+// A device that is on without being configured so: its system name needs it.
+class TheOrigin : public NetconfNmda {
+protected:
+    void SetUp() override {
+        expect_ok(
+            client.rpc(edit_config("running", lldp("<config><enabled nc:operation=\"delete\"/></config>"))));
+    }
+    // The content of /lldp/config, as printed.
+    std::string config(const std::string &parameters) {
+        const std::string reply =
+            client.rpc(get_data("operational", subtree_filter(lldp("<config/>")) + parameters)).printed;
+        const size_t start = reply.find("<config>");
+        return start == std::string::npos ? "" : reply.substr(start, reply.find("</config>") - start);
+    }
+};
+
+TEST_F(TheOrigin, IsToldOnRequest) {
+    EXPECT_THAT(config(""), Not(HasSubstr("origin")));
+    const Xml reply = client.rpc(get_data("operational", subtree_filter(lldp("<config/>")) + "<with-origin/>"));
+    EXPECT_THAT(reply.printed, HasSubstr(std::string("xmlns:or=\"") + origin_namespace + "\""));
+    EXPECT_THAT(reply.printed, testing::ContainsRegex("<lldp [^>]*or:origin=\"or:intended\""));
+    EXPECT_THAT(reply.printed, testing::ContainsRegex("<enabled [^>]*or:origin=\"or:system\"[^>]*>true<"));
+    EXPECT_THAT(reply.printed, HasSubstr("<system-name>r1.example.net<"));
+}
+
+TEST_F(TheOrigin, SelectsConfiguration) {
+    EXPECT_THAT(config(origin_filter("origin-filter", "intended")),
+                AllOf(HasSubstr("system-name"), Not(HasSubstr("enabled"))));
+    EXPECT_THAT(config(origin_filter("origin-filter", "system")),
+                AllOf(HasSubstr("enabled"), Not(HasSubstr("system-name"))));
+    EXPECT_THAT(config(origin_filter("negated-origin-filter", "system")),
+                AllOf(HasSubstr("system-name"), Not(HasSubstr("enabled"))));
+    EXPECT_EQ(config(origin_filter("origin-filter", "learned")), "");
+    EXPECT_THAT(config(origin_filter("origin-filter", "origin")),
+                AllOf(HasSubstr("system-name"), HasSubstr("enabled")));
+}
+
+TEST_F(TheOrigin, DoesNotSelectState) {
+    const std::string reply =
+        client
+            .rpc(get_data("operational", subtree_filter(lldp("")) + origin_filter("origin-filter", "learned")))
+            .printed;
+    EXPECT_THAT(reply, AllOf(HasSubstr("<neighbor>"), Not(HasSubstr("<config>"))));
+}
+
 // --- refused ---
 
 struct RefusedCase {
@@ -313,13 +368,17 @@ INSTANTIATE_TEST_SUITE_P(
                     {"invalid-value"}},
         RefusedCase{"AnEmptyDatastore", nmda_operation("get-data", "<datastore/>"), {"invalid-value"}},
         RefusedCase{"AnUnknownParameter", get_data("running", "<nonsense/>"), {"unknown-element"}},
-        RefusedCase{"OriginsThatAreNotOffered", get_data("operational", "<with-origin/>"), {"unknown-element"}},
-        RefusedCase{"AFilterOfOrigins",
+        RefusedCase{"TheOriginsOfAConfiguration", get_data("running", "<with-origin/>"), {"invalid-value"}},
+        RefusedCase{"AFilterOfOriginsOfAnUndeclaredPrefix",
                     get_data("operational", "<origin-filter>or:intended</origin-filter>"),
-                    {"unknown-element"}},
-        RefusedCase{"ANegatedFilterOfOrigins",
-                    get_data("operational", "<negated-origin-filter>or:intended</negated-origin-filter>"),
-                    {"unknown-element"}},
+                    {"invalid-value"}},
+        RefusedCase{"AnOriginThatDoesNotExist",
+                    get_data("operational", origin_filter("origin-filter", "nonsense")),
+                    {"invalid-value"}},
+        RefusedCase{"TwoFiltersOfOrigins",
+                    get_data("operational", origin_filter("origin-filter", "intended") +
+                                                origin_filter("negated-origin-filter", "system")),
+                    {"bad-element"}},
         RefusedCase{"TwoFilters",
                     get_data("running", subtree_filter(lldp("")) + xpath_filter("/oc:lldp")),
                     {"bad-element", "unknown-element", "invalid-value", "malformed-message"}},

@@ -15,6 +15,7 @@
 #include "frontends/cli/commands/history_command.h"
 #include "frontends/cli/commands/lab_command.h"
 #include "frontends/cli/commands/serve_command.h"
+#include "frontends/cli/commands/status_command.h"
 #include "frontends/cli/commands/topology_command.h"
 #include "frontends/cli/commands/watch_command.h"
 #include "frontends/cli/options/device_options.h"
@@ -31,6 +32,7 @@ Examples:
   yfw get /lldp
   yfw get --state "/lldp/interfaces/interface[name='eth1']/neighbors"
   yfw get --config /lldp/config /lldp/interfaces --format xml
+  yfw get --applied /lldp/config --device lldpd:
   yfw get /lldp/state --device examples/r2
   yfw get /lldp --native config.xml --native oper.json
 )";
@@ -47,6 +49,8 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     get->add_flag_callback(
            "--state", [&options] { options.content = host::Content::state; }, "Operational state only")
         ->excludes(config);
+    get->add_flag("--applied", options.applied,
+                  "The configuration in force on the device, in place of the one that was written");
     // CLI11's own map of names to values would also accept the values' numbers.
     get->add_option_function<std::string>(
            "--format",
@@ -103,6 +107,7 @@ int main(int argc, char **argv) {
     cli::add_explain(app, device);
     cli::add_lab(app);
     cli::add_serve(app, device);
+    cli::add_status_commands(app, device);
     cli::add_topology(app, device);
     cli::add_watch(app, device);
     try {

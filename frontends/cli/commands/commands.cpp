@@ -32,7 +32,8 @@ template <class T> T &until_exit(std::unique_ptr<T> object) {
 void run_get(const DeviceOptions &device, const GetOptions &get) {
     NamedDevice &named = until_exit(std::make_unique<NamedDevice>(device));
     const host::ReadRequest request = read_request(named.schemas, get);
-    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(named.device.read(request)));
+    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(
+        get.applied ? named.device.read_applied(request) : named.device.read(request)));
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << warning << '\n';
     prepare_output(stdout);

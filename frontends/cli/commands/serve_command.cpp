@@ -15,6 +15,7 @@
 
 #include "base/error.h"
 #include "base/stop_signals.h"
+#include "device/drift_keeper.h"
 #include "device/keeper.h"
 #include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
@@ -48,6 +49,8 @@ struct ServeOptions {
     std::string nacm;
     uint16_t port = 0;
     int hello_timeout = 30; // seconds
+    bool keep_applied = false;
+    int drift_interval = 10; // seconds
     uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
     uint64_t largest_message = netconf::FrameLimits{}.message;
 };
@@ -76,12 +79,12 @@ std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
 }
 
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
-                  const std::string &rules, int stop, const std::function<void()> &ready) {
+                  const ServeOptions &serve, int stop, const std::function<void()> &ready) {
     NamedDevice named(options, sources::Use::serving);
     const yang::ModuleFiles files(
         {options.openconfig_models, options.native_models, installation().standard_models});
     const netconf::ProtocolModules modules(files, named.device.mapping());
-    device::Service service(named.device, access_rules(files, modules, rules));
+    device::Service service(named.device, access_rules(files, modules, serve.nacm));
     netconf::EventStream events;
     netconf::NetconfServer server(server_options, service, modules, events);
     const device::NeighborReporter reporter(named.device);
@@ -89,7 +92,12 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
         if (const auto report = reporter.report(std::move(event)))
             publish(events, modules, *report);
     };
+    if (named.device.restore_after_restart())
+        say("the device was restarted and has its configuration again");
     const device::Keeper keeper(named.device, on_neighbor, say);
+    std::optional<device::DriftKeeper> drift_keeper;
+    if (serve.keep_applied && named.device.is_applied_to())
+        drift_keeper.emplace(service, std::chrono::seconds(serve.drift_interval), say);
     ready();
     server.run(stop);
     service.end();
@@ -114,14 +122,14 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
-        serve_device(device, server, options.nacm, stop.descriptor(),
+        serve_device(device, server, options, stop.descriptor(),
                      [&] { std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl; });
         return;
     }
     SshTryout ssh(options.port);
     server.socket = ssh.socket();
     server.groups.owner = geteuid();
-    serve_device(device, server, options.nacm, stop.descriptor(), [&] {
+    serve_device(device, server, options, stop.descriptor(), [&] {
         ssh.start();
         std::cout << ssh.instructions() << std::flush;
     });
@@ -149,6 +157,14 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->add_option("--nacm", options->nacm,
                      "Access rules, a <nacm> document of ietf-netconf-acm, that hold beside the groups")
         ->option_text("FILE");
+    auto *keep = serve->add_flag("--keep-applied", options->keep_applied,
+                                 "Apply the last commit again when the device is changed by other means");
+    serve
+        ->add_option("--drift-interval", options->drift_interval,
+                     "How often to look whether it was; default 10")
+        ->check(CLI::Range(1, 86400))
+        ->needs(keep)
+        ->option_text("SECONDS");
     serve
         ->add_option("--max-chunk", options->largest_chunk,
                      "The longest chunk that is accepted; default 10 MiB")

@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char *watch_examples = R"(
 Prints one line for each neighbor that is added, updated or removed, in OpenConfig paths, until it is
-interrupted. A daemon that goes away is waited for; when it is back it gets the last commit again.
+interrupted. A daemon that goes away is waited for.
 
 Examples:
   yfw watch --device lldpd:/run/lldpd.socket
@@ -66,10 +66,7 @@ void run_watch(const DeviceOptions &options, bool json) {
                                                std::cerr << "yfw: warning: " << reason << "; waiting for it"
                                                          << std::endl;
                                            },
-                                           [&] {
-                                               std::cerr << "yfw: the device is back" << std::endl;
-                                               named.device.restore();
-                                           }});
+                                           [] { std::cerr << "yfw: the device is back" << std::endl; }});
 }
 
 } // namespace

@@ -43,7 +43,6 @@ NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use,
     : schemas(options.native_models, options.openconfig_models, mapping.modules),
       device(schemas, sources::open_source(address_of(options), use), store_of(options), mapping) {
     device.set_trace(options.trace);
-    device.restore();
 }
 
 } // namespace yfw::cli

@@ -9,7 +9,7 @@
 
 namespace yfw::cli {
 
-// With its models. Opening it throws Error, and makes a daemon run its last commit.
+// With its models. Opening it throws Error, and changes nothing.
 struct NamedDevice {
     explicit NamedDevice(const DeviceOptions &options, sources::Use use = sources::Use::once);
 

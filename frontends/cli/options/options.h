@@ -26,6 +26,7 @@ struct DeviceOptions {
 struct GetOptions {
     std::vector<std::string> paths;
     host::Content content = host::Content::all;
+    bool applied = false; // the configuration is read from the device
     Format format = Format::json;
 };
 

@@ -4,6 +4,7 @@
 
 #include "frontends/netconf/filters/defaults.h"
 #include "frontends/netconf/filters/filter.h"
+#include "frontends/netconf/filters/origin.h"
 #include "frontends/netconf/filters/xpath_narrowing.h"
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/operations/own_data.h"
@@ -17,6 +18,7 @@ struct Wanted {
     host::Content content = host::Content::all;
     uint32_t depth = unlimited_depth; // of each selected node
     WithDefaults defaults = WithDefaults::as_set;
+    Origins origins; // of the operational datastore
 };
 
 using Read = std::function<host::Answer(const host::ReadRequest &)>;
@@ -96,15 +98,30 @@ std::string print_filtered(std::vector<yang::DataTree> trees, const Wanted &want
     return xml;
 }
 
-// The device's configuration and state, and the server's own data, which is all state.
-std::string read_operational(const Call &call, const Wanted &wanted) {
+// The device's data and the server's own, which is all state.
+std::string read_all(const Call &call, const Wanted &wanted, const Read &read) {
     std::vector<yang::DataTree> trees;
-    trees.push_back(read_openconfig(
-        call, wanted, [&](const host::ReadRequest &request) { return call.server.device().read(request); }));
+    trees.push_back(read_openconfig(call, wanted, read));
+    if (wanted.origins.annotated || wanted.origins.filter.has_value())
+        apply_origins(trees.back(), call.server.device().running_configuration().openconfig.get(),
+                      wanted.origins);
     if (wanted.content != host::Content::config)
         for (const OwnData &own : own_data(call.server))
             trees.push_back(read_own(call, wanted, own));
     return print_filtered(std::move(trees), wanted);
+}
+
+// The running configuration, and state (RFC 6241 section 7.7).
+std::string read_running_and_state(const Call &call, const Wanted &wanted) {
+    return read_all(call, wanted,
+                    [&](const host::ReadRequest &request) { return call.server.device().read(request); });
+}
+
+// The configuration that is in force, and state (RFC 8342 section 5.3).
+std::string read_operational(const Call &call, const Wanted &wanted) {
+    return read_all(call, wanted, [&](const host::ReadRequest &request) {
+        return call.server.device().read_applied(request);
+    });
 }
 
 std::string read_configuration(const Call &call, Datastore datastore, Wanted wanted) {
@@ -113,7 +130,7 @@ std::string read_configuration(const Call &call, Datastore datastore, Wanted wan
     wanted.content = host::Content::config;
     std::vector<yang::DataTree> trees;
     trees.push_back(read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
-        return call.server.device().read(request, call.server.datastores().read(datastore));
+        return call.server.datastores().read(datastore, request);
     }));
     return print_filtered(std::move(trees), wanted);
 }
@@ -170,7 +187,7 @@ uint32_t depth_of(const Server &server, const Element &operation) {
 
 std::string get(const Call &call) {
     refuse_others(call.operation, {"filter", "with-defaults"});
-    return data_element("", read_operational(call, wanted_of(call.operation)));
+    return data_element("", read_running_and_state(call, wanted_of(call.operation)));
 }
 
 std::string get_config(const Call &call) {
@@ -180,13 +197,18 @@ std::string get_config(const Call &call) {
 }
 
 std::string get_data(const Call &call) {
-    refuse_others(call.operation, {"datastore", "subtree-filter", "xpath-filter", "config-filter", "max-depth",
-                                   "with-defaults"});
+    refuse_others(call.operation,
+                  {"datastore", "subtree-filter", "xpath-filter", "config-filter", "origin-filter",
+                   "negated-origin-filter", "max-depth", "with-origin", "with-defaults"});
     const Element datastore = required(call.operation, "datastore");
     const Wanted wanted{nmda_filter_of(call.operation), content_of(call.operation),
-                        depth_of(call.server, call.operation), with_defaults_of(call.operation)};
+                        depth_of(call.server, call.operation), with_defaults_of(call.operation),
+                        origins_of(call.operation)};
     const std::string attributes = " xmlns=\"" + std::string(nmda_ns) + "\"";
-    if (datastore_name(datastore) != "operational")
+    const bool is_operational = datastore_name(datastore) == "operational";
+    if (!is_operational && (wanted.origins.annotated || wanted.origins.filter.has_value()))
+        throw invalid("datastore", "origins are known of the operational datastore only");
+    if (!is_operational)
         return data_element(attributes, read_configuration(call, configuration_named_by(datastore), wanted));
     // The capability with-operational-defaults is not offered.
     if (wanted.defaults != WithDefaults::as_set)

@@ -36,7 +36,7 @@ std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::Ma
                            {"ietf-netconf-notifications", {}}});
     if (mapping.notification.has_value())
         all.push_back({mapping.notification->module, {}});
-    all.insert(all.end(), {{"ietf-netconf-with-defaults", {}}, {"ietf-netconf-nmda", {"with-defaults"}}});
+    all.insert(all.end(), {{"ietf-netconf-with-defaults", {}}, {"ietf-netconf-nmda", {"origin", "with-defaults"}}});
     return all;
 }
 

@@ -34,11 +34,6 @@ std::shared_ptr<commits::CommitLog> ConfiguredSource::log(bool create) const {
     });
 }
 
-std::optional<commits::Commit> ConfiguredSource::last_commit() const {
-    const std::shared_ptr<commits::CommitLog> store = log(false);
-    return in_store([&] { return store != nullptr ? store->last() : std::nullopt; });
-}
-
 std::optional<commits::Commit> ConfiguredSource::find_commit(int64_t number) const {
     const std::shared_ptr<commits::CommitLog> store = log(false);
     return in_store([&] { return store != nullptr ? store->find(number) : std::nullopt; });
@@ -49,9 +44,14 @@ std::vector<commits::Commit> ConfiguredSource::history() const {
     return in_store([&] { return store != nullptr ? store->history() : std::vector<commits::Commit>(); });
 }
 
-int64_t ConfiguredSource::last_commit_number() const {
+std::optional<int64_t> ConfiguredSource::last_number() const {
     const std::shared_ptr<commits::CommitLog> store = log(false);
-    return in_store([&] { return store != nullptr ? store->last_number().value_or(-1) : -1; });
+    return in_store([&] { return store != nullptr ? store->last_number() : std::nullopt; });
+}
+
+std::optional<yang::SharedData> ConfiguredSource::kept_configuration(int64_t number) const {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    return kept_.has_value() && kept_->number == number ? std::optional(kept_->configuration) : std::nullopt;
 }
 
 yang::SharedData ConfiguredSource::configuration_of(const commits::Commit &commit) {
@@ -62,20 +62,19 @@ yang::SharedData ConfiguredSource::configuration_of(const commits::Commit &commi
 }
 
 std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
-    const std::shared_ptr<commits::CommitLog> store = log(false);
-    const auto number = in_store([&] { return store != nullptr ? store->last_number() : std::nullopt; });
+    const std::optional<int64_t> number = last_number();
     if (!number.has_value())
         return std::nullopt;
-    {
-        const std::lock_guard<std::mutex> guard(mutex_);
-        if (kept_.has_value() && kept_->number == *number)
-            return kept_->configuration;
-    }
-    return configuration_of(*in_store([&] { return store->find(*number); }));
+    if (std::optional<yang::SharedData> kept = kept_configuration(*number))
+        return kept;
+    const std::optional<commits::Commit> commit = find_commit(*number);
+    return commit.has_value() ? std::optional(configuration_of(*commit)) : std::nullopt;
 }
 
 yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
     yang::DataTree data = source_.read(context);
+    if (in_force_ == InForce::its_own)
+        return data;
     const std::optional<yang::SharedData> committed = committed_configuration();
     if (!committed.has_value())
         return data;
@@ -86,9 +85,15 @@ yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
 
 sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
     sources::Snapshot native = source_.snapshot(context);
+    if (in_force_ == InForce::its_own)
+        return native;
     if (std::optional<yang::SharedData> committed = committed_configuration())
         native.configuration = std::move(committed); // the commit replaces the recorded configuration
     return native;
+}
+
+yang::SharedData ConfiguredSource::configuration_in_force() {
+    return in_force_ == InForce::its_own ? yang::SharedData(recorded_configuration()) : running_configuration();
 }
 
 yang::SharedData ConfiguredSource::running_configuration() {

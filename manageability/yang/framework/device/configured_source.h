@@ -1,5 +1,4 @@
-// The native data of a device whose configuration can be changed: the running configuration is the last commit,
-// the state comes from a source.
+// The native data of a device whose configuration can be changed, and the store of its commits.
 #ifndef YFW_DEVICE_CONFIGURED_SOURCE_H
 #define YFW_DEVICE_CONFIGURED_SOURCE_H
 
@@ -16,14 +15,22 @@
 
 namespace yfw::device {
 
-// Reads the last commit or, before the first one, the source's own configuration. Borrows the schemas and the
-// source. The store is opened once, and reopened when another file replaces it. Thread-safe if the source is.
+// Which native configuration is in force on a device.
+enum class InForce {
+    committed, // the last commit's, and before the first one the device's own: nothing applies it, as on a
+               // recording
+    its_own,   // what the device says: commits are applied to it, but it may have been changed since
+};
+
+// Reads the native configuration that is in force, and the state. Borrows the schemas and the source. The store
+// is opened once, and reopened when another file replaces it. Thread-safe if the source is.
 class ConfiguredSource final : public sources::NativeSource {
 public:
     // A store that does not exist counts as empty; reading does not create it. An empty path means that there
     // is never a store.
-    ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store)
-        : schemas_(schemas), source_(source), store_(std::move(store)) {}
+    ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
+                     InForce in_force = InForce::committed)
+        : schemas_(schemas), source_(source), store_(std::move(store)), in_force_(in_force) {}
 
     yang::DataTree read(const ly_ctx *context) override;
     sources::Snapshot snapshot(const ly_ctx *context) override;
@@ -31,15 +38,18 @@ public:
     // The source's own configuration.
     yang::DataTree recorded_configuration();
 
-    // The last commit's configuration, or the source's own before the first one.
+    // The native configuration of the last commit, or the source's own before the first one.
     yang::SharedData running_configuration();
+    // The native configuration that is in force.
+    yang::SharedData configuration_in_force();
 
     // The configuration of this commit, the latest or an older one; parsed only once while it is the latest.
     yang::SharedData configuration_of(const commits::Commit &commit);
 
-    // -1 when there is none yet.
-    int64_t last_commit_number() const;
-    std::optional<commits::Commit> last_commit() const;
+    // Of the last commit; nothing when there is none yet.
+    std::optional<int64_t> last_number() const;
+    // The native configuration of this commit if it was read last; nothing otherwise.
+    std::optional<yang::SharedData> kept_configuration(int64_t number) const;
     std::optional<commits::Commit> find_commit(int64_t number) const;
     // Newest first, without edit, difference and configuration texts.
     std::vector<commits::Commit> history() const;
@@ -62,6 +72,7 @@ private:
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     std::filesystem::path store_;
+    InForce in_force_;
 
     mutable std::mutex mutex_;                      // guards the members below
     mutable std::optional<StoreIdentity> identity_; // of log_

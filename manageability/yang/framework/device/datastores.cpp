@@ -33,17 +33,18 @@ void Datastores::drop_candidate() {
     candidate_editor_ = 0;
 }
 
-yang::SharedData Datastores::candidate_or_running() {
+Configuration Datastores::candidate_or_running() {
     return candidate_.has_value() ? *candidate_ : device_.running_configuration();
 }
 
-yang::SharedData Datastores::read(Datastore datastore) {
-    if (datastore == Datastore::candidate) {
-        const Guard guard(mutex_);
-        if (candidate_.has_value())
-            return *candidate_;
-    }
-    return device_.running_configuration();
+std::optional<Configuration> Datastores::candidate() {
+    const Guard guard(mutex_);
+    return candidate_;
+}
+
+host::Answer Datastores::read(Datastore datastore, const host::ReadRequest &request) {
+    const std::optional<Configuration> edited = datastore == Datastore::candidate ? candidate() : std::nullopt;
+    return edited.has_value() ? device_.read(request, *edited) : device_.read(request);
 }
 
 void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) const {
@@ -74,9 +75,9 @@ void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNo
             events_.tell(events::ConfigurationChange{caller.actor(), events::edit_records(edit)});
         return;
     }
-    const yang::SharedData before =
+    const Configuration before =
         target == Datastore::candidate ? candidate_or_running() : device_.running_configuration();
-    yang::DataTree after = device_.apply(edit, before.get(), guard_of(caller));
+    Configuration after = device_.apply(edit, before, guard_of(caller));
     if (only_test)
         return;
     candidate_ = std::move(after);
@@ -87,12 +88,13 @@ void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNo
 }
 
 void Datastores::validate(Datastore datastore) {
-    device_.validate(read(datastore).get());
+    const std::optional<Configuration> edited = datastore == Datastore::candidate ? candidate() : std::nullopt;
+    device_.validate(edited.has_value() ? *edited : device_.running_configuration());
 }
 
 void Datastores::validate(const yang::EditNode &edit) {
     const Guard guard(mutex_);
-    device_.apply(edit, device_.running_configuration().get());
+    device_.apply(edit, device_.running_configuration());
 }
 
 void Datastores::copy(const Caller &caller, Datastore from, Datastore to) {
@@ -103,7 +105,7 @@ void Datastores::copy(const Caller &caller, Datastore from, Datastore to) {
     const Guard guard(mutex_);
     refuse_if_locked(caller, to);
     if (const ChangeGuard may = guard_of(caller); may && candidate_.has_value())
-        may(device_.shown(candidate_->get()).get(), device_.shown(device_.running_configuration().get()).get());
+        may(candidate_->openconfig.get(), device_.running_configuration().openconfig.get());
     drop_candidate();
 }
 
@@ -156,7 +158,7 @@ void Datastores::commit_candidate(const Caller &caller) {
     if (!candidate_.has_value())
         return;
     const std::string edit = std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string());
-    if (device_.commit(candidate_->get(), edit, note_of(caller), guard_of(caller)).has_value())
+    if (device_.commit(*candidate_, edit, note_of(caller), guard_of(caller)).has_value())
         events_.tell(events::ConfigurationChange{caller.actor(), candidate_records_});
 }
 

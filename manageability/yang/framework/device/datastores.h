@@ -35,14 +35,14 @@ struct Confirmation {
     std::optional<std::string> persist;
 };
 
-// Configurations are native; edits are in OpenConfig terms. Observers are notified of changes to the running
+// Observers are notified of changes to the running
 // configuration. Thread-safe. Everything is borrowed. A rejected call throws Error and changes nothing.
 class Datastores {
 public:
     Datastores(ManagedDevice &device, events::Hub &events) : device_(device), events_(events) {}
 
-    // The datastore's native configuration.
-    yang::SharedData read(Datastore datastore);
+    // Reads configuration from the datastore. Throws Error.
+    host::Answer read(Datastore datastore, const host::ReadRequest &request);
 
     // `only_test`: validate the edit without applying it.
     void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
@@ -93,7 +93,8 @@ private:
 
     void drop_candidate();
     ChangeGuard guard_of(const Caller &caller) const;
-    yang::SharedData candidate_or_running();
+    std::optional<Configuration> candidate();
+    Configuration candidate_or_running();
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;
     void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
     // `actor`: on whose behalf. Does not publish the confirmed-commit event.
@@ -106,7 +107,7 @@ private:
 
     ManagedDevice &device_;
     events::Hub &events_;
-    std::optional<yang::SharedData> candidate_; // nothing: identical to running
+    std::optional<Configuration> candidate_; // nothing: identical to running
     std::vector<std::string> candidate_edits_;
     std::vector<events::EditRecord> candidate_records_; // of the edits to the candidate
     uint32_t candidate_editor_ = 0;                     // the session that last edited it

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "base/error.h"
-#include "device/native_edits.h"
 #include "device/store_errors.h"
 #include "yang/configuration_text.h"
+#include "yang/edit_apply.h"
 
 namespace yfw::device {
 namespace {
@@ -37,48 +37,76 @@ template <class Work> void in_openconfig_terms(const std::vector<host::NativePat
     }
 }
 
-} // namespace
-
-yang::DataTree Editor::shown(const lyd_node *configuration) {
-    host::ReadRequest whole;
-    whole.content = host::Content::config;
-    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-    return engine_.read(whole, {yang::borrowed(configuration)}).data;
+bool is_same(const lyd_node *a, const lyd_node *b) {
+    if (a == nullptr || b == nullptr)
+        return a == b;
+    return lyd_compare_siblings(a, b, LYD_COMPARE_FULL_RECURSION) == LY_SUCCESS;
 }
 
-Editor::Change Editor::changed(const yang::EditNode &edit, const lyd_node *before, const ChangeGuard &guard) {
+// The mapping refuses it.
+bool touches_state(const yang::EditNode &edit) {
+    return (edit.node->flags & LYS_CONFIG_R) != 0 ||
+           std::any_of(edit.children.begin(), edit.children.end(), touches_state);
+}
+
+bool is_same(const Configuration &a, const Configuration &b) {
+    return is_same(a.openconfig.get(), b.openconfig.get()) && is_same(a.native.get(), b.native.get());
+}
+
+// In native terms, or in OpenConfig ones where the native configuration stays the same: a setting that has no
+// effect for now.
+std::string difference(const Configuration &before, const Configuration &after) {
+    std::string native = yang::configuration_difference(before.native.get(), after.native.get());
+    return !native.empty() ? native
+                           : yang::configuration_difference(before.openconfig.get(), after.openconfig.get());
+}
+
+commits::Commit record_of(const CommitNote &note, const std::string &edit) {
+    commits::Commit record;
+    record.who = note.who;
+    record.comment = note.comment;
+    record.edit = edit;
+    return record;
+}
+
+} // namespace
+
+Editor::Change Editor::changed(const yang::EditNode &edit, const Configuration &before,
+                               const ChangeGuard &guard) {
     yang::EditNode whole = edit;
     yang::drop_deleted_content(whole);
-    const yang::DataTree shown_before = shown(before);
-    yang::check_existence(whole, shown_before.get());
-    Change change;
-    change.edits = engine_.map_edit(whole, yang::borrowed(before));
-    change.after = yang::copy_configuration(before);
-    apply_native_edits(schemas_, change.edits, change.after);
-    validate_configuration(schemas_, change.after);
+    yang::check_existence(whole, before.openconfig.get());
+    yang::DataTree openconfig = yang::copy_configuration(before.openconfig.get());
+    yang::apply_edit(whole, openconfig);
     if (guard)
-        guard(shown_before.get(), shown(change.after.get()).get());
-    return change;
+        guard(before.openconfig.get(), openconfig.get());
+    if (is_same(before.openconfig.get(), openconfig.get()) && !touches_state(whole))
+        return {before, {}, {}};
+    ConfigurationMapper::Mapped mapped = mapper_.map(whole, before, openconfig.get());
+    yang::validate_openconfig(schemas_, openconfig.get());
+    return {{std::move(openconfig), std::move(mapped.native)}, std::move(mapped.edits), {}};
 }
 
 std::string Editor::try_edit(const yang::EditNode &edit) {
-    const yang::SharedData running = source_.running_configuration();
-    const Change change = changed(edit, running.get(), {});
+    const Configuration running = configurations_.running();
+    const Change change = changed(edit, running, {});
     if (target_ != nullptr)
-        in_openconfig_terms(change.edits, [&] { target_->check(running.get(), change.after.get()); });
-    return yang::configuration_difference(running.get(), change.after.get());
+        in_openconfig_terms(change.edits,
+                            [&] { target_->check(running.native.get(), change.after.native.get()); });
+    return difference(running, change.after);
 }
 
 void Editor::ensure_first_commit(commits::CommitLog &store) {
     if (store.last_number().has_value())
         return;
-    const yang::DataTree recorded = source_.recorded_configuration();
+    const Configuration recorded = configurations_.recorded();
     store.commit([&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
         if (last.has_value())
             return std::nullopt; // another process was faster
         commits::Commit first;
         first.comment = "the configuration before the first commit";
-        first.configuration = yang::print_configuration(recorded.get());
+        first.configuration = yang::print_configuration(recorded.native.get());
+        first.openconfig = yang::print_configuration(recorded.openconfig.get());
         return first;
     });
 }
@@ -88,21 +116,60 @@ void Editor::ensure_first_commit(commits::CommitLog &store) {
 std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
     if (source_.log(false) != nullptr)
         return std::nullopt;
-    const yang::DataTree running = source_.recorded_configuration();
-    return Prepared{yang::print_configuration(running.get()), make(running.get())};
+    const Configuration running = configurations_.recorded();
+    Prepared prepared{yang::print_configuration(running.native.get()), make(running), true};
+    prepared.changes = !is_same(running, prepared.change.after);
+    return prepared;
 }
 
-std::optional<commits::Commit> Editor::made_of(Change change, const commits::Commit &last,
-                                               std::optional<Applied> &applied) {
-    const yang::SharedData before = source_.configuration_of(last);
-    commits::Commit made = std::move(change.record);
-    made.configuration = change.text.empty() ? yang::print_configuration(change.after.get()) : change.text;
-    if (made.configuration == last.configuration)
+bool Editor::device_was_restarted() {
+    const std::shared_ptr<commits::CommitLog> store = source_.log(false);
+    return store != nullptr && in_store([&] { return was_restarted(*store); });
+}
+
+bool Editor::was_restarted(const commits::CommitLog &store) {
+    const std::optional<std::string> instance = target_->instance();
+    if (!instance.has_value()) // as far as can be told
+        return false;
+    const std::optional<std::string> applied_to = store.applied_to();
+    if (!applied_to.has_value()) // a store from before this was remembered, or a new one
+        return store.last_number().value_or(0) > 0;
+    return applied_to != instance;
+}
+
+// A device that was restarted has lost the commits before this one.
+void Editor::put_into_force(commits::CommitLog &store, const Configuration &before,
+                            const Configuration &after) {
+    if (was_restarted(store))
+        target_->restore(after.native.get());
+    else
+        target_->apply(before.native.get(), after.native.get());
+    remember_instance(store);
+}
+
+void Editor::remember_instance(commits::CommitLog &store) {
+    const std::optional<std::string> instance = target_->instance();
+    if (instance.has_value() && store.applied_to() != instance)
+        store.set_applied_to(*instance);
+}
+
+void Editor::restore() {
+    target_->restore(configurations_.running().native.get());
+    if (const std::shared_ptr<commits::CommitLog> store = source_.log(false))
+        in_store([&] { remember_instance(*store); });
+}
+
+std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change change,
+                                               const Configuration &before, std::optional<Applied> &applied) {
+    if (is_same(before, change.after))
         return std::nullopt;
-    made.difference = yang::configuration_difference(before.get(), change.after.get());
+    commits::Commit made = std::move(change.record);
+    made.configuration = yang::print_configuration(change.after.native.get());
+    made.openconfig = yang::print_configuration(change.after.openconfig.get());
+    made.difference = difference(before, change.after);
     if (target_ != nullptr) {
-        in_openconfig_terms(change.edits, [&] { target_->apply(before.get(), change.after.get()); });
-        applied = Applied{before, std::move(change.after)};
+        in_openconfig_terms(change.edits, [&] { put_into_force(store, before, change.after); });
+        applied = Applied{before.native, change.after.native};
     }
     return made;
 }
@@ -112,18 +179,19 @@ std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
     try {
         return in_store([&] {
             std::optional<Prepared> prepared = prepare_first(make);
-            if (prepared.has_value() &&
-                yang::print_configuration(prepared->change.after.get()) == prepared->running)
+            if (prepared.has_value() && !prepared->changes)
                 return std::optional<commits::Commit>();
             const std::shared_ptr<commits::CommitLog> store = source_.log(true);
             ensure_first_commit(*store);
             store->on_step(observer_);
             return store->commit(
                 [&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
+                    const Configuration before = configurations_.of(*last);
+                    if (!last->openconfig.has_value()) // translated once
+                        store->set_openconfig(last->number, yang::print_configuration(before.openconfig.get()));
                     const bool is_prepared = prepared.has_value() && prepared->running == last->configuration;
-                    return made_of(is_prepared ? std::move(prepared->change)
-                                               : make(source_.configuration_of(*last).get()),
-                                   *last, applied);
+                    return made_of(*store, is_prepared ? std::move(prepared->change) : make(before), before,
+                                   applied);
                 });
         });
     } catch (...) {
@@ -133,33 +201,25 @@ std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
     }
 }
 
-yang::DataTree Editor::apply(const yang::EditNode &edit, const lyd_node *configuration,
-                             const ChangeGuard &guard) {
-    return changed(edit, configuration, guard).after;
+Configuration Editor::apply(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard) {
+    return changed(edit, before, guard).after;
 }
 
-std::optional<commits::Commit> Editor::commit_configuration(const lyd_node *configuration,
+std::optional<commits::Commit> Editor::commit_configuration(const Configuration &configuration,
                                                             const std::string &edit, const CommitNote &note,
                                                             const ChangeGuard &guard) {
-    return commit([&](const lyd_node *running) {
+    return commit([&](const Configuration &running) {
         if (guard)
-            guard(shown(running).get(), shown(configuration).get());
-        Change change;
-        change.after = yang::copy_configuration(configuration);
-        change.record.who = note.who;
-        change.record.comment = note.comment;
-        change.record.edit = edit;
-        return change;
+            guard(running.openconfig.get(), configuration.openconfig.get());
+        return Change{configuration, {}, record_of(note, edit)};
     });
 }
 
 std::optional<commits::Commit> Editor::edit(const yang::EditNode &edit, const CommitNote &note,
                                             const ChangeGuard &guard) {
-    return commit([&](const lyd_node *running) {
+    return commit([&](const Configuration &running) {
         Change change = changed(edit, running, guard);
-        change.record.who = note.who;
-        change.record.comment = note.comment;
-        change.record.edit = yang::print_edit(edit);
+        change.record = record_of(note, yang::print_edit(edit));
         return change;
     });
 }
@@ -169,12 +229,10 @@ std::optional<commits::Commit> Editor::rollback(int64_t number, const CommitNote
     if (!target.has_value())
         throw Error(ErrorTag::data_missing, source_.store().string(),
                     "there is no commit " + std::to_string(number));
-    return commit([&](const lyd_node *) {
-        Change change;
-        change.after = yang::parse_configuration(schemas_, target->configuration, source_.store().string());
-        change.text = target->configuration;
-        change.record.who = note.who;
-        change.record.comment = note.comment.empty() ? "rollback to " + std::to_string(number) : note.comment;
+    return commit([&](const Configuration &) {
+        Change change{configurations_.of(*target), {}, record_of(note, "")};
+        if (note.comment.empty())
+            change.record.comment = "rollback to " + std::to_string(number);
         return change;
     });
 }

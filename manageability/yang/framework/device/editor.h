@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "commits/commit_log.h"
+#include "device/configuration.h"
+#include "device/configuration_mapper.h"
+#include "device/configurations.h"
 #include "device/configured_source.h"
-#include "host/engine.h"
 #include "sources/native_target.h"
 #include "yang/edit.h"
 
@@ -28,24 +30,22 @@ using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *a
 // any, is called before anything changes. Thread-safe: commits are serialized.
 class Editor {
 public:
-    Editor(const yang::Schemas &schemas, ConfiguredSource &source, host::Engine &engine,
-           sources::NativeTarget *target)
-        : schemas_(schemas), source_(source), engine_(engine), target_(target) {}
+    Editor(const yang::Schemas &schemas, ConfiguredSource &source, Configurations &configurations,
+           ConfigurationMapper &mapper, sources::NativeTarget *target)
+        : schemas_(schemas), source_(source), configurations_(configurations), mapper_(mapper),
+          target_(target) {}
 
     // The native difference that the edit would make; writes nothing. Throws Error.
     std::string try_edit(const yang::EditNode &edit);
 
-    // The result of applying the edit to the native `configuration`; writes nothing. Throws Error.
-    yang::DataTree apply(const yang::EditNode &edit, const lyd_node *configuration,
-                         const ChangeGuard &guard = {});
+    // The result of applying the edit to a configuration; writes nothing. Throws Error.
+    Configuration apply(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard = {});
 
-    // A native configuration as an OpenConfig client sees it; NULL when nothing is visible. Throws Error.
-    yang::DataTree shown(const lyd_node *configuration);
-
-    // Makes a valid native configuration the running one, in one commit. `edit`: its origin, for the record.
-    // Nothing when it is already running. Throws Error.
-    std::optional<commits::Commit> commit_configuration(const lyd_node *configuration, const std::string &edit,
-                                                        const CommitNote &note, const ChangeGuard &guard = {});
+    // Makes a valid configuration the running one, in one commit. `edit`: its origin, for the record. Nothing
+    // when it is already running. Throws Error.
+    std::optional<commits::Commit> commit_configuration(const Configuration &configuration,
+                                                        const std::string &edit, const CommitNote &note,
+                                                        const ChangeGuard &guard = {});
 
     // Applies the edit in one commit, or not at all. Nothing when the edit changes nothing. Throws Error.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,
@@ -55,40 +55,49 @@ public:
     // running.
     std::optional<commits::Commit> rollback(int64_t number, const CommitNote &note);
 
+    // Makes the target run the last commit. Call with a target, after the first commit. Throws Error.
+    void restore();
+    // Whether the target's device does not run since a commit was applied to it, as far as can be told.
+    bool device_was_restarted();
+
     // Called at each step of a commit.
     void on_step(std::function<void(commits::Step)> observer) { observer_ = std::move(observer); }
 
 private:
     // A configuration to replace the running one.
     struct Change {
-        yang::DataTree after;
-        std::string text; // `after` as printed; empty: not printed yet
+        Configuration after;
         std::vector<host::NativePath> edits;
         commits::Commit record; // who, comment, edit
     };
-    using MakeChange = std::function<Change(const lyd_node *running)>;
+    using MakeChange = std::function<Change(const Configuration &running)>;
 
     struct Prepared {
-        std::string running; // the configuration the change is based on
+        std::string running; // the native configuration the change is based on
         Change change;
+        bool changes = false;
     };
     std::optional<Prepared> prepare_first(const MakeChange &make);
     // Commits a change both to the store and to the target, or to neither.
     std::optional<commits::Commit> commit(const MakeChange &make);
-    // The change that `edit` makes to a copy of `before`.
-    Change changed(const yang::EditNode &edit, const lyd_node *before, const ChangeGuard &guard);
+    // The change that `edit` makes to a configuration.
+    Change changed(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard);
     // Applies the change to the last commit, and the result to the target. Nothing when it changes nothing.
     struct Applied {
         yang::SharedData before;
-        yang::DataTree after;
+        yang::SharedData after;
     };
-    std::optional<commits::Commit> made_of(Change change, const commits::Commit &last,
-                                           std::optional<Applied> &applied);
+    std::optional<commits::Commit> made_of(commits::CommitLog &store, Change change,
+                                           const Configuration &before, std::optional<Applied> &applied);
     void ensure_first_commit(commits::CommitLog &store);
+    bool was_restarted(const commits::CommitLog &store);
+    void put_into_force(commits::CommitLog &store, const Configuration &before, const Configuration &after);
+    void remember_instance(commits::CommitLog &store);
 
     const yang::Schemas &schemas_;
     ConfiguredSource &source_;
-    host::Engine &engine_;
+    Configurations &configurations_;
+    ConfigurationMapper &mapper_;
     sources::NativeTarget *target_;
     std::function<void(commits::Step)> observer_;
 };

@@ -24,8 +24,8 @@ Keeper::~Keeper() {
 
 void Keeper::restore() {
     try {
-        device_.restore();
-        say_("the device is back and has its configuration again");
+        say_(device_.restore_after_restart() ? "the device is back and has its configuration again"
+                                             : "the device is back");
     } catch (const Error &error) {
         say_(std::string("the device is back, but not at its configuration: ") + error.what());
     }
@@ -49,7 +49,7 @@ void Keeper::keep() {
     do {
         try {
             if (was_away)
-                device_.restore(); // throws while the device is away
+                device_.restore_after_restart(); // throws while the device is away
             was_away = false;
             device_.watch(stop_.descriptor(), listener);
             return;

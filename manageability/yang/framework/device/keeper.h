@@ -11,7 +11,7 @@
 
 namespace yfw::device {
 
-// Its thread reapplies the last commit whenever the device comes back, and forwards the neighbor changes that
+// Its thread reapplies the last commit when the device was restarted, and forwards the neighbor changes that
 // the device reports. Does nothing for a device that does not report changes. Borrows the device.
 class Keeper {
 public:

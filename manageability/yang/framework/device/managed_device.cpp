@@ -3,22 +3,39 @@
 #include "base/error.h"
 #include "device/native_edits.h"
 #include "yang/configuration_text.h"
+#include "yang/edit_apply.h"
 
 namespace yfw::device {
 
+ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource &&opened,
+                             sources::NativeSource &source, sources::NativeTarget *target,
+                             std::filesystem::path store, host::MappingDescription mapping)
+    : schemas_(schemas), mapping_(std::move(mapping)), opened_(std::move(opened)), target_(target),
+      source_(schemas, source, std::move(store), target != nullptr ? InForce::its_own : InForce::committed),
+      engine_(schemas, source_, mapping_), mapper_(schemas, engine_, mapping_),
+      configurations_(schemas, source_, mapper_), editor_(schemas, source_, configurations_, mapper_, target) {}
+
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened,
                              std::filesystem::path store, host::MappingDescription mapping)
-    : schemas_(schemas), mapping_(std::move(mapping)), opened_(std::move(opened)),
-      source_(schemas, *opened_.source, std::move(store)), engine_(schemas, source_, mapping_),
-      editor_(schemas, source_, engine_, opened_.target) {}
+    : ManagedDevice(schemas, std::move(opened), *opened.source, opened.target, std::move(store),
+                    std::move(mapping)) {}
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source,
-                             std::filesystem::path store, host::MappingDescription mapping)
-    : schemas_(schemas), mapping_(std::move(mapping)), source_(schemas, source, std::move(store)),
-      engine_(schemas, source_, mapping_), editor_(schemas, source_, engine_, nullptr) {}
+                             std::filesystem::path store, host::MappingDescription mapping,
+                             sources::NativeTarget *target)
+    : ManagedDevice(schemas, sources::OpenedSource{}, source, target, std::move(store), std::move(mapping)) {}
 
-void ManagedDevice::validate(const lyd_node *configuration) const {
-    yang::DataTree copy = yang::copy_configuration(configuration);
+host::Answer ManagedDevice::read(const host::ReadRequest &request) {
+    if (request.content == host::Content::state)
+        return engine_.read(request);
+    const std::optional<Configuration> committed = configurations_.committed();
+    return committed.has_value() ? engine_.read_with(committed->openconfig.get(), request)
+                                 : engine_.read(request);
+}
+
+void ManagedDevice::validate(const Configuration &configuration) const {
+    yang::validate_openconfig(schemas_, configuration.openconfig.get());
+    yang::DataTree copy = yang::copy_configuration(configuration.native.get());
     validate_configuration(schemas_, copy);
 }
 
@@ -34,8 +51,9 @@ std::optional<commits::Commit> ManagedDevice::edit(const yang::EditNode &edit, c
     return editor_.edit(edit, note, guard);
 }
 
-std::optional<commits::Commit> ManagedDevice::commit(const lyd_node *configuration, const std::string &edit,
-                                                     const CommitNote &note, const ChangeGuard &guard) {
+std::optional<commits::Commit> ManagedDevice::commit(const Configuration &configuration,
+                                                     const std::string &edit, const CommitNote &note,
+                                                     const ChangeGuard &guard) {
     require_store();
     return editor_.commit_configuration(configuration, edit, note, guard);
 }
@@ -44,9 +62,31 @@ std::optional<commits::Commit> ManagedDevice::rollback(int64_t number, const Com
     return editor_.rollback(number, note);
 }
 
-void ManagedDevice::restore() {
-    if (opened_.target != nullptr && last_commit_number() >= 0)
-        opened_.target->restore(source_.running_configuration().get());
+std::vector<Drift> ManagedDevice::drift() {
+    const std::optional<Configuration> committed = configurations_.committed();
+    if (!committed.has_value())
+        return {};
+    host::ReadRequest whole;
+    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
+    const host::Answer applied = read_applied(whole);
+    return find_drift(committed->openconfig.get(), applied.data.get(),
+                      Suspensions(schemas_, mapping_, committed->openconfig.get()));
+}
+
+void ManagedDevice::apply_last_commit() {
+    if (target_ == nullptr)
+        throw Error(ErrorTag::operation_not_supported, "",
+                    "a recorded device has nothing that a configuration could be applied to");
+    if (last_commit_number() < 0)
+        throw Error(ErrorTag::data_missing, store().string(), "there are no commits yet");
+    editor_.restore();
+}
+
+bool ManagedDevice::restore_after_restart() {
+    if (target_ == nullptr || last_commit_number() < 0 || !editor_.device_was_restarted())
+        return false;
+    editor_.restore();
+    return true;
 }
 
 void ManagedDevice::watch(int stop, const sources::NeighborWatch::Listener &listener) {

@@ -3,11 +3,16 @@
 #define YFW_DEVICE_MANAGED_DEVICE_H
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "device/configuration.h"
+#include "device/configuration_mapper.h"
+#include "device/configurations.h"
 #include "device/configured_source.h"
+#include "device/drift.h"
 #include "device/editor.h"
 #include "host/engine.h"
 #include "host/mapping_description.h"
@@ -26,9 +31,9 @@ public:
     // description.
     ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened, std::filesystem::path store,
                   host::MappingDescription mapping);
-    // The same, but borrows the source.
+    // The same, but borrows the source and the target, which may be NULL.
     ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
-                  host::MappingDescription mapping);
+                  host::MappingDescription mapping, sources::NativeTarget *target = nullptr);
     ManagedDevice(const ManagedDevice &) = delete;
     ManagedDevice &operator=(const ManagedDevice &) = delete;
 
@@ -37,13 +42,16 @@ public:
 
     // ---- reading
 
-    host::Answer read(const host::ReadRequest &request) { return engine_.read(request); }
-    // The same, on this native configuration alone.
-    host::Answer read(const host::ReadRequest &request, yang::SharedData configuration) {
-        return engine_.read(request, {nullptr, std::move(configuration)});
+    // The configuration as clients wrote it, and the device's state.
+    host::Answer read(const host::ReadRequest &request);
+    // The same, with another configuration.
+    host::Answer read(const host::ReadRequest &request, const Configuration &configuration) {
+        return engine_.read_with(configuration.openconfig.get(), request);
     }
+    // The configuration that is in force on the device, as the mapping reads it, and the device's state.
+    host::Answer read_applied(const host::ReadRequest &request) { return engine_.read(request); }
     // The same, on native data from elsewhere, such as a watch.
-    host::Answer read(const host::ReadRequest &request, yang::DataTree native) {
+    host::Answer read_applied(const host::ReadRequest &request, yang::DataTree native) {
         return engine_.read(request, {std::move(native)});
     }
 
@@ -58,50 +66,71 @@ public:
 
     // ---- configuration
 
-    // Native: the last commit's or, before the first one, the device's own.
-    yang::SharedData running_configuration() { return source_.running_configuration(); }
+    // The last commit's or, before the first one, the device's own.
+    Configuration running_configuration() { return configurations_.running(); }
 
     // The native difference that the edit would make; writes nothing.
     std::string try_edit(const yang::EditNode &edit) { return editor_.try_edit(edit); }
-    // The result of applying the edit to a native configuration; writes nothing.
-    yang::DataTree apply(const yang::EditNode &edit, const lyd_node *configuration,
-                         const ChangeGuard &guard = {}) {
+    // The result of applying the edit to a configuration; writes nothing.
+    Configuration apply(const yang::EditNode &edit, const Configuration &configuration,
+                        const ChangeGuard &guard = {}) {
         return editor_.apply(edit, configuration, guard);
     }
-    // A native configuration as an OpenConfig client sees it; NULL when nothing is visible.
-    yang::DataTree shown(const lyd_node *configuration) { return editor_.shown(configuration); }
-    // Validates a native configuration against its models.
-    void validate(const lyd_node *configuration) const;
+    // Validates a configuration against the models on both sides.
+    void validate(const Configuration &configuration) const;
 
     // Each makes one commit, both on the device and in the store or in neither; nothing when nothing changes.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,
                                         const ChangeGuard &guard = {});
-    // `edit`: the origin of the native configuration, for the record.
-    std::optional<commits::Commit> commit(const lyd_node *configuration, const std::string &edit,
+    // `edit`: the origin of the configuration, for the record.
+    std::optional<commits::Commit> commit(const Configuration &configuration, const std::string &edit,
                                           const CommitNote &note, const ChangeGuard &guard = {});
     std::optional<commits::Commit> rollback(int64_t number, const CommitNote &note);
+
+    // The commits, newest first, without edit, difference and configuration texts.
+    std::vector<commits::Commit> history() const { return source_.history(); }
 
     // Throws for a device that does not support commits.
     void require_store() const;
     const std::filesystem::path &store() const { return source_.store(); }
     // -1 when there is no commit yet.
-    int64_t last_commit_number() const { return source_.last_commit_number(); }
+    int64_t last_commit_number() const { return source_.last_number().value_or(-1); }
 
     // ---- the device itself
 
-    // Reapplies the last commit, if any: the device may have restarted since.
-    void restore();
+    // Whether commits are applied to it, beyond being stored.
+    bool is_applied_to() const { return target_ != nullptr; }
+
+    // What is not in force as it was committed; nothing before the first commit.
+    std::vector<Drift> drift();
+
+    // Makes the device run the last commit, whatever it runs now. Throws Error where there is none, or where
+    // commits are not applied to the device.
+    void apply_last_commit();
+
+    // The same, if there is a commit and the device has been restarted since one was applied to it. Returns
+    // whether it was.
+    bool restore_after_restart();
+
+    // Called at each step of a commit, for tests.
+    void on_step(std::function<void(commits::Step)> observer) { editor_.on_step(std::move(observer)); }
 
     bool tells_changes() const { return opened_.watch != nullptr; }
     // Calls the listener until `stop`, a descriptor, becomes readable.
     void watch(int stop, const sources::NeighborWatch::Listener &listener);
 
 private:
+    ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource &&opened, sources::NativeSource &source,
+                  sources::NativeTarget *target, std::filesystem::path store, host::MappingDescription mapping);
+
     const yang::Schemas &schemas_;
     host::MappingDescription mapping_;
-    sources::OpenedSource opened_;
+    sources::OpenedSource opened_; // empty where they are borrowed
+    sources::NativeTarget *target_;
     ConfiguredSource source_;
     host::Engine engine_;
+    ConfigurationMapper mapper_;
+    Configurations configurations_;
     Editor editor_;
 };
 

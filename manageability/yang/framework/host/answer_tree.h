@@ -10,8 +10,10 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "host/answer_schema.h"
+#include "host/request.h"
 #include "host/tree_owner.h"
 
 namespace yfw::host {
@@ -58,6 +60,11 @@ public:
     tidl_yfw_datatree *root() { return handle_of(*root_); }
     const AnswerEntry &root_entry() const { return *root_; }
 
+    // Replaces the configuration in the tree by `configuration`, which is from the top container down (NULL:
+    // none). Of lists whose entries `selection` names by key only these entries are taken. Call when the
+    // plug-in is done.
+    void replace_configuration(const lyd_node *configuration, const Selection &selection);
+
     // Prefixes identity values with the module names of the namespaces that the plug-in gave them. Call when
     // the plug-in is done.
     void qualify_identities(const ly_ctx *context);
@@ -91,6 +98,12 @@ private:
     };
 
     static AnswerEntry &entry_of(tidl_yfw_datatree &node);
+
+    void clear_configuration(AnswerEntry &entry);
+    void load(const lyd_node *data, AnswerEntry &to, const std::vector<const Selection *> &selections);
+    void load_list(const lyd_node *first, const AnswerNode &schema, AnswerEntry &to,
+                   const std::vector<const Selection *> &selections);
+    AnswerEntry &entry_for(const lyd_node *data, const AnswerNode &schema, AnswerEntry &parent);
 
     const char *copy(std::string_view text);
     tidl_yfw_datatree *handle_of(AnswerEntry &entry);

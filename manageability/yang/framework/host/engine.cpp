@@ -170,6 +170,31 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<sources
     return answer;
 }
 
+std::unique_ptr<AnswerTree> Engine::empty_answer() const {
+    return std::make_unique<AnswerTree>(answer_schema_);
+}
+
+Answer Engine::read_with(const lyd_node *configuration, const ReadRequest &request) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    std::vector<Selection> with_state;
+    std::vector<Selection> others;
+    for (Selection &pass : split_by_list_entry(selection_of(request)))
+        (request.content != Content::config && selects_state(pass) ? with_state : others)
+            .push_back(std::move(pass));
+    std::vector<std::unique_ptr<AnswerTree>> written;
+    if (!with_state.empty())
+        written = map_passes(with_state, Content::state, source_.snapshot(schemas_.context()));
+    for (size_t i = 0; i < others.size(); i++)
+        written.push_back(empty_answer());
+    std::move(others.begin(), others.end(), std::back_inserter(with_state));
+    Answer answer;
+    for (size_t i = 0; i < written.size(); i++) {
+        written[i]->replace_configuration(configuration, with_state[i]);
+        yang::merge(answer.data, make_answer(*written[i], with_state[i], request.content, answer.warnings));
+    }
+    return answer;
+}
+
 // Frees native data that nobody else holds before libyang's answer tree is built, so that both never occupy
 // memory at once.
 std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
@@ -191,7 +216,7 @@ std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
     Pass pass(traits_of(selection, content, trace_, state_), trace_buffer_);
     NativePaths paths;
     walk_request(pass, selection, paths);
-    auto answer = std::make_unique<AnswerTree>(answer_schema_);
+    std::unique_ptr<AnswerTree> answer = empty_answer();
     walk_responses(pass, paths, device, *answer);
     answer->qualify_identities(schemas_.context());
     return answer;

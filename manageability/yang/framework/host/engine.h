@@ -53,6 +53,10 @@ public:
     // The same, on native data given instead of the device's current data.
     Answer read(const ReadRequest &request, sources::Snapshot native);
 
+    // The same, with this configuration in OpenConfig terms (NULL: an empty one) instead of what the mapping
+    // reads as configuration. The device is not read when no state is requested.
+    Answer read_with(const lyd_node *configuration, const ReadRequest &request);
+
     // Maps an OpenConfig edit to native edits, in order, given the device's running configuration. Applies
     // nothing. Throws Error when the mapping rejects the edit.
     std::vector<NativePath> map_edit(const yang::EditNode &edit, yang::SharedData running);
@@ -65,6 +69,7 @@ private:
     struct Pass;
 
     Answer read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native);
+    std::unique_ptr<AnswerTree> empty_answer() const;
     std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
                                                         sources::Snapshot native);
     std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content,

@@ -148,6 +148,16 @@ std::string path_in(Members &members, const char *name, const char *expected) {
     return checked_path(members, members.place_of(name), members.text(name, expected));
 }
 
+Suspension read_suspension(Members members) {
+    Suspension suspension;
+    suspension.leaf = path_in(members, "leaf", "the schema path of an OpenConfig leaf");
+    suspension.value = members.text("value", "the leaf's value that suspends");
+    for (const std::string &path : members.texts("nodes", "the schema paths of what is suspended"))
+        suspension.nodes.push_back(checked_path(members, members.place_of("nodes"), path));
+    members.refuse_others();
+    return suspension;
+}
+
 void read_openconfig(Members members, MappingDescription &to) {
     to.modules.openconfig =
         members.texts("modules", "the names of the OpenConfig modules, that of the top container first");
@@ -155,6 +165,11 @@ void read_openconfig(Members members, MappingDescription &to) {
     if (members.has("state"))
         for (const std::string &path : members.texts("state", "the schema paths of state"))
             to.state.push_back(checked_path(members, members.place_of("state"), path));
+    if (members.has("suspensions"))
+        members.each("suspensions", "what a leaf's value suspends",
+                     [&](const Json &value, const std::string &place) {
+                         to.suspensions.push_back(read_suspension({value, place, members.file()}));
+                     });
     members.refuse_others();
 }
 

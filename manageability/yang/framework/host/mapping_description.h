@@ -50,6 +50,13 @@ struct ChangeNotification {
     std::vector<std::string> keys; // leaves for the first key of each list down to the entry, outermost first
 };
 
+// Configuration that has no effect while a leaf has a certain value.
+struct Suspension {
+    std::string leaf;               // the schema path of the OpenConfig leaf
+    std::string value;              // canonical
+    std::vector<std::string> nodes; // schema paths: these and all below them, except for the leaf itself
+};
+
 struct MappingDescription {
     std::filesystem::path file;    // of the description
     std::filesystem::path library; // absolute, or relative as `file` is
@@ -59,6 +66,7 @@ struct MappingDescription {
     yang::MappedModules modules;
     std::vector<std::string>
         state; // schema paths of the OpenConfig state that the request's descriptor tells of
+    std::vector<Suspension> suspensions;
     std::vector<MappedSubtree> subtrees;
     DeviceAnswers device;
     std::optional<ChangeNotification> notification;

@@ -156,6 +156,10 @@ std::vector<Selection> split_by_selected_node(const Selection &root) {
     return trees;
 }
 
+bool selects_state(const Selection &root) {
+    return selects_state(root, {root.node});
+}
+
 bool selects_state(const Selection &root, const std::vector<const lysc_node *> &below) {
     bool content = false;
     for (const Selection &child : root.children) {

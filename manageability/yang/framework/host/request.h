@@ -50,7 +50,10 @@ std::vector<Selection> split_by_list_entry(const Selection &root);
 // One tree for each selected node, with its ancestors and their keys.
 std::vector<Selection> split_by_selected_node(const Selection &root);
 
-// Whether it selects state (config false) at or below one of these nodes.
+// Whether it selects state (config false).
+bool selects_state(const Selection &root);
+
+// Whether it selects state at or below one of these nodes.
 bool selects_state(const Selection &root, const std::vector<const lysc_node *> &below);
 
 } // namespace yfw::host

@@ -2,6 +2,9 @@
 #ifndef YFW_SOURCES_NATIVE_TARGET_H
 #define YFW_SOURCES_NATIVE_TARGET_H
 
+#include <optional>
+#include <string>
+
 #include "yang/data_tree.h"
 
 namespace yfw::sources {
@@ -21,6 +24,9 @@ public:
 
     // Makes the device run the configuration, whatever it runs now: it may have restarted.
     virtual void restore(const lyd_node *configuration) = 0;
+
+    // Identifies this run of the device: another one after a restart. Nothing when that cannot be told.
+    virtual std::optional<std::string> instance() { return std::nullopt; }
 };
 
 } // namespace yfw::sources

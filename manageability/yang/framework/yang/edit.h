@@ -30,6 +30,7 @@ struct EditNode {
     std::optional<std::string> value;
     std::vector<EditNode> children; // keys first
     Operation operation = Operation::none;
+    bool is_step = false; // of a path: made when it is missing, whatever the operation
 
     bool is_key() const { return lysc_is_key(node); }
 };

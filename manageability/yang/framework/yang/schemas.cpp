@@ -18,6 +18,14 @@ constexpr const char *defaults_module =
     "module ietf-netconf-with-defaults { yang-version 1.1;"
     " namespace \"urn:ietf:params:xml:ns:netconf:default:1.0\"; prefix wd; }";
 
+// The annotation of RFC 7952 for origins (RFC 8342 section 7).
+constexpr const char *origin_module =
+    "module ietf-origin { yang-version 1.1;"
+    " namespace \"urn:ietf:params:xml:ns:yang:ietf-origin\"; prefix or;"
+    " import ietf-yang-metadata { prefix md; }"
+    " identity origin; identity intended { base origin; } identity system { base origin; }"
+    " md:annotation origin { type identityref { base origin; } } }";
+
 void load(ly_ctx *context, const std::string &module, const std::filesystem::path &dir) {
     if (!std::filesystem::is_directory(dir))
         throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
@@ -47,7 +55,7 @@ Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem:
     if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &context) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", "the YANG library could not be started");
     context_.reset(context);
-    for (const char *module : {operation_module, defaults_module})
+    for (const char *module : {operation_module, defaults_module, origin_module})
         if (lys_parse_mem(context, module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
             throw Error(ErrorTag::operation_failed, module, take_yang_error(context));
     for (const std::string &module : modules.native)

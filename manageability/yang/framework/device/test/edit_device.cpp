@@ -7,39 +7,35 @@ namespace yfw::device::test {
 
 EditedDevice::EditedDevice(const std::string &native, sources::NativeTarget *target,
                            const std::filesystem::path &directory)
-    : configured_(yang::test::schemas(), source_,
-                  (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db"),
-      engine_(yang::test::schemas(), configured_, host::read_mapping(OCLLDP_LIBRARY)),
-      editor_(yang::test::schemas(), configured_, engine_, target) {
+    : device_(yang::test::schemas(), source_,
+              (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db",
+              host::read_mapping(OCLLDP_LIBRARY), target) {
     source_.xml = native;
 }
 
 std::optional<commits::Commit> EditedDevice::edit(const std::string &document) {
     const yang::EditNode node = yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge);
-    return editor_.edit(node, {.who = "test", .comment = ""});
+    return device_.edit(node, {.who = "test", .comment = ""});
 }
 
 void EditedDevice::map(const std::string &document) {
-    yang::DataTree data = configured_.read(yang::test::schemas().context());
-    engine_.map_edit(yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge),
-                     yang::take_configuration(data));
+    device_.explain(yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge));
 }
 
 std::string EditedDevice::try_edit(const std::string &document) {
-    return editor_.try_edit(yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge));
+    return device_.try_edit(yang::parse_edit(yang::test::schemas(), document, yang::Operation::merge));
 }
 
 std::optional<commits::Commit> EditedDevice::rollback(int64_t number) {
-    return editor_.rollback(number, {.who = "test", .comment = ""});
+    return device_.rollback(number, {.who = "test", .comment = ""});
 }
 
 std::string EditedDevice::configuration() {
-    yang::DataTree data = configured_.read(yang::test::schemas().context());
-    return yang::print_configuration(yang::take_configuration(data).get());
+    return yang::print_configuration(device_.running_configuration().native.get());
 }
 
 size_t EditedDevice::commits() const {
-    const std::filesystem::path &store = configured_.store();
+    const std::filesystem::path &store = device_.store();
     return std::filesystem::exists(store) ? commits::CommitLog(store, false).history().size() : 0;
 }
 

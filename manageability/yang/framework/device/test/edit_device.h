@@ -9,9 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "device/configured_source.h"
-#include "device/editor.h"
-#include "host/engine.h"
+#include "device/managed_device.h"
 #include "host/test/test_device.h"
 #include "sources/native_target.h"
 #include "support/files.h"
@@ -43,14 +41,14 @@ public:
     // The number of commits in the store; 0 without a store.
     size_t commits() const;
 
-    void on_step(std::function<void(commits::Step)> observer) { editor_.on_step(std::move(observer)); }
+    void on_step(std::function<void(commits::Step)> observer) { device_.on_step(std::move(observer)); }
+
+    ManagedDevice &device() { return device_; }
 
 private:
     host::test::TextSource source_;
     std::optional<yfw::test::TemporaryDirectory> own_directory_;
-    ConfiguredSource configured_;
-    host::Engine engine_;
-    Editor editor_;
+    ManagedDevice device_;
 };
 
 // Whether the device runs this configuration.

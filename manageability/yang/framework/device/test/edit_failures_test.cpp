@@ -20,7 +20,13 @@ constexpr terrno injected = 0x80555500U;
 
 const std::string lldp_on = native_device("<enable>true</enable><timer>45</timer><tlv-select><system-name>"
                                           "<disable>true</disable></system-name></tlv-select>");
-const std::string lldp_off = native_device("<enable>false</enable>");
+const std::string lldp_off = native_device(""); // but not by a setting: that would hold everything else back
+
+// The same, with LLDP off on eth1.
+std::string with_eth1_off(std::string native) {
+    const std::string on = "<enable>true</enable>";
+    return native.replace(native.find(on, native.find("eth1")), on.size(), "<enable>false</enable>");
+}
 
 struct Scenario {
     std::string name;
@@ -101,15 +107,18 @@ std::vector<Scenario> scenarios() {
         {"EnabledTrue", lldp_off, config(element("enabled", "true")), {"/lldp/enable"}},
         {"EnabledFalse", lldp_on, config(element("enabled", "false")), {"/lldp"}},
         {"EnabledDeleted", lldp_on, config("<enabled" + deleted + "/>"), {"/lldp"}},
-        {"TlvOn", lldp_on, config(tlv), {tlv_enter, "/lldp/tlv-select/system-name/disable"}},
+        {"TlvOn",
+         native_device("<enable>true</enable>"),
+         config(tlv),
+         {tlv_enter, "/lldp/tlv-select/system-name/disable"}},
         // Only the last add's status counts.
         {"TlvOff", lldp_off, config(tlv), {tlv_enter, "~/lldp/tlv-select/system-name/disable", "/lldp/enable"}},
-        {"InterfaceTrueOn", lldp_on, eth1(element("enabled", "true")),
+        {"InterfaceTrueOn", with_eth1_off(lldp_on), eth1(element("enabled", "true")),
          on_eth1({active, enter, entry + "/lldp/enable", entry + "/lldp/transmit", entry + "/lldp/receive"})},
         {"InterfaceFalseOn", lldp_on, eth1(element("enabled", "false")),
          on_eth1({active, enter, entry + "/lldp/enable", entry + "/lldp/transmit/disable",
                   entry + "/lldp/receive/disable"})},
-        {"InterfaceTrueOff", lldp_off, eth1(element("enabled", "true")),
+        {"InterfaceTrueOff", with_eth1_off(lldp_off), eth1(element("enabled", "true")),
          on_eth1({active, enter, entry + "/lldp/enable"})},
         {"InterfaceFalseOff", lldp_off, eth1(element("enabled", "false")),
          on_eth1({active, enter, enter, entry + "/lldp/enable"})},

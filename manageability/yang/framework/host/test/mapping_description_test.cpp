@@ -145,7 +145,7 @@ INSTANTIATE_TEST_SUITE_P(
               {"\"colour\" is unknown", "library", "notification"}},
         Fault{"AsAnUnknownMemberOfAMember",
               replaced(smallest(), "\"top\"", "\"tops\": 1, \"top\""),
-              {"\"openconfig.tops\" is unknown", "modules, state, top"}},
+              {"\"openconfig.tops\" is unknown", "modules, state, suspensions, top"}},
         Fault{"AsANumberForAText",
               replaced(smallest(), "\"x_\"", "7"),
               {"\"walker-prefix\"", "expected", "as a text that is not empty"}},

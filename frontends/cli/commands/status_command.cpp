@@ -1,0 +1,132 @@
+#include "frontends/cli/commands/status_command.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "base/error.h"
+#include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/named_device.h"
+
+namespace yfw::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char *status_examples = R"(
+The configuration is what clients wrote; a device may do something else: because a setting holds another one back,
+because the device cannot show it, or because someone changed the device by other means. drift lists these leaves,
+apply makes the device do what the last commit says. Reading never changes a device.
+
+Examples:
+  yfw status --device lldpd:
+  yfw drift --device lldpd: --json
+  yfw apply --device lldpd:
+  yfw get --applied /lldp/config --device lldpd:
+)";
+
+std::string line_of(const device::Drift &drift) {
+    std::string line = drift.path + ": ";
+    line += drift.configured.has_value() ? "configured \"" + *drift.configured + "\"" : "not configured";
+    line += ", the device has " + (drift.applied.has_value() ? "\"" + *drift.applied + "\"" : "nothing");
+    return drift.reason.empty() ? line : line + " (" + drift.reason + ")";
+}
+
+Json json_of(const device::Drift &drift) {
+    Json json{{"path", drift.path}};
+    if (drift.configured.has_value())
+        json["configured"] = *drift.configured;
+    if (drift.applied.has_value())
+        json["applied"] = *drift.applied;
+    if (!drift.reason.empty())
+        json["reason"] = drift.reason;
+    return json;
+}
+
+void flush_output() {
+    if (!(std::cout << std::flush))
+        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
+}
+
+void print_drift(const DeviceOptions &options, bool json) {
+    NamedDevice named(options);
+    const std::vector<device::Drift> drift = named.device.drift();
+    if (json) {
+        Json all = Json::array();
+        for (const device::Drift &one : drift)
+            all.push_back(json_of(one));
+        std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    } else {
+        for (const device::Drift &one : drift)
+            std::cout << line_of(one) << '\n';
+        if (drift.empty())
+            std::cout << "no drift\n";
+    }
+    flush_output();
+}
+
+std::string device_name(const DeviceOptions &options) {
+    if (options.native_files.empty())
+        return options.device.string();
+    std::string names;
+    for (const std::filesystem::path &file : options.native_files)
+        names += (names.empty() ? "" : " ") + file.string();
+    return names;
+}
+
+std::string counted(size_t number, const std::string &what) {
+    return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
+void print_status(const DeviceOptions &options) {
+    NamedDevice named(options);
+    const std::vector<commits::Commit> history = named.device.history();
+    std::cout << "device  " << device_name(options) << '\n';
+    std::cout << "store   " << (named.device.store().empty() ? "none" : named.device.store().string()) << '\n';
+    if (history.empty()) {
+        std::cout << "commit  none: the configuration is the device's own\n";
+        return flush_output();
+    }
+    const commits::Commit &last = history.front();
+    std::cout << "commit  " << last.number << ", " << last.time << (last.who.empty() ? "" : ", by " + last.who)
+              << (last.comment.empty() ? "" : ": " + last.comment) << '\n';
+    const size_t drift = named.device.drift().size();
+    std::cout << "drift   " << (drift == 0 ? "none" : counted(drift, "leaf value") + " (see yfw drift)")
+              << '\n';
+    flush_output();
+}
+
+void apply(const DeviceOptions &options) {
+    NamedDevice named(options);
+    named.device.apply_last_commit();
+    std::cout << "commit " << named.device.last_commit_number() << " is applied\n";
+    flush_output();
+}
+
+CLI::App *add_command(CLI::App &app, DeviceOptions &device, const char *name, const char *help) {
+    CLI::App *command = app.add_subcommand(name, help);
+    command->footer(status_examples);
+    add_device_options(*command, device);
+    return command;
+}
+
+} // namespace
+
+void add_status_commands(CLI::App &app, DeviceOptions &device) {
+    add_command(app, device, "status", "Show a device's store, last commit and drift")->callback([&device] {
+        print_status(device);
+    });
+    CLI::App *drift =
+        add_command(app, device, "drift", "List what the device does not do as it was configured");
+    const auto json = std::make_shared<bool>(false);
+    drift->add_flag("--json", *json, "Print a JSON array");
+    drift->callback([&device, json] { print_drift(device, *json); });
+    add_command(app, device, "apply", "Make the device do what the last commit says")->callback([&device] {
+        apply(device);
+    });
+}
+
+} // namespace yfw::cli

@@ -1,0 +1,100 @@
+#include "device/suspension.h"
+
+#include <algorithm>
+
+#include "base/error.h"
+#include "yang/edit_instance.h"
+
+namespace yfw::device {
+namespace {
+
+const lysc_node *found(const yang::Schemas &schemas, const host::MappingDescription &mapping,
+                       const std::string &path) {
+    const lysc_node *node = schemas.find(mapping.modules.openconfig.front(), path);
+    if (node == nullptr)
+        throw Error(ErrorTag::invalid_value, mapping.file.string(),
+                    "member \"openconfig.suspensions\" names " + path + ", which module " +
+                        mapping.modules.openconfig.front() + " does not have");
+    return node;
+}
+
+// The value of a leaf that no list is above; NULL when it is not set.
+const char *value_of(const lysc_node *leaf, const lyd_node *configuration) {
+    std::vector<const lysc_node *> steps;
+    for (const lysc_node *node = leaf; node != nullptr; node = node->parent)
+        steps.insert(steps.begin(), node);
+    const lyd_node *at = nullptr;
+    for (const lysc_node *step : steps) {
+        lyd_node *next = nullptr;
+        lyd_find_sibling_val(at != nullptr ? lyd_child(at) : configuration, step, nullptr, 0, &next);
+        if (next == nullptr)
+            return nullptr;
+        at = next;
+    }
+    return lyd_get_value(at);
+}
+
+bool is_at_or_below(const lysc_node *node, const lysc_node *top) {
+    for (; node != nullptr; node = node->parent)
+        if (node == top)
+            return true;
+    return false;
+}
+
+} // namespace
+
+Suspensions::Suspensions(const yang::Schemas &schemas, const host::MappingDescription &mapping,
+                         const lyd_node *configuration) {
+    for (const host::Suspension &suspension : mapping.suspensions) {
+        const lysc_node *leaf = found(schemas, mapping, suspension.leaf);
+        const char *value = value_of(leaf, configuration);
+        if (value == nullptr || suspension.value != value)
+            continue;
+        for (const std::string &path : suspension.nodes)
+            held_.push_back({leaf, found(schemas, mapping, path), suspension.leaf + " is " + suspension.value});
+    }
+}
+
+const std::string *Suspensions::reason(const lysc_node *node) const {
+    if ((node->flags & LYS_CONFIG_R) != 0)
+        return nullptr;
+    for (const Held &held : held_)
+        if (node != held.leaf && is_at_or_below(node, held.node))
+            return &held.reason;
+    return nullptr;
+}
+
+bool Suspensions::holds_all_below(const lysc_node *node) const {
+    return holds(node) && std::none_of(held_.begin(), held_.end(),
+                                       [&](const Held &held) { return is_at_or_below(held.leaf, node); });
+}
+
+// Returns whether anything of the node remains.
+bool Suspensions::hold_back_node(yang::EditNode &edit, const lyd_node *siblings) const {
+    const lyd_node *present = yang::find_instance(siblings, edit);
+    const bool is_suspended = holds_all_below(edit.node);
+    if (yang::takes_away(edit.operation))
+        return !is_suspended || present != nullptr;
+    if (is_suspended && edit.operation == yang::Operation::replace && present != nullptr) {
+        edit.operation = yang::Operation::remove;
+        yang::drop_deleted_content(edit);
+        return true;
+    }
+    if ((edit.node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
+        return !is_suspended;
+    const lyd_node *below = present != nullptr ? lyd_child(present) : nullptr;
+    std::erase_if(edit.children,
+                  [&](yang::EditNode &child) { return !child.is_key() && !hold_back_node(child, below); });
+    const bool has_content = std::any_of(edit.children.begin(), edit.children.end(),
+                                         [](const yang::EditNode &child) { return !child.is_key(); });
+    if (has_content && is_suspended) // only removals are left
+        edit.operation = yang::Operation::none;
+    return has_content || !is_suspended;
+}
+
+void Suspensions::hold_back(yang::EditNode &edit, const lyd_node *present) const {
+    if (any() && !hold_back_node(edit, present))
+        edit.children.clear();
+}
+
+} // namespace yfw::device
