@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "commits/commit_log.h"
@@ -21,9 +22,10 @@ namespace yfw::device {
 class ConfiguredSource final : public sources::NativeSource {
 public:
     // A store that does not exist counts as empty; reading does not create it. An empty path means that there
-    // is never a store.
-    ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store)
-        : schemas_(schemas), source_(source), store_(std::move(store)) {}
+    // is never a store. `owner`: the device that the store belongs to, see CommitLog.
+    ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
+                     std::optional<std::string> owner = std::nullopt)
+        : schemas_(schemas), source_(source), store_(std::move(store)), owner_(std::move(owner)) {}
 
     yang::DataTree read(const ly_ctx *context) override;
     sources::Snapshot snapshot(const ly_ctx *context) override;
@@ -62,6 +64,7 @@ private:
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     std::filesystem::path store_;
+    std::optional<std::string> owner_;
 
     mutable std::mutex mutex_;                      // guards the members below
     mutable std::optional<StoreIdentity> identity_; // of log_

@@ -7,15 +7,18 @@
 namespace yfw::device {
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened,
-                             std::filesystem::path store, host::MappingDescription mapping)
+                             std::filesystem::path store, host::MappingDescription mapping,
+                             std::optional<std::string> owner)
     : schemas_(schemas), mapping_(std::move(mapping)), opened_(std::move(opened)),
-      source_(schemas, *opened_.source, std::move(store)), engine_(schemas, source_, mapping_),
-      editor_(schemas, source_, engine_, opened_.target) {}
+      source_(schemas, *opened_.source, std::move(store), std::move(owner)),
+      engine_(schemas, source_, mapping_), editor_(schemas, source_, engine_, opened_.target) {}
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source,
-                             std::filesystem::path store, host::MappingDescription mapping)
-    : schemas_(schemas), mapping_(std::move(mapping)), source_(schemas, source, std::move(store)),
-      engine_(schemas, source_, mapping_), editor_(schemas, source_, engine_, nullptr) {}
+                             std::filesystem::path store, host::MappingDescription mapping,
+                             std::optional<std::string> owner)
+    : schemas_(schemas), mapping_(std::move(mapping)),
+      source_(schemas, source, std::move(store), std::move(owner)), engine_(schemas, source_, mapping_),
+      editor_(schemas, source_, engine_, nullptr) {}
 
 void ManagedDevice::validate(const lyd_node *configuration) const {
     yang::DataTree copy = yang::copy_configuration(configuration);
