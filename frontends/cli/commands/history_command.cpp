@@ -47,7 +47,7 @@ void with_store(const DeviceOptions &device,
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         throw Error(ErrorTag::data_missing, file.string(), "there are no commits yet");
-    device::in_store([&] { work(commits::CommitLog(file, false), file.string()); });
+    device::in_store([&] { work(commits::CommitLog(file, false, owner_of(device)), file.string()); });
 }
 
 void print_history(const commits::CommitLog &store) {

@@ -35,13 +35,18 @@ std::filesystem::path store_of(const DeviceOptions &options) {
     return state_directory() / (name + ".db");
 }
 
+std::string owner_of(const DeviceOptions &options) {
+    return sources::identity_of(address_of(options));
+}
+
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use)
     : NamedDevice(options, use, host::read_mapping(options.plugin)) {}
 
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use,
                          const host::MappingDescription &mapping)
     : schemas(options.native_models, options.openconfig_models, mapping.modules),
-      device(schemas, sources::open_source(address_of(options), use), store_of(options), mapping) {
+      device(schemas, sources::open_source(address_of(options), use), store_of(options), mapping,
+             owner_of(options)) {
     device.set_trace(options.trace);
 }
 

@@ -3,6 +3,7 @@
 #define YFW_FRONTENDS_CLI_OPTIONS_NAMED_DEVICE_H
 
 #include <filesystem>
+#include <string>
 
 #include "device/managed_device.h"
 #include "frontends/cli/options/options.h"
@@ -23,6 +24,9 @@ private:
 // The default location of a device's commits: a file in the user's state directory, named after the device's
 // path. Empty for a device given as files, which has no name.
 std::filesystem::path store_of(const DeviceOptions &options);
+
+// Identifies the device in its store; empty for a device given as files.
+std::string owner_of(const DeviceOptions &options);
 
 } // namespace yfw::cli
 

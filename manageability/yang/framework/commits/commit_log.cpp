@@ -1,132 +1,171 @@
 #include "commits/commit_log.h"
 
 #include <chrono>
-#include <memory>
-#include <system_error>
+#include <limits>
 #include <thread>
 
-#include <sqlite3.h>
-
 #include "base/utc_time.h"
+#include "commits/database.h"
+#include "commits/new_store.h"
+#include "commits/opened_store.h"
+#include "commits/store_format.h"
 
 namespace yfw::commits {
 namespace {
 
 using Guard = std::lock_guard<std::mutex>;
 
-constexpr int busy_milliseconds = 10000;
+// How often a store that cannot be locked is read anew because somebody wrote it meanwhile.
+constexpr int most_attempts = 100;
 
-constexpr const char *schema = "CREATE TABLE IF NOT EXISTS commits ("
-                               " number INTEGER PRIMARY KEY, time TEXT NOT NULL, who TEXT NOT NULL,"
-                               " comment TEXT NOT NULL, edit TEXT NOT NULL, difference TEXT NOT NULL,"
-                               " configuration TEXT NOT NULL)";
-
-[[noreturn]] void fail(const std::filesystem::path &file, sqlite3 *database) {
-    throw StoreError(file.string() + ": " + (database != nullptr ? sqlite3_errmsg(database) : "out of memory"));
-}
-
-struct Finalize {
-    void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
-};
-
-// One prepared statement; its columns are read by position.
-class Statement {
-public:
-    Statement(const std::filesystem::path &file, sqlite3 *database, const char *sql)
-        : file_(file), database_(database) {
-        sqlite3_stmt *statement = nullptr;
-        if (sqlite3_prepare_v2(database, sql, -1, &statement, nullptr) != SQLITE_OK)
-            fail(file, database);
-        statement_.reset(statement);
-    }
-
-    Statement &bind(int position, int64_t value) {
-        if (sqlite3_bind_int64(statement_.get(), position, value) != SQLITE_OK)
-            fail(file_, database_);
-        return *this;
-    }
-
-    Statement &bind(int position, const std::string &text) {
-        if (sqlite3_bind_text(statement_.get(), position, text.data(), static_cast<int>(text.size()),
-                              SQLITE_TRANSIENT) != SQLITE_OK)
-            fail(file_, database_);
-        return *this;
-    }
-
-    // False at the end of the rows.
-    bool step() {
-        const int result = sqlite3_step(statement_.get());
-        if (result != SQLITE_ROW && result != SQLITE_DONE)
-            fail(file_, database_);
-        return result == SQLITE_ROW;
-    }
-
-    int64_t number(int column) const { return sqlite3_column_int64(statement_.get(), column); }
-
-    std::string text(int column) const {
-        const auto *bytes = static_cast<const char *>(sqlite3_column_blob(statement_.get(), column));
-        const int size = sqlite3_column_bytes(statement_.get(), column);
-        return bytes != nullptr ? std::string(bytes, static_cast<size_t>(size)) : std::string();
-    }
-
-private:
-    const std::filesystem::path &file_;
-    sqlite3 *database_;
-    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
-};
+// The columns in the order of the table: a commit of the first format has no text in OpenConfig.
+constexpr int openconfig_column = 7;
 
 Commit whole_row(const Statement &row) {
-    return {row.number(0), row.text(1), row.text(2), row.text(3), row.text(4), row.text(5), row.text(6)};
+    Commit commit{row.number(0), row.text(1), row.text(2), row.text(3),
+                  row.text(4),   row.text(5), row.text(6), std::nullopt};
+    if (row.columns() > openconfig_column)
+        commit.openconfig = row.optional_text(openconfig_column);
+    return commit;
 }
 
-} // namespace
-
-CommitLog::CommitLog(const std::filesystem::path &file, bool create) : file_(file) {
-    std::error_code error;
-    if (create && file.has_parent_path())
-        std::filesystem::create_directories(file.parent_path(), error);
-    if (error)
-        throw StoreError(file.parent_path().string() + ": cannot be made: " + error.message());
-    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
-    if (sqlite3_open_v2(file.c_str(), &database_, flags, nullptr) != SQLITE_OK) {
-        const std::string reason = database_ != nullptr ? sqlite3_errmsg(database_) : "out of memory";
-        sqlite3_close(database_);
-        throw StoreError(file.string() + ": " + reason);
-    }
-    try {
-        sqlite3_busy_timeout(database_, busy_milliseconds);
-        set_up();
-    } catch (...) {
-        sqlite3_close(database_);
-        throw;
-    }
+std::optional<Commit> last_commit(Database &database) {
+    Statement rows(database, "SELECT * FROM commits ORDER BY number DESC LIMIT 1");
+    return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
 }
 
-CommitLog::~CommitLog() {
-    sqlite3_close(database_);
+int64_t next_number(const std::optional<Commit> &last, const std::filesystem::path &file) {
+    if (!last.has_value())
+        return 0;
+    if (last->number < 0 || last->number == std::numeric_limits<int64_t>::max())
+        throw StoreError(file.string() + ": is damaged: its last commit has number " +
+                         std::to_string(last->number));
+    return last->number + 1;
 }
 
-// Enabling the log fails at once, ignoring SQLite's busy timeout, while another process is doing the same.
-void CommitLog::set_up() const {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busy_milliseconds);
+void insert(Database &database, const Commit &commit) {
+    Statement statement(database, "INSERT INTO commits (number, time, who, comment, edit, difference,"
+                                  " configuration, openconfig) VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
+    statement.bind(1, commit.number).bind(2, commit.time).bind(3, commit.who).bind(4, commit.comment);
+    statement.bind(5, commit.edit).bind(6, commit.difference).bind(7, commit.configuration);
+    statement.bind(8, commit.openconfig).run();
+}
+
+// A copy of a store may be without the log. Enabling it fails at once, ignoring SQLite's busy timeout, while
+// another process is doing the same.
+void use_write_ahead_log(Database &database) {
+    const auto end = std::chrono::steady_clock::now() + longest_wait;
     for (;;) {
         try {
-            execute("PRAGMA journal_mode = WAL");
-            execute("PRAGMA synchronous = FULL");
-            execute(schema);
-            return;
-        } catch (const StoreError &) {
-            if (sqlite3_errcode(database_) != SQLITE_BUSY || std::chrono::steady_clock::now() > end)
+            return database.execute("PRAGMA journal_mode = WAL");
+        } catch (const DatabaseError &error) {
+            if (!error.is_busy() || std::chrono::steady_clock::now() > end)
                 throw;
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
     }
 }
 
-void CommitLog::execute(const char *sql) const {
-    Statement statement(file_, database_, sql);
-    while (statement.step()) {
+} // namespace
+
+// Keeps other processes from writing from its beginning to its end. Rolled back unless committed.
+class CommitLog::Transaction {
+public:
+    // Throws StoreError also when the store, which others may have changed, is not one for this owner any more.
+    explicit Transaction(const CommitLog &log) : log_(log) {
+        const Guard guard(log.statements_);
+        if (log.database_->access() != Access::writable)
+            log.open(); // permissions may have changed
+        if (log.database_->access() != Access::writable)
+            throw StoreError(log.file_.string() + ": may only be read");
+        use_write_ahead_log(database());
+        database().execute("BEGIN IMMEDIATE");
+        is_open_ = true;
+        try {
+            format_ = format_of(database());
+            check_owner(database(), log.owner_);
+        } catch (...) {
+            roll_back();
+            throw;
+        }
     }
+
+    ~Transaction() {
+        const Guard guard(log_.statements_);
+        roll_back();
+    }
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+
+    Database &database() const { return *log_.database_; }
+
+    // Makes it a store of the current format and of the owner; true if it was of another format.
+    bool bring_up_to_date() {
+        const bool is_old = format_ == Format::first;
+        if (is_old)
+            upgrade(database());
+        if (log_.owner_.has_value() && !meta_value(database(), meta::owner).has_value())
+            set_meta_value(database(), meta::owner, *log_.owner_);
+        return is_old;
+    }
+
+    void commit() {
+        database().execute("COMMIT");
+        is_open_ = false;
+    }
+
+private:
+    void roll_back() noexcept {
+        if (!is_open_)
+            return;
+        is_open_ = false;
+        try {
+            database().execute("ROLLBACK");
+        } catch (const StoreError &) { // SQLite has already rolled back
+        }
+    }
+
+    const CommitLog &log_;
+    Format format_ = Format::current;
+    bool is_open_ = false;
+};
+
+CommitLog::CommitLog(const std::filesystem::path &file, bool create, std::optional<std::string> owner)
+    : file_(file), owner_(std::move(owner)) {
+    if (create)
+        make_store(file, owner_);
+    open();
+}
+
+CommitLog::~CommitLog() = default;
+
+void CommitLog::open() const {
+    auto state = std::make_unique<StoreState>(file_);
+    auto database = open_store(file_);
+    check_owner(*database, owner_);
+    database_ = std::move(database);
+    state_ = std::move(state);
+}
+
+// Where the store cannot be locked, what was read counts if nobody has written the file since it was opened.
+template <class Read> auto CommitLog::read(const Read &work) const {
+    const Guard guard(statements_);
+    for (int attempt = 0; database_->access() == Access::unchanging; ++attempt) {
+        try {
+            if (*state_ != StoreState(file_))
+                open();
+            auto found = work(*database_);
+            if (*state_ == StoreState(file_))
+                return found;
+        } catch (const StoreError &) {
+            if (*state_ == StoreState(file_) || attempt == most_attempts)
+                throw;
+        }
+        if (attempt == most_attempts)
+            throw StoreError(file_.string() + ": is written all the time, and may only be read without locks");
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return work(*database_);
 }
 
 void CommitLog::reached(Step step) const {
@@ -135,80 +174,115 @@ void CommitLog::reached(Step step) const {
 }
 
 std::optional<Commit> CommitLog::last() const {
-    const Guard guard(statements_);
-    Statement rows(file_, database_,
-                   "SELECT number, time, who, comment, edit, difference, configuration FROM commits"
-                   " ORDER BY number DESC LIMIT 1");
-    return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
+    return read(last_commit);
 }
 
 std::optional<int64_t> CommitLog::last_number() const {
-    const Guard guard(statements_);
-    Statement rows(file_, database_, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
-    return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
+    return read([](Database &database) {
+        Statement rows(database, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
+        return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
+    });
 }
 
 std::optional<Commit> CommitLog::find(int64_t number) const {
-    const Guard guard(statements_);
-    Statement rows(
-        file_, database_,
-        "SELECT number, time, who, comment, edit, difference, configuration FROM commits WHERE number = ?");
-    rows.bind(1, number);
-    return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
+    return read([number](Database &database) {
+        Statement rows(database, "SELECT * FROM commits WHERE number = ?");
+        rows.bind(1, number);
+        return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
+    });
 }
 
 std::vector<Commit> CommitLog::history() const {
-    const Guard guard(statements_);
-    Statement rows(file_, database_, "SELECT number, time, who, comment FROM commits ORDER BY number DESC");
-    std::vector<Commit> commits;
-    while (rows.step())
-        commits.push_back({rows.number(0), rows.text(1), rows.text(2), rows.text(3), "", "", ""});
-    return commits;
-}
-
-void CommitLog::insert(const Commit &commit) const {
-    Statement statement(file_, database_, "INSERT INTO commits VALUES (?, ?, ?, ?, ?, ?, ?)");
-    statement.bind(1, commit.number).bind(2, commit.time).bind(3, commit.who).bind(4, commit.comment);
-    statement.bind(5, commit.edit).bind(6, commit.difference).bind(7, commit.configuration);
-    statement.step();
-}
-
-std::optional<Commit>
-CommitLog::commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make) {
-    const Guard one_at_a_time(commits_);
-    begin();
-    try {
-        reached(Step::begun);
-        const std::optional<Commit> before = last();
-        reached(Step::read);
-        std::optional<Commit> made = make(before);
-        reached(Step::prepared);
-        if (made.has_value()) {
-            made->number = before.has_value() ? before->number + 1 : 0;
-            made->time = utc_now();
+    return read([](Database &database) {
+        Statement rows(database, "SELECT number, time, who, comment FROM commits ORDER BY number DESC");
+        std::vector<Commit> commits;
+        while (rows.step()) {
+            Commit &commit = commits.emplace_back();
+            commit.number = rows.number(0);
+            commit.time = rows.text(1);
+            commit.who = rows.text(2);
+            commit.comment = rows.text(3);
         }
-        end(made);
-        return made;
+        return commits;
+    });
+}
+
+std::optional<std::string> CommitLog::owner() const {
+    return read([](Database &database) { return meta_value(database, meta::owner); });
+}
+
+std::optional<std::string> CommitLog::applied_to() const {
+    return read([](Database &database) { return meta_value(database, meta::applied_to); });
+}
+
+void CommitLog::set_openconfig(int64_t number, const std::string &text) {
+    write([number, text](Database &database) {
+        Statement statement(database,
+                            "UPDATE commits SET openconfig = ? WHERE number = ? AND openconfig IS NULL");
+        statement.bind(1, text).bind(2, number).run();
+    });
+}
+
+void CommitLog::set_applied_to(const std::string &instance) {
+    write([instance](Database &database) { set_meta_value(database, meta::applied_to, instance); });
+}
+
+void CommitLog::write(Write work) {
+    const std::lock_guard one_at_a_time(writers_);
+    staged_.push_back(std::move(work));
+    if (is_making_)
+        return;
+    try {
+        Transaction transaction(*this);
+        store(transaction, std::nullopt);
     } catch (...) {
-        const Guard guard(statements_);
-        sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
+        staged_.clear();
         throw;
     }
 }
 
-// Keeps other processes from committing between the read and the write.
-void CommitLog::begin() const {
-    const Guard guard(statements_);
-    execute("BEGIN IMMEDIATE");
+std::optional<Commit>
+CommitLog::commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make) {
+    const std::lock_guard one_at_a_time(writers_);
+    if (is_making_)
+        throw StoreError(file_.string() + ": a commit cannot be made within another");
+    try {
+        Transaction transaction(*this);
+        reached(Step::begun);
+        const std::optional<Commit> before = last();
+        const int64_t number = next_number(before, file_);
+        reached(Step::read);
+        is_making_ = true;
+        std::optional<Commit> made = make(before);
+        is_making_ = false;
+        reached(Step::prepared);
+        if (made.has_value()) {
+            made->number = number;
+            made->time = utc_now();
+            store(transaction, made);
+        }
+        staged_.clear();
+        return made;
+    } catch (...) {
+        is_making_ = false;
+        staged_.clear();
+        throw;
+    }
 }
 
-void CommitLog::end(const std::optional<Commit> &made) const {
+// Stores the commit, if any, and what is staged.
+void CommitLog::store(Transaction &transaction, const std::optional<Commit> &made) {
     const Guard guard(statements_);
+    if (transaction.bring_up_to_date())
+        reached(Step::upgraded);
+    for (const Write &work : staged_)
+        work(transaction.database());
+    staged_.clear();
     if (!made.has_value())
-        return execute("ROLLBACK");
-    insert(*made);
+        return transaction.commit();
+    insert(transaction.database(), *made);
     reached(Step::inserted);
-    execute("COMMIT");
+    transaction.commit();
     reached(Step::committed);
 }
 

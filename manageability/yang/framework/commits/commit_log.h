@@ -5,21 +5,19 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-struct sqlite3;
+#include "commits/store_error.h"
 
 namespace yfw::commits {
 
-// The store cannot be opened, read or written; the message names the file.
-class StoreError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+class Database;
+class StoreState;
+enum class Format;
 
 struct Commit {
     int64_t number = 0; // from 0, the configuration before the first commit
@@ -29,17 +27,25 @@ struct Commit {
     std::string edit;          // in OpenConfig terms, XML
     std::string difference;    // native, one line per node
     std::string configuration; // native, XML
+    // OpenConfig, XML; nothing in a commit that an earlier version made.
+    std::optional<std::string> openconfig;
 };
 
-// The steps of a commit, for tests that kill the process at each of them.
-enum class Step { begun, read, prepared, inserted, committed };
+// The steps of a commit, for tests that kill the process at each of them; `upgraded` only in a store that an
+// earlier version made.
+enum class Step { begun, read, prepared, upgraded, inserted, committed };
 
 // Thread-safe; several processes may share a file. Every commit is on disk before it is reported (write-ahead
-// log, full synchronisation).
+// log, full synchronisation). Every function throws StoreError.
+//
+// A store that an earlier version made is read as it is; the first write upgrades it. One that may only be read
+// serves reads, and writing to it throws.
 class CommitLog {
 public:
-    // Opens the file; `create` creates it and its directory if missing. Throws StoreError.
-    CommitLog(const std::filesystem::path &file, bool create);
+    // Opens the file; `create` creates it and its directory if missing, for this user only. `owner` identifies
+    // the device (empty for one given as files): a store of another device is refused; one without an owner is
+    // accepted, and gets this one with the first write. Nothing for owner opens every store.
+    CommitLog(const std::filesystem::path &file, bool create, std::optional<std::string> owner = std::nullopt);
     ~CommitLog();
     CommitLog(const CommitLog &) = delete;
     CommitLog &operator=(const CommitLog &) = delete;
@@ -49,8 +55,12 @@ public:
     std::optional<Commit> find(int64_t number) const;
     // Number of the last commit; nothing when there is none.
     std::optional<int64_t> last_number() const;
-    // All commits, newest first, without edit, difference and configuration.
+    // All commits, newest first, without edit, difference and configurations.
     std::vector<Commit> history() const;
+    // The device this store belongs to; nothing when that is not known yet.
+    std::optional<std::string> owner() const;
+    // Which run of the device's daemon the last commit was applied to; nothing when that was never set.
+    std::optional<std::string> applied_to() const;
 
     // Commits what `make` returns when called with the last commit. If it throws or returns nothing, nothing is
     // stored. No other commit can intervene. Returns the commit with its number and time. `make` may be slow:
@@ -58,21 +68,34 @@ public:
     std::optional<Commit>
     commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
 
+    // When called by a `make`, these two are part of its commit: stored with it, or not at all, and not seen
+    // before. Otherwise each is a transaction of its own.
+
+    // Adds the OpenConfig text to a stored commit. Does nothing if there is no such commit or it has one.
+    void set_openconfig(int64_t number, const std::string &text);
+    void set_applied_to(const std::string &instance);
+
     // Called at each step of a commit.
     void on_step(std::function<void(Step)> observer) { observer_ = std::move(observer); }
 
 private:
-    void set_up() const;
-    void execute(const char *sql) const;
-    void begin() const;
-    void end(const std::optional<Commit> &made) const;
-    void insert(const Commit &commit) const;
+    class Transaction;
+    using Write = std::function<void(Database &)>;
+
+    template <class Read> auto read(const Read &work) const;
+    void open() const;
+    void write(Write work);
+    void store(Transaction &transaction, const std::optional<Commit> &made);
     void reached(Step step) const;
 
     std::filesystem::path file_;
-    sqlite3 *database_ = nullptr;
-    mutable std::mutex commits_;    // serializes commits
-    mutable std::mutex statements_; // keeps reads out between a commit's write and its end
+    std::optional<std::string> owner_;
+    std::recursive_mutex writers_;  // serializes commits and other writes
+    bool is_making_ = false;        // within `make`; guarded by writers_
+    std::vector<Write> staged_;     // what `make` writes besides its commit; guarded by writers_
+    mutable std::mutex statements_; // keeps reads out between a write and its end; guards what follows
+    mutable std::unique_ptr<Database> database_;
+    mutable std::unique_ptr<StoreState> state_; // of the file when it was opened, where it cannot be locked
     std::function<void(Step)> observer_;
 };
 

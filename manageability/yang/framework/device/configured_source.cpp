@@ -28,7 +28,7 @@ std::shared_ptr<commits::CommitLog> ConfiguredSource::log(bool create) const {
         log_.reset();
         identity_.reset(); // in case opening fails
         if (identity.has_value() || create)
-            log_ = std::make_shared<commits::CommitLog>(store_, create);
+            log_ = std::make_shared<commits::CommitLog>(store_, create, owner_);
         identity_ = identity_of(store_);
         return log_;
     });

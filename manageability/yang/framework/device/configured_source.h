@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "commits/commit_log.h"
@@ -27,10 +28,11 @@ enum class InForce {
 class ConfiguredSource final : public sources::NativeSource {
 public:
     // A store that does not exist counts as empty; reading does not create it. An empty path means that there
-    // is never a store.
+    // is never a store. `owner`: the device that the store belongs to, see CommitLog.
     ConfiguredSource(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
-                     InForce in_force = InForce::committed)
-        : schemas_(schemas), source_(source), store_(std::move(store)), in_force_(in_force) {}
+                     std::optional<std::string> owner = std::nullopt, InForce in_force = InForce::committed)
+        : schemas_(schemas), source_(source), store_(std::move(store)), owner_(std::move(owner)),
+          in_force_(in_force) {}
 
     yang::DataTree read(const ly_ctx *context) override;
     sources::Snapshot snapshot(const ly_ctx *context) override;
@@ -72,6 +74,7 @@ private:
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     std::filesystem::path store_;
+    std::optional<std::string> owner_;
     InForce in_force_;
 
     mutable std::mutex mutex_;                      // guards the members below

@@ -9,21 +9,25 @@ namespace yfw::device {
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource &&opened,
                              sources::NativeSource &source, sources::NativeTarget *target,
-                             std::filesystem::path store, host::MappingDescription mapping)
+                             std::filesystem::path store, host::MappingDescription mapping,
+                             std::optional<std::string> owner)
     : schemas_(schemas), mapping_(std::move(mapping)), opened_(std::move(opened)), target_(target),
-      source_(schemas, source, std::move(store), target != nullptr ? InForce::its_own : InForce::committed),
+      source_(schemas, source, std::move(store), std::move(owner),
+              target != nullptr ? InForce::its_own : InForce::committed),
       engine_(schemas, source_, mapping_), mapper_(schemas, engine_, mapping_),
       configurations_(schemas, source_, mapper_), editor_(schemas, source_, configurations_, mapper_, target) {}
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened,
-                             std::filesystem::path store, host::MappingDescription mapping)
+                             std::filesystem::path store, host::MappingDescription mapping,
+                             std::optional<std::string> owner)
     : ManagedDevice(schemas, std::move(opened), *opened.source, opened.target, std::move(store),
-                    std::move(mapping)) {}
+                    std::move(mapping), std::move(owner)) {}
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source,
                              std::filesystem::path store, host::MappingDescription mapping,
                              sources::NativeTarget *target)
-    : ManagedDevice(schemas, sources::OpenedSource{}, source, target, std::move(store), std::move(mapping)) {}
+    : ManagedDevice(schemas, sources::OpenedSource{}, source, target, std::move(store), std::move(mapping),
+                    std::nullopt) {}
 
 host::Answer ManagedDevice::read(const host::ReadRequest &request) {
     if (request.content == host::Content::state)

@@ -28,9 +28,9 @@ class ManagedDevice {
 public:
     // Takes ownership of the source and borrows the schemas. `store`: the commit file, created by the first
     // commit; an empty path for a device that does not support commits. Loads the mapping according to its
-    // description.
+    // description. `owner`: identifies the device in its store, see CommitLog.
     ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened, std::filesystem::path store,
-                  host::MappingDescription mapping);
+                  host::MappingDescription mapping, std::optional<std::string> owner = std::nullopt);
     // The same, but borrows the source and the target, which may be NULL.
     ManagedDevice(const yang::Schemas &schemas, sources::NativeSource &source, std::filesystem::path store,
                   host::MappingDescription mapping, sources::NativeTarget *target = nullptr);
@@ -121,7 +121,8 @@ public:
 
 private:
     ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource &&opened, sources::NativeSource &source,
-                  sources::NativeTarget *target, std::filesystem::path store, host::MappingDescription mapping);
+                  sources::NativeTarget *target, std::filesystem::path store, host::MappingDescription mapping,
+                  std::optional<std::string> owner);
 
     const yang::Schemas &schemas_;
     host::MappingDescription mapping_;

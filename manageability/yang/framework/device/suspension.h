@@ -24,7 +24,7 @@ public:
 
     // Whether this configuration node is not in force.
     bool holds(const lysc_node *node) const { return reason(node) != nullptr; }
-    // What holds it back, such as "/lldp/config/enabled is false"; NULL when it is in force.
+    // What holds it back, such as "PATH is false"; NULL when it is in force.
     const std::string *reason(const lysc_node *node) const;
 
     // Takes what would set suspended nodes out of an edit. What takes them away remains where the device has

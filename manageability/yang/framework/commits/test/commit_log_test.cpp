@@ -78,6 +78,7 @@ TEST_F(AStore, ListsTheNewestCommitFirstWithoutItsTexts) {
         EXPECT_EQ(commit.comment, "commit " + std::to_string(commit.number));
         EXPECT_NE(commit.time, "");
         EXPECT_EQ(commit.edit + commit.difference + commit.configuration, "");
+        EXPECT_EQ(commit.openconfig, std::nullopt);
     }
 }
 
@@ -144,6 +145,21 @@ TEST_F(AStore, GoesThroughItsStepsInOrder) {
               (std::vector<Step>{Step::begun, Step::read, Step::prepared, Step::inserted, Step::committed}));
 }
 
+TEST_F(AStore, KeepsACommitWithoutItsTextInOpenConfig) {
+    EXPECT_EQ(keep(store, commit_with("a", "a")).value().openconfig, std::nullopt);
+    EXPECT_EQ(store.last().value().openconfig, std::nullopt);
+    EXPECT_EQ(store.find(0).value().openconfig, std::nullopt);
+}
+
+TEST_F(AStore, RefusesACommitWithinACommit) {
+    const auto commit_again = [this](const std::optional<Commit> &) {
+        return keep(store, commit_with("b", "b"));
+    };
+    EXPECT_THROW(store.commit(commit_again), StoreError);
+    EXPECT_TRUE(store.history().empty());
+    EXPECT_EQ(keep_numbered(store), 0);
+}
+
 struct TextCase {
     const char *name;
     std::string text;
@@ -154,6 +170,7 @@ class ATextOfACommit : public AStore, public testing::WithParamInterface<TextCas
 TEST_P(ATextOfACommit, ComesBackAsItWas) {
     Commit commit;
     commit.who = commit.comment = commit.edit = commit.difference = commit.configuration = GetParam().text;
+    commit.openconfig = GetParam().text;
     keep(store, commit);
     const CommitLog again(file, false);
     for (const Commit &found : {again.last().value(), again.find(0).value()}) {
@@ -161,6 +178,7 @@ TEST_P(ATextOfACommit, ComesBackAsItWas) {
         for (const std::string *text :
              {&found.who, &found.comment, &found.edit, &found.difference, &found.configuration})
             EXPECT_TRUE(*text == GetParam().text);
+        EXPECT_TRUE(found.openconfig == GetParam().text);
     }
 }
 

@@ -35,6 +35,7 @@ Commit numbered_commit(const std::optional<Commit> &last) {
     commit.edit = text_of("edit", number);
     commit.difference = text_of("difference", number);
     commit.configuration = text_of("configuration", number);
+    commit.openconfig = text_of("openconfig", number);
     return commit;
 }
 
@@ -49,7 +50,8 @@ testing::AssertionResult is_of_one_piece(const Commit &commit) {
     before.number = commit.number - 1;
     const Commit wanted = numbered_commit(commit.number > 0 ? std::optional(before) : std::nullopt);
     if (commit.who == wanted.who && commit.comment == wanted.comment && commit.edit == wanted.edit &&
-        commit.difference == wanted.difference && commit.configuration == wanted.configuration)
+        commit.difference == wanted.difference && commit.configuration == wanted.configuration &&
+        commit.openconfig.value_or(*wanted.openconfig) == *wanted.openconfig)
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "commit " << commit.number << " has texts of another commit";
 }

@@ -25,7 +25,7 @@ Commit numbered_commit(const std::optional<Commit> &last);
 // Stores the next numbered commit and returns its number.
 int64_t keep_numbered(CommitLog &store);
 
-// Whether every text of the commit matches its number.
+// Whether every text of the commit matches its number; that in OpenConfig may be missing.
 testing::AssertionResult is_of_one_piece(const Commit &commit);
 
 // Whether the history runs from the last number down to 0 without a gap.

@@ -10,6 +10,7 @@
 
 #include "commits/commit_log.h"
 #include "numbered_commits.h"
+#include "raw_database.h"
 #include "support/files.h"
 
 namespace yfw::commits::test {
@@ -43,6 +44,11 @@ TEST_P(AFileThatIsNoStore, IsRefusedByName) {
     for (const bool create : {false, true})
         EXPECT_NE(complaint(file, create).find(file.string()), std::string::npos)
             << "create: " << create << ": " << complaint(file, create);
+}
+
+TEST_P(AFileThatIsNoStore, IsRefusedInOneLine) {
+    for (const bool create : {false, true})
+        EXPECT_EQ(complaint(file, create).find('\n'), std::string::npos);
 }
 
 TEST_P(AFileThatIsNoStore, IsLeftAsItIs) {
@@ -81,10 +87,65 @@ fs::path damaged_store(const yfw::test::TemporaryDirectory &directory) {
     return directory.add("damaged.db", whole.substr(0, 16) + std::string(whole.size() - 16, '\x5a'));
 }
 
+fs::path empty_file(const yfw::test::TemporaryDirectory &directory) {
+    return directory.add("commits.db", "");
+}
+
+// SQLite takes it for an empty one.
+fs::path file_of_one_byte(const yfw::test::TemporaryDirectory &directory) {
+    return directory.add("commits.db", "a");
+}
+
+fs::path pipe(const yfw::test::TemporaryDirectory &directory) {
+    const fs::path file = directory.path() / "commits.db";
+    return mkfifo(file.c_str(), 0600) == 0 ? file : fs::path();
+}
+
+fs::path database(const yfw::test::TemporaryDirectory &directory, const char *statements) {
+    const fs::path file = directory.path() / "commits.db";
+    run_sql(file, statements);
+    return file;
+}
+
+fs::path other_database(const yfw::test::TemporaryDirectory &directory) {
+    return database(directory, "CREATE TABLE commits (number, text)");
+}
+
+fs::path database_without_tables(const yfw::test::TemporaryDirectory &directory) {
+    return database(directory, "PRAGMA journal_mode = WAL");
+}
+
+fs::path database_of_another_version(const yfw::test::TemporaryDirectory &directory) {
+    const fs::path file = directory.path() / "commits.db";
+    make_first_format(file, 0);
+    run_sql(file, "PRAGMA user_version = 1");
+    return file;
+}
+
+fs::path database_of_another_program(const yfw::test::TemporaryDirectory &directory) {
+    const fs::path file = directory.path() / "commits.db";
+    make_first_format(file, 0);
+    run_sql(file, "PRAGMA application_id = 252006673");
+    return file;
+}
+
+fs::path database_with_another_table(const yfw::test::TemporaryDirectory &directory) {
+    const fs::path file = directory.path() / "commits.db";
+    make_first_format(file, 0);
+    run_sql(file, "CREATE TABLE others (number)");
+    return file;
+}
+
 INSTANTIATE_TEST_SUITE_P(Being, AFileThatIsNoStore,
                          testing::Values(FileCase{"AText", text_file}, FileCase{"AWord", short_file},
                                          FileCase{"ADirectory", sub_directory},
-                                         FileCase{"ADamagedStore", damaged_store}),
+                                         FileCase{"ADamagedStore", damaged_store},
+                                         FileCase{"Empty", empty_file}, FileCase{"OneByte", file_of_one_byte},
+                                         FileCase{"APipe", pipe}, FileCase{"AnotherDatabase", other_database},
+                                         FileCase{"ADatabaseWithoutTables", database_without_tables},
+                                         FileCase{"ADatabaseWithAnotherTable", database_with_another_table},
+                                         FileCase{"OfAnotherVersion", database_of_another_version},
+                                         FileCase{"OfAnotherProgram", database_of_another_program}),
                          [](const auto &file) { return file.param.name; });
 
 TEST(AStoreThatIsAbsent, IsRefusedByNameAndNotMade) {

@@ -1,0 +1,93 @@
+#include "commits/store_format.h"
+
+#include <vector>
+
+namespace yfw::commits {
+namespace {
+
+constexpr const char *commits_table = "CREATE TABLE commits ("
+                                      " number INTEGER PRIMARY KEY, time TEXT NOT NULL, who TEXT NOT NULL,"
+                                      " comment TEXT NOT NULL, edit TEXT NOT NULL, difference TEXT NOT NULL,"
+                                      " configuration TEXT NOT NULL, openconfig TEXT)";
+constexpr const char *openconfig_column = "ALTER TABLE commits ADD COLUMN openconfig TEXT";
+constexpr const char *meta_table = "CREATE TABLE meta (name TEXT PRIMARY KEY, value TEXT NOT NULL)";
+
+std::vector<std::string> texts(Database &database, const char *sql) {
+    Statement rows(database, sql);
+    std::vector<std::string> found;
+    while (rows.step())
+        found.push_back(rows.text(0));
+    return found;
+}
+
+bool is_first_format(Database &database) {
+    const std::vector<std::string> columns = {"number", "time",       "who",          "comment",
+                                              "edit",   "difference", "configuration"};
+    return texts(database, "SELECT name FROM sqlite_schema"
+                           " WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'") ==
+               std::vector<std::string>{"commits"} &&
+           texts(database, "SELECT name FROM pragma_table_info('commits')") == columns;
+}
+
+void mark(Database &database) {
+    database.execute(("PRAGMA application_id = " + std::to_string(application)).c_str());
+    database.execute(("PRAGMA user_version = " + std::to_string(current_version)).c_str());
+}
+
+std::string described(const std::string &owner) {
+    return owner.empty() ? "a device given as files" : "device " + owner;
+}
+
+[[noreturn]] void refuse(const Database &database, const std::string &reason) {
+    throw StoreError(database.file().string() + ": " + reason);
+}
+
+} // namespace
+
+Format format_of(Database &database) {
+    const int64_t program = database.number("PRAGMA application_id");
+    const int64_t version = database.number("PRAGMA user_version");
+    if (program == application && version == current_version)
+        return Format::current;
+    if (program == application && version > current_version)
+        refuse(database, "is a store of version " + std::to_string(version) +
+                             ", made by a newer yfw; this one reads " + "versions up to " +
+                             std::to_string(current_version));
+    if (program == 0 && version == 0 && is_first_format(database))
+        return Format::first;
+    refuse(database, "is a database of another program, not a store of commits");
+}
+
+void check_owner(Database &database, const std::optional<std::string> &owner) {
+    const std::optional<std::string> kept = meta_value(database, meta::owner);
+    if (owner.has_value() && kept.has_value() && *owner != *kept)
+        refuse(database, "has the commits of " + described(*kept) + ", not of " + described(*owner));
+}
+
+void make_tables(Database &database) {
+    database.execute(commits_table);
+    database.execute(meta_table);
+    mark(database);
+}
+
+void upgrade(Database &database) {
+    database.execute(openconfig_column);
+    database.execute(meta_table);
+    mark(database);
+}
+
+std::optional<std::string> meta_value(Database &database, const char *name) {
+    if (database.number("SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name = 'meta'") == 0)
+        return std::nullopt;
+    Statement rows(database, "SELECT value FROM meta WHERE name = ?");
+    rows.bind(1, std::string(name));
+    return rows.step() ? std::optional(rows.text(0)) : std::nullopt;
+}
+
+void set_meta_value(Database &database, const char *name, const std::string &value) {
+    Statement statement(database, "INSERT INTO meta (name, value) VALUES (?, ?)"
+                                  " ON CONFLICT (name) DO UPDATE SET value = excluded.value");
+    statement.bind(1, std::string(name)).bind(2, value).run();
+}
+
+} // namespace yfw::commits

@@ -1,0 +1,47 @@
+// The tables of a store of commits, and how a store is told from other databases.
+#ifndef YFW_COMMITS_STORE_FORMAT_H
+#define YFW_COMMITS_STORE_FORMAT_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "commits/database.h"
+
+namespace yfw::commits {
+
+// SQLite's application_id of a store, "yfwc", and its user_version.
+constexpr int64_t application = 0x79667763;
+constexpr int64_t current_version = 2;
+
+enum class Format {
+    first,  // the table of commits alone, without an OpenConfig text; neither application_id nor user_version
+    current // a column more, and a table of names and values about the store
+};
+
+// The names in the table `meta`.
+namespace meta {
+constexpr const char *owner = "owner";
+constexpr const char *applied_to = "applied-to";
+} // namespace meta
+
+// Throws StoreError for a newer store, and for a database that is no store.
+Format format_of(Database &database);
+
+// Throws StoreError if the store belongs to another device. A store without an owner belongs to everybody, and
+// nobody's `owner` opens every store.
+void check_owner(Database &database, const std::optional<std::string> &owner);
+
+// Makes the tables of an empty database.
+void make_tables(Database &database);
+
+// Turns the first format into the current one; to be called within a transaction.
+void upgrade(Database &database);
+
+// Nothing when there is no such name, or no table for it yet.
+std::optional<std::string> meta_value(Database &database, const char *name);
+void set_meta_value(Database &database, const char *name, const std::string &value);
+
+} // namespace yfw::commits
+
+#endif
