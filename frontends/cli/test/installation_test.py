@@ -99,9 +99,9 @@ class Installation(unittest.TestCase):
         answer = self.yfw("serve", "--socket", self.path("socket"), before=WITHOUT_PACKAGE)
         self.assertEqual(answer.returncode, 2)
         self.assertEqual(answer.stderr,
-                         "yfw: ietf-netconf@2011-06-01.yang: there is no such YANG module in "
+                         "yfw: ietf-netconf@2011-06-01.yang: no such YANG module in "
                          f"{self.prefix}/share/yfw/models, {STANDARD_MODELS}; "
-                         "the Debian package libyuma-base brings it\n")
+                         "the Debian package libyuma-base provides it\n")
 
     def test_uses_no_plugin_from_elsewhere(self):
         plugin = self.prefix / "lib/yfw/liboclldp.so"

@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"AsATextForTrueOrFalse",
               smallest(R"(, "subtrees": [{"module": "m", "path": "/x/y", "sums": "yes"}])"),
               {"\"subtrees[0].sums\"", "as true or false"}},
-        Fault{"AsARepeatedMember", smallest(", \"library\": \"liby.so\""), {"\"library\" stands twice"}},
+        Fault{"AsARepeatedMember", smallest(", \"library\": \"liby.so\""), {"\"library\" is repeated"}},
         Fault{"AsAPathWithKeys",
               smallest(replaced(device, "/ifs/if", "/ifs/if[id='1']")),
               {"\"device.interfaces[0].path\"", "expected a schema path"}},
