@@ -12,7 +12,7 @@
 namespace yfw::cli {
 
 // An sshd on a loopback port, with its own host keys and one authorised key. Its subsystem "netconf" is this
-// program connected to a socket. Everything is in one directory, which is removed with the object.
+// program connected to a socket. All its files are in one directory, which is removed with the object.
 class SshTryout {
 public:
     // `port` 0: any free port. Throws Error naming what is missing.
@@ -28,7 +28,7 @@ public:
     // a port that is taken.
     void start();
 
-    // Tells the user how to connect.
+    // Text for the user: how to connect.
     std::string instructions() const;
 
 private:
