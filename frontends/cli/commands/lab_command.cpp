@@ -107,7 +107,7 @@ std::string status_json(const lab::Place &place, const lab::Status &status) {
 }
 
 std::string no_laboratory(const lab::Place &place) {
-    return "no laboratory " + place.name + " is up\n";
+    return "laboratory " + place.name + " is not up\n";
 }
 
 std::string status_text(const lab::Place &place, const lab::Status &status) {
