@@ -86,7 +86,7 @@ CommitLog::CommitLog(const std::filesystem::path &file, bool create) : file_(fil
     if (create && file.has_parent_path())
         std::filesystem::create_directories(file.parent_path(), error);
     if (error)
-        throw StoreError(file.parent_path().string() + ": cannot be made: " + error.message());
+        throw StoreError(file.parent_path().string() + ": cannot be created: " + error.message());
     const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
     if (sqlite3_open_v2(file.c_str(), &database_, flags, nullptr) != SQLITE_OK) {
         const std::string reason = database_ != nullptr ? sqlite3_errmsg(database_) : "out of memory";

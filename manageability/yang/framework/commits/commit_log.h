@@ -34,8 +34,9 @@ struct Commit {
 // The steps of a commit, for tests that kill the process at each of them.
 enum class Step { begun, read, prepared, inserted, committed };
 
-// Thread-safe; several processes may share a file. Every commit is on disk before it is reported (write-ahead
-// log, full synchronisation).
+// Any thread may read and commit; commits are serialized, among threads and among processes that share the
+// file. A commit waits up to 10 seconds for one of another process, then throws StoreError. Every commit is on
+// disk before it is reported (write-ahead log, full synchronisation).
 class CommitLog {
 public:
     // Opens the file; `create` creates it and its directory if missing. Throws StoreError.
@@ -52,13 +53,15 @@ public:
     // All commits, newest first, without edit, difference and configuration.
     std::vector<Commit> history() const;
 
-    // Commits what `make` returns when called with the last commit. If it throws or returns nothing, nothing is
-    // stored. No other commit can intervene. Returns the commit with its number and time. `make` may be slow:
-    // meanwhile others can read, and see the previous state.
+    // Commits what `make` returns when called, on this thread, with the last commit. If it throws or returns
+    // nothing, nothing is stored. No other commit can intervene, and `make` must not commit itself. It may be
+    // slow: meanwhile anybody can read, and sees the previous state. Returns the commit with its number and
+    // time.
     std::optional<Commit>
     commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
 
-    // Called at each step of a commit.
+    // Called at each step of a commit, on the committing thread; from `inserted` on, it must not use the log.
+    // Set it while no commit is running.
     void on_step(std::function<void(Step)> observer) { observer_ = std::move(observer); }
 
 private:

@@ -25,7 +25,8 @@ struct CommitNote {
 using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *after)>;
 
 // Commits edits. Everything is borrowed; without a target (NULL) configurations are only stored. The guard, if
-// any, is called before anything changes. Thread-safe: commits are serialized.
+// any, is called before anything changes. Any thread may call try_edit(), apply() and shown(). The others,
+// which commit, must be called by one thread at a time; the store serializes them with other processes.
 class Editor {
 public:
     Editor(const yang::Schemas &schemas, ConfiguredSource &source, host::Engine &engine,
@@ -55,7 +56,7 @@ public:
     // running.
     std::optional<commits::Commit> rollback(int64_t number, const CommitNote &note);
 
-    // Called at each step of a commit.
+    // Called at each step of a commit, on the committing thread. Set it before any commit.
     void on_step(std::function<void(commits::Step)> observer) { observer_ = std::move(observer); }
 
 private:
