@@ -87,7 +87,7 @@ private:
     MappingDescription mapping_;
     CallbackNames names_;
     DeviceQuestions questions_;
-    std::vector<const lysc_node *> state_; // where the descriptor tells of state
+    std::vector<const lysc_node *> state_; // those whose selection the plug-in must know about
     std::unique_ptr<Plugin> plugin_;
     bool sums_may_be_left_ = false; // in the plug-in, after a response with several nodes
     platform::Platform platform_;

@@ -58,7 +58,7 @@ struct MappingDescription {
     std::vector<std::string> allocated_variables; // the library's pointers that its loader frees at the end
     yang::MappedModules modules;
     std::vector<std::string>
-        state; // schema paths of the OpenConfig state that the request's descriptor tells of
+        state; // schema paths of OpenConfig nodes; selecting their state sets flags of the descriptor
     std::vector<MappedSubtree> subtrees;
     DeviceAnswers device;
     std::optional<ChangeNotification> notification;

@@ -37,7 +37,7 @@ LYD_FORMAT format_of(const std::filesystem::path &file) {
     case '{':
         return LYD_JSON;
     default:
-        fail(file, "holds neither XML nor JSON instance data");
+        fail(file, "contains neither XML nor JSON instance data");
     }
 }
 
