@@ -104,7 +104,7 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         ->option_text("DIR");
     command
         ->add_option("--plugin", device.plugin,
-                     "The mapping plug-in to load: its library, or the description beside it")
+                     "The mapping plug-in to load: its library, or the description next to it")
         ->option_text("FILE");
     command->add_flag("--trace", device.trace, "Print the plug-in's debug log on standard error");
     command->callback([&device, options] { run_topology(device, *options); });

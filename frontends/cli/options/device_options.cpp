@@ -31,7 +31,7 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
         ->option_text("DIR");
     command
         .add_option("--plugin", options.plugin,
-                    "The mapping plug-in to load: its library, or the description beside it")
+                    "The mapping plug-in to load: its library, or the description next to it")
         ->option_text("FILE");
     command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
 }
