@@ -24,8 +24,8 @@ public:
     // The socket for the NETCONF server to listen on.
     std::filesystem::path socket() const { return files_.path() / "netconf.sock"; }
 
-    // Starts the daemon; call once the server listens on the socket. Throws Error when it does not start, as on
-    // a port that is taken.
+    // Starts the daemon; call once the server listens on the socket. Throws Error when it does not start, for
+    // example because the port is in use.
     void start();
 
     // Text for the user: how to connect.
@@ -38,7 +38,7 @@ private:
 
     PrivateDirectory files_{"yfw-serve"};
     std::string sshd_;
-    uint16_t wanted_port_; // 0: any free one
+    uint16_t wanted_port_; // 0: any free port
     uint16_t port_ = 0;
     Process daemon_;
 };
