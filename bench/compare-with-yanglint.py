@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Whole processes side by side: `yfw get /lldp --format xml` on a large device, and yanglint parsing, validating and
-printing the answer alone.
+"""Compares whole processes: `yfw get /lldp --format xml` on a large device, and yanglint parsing, validating and
+printing only the answer.
 
   bench/compare-with-yanglint.py build/plain            five pairs at 10,000 and 40,000 neighbors
   bench/compare-with-yanglint.py build/plain --runs 3

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Turn what lldpcli reported on a router into the native instance data of a device directory."""
+"""Converts what lldpcli reported on a router into the native instance data of a device directory."""
 
 import argparse
 import ipaddress
@@ -62,12 +62,12 @@ class RecordingError(Exception):
 
 
 def note(place, text):
-    """Tell on standard error what is left out of the device."""
+    """Prints on standard error what is left out of the device."""
     print(f"from-lldpcli.py: note: {place}: {text}", file=sys.stderr)
 
 
 class Record:
-    """One object of lldpcli's json0, where every member is a list. It knows its place, for messages."""
+    """An object of lldpcli's json0, where every member is a list, with its place for messages."""
 
     def __init__(self, place, members):
         if not isinstance(members, dict):
@@ -88,14 +88,14 @@ class Record:
         return next(iter(self.all(name)), None)
 
     def one(self, name):
-        """The first object under a member that has to be there."""
+        """The first object under a mandatory member."""
         found = self.first(name)
         if found is None:
             raise RecordingError(f"{self.place}: no {name}")
         return found
 
     def text(self, name):
-        """The text that is a member of this object, which has to be there."""
+        """The text of a mandatory member of this object."""
         found = self.members.get(name)
         if not isinstance(found, str):
             raise RecordingError(f"{self.place}: no text named {name}")
@@ -109,14 +109,14 @@ class Record:
         return None if found is None else found.text(field)
 
     def flag(self, name):
-        """The true or false that is a member of this object, which has to be there."""
+        """The Boolean value of a mandatory member of this object."""
         found = self.members.get(name)
         if not isinstance(found, bool):
             raise RecordingError(f"{self.place}: no true or false named {name}")
         return found
 
     def word(self, name, meanings):
-        """What a word stands for; an error for a word that is not in the table."""
+        """The meaning of a word; an error if the word is not in the table."""
         found = self.text(name)
         if found not in meanings:
             known = ", ".join(sorted(meanings))
@@ -157,7 +157,7 @@ def number(place, text):
 
 
 def octets(place, text):
-    """Bytes from lldpcli's list, two hexadecimal digits an octet: "61,62,63"."""
+    """The bytes of lldpcli's list of hexadecimal octets: "61,62,63"."""
     parts = text.split(",") if text else []
     if not all(re.fullmatch("[0-9A-Fa-f]{2}", part) for part in parts):
         raise RecordingError(f"{place}: {text!r} is not a list of octets")
@@ -165,7 +165,7 @@ def octets(place, text):
 
 
 def age_in_seconds(place, text):
-    """Seconds from lldpcli's words for a time: "0 day, 00:00:31"."""
+    """The seconds of an age as lldpcli prints it: "0 day, 00:00:31"."""
     match = re.fullmatch("([0-9]+) days?, ([0-9]{2}):([0-5][0-9]):([0-5][0-9])", text)
     if not match:
         raise RecordingError(f"{place}: {text!r} is not an age like '0 day, 00:00:31'")
@@ -195,7 +195,7 @@ class Xml:
 
 
 class Element:
-    """Closes an element at the end of a with block, and takes it back when it stayed empty."""
+    """Closes an element at the end of a with block, and removes it if it is empty."""
 
     def __init__(self, xml, name):
         self.xml = xml
@@ -228,7 +228,7 @@ def timer(configuration):
     seconds = number(place, recorded)
     if seconds in TIMER_RANGE:
         return seconds
-    note(place, f"{seconds} s is no native timer ({TIMER_RANGE[0]} to {TIMER_RANGE[-1]} s), left out")
+    note(place, f"{seconds} s is not a valid native timer ({TIMER_RANGE[0]} to {TIMER_RANGE[-1]} s), left out")
     return None
 
 
@@ -256,7 +256,7 @@ def configuration_xml(recording):
 
 
 def capability_bits(chassis):
-    """The bits of the capabilities that a system has and of those that are on; None without any record."""
+    """The bits of the available and of the enabled capabilities; None if none are recorded."""
     recorded = chassis.all("capability")
     if not recorded:
         return None
@@ -276,7 +276,7 @@ def letters(bits):
 
 
 def write_addresses(xml, chassis):
-    """One entry for every management address. lldpcli lists the interfaces' numbers beside the addresses."""
+    """One entry per management address. lldpcli lists the interfaces' numbers separately from the addresses."""
     addresses = chassis.all("mgmt-ip")
     numbers = chassis.all("mgmt-iface")
     with xml.open("network-addresses"):
@@ -312,7 +312,7 @@ def tlv_text(tlv):
 
 
 def write_tlvs(xml, neighbor):
-    """The TLVs that lldpd handed on without interpreting them."""
+    """The TLVs that lldpd passed on without interpreting them."""
     with xml.open("org-def-tlv-list"):
         for group in neighbor.all("unknown-tlvs"):
             for tlv in group.all("unknown-tlv"):
@@ -323,7 +323,7 @@ def write_tlvs(xml, neighbor):
 
 
 def device_id(neighbor):
-    """A neighbor's identifier: its system name, "[DISABLED]" when it has not told one."""
+    """A neighbor's identifier: its system name, "[DISABLED]" if it did not announce one."""
     return neighbor.one("chassis").value("name") or "[DISABLED]"
 
 
@@ -356,12 +356,12 @@ def write_neighbor(xml, neighbor):
 
 
 def write_neighbors(xml, recording):
-    """The native list has one entry for an interface and a device; a device heard twice is inside it twice."""
+    """The native list has one entry per interface and device; a device heard twice appears twice in its entry."""
     details = {}
     for neighbor in recording.neighbors:
         protocol = neighbor.text("via")
         if protocol != "LLDP":
-            note(neighbor.place, f"heard through {protocol}, left out")
+            note(neighbor.place, f"heard by {protocol}, left out")
             continue
         details.setdefault((neighbor.text("name"), device_id(neighbor)), []).append(neighbor)
     with xml.open("neighbors"), xml.open("details"):
@@ -374,13 +374,13 @@ def write_neighbors(xml, recording):
 
 
 def count(record, field):
-    """What lldpd counted in a field; None when it did not."""
+    """lldpd's counter in a field; None if it has none."""
     recorded = record.value(field, field)
     return None if recorded is None else number(f"{record.place}/{field}", recorded)
 
 
 def write_counters(xml, counters, records):
-    """Counters summed over records; a counter that no record holds is left out."""
+    """Counters summed over records; a counter that no record has is left out."""
     for name, field in counters:
         counts = [found for found in (count(record, field) for record in records) if found is not None]
         xml.leaf(name, sum(counts) % COUNTER_MODULUS if counts else None)
@@ -441,11 +441,11 @@ example, which makes examples/r1 anew:
 example with recordings of your own:
   examples/from-lldpcli.py --recordings ~/lab --output /tmp/leaf7 leaf7""",
     )
-    parser.add_argument("router", metavar="ROUTER", help="the router's short name, as the files begin")
+    parser.add_argument("router", metavar="ROUTER", help="the router's short name, with which the file names begin")
     parser.add_argument("--recordings", metavar="DIR", type=pathlib.Path, default=here / "recordings",
-                        help="where the recordings are (default: recordings/ beside this program)")
+                        help="where the recordings are (default: recordings/ next to this program)")
     parser.add_argument("--output", metavar="DIR", type=pathlib.Path,
-                        help="the device directory to write (default: ROUTER/ beside this program)")
+                        help="the device directory to write (default: ROUTER/ next to this program)")
     parsed = parser.parse_args(arguments)
     parsed.output = parsed.output or here / parsed.router
     return parsed

@@ -60,7 +60,7 @@ Descriptor open_log(const std::filesystem::path &file) {
     return log;
 }
 
-// What is left of a daemon: its process, and the processes it started.
+// What is still running of a daemon: its process, and the processes it started.
 std::vector<ProcessIdentity> left_of(const StartedDaemon &daemon) {
     std::vector<ProcessIdentity> left;
     if (daemon.second != 0)
@@ -137,13 +137,13 @@ WaitingDaemon::WaitingDaemon(const Place &place, const Router &router,
     start.log = log.get();
     const auto process = identity_of(fork_daemon(start));
     if (!process)
-        throw std::runtime_error("the daemon of " + router.name + " ended before it was started");
+        throw std::runtime_error("the daemon of " + router.name + " ended before it could start");
     process_ = *process;
 }
 
 void WaitingDaemon::release() {
     if (::write(gate_.get(), "", 1) != 1)
-        throw std::runtime_error("a daemon cannot be released: " + system_error_text());
+        throw std::runtime_error("cannot start a daemon: " + system_error_text());
     gate_.close();
 }
 
@@ -154,7 +154,7 @@ void stop_daemons(const std::vector<StartedDaemon> &daemons) {
     if (wait_for_end(daemons, kindly, [](const ProcessIdentity &) {}))
         return;
     if (!wait_for_end(daemons, forced, [](const ProcessIdentity &process) { send_signal(process, SIGKILL); }))
-        throw std::runtime_error("a daemon does not end, not even by SIGKILL");
+        throw std::runtime_error("a daemon is still running after SIGKILL");
 }
 
 std::string last_words(const Place &place, const std::string &router) {

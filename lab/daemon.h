@@ -22,9 +22,8 @@ std::string daemon_configuration(const Router &router, int tx_interval);
 // The pattern for the daemon's interfaces: their names with * in place of the number.
 std::string interface_pattern(const std::vector<std::string> &interfaces);
 
-// A daemon that exists as a waiting process. It starts its work when released, and ends when this object is
-// destroyed, or this program dies, before that. This allows its identity to be recorded before it does
-// anything.
+// A daemon whose process exists and waits, so that its identity can be recorded before it does anything. The
+// daemon starts when released; the process ends if this object is destroyed or this program dies before that.
 class WaitingDaemon {
 public:
     // `interfaces`: the router's. Writes the configuration file. Throws std::runtime_error.
@@ -42,8 +41,8 @@ private:
 // A running daemon, with the inode of its network namespace.
 using StartedDaemon = std::pair<ProcessIdentity, ino_t>;
 
-// Ends the daemons and what they started, gently at first. Waits a few seconds at most; throws
-// std::runtime_error when a process is still running after that.
+// Ends the daemons and the processes that they started, with SIGTERM and then SIGKILL. Waits a few seconds at
+// most; throws std::runtime_error when a process is still running after that.
 void stop_daemons(const std::vector<StartedDaemon> &daemons);
 
 // The last line of the daemon's log; empty when there is none.

@@ -62,7 +62,7 @@ void make_directories(const std::string &path) {
 // network namespace in which it was mounted.
 void enter_private_mounts(const DaemonStart &start) {
     if (::unshare(CLONE_NEWNS) != 0 || ::mount("", "/", "none", MS_SLAVE | MS_REC, nullptr) != 0)
-        give_up("mounts of its own");
+        give_up("private mounts");
     ::umount2("/sys", MNT_DETACH);
     if (::mount("sysfs", "/sys", "sysfs", 0, nullptr) != 0)
         give_up("/sys");

@@ -13,8 +13,8 @@ public:
     Interrupted() : std::runtime_error("interrupted") {}
 };
 
-// While it exists, SIGINT, SIGTERM and SIGHUP are noted instead of ending the program, and writing to a closed
-// pipe is an error. Only one may exist at a time.
+// While an instance exists, SIGINT, SIGTERM and SIGHUP are noted instead of ending the program, and writing to
+// a closed pipe is an error. Only one may exist at a time.
 class Interruption {
 public:
     Interruption();

@@ -31,13 +31,13 @@ json parse_json(const std::string &text, const std::string &file) {
     std::vector<std::set<std::string>> open; // the names seen so far in each open object
     const auto note = [&](int depth, json::parse_event_t event, json &parsed) {
         if (depth > deepest)
-            refuse(file, "expected less than " + std::to_string(deepest) + " levels of objects and arrays");
+            refuse(file, "expected at most " + std::to_string(deepest) + " levels of objects and arrays");
         if (event == json::parse_event_t::object_start)
             open.emplace_back();
         else if (event == json::parse_event_t::object_end)
             open.pop_back();
         else if (event == json::parse_event_t::key && !open.back().insert(parsed.get<std::string>()).second)
-            refuse(file, "expected each member once, " + shown(parsed) + " is given twice in one object");
+            refuse(file, "expected each member once, but " + shown(parsed) + " is repeated in one object");
         return true;
     };
     try {
@@ -59,7 +59,7 @@ void JsonReader::is_object_of(std::initializer_list<std::string_view> members) c
         expected("an object with the members " + names);
     for (const auto &[name, value] : value_->items())
         if (std::find(members.begin(), members.end(), name) == members.end())
-            refuse(place_, "expected no other members than " + names + ", not " + shown(json(name)));
+            refuse(place_, "expected only the members " + names + ", not " + shown(json(name)));
 }
 
 JsonReader JsonReader::member(const std::string &name, const std::string &what) const {

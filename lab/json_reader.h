@@ -18,7 +18,7 @@ namespace yfw::lab {
 nlohmann::json parse_json(const std::string &text, const std::string &file);
 
 // A value and its place, such as "FILE: routers[1]". The value must outlive the reader. Member functions throw
-// Error, with the place as its path, when the value does not meet their expectation.
+// Error, with the place as its path, when the value is not what they expect.
 class JsonReader {
 public:
     JsonReader(const nlohmann::json &value, std::string place) : value_(&value), place_(std::move(place)) {}

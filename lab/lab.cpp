@@ -42,15 +42,15 @@ private:
 void require_root() {
     if (::geteuid() != 0)
         throw Error(ErrorTag::resource_denied, "",
-                    "the laboratory needs root, to make network namespaces: run it with sudo");
+                    "the laboratory needs root for its network namespaces: run it with sudo");
 }
 
 void check_sockets(const Place &place, const Topology &topology) {
     for (const Router &router : topology.routers)
         if (const fs::path socket = place.socket(router.name); socket.string().size() > longest_socket_path)
             throw Error(ErrorTag::invalid_value, socket.string(),
-                        "expected a socket of " + std::to_string(longest_socket_path) +
-                            " bytes at the most: take a shorter directory");
+                        "expected a socket path of at most " + std::to_string(longest_socket_path) +
+                            " bytes: use a shorter directory");
 }
 
 void refuse_what_is_up(const Place &place) {
@@ -58,10 +58,10 @@ void refuse_what_is_up(const Place &place) {
     if (state && state->complete)
         throw Error(ErrorTag::data_exists, place.directory().string(),
                     "laboratory " + place.name +
-                        " is up already: see yfw lab status, end it with yfw lab down");
+                        " is already up: see yfw lab status, or remove it with yfw lab down");
 }
 
-// One `up`, step by step. Each thing is recorded before it is created.
+// Creates a laboratory step by step. Everything is recorded before it is created.
 class Construction {
 public:
     Construction(Place place, const Topology &topology, int tx_interval, int lock, Progress progress)
@@ -99,12 +99,12 @@ private:
     }
 
     void make_namespace(const std::string &name) {
-        step("making the namespace " + name);
+        step("creating the namespace " + name);
         if (fs::exists(namespace_file(name)))
             throw Error(
                 ErrorTag::data_exists, name,
-                "a network namespace with this name is there, which this laboratory did not make: remove "
-                "it with ip netns del, or take another --name");
+                "a network namespace with this name already exists and is not this laboratory's: remove it "
+                "with ip netns del, or use another --name");
         state_.namespaces.push_back({name, 0});
         save(state_, place_);
         network_.make_namespace(name);
@@ -112,7 +112,7 @@ private:
         save(state_, place_);
     }
 
-    // Everything made here is in the namespaces and is removed with them.
+    // Everything created here is in the namespaces and is removed with them.
     void make_network() {
         for (const Link &link : state_.topology.links) {
             step("connecting " + link.first.router + " " + link.first.interface + " and " + link.second.router +
@@ -149,7 +149,7 @@ private:
         }
     }
 
-    // Only after the daemons are running: one that hears many neighbors while starting up stays silent on some
+    // Called once the daemons are running: one that hears many neighbors while starting up stays silent on some
     // of its ports.
     void switch_on() {
         step("switching on the ports");
@@ -165,8 +165,8 @@ private:
         return silent;
     }
 
-    // A daemon sends as soon as a port comes on. When hundreds come on at once, it may miss one, and notices it
-    // when it comes on again.
+    // A daemon sends as soon as a port comes up. When hundreds come up at once it may miss one, so that port is
+    // switched off and on again.
     void wake_silent_ports() {
         constexpr int attempts = 3;
         for (int attempt = 0; attempt < attempts; attempt++) {
@@ -191,7 +191,7 @@ private:
     LabState state_;
 };
 
-// Called while an exception is being handled, which is rethrown afterwards.
+// Called from an exception handler, which rethrows: reports its own failure and does not throw.
 void remove_after_failure(const Place &place, LabDirectory &directory, const Progress &progress) {
     try {
         remove_all(place, directory, progress);
@@ -230,7 +230,7 @@ void up(const Place &given, const Topology &topology, int tx_interval, const Pro
 bool down(const Place &given, const Progress &progress) {
     require_root();
     const Place place = checked(given);
-    const Interruption interruption; // a removal must not be left half done
+    const Interruption interruption; // a removal must not be interrupted halfway
     std::optional<LabDirectory> directory = LabDirectory::open(place);
     if (!directory)
         return false;
@@ -255,7 +255,7 @@ Status status(const Place &given) {
 std::vector<LabRouter> running_lab(const std::string &name, const fs::path &base) {
     const Status found = status({name, base});
     if (found.phase == Status::Phase::none)
-        throw Error(ErrorTag::data_missing, "", "no laboratory " + name + " is up: make it with yfw lab up");
+        throw Error(ErrorTag::data_missing, "", "laboratory " + name + " is not up: create it with yfw lab up");
     if (found.phase == Status::Phase::incomplete)
         throw Error(ErrorTag::data_missing, "",
                     "laboratory " + name +

@@ -1,4 +1,4 @@
-// A laboratory: real LLDP daemons on routers, each a network namespace of this machine.
+// A laboratory: real LLDP daemons on routers, each router in its own network namespace on this machine.
 #ifndef YFW_LAB_LAB_H
 #define YFW_LAB_LAB_H
 
@@ -34,7 +34,7 @@ struct RouterStatus {
 struct Status {
     enum class Phase { none, incomplete, up };
 
-    Phase phase = Phase::none; // incomplete: an `up` is running or was killed
+    Phase phase = Phase::none; // incomplete: `up` is running or was killed
     std::vector<RouterStatus> routers;
     std::vector<Link> links;
     std::vector<Segment> segments;
@@ -43,9 +43,9 @@ struct Status {
 // Does not need root. Throws Error when the laboratory's file cannot be read.
 Status status(const Place &place);
 
-// Writes the reports of every router's daemon as the five files of a recording (ROUTER-neighbors.json and so
-// on) to the directory, which is created if missing. Waits up to half a minute until every port has heard the
-// ports it is connected to; returns the ports that have not. Throws like `up`.
+// Records every router's daemon in five files (ROUTER-neighbors.json and so on) in the directory, which is
+// created if missing. First waits up to half a minute until every port has heard the ports it is connected to;
+// returns the ports that have not. Throws like `up`.
 std::vector<Port> record(const Place &place, const std::filesystem::path &directory, const Progress &progress);
 
 struct LabRouter {

@@ -29,7 +29,7 @@ void make_directory(const fs::path &path) {
     if (::mkdir(path.c_str(), directory_mode) == 0)
         ::chmod(path.c_str(), directory_mode); // overrides the umask
     else if (errno != EEXIST)
-        refuse(path, "cannot be made: " + system_error_text());
+        refuse(path, "cannot be created: " + system_error_text());
 }
 
 // Whether the path still leads to the open directory, which may have been removed and created again meanwhile.
@@ -48,7 +48,7 @@ void lock(const Descriptor &directory, const fs::path &path, std::chrono::millis
         if (errno != EWOULDBLOCK && errno != EINTR)
             refuse(path, "cannot be locked: " + system_error_text());
         if (Clock::now() >= deadline)
-            refuse(path, "another command works on this laboratory; try again when it has ended");
+            refuse(path, "another command is using this laboratory; try again when it has finished");
         std::this_thread::sleep_for(pause);
     }
 }
@@ -58,13 +58,13 @@ void lock(const Descriptor &directory, const fs::path &path, std::chrono::millis
 Place checked(Place place) {
     if (!is_name(place.name))
         throw Error(ErrorTag::invalid_value, place.name,
-                    "expected a name of 1 to 32 letters, digits, - and _ for the laboratory");
+                    "expected a name for the laboratory of 1 to 32 letters, digits, - and _");
     std::error_code error;
     const fs::path canonical = fs::canonical(place.base, error);
     if (!error && fs::is_directory(canonical))
         place.base = canonical;
     else if (place.base != default_base)
-        throw Error(ErrorTag::invalid_value, place.base.string(), "expected a directory that is there");
+        throw Error(ErrorTag::invalid_value, place.base.string(), "expected a directory that exists");
     return place;
 }
 
@@ -77,7 +77,7 @@ LabDirectory LabDirectory::make(const Place &place) {
         if (std::optional<LabDirectory> directory = open(place))
             return std::move(*directory);
     }
-    refuse(place.directory(), "is made and removed by another command again and again");
+    refuse(place.directory(), "is repeatedly created and removed by another command");
 }
 
 std::optional<LabDirectory> LabDirectory::open(const Place &place, std::chrono::milliseconds patience) {
@@ -86,7 +86,7 @@ std::optional<LabDirectory> LabDirectory::open(const Place &place, std::chrono::
     if (!directory.is_open() && errno == ENOENT)
         return std::nullopt;
     if (!directory.is_open())
-        refuse(path, "is no directory of a laboratory: " + system_error_text());
+        refuse(path, "is not a laboratory's directory: " + system_error_text());
     check_owner(place);
     lab::lock(directory, path, patience);
     if (!is_at(directory, path))
@@ -108,7 +108,7 @@ void check_owner(const Place &place) {
         return;
     if (!S_ISDIR(found.st_mode) || (found.st_uid != 0 && found.st_uid != ::geteuid()) ||
         (found.st_mode & (S_IWGRP | S_IWOTH)) != 0)
-        refuse(place.directory(), "expected a directory that nobody but root or you can write to");
+        refuse(place.directory(), "expected a directory that only root or you can write to");
 }
 
 void check_open_to_all(const fs::path &directory) {
@@ -118,8 +118,7 @@ void check_open_to_all(const fs::path &directory) {
         struct stat found {};
         if (::stat(path.c_str(), &found) == 0 && (found.st_mode & S_IXOTH) == 0)
             refuse(path,
-                   "expected a directory that everybody can enter (chmod o+x): lldpd works as a user of its "
-                   "own");
+                   "expected a directory that every user can enter (chmod o+x): lldpd runs as its own user");
     }
 }
 

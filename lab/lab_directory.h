@@ -34,17 +34,18 @@ struct Place {
 // base; the default base may be missing.
 Place checked(Place place);
 
-// The directory of a laboratory, locked by one process at a time.
+// The directory of a laboratory, locked while the object exists: one process at a time.
 class LabDirectory {
 public:
     // Creates the directory, and the default base. Throws Error when the directory belongs to another user or
     // another process keeps it locked for too long.
     static LabDirectory make(const Place &place);
-    // Nothing when the directory does not exist.
+    // Opens an existing directory; nothing when it does not exist. Throws like make().
     static std::optional<LabDirectory> open(const Place &place,
                                             std::chrono::milliseconds patience = std::chrono::seconds(10));
 
-    // For child programs, so that the directory stays locked until they have ended.
+    // The lock's descriptor, for child programs to inherit: the directory then stays locked until they have
+    // ended.
     int lock() const { return lock_.get(); }
     // Removes the directory, and the default base, if empty; returns false when the directory is not.
     bool remove();
@@ -56,7 +57,7 @@ private:
     Descriptor lock_;
 };
 
-// Throws Error when the directory is not owned by root or this user, as a laboratory's must be.
+// Throws Error when the directory belongs to another user than root or this one, or others can write to it.
 void check_owner(const Place &place);
 
 // Throws Error with the first directory on the path that lldpd's own user cannot enter.

@@ -76,7 +76,7 @@ void Network::add_addresses(const Router &router) const {
             std::vector<std::string> command{
                 "-n", place_.namespace_of(router.name), "address", "add", address, "dev", interface};
             if (address.find(':') != std::string::npos)
-                command.emplace_back("nodad"); // no duplicates are possible: usable and announced at once
+                command.emplace_back("nodad"); // skips duplicate detection: usable and announced at once
             ip(command);
         }
 }

@@ -12,7 +12,7 @@
 
 namespace yfw::lab {
 
-// All members throw std::runtime_error with the command and the output of `ip`.
+// All members throw std::runtime_error with the command and what `ip` printed.
 class Network {
 public:
     // `lock` stays open in every program started.
@@ -21,7 +21,7 @@ public:
     void make_namespace(const std::string &name) const;
     void remove_namespace(const std::string &name) const;
 
-    // Leaves the routers' ports off.
+    // Creates the cable. Leaves the routers' ports off.
     void connect(const Link &link) const;
     // Creates the bridge in the segment's namespace and the cables to it. Leaves the routers' ports off.
     void connect(const Segment &segment) const;

@@ -62,7 +62,7 @@ void write(const fs::path &file, const std::string &text) {
 std::vector<Port> record(const Place &given, const fs::path &directory, const Progress &progress) {
     if (::geteuid() != 0)
         throw Error(ErrorTag::resource_denied, "",
-                    "recording needs root, to ask the daemons: run it with sudo");
+                    "recording needs root to query the daemons: run it with sudo");
     const Place place = checked(given);
     const std::vector<LabRouter> routers = running_lab(place.name, place.base);
     const Interruption interruption;

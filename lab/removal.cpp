@@ -34,10 +34,10 @@ void remove_namespaces(const Place &place, const LabState &state, const LabDirec
         const ino_t inode = inode_of_namespace(record.name);
         if (!fs::exists(namespace_file(record.name)))
             continue;
-        // Someone else's namespace has taken the name. Inodes from an earlier boot mean nothing, but no
-        // namespace survives a reboot either.
+        // Someone else's namespace now has the name. Inodes from an earlier boot mean nothing, but then no
+        // namespace of ours has survived either.
         if (state.boot != boot_identity() || (record.inode != 0 && record.inode != inode)) {
-            progress("leaving the namespace " + record.name + ", which somebody else made");
+            progress("leaving the namespace " + record.name + " alone, which somebody else created");
             continue;
         }
         progress("removing the namespace " + record.name);
@@ -68,7 +68,7 @@ void remove_all(const Place &place, LabDirectory &directory, const Progress &pro
     remove_made(place, directory, progress);
     if (!directory.remove())
         throw std::runtime_error(place.directory().string() +
-                                 ": stays, files are in it that the laboratory did not make");
+                                 ": not removed, it contains files that the laboratory did not create");
 }
 
 } // namespace yfw::lab

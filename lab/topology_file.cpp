@@ -46,12 +46,12 @@ bool is_interface_name(const std::string &name) {
     });
 }
 
-// A text that lldpd's configuration can express: it allows two kinds of quotes and has no way to write a
+// A text that lldpd's configuration language can express: it has two kinds of quotes, and no escape for a
 // backslash.
 std::string read_text(const JsonReader &reader) {
     constexpr const char *form =
-        "a text of 1 to 255 bytes without control characters and backslashes, and not with "
-        "both kinds of quotes";
+        "a text of 1 to 255 bytes without control characters, without backslashes, and without "
+        "both kinds of quotes at once";
     std::string text = reader.text(form);
     const bool plain = std::none_of(text.begin(), text.end(),
                                     [](unsigned char c) { return std::iscntrl(c) != 0 || c == '\\'; });
@@ -146,7 +146,7 @@ std::string read_own_name(JsonReader &reader, std::initializer_list<std::string_
         reader.add_to_place(name);
     }
     reader.is_object_of(members);
-    reader.member("name", "a name of its own");
+    reader.member("name", "a unique name");
     return name;
 }
 
@@ -195,7 +195,7 @@ private:
                 item.member("name", "").expected("a name that no other router has");
         }
         if (topology_.routers.empty())
-            routers.expected("one router at least");
+            routers.expected("at least one router");
         router_names_ = names_;
     }
 
@@ -208,9 +208,9 @@ private:
         if (!router_names_.contains(port.router))
             reader.expected(std::string(port_form) + " of a router of this file");
         if (!is_interface_name(port.interface))
-            reader.expected(
-                std::string(port_form) +
-                " whose interface has 1 to 15 letters, digits, -, _ and ., a letter first, and is not lo");
+            reader.expected(std::string(port_form) +
+                            " whose interface has 1 to 15 letters, digits, -, _ and ., "
+                            "starts with a letter, and is not lo");
         if (!ports_.emplace(port.router, port.interface).second)
             reader.expected("a port that is connected once");
         return port;
@@ -235,7 +235,7 @@ private:
         for (const JsonReader &item : ports.items("an array of ports \"ROUTER:INTERFACE\""))
             segment.ports.push_back(read_port(item));
         if (segment.ports.size() < 2)
-            ports.expected("two ports at least");
+            ports.expected("at least two ports");
         topology_.segments.push_back(segment);
     }
 
@@ -302,7 +302,7 @@ Topology read_topology_file(const std::filesystem::path &file) {
     if (!directory)
         text.assign(std::istreambuf_iterator<char>(stream), {});
     if (directory || !stream.is_open() || stream.bad())
-        throw Error(ErrorTag::invalid_value, file.string(), "expected a topology file that can be read");
+        throw Error(ErrorTag::invalid_value, file.string(), "expected a readable topology file");
     return read_topology(parse_json(text, file.string()), file.string());
 }
 

@@ -50,7 +50,7 @@ struct Topology {
     std::vector<Router> routers;
     std::vector<Link> links;
     std::vector<Segment> segments;
-    nlohmann::json source; // as it was read
+    nlohmann::json source; // the file's JSON
 
     // A router's interfaces, in the order in which they are created.
     std::vector<std::string> interfaces_of(const std::string &router) const;
@@ -58,7 +58,7 @@ struct Topology {
     std::vector<std::pair<Port, size_t>> peers() const;
 };
 
-// Checks everything. Throws Error with `file`, the place in it and what was expected there.
+// Parses and checks a topology. Throws Error with `file`, the place in it and what was expected there.
 Topology read_topology(nlohmann::json source, const std::string &file);
 Topology read_topology_file(const std::filesystem::path &file);
 

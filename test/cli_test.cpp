@@ -1,4 +1,4 @@
-// The command line around a read: help, refusals, the debug log, output that cannot be written.
+// The command line: help, refused arguments and files, the debug log, output that cannot be written.
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -29,7 +29,7 @@ void expect_success(const Outcome &outcome) {
     EXPECT_EQ(outcome.errors, "");
 }
 
-// One line on standard error that holds these words, and nothing on standard output.
+// Expects one line on standard error that contains these words, and nothing on standard output.
 void expect_refusal(const Outcome &outcome, const Strings &words) {
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.output, "");
@@ -78,7 +78,7 @@ TEST(VersionText, IsTheProgramAndItsVersion) {
 struct PathCase {
     const char *name;
     const char *path;
-    Strings words; // beside the path itself
+    Strings words; // besides the path itself
 };
 
 class APathThatIsRefused : public testing::TestWithParam<PathCase> {};
@@ -189,7 +189,7 @@ struct FileCase {
     const char *name;
     const char *file;
     std::string content;
-    Strings words; // beside the file's path
+    Strings words; // besides the file's path
 };
 
 const std::string broken_timer = native_configuration(element("timer", "abc"));
@@ -298,7 +298,7 @@ TEST(APlugin, ThatIsNotThereIsRefused) {
 struct FailureCase {
     const char *name;
     std::string announcement;
-    const char *message; // what the line must hold, when the failure has words of its own
+    const char *message; // what the line must contain; "" if the mapping logs no message
 };
 
 class AReadThatTheMappingFails : public testing::TestWithParam<FailureCase> {};
@@ -312,7 +312,7 @@ TEST_P(AReadThatTheMappingFails, SaysWhatFailedAndNotWhatWentBefore) {
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(lines_of(outcome.errors).size(), 1U) << outcome.errors;
     EXPECT_NE(outcome.errors.find(GetParam().message), std::string::npos) << outcome.errors;
-    // Reading the type of the configured chassis logs this line and goes on.
+    // An earlier step logs this line and succeeds.
     EXPECT_EQ(outcome.errors.find("OC2QD data null"), std::string::npos) << outcome.errors;
 }
 

@@ -17,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
 
-// What stands between the head of a commit and its native configuration.
+// The line before the native configuration in the output of `yfw show`.
 constexpr std::string_view before_configuration = "\nnative configuration:\n";
 
 void append(Strings &to, Strings more) {
@@ -34,7 +34,7 @@ void PrintTo(const DeviceState &state, std::ostream *to) {
 }
 
 EditedDevice::EditedDevice(const std::string &native_configuration) {
-    // Should a command forget the store, it finds none of the user's.
+    // Keeps a command that ignores --store away from the user's own commits.
     setenv("XDG_STATE_HOME", (directory_.path() / "state-home").c_str(), 1);
     fs::create_directory(directory_.path() / "device");
     directory_.add("device/config.xml", native_configuration);
@@ -42,7 +42,7 @@ EditedDevice::EditedDevice(const std::string &native_configuration) {
 
 Outcome EditedDevice::run(Strings arguments) const {
     const Strings options{"--device", (directory_.path() / "device").string(), "--store", store().string()};
-    // Behind "--" everything is a word of the command.
+    // After "--" there can be no options.
     arguments.insert(std::find(arguments.begin(), arguments.end(), "--"), options.begin(), options.end());
     return run_yfw({.arguments = std::move(arguments), .working_directory = directory_.path()});
 }
@@ -160,7 +160,7 @@ void expect_committed(const Outcome &outcome) {
 
 void expect_refused(const Outcome &outcome, const Strings &words, const std::string &tag) {
     EXPECT_NE(outcome.status, 0);
-    EXPECT_LT(outcome.status, 128) << "ended by a signal";
+    EXPECT_LT(outcome.status, 128) << "killed by a signal";
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
     EXPECT_TRUE(outcome.errors.ends_with(" [" + tag + "]\n"))

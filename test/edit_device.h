@@ -1,4 +1,4 @@
-// A device of a test that edits it through the program, and what can be seen of it.
+// A device that a test edits and observes through the program.
 #pragma once
 
 #include <filesystem>
@@ -10,9 +10,9 @@
 
 namespace yfw::test {
 
-/// Everything of a device that a failed edit must leave as it was.
+/// Everything that a failed edit must leave unchanged.
 struct DeviceState {
-    std::string openconfig; // what a read of its configuration answers
+    std::string openconfig; // the answer to a read of its configuration
     std::string native{};   // its native configuration, byte for byte; empty before the first commit
     std::string history{};  // its commits
     bool has_store = false;
@@ -23,10 +23,10 @@ struct DeviceState {
 /// For the messages of a failed comparison.
 void PrintTo(const DeviceState &state, std::ostream *to);
 
-/// A recorded device with a store of its own, in a directory of its own.
+/// A recorded device and its commit store, in a temporary directory.
 class EditedDevice {
 public:
-    /// The native configuration, XML. The store does not exist before the first commit.
+    /// `native_configuration`: XML. The store does not exist before the first commit.
     explicit EditedDevice(const std::string &native_configuration);
 
     /// Runs a command of the program on the device.
@@ -34,14 +34,14 @@ public:
 
     Outcome set(const std::string &path, const std::string &value) const;
     Outcome erase(const std::string &path) const;
-    /// An edit document, XML or JSON, with further arguments.
+    /// Runs `yfw edit` with a document, XML or JSON, and further arguments.
     Outcome edit(const std::string &document, std::vector<std::string> arguments = {}) const;
 
-    /// The configuration below a path as a read answers it, XML. Throws std::runtime_error when it cannot be
-    /// read.
+    /// The answer to a read of the configuration below a path, XML. Throws std::runtime_error when the read
+    /// fails.
     std::string openconfig(const std::string &path = "/lldp") const;
 
-    /// The values of the configuration that an XPath expression selects, in the order of the answer.
+    /// The values that an XPath expression selects in the configuration, in the order of the answer.
     std::vector<std::string> values(const std::string &xpath) const;
 
     /// The native configuration of the last commit; empty when there is none.
@@ -61,32 +61,32 @@ private:
     TemporaryDirectory directory_;
 };
 
-/// The native configuration of a device on which much is configured and LLDP is on.
+/// The native configuration of a device with many settings, on which LLDP is on.
 std::string configured_device();
 
-/// One on which nothing is configured.
+/// That of a device without configuration.
 std::string empty_device();
 
-/// One on which LLDP is switched off, with interfaces on which it is on.
+/// That of a device on which LLDP is off globally but on for some interfaces.
 std::string switched_off_device();
 
-/// The native entry of an interface with this content of its LLDP settings.
+/// The native entry of an interface with these LLDP settings.
 std::string native_interface(const std::string &name, const std::string &lldp);
 
-/// The native entries as the whole of the interfaces' configuration.
+/// The native configuration of all interfaces, with these entries.
 std::string native_interfaces(const std::string &entries);
 
-/// The OpenConfig document with this content below /lldp, XML. The prefix "nc" stands for NETCONF's namespace,
-/// in which the operation attributes are.
+/// An OpenConfig document, XML, with this content below /lldp. The prefix "nc" is that of NETCONF's operation
+/// attributes.
 std::string lldp_document(const std::string &content);
 
-/// What an XML document of the OpenConfig modules holds, as EditedDevice::openconfig() says it.
+/// The content of an XML document of the OpenConfig modules, in the form of EditedDevice::openconfig().
 std::string openconfig_text(const std::string &document);
 
-/// Succeeds when the edit was committed without a word on standard error.
+/// Fails unless the edit was committed with nothing on standard error.
 void expect_committed(const Outcome &outcome);
 
-/// Fails when the edit was not refused in one line on standard error that holds the words and ends with the
+/// Fails unless the edit was refused with one line on standard error that contains the words and ends with the
 /// error tag.
 void expect_refused(const Outcome &outcome, const std::vector<std::string> &words, const std::string &tag);
 

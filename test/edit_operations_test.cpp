@@ -1,4 +1,4 @@
-// The operations of an edit's nodes, several changes in one request, and many.
+// The operations of an edit's nodes; requests with several and with many changes.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -24,7 +24,7 @@ std::string settings(const std::string &name, const std::string &enabled) {
     return element("name", name) + element("config", element("name", name) + element("enabled", enabled));
 }
 
-// An entry of the suppressed TLVs, with the operation where it is not empty.
+// An entry of the suppressed TLVs, with the operation unless that is empty.
 std::string tlv(const std::string &name, const std::string &operation = "") {
     return "<suppress-tlv-advertisement xmlns:types=\"http://openconfig.net/yang/lldp/types\"" +
            (operation.empty() ? "" : " nc:operation=\"" + operation + "\"") + ">types:" + name +
@@ -39,7 +39,7 @@ std::string in_interfaces(const std::string &content) {
     return lldp_document(element("interfaces", content));
 }
 
-// --- operations that ask whether the node is there ---
+// --- operations that depend on whether the node exists ---
 
 struct ExistenceCase {
     const char *name;
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DocumentCase{"AnEmptyDocument", lldp_document("")}),
     [](const auto &test) { return test.param.name; });
 
-// Natively the selection of TLVs is entered by it.
+// Natively it still enters the TLV selection, which no read shows.
 TEST(ARemoveOfATlvThatIsNotSuppressed, SucceedsAndShowsNothingNew) {
     const EditedDevice device{configured_device()};
     const std::string before = device.openconfig();
@@ -142,7 +142,7 @@ TEST(ARemoveOfATlvThatIsNotSuppressed, SucceedsAndShowsNothingNew) {
     EXPECT_EQ(device.openconfig(), before);
 }
 
-// --- operations and what becomes of the device ---
+// --- operations and their effect on the device ---
 
 struct EffectCase {
     const char *name;

@@ -1,4 +1,4 @@
-// Edits that are refused: the place is named, and the device stays as it was.
+// Refused edits: the error names the place, and the device is unchanged.
 #include <filesystem>
 #include <ostream>
 #include <string>
@@ -17,7 +17,7 @@ using Strings = std::vector<std::string>;
 struct RefusalCase {
     const char *name;
     Strings arguments; // the command; "FILE" stands for the document's file
-    Strings words;     // what the line names
+    Strings words;     // what the line must contain
     std::string tag;
     std::string document{};
 };
@@ -71,7 +71,7 @@ std::string entry(const std::string &content) {
 INSTANTIATE_TEST_SUITE_P(
     Of, ARefusedEdit,
     testing::Values(
-        // --- nodes that are not there to be set ---
+        // --- nodes that cannot be set ---
         RefusalCase{
             "AnUnknownLeaf", {"set", "/lldp/config/bogus", "1"}, {"/lldp/config/bogus"}, "unknown-element"},
         RefusalCase{"AnUnknownLeafOfADelete",
@@ -131,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(
                     native_configuration(element("timer", "30"))},
         RefusalCase{"ASecondTopNode",
                     edit,
-                    {"line 2"}, // no document of XML has two
+                    {"line 2"}, // an XML document has one root
                     "invalid-value",
                     lldp_document(element("config", element("hello-timer", "50"))) + foreign("other")},
         RefusalCase{"ASecondTopMember",
@@ -268,7 +268,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {"set", "/lldp/config/system-name", "a\xffz"},
                     {"/lldp/config/system-name"},
                     "invalid-value"},
-        // --- what is there and what is not ---
+        // --- existing and missing nodes ---
         RefusalCase{"ALeafThatIsNotThere",
                     {"delete", "/lldp/config/suppress-tlv-advertisement"},
                     {"/lldp/config/suppress-tlv-advertisement"},
@@ -279,7 +279,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "data-missing"}),
     [](const auto &test) { return test.param.name; });
 
-// --- documents that are none ---
+// --- invalid documents ---
 
 struct MalformedCase {
     const char *name;

@@ -1,4 +1,4 @@
-// Replacing a part of the configuration: reads show the new content in its place and the rest as it was.
+// Replacing a part of the configuration: reads show the new content in its place and the rest unchanged.
 #include <string>
 #include <vector>
 
@@ -39,7 +39,7 @@ std::string whole(const std::string &config, const std::string &interfaces) {
 struct ReplaceCase {
     const char *name;
     std::string document; // the content below /lldp
-    Strings arguments;    // beside the document
+    Strings arguments;    // besides the document
     std::string config;   // what reads show afterwards
     std::string interfaces;
 };
@@ -161,15 +161,15 @@ INSTANTIATE_TEST_SUITE_P(
         ReplaceCase{"TheWholeByNothing", "", {"--operation", "replace"}, "", ""}),
     [](const auto &replace) { return replace.param.name; });
 
-// LLDP is on while the request is mapped, so that setting the name does not switch it on; that it is on goes
-// with what is replaced, and nothing of the request brings it back.
+// While the request is mapped, LLDP counts as on, so setting the name does not switch it on. The replaced
+// content includes "enabled", and the request does not set it again.
 TEST(AReplaceOfTheGlobalConfiguration, HoldsWhatItSetsAndNoMore) {
     const EditedDevice device{configured_device()};
     expect_committed(device.edit(lldp_document(tagged("config", replaced, element("system-name", "another")))));
     EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/*"), Strings{"another"});
 }
 
-// --- a read's own answer ---
+// --- the answer of a read as the new content ---
 
 struct AnswerCase {
     const char *name;
@@ -198,7 +198,7 @@ TEST_P(TheAnswerOfARead, MergedIntoAnEmptyDeviceShowsTheSameThere) {
     const std::string answer = device.run({"get", "--config", "/lldp", "--format", GetParam().format}).output;
     const EditedDevice other{empty_device()};
     expect_committed(other.edit(answer));
-    // An interface that is off is shown only when LLDP was on before it was written.
+    // An interface that is off is only shown if LLDP was on before its settings were written.
     EXPECT_EQ(other.edit(answer).status, 0);
     EXPECT_EQ(other.openconfig(), device.openconfig());
 }

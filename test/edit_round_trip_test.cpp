@@ -1,4 +1,4 @@
-// Every value that can be set: a read shows it, a delete takes it away, and a rollback leaves no trace.
+// Every value that can be set: a read shows it, a delete removes it, and a rollback leaves no trace.
 #include <algorithm>
 #include <string>
 #include <tuple>
@@ -26,7 +26,7 @@ void PrintTo(const DeviceCase &device, std::ostream *to) {
 
 const std::string list = "/lldp/interfaces/interface";
 
-// The path of a leaf on one interface, where it is an interface's.
+// The path of the leaf; for an interface's leaf, on this interface.
 std::string instance(const std::string &leaf, const std::string &interface) {
     return leaf.starts_with(list) ? list + "[name='" + interface + "']" + leaf.substr(list.size()) : leaf;
 }
@@ -46,12 +46,12 @@ protected:
     const std::string path = instance(value().leaf, "eth1");
 };
 
-// Switching LLDP off removes all of its global configuration and is a case of its own below.
+// Switching LLDP off removes its whole global configuration and is tested separately below.
 bool switches_off(const LegalValue &value) {
     return value.leaf == "/lldp/config/enabled" && value.text == "false";
 }
 
-// Whether the native configuration is that of the first commit, byte for byte.
+// Whether the native configuration is byte for byte that of the first commit.
 testing::AssertionResult is_as_at_first(const EditedDevice &device) {
     const std::string first = device.run({"show", "0"}).output;
     const std::string now = device.native();
@@ -64,7 +64,7 @@ class AValueThatTheDeviceHolds : public ALegalValue {};
 
 TEST_P(AValueThatTheDeviceHolds, IsShownWhenItIsSetAndNotWhenItIsDeletedAndRollsBackByteForByte) {
     const std::string before = device.openconfig();
-    // An interface is shown as switched off only while LLDP is on.
+    // An interface is only shown as off while LLDP is on.
     if (value().leaf.starts_with(list)) {
         EXPECT_EQ(device.set("/lldp/config/enabled", "true").status, 0);
     }
@@ -192,7 +192,7 @@ TEST(AGlobalSetting, SwitchesLldpOnWhereNothingIsConfigured) {
 
 class AnInterfaceName : public testing::TestWithParam<std::string> {
 protected:
-    // In the quotes that the name leaves free.
+    // Quoted with a kind of quotes that the name does not contain.
     std::string entry() const {
         const char quote = GetParam().find('\'') == std::string::npos ? '\'' : '"';
         return list + "[name=" + quote + GetParam() + quote + "]";

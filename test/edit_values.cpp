@@ -26,7 +26,7 @@ const lysc_node *node_at(const ly_ctx *context, const std::string &path) {
     return lys_find_path(context, nullptr, path.c_str(), 0);
 }
 
-// Without module names.
+// The schema path without module names.
 std::string place_of(const lysc_node *node) {
     const std::string text = yang::LibyangText(lysc_path(node, LYSC_PATH_DATA, nullptr, 0)).c_str();
     const size_t colon = text.find(':');
@@ -71,7 +71,7 @@ Strings enumeration(const lysc_type *type) {
     return values;
 }
 
-// Around every bound that a number of the models has, whatever its leaf.
+// Numbers around every bound of any leaf in the models.
 Strings numbers() {
     std::set<uint64_t> values;
     for (const uint64_t bound :
@@ -106,7 +106,7 @@ Strings texts() {
             std::string(255, 'x')};
 }
 
-// What the leaf's type is tried with; the model allows some of it.
+// Values to try with the leaf's type; the model allows some of them.
 Strings candidates(const lysc_node *node) {
     const lysc_type *type = type_of(node);
     switch (type->basetype) {
@@ -125,7 +125,7 @@ Strings candidates(const lysc_node *node) {
         return values;
     }
     default:
-        throw std::runtime_error(place_of(node) + " has a type that no values are known for");
+        throw std::runtime_error(place_of(node) + ": no values are known for its type");
     }
 }
 
@@ -140,14 +140,14 @@ bool allows(const ly_ctx *context, const lysc_node *node, const std::string &val
     return status == LY_SUCCESS;
 }
 
-// The spelling of the native models.
+// The value as the native models spell it.
 std::string native_spelling(std::string value) {
     std::transform(value.begin(), value.end(), value.begin(),
                    [](unsigned char c) { return c == '_' ? '-' : static_cast<char>(std::tolower(c)); });
     return value.substr(value.find(':') + 1);
 }
 
-// Whether the native model has a leaf that takes the value.
+// Whether the native model has a leaf that allows the value.
 bool native_holds(const ly_ctx *context, const std::string &leaf, const std::string &value) {
     const std::string lldp = "/Tarvo-QD-ethernet-lldp-cfg:lldp/";
     const std::string name = leaf.substr(leaf.rfind('/') + 1);
@@ -196,7 +196,7 @@ std::vector<LegalValue> legal_values() {
     for (const lysc_node *node : settable_nodes(context.get())) {
         const std::string leaf = place_of(node);
         if (leaf == "/lldp/interfaces/interface/config/name")
-            continue; // it repeats the key
+            continue; // repeats the key
         for (const std::string &text : candidates(node)) {
             LegalValue value{.leaf = leaf, .text = text};
             if (!allows(context.get(), node, text, &value.canonical))

@@ -1,4 +1,4 @@
-// The leaves that can be set and their values, made from the YANG models.
+// The leaves that can be set and their values, derived from the YANG models.
 #pragma once
 
 #include <iosfwd>
@@ -9,11 +9,11 @@ namespace yfw::test {
 
 /// A value of a leaf that the OpenConfig model allows.
 struct LegalValue {
-    std::string name{}; // of letters, digits and "_"; unlike that of every other value
+    std::string name{}; // letters, digits and "_"; unique
     std::string leaf;   // schema path: /lldp/config/hello-timer
     std::string text;
-    std::string canonical{};     // as an answer writes it
-    bool native_holds_it = true; // whether the native model has a place for it
+    std::string canonical{};     // as an answer spells it
+    bool native_holds_it = true; // whether the native model can represent it
 };
 
 void PrintTo(const LegalValue &value, std::ostream *to);
@@ -22,7 +22,7 @@ void PrintTo(const LegalValue &value, std::ostream *to);
 /// and leaf-list of /lldp/config, and "enabled" of an interface's configuration.
 std::vector<LegalValue> legal_values();
 
-/// The schema paths of every leaf and leaf-list that can be set, but for the keys of lists.
+/// The schema paths of every leaf and leaf-list that can be set, except list keys.
 std::vector<std::string> settable_leaves();
 
 } // namespace yfw::test

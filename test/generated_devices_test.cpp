@@ -1,5 +1,5 @@
-// Devices that are made in the test: every combination of a few settings, moments that depend on the clock,
-// and neighbor tables that no one would write by hand.
+// Generated devices: every combination of a few settings, times relative to the clock, and random neighbor
+// tables.
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -46,7 +46,7 @@ protected:
     const Context modules_ = openconfig_modules();
 };
 
-// In the order in which a later one wins.
+// In ascending precedence.
 struct SelectableTlv {
     const char *native;
     const char *identity;
@@ -143,7 +143,7 @@ struct ClearedIn {
 
 class ALastClear : public AGeneratedDevice, public testing::WithParamInterface<ClearedIn> {
 protected:
-    // The moment that the device and its interface give, which must be the same.
+    // The time that the device and its interface report, which must be the same.
     std::string read_last_clear(long age, const std::string &timezone) const {
         const std::string clear = element("last-clear", std::to_string(age));
         const std::string interface =
@@ -179,7 +179,7 @@ TEST_P(ALastClearOfNever, IsTheStartOfTheSystem) {
     const milliseconds before = now();
     const std::string stamp = read_last_clear(0, GetParam().timezone);
     const milliseconds after = now();
-    // Time that the system slept counts for one of the clocks only; either is a clock since its start.
+    // Only one of the clocks counts time that the system was suspended; both count from boot.
     const seconds longest = since_boot(CLOCK_BOOTTIME) + seconds(1);
     const seconds shortest =
         since_boot(CLOCK_MONOTONIC) - std::chrono::ceil<seconds>(after - before) - seconds(1);
@@ -189,7 +189,7 @@ TEST_P(ALastClearOfNever, IsTheStartOfTheSystem) {
 
 INSTANTIATE_TEST_SUITE_P(Zone, ALastClearOfNever, testing::Values(ClearedIn{"UTC0", "+00:00", 0}));
 
-// One random announcement, and what the answer must call the neighbor.
+// One random announcement, and the neighbor's expected id in the answer.
 struct RandomNeighbor {
     std::string interface;
     std::string device;

@@ -13,7 +13,7 @@ void LldpdLab::SetUp() {
         FAIL() << obstacle;
     if (!obstacle.empty())
         GTEST_SKIP() << obstacle;
-    // Not in SetUpTestSuite: tests whose suite cannot be set up count as skipped.
+    // Not in SetUpTestSuite: if that fails, the tests count as skipped.
     if (lab_ == nullptr)
         lab_ = std::make_unique<Laboratory>();
     modules_ = openconfig_modules();

@@ -1,4 +1,4 @@
-// One laboratory for all tests of a program, which put back what they changed.
+// One laboratory for all tests of a program, which undo their changes.
 #pragma once
 
 #include <memory>
@@ -12,8 +12,8 @@
 
 namespace yfw::test {
 
-/// The four routers of the recorded devices. Skips its tests where no laboratory can be made, or fails them
-/// where one is required.
+/// The four routers of the recorded devices. Where no laboratory can be created, its tests are skipped, or fail
+/// if one is required.
 class LldpdLab : public testing::Test {
 protected:
     static void TearDownTestSuite() { lab_.reset(); }
@@ -21,17 +21,17 @@ protected:
     void TearDown() override;
 
     static Laboratory &lab() { return *lab_; }
-    /// The program on a router: {"set", PATH, VALUE} and so on.
+    /// Runs the program on a router's daemon: {"set", PATH, VALUE} and so on.
     static Outcome yfw(const std::string &router, std::vector<std::string> words);
-    /// The same, which has to succeed. The router is put back to its first configuration after the test.
+    /// The same, but must succeed. After the test, the router is rolled back to its first configuration.
     void edit(const std::string &router, const std::vector<std::string> &words);
-    /// What the program answers, strictly parsed with the modules.
+    /// The program's answer to `get`, strictly parsed with the modules.
     Tree get(const std::string &router, const std::vector<std::string> &words) const;
     /// The numbers of the commits, as `yfw history` prints them.
     static std::string history(const std::string &router) { return yfw(router, {"history"}).output; }
     static std::string setting(const std::string &router, const std::string &name);
 
-    /// Whether everybody hears whom he is connected to.
+    /// Whether every router hears all the neighbors that it is connected to.
     static bool all_hear_each_other();
 
 private:

@@ -1,4 +1,4 @@
-// Real daemons: what the program reads, compared with lldpcli, and what its edits do to the frames.
+// Real daemons: what the program reads, compared with lldpcli, and the effect of its edits on the frames.
 #include <cctype>
 #include <csignal>
 #include <map>
@@ -40,7 +40,7 @@ std::string base64(const std::string &bytes) {
     return text;
 }
 
-// "61,62,63"
+// The bytes of "61,62,63".
 std::string octets(const std::string &hexadecimal) {
     std::string bytes;
     for (size_t at = 0; at + 1 < hexadecimal.size(); at += 3)
@@ -48,7 +48,7 @@ std::string octets(const std::string &hexadecimal) {
     return bytes;
 }
 
-// "00,80,C2"; the same in the answers' spelling, lower case with colons.
+// Converts "00,80,C2" to the answers' spelling: lower case, with colons.
 std::string oui_of(std::string hexadecimal) {
     for (char &c : hexadecimal)
         c = c == ',' ? ':' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -72,8 +72,8 @@ void add_tlvs(const json &neighbor, Fields &fields) {
                 base64(octets(tlv.value("value", "")));
 }
 
-// A neighbor as lldpcli tells it, in the words of the answers. Of several addresses the last one is the
-// answer's.
+// A neighbor as lldpcli reports it, in the terms of the answers. Of several addresses, answers have the last
+// one.
 Fields told_by_lldpcli(const json &neighbor) {
     static const std::map<std::string, const char *> kinds{{"mac", "MAC_ADDRESS"},
                                                            {"ifname", "INTERFACE_NAME"}};
@@ -154,7 +154,7 @@ TEST_F(LldpdLab, DecodesTheOctetsOfACustomTlvAsTheyWereSent) {
         EXPECT_TRUE(eventually([&] {
             return values_at(get("r1", {"/lldp"}).get(), value) == std::vector<std::string>{sent.answered};
         })) << sent.octets;
-        lab().kill_daemon("r4"); // so it forgets the TLV
+        lab().kill_daemon("r4"); // so that it forgets the TLV
         lab().start_daemon("r4");
         ASSERT_TRUE(eventually(all_hear_each_other));
     }
@@ -222,7 +222,7 @@ TEST_F(LldpdLab, RefusesWhatTheDaemonCannotDoAndChangesNothing) {
     EXPECT_EQ(lab().ask("r1", {"configuration"}), settings);
 }
 
-// --- daemons that go away ---
+// --- daemons that end ---
 
 TEST_F(LldpdLab, AppliesTheLastCommitAgainToADaemonThatWasRestarted) {
     edit("r1", {"set", "/lldp/config/system-name", "again.example.net"});
@@ -260,7 +260,7 @@ TEST_F(LldpdLab, AgreesWithItsDaemonAfterTheDaemonWasKilledAmongEdits) {
 
 // --- watching ---
 
-// A watch tells changes only, and says nothing when it begins. Changes are made until one is told.
+// A watch prints changes only, and nothing when it starts. So changes are made until one is reported.
 bool tells_changes(Laboratory &lab, RunningYfw &watch) {
     int change = 0;
     return eventually([&] {

@@ -34,7 +34,7 @@ protected:
         lab_ = std::make_unique<Laboratory>(two_routers());
     }
 
-    // The neighbors' ids, as the program answers them on one interface after the other.
+    // The neighbors' ids in the program's answer, interface by interface.
     std::string read() const {
         const Outcome outcome =
             run_yfw({{"get", "/lldp/interfaces/interface/neighbors/neighbor/state/id", "--device",

@@ -1,4 +1,4 @@
-// Answers in the terms of other OpenConfig modules than the shipped ones.
+// Answers in terms of OpenConfig modules other than the shipped ones.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -23,7 +23,7 @@ protected:
             fs::copy_file(fs::path(YFW_MODELS_DIR) / module, directory_.path() / module);
     }
 
-    // Replaces what begins with the first text and ends with the second, the first time it occurs.
+    // Replaces the first text in the module that starts with `begin` and ends with `end`.
     void replace(const std::string &module, const std::string &begin, const std::string &end,
                  const std::string &replacement) const {
         std::string text = read_file(directory_.path() / module);
@@ -102,7 +102,7 @@ TEST_F(OtherModels, ThatLackTheLeafThatIsAskedForMakeThePathUnknown) {
 
 struct Refusal {
     const char *what;
-    const char *file; // what is done to it: removed when the content is null
+    const char *file; // replaced with the content, or removed if that is null
     const char *content;
     const char *named; // what the message must name
 };

@@ -1,4 +1,4 @@
-// Readers, writers and everybody else, and files of rules that are wrong.
+// Readers, writers and everybody else; invalid rules files.
 #include <csignal>
 #include <string>
 #include <vector>
@@ -105,7 +105,7 @@ TEST_F(NetconfAccess, OfAReaderShowsWhatRootIsShown) {
               openconfig_of(root->rpc("<get>" + subtree(lldp("")) + "</get>")));
 }
 
-// --- writers and strangers ---
+// --- writers and other users ---
 
 TEST_F(NetconfAccess, OfAWriterEditsAndIsNamedInWhatIsTold) {
     NetconfClient client = client_of(writer);
@@ -124,7 +124,7 @@ TEST_F(NetconfAccess, IsNotForWhoBelongsToNeitherGroup) {
     EXPECT_EQ(name(*root), original);
 }
 
-// The groups are asked before the rules.
+// The groups are checked before the rules.
 class ALenientRule : public NetconfAccess {
 protected:
     ALenientRule() : NetconfAccess(writable + rules_for("*", module_rule("*", "*", "permit"))) {}
@@ -140,7 +140,7 @@ TEST_F(ALenientRule, LetsNoReaderWriteAndNoStrangerIn) {
     EXPECT_EQ(name(*root), original);
 }
 
-// --- files that are wrong ---
+// --- invalid files ---
 
 struct FileCase {
     const char *name;
@@ -149,7 +149,7 @@ struct FileCase {
 
 class ARulesFile : public testing::Test {
 protected:
-    // Starts a server with the rules, which has to end by itself.
+    // Starts a server with the rules, which must exit with an error.
     void expect_refused(const std::string &file) {
         const std::string socket = (files_.path() / "netconf.sock").string();
         std::filesystem::copy(YFW_EXAMPLES_DIR "/r1", files_.path() / "device");

@@ -1,4 +1,4 @@
-// Conversations that are broken: each ends its own session, and no other notices.
+// Protocol violations: each ends its own session and affects no other.
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,7 +26,7 @@ struct BrokenCase {
     const char *name;
     std::string bytes; // after the greeting, in chunks unless the session is of base:1.0
     std::string version = base_1_1;
-    bool ends_sending = false; // the client says no more
+    bool ends_sending = false; // the client then closes its end for sending
 };
 
 class ABrokenConversation : public NetconfTest, public testing::WithParamInterface<BrokenCase> {};
@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
         BrokenCase{"AReply", in_one_chunk("<rpc-reply message-id=\"1\" xmlns=\"" + base_namespace + "\"/>")}),
     [](const auto &test) { return test.param.name; });
 
-// --- the server tells why when it can ---
+// --- the server gives the reason where it can ---
 
 class AMalformedMessage : public NetconfTest, public testing::WithParamInterface<BrokenCase> {};
 
@@ -101,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- messages that are too long ---
 
-// AddressSanitizer keeps what was freed for a while.
+// AddressSanitizer keeps freed memory for a while.
 #ifdef YFW_SANITIZED
 constexpr unsigned memory_factor = 2;
 #else

@@ -50,12 +50,12 @@ Xml element_of(const lyd_node *node) {
     return element;
 }
 
-// Of this thread alone. seteuid() changes all of them, and one may be the server.
+// Changes the user of this thread only. seteuid() would change all threads, and one may be the server.
 bool become(uid_t user) {
     return syscall(SYS_setresuid, -1, user, -1) == 0;
 }
 
-// The thread is this user as long as the object lives; nothing happens for no user.
+// While the object exists, the thread runs as this user; does nothing if the user is empty.
 class AsUser {
 public:
     explicit AsUser(const std::string &name) : switched_(!name.empty()) {
@@ -70,7 +70,7 @@ public:
             return;
         if (!become(getuid()))
             std::terminate();
-        prctl(PR_SET_DUMPABLE, 1); // a change of the user takes it, and a leak check needs it
+        prctl(PR_SET_DUMPABLE, 1); // changing the user clears it, and the leak check needs it
     }
     AsUser(const AsUser &) = delete;
     AsUser &operator=(const AsUser &) = delete;
@@ -132,7 +132,7 @@ Xml parse_xml(const std::string &text) {
 }
 
 Connection::Connection(const std::filesystem::path &path, const std::string &user) {
-    const AsUser as_user(user); // the kernel remembers who connects
+    const AsUser as_user(user); // the kernel records who connects
     socket_ = connect_to_socket(path);
     if (!socket_.is_open())
         throw std::runtime_error("nobody listens on " + path.string() + ": " + system_error_text());
@@ -241,7 +241,7 @@ NetconfClient::NetconfClient(const std::filesystem::path &socket, const std::vec
 Xml NetconfClient::rpc(const std::string &operation) {
     const std::string id = std::to_string(++last_id_);
     if (!send(rpc_message(operation, id)))
-        throw std::runtime_error("the server does not take " + operation.substr(0, 200));
+        throw std::runtime_error("the server does not accept " + operation.substr(0, 200));
     Xml reply = receive();
     while (reply.name == "notification") {
         notifications_.push_back(std::move(reply));

@@ -1,4 +1,4 @@
-// Clients that were not written here, over SSH and with a key: they read, lock, edit and commit.
+// Third-party clients, over SSH with a key: they read, lock, edit and commit.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -32,7 +32,7 @@ bool is_required() {
     return std::getenv("CI") != nullptr || std::getenv("YFW_REQUIRE_CLIENTS") != nullptr;
 }
 
-// Where a program is; nothing when it is not installed.
+// The path of a program; nothing when it is not installed.
 std::optional<std::string> program(const std::string &name) {
     try {
         return find_program(name, name, "the test");
@@ -41,7 +41,7 @@ std::optional<std::string> program(const std::string &name) {
     }
 }
 
-// Registries fail now and then.
+// Registries fail now and then, so tries several times.
 Finished installed_by(const std::string &npm, const std::string &prefix, const std::string &package) {
     constexpr int attempts = 3;
     Finished finished;
@@ -54,7 +54,7 @@ Finished installed_by(const std::string &npm, const std::string &prefix, const s
     return finished;
 }
 
-// The server that is ready-made for trying out, with its own sshd.
+// A server started without --socket, with its private sshd.
 class ATryoutServer : public testing::Test {
 protected:
     void SetUp() override {
@@ -100,7 +100,7 @@ protected:
     std::string port_, user_, key_;
 };
 
-// Killed, a server cannot remove its keys; the next one does. What belongs to one that runs stays.
+// A killed server cannot remove its keys; the next server does, but leaves those of running servers.
 TEST_F(ATryoutServer, RemovesWhatAKilledOneLeftBehind) {
     RunningYfw killed({"serve", "--device", in_files("device"), "--store", in_files("other.db")});
     const std::optional<std::string> line = killed.line_with({"127.0.0.1:", "user", "key"});
@@ -174,7 +174,7 @@ TEST_F(ATryoutServer, ServesNodeNetconf) {
                             "refused: rpcError", "end: closed"));
 }
 
-// An SSH client that is given its requests at once, as from a file.
+// An SSH client that sends all its requests at once, as from a file.
 TEST_F(ATryoutServer, ServesSshWithRequestsFromAFile) {
     const std::optional<std::string> ssh = program("ssh");
     if (!ssh.has_value())

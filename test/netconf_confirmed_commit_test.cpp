@@ -1,4 +1,4 @@
-// Commits that are taken back unless they are confirmed.
+// Commits that are rolled back unless they are confirmed.
 #include <csignal>
 #include <optional>
 #include <string>
@@ -30,7 +30,7 @@ const std::string persist_id = "<persist-id>token</persist-id>";
 
 class AConfirmedCommit : public NetconfProcessTest {
 protected:
-    // Commits a new name, to be confirmed.
+    // Commits a new name with a confirmed commit.
     void commit_name(const std::string &name, const std::string &operation) {
         expect_ok(client->rpc(edit_config("candidate", name_edit(name))));
         expect_ok(client->rpc(operation));
@@ -39,7 +39,7 @@ protected:
     bool is_taken_back(seconds limit = seconds(10)) {
         return eventually([this] { return name(other) == original; }, limit);
     }
-    // For longer than the timeout of these tests, which is one second.
+    // Waits longer than the timeout of these tests, which is one second.
     void expect_kept(const std::string &kept) {
         EXPECT_FALSE(eventually([&] { return name(other) != kept; }, std::chrono::milliseconds(1500)));
     }
@@ -144,7 +144,7 @@ TEST_F(AConfirmedCommit, IsConfirmedByTheRightTokenAlone) {
     EXPECT_EQ(name(other), original);
 }
 
-// It would change what somebody else has locked.
+// Cancelling would change a datastore that another session has locked.
 TEST_F(AConfirmedCommit, IsNotCancelledByAnotherSessionWhileRunningIsLocked) {
     commit_name("new", confirmed(long_time, persist));
     const std::string cancel = "<cancel-commit>" + persist_id + "</cancel-commit>";
@@ -165,7 +165,7 @@ TEST_F(AConfirmedCommit, IsGivenMoreTimeFromAnotherSessionByItsToken) {
     EXPECT_EQ(name(other), original);
 }
 
-// --- the daemon ends while one is pending ---
+// --- the server ends while a commit is unconfirmed ---
 
 struct EndCase {
     const char *name;
@@ -199,7 +199,7 @@ INSTANTIATE_TEST_SUITE_P(By, AConfirmedCommitOfADaemonThatEnds,
                                          EndCase{"TerminationThoughItPersists", SIGTERM, persist}),
                          [](const auto &test) { return test.param.name; });
 
-// Nobody is left who could confirm it.
+// Nobody is left to confirm it.
 TEST_F(AConfirmedCommit, IsTakenBackByADaemonThatEnds) {
     commit_name("new", confirmed(long_time, persist));
     server().process().signal(SIGTERM);

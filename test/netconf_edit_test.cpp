@@ -1,4 +1,4 @@
-// Edits of a datastore, and what is refused with nothing changed.
+// Edits of a datastore; refused edits change nothing.
 #include <string>
 #include <vector>
 
@@ -20,7 +20,7 @@ Strings with_interfaces(Strings global) {
     return global;
 }
 
-// --- what becomes of an edit ---
+// --- the result of an edit ---
 
 struct EditCase {
     const char *name;
@@ -213,7 +213,7 @@ INSTANTIATE_TEST_SUITE_P(
         testing::Values("running", "candidate")),
     [](const auto &test) { return std::string(std::get<0>(test.param).name) + "_" + std::get<1>(test.param); });
 
-// --- requests that are no edits ---
+// --- requests that are not edits ---
 
 struct RequestCase {
     const char *name;

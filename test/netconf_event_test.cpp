@@ -1,4 +1,4 @@
-// The events of the server itself: changes of the configuration, sessions, confirmed commits.
+// The server's own events: configuration changes, sessions, confirmed commits.
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -21,14 +21,14 @@ using testing::UnorderedElementsAre;
 const std::string system_name = "/lldp/config/system-name";
 const std::string hello_timer = "/lldp/config/hello-timer";
 
-// A server whose events one client is told, while another one works.
+// A server with one client that receives events and another that causes them.
 class AnEvent : public NetconfTest {
 protected:
     explicit AnEvent(std::vector<std::string> options = {}) : NetconfTest(std::move(options)) {
         expect_ok(subscriber.rpc(create_subscription()));
     }
 
-    // Edits the configuration visibly; what was to be told before is told before that.
+    // Makes a visible edit and returns its event: events from before must arrive before it.
     Xml change_after_another_edit() {
         expect_ok(client->rpc(edit_config("running", config_edit(leaf_edit("system-description", "fence")))));
         return next_event(subscriber, config_change);
@@ -235,7 +235,7 @@ TEST_F(ASessionsEvent, IsToldWhenTheClientSendsNoMoreAndReadsItsReply) {
     EXPECT_EQ(end_of(victim.session_id()).text_at("termination-reason"), "dropped");
 }
 
-// It did not close itself.
+// The client did not close the session.
 TEST_F(ASessionsEvent, IsToldWhenAMessageIsMalformed) {
     victim.send("<rpc");
     EXPECT_EQ(end_of(victim.session_id()).text_at("termination-reason"), "other");
@@ -246,7 +246,7 @@ TEST_F(ASessionsEvent, IsToldWhenTheFramingBreaks) {
     EXPECT_THAT(end_of(victim.session_id()).text_at("termination-reason"), AnyOf("dropped", "other"));
 }
 
-// A connection that has not said hello yet, and the number of its session.
+// A connection that has not sent its hello yet, and the id of its session.
 struct Guest {
     explicit Guest(const std::filesystem::path &socket) : connection(socket) {
         const std::string hello = connection.receive_to("</hello>");
@@ -290,7 +290,7 @@ protected:
         ASSERT_EQ(name(*client), "new");
     }
 
-    // The next one is of this kind, with the session that caused it.
+    // Expects the next event to be of this kind, with the session that caused it.
     void expect_event(const std::string &kind, const std::string &timeout = "") {
         const Xml event = next_event(subscriber, confirmed_commit);
         EXPECT_EQ(event.ns, event_namespace);
@@ -331,7 +331,7 @@ TEST_F(AConfirmedCommitsEvent, IsToldWhenItsSessionVanishes) {
 
 class ATimeoutsEvent : public AnEvent {
 protected:
-    // The next two events: that the time is up, and what the server changed.
+    // The next two events: the timeout, and the server's change of the configuration.
     std::vector<Xml> events_of_timeout() {
         expect_ok(client->rpc(edit_config("candidate", name_edit("new"))));
         expect_ok(client->rpc(confirmed(1)));
@@ -366,7 +366,7 @@ TEST_F(ATimeoutsEvent, IsTheServersChange) {
     EXPECT_EQ(name(*client), "r1.example.net");
 }
 
-// --- the form ---
+// --- the format ---
 
 TEST_F(AnEvent, IsAsItsModuleSays) {
     ly_ctx *created = nullptr;

@@ -15,7 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Calls `take` with each event that comes until it is satisfied.
+// Calls `take` with each event that arrives, until it returns true.
 void for_each_event(NetconfClient &client, const std::string &awaited, const EventCondition &take) {
     std::string seen;
     const auto deadline = Clock::now() + patience;

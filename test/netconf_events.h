@@ -1,4 +1,4 @@
-// Notifications: how a test asks for them, and what it reads from them.
+// Notifications: subscribing to them, and reading them.
 #pragma once
 
 #include <chrono>
@@ -25,26 +25,26 @@ inline const std::string confirmed_commit = "netconf-confirmed-commit";
 std::string create_subscription(const std::string &content = "");
 std::string start_time(const std::string &time);
 std::string stop_time(const std::string &time);
-/// Before every event.
+/// A time before every event.
 inline const std::string long_ago = "2000-01-01T00:00:00Z";
 /// A date-and-time in UTC, with milliseconds.
 std::string time_from_now(std::chrono::milliseconds time);
 
-/// What a notification tells: the element beside its time. Fails when it is no sound notification.
+/// The event of a notification: the element next to its time. Fails the test when the notification is invalid.
 Xml event_of(const Xml &notification);
 
 using EventCondition = std::function<bool(const Xml &event)>;
 
-/// The next event by that name for which the condition holds; others are passed over. Throws std::runtime_error
-/// that names those when it does not come.
+/// The next event with that name for which the condition holds; others are skipped. Throws std::runtime_error
+/// naming the skipped ones when it does not arrive.
 Xml next_event(NetconfClient &client, const std::string &name, const EventCondition &condition = nullptr);
-/// The events up to and with the one by that name. Throws like next_event().
+/// The events up to and including the one with that name. Throws like next_event().
 std::vector<Xml> events_to(NetconfClient &client, const std::string &name);
-/// Of these events, those by that name.
+/// Those of the events that have that name.
 std::vector<Xml> events_by(const std::vector<Xml> &events, const std::string &name);
 std::vector<std::string> names_of(const std::vector<Xml> &events);
 
-/// An <edit> of a change of the configuration; the target is without prefixes and with single quotes.
+/// An <edit> of a configuration change; the target is written without prefixes and with single quotes.
 struct Edited {
     std::string target;
     std::string operation;
@@ -52,7 +52,7 @@ struct Edited {
 };
 std::ostream &operator<<(std::ostream &to, const Edited &edited);
 std::vector<Edited> edits_of(const Xml &change);
-/// Its targets alone.
+/// The targets of a configuration change.
 std::vector<std::string> targets_of(const Xml &change);
 
 /// The name of the user who runs the test.

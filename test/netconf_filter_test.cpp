@@ -1,4 +1,4 @@
-// What a filter selects, and nothing else.
+// A filter selects what it names, and nothing else.
 #include <string>
 #include <vector>
 
@@ -15,7 +15,7 @@ std::string interface_of(const std::string &name, const std::string &content = "
     return "<interface><name>" + name + "</name>" + content + "</interface>";
 }
 
-// eth1, and others that are not there.
+// eth1, and others that do not exist.
 std::string interfaces_up_to(int count) {
     std::string entries = interface_of("eth1");
     for (int i = 1; i < count; i++)
@@ -252,7 +252,7 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"OfNothing", subtree(""), ""}),
     name_of);
 
-// Those of all modules stand below one root.
+// The top nodes of all modules are below one root.
 TEST_F(NetconfFilter, ByXPathSeesTheTopNodesOfAllModules) {
     const auto selects = [this](const std::string &expression) {
         const Xml reply = client.rpc("<get>" + xpath(expression) + "</get>");
@@ -292,7 +292,7 @@ std::string nested_predicates(size_t levels) {
     return expression + std::string(levels, ']');
 }
 
-// The text of all data, again and again, against itself.
+// Compares the text of all data with itself, many times.
 std::string whole_text_many_times(size_t times) {
     std::string texts = "/";
     for (size_t i = 1; i < times; i++)

@@ -1,4 +1,4 @@
-// Neighbors of a real daemon that come, change and go, as a subscriber is told.
+// Neighbors of a real daemon that are added, updated and removed, as a subscriber sees them.
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -20,7 +20,7 @@ using std::chrono::milliseconds;
 
 const std::string neighbor_of_eth1 = "r2.example.net#eth1";
 
-// "added", "updated" or "removed" for the neighbor that r1 hears on eth1.
+// Whether an event is this change ("added", "updated", "removed") of the neighbor that r1 hears on eth1.
 EventCondition is(const std::string &change) {
     return [change](const Xml &event) {
         return event.text_at("change") == change && event.text_at("interface") == "eth1" &&
@@ -28,7 +28,7 @@ EventCondition is(const std::string &change) {
     };
 }
 
-// How long the neighbor is known changes from one look to the next.
+// Removes the neighbor's age, which changes between two reads.
 std::string without_age(const ly_ctx *modules, const std::string &document) {
     Tree tree = parse_answer(modules, Format::xml, document);
     for (lyd_node *node : yang::nodes_at(tree.get(), "//openconfig-lldp:age|//openconfig-lldp:last-update"))
@@ -36,7 +36,7 @@ std::string without_age(const ly_ctx *modules, const std::string &document) {
     return as_text(tree.get());
 }
 
-// A server for r1 whose neighbors' events a client is told.
+// A server for r1 with a client that subscribes to changes of neighbors.
 class LiveServer {
 public:
     explicit LiveServer(Laboratory &lab) : lab_(lab), server_(LiveDevice{lab.device("r1")}) {
@@ -44,7 +44,7 @@ public:
             create_subscription(subtree("<neighbor-change xmlns=\"" + neighbor_namespace + "\"/>"))));
     }
 
-    // Changes come when the daemon is being watched. They are made until one is told.
+    // Changes are only reported once the daemon is being watched. So changes are made until one is reported.
     bool tells_changes() {
         const std::string description = "round " + std::to_string(++round_);
         int change = 0;

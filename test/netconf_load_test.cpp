@@ -1,4 +1,4 @@
-// Many clients, clients that do not read, and a server that has nothing to do.
+// Many clients, clients that do not read, and an idle server.
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -77,7 +77,7 @@ TEST_F(NetconfLoad, OfSessionsAtTheSameTimeIsAnsweredRight) {
     EXPECT_THAT(name(client), testing::MatchesRegex("n[0-7]-19"));
 }
 
-// A device whose answer is of about a megabyte.
+// A device with an answer of about a megabyte.
 std::string many_neighbors() {
     std::string details;
     for (int i = 0; i < 10000; i++) {
@@ -109,11 +109,11 @@ TEST(AClientThatReadsNothing, HoldsUpNobodyAndTakesLittleMemory) {
         EXPECT_LT(Clock::now() - start, seconds(2));
     }
     EXPECT_LT(server.peak_memory() - before, 100u << 20);
-    for (int i = 0; i < 20; i++) // it reads at last
+    for (int i = 0; i < 20; i++) // now the client reads
         EXPECT_GT(greedy.receive_text().size(), 900u << 10);
 }
 
-// utime and stime of the server's process, in ticks of the clock.
+// utime plus stime of the server's process, in clock ticks.
 unsigned long ticks(pid_t process) {
     std::string text = read_file("/proc/" + std::to_string(process) + "/stat");
     std::istringstream fields(text.substr(text.rfind(')') + 1));
@@ -125,7 +125,7 @@ unsigned long ticks(pid_t process) {
     return user + system;
 }
 
-// Sessions wait for descriptors; the server neither turns in circles nor fills its log meanwhile.
+// New sessions wait for descriptors; meanwhile the server neither spins nor fills its log.
 TEST_F(NetconfLoad, OfMoreSessionsThanThereAreDescriptorsWaits) {
     const pid_t process = NetconfClient(server().socket()).connection().server();
     const rlimit few{40, 40};
@@ -159,7 +159,7 @@ TEST_F(NetconfLoad, OfNothingTakesNoTimeAfterAConfirmedCommitEither) {
     EXPECT_FALSE(eventually([&] { return ticks(process) > last + 2; }, milliseconds(500)));
 }
 
-// --- the daemon's end ---
+// --- the end of the server ---
 
 class NetconfDaemon : public NetconfProcessTest {};
 

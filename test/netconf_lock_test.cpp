@@ -1,4 +1,4 @@
-// Locks of the datastores, and what becomes of them and of the candidate when a session ends.
+// Locks of the datastores, and what happens to them and to the candidate when a session ends.
 #include <string>
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// What the server tells of itself: its modules, its sessions and its library.
+// The server's own data: modules, sessions, YANG library.
 #include <algorithm>
 #include <regex>
 #include <string>
@@ -33,7 +33,7 @@ std::string identifier(const std::string &name) {
     return "<identifier>" + name + "</identifier>";
 }
 
-// The server's own modules, with those that libyang has in itself.
+// The server's own modules, and those that are built into libyang.
 Context protocol_modules() {
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *created = nullptr;
@@ -69,7 +69,7 @@ protected:
         return Tree(tree);
     }
 
-    // Both forms of it, which one module has.
+    // The YANG library in both its forms, which are in one module.
     Tree library() {
         return valid_answer("<yang-library xmlns=\"" + library_namespace + "\"/><modules-state xmlns=\"" +
                             library_namespace + "\"/>");
@@ -92,7 +92,7 @@ unsigned long number_at(const Tree &tree, const std::string &path) {
 
 // --- get-schema ---
 
-// A module as libyang prints it, in which two texts that say the same are the same.
+// A module as libyang prints it: a normal form, for comparing modules.
 std::string module_text(const std::string &text) {
     ly_ctx *created = nullptr;
     const Context context(ly_ctx_new(YFW_MODELS_DIR, 0, &created) == LY_SUCCESS ? created : nullptr);
@@ -138,7 +138,7 @@ TEST_F(NetconfMonitoring, GivesEveryModuleThatItAdvertisesOrLists) {
     }
 }
 
-// NAME@REVISION of the modules of the hello.
+// NAME@REVISION of the modules in the hello.
 std::vector<std::string> advertised_modules(const NetconfClient &client) {
     const std::regex module("\\?module=([^&]+)&revision=([^&]+)");
     std::vector<std::string> found;
@@ -159,7 +159,7 @@ TEST_F(NetconfMonitoring, AdvertisesTheRevisionsThatItWasWrittenFor) {
                                       "openconfig-lldp-types@2024-11-21", "yfw-lldp-notifications@2026-11-21"));
 }
 
-// What is advertised is parsed with what the server gives for its imports, and with no other file.
+// Advertised modules must parse with nothing but the files that the server gives for their imports.
 TEST_F(NetconfMonitoring, GivesModulesThatYanglintParsesWithOneAnother) {
     const Tree tree = state();
     const TemporaryDirectory modules;
@@ -251,7 +251,7 @@ TEST_F(NetconfMonitoring, CountsWhatEachSessionAsks) {
     }
 }
 
-// RFC 6022: errors of the layer of messages are no correct <rpc>.
+// RFC 6022: errors of the message layer do not count as correct <rpc>s.
 TEST_F(NetconfMonitoring, CountsMessagesThatAreNoCorrectRpc) {
     const std::string own = "sessions/session[session-id='" + client.session_id() + "']/";
     const Tree before = state();
@@ -259,7 +259,7 @@ TEST_F(NetconfMonitoring, CountsMessagesThatAreNoCorrectRpc) {
     EXPECT_EQ(error_tag(client.receive()), "missing-attribute");
     const Tree after = state();
     for (const std::string &place : {own, std::string("statistics/")})
-        for (const char *counter : {"in-rpcs", "in-bad-rpcs", "out-rpc-errors"}) // the first by who asks
+        for (const char *counter : {"in-rpcs", "in-bad-rpcs", "out-rpc-errors"}) // the first by state()
             EXPECT_EQ(number_at(after, place + counter) - number_at(before, place + counter), 1u)
                 << place << counter;
 }
@@ -336,8 +336,8 @@ TEST_F(NetconfMonitoring, HasALibraryThatIsValidAndNamesItsModules) {
                 Contains("ietf-datastores:running"));
 }
 
-// Every implemented module is one of the hello, but for the library's own form of announcing itself, and no
-// file of the server's machine is told.
+// Every implemented module is in the hello, except for the YANG library, which announces itself differently; no
+// file name of the server's machine is revealed.
 TEST_F(NetconfMonitoring, HasALibraryOfWhatItsHelloOffersAlone) {
     const Tree tree = library();
     std::vector<std::string> offered;

@@ -1,4 +1,4 @@
-// Rules for what is read, written, called and told (RFC 8341); root is bound by them like everybody.
+// Access rules for data, operations and notifications (RFC 8341); they apply to root, too.
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,7 +32,7 @@ std::string everybody(const std::string &rules) {
 struct ReadCase {
     const char *name;
     std::string rules;
-    std::string hidden; // an XPath expression for the nodes that are left out; empty: nothing is
+    std::string hidden; // an XPath expression for the nodes that are left out; empty: none
 };
 
 std::string read_name(const testing::TestParamInfo<ReadCase> &test) {
@@ -43,7 +43,7 @@ class ARead : public NetconfRules, public testing::WithParamInterface<ReadCase> 
 protected:
     ARead() : NetconfRules(GetParam().rules) {}
 
-    // What the command line, which has no rules, reads, without the hidden nodes.
+    // What the command line, to which no rules apply, reads, without the hidden nodes.
     std::string rest_of(const std::string &kind) {
         std::vector<std::string> words{"get", "/lldp",    "--format",
                                        "xml", "--device", server().device().string()};
@@ -182,11 +182,11 @@ INSTANTIATE_TEST_SUITE_P(
                                  {"lldp"}}),
     [](const auto &test) { return test.param.name; });
 
-// --- filters tell nothing of what cannot be read ---
+// --- filters reveal nothing that may not be read ---
 
 struct GuessCase {
     const char *name;
-    std::string operation; // with GUESS in it
+    std::string operation; // contains GUESS, to be replaced
 };
 
 class AGuess : public NetconfRules, public testing::WithParamInterface<GuessCase> {
@@ -300,7 +300,7 @@ INSTANTIATE_TEST_SUITE_P(
 struct ExecCase {
     const char *name;
     std::string rules;
-    std::string request; // with SESSION for another one's number
+    std::string request; // SESSION stands for the id of another session
     std::string tag;     // empty for <ok/>
 };
 

@@ -1,4 +1,4 @@
-// Rules for what is written (RFC 8341): exactly what changes is checked.
+// Access rules for writes (RFC 8341): what is checked is what changes.
 #include <optional>
 #include <string>
 #include <vector>

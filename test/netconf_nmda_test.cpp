@@ -1,4 +1,4 @@
-// The operations on datastores by their names (RFC 8526).
+// The operations that name a datastore (RFC 8526).
 #include <set>
 #include <string>
 #include <vector>
@@ -172,7 +172,7 @@ struct DepthCase {
 
 class TheDepth : public NetconfNmda, public testing::WithParamInterface<DepthCase> {};
 
-// Whether an entry that is the last level shows its key is left open.
+// An entry on the last level may or may not show its key.
 TEST_P(TheDepth, LeavesThisManyLevels) {
     const std::string key = "lldp/interfaces/interface/name";
     Paths found;

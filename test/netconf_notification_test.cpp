@@ -1,4 +1,4 @@
-// Subscriptions: what is refused, what a filter lets through, what is replayed, and when they end.
+// Subscriptions: what is refused, what a filter passes, what is replayed, and when they end.
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -144,7 +144,7 @@ TEST_F(NetconfNotification, IsSubscribedOnceInASession) {
     next_event(subscriber, config_change);
 }
 
-// --- what comes ---
+// --- what is sent ---
 
 TEST_F(NetconfNotification, HasItsTimeAndItsEvent) {
     subscribe("<stream>NETCONF</stream>");
@@ -247,7 +247,7 @@ TEST_F(NetconfNotification, IsCountedWhereTheSessionsAre) {
 struct FilterCase {
     const char *name;
     std::string filter;
-    Strings names; // of what comes of a change, a new session, its being killed and another one's close
+    Strings names; // of the events sent for: a change, a new session, its kill, another session's close
 };
 
 class AFilter : public NetconfNotification, public testing::WithParamInterface<FilterCase> {
@@ -327,7 +327,7 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"XPathOfNothing", filter_by_xpath("/ncn:netconf-session-end[ncn:killed-by='0']"), {}}),
     [](const auto &test) { return test.param.name; });
 
-// What the filter would take too long for comes rather than is lost; nobody else notices.
+// An event that would take too long to filter is sent rather than lost, and other sessions are not affected.
 TEST_F(NetconfNotification, IsToldWhenItIsTooLongForItsFilter) {
     subscribe(filter_by_xpath("//*[//*[ncn:nonsense]]"));
     edit_name("short");
@@ -357,7 +357,7 @@ const std::string changes_alone = subtree(event_filter(config_change));
 
 class AReplay : public NetconfNotification {
 protected:
-    // Edits so that the second edit's time is later than the first one's; gives both times.
+    // Makes two edits, the second at a later time than the first, and returns both times.
     Strings times_of_two_edits() {
         NetconfClient watcher(server().socket());
         expect_ok(watcher.rpc(create_subscription(changes_alone)));
@@ -420,7 +420,7 @@ TEST_F(AReplay, TakesAStartInAnotherZone) {
 struct FarTimeCase {
     const char *name;
     std::string start, stop;
-    Strings names; // of what comes up to the end of the replay
+    Strings names; // of the events up to the end of the replay
 };
 
 class AFarTime : public AReplay, public testing::WithParamInterface<FarTimeCase> {};
@@ -477,7 +477,7 @@ TEST_F(AStop, LetsLiveEventsComeUntilThen) {
     edit_name("new");
     EXPECT_THAT(names_of(events_to(subscriber, "notificationComplete")),
                 ElementsAre(config_change, "notificationComplete"));
-    EXPECT_GE(std::chrono::steady_clock::now(), stop - seconds(1)); // times may be of whole seconds
+    EXPECT_GE(std::chrono::steady_clock::now(), stop - seconds(1)); // times may be rounded to seconds
 }
 
 TEST_F(AStop, EndsTheSubscriptionAndNotTheSession) {
@@ -496,7 +496,7 @@ TEST_F(AStop, EndsTheSubscriptionAndNotTheSession) {
 }
 
 TEST_F(NetconfNotification, EndsWithItsSession) {
-    edit_name("first"); // from the first commit on the store stays open
+    edit_name("first"); // the store stays open from the first commit on
     const size_t before = server().descriptors();
     for (int i = 0; i < 20; i++) {
         NetconfClient vanishing(server().socket()), closing(server().socket());

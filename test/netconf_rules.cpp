@@ -10,7 +10,7 @@ namespace yfw::test {
 namespace {
 
 std::string rule(const std::string &what, const std::string &operations, const std::string &action) {
-    static int number = 0; // a name is for one rule
+    static int number = 0; // rule names are unique
     return "<rule><name>rule-" + std::to_string(++number) + "</name>" + what + "<access-operations>" +
            operations + "</access-operations><action>" + action + "</action></rule>";
 }
@@ -59,7 +59,7 @@ std::string module_rule(const std::string &module, const std::string &operations
 
 std::string users_obstacle() {
     if (geteuid() != 0)
-        return "playing other users needs root";
+        return "connecting as other users needs root";
     for (const std::string &user : {reader, writer, stranger})
         if (getpwnam(user.c_str()) == nullptr)
             return "there is no user " + user;

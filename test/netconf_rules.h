@@ -1,4 +1,4 @@
-// Rules of access: a file of them, and the local users that they are for.
+// Access rules in a file, and the local users that they apply to.
 #pragma once
 
 #include <string>
@@ -13,20 +13,20 @@ std::string nacm(const std::string &content);
 /// A <rule-list> for a group ("*": everybody) with these rules.
 std::string rules_for(const std::string &group, const std::string &rules);
 
-/// Rules with a name of their own. `operations`: "read", "create update", "*" and so on; `action`: permit or
-/// deny. Paths have the prefix "oc" for OpenConfig LLDP and "ncm" for the monitoring of the server.
+/// Rules, each with a unique name. `operations`: "read", "create update", "*" and so on; `action`: permit or
+/// deny. In paths, the prefix "oc" is OpenConfig LLDP and "ncm" is ietf-netconf-monitoring.
 std::string data_rule(const std::string &path, const std::string &operations, const std::string &action);
 std::string rpc_rule(const std::string &module, const std::string &rpc, const std::string &action);
 std::string notification_rule(const std::string &module, const std::string &name, const std::string &action);
-/// For all that a module has.
+/// A rule for everything in a module.
 std::string module_rule(const std::string &module, const std::string &operations, const std::string &action);
-/// Everything that has no rule may be written.
+/// Permits writing everything that has no rule.
 inline const std::string writable = "<write-default>permit</write-default>";
 
-/// Why no other local users can be played here; empty when they can.
+/// Why the test cannot connect as other local users; empty when it can.
 std::string users_obstacle();
 
-/// A file with the rules.
+/// A temporary file with access rules.
 class RulesFile {
 public:
     explicit RulesFile(const std::string &content) : path_(directory_.add("rules.xml", content)) {}
@@ -37,15 +37,15 @@ private:
     std::string path_;
 };
 
-/// Local users that every machine has, in the groups that the server is told.
+/// Local users that every machine has, and their groups, which are given to the server.
 inline const std::string reader = "nobody", readers = "nogroup";
 inline const std::string writer = "daemon", writers = "daemon";
 inline const std::string stranger = "bin";
-/// The options that name these groups.
+/// The server's options that name these groups.
 std::vector<std::string> group_options();
 
-/// A server that holds these rules, with a reader, a writer and root, whom the rules bind too. Skips its tests
-/// where these users cannot be played, or fails them where a laboratory is required.
+/// A server with these rules, for a reader, a writer and root, to whom the rules apply as well. Where a test
+/// cannot connect as these users, its tests are skipped, or fail if laboratories are required.
 class WithRules {
 protected:
     explicit WithRules(const std::string &content) : rules_(nacm(content)) {}
@@ -54,7 +54,7 @@ protected:
 
 class NetconfRules : private WithRules, public NetconfTest {
 protected:
-    /// `content` of the <nacm>; without, the server is given no file.
+    /// `content`: of the <nacm>; if empty, the server gets no rules file.
     explicit NetconfRules(const std::string &content = "");
     void SetUp() override;
 

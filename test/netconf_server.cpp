@@ -78,7 +78,7 @@ size_t NetconfServer::descriptors() const {
 }
 
 const ly_ctx *NetconfTest::modules() {
-    static const Context loaded = openconfig_modules(); // for all tests of the process
+    static const Context loaded = openconfig_modules(); // shared by all tests of the process
     return loaded.get();
 }
 

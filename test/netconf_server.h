@@ -1,4 +1,4 @@
-// A NETCONF server, and what its tests say to it.
+// A NETCONF server, and the messages that its tests send.
 #pragma once
 
 #include <filesystem>
@@ -16,46 +16,46 @@
 
 namespace yfw::test {
 
-/// Bytes that a server takes more with AddressSanitizer: what it has freed and keeps, and what it puts around
-/// each piece of memory.
+/// How many more bytes a server takes with AddressSanitizer, which keeps freed memory for a while and puts red
+/// zones around each allocation.
 #ifdef YFW_SANITIZED
 constexpr size_t kept_by_sanitizer = 256u << 20;
 #else
 constexpr size_t kept_by_sanitizer = 0;
 #endif
 
-/// A device that is not the test's own, as --device takes it.
+/// A device that exists outside the test, as given to --device.
 struct LiveDevice {
     std::string name;
 };
 
-/// Where a server runs: in the test's own process, which takes no time to start, or as the program, where the
-/// test is about the process: its end, its memory, its output.
+/// Where a server runs: in the test's process, which starts at once, or as the program, for tests about the
+/// process: its end, its memory, its output.
 enum class Runs { here, as_program };
 
-/// A server with a directory, a device and a state of its own. The device is a copy of the recorded r1 unless
-/// another directory is given. Every local user can reach the socket.
+/// A server with its own device and state, in a temporary directory. The device is a copy of the recorded r1
+/// unless another directory is given. Every local user can reach the socket.
 class NetconfServer {
 public:
-    /// `options`: of `yfw serve`, each followed by its value.
+    /// `options`: those of `yfw serve`, each followed by its value.
     explicit NetconfServer(std::vector<std::string> options = {}, Runs runs = Runs::here,
                            const std::filesystem::path &device = YFW_EXAMPLES_DIR "/r1");
-    /// Serves a live device; where its state is kept is as the environment says.
+    /// Serves a live device; the environment says where its state is kept.
     explicit NetconfServer(const LiveDevice &device);
 
-    /// Starts it and waits until it takes connections. Throws std::runtime_error with what it said when it ends
-    /// instead.
+    /// Starts the server and waits until it accepts connections. If it exits instead, throws std::runtime_error
+    /// with its output.
     void start();
-    /// Ends one that runs here.
+    /// Ends a server that runs in the test's process.
     void stop() { served_here_.reset(); }
-    /// Of a server that runs as the program, here and below.
+    /// This and the following members are for a server that runs as the program.
     RunningYfw &process() { return process_.value(); }
-    /// SIGKILL, and start() again.
+    /// Kills it with SIGKILL and starts it again.
     void kill_and_restart();
 
-    /// Bytes, the most that it ever had.
+    /// The largest resident size so far, in bytes.
     size_t peak_memory() const;
-    /// How many descriptors the process with the server has open.
+    /// The number of open descriptors of the process that the server runs in.
     size_t descriptors() const;
 
     std::filesystem::path socket() const { return directory_.path() / "netconf.sock"; }
@@ -68,7 +68,7 @@ private:
     std::string process_file(const std::string &name) const;
 
     TemporaryDirectory directory_;
-    std::string served_; // what --device takes
+    std::string served_; // the value of --device
     std::vector<std::string> options_;
     Runs runs_;
     pid_t number_ = -1; // of the process
@@ -76,7 +76,7 @@ private:
     std::optional<RunningYfw> process_;
 };
 
-/// Tests with a server of their own.
+/// Each test has its own server.
 class NetconfTest : public testing::Test {
 protected:
     explicit NetconfTest(std::vector<std::string> options = {}, Runs runs = Runs::here)
@@ -85,14 +85,14 @@ protected:
     /// The OpenConfig modules of the repository.
     static const ly_ctx *modules();
 
-    /// What a reply holds, strictly parsed with the OpenConfig modules, as text.
+    /// The data of a reply, strictly parsed with the OpenConfig modules, as text.
     std::string openconfig_of(const Xml &reply) const;
-    /// The same of a document's text.
+    /// The same for a document.
     std::string openconfig(const std::string &document) const;
-    /// The values in a datastore that an XPath expression selects.
+    /// The values that an XPath expression selects in a datastore.
     std::vector<std::string> values(NetconfClient &client, const std::string &datastore,
                                     const std::string &xpath) const;
-    /// The system's name in a datastore, which the tests edit.
+    /// The system name in a datastore, which many tests edit.
     std::string name(NetconfClient &client, const std::string &datastore = "running") const;
     /// All of a datastore as text.
     std::string everything(NetconfClient &client, const std::string &datastore = "running") const;
@@ -101,37 +101,37 @@ private:
     NetconfServer server_;
 };
 
-/// The same, of a process of the program.
+/// The same, with the server as a process of its own.
 class NetconfProcessTest : public NetconfTest {
 protected:
     explicit NetconfProcessTest(std::vector<std::string> options = {})
         : NetconfTest(std::move(options), Runs::as_program) {}
 };
 
-/// Fails when the reply is not <ok/>.
+/// Fails unless the reply is <ok/>.
 void expect_ok(const Xml &reply);
-/// The tag of the only <rpc-error> of the reply; empty when there is none.
+/// The tag of the reply's only <rpc-error>; empty when there is none.
 std::string error_tag(const Xml &reply);
-/// Fails when the reply is not one error with this type and tag; gives the error.
+/// Fails unless the reply is a single error with this type and tag; returns the error.
 Xml expect_error(const Xml &reply, const std::string &type, const std::string &tag);
 /// A child of <error-info>; empty when there is none.
 std::string error_info(const Xml &error, const std::string &name);
 
 // --- operations ---
 
-/// OpenConfig LLDP with this content; the prefix "nc" is NETCONF's and "types" that of LLDP's types.
+/// OpenConfig LLDP with this content; the prefix "nc" is NETCONF's, "types" that of openconfig-lldp-types.
 std::string lldp(const std::string &content);
-/// The device's name as an edit.
+/// An edit that sets the system name.
 std::string name_edit(const std::string &name);
-/// A leaf of an edit; `operation` as of RFC 6241 section 7.2, here and below.
+/// A leaf of an edit; `operation`, here and below, is that of RFC 6241 section 7.2.
 std::string leaf_edit(const std::string &name, const std::string &value, const std::string &operation = "");
-/// The device's configuration with these leaves, as an edit.
+/// An edit of the device's configuration with these leaves.
 std::string config_edit(const std::string &leaves, const std::string &operation = "");
-/// An interface as an edit; without `enabled` its key alone.
+/// An edit of an interface; if `enabled` is empty, only its key.
 std::string interface_edit(const std::string &name, const std::string &enabled,
                            const std::string &operation = "");
 std::string get_config(const std::string &datastore, const std::string &filter = "");
-/// `options`: what stands between the target and the configuration.
+/// `options`: the elements between the target and the configuration.
 std::string edit_config(const std::string &datastore, const std::string &config,
                         const std::string &options = "");
 std::string lock(const std::string &datastore);
@@ -141,7 +141,7 @@ std::string subtree(const std::string &content);
 inline const std::string nmda_namespace = "urn:ietf:params:xml:ns:yang:ietf-netconf-nmda";
 inline const std::string datastores_namespace = "urn:ietf:params:xml:ns:yang:ietf-datastores";
 
-/// An operation of RFC 8526; the prefix "ds" is that of the datastores' names, "oc" that of OpenConfig LLDP.
+/// An operation of RFC 8526; the prefix "ds" is that of ietf-datastores, "oc" that of OpenConfig LLDP.
 std::string nmda_operation(const std::string &operation, const std::string &content);
 std::string get_data(const std::string &datastore, const std::string &more = "");
 std::string edit_data(const std::string &datastore, const std::string &config, const std::string &options = "");

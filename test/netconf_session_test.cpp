@@ -1,4 +1,4 @@
-// Sessions: greeting, messages in order, and their ends.
+// Sessions: hello, messages in order, end.
 #include <algorithm>
 #include <set>
 #include <string>
@@ -146,7 +146,7 @@ TEST_F(AnImpatientServer, ClosesWhoDoesNotSayHelloInTimeAndNobodyElse) {
     EXPECT_EQ(name(next), "r1.example.net");
 }
 
-// Each byte of a slow hello is no new beginning.
+// A byte of a slow hello does not restart the timeout.
 TEST_F(AnImpatientServer, DoesNotWaitLongerForAHelloThatComesByteByByte) {
     Connection slow(server().socket());
     const std::string hello = hello_message({base_1_0}, std::string(1000, ' '));
@@ -322,7 +322,7 @@ TEST_F(NetconfEnd, OfAClientThatVanishesBeforeItsRepliesIsNoticedByNobody) {
     EXPECT_EQ(name(next), "r1.example.net");
 }
 
-// The replies to what came before the end of the stream are still sent.
+// Requests from before the end of the stream are still answered.
 TEST_F(NetconfEnd, ComesAfterTheLastReplyWhenTheClientSendsNoMore) {
     NetconfClient client(server().socket());
     client.send(rpc_message("<get/>", "1"));
@@ -331,9 +331,9 @@ TEST_F(NetconfEnd, ComesAfterTheLastReplyWhenTheClientSendsNoMore) {
     EXPECT_TRUE(client.connection().until_closed().has_value());
 }
 
-// Also those that wait until the client reads.
+// Including replies that wait for the client to read.
 TEST_F(NetconfEnd, ComesAfterAllRepliesThatAreReadLate) {
-    constexpr int count = 30; // more than the socket takes
+    constexpr int count = 30; // more than fits into the socket's buffer
     NetconfClient client(server().socket()), witness(server().socket());
     for (int i = 0; i < count; i++)
         client.send(rpc_message("<get/>", std::to_string(i)));

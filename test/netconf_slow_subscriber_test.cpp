@@ -1,4 +1,4 @@
-// A subscriber that reads nothing, while much happens.
+// A subscriber that reads nothing while many events happen.
 #include <chrono>
 #include <string>
 #include <vector>
@@ -14,7 +14,7 @@ namespace {
 
 using std::chrono::seconds;
 
-// An edit of many leaves, so that what is told of it is long.
+// An edit of many leaves, so that its event is long.
 std::string long_edit(int number) {
     std::string interfaces;
     for (int i = 0; i < 200; i++) {
@@ -37,7 +37,7 @@ protected:
     NetconfClient client{server().socket()}, greedy{server().socket()}, reader{server().socket()};
 };
 
-// What waits is bounded: at the latest when a hundred megabytes would wait the session is closed.
+// The queue is bounded: the session must be closed before a hundred megabytes are queued.
 TEST_F(ASubscriberThatReadsNothing, IsClosedAndNobodyElseNotices) {
     constexpr size_t enough = 100u << 20;
     const std::string filter = subtree("<netconf-config-change xmlns=\"" + event_namespace + "\"/>");
@@ -56,7 +56,7 @@ TEST_F(ASubscriberThatReadsNothing, IsClosedAndNobodyElseNotices) {
         EXPECT_GE(targets_of(change).size(), 200u);
         told += change.printed.size();
     }
-    EXPECT_FALSE(is_there(greedy)) << told << " bytes were told";
+    EXPECT_FALSE(is_there(greedy)) << told << " bytes of events";
     EXPECT_TRUE(greedy.connection().until_closed().has_value());
     EXPECT_LT(server().peak_memory() - before, enough + kept_by_sanitizer);
     EXPECT_EQ(name(reader), "r1.example.net");

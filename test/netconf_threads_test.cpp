@@ -1,5 +1,5 @@
-// Many clients at once. What it is about is seen by ThreadSanitizer; without it, that every request is
-// answered.
+// Many clients at once. ThreadSanitizer finds data races; without it, the tests only check that every request
+// is answered.
 #include <exception>
 #include <functional>
 #include <set>
@@ -17,12 +17,12 @@ namespace {
 
 constexpr int rounds = 12;
 
-// What one client does while the others do something else.
+// What one client does while the others do other things.
 using Work = std::function<void(NetconfClient &client, int round)>;
 
 class ManyClients : public NetconfTest {
 protected:
-    // Runs all work at once, each with a session of its own, for `rounds` rounds.
+    // Runs all work concurrently, each in its own session, for `rounds` rounds.
     void at_once(const std::vector<Work> &all) {
         std::vector<std::thread> threads;
         for (const Work &work : all)
@@ -51,7 +51,7 @@ protected:
         };
     }
 
-    // Subscribes, and goes without a word.
+    // Subscribes, and disconnects without closing the session.
     Work subscribes() {
         return [this](NetconfClient &, int) {
             NetconfClient subscriber(server().socket());
@@ -61,7 +61,7 @@ protected:
     }
 };
 
-// Others may hold a lock, edit the candidate, or wait for their commit to be confirmed.
+// Other sessions may hold a lock, have edited the candidate, or have an unconfirmed commit.
 void expect_ok_or_in_use(const Xml &reply) {
     static const std::set<std::string> taken{"", "lock-denied", "in-use", "operation-failed", "invalid-value"};
     EXPECT_TRUE(taken.contains(error_tag(reply))) << reply.printed;

@@ -1,4 +1,4 @@
-// Default values in answers: left out, shown or marked as the client wants them (RFC 6243).
+// Default values in answers: left out, shown or tagged, as the client asks (RFC 6243).
 #include <string>
 #include <vector>
 
@@ -21,7 +21,7 @@ std::string with_defaults(const std::string &mode) {
                         : "<with-defaults xmlns=\"" + defaults_namespace + "\">" + mode + "</with-defaults>";
 }
 
-// The modules with a default for the timer, which the device does not configure.
+// The modules with a default for the timer, which is not configured on the device.
 class ModulesWithATimer {
 protected:
     ModulesWithATimer() {
@@ -31,7 +31,7 @@ protected:
         const std::string type = "leaf hello-timer {\n      type uint64;\n";
         const size_t at = text.find(type);
         if (at == std::string::npos)
-            throw std::runtime_error("the timer of " + lldp + " has another form");
+            throw std::runtime_error("the timer of " + lldp + " is not written as expected");
         changed_modules_.add(lldp, text.insert(at + type.size(), "      default \"30\";\n"));
     }
     TemporaryDirectory changed_modules_;

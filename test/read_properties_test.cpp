@@ -1,4 +1,4 @@
-// What holds for every read of a device: asking for a part gives that part of the whole.
+// A property of every read of a device: asking for a part gives that part of the whole.
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -15,7 +15,7 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-// Whether the children of a list entry or container are more than what names the entry.
+// Whether a list entry or container has children other than keys.
 bool holds_data(const lyd_node *node) {
     for (const lyd_node *child = lyd_child(node); child != nullptr; child = child->next)
         if (!lysc_is_key(child->schema))
@@ -28,8 +28,8 @@ bool is_of(const lysc_node *schema, const std::string &content) {
     return content.empty() || (content == "--config") == configuration;
 }
 
-// Removes everything below a node but what is at or below the schema node and of the content asked for.
-// Says whether the node itself is to stay.
+// Removes everything below the node except what is at or below the schema node and of the requested content.
+// Returns whether the node itself is to be kept.
 bool restrict_to(lyd_node *node, const lysc_node *wanted, const std::string &content, bool within) {
     within = within || node->schema == wanted;
     if ((node->schema->nodetype & LYD_NODE_INNER) == 0)
@@ -58,7 +58,7 @@ std::vector<const lysc_node *> all_nodes(const ly_ctx *modules) {
     return nodes;
 }
 
-// Names of the answer's own module go without their prefix.
+// Removes the prefix of the answer's module from all names.
 std::string without_prefixes(std::string path) {
     const std::string prefix = "openconfig-lldp:";
     for (std::size_t at = path.find(prefix); at != std::string::npos; at = path.find(prefix, at))
@@ -66,7 +66,7 @@ std::string without_prefixes(std::string path) {
     return path;
 }
 
-// Expressions over a tree want the module's name on the first node only.
+// libyang's expressions need the module's name on the first node only.
 std::string prefixed(const std::string &path) {
     return "/openconfig-lldp:" + path.substr(1);
 }
@@ -97,7 +97,7 @@ protected:
         return parse_answer(modules_.get(), Format::json, outcome.status == 0 ? outcome.output : "{}");
     }
 
-    // Every entry of the lists of that name, as paths with all their keys.
+    // All entries of the lists with that name, as paths with all their keys.
     Strings entries(const lyd_node *tree, const std::string &list) const {
         Strings paths;
         for (const lyd_node *node : yang::nodes_at(tree, "//openconfig-lldp:" + list))

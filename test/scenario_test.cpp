@@ -1,4 +1,4 @@
-// Runs every folder of scenarios/ as a read or an edit of the program. README.md says what a folder holds.
+// Runs every folder of scenarios/ as a read or an edit. README.md describes the files of a folder.
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Where a warning's own words end and those of the YANG library begin.
+// After this, a warning continues with libyang's message.
 constexpr std::string_view end_of_warning = " is left out";
 
 std::vector<std::string> scenario_names() {
@@ -61,7 +61,7 @@ protected:
         return run_yfw(invocation);
     }
 
-    // The edit with further words before or after its command, on the device as the folder has it.
+    // Runs the edit on the folder's device, with further arguments before or after its command.
     Outcome run_edit(const std::vector<std::string> &before, const std::vector<std::string> &after = {}) const {
         const TemporaryDirectory directory;
         std::vector<std::string> arguments = request();
@@ -71,7 +71,7 @@ protected:
         return run_yfw({.arguments = std::move(arguments), .working_directory = folder_});
     }
 
-    // With YFW_UPDATE_EXPECTED=1 the folder is given what came out, for a person to review.
+    // With YFW_UPDATE_EXPECTED=1, writes the actual output to the folder instead, for review.
     void expect_or_update(const std::string &file, const std::string &actual) const {
         const char *update = std::getenv("YFW_UPDATE_EXPECTED");
         if (update != nullptr && std::string(update) == "1")
@@ -138,7 +138,7 @@ TEST_P(AScenario, IsAnsweredAsExpected) {
         expect_failure(json);
         return;
     }
-    ASSERT_TRUE(has("expected.json") || has("expected.xml")) << "the folder says nothing of the answer";
+    ASSERT_TRUE(has("expected.json") || has("expected.xml")) << "the folder has no expected answer";
     const Outcome xml = run(Format::xml);
     expect_answer(Format::json, json);
     expect_answer(Format::xml, xml);

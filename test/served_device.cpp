@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using Options = std::map<std::string, std::string>;
 
-// What is read from a directory of OpenConfig modules. Tests share it: nothing changes it.
+// Immutable, so tests share what was loaded from a directory of OpenConfig modules.
 struct Models {
     explicit Models(const fs::path &directory)
         : mapping(host::read_mapping(YFW_PLUGIN_LIBRARY)), schemas(YFW_MODELS_DIR, directory, mapping.modules),
@@ -35,7 +35,7 @@ struct Models {
     netconf::ProtocolModules protocol;
 };
 
-// One set is kept, the repository's; another one is the test's own and is gone when the test is.
+// Only the repository's modules are cached; other modules are loaded for one test and freed after it.
 std::shared_ptr<const Models> models_of(const Options &options) {
     const auto other = options.find("--models");
     if (other != options.end())
@@ -59,7 +59,7 @@ netconf::ServerOptions server_options(const fs::path &socket, const Options &opt
         else if (name == "--max-message")
             result.limits.message = std::stoull(value);
         else if (name != "--nacm" && name != "--models")
-            throw std::runtime_error("a served device has no option " + name);
+            throw std::runtime_error("a served device does not support the option " + name);
     }
     return result;
 }
@@ -110,7 +110,7 @@ struct ServedDevice::Parts {
 };
 
 ServedDevice::ServedDevice(const fs::path &device, const fs::path &socket, const Options &options) {
-    std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
+    std::signal(SIGPIPE, SIG_IGN); // a vanished client shows as a write error instead
     parts_ = std::make_unique<Parts>(device, socket, options);
 }
 

@@ -1,4 +1,4 @@
-// A device served over NETCONF by the test's own process, put together as the program does it.
+// A device served over NETCONF in the test's process, assembled as in the program.
 #pragma once
 
 #include <filesystem>
@@ -8,14 +8,14 @@
 
 namespace yfw::test {
 
-/// Serves a recorded device on a Unix socket, in a thread of its own, while it lives. One at a time: the
-/// plug-in keeps state between its callbacks. The program that has one exports the operations that the plug-in
-/// calls.
+/// Serves a recorded device on a Unix socket, in its own thread, as long as the object exists. Only one may
+/// exist at a time: the plug-in keeps state between its callbacks. The test program must export the operations
+/// that the plug-in calls.
 class ServedDevice {
 public:
-    /// `options`: of `yfw serve`, each with its value, such as {"--nacm", FILE}. The commits are where the
-    /// program keeps them. Throws yfw::Error as the program does, std::runtime_error for an option that is not
-    /// known here.
+    /// `options`: those of `yfw serve`, each with its value, such as {"--nacm", FILE}. The commits are stored
+    /// where the program stores them. Throws yfw::Error as the program does, and std::runtime_error for an
+    /// option that is not supported here.
     ServedDevice(const std::filesystem::path &device, const std::filesystem::path &socket,
                  const std::map<std::string, std::string> &options);
     /// Ends the server as SIGTERM does.

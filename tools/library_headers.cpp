@@ -1,1 +1,1 @@
-// The code that library_headers.h is precompiled for.
+// Exists so that library_headers.h is precompiled.

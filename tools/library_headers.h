@@ -1,4 +1,4 @@
-// Precompiled for the libraries, see library-headers.cmake. A file includes what it uses all the same.
+// Precompiled for the libraries, see library-headers.cmake. Every file still includes what it uses.
 #include <algorithm>
 #include <array>
 #include <chrono>

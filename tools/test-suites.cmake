@@ -1,11 +1,11 @@
-# Run by ctest: adds the suites of one program as tests. yfw_add_tests sets program, executable, whole, cost and labels.
+# Run by ctest: adds the suites of a test program as tests. yfw_add_tests sets program, executable, whole, cost, labels.
 if(NOT EXISTS "${executable}")
   add_test(${program}_NOT_BUILT ${program}_NOT_BUILT)
   return()
 endif()
 
-# Skipped is what names a skipped test in its last line. After a failure, a crash or a leak that line is another; for
-# ctest, a test that is skipped has not failed, whatever its exit status.
+# Skipped means that the last line of the output names a skipped test. After a failure, a crash or a leak the output
+# ends differently; this matters because ctest counts a skipped test as passed whatever its exit status.
 macro(yfw_add_suite name)
   add_test(${name} ${executable} ${ARGN})
   set_tests_properties(${name} PROPERTIES TIMEOUT 900 COST ${cost} LABELS "${labels}"

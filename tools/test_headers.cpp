@@ -1,1 +1,1 @@
-// The code that test_headers.h is precompiled for.
+// Exists so that test_headers.h is precompiled.

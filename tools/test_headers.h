@@ -1,4 +1,4 @@
-// Precompiled for the tests, see tests.cmake. A file includes what it uses all the same.
+// Precompiled for the tests, see tests.cmake. Every file still includes what it uses.
 #include <algorithm>
 #include <array>
 #include <chrono>

@@ -1,24 +1,24 @@
-# What nearly every test includes, parsed once for all of them (YFW_TESTS has found GoogleTest by then).
+# Precompiles the headers that nearly every test includes. The caller has found GoogleTest.
 add_library(test_headers OBJECT ${CMAKE_SOURCE_DIR}/tools/test_headers.cpp)
 target_link_libraries(test_headers PRIVATE GTest::gmock)
 target_precompile_headers(test_headers PRIVATE ${CMAKE_SOURCE_DIR}/tools/test_headers.h)
 
-# How tests' own code is compiled: quickly rather than well. Matchers take long to optimise, the more so with
-# sanitizers, and gain nothing by it. Of UndefinedBehaviorSanitizer's checks those stay out that stand at every access
-# to a member and double the time of compiling; AddressSanitizer sees most of what they would see. What is tested keeps
-# the flags of the build. All of it is -fPIC, as precompiled headers are of one kind of code.
+# Test code is compiled for a short compile time. Matchers take long to optimise, especially with sanitizers, for no
+# benefit. UndefinedBehaviorSanitizer's checks at every member access double the compile time; AddressSanitizer finds
+# most of the same errors. The code under test keeps the flags of the build. -fPIC throughout, since code that uses a
+# precompiled header must have the header's flags.
 function(yfw_test_flags target)
   target_compile_options(${target} PRIVATE -O0 -g1 -fPIC)
   if(YFW_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=vptr,null,alignment,object-size)
   endif()
-  # So that ccache can keep what includes the precompiled headers.
+  # Lets ccache cache the files that include the precompiled headers.
   target_compile_options(${target} PRIVATE
     "$<$<AND:$<BOOL:${YFW_CCACHE}>,$<CXX_COMPILER_ID:Clang>>:SHELL:-Xclang -fno-pch-timestamp>")
 endfunction()
 yfw_test_flags(test_headers)
 
-# yfw_test_code(TARGET ...): these are code of tests.
+# yfw_test_code(TARGET ...): compiles these targets as test code.
 function(yfw_test_code)
   foreach(target IN LISTS ARGN)
     yfw_test_flags(${target})
@@ -26,10 +26,10 @@ function(yfw_test_code)
   endforeach()
 endfunction()
 
-# yfw_add_tests(PROGRAM [WHOLE] [COST seconds] [LABELS label ...]): the tests of a GoogleTest program, one test of ctest for each suite.
-# One for each of the thousands of tests would start a process for each, which takes longer than most of them. Suites
-# are listed when ctest runs, so a new scenario needs no new build. WHOLE: the program is one test. COST: about how long
-# the longest of them takes; where that is told, they are started first. LABELS: ctest's.
+# yfw_add_tests(PROGRAM [WHOLE] [COST SECONDS] [LABELS LABEL ...]): adds a GoogleTest program to ctest, one ctest test
+# per suite: starting a process for each of the thousands of tests would take longer than most tests. Suites are listed
+# when ctest runs, so a new scenario needs no build. WHOLE: the program is one test. COST: roughly how long its longest
+# suite takes; tests with a high cost are started first. LABELS: for ctest.
 function(yfw_add_tests program)
   cmake_parse_arguments(PARSE_ARGV 1 arg "WHOLE" "COST" "LABELS")
   yfw_test_code(${program})

@@ -1,4 +1,4 @@
-"""Tests of from-lldpcli.py on files, with the arguments that its users give it."""
+"""Tests of from-lldpcli.py on files, run as a user does."""
 
 import contextlib
 import importlib.util
@@ -26,7 +26,7 @@ source.loader.exec_module(converter)
 
 
 def run(*arguments):
-    """Runs the program's main on arguments, with what it printed and its exit status."""
+    """Runs the program's main and returns what it printed and its exit status."""
     stdout, stderr = io.StringIO(), io.StringIO()
     with contextlib.redirect_stdout(stdout), contextlib.redirect_stderr(stderr):
         status = converter.main([str(argument) for argument in arguments])
@@ -34,7 +34,7 @@ def run(*arguments):
 
 
 class Lab:
-    """A copy of r1's recordings that a test changes, and the device that comes out of it."""
+    """A copy of r1's recordings for a test to change, and the device generated from it."""
 
     def __init__(self, directory):
         self.recordings = pathlib.Path(directory) / "recordings"
@@ -74,7 +74,7 @@ class FromLldpcli(unittest.TestCase):
         self.lab = Lab(directory.name)
 
     def changed_device(self, what, edit, name):
-        """The text of one file of the device that a changed recording gives."""
+        """The text of one file of the device generated from a changed recording."""
         self.lab.change(what, edit)
         done = self.lab.convert()
         self.assertEqual((done.returncode, done.stdout), (0, ""), done.stderr)
@@ -170,7 +170,7 @@ class FromLldpcli(unittest.TestCase):
                 self.assertEqual(values(config, "timer"), timers)
 
     def test_an_interval_that_is_left_out_is_told(self):
-        self.assertRegex(self.lab.convert().stderr, "r1-configuration.json#.*/tx-delay: 2 s is no native timer")
+        self.assertRegex(self.lab.convert().stderr, "r1-configuration.json#.*/tx-delay: 2 s is not a valid native timer")
 
     def test_a_name_that_was_not_set_is_not_configured(self):
         def edit(parsed):
@@ -199,7 +199,7 @@ class FromLldpcli(unittest.TestCase):
     def test_a_neighbor_heard_through_another_protocol_is_left_out_and_told(self):
         self.lab.change("neighbors", lambda p: neighbor()(p).update(via="CDPv2"))
         done = self.lab.convert()
-        self.assertIn("r1-neighbors.json#/lldp[0]/interface[0]: heard through CDPv2, left out", done.stderr)
+        self.assertIn("r1-neighbors.json#/lldp[0]/interface[0]: heard by CDPv2, left out", done.stderr)
         heard_on = values(self.lab.read("oper.xml"), "receiving-interface-name")
         self.assertEqual(heard_on, ["eth2", "eth3", "eth3"])
 

@@ -41,7 +41,7 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     CLI::App *get = app.add_subcommand("get", "Read OpenConfig data from a device");
     get->footer(get_examples);
     get->add_option("PATH", options.paths,
-                    "What to read, with keys where wanted: /lldp/interfaces/interface[name='eth1']")
+                    "What to read, with optional list keys: /lldp/interfaces/interface[name='eth1']")
         ->required()
         ->option_text("...");
     auto *config = get->add_flag_callback(
@@ -64,7 +64,7 @@ void add_get(CLI::App &app, cli::DeviceOptions &device, cli::GetOptions &options
     get->callback([&] { cli::run_get(device, options); });
 }
 
-// Control characters in given names and files must break neither the line nor the terminal.
+// Control characters in a user's names and files must not break the line or the terminal.
 std::string one_line(std::string text) {
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');

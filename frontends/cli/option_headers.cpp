@@ -1,1 +1,1 @@
-// The code that the header of the options is precompiled for.
+// Exists so that the header of CLI11 is precompiled.

@@ -24,12 +24,12 @@ Finished run_on(const std::string &graph, const Graphviz &graphviz) {
     try {
         return run(Program{.arguments = {graphviz.program, "-Tsvg"}}, graph, graphviz.limit);
     } catch (const TookTooLong &) {
-        throw std::runtime_error(fmt::format("'{}' was ended after {} ms without a picture", graphviz.program,
+        throw std::runtime_error(fmt::format("'{}' was killed after {} ms without a picture", graphviz.program,
                                              graphviz.limit.count()));
     } catch (const NotStarted &error) {
         if (error.reason() == ENOENT)
-            throw std::runtime_error("SVG is drawn by Graphviz, whose program '" + graphviz.program +
-                                     "' is not there: install graphviz, or take --dot");
+            throw std::runtime_error("SVG needs Graphviz, whose program '" + graphviz.program +
+                                     "' is missing: install graphviz, or use --dot");
         fail("Graphviz's program '" + graphviz.program + "' cannot be started", error.reason());
     }
 }
@@ -71,7 +71,7 @@ std::string make_svg(const std::string &graph, const Graphviz &graphviz) {
     if (finished.status != 0)
         throw std::runtime_error("'" + graphviz.program + "' failed: " + finished.reason());
     if (finished.output.empty())
-        throw std::runtime_error("'" + graphviz.program + "' gave no picture");
+        throw std::runtime_error("'" + graphviz.program + "' produced no picture");
     return std::move(finished.output);
 }
 

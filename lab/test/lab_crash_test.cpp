@@ -1,4 +1,4 @@
-// What is left of a laboratory when its creation, or its daemons, end at any moment.
+// What is left of a laboratory when its creation is killed or fails, or its daemons die, at any moment.
 #include <csignal>
 
 #include <gmock/gmock.h>
@@ -18,10 +18,10 @@ constexpr const char *with_a_segment = R"({
   "links": [["a:eth1", "b:eth1"]],
   "segments": [{"name": "lan", "ports": ["a:eth2", "b:eth2"]}]})";
 
-// `up` announces each step: three namespaces, a link, a segment, two daemons, two waits, the ports.
+// The steps that `up` announces: three namespaces, a link, a segment, two daemons, two waits, the ports.
 constexpr size_t steps = 10;
 
-// Killed at the beginning of a step, or right at the start.
+// Killed at the beginning of a step, or right after its start.
 class AnUpThatIsKilled : public LabTest, public testing::WithParamInterface<size_t> {
 protected:
     void kill_up() {
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(by, AnUpThatIsInterrupted,
 class AFailingUp : public LabTest {};
 
 TEST_F(AFailingUp, removes_what_it_made_and_says_why) {
-    // The same address in two spellings: the second cannot be added.
+    // Two spellings of the same address: adding the second fails.
     const auto outcome = lab("up", {"--topology", topology_file(R"({
         "routers": [{"name": "a", "addresses": {"eth1": ["2001:db8::1/64", "2001:DB8::1/64"]}}, {"name": "b"}],
         "links": [["a:eth1", "b:eth1"]]})")});

@@ -21,7 +21,7 @@
 
 namespace yfw::lab::test {
 
-// Polls until the condition is true or the time is up; returns false in the latter case.
+// Polls until the condition is true; returns false when the time is up.
 inline bool eventually(const std::function<bool()> &condition,
                        std::chrono::milliseconds limit = std::chrono::seconds(30)) {
     return yfw::test::eventually(condition, limit);
@@ -32,8 +32,8 @@ class RunningProgram {
 public:
     explicit RunningProgram(const std::vector<std::string> &arguments);
 
-    // Waits for this many lines on standard error; returns false if the program ends, or half a minute passes,
-    // first.
+    // Waits for this many lines on standard error; returns false if the program ends or half a minute passes
+    // before that.
     bool says_lines(size_t count);
     void signal(int number) const { process_.signal(number); }
     // The exit status, or 128 + the signal that ended it. Kills the program after half a minute.
@@ -65,7 +65,7 @@ protected:
     std::vector<nlohmann::json> neighbors(const std::string &router, const std::string &interface) const;
     std::vector<std::string> names_heard(const std::string &router, const std::string &interface) const;
 
-    // The laboratory's namespaces, processes, mounts and files that exist now.
+    // The laboratory's namespaces, processes, mounts and files that still exist.
     std::vector<std::string> left_over() const;
     // Processes that have a file of the laboratory open.
     std::vector<pid_t> processes() const;

@@ -58,7 +58,7 @@ TEST_F(ALaboratory, leaves_nothing_when_it_is_down) {
 TEST_F(ALaboratory, that_is_down_may_be_ended_again) {
     const auto outcome = lab("down");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.output, "no laboratory " + place().name + " is up\n");
+    EXPECT_EQ(outcome.output, "laboratory " + place().name + " is not up\n");
 }
 
 TEST_F(ALaboratory, forwards_lldp_on_a_segment_to_all_of_it) {
@@ -122,7 +122,7 @@ TEST_F(ALaboratory, that_is_up_is_not_made_again) {
     const auto before = processes();
     const auto outcome = lab("up");
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.errors, HasSubstr("is up already"));
+    EXPECT_THAT(outcome.errors, HasSubstr("is already up"));
     EXPECT_EQ(processes(), before);
 }
 
@@ -131,7 +131,7 @@ TEST_F(ALaboratory, leaves_a_namespace_that_is_not_its_own) {
     ASSERT_EQ(ip_netns("add", foreign), "");
     const auto outcome = lab("up", {"--topology", topology_file(two_routers)});
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.errors, HasSubstr(foreign + ": a network namespace with this name is there"));
+    EXPECT_THAT(outcome.errors, HasSubstr(foreign + ": a network namespace with this name already exists"));
     EXPECT_THAT(left_over(), ElementsAre("namespace " + foreign, HasSubstr("mount ")));
     EXPECT_EQ(ip_netns("del", foreign), "");
     EXPECT_THAT(left_over(), IsEmpty());
@@ -145,7 +145,7 @@ TEST_F(ALaboratory, leaves_a_process_of_somebody_else_in_its_namespaces) {
         Program{.arguments = {ip_program(), "netns", "exec", place().name + "-a", "/bin/sleep", "600"}});
     EXPECT_TRUE(eventually([&] { return inside().find(std::to_string(guest.number())) != std::string::npos; }));
     EXPECT_EQ(lab("down").status, 0);
-    EXPECT_TRUE(guest.runs()) << "the guest was ended";
+    EXPECT_TRUE(guest.runs()) << "the guest was killed";
     EXPECT_THAT(left_over(), IsEmpty());
 }
 
@@ -210,9 +210,9 @@ TEST_F(ALaboratory, that_is_up_has_a_socket_for_each_router) {
 TEST_F(ALaboratory, that_is_not_up_has_no_sockets) {
     try {
         running_lab(place().name, place().base);
-        FAIL() << "was found";
+        FAIL() << "the laboratory was found";
     } catch (const Error &error) {
-        EXPECT_THAT(error.what(), HasSubstr("no laboratory " + place().name + " is up"));
+        EXPECT_THAT(error.what(), HasSubstr("laboratory " + place().name + " is not up"));
     }
 }
 
@@ -220,7 +220,7 @@ TEST_F(ALaboratory, needs_a_directory_that_the_daemons_can_enter) {
     fs::permissions(directory_of_files(), fs::perms(0700));
     const auto outcome = lab("up", {"--topology", topology_file(two_routers)});
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.errors, HasSubstr("everybody can enter"));
+    EXPECT_THAT(outcome.errors, HasSubstr("every user can enter"));
     EXPECT_THAT(left_over(), IsEmpty());
 }
 
@@ -229,7 +229,7 @@ TEST_F(ALaboratory, does_not_work_on_a_directory_that_others_can_write_to) {
     fs::permissions(place().directory(), fs::perms(0777));
     const auto outcome = lab("down");
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.errors, HasSubstr("nobody but root or you"));
+    EXPECT_THAT(outcome.errors, HasSubstr("only root or you"));
     fs::remove(place().directory());
 }
 

@@ -34,7 +34,7 @@ class ATopologyThatIsWrong : public testing::TestWithParam<Refused> {};
 TEST_P(ATopologyThatIsWrong, is_refused_with_its_place_and_what_was_expected) {
     try {
         read(GetParam().text);
-        FAIL() << "was accepted";
+        FAIL() << "the topology was accepted";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), GetParam().place);
         EXPECT_THAT(error.what(), HasSubstr(GetParam().expected));
@@ -58,12 +58,12 @@ std::string with_segments(const std::string &segments) {
 
 const Refused files[] = {
     {"no_json", "{", "net.json", "expected JSON"},
-    {"a_member_twice", R"({"routers": [{"name": "a", "name": "b"}]})", "net.json", "\"name\" is given twice"},
+    {"a_member_twice", R"({"routers": [{"name": "a", "name": "b"}]})", "net.json", "\"name\" is repeated"},
     {"too_deep", std::string(100, '['), "net.json", "levels"},
     {"no_object", "[]", "net.json", "expected an object with the members routers, links, segments"},
     {"an_unknown_member", R"({"routers": [{"name": "a"}], "wires": []})", "net.json", "\"wires\""},
     {"no_routers", "{}", "net.json", "\"routers\""},
-    {"no_router_in_the_list", R"({"routers": []})", "net.json: routers", "one router at least"},
+    {"no_router_in_the_list", R"({"routers": []})", "net.json: routers", "at least one router"},
     {"routers_that_are_no_list", R"({"routers": {}})", "net.json: routers", "expected an array"},
 };
 INSTANTIATE_TEST_SUITE_P(file, ATopologyThatIsWrong, testing::ValuesIn(files),
@@ -146,7 +146,7 @@ const Refused connections[] = {
     {"a_segment_named_like_a_router", with_segments(R"([{"name": "a", "ports": ["a:eth1", "b:eth1"]}])"),
      "net.json: segments[0] (a): name", "no router and no other segment"},
     {"a_segment_of_one_port", with_segments(R"([{"name": "lan", "ports": ["a:eth1"]}])"),
-     "net.json: segments[0] (lan): ports", "two ports at least"},
+     "net.json: segments[0] (lan): ports", "at least two ports"},
     {"a_segment_without_ports", with_segments(R"([{"name": "lan"}])"), "net.json: segments[0] (lan)",
      "\"ports\""},
     {"a_segment_with_a_port_twice", with_segments(R"([{"name": "lan", "ports": ["a:eth1", "a:eth1"]}])"),
@@ -195,7 +195,7 @@ TEST(ATopologyFile, that_is_not_there_is_named) {
     for (const std::string file : {"/nonexistent/net.json", "/"})
         try {
             read_topology_file(file);
-            FAIL() << file << " was read";
+            FAIL() << file << " was accepted";
         } catch (const Error &error) {
             EXPECT_EQ(error.path(), file);
         }
@@ -206,7 +206,7 @@ TEST(ATopologyFile, is_named_in_the_error_of_its_content) {
     const std::string file = directory.add("mine.json", R"({"routers": [{}]})");
     try {
         read_topology_file(file);
-        FAIL() << "was accepted";
+        FAIL() << "the topology was accepted";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), file + ": routers[0]");
     }

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""A session of ncclient: PORT USER KEY. Says what it read, one "name: value" a line."""
+"""A session of ncclient: PORT USER KEY. Prints what it read, one "name: value" per line."""
 import re
 import sys
 

@@ -1,4 +1,4 @@
-// A session of the npm package: PORT USER KEY. Says what it read, one "name: value" a line.
+// A session of the npm package: PORT USER KEY. Prints what it read, one "name: value" per line.
 'use strict';
 const fs = require('fs');
 const netconf = require(process.env.NETCONF_PACKAGE);

@@ -1,4 +1,4 @@
-// What a test wants to know about an answer: whether it is sound, and what it holds.
+// Checks whether an answer is valid, and reads what it contains.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace yfw::test {
 
 enum class Format { json, xml };
 
-/// The word that --format takes.
+/// The value of --format.
 const char *format_name(Format format);
 
 using Context = yang::YangContext;
@@ -29,14 +29,14 @@ std::vector<std::string> keys_unlike_their_twins(const lyd_node *tree);
 /// The values of the nodes that an XPath expression selects, in the order of the tree.
 std::vector<std::string> values_at(const lyd_node *tree, const std::string &xpath);
 
-/// The tree as text, in which two trees with the same data are the same.
+/// The tree as text; trees with the same data give the same text.
 std::string as_text(const lyd_node *tree);
 
-/// The same of the subtrees that an XPath expression selects.
+/// The same for the subtrees that an XPath expression selects.
 std::string as_text(const lyd_node *tree, const std::string &xpath);
 
-/// Replaces each date-and-time with milliseconds by "<timestamp +HH:MM>": when it was read is not the
-/// same twice, its form and its zone are.
+/// Replaces each date-and-time with milliseconds by "<timestamp +HH:MM>": the time differs from run to run, its
+/// form and its zone do not.
 std::string without_times(const std::string &text);
 
 } // namespace yfw::test

@@ -17,7 +17,7 @@ bool is_setting_of(const char *entry, const char *name) {
     return std::strncmp(entry, name, length) == 0 && entry[length] == '=';
 }
 
-// The test's own environment with the zone of the invocation and plain messages.
+// The test's environment, but with the invocation's time zone and untranslated messages.
 std::vector<std::string> environment(const Invocation &invocation) {
     std::vector<std::string> result{"TZ=" + invocation.timezone, "LC_ALL=C"};
     for (char **entry = environ; *entry != nullptr; ++entry)

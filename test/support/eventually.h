@@ -1,4 +1,4 @@
-// Waiting for what takes its time.
+// Waits for a condition.
 #pragma once
 
 #include <chrono>
@@ -6,7 +6,7 @@
 
 namespace yfw::test {
 
-/// Asks again and again until it is true or the time is up; then false.
+/// Polls the condition; returns true as soon as it holds, and false when the time is up.
 bool eventually(const std::function<bool()> &condition,
                 std::chrono::milliseconds limit = std::chrono::seconds(20));
 

@@ -36,7 +36,7 @@ std::vector<std::string> lines_of(const std::string &text) {
 TemporaryDirectory::TemporaryDirectory() {
     std::string pattern = (fs::temp_directory_path() / "yfw-test-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error(pattern + " cannot be made");
+        throw std::runtime_error(pattern + " cannot be created");
     path_ = pattern;
 }
 

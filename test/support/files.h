@@ -1,4 +1,4 @@
-// Small files of a test.
+// Small files for tests.
 #pragma once
 
 #include <filesystem>
@@ -7,16 +7,16 @@
 
 namespace yfw::test {
 
-/// The whole file. Throws std::runtime_error that names the file when it cannot be read.
+/// The file's content. Throws std::runtime_error naming the file when it cannot be read.
 std::string read_file(const std::filesystem::path &path);
 
-/// Creates or replaces the file. Throws std::runtime_error that names the file when it cannot be written.
+/// Creates or replaces the file. Throws std::runtime_error naming the file when it cannot be written.
 void write_file(const std::filesystem::path &path, const std::string &content);
 
-/// The lines of a text without their ends.
+/// The lines of a text, without line ends.
 std::vector<std::string> lines_of(const std::string &text);
 
-/// A directory that is removed with everything in it when the object dies.
+/// A directory that is removed with the object, and everything in it.
 class TemporaryDirectory {
 public:
     TemporaryDirectory();
@@ -26,7 +26,7 @@ public:
 
     const std::filesystem::path &path() const { return path_; }
 
-    /// Writes a file into the directory and gives its path.
+    /// Writes a file to the directory and returns its path.
     std::string add(const std::string &name, const std::string &content) const;
 
 private:

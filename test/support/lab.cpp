@@ -21,10 +21,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Of the names of these laboratories, before the number of the test's process.
+// The prefix of the test laboratories' names, followed by the number of the test's process.
 constexpr const char *own_prefix = "yl";
 
-// The program's path first.
+// Runs a program, given by its path, and returns its output. Throws std::runtime_error when it fails.
 std::string run_program(const std::string &program, const std::vector<std::string> &arguments) {
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -74,7 +74,7 @@ Laboratory::Laboratory(const std::string &topology)
 Laboratory::Laboratory(lab::Topology topology, const std::string &file)
     : topology_(std::move(topology)), place_{own_prefix + std::to_string(getpid()), files_.path()} {
     remove_laboratories_of_dead_tests(own_prefix);
-    fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user enters it
+    fs::permissions(files_.path(), fs::perms(0755)); // lldpd's user must be able to enter it
     setenv("XDG_STATE_HOME", (files_.path() / "state").c_str(), 1);
     std::vector<std::string> more{"--tx-interval", std::to_string(lab_interval)};
     if (!file.empty())
@@ -91,7 +91,7 @@ Laboratory::~Laboratory() {
         for (const auto &[router, daemon] : std::map(started_))
             kill_daemon(router);
         run("down");
-    } catch (const std::exception &) { // the next laboratory of the tests removes what is left
+    } catch (const std::exception &) { // the next test laboratory removes what is left
     }
 }
 
@@ -169,7 +169,7 @@ void Laboratory::kill_daemon(const std::string &router) {
 void Laboratory::start_daemon(const std::string &router) {
     const auto found = std::find_if(topology_.routers.begin(), topology_.routers.end(),
                                     [&](const lab::Router &each) { return each.name == router; });
-    // A daemon gives up when it finds the socket of the one before it still in use.
+    // A daemon gives up when its predecessor's socket is still in use.
     const auto start = [&] {
         lab::WaitingDaemon daemon(place_, *found, topology_.interfaces_of(router), lab_interval);
         started_[router] = daemon.process().number;

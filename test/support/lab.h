@@ -1,4 +1,4 @@
-// Laboratories of the tests: real daemons in network namespaces, made and removed by the program.
+// Laboratories for tests: real daemons in network namespaces, created and removed by the program.
 #pragma once
 
 #include <filesystem>
@@ -16,28 +16,28 @@
 
 namespace yfw::test {
 
-/// Why no laboratory can be made here (root, lldpd, iproute2); empty when one can.
+/// Why no laboratory can be created here (root, lldpd, iproute2); empty when one can.
 std::string lab_obstacle();
 
 /// Whether tests that need a laboratory fail rather than skip without one: in CI, or when YFW_REQUIRE_LAB is
 /// set.
 bool lab_is_required();
 
-/// Removes the laboratories of tests that were killed before they could: those whose name is `prefix` and the
-/// number of a process that is gone.
+/// Removes laboratories that killed tests left behind: those whose name is `prefix` followed by the number of a
+/// process that no longer exists.
 void remove_laboratories_of_dead_tests(const std::string &prefix);
 
-/// Seconds between a router's frames in the laboratories of the tests; they are forgotten after four times
-/// that.
+/// Seconds between a router's frames in test laboratories; neighbors expire after four times that.
 constexpr int lab_interval = 1;
 
-/// A laboratory with a name and a directory of its own; the program's state goes there too. Removed with the
-/// object. Throws std::runtime_error with what the program said when it cannot be made. One at a time.
+/// A laboratory with its own name and directory, which also holds the program's state. Removed with the object.
+/// Only one may exist at a time.
 class Laboratory {
 public:
-    /// The four routers of the recorded devices.
+    /// The four routers of the recorded devices. Both constructors throw std::runtime_error with the program's
+    /// message when the laboratory cannot be created.
     Laboratory() : Laboratory(lab::default_topology(), "") {}
-    /// What a topology file says.
+    /// `topology`: the content of a topology file.
     explicit Laboratory(const std::string &topology);
     ~Laboratory();
     Laboratory(const Laboratory &) = delete;
@@ -45,26 +45,26 @@ public:
 
     const std::filesystem::path &directory() const { return files_.path(); }
     std::string socket(const std::string &router) const { return place_.socket(router).string(); }
-    /// What --device takes.
+    /// The value of --device for a router.
     std::string device(const std::string &router) const { return "lldpd:" + socket(router); }
 
-    /// What lldpcli tells: `lldpcli -f json0 show WORDS`. Throws when it does not.
+    /// The output of `lldpcli -f json0 show WORDS`. Throws when it fails.
     nlohmann::json ask(const std::string &router, const std::vector<std::string> &words) const;
-    /// lldpcli's neighbors of a router on an interface, with all that it tells of them.
+    /// The neighbors that a router hears on an interface, as lldpcli reports them.
     std::vector<nlohmann::json> neighbors(const std::string &router, const std::string &interface) const;
     /// The system names of these neighbors, sorted.
     std::vector<std::string> names_heard(const std::string &router, const std::string &interface) const;
-    /// `lldpcli configure WORDS`, by hand and behind the program's back.
+    /// Runs `lldpcli configure WORDS`, bypassing the program.
     void configure(const std::string &router, const std::vector<std::string> &words) const;
 
-    /// Runs `ip` in a router's namespace. Throws with what it said.
+    /// Runs `ip` in a router's namespace. Throws with its message when it fails.
     void ip(const std::string &router, const std::vector<std::string> &words) const;
 
-    /// Kills the daemon with all that belongs to it.
+    /// Kills the daemon and the processes that it started.
     void kill_daemon(const std::string &router);
-    /// Starts it anew, as it was started first, and waits until it answers; it has forgotten everything.
+    /// Starts the daemon again with its original arguments, and waits until it answers. It has no state left.
     void start_daemon(const std::string &router);
-    /// Stops and continues the daemon's processes, which stay alive.
+    /// Suspends and resumes the daemon's processes.
     void stop_daemon(const std::string &router) const;
     void continue_daemon(const std::string &router) const;
 
@@ -77,7 +77,7 @@ private:
     lab::Topology topology_;
     TemporaryDirectory files_;
     lab::Place place_;
-    std::map<std::string, pid_t> started_; // by this object
+    std::map<std::string, pid_t> started_; // those started by this object
 };
 
 } // namespace yfw::test

@@ -1,14 +1,14 @@
-// Native instance data, made by the tests that need many devices.
+// Generates native instance data for tests that need many devices.
 #pragma once
 
 #include <string>
 
 namespace yfw::test {
 
-/// <name>content</name>; the content must be escaped already.
+/// <name>content</name>; the content must already be escaped.
 std::string element(const std::string &name, const std::string &content);
 
-/// The text with the characters that XML gives a meaning to written as entities.
+/// The text with XML's special characters replaced by entities.
 std::string escaped(const std::string &text);
 
 /// The top node of the native LLDP configuration.

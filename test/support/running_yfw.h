@@ -1,4 +1,4 @@
-// The program while it runs, for tests that read its lines.
+// Runs the program in the background, for tests that read its output as it appears.
 #pragma once
 
 #include <chrono>
@@ -11,21 +11,21 @@
 
 namespace yfw::test {
 
-/// `yfw` while it runs, its lines as they come. Killed with the object.
+/// A running `yfw`. Killed with the object.
 class RunningYfw {
 public:
     explicit RunningYfw(const std::vector<std::string> &arguments);
 
-    /// Waits for a whole line on standard output, after those that were found before, that holds all the words.
-    /// Nothing when none came in time or the program ended.
+    /// Waits for a complete line on standard output that contains all the words, after the line found last.
+    /// Nothing when none appears in time or the program ends.
     std::optional<std::string> line_with(const std::vector<std::string> &words,
                                          std::chrono::milliseconds limit = std::chrono::seconds(20));
-    /// What it printed so far.
+    /// Its standard output so far.
     std::string output();
     std::string errors();
     void signal(int number) const { process_.signal(number); }
     bool runs() { return process_.runs(); }
-    /// The exit status, 128 + the signal that ended it; nothing when it still runs after the time.
+    /// The exit status, or 128 + the signal that killed it; nothing when it is still running after the limit.
     std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(10)) {
         return process_.wait(limit);
     }

@@ -86,15 +86,15 @@ class Layers(unittest.TestCase):
 
     def test_code_without_a_layer_is_wrong(self):
         self.write("frontends/other/main.cpp", "")
-        self.assert_wrong("frontends/other/main.cpp: is in no layer")
+        self.assert_wrong("frontends/other/main.cpp: belongs to no layer")
 
     def test_a_header_that_is_not_there_is_wrong(self):
         self.write("frontends/cli/main.cpp", '#include "host/gone.h"\n')
-        self.assert_wrong("frontends/cli/main.cpp:1: host/gone.h is not there")
+        self.assert_wrong("frontends/cli/main.cpp:1: host/gone.h does not exist")
 
     def test_a_table_that_allows_an_arrow_up_is_wrong(self):
         self.write("tools/layers.txt", TABLE.replace("| errors |", "| errors | host"))
-        self.assert_wrong("tools/layers.txt:8: host does not stand below base")
+        self.assert_wrong("tools/layers.txt:8: host is not below base")
 
     def test_a_picture_of_another_table_is_wrong(self):
         self.write("tools/layers.txt", TABLE.replace("errors", "errors and time"))

@@ -68,7 +68,7 @@ class Names(unittest.TestCase):
     def test_a_folder_that_is_gone_is_told(self):
         (self.top / "frontends/netconf/session.cpp").unlink()
         (self.top / "frontends/netconf").rmdir()
-        self.assert_wrong("frontends/netconf: is not there")
+        self.assert_wrong("frontends/netconf: does not exist")
 
     def run_program(self):
         command = [sys.executable, str(SCRIPT), "--top", str(self.top)]

@@ -58,7 +58,7 @@ std::string read_file(const std::string &file) {
     return text.str();
 }
 
-// A document that is at fault as a whole is named by its file.
+// An error without a path concerns the document as a whole: it gets the file's name.
 yang::EditNode parse_file(const yang::Schemas &schemas, const EditOptions &options) {
     try {
         return yang::parse_edit(schemas, read_file(options.file), *yang::operation_from(options.operation));
@@ -88,15 +88,15 @@ CLI::App *add_command(CLI::App &app, DeviceOptions &device, EditOptions &options
                       const char *help) {
     CLI::App *command = app.add_subcommand(name, help);
     command->footer(edit_examples);
-    command->add_option("--comment", options.comment, "Kept with the commit")->option_text("TEXT");
-    command->add_flag("--dry-run", options.dry_run, "Print the native difference and write nothing");
+    command->add_option("--comment", options.comment, "Comment to store with the commit")->option_text("TEXT");
+    command->add_flag("--dry-run", options.dry_run, "Print the native difference without committing");
     add_device_options(*command, device);
     return command;
 }
 
 void add_set(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
     CLI::App *command = add_command(app, device, *options, "set", "Set an OpenConfig leaf, as one commit");
-    command->add_option("PATH", options->path, "The leaf, with the keys on its way")
+    command->add_option("PATH", options->path, "Path of the leaf, with list keys")
         ->required()
         ->option_text(" ");
     command->add_option("VALUE", options->value, "Its value")->required()->option_text(" ");
@@ -110,7 +110,7 @@ void add_set(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOpt
 void add_delete(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
     CLI::App *command =
         add_command(app, device, *options, "delete", "Delete an OpenConfig node, as one commit");
-    command->add_option("PATH", options->path, "The node, with the keys on its way")
+    command->add_option("PATH", options->path, "Path of the node, with list keys")
         ->required()
         ->option_text(" ");
     command->callback([&device, options] {
@@ -124,10 +124,10 @@ void add_edit_file(CLI::App &app, DeviceOptions &device, const std::shared_ptr<E
     CLI::App *command = add_command(app, device, *options, "edit", "Apply an edit document, XML or JSON");
     command
         ->add_option("FILE", options->file,
-                     "The document, with NETCONF operation attributes; - for standard input")
+                     "The document, optionally with NETCONF operation attributes; - for standard input")
         ->required()
         ->option_text(" ");
-    command->add_option("--operation", options->operation, "Operation of nodes that have none; default: merge")
+    command->add_option("--operation", options->operation, "Operation of nodes without one; default: merge")
         ->check(CLI::IsMember({"merge", "replace", "create", "delete", "remove", "none"}))
         ->option_text("OPERATION");
     command->callback([&device, options] {
@@ -144,8 +144,8 @@ std::vector<Change> changes_of(const EditOptions &options) {
 
 void add_commit(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
     CLI::App *command = add_command(app, device, *options, "commit", "Apply several changes as one commit");
-    auto *file =
-        command->add_option("-f,--file", options->file, "One \"set PATH VALUE\" or \"delete PATH\" a line");
+    auto *file = command->add_option("-f,--file", options->file,
+                                     "File with one \"set PATH VALUE\" or \"delete PATH\" per line");
     file->option_text("FILE");
     command->add_option("CHANGE", options->words, "After --: set PATH VALUE, delete PATH, ...")
         ->excludes(file)

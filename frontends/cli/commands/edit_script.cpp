@@ -12,7 +12,7 @@ std::string trim(const std::string &text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// Takes the first word; blanks inside brackets or quotes belong to it.
+// Removes and returns the first word; blanks inside brackets or quotes belong to it.
 std::string take_word(std::string &rest) {
     rest = trim(rest);
     size_t brackets = 0;
@@ -62,7 +62,7 @@ std::vector<Change> read_script(std::istream &text, const std::string &place) {
             fail(here, whole);
     }
     if (changes.empty())
-        throw Error(ErrorTag::missing_element, place, "names no change");
+        throw Error(ErrorTag::missing_element, place, "contains no changes");
     return changes;
 }
 

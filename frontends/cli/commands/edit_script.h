@@ -1,4 +1,4 @@
-// Several changes as one text or one list of words: set PATH VALUE, delete PATH.
+// Several changes, as text or as arguments: set PATH VALUE, delete PATH.
 #ifndef YFW_FRONTENDS_CLI_COMMANDS_EDIT_SCRIPT_H
 #define YFW_FRONTENDS_CLI_COMMANDS_EDIT_SCRIPT_H
 
@@ -14,8 +14,8 @@ struct Change {
     std::optional<std::string> value; // nothing: the node is deleted
 };
 
-// One change a line; blank lines and lines that start with "#" are skipped. The value is the rest of the line.
-// `place` names the text in errors. Throws Error that names the line.
+// One change per line; blank lines and lines that start with "#" are skipped. The value is the rest of the
+// line. `place` names the text in errors. Throws Error naming the line.
 std::vector<Change> read_script(std::istream &text, const std::string &place);
 
 // set PATH VALUE and delete PATH, one after the other. Throws Error.

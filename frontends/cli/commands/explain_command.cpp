@@ -13,8 +13,8 @@ namespace yfw::cli {
 namespace {
 
 constexpr const char *explain_examples = R"(
-Each OpenConfig node that the mapping visited, the callbacks that handled it, and the native paths that they read or
-the native edits that they made, in order.
+Prints each OpenConfig node that the mapping visits, the callbacks that handle it, and the native paths that they read
+or the native edits that they make, in order.
 
 Examples:
   yfw explain get /lldp/state/counters
@@ -107,7 +107,7 @@ Correspondence correspondence_of(NamedDevice &named, const lysc_node *leaf) {
     return row;
 }
 
-// A key that nothing is read for is written together with its twin below "state".
+// A list key that no callback reads has the sources of the leaf of its name below "state".
 std::vector<std::string> sources_of_twin(const std::vector<Correspondence> &rows, const std::string &key) {
     const size_t name = key.rfind('/') + 1;
     const std::string twin = key.substr(0, name) + "state/" + key.substr(name);
@@ -173,7 +173,7 @@ void add_explain(CLI::App &app, DeviceOptions &device) {
     CLI::App *command = app.add_subcommand("explain", "Show what the mapping does with a request");
     command->footer(explain_examples);
     command->add_option("REQUEST", options->words, "get PATH | set PATH VALUE | delete PATH")->option_text(" ");
-    command->add_flag("--all", options->all, "The complete correspondence of the model, leaf by leaf");
+    command->add_flag("--all", options->all, "Print what each leaf of the model is mapped to");
     command->add_flag("--json", options->json, "For tools");
     add_device_options(*command, device);
     command->callback([&device, options] { run(device, *options); });

@@ -22,7 +22,7 @@ Examples:
   yfw show 3
   yfw diff
   yfw diff 3
-  yfw rollback 2 --comment "the timer was right before"
+  yfw rollback 2 --comment "restore the old timer"
 )";
 
 struct CommitOptions {
@@ -38,12 +38,12 @@ commits::Commit find_commit(const commits::CommitLog &store, int64_t number, con
     return *commit;
 }
 
-// Calls `work` with the store; a store that is not there has no commits.
+// Calls `work` with the store. Throws Error when there is none.
 void with_store(const DeviceOptions &device,
                 const std::function<void(const commits::CommitLog &, std::string)> &work) {
     const std::filesystem::path file = store_of(device);
     if (file.empty())
-        throw Error(ErrorTag::missing_element, "--store", "a device that is given as files has no commits");
+        throw Error(ErrorTag::missing_element, "--store", "a device given with --native has no commits");
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         throw Error(ErrorTag::data_missing, file.string(), "there are no commits yet");
@@ -102,7 +102,7 @@ void add_history_commands(CLI::App &app, DeviceOptions &device) {
         });
     });
     CLI::App *diff =
-        add_command(app, device, "diff", "Print what a commit changed natively; default: the last one");
+        add_command(app, device, "diff", "Print the native difference of a commit; default: the last one");
     add_number(*diff, *options);
     diff->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
@@ -112,7 +112,8 @@ void add_history_commands(CLI::App &app, DeviceOptions &device) {
     CLI::App *rollback =
         add_command(app, device, "rollback", "Make a commit's configuration the running one again");
     add_number(*rollback, *options)->required();
-    rollback->add_option("--comment", options->comment, "Kept with the new commit")->option_text("TEXT");
+    rollback->add_option("--comment", options->comment, "Comment to store with the new commit")
+        ->option_text("TEXT");
     rollback->callback([&device, options] { roll_back(device, *options); });
 }
 

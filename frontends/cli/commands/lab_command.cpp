@@ -16,8 +16,8 @@ using nlohmann::ordered_json;
 using Phase = lab::Status::Phase;
 
 constexpr const char *lab_help = R"(
-A laboratory is a small network of real LLDP daemons (lldpd), each in a network namespace of this machine. up,
-record and down need root.
+A laboratory is a small network of real LLDP daemons (lldpd), each in its own network namespace on this machine.
+up, record and down need root.
 
 Examples:
   yfw lab up
@@ -43,8 +43,8 @@ A topology file is JSON. Without one: r1 to r4, the routers of the recorded devi
     "segments": [{"name": "lan", "ports": ["a:eth2", "b:eth2", "c:eth1"]}]
   }
 
-Only "routers" and their "name" have to be there. A link is a cable between two ports, a segment a bridge that
-forwards LLDP. The interfaces are those that links and segments name.
+Only "routers" and each "name" are required. A link is a cable between two ports, a segment a bridge that forwards
+LLDP. A router has the interfaces that links and segments name.
 )";
 
 struct LabOptions {
@@ -107,7 +107,7 @@ std::string status_json(const lab::Place &place, const lab::Status &status) {
 }
 
 std::string no_laboratory(const lab::Place &place) {
-    return "no laboratory " + place.name + " is up\n";
+    return "laboratory " + place.name + " is not up\n";
 }
 
 std::string status_text(const lab::Place &place, const lab::Status &status) {
@@ -116,7 +116,7 @@ std::string status_text(const lab::Place &place, const lab::Status &status) {
     std::ostringstream text;
     text << "laboratory " << place.name << " is " << phase_name(status.phase);
     if (status.phase == Phase::incomplete)
-        text << ": yfw lab up is at work, or was killed; yfw lab down removes what it left";
+        text << ": yfw lab up is still running or was killed; yfw lab down removes what it left behind";
     text << "\n\nRouters\n";
     for (const lab::RouterStatus &router : status.routers)
         text << "  " << router.name << "  " << (router.running ? "running" : "not running")
@@ -132,7 +132,7 @@ std::string status_text(const lab::Place &place, const lab::Status &status) {
     return text.str();
 }
 
-// The options that make other commands use this laboratory.
+// The options that select this laboratory in another command.
 std::string choice(const lab::Place &place) {
     const lab::Place standard;
     return (place.name != standard.name ? " --name " + place.name : "") +
@@ -176,7 +176,7 @@ void run_status(const LabOptions &options) {
 
 void run_down(const LabOptions &options) {
     if (lab::down(options.place, report_progress))
-        std::cout << "laboratory " << options.place.name << " is removed\n" << std::flush;
+        std::cout << "laboratory " << options.place.name << " removed\n" << std::flush;
     else
         std::cout << no_laboratory(options.place) << std::flush;
 }
@@ -190,11 +190,11 @@ CLI::App *add_command(CLI::App &lab, LabOptions &options, const char *name, cons
     CLI::App *command = lab.add_subcommand(name, description);
     command
         ->add_option("--name", options.place.name,
-                     "Which laboratory; its namespaces begin with it; default: yfw")
+                     "Name of the laboratory, prefix of its namespaces; default: yfw")
         ->option_text("NAME");
     command
         ->add_option("--dir", options.place.base,
-                     "Where its directory lab-NAME is, with the sockets; default: /run/yfw")
+                     "Directory that contains lab-NAME with the sockets; default: /run/yfw")
         ->option_text("DIR");
     return command;
 }
@@ -203,12 +203,12 @@ CLI::App *add_command(CLI::App &lab, LabOptions &options, const char *name, cons
 
 void add_lab(CLI::App &app) {
     const auto options = std::make_shared<LabOptions>();
-    CLI::App *lab = app.add_subcommand("lab", "A laboratory of real LLDP daemons on this machine");
+    CLI::App *lab = app.add_subcommand("lab", "Run a laboratory of real LLDP daemons on this machine");
     lab->footer(lab_help);
     lab->require_subcommand(1);
-    CLI::App *up = add_command(*lab, *options, "up", "Make the laboratory and wait until it works");
+    CLI::App *up = add_command(*lab, *options, "up", "Create the laboratory and wait until it is ready");
     up->footer(topology_help);
-    up->add_option("--topology", options->topology, "What to make; default: the four recorded routers")
+    up->add_option("--topology", options->topology, "Topology file; default: the four recorded routers")
         ->option_text("FILE");
     up->add_option("--tx-interval", options->tx_interval, "Seconds between a router's frames; default: 2")
         ->check(CLI::Range(1, 3600))
@@ -217,9 +217,8 @@ void add_lab(CLI::App &app) {
     CLI::App *status = add_command(*lab, *options, "status", "Print the routers, their sockets and the links");
     status->add_flag("--json", options->json, "As JSON");
     status->callback([options] { run_status(*options); });
-    CLI::App *record =
-        add_command(*lab, *options, "record", "Write what the routers' daemons say as recordings");
-    record->add_option("DIR", options->recordings, "The directory of the recordings; files in it are replaced")
+    CLI::App *record = add_command(*lab, *options, "record", "Record the data of the routers' daemons");
+    record->add_option("DIR", options->recordings, "Directory for the recordings; existing files are replaced")
         ->required()
         ->option_text(" ");
     record->callback([options] { run_record(*options); });

@@ -31,8 +31,8 @@ namespace yfw::cli {
 namespace {
 
 constexpr const char *serve_help = R"(
-Without --socket: an SSH server of its own on a loopback port, with fresh keys; it prints how to connect and
-removes everything at the end. With --socket: for a system's sshd, whose configuration says
+Without --socket, it starts a private sshd on a loopback port with fresh keys, prints how to connect, and removes
+everything at the end. With --socket, it serves the system's sshd, whose configuration needs the line
   Subsystem netconf /usr/bin/yfw netconf-stdio
 
 Examples:
@@ -65,8 +65,8 @@ void say(const std::string &text) {
     std::cerr << "yfw: " << text << std::endl;
 }
 
-// Nothing when no file is given. Rules may name what is in the modules that a client is offered. Throws
-// Error for a file that is no rules.
+// The rules of the file; nothing when no file is given. Their paths may name nodes of the modules that clients
+// are offered. Throws Error for an invalid file.
 std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
                                          const netconf::ProtocolModules &modules, const std::string &file) {
     if (file.empty())
@@ -103,20 +103,20 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     service.end();
 }
 
-// Each session takes a descriptor, and what is usual are 1024.
+// Each session takes a descriptor, and the usual limit is 1024.
 void permit_many_descriptors() {
     constexpr rlim_t enough = 65536;
     rlimit limit{};
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= enough)
         return;
     limit.rlim_cur = std::min(limit.rlim_max, enough);
-    setrlimit(RLIMIT_NOFILE, &limit); // with fewer there are fewer sessions
+    setrlimit(RLIMIT_NOFILE, &limit); // on failure, fewer sessions fit
 }
 
 void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     const StopSignals stop;
     permit_many_descriptors();
-    std::signal(SIGPIPE, SIG_IGN); // a client that vanished is an error of writing to it
+    std::signal(SIGPIPE, SIG_IGN); // a vanished client shows as a write error instead
     netconf::ServerOptions server = options.server;
     server.hello_timeout = std::chrono::seconds(options.hello_timeout);
     server.limits = {options.largest_chunk, options.largest_message};
@@ -142,20 +142,20 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
     CLI::App *serve = app.add_subcommand("serve", "Serve a device over NETCONF");
     serve->footer(serve_help);
     auto *socket =
-        serve->add_option("--socket", options->socket, "Serve on this Unix socket, for a system's sshd");
+        serve->add_option("--socket", options->socket, "Unix socket to serve on, behind the system's sshd");
     socket->option_text("PATH");
-    serve->add_option("--port", options->port, "The loopback port of the SSH server; default: a free one")
+    serve->add_option("--port", options->port, "Loopback port of the private sshd; default: a free one")
         ->option_text("PORT")
         ->excludes(socket);
-    serve->add_option("--readers", options->server.groups.readers, "The group of those who may read")
+    serve->add_option("--readers", options->server.groups.readers, "Group of users who may read")
         ->capture_default_str()
         ->option_text("GROUP");
-    serve->add_option("--writers", options->server.groups.writers, "The group of those who may read and edit")
+    serve->add_option("--writers", options->server.groups.writers, "Group of users who may read and edit")
         ->capture_default_str()
         ->option_text("GROUP");
     serve
         ->add_option("--nacm", options->nacm,
-                     "Access rules, a <nacm> document of ietf-netconf-acm, that hold beside the groups")
+                     "File of further access rules: a <nacm> document of ietf-netconf-acm")
         ->option_text("FILE");
     auto *keep = serve->add_flag("--keep-applied", options->keep_applied,
                                  "Apply the last commit again when the device is changed by other means");
@@ -165,24 +165,24 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->check(CLI::Range(1, 86400))
         ->needs(keep)
         ->option_text("SECONDS");
-    serve
-        ->add_option("--max-chunk", options->largest_chunk,
-                     "The longest chunk that is accepted; default 10 MiB")
+    serve->add_option("--max-chunk", options->largest_chunk, "Longest chunk that is accepted; default: 10 MiB")
         ->check(CLI::Range(uint64_t{1}, uint64_t{4294967295}))
         ->option_text("BYTES");
     serve
         ->add_option("--hello-timeout", options->hello_timeout,
-                     "How long a client may take to say its <hello>; default 30")
+                     "How long a client may take to send its <hello>; default: 30")
         ->check(CLI::Range(1, 3600))
         ->option_text("SECONDS");
-    serve->add_option("--max-message", options->largest_message, "The longest message; default 64 MiB")
+    serve
+        ->add_option("--max-message", options->largest_message,
+                     "Longest message that is accepted; default: 64 MiB")
         ->check(CLI::PositiveNumber)
         ->option_text("BYTES");
     add_device_options(*serve, device);
     serve->callback([&device, options] { run_serve(device, *options); });
 
     CLI::App *stdio =
-        app.add_subcommand("netconf-stdio", "Join standard input and output to the server's socket");
+        app.add_subcommand("netconf-stdio", "Connect standard input and output to the server's socket");
     stdio->footer(
         "\nFor sshd:\n  Subsystem netconf /usr/bin/yfw netconf-stdio --socket /run/yfw/netconf.sock\n");
     const auto joined = std::make_shared<std::string>(default_socket);

@@ -19,8 +19,8 @@ namespace yfw::cli {
 namespace {
 
 constexpr const char *topology_examples = R"(
-Reads /lldp of every device and draws who is connected to whom on which ports. A neighbor that is not among
-the devices is drawn as not read; what only one side tells is marked.
+Reads /lldp from every device and draws which routers are connected on which ports. Neighbors that are not among
+the devices are marked as not read, and links that only one end reports are marked too.
 
 Examples:
   yfw topology
@@ -79,7 +79,7 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<TopologyOptions>();
     for (const char *name : {"r1", "r2", "r3", "r4"})
         options->devices.emplace_back(installation().examples / name);
-    CLI::App *command = app.add_subcommand("topology", "Draw who is connected to whom");
+    CLI::App *command = app.add_subcommand("topology", "Draw which routers are connected");
     command->footer(topology_examples);
     auto *devices =
         command
@@ -89,22 +89,22 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
                 "r1 to r4")
             ->option_text("DEVICE");
     devices->allow_extra_args(false);
-    command
-        ->add_option("--lab", options->lab,
-                     "The routers of the laboratory by this name; default: the one of `lab up`")
+    command->add_option("--lab", options->lab, "Draw the routers of this laboratory; default: yfw")
         ->expected(0, 1)
         ->default_str(lab::Place().name)
         ->option_text("[NAME]")
         ->excludes(devices);
-    auto *dot = command->add_flag("--dot", options->dot, "Print the graph in Graphviz's language");
-    command->add_option("--svg", options->svg, "Draw the picture into this file; needs Graphviz")
+    auto *dot = command->add_flag("--dot", options->dot, "Print the graph in the DOT language of Graphviz");
+    command->add_option("--svg", options->svg, "Write the picture to this file; needs Graphviz")
         ->option_text("FILE")
         ->excludes(dot);
-    command->add_option("--models", device.openconfig_models, "Use the OpenConfig modules of this directory")
+    command
+        ->add_option("--models", device.openconfig_models,
+                     "Directory of OpenConfig modules to use instead of the shipped ones")
         ->option_text("DIR");
     command
         ->add_option("--plugin", device.plugin,
-                     "The mapping plug-in to load: its library, or the description beside it")
+                     "The mapping plug-in to load: its library, or the description next to it")
         ->option_text("FILE");
     command->add_flag("--trace", device.trace, "Print the plug-in's debug log on standard error");
     command->callback([&device, options] { run_topology(device, *options); });

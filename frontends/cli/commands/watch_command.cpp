@@ -18,8 +18,8 @@ namespace yfw::cli {
 namespace {
 
 constexpr const char *watch_examples = R"(
-Prints one line for each neighbor that is added, updated or removed, in OpenConfig paths, until it is
-interrupted. A daemon that goes away is waited for.
+Prints one line for each neighbor that is added, updated or removed, with its OpenConfig path, until it is
+interrupted. If the daemon goes away, it waits for it.
 
 Examples:
   yfw watch --device lldpd:/run/lldpd.socket
@@ -29,7 +29,7 @@ Examples:
 nlohmann::ordered_json data_of(const lyd_node *node) {
     const yang::LibyangText text = yang::printed(node, LYD_JSON, LYD_PRINT_SHRINK);
     nlohmann::ordered_json data = nlohmann::ordered_json::parse(text ? text.c_str() : "{}");
-    return data.empty() ? data : data.front().front(); // of the one member, a list of one entry
+    return data.empty() ? data : data.front().front(); // the entry, without its module and list around it
 }
 
 void print(const device::NeighborReport &report, bool json) {
@@ -43,7 +43,7 @@ void print(const device::NeighborReport &report, bool json) {
     else
         std::cout << time << "  " << device::to_string(report.change)
                   << (report.change == sources::NeighborChange::added ? "    " : "  ") << report.path();
-    std::cout << '\n' << std::flush; // a line is worth nothing before it is seen
+    std::cout << '\n' << std::flush; // so that a pipe gets each line at once
     if (!std::cout)
         throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
 }
@@ -55,7 +55,7 @@ void run_watch(const DeviceOptions &options, bool json) {
                     "a recorded device does not change; expected lldpd:SOCKET");
     if (!named.device.mapping().notification.has_value())
         throw Error(ErrorTag::operation_not_supported, named.device.mapping().file.string(),
-                    "the mapping describes no notification: it tells no changes");
+                    "the mapping defines no notification of changes");
     const StopSignals stop;
     const device::NeighborReporter reporter(named.device);
     named.device.watch(stop.descriptor(), {[&](sources::NeighborEvent event) {
@@ -75,7 +75,7 @@ void add_watch(CLI::App &app, DeviceOptions &device) {
     CLI::App *command = app.add_subcommand("watch", "Print neighbors as they come and go");
     command->footer(watch_examples);
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "One JSON object a line, with the neighbor's data");
+    command->add_flag("--json", *json, "Print one JSON object per line, with the neighbor's data");
     add_device_options(*command, device);
     command->callback([&device, json] { run_watch(device, *json); });
 }

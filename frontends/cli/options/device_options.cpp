@@ -23,13 +23,15 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
     command
         .add_option(
             "--store", options.store,
-            "File of the device's commits; default: one in the user's state directory, by the device's path")
+            "File of the device's commits; default: one in the user's state directory, named after the device")
         ->option_text("FILE");
-    command.add_option("--models", options.openconfig_models, "Use the OpenConfig modules of this directory")
+    command
+        .add_option("--models", options.openconfig_models,
+                    "Directory of OpenConfig modules to use instead of the shipped ones")
         ->option_text("DIR");
     command
         .add_option("--plugin", options.plugin,
-                    "The mapping plug-in to load: its library, or the description beside it")
+                    "The mapping plug-in to load: its library, or the description next to it")
         ->option_text("FILE");
     command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
 }

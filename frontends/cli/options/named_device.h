@@ -10,7 +10,7 @@
 
 namespace yfw::cli {
 
-// With its models. Opening it throws Error, and changes nothing.
+// An open device with its schemas. Opening one throws Error, and changes nothing.
 struct NamedDevice {
     explicit NamedDevice(const DeviceOptions &options, sources::Use use = sources::Use::once);
 
@@ -21,8 +21,8 @@ private:
     NamedDevice(const DeviceOptions &options, sources::Use use, const host::MappingDescription &mapping);
 };
 
-// The default location of a device's commits: a file in the user's state directory, named after the device's
-// path. Empty for a device given as files, which has no name.
+// Where the device's commits are: the file given with --store, otherwise one in the user's state directory,
+// named after the device's path. Empty for a device given as files without --store.
 std::filesystem::path store_of(const DeviceOptions &options);
 
 // Identifies the device in its store; empty for a device given as files.

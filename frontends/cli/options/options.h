@@ -1,4 +1,4 @@
-// The options of a command line.
+// The parsed options of a command line.
 #ifndef YFW_FRONTENDS_CLI_OPTIONS_OPTIONS_H
 #define YFW_FRONTENDS_CLI_OPTIONS_OPTIONS_H
 

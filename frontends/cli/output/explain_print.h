@@ -1,4 +1,4 @@
-// Explanations for people and tools.
+// Prints explanations as text or JSON.
 #ifndef YFW_FRONTENDS_CLI_OUTPUT_EXPLAIN_PRINT_H
 #define YFW_FRONTENDS_CLI_OUTPUT_EXPLAIN_PRINT_H
 
@@ -18,13 +18,15 @@ struct Correspondence {
     bool writable = false;
 };
 
+// `edit`: the request was an edit, and the native paths are edits in the order in which they are made;
+// otherwise they are reads.
 void print_explanation(std::ostream &to, const host::Explanation &explanation, bool edit);
 void print_explanation_json(std::ostream &to, const host::Explanation &explanation, bool edit);
 
 void print_correspondence(std::ostream &to, const std::vector<Correspondence> &rows);
 void print_correspondence_json(std::ostream &to, const std::vector<Correspondence> &rows);
 
-// "merge /lldp/timer = 30"
+// A native edit as text: "merge  /lldp/timer = 30".
 std::string edit_text(const host::NativePath &path);
 
 } // namespace yfw::cli

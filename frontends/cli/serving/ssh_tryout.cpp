@@ -34,7 +34,7 @@ sockaddr_in loopback(uint16_t port) {
     return address;
 }
 
-// Another process may take it before the daemon does.
+// Another process may take the port before the daemon does.
 uint16_t free_port() {
     const Descriptor probe(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in address = loopback(0);
@@ -106,7 +106,7 @@ void SshTryout::start() {
     }
 }
 
-// Returns why it does not start.
+// Returns the reason if the daemon does not start; nothing if it does.
 std::optional<std::string> SshTryout::start_daemon() {
     const std::filesystem::path log = files_.path() / "sshd.log";
     std::filesystem::remove(log);
@@ -116,7 +116,7 @@ std::optional<std::string> SshTryout::start_daemon() {
                 .ends_with_parent = true}); // even if the server crashes
     const auto end = std::chrono::steady_clock::now() + patience;
     for (;;) {
-        const bool runs = daemon_.runs(); // before the log is read: what a daemon says last is in it
+        const bool runs = daemon_.runs(); // checked first, so that the log has the daemon's last words
         const std::string said = contents_of(log);
         if (said.find("Server listening on 127.0.0.1 port ") != std::string::npos)
             return std::nullopt;

@@ -12,7 +12,7 @@
 namespace yfw::cli {
 
 // An sshd on a loopback port, with its own host keys and one authorised key. Its subsystem "netconf" is this
-// program connected to a socket. Everything is in one directory, which is removed with the object.
+// program connected to a socket. All its files are in one directory, which is removed with the object.
 class SshTryout {
 public:
     // `port` 0: any free port. Throws Error naming what is missing.
@@ -24,11 +24,11 @@ public:
     // The socket for the NETCONF server to listen on.
     std::filesystem::path socket() const { return files_.path() / "netconf.sock"; }
 
-    // Starts the daemon; call once the server listens on the socket. Throws Error when it does not start, as on
-    // a port that is taken.
+    // Starts the daemon; call once the server listens on the socket. Throws Error when it does not start, for
+    // example because the port is in use.
     void start();
 
-    // Tells the user how to connect.
+    // Text for the user: how to connect.
     std::string instructions() const;
 
 private:
@@ -38,7 +38,7 @@ private:
 
     PrivateDirectory files_{"yfw-serve"};
     std::string sshd_;
-    uint16_t wanted_port_; // 0: any free one
+    uint16_t wanted_port_; // 0: any free port
     uint16_t port_ = 0;
     Process daemon_;
 };

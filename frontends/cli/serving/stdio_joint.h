@@ -6,8 +6,8 @@
 
 namespace yfw::cli {
 
-// Returns when the peer has closed the socket. Passes on the end of standard input. Throws Error when it cannot
-// connect.
+// Copies bytes in both directions until the peer closes the socket. The end of standard input is passed on.
+// Throws Error when it cannot connect.
 void join_standard_streams(const std::string &socket);
 
 } // namespace yfw::cli

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Installs the program below a prefix of its own and uses it there.
+"""Installs the program below a temporary prefix and uses it there.
 
   installation_test.py CMAKE BUILD_DIRECTORY PACKAGING STANDARD_MODELS
 """
@@ -21,7 +21,7 @@ def run(*words, **more):
     return subprocess.run(words, capture_output=True, text=True, timeout=120, **more)
 
 
-# A program that finds the directory of a package empty, in a mount namespace of its own.
+# Runs a program in a new mount namespace, where the package's directory is empty.
 WITHOUT_PACKAGE = ("unshare", "--map-root-user", "--mount", "sh", "-c",
                    'mount -t tmpfs none "$0" && exec "$@"', STANDARD_MODELS)
 
@@ -94,14 +94,14 @@ class Installation(unittest.TestCase):
             server.terminate()
             self.assertEqual(server.wait(), 0)
 
-    @unittest.skipUnless(can_hide_packages(), "no mount namespaces here")
+    @unittest.skipUnless(can_hide_packages(), "cannot create mount namespaces here")
     def test_names_the_package_whose_modules_are_missing(self):
         answer = self.yfw("serve", "--socket", self.path("socket"), before=WITHOUT_PACKAGE)
         self.assertEqual(answer.returncode, 2)
         self.assertEqual(answer.stderr,
-                         "yfw: ietf-netconf@2011-06-01.yang: there is no such YANG module in "
+                         "yfw: ietf-netconf@2011-06-01.yang: no such YANG module in "
                          f"{self.prefix}/share/yfw/models, {STANDARD_MODELS}; "
-                         "the Debian package libyuma-base brings it\n")
+                         "the Debian package libyuma-base provides it\n")
 
     def test_uses_no_plugin_from_elsewhere(self):
         plugin = self.prefix / "lib/yfw/liboclldp.so"
@@ -125,7 +125,7 @@ class Installation(unittest.TestCase):
         answer = self.yfw("get", "/lldp/config/enabled", "--plugin", self.prefix / "lib/yfw/liboclldp.json")
         self.assertEqual((answer.returncode, answer.stderr), (0, ""))
 
-    @unittest.skipUnless(os.path.exists(SSHD) or "CI" in os.environ, "no sshd here")
+    @unittest.skipUnless(os.path.exists(SSHD) or "CI" in os.environ, "sshd is not installed")
     def test_has_a_snippet_that_sshd_takes(self):
         key = pathlib.Path(self.directory.name) / "host_key"
         run("ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", str(key))

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Runs `yfw topology` as its users do and compares what comes out with expected/.
+"""Runs `yfw topology` as a user does and compares its output with expected/.
 
   topology_command_test.py YFW EXAMPLES [-k ...]
-  YFW_UPDATE_EXPECTED=1 topology_command_test.py YFW EXAMPLES     writes expected/ anew
+  YFW_UPDATE_EXPECTED=1 topology_command_test.py YFW EXAMPLES     rewrites expected/
 """
 import os
 import pathlib
@@ -18,7 +18,7 @@ YFW = pathlib.Path(sys.argv[1]).resolve()
 EXAMPLES = pathlib.Path(sys.argv[2]).resolve()
 
 
-# The commits of whoever runs the tests stay out of them.
+# Keeps the user's own commits out of the tests.
 STATE = tempfile.TemporaryDirectory()
 ENVIRONMENT = {**os.environ, "XDG_STATE_HOME": STATE.name}
 

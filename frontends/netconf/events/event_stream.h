@@ -30,7 +30,7 @@ struct Event {
 
 using SharedEvent = std::shared_ptr<const Event>;
 
-// The stream "NETCONF". Thread-safe.
+// The stream "NETCONF". Any thread may call any member; none waits for a device or a client.
 class EventStream {
 public:
     EventStream();

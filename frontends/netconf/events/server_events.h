@@ -14,7 +14,8 @@ namespace yfw::netconf {
 
 using events::Actor;
 
-// Publishes the device's events for as long as it lives. Borrows the device and the stream.
+// Publishes the device's events as long as it exists, on the thread that causes them. Borrows the hub and the
+// stream.
 class DeviceEvents final : public events::Observer {
 public:
     DeviceEvents(events::Hub &hub, EventStream &stream) : hub_(hub), stream_(stream) { hub_.add(*this); }

@@ -22,7 +22,7 @@ std::optional<EventTime> time_in(const Element &request, const ProtocolModules &
     const std::optional<EventTime> time = has_form ? parse_time(given->text()) : std::nullopt;
     if (!time.has_value())
         throw RpcError("application", "invalid-value",
-                       "<" + std::string(name) + "> has to be a time such as 2026-01-31T23:59:59Z")
+                       "<" + std::string(name) + "> must be a time such as 2026-01-31T23:59:59Z")
             .with_info(bad_element(name));
     return time;
 }
@@ -36,7 +36,7 @@ std::string of_streams(const char *event) {
 Subscription::Subscription(const Element &request, const ProtocolModules &modules) : modules_(modules) {
     const std::optional<Element> stream = request.child("stream");
     if (stream.has_value() && stream->text() != "NETCONF")
-        throw RpcError("application", "invalid-value", "there is one stream, NETCONF")
+        throw RpcError("application", "invalid-value", "the only stream is NETCONF")
             .with_info(bad_element("stream"));
     read_times(request);
     // Clients that build the filter as for <get> leave it in the base NETCONF namespace.
@@ -49,10 +49,10 @@ void Subscription::read_times(const Element &request) {
     start_ = time_in(request, modules_, "startTime");
     stop_ = time_in(request, modules_, "stopTime");
     if (stop_.has_value() && !start_.has_value())
-        throw RpcError("protocol", "missing-element", "<stopTime> goes with <startTime> only")
+        throw RpcError("protocol", "missing-element", "<stopTime> requires <startTime>")
             .with_info(bad_element("startTime"));
     if (start_.has_value() && *start_ > std::chrono::system_clock::now())
-        throw RpcError("protocol", "bad-element", "<startTime> lies in the future")
+        throw RpcError("protocol", "bad-element", "<startTime> is in the future")
             .with_info(bad_element("startTime"));
     if (stop_.has_value() && *stop_ < *start_)
         throw RpcError("protocol", "bad-element", "<stopTime> is earlier than <startTime>")

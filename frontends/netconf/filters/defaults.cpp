@@ -91,7 +91,7 @@ WithDefaults with_defaults_of(const Element &operation) {
             if (child.text() == word)
                 return mode;
         throw RpcError("protocol", "invalid-value",
-                       "<with-defaults> is explicit, report-all, report-all-tagged or trim")
+                       "<with-defaults> must be explicit, report-all, report-all-tagged or trim")
             .with_info("<bad-element>with-defaults</bad-element>");
     }
     return WithDefaults::as_set;

@@ -106,11 +106,11 @@ Filter filter_of(const Element &filter) {
     if (type == "subtree")
         return {FilterType::subtree, filter, {}, {}};
     if (type != "xpath")
-        throw RpcError("protocol", "bad-attribute", "a filter is of type subtree or xpath")
+        throw RpcError("protocol", "bad-attribute", "a filter's type must be subtree or xpath")
             .with_info("<bad-attribute>type</bad-attribute><bad-element>filter</bad-element>");
     const std::optional<std::string> select = filter.attribute("select");
     if (!select.has_value())
-        throw RpcError("protocol", "missing-attribute", "an xpath filter has a select")
+        throw RpcError("protocol", "missing-attribute", "an xpath filter must have a select attribute")
             .with_info("<bad-attribute>select</bad-attribute><bad-element>filter</bad-element>");
     return {FilterType::xpath, filter, *select, filter.prefixes()};
 }

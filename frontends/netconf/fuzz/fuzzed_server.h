@@ -25,7 +25,7 @@ public:
     void begin_anew();
 
     const Server &server() const { return state_->server; }
-    // -1 when there is none yet.
+    // The number of the last commit; -1 when there is none yet.
     int64_t last_commit() const { return device_.last_commit_number(); }
 
 private:
@@ -39,7 +39,7 @@ private:
         Server server;
     };
 
-    // A directory for the store only.
+    // A directory for the commit store alone.
     std::filesystem::path store() const { return directory_.path() / "store"; }
 
     PrivateDirectory directory_{"yfw-fuzz"};

@@ -1,10 +1,12 @@
-// The fuzzer's target: from a client's bytes to the replies. An input is two bytes that say how the rest is
-// taken, and the stream of a client:
+// The fuzz target: feeds a client's bytes to the server and checks the replies. An input consists of
 //
-//   first byte   the sum of: 1 the stream starts after the hello; 2 and is then in chunks; 4 the client may
-//   only
-//                read; 8 every second message comes from another session. '0' to '?' are all of them.
-//   second byte  in how large portions the stream comes, in bytes
+//   byte 0    the sum of these flags; the characters '0' to '?' are all combinations:
+//               1  the stream starts after the hello
+//               2  ... and is in chunks (base:1.1)
+//               4  the client may only read
+//               8  every second message comes from another session
+//   byte 1    the size of the pieces in which the stream arrives, in bytes
+//   the rest  the client's stream
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -78,7 +80,8 @@ Frames frames_of(std::string_view stream, Framing framing, size_t portion) {
 void check_framing(const Input &input) {
     const Frames whole = frames_of(input.stream, input.framing, std::max<size_t>(input.stream.size(), 1));
     require(frames_of(input.stream, input.framing, input.portion) == whole,
-            "A stream in portions is not what it is at once.", std::string(input.stream));
+            "A stream that arrives in pieces gives other messages than the whole stream.",
+            std::string(input.stream));
 }
 
 void check_frame(Framing framing, const std::string &message) {
@@ -86,8 +89,8 @@ void check_frame(Framing framing, const std::string &message) {
     reader.use(framing);
     reader.feed(frame(framing, message));
     const std::optional<std::string> read = reader.next();
-    require(read == message && !reader.is_inside_message(), "A framed reply is read as something else.",
-            message);
+    require(read == message && !reader.is_inside_message(),
+            "A framed reply does not read back as the same reply.", message);
 }
 
 // ---- replies -------------------------------------------------------------------------------------------
@@ -116,7 +119,7 @@ void check_attributes(const std::string &message, const Element &reply, const st
         const Document request(message);
         if (request.root().is(base_ns, "rpc"))
             require(attributes_of(reply) == attributes_of(request.root()),
-                    "The reply has other attributes than the <rpc>.", message + "\n" + text);
+                    "The attributes of the reply differ from those of the <rpc>.", message + "\n" + text);
     } catch (const RpcError &) { // no <rpc> to take attributes from
     }
 }
@@ -124,13 +127,13 @@ void check_attributes(const std::string &message, const Element &reply, const st
 void check_reply(const std::string &message, const Reply &reply) {
     const Document document = parsed_reply(reply.text);
     const Element root = document.root();
-    require(root.is(base_ns, "rpc-reply"), "The reply is no <rpc-reply>.", reply.text);
-    require(root.child("rpc-error").has_value() == reply.is_error, "A reply that errs does not say so.",
-            reply.text);
+    require(root.is(base_ns, "rpc-reply"), "The reply is not an <rpc-reply>.", reply.text);
+    require(root.child("rpc-error").has_value() == reply.is_error,
+            "The reply's error flag disagrees with its <rpc-error>.", reply.text);
     check_attributes(message, root, reply.text);
     const std::string tag = reply.text.substr(reply.text.find("<rpc-reply"));
     require(tag.substr(0, tag.find('>')).find_first_of("\t\r\n") == std::string::npos,
-            "Attributes are not echoed as they would be read.", reply.text);
+            "White space in an echoed attribute is not escaped.", reply.text);
     check_frame(Framing::end_of_message, reply.text);
     check_frame(Framing::chunked, reply.text);
 }
@@ -187,7 +190,7 @@ private:
         const Reply reply = answer(server_.server(), caller, message);
         check_reply(message, reply);
         require(!(reply.is_error || !input_.may_write) || server_.last_commit() == before,
-                "What was refused has changed the configuration.", message + "\n" + reply.text);
+                "A refused request has changed the configuration.", message + "\n" + reply.text);
         ended_ = reply.aftermath.close || reply.aftermath.kill.has_value();
     }
 

@@ -45,11 +45,11 @@ std::optional<std::string> FrameReader::next_by_delimiter() {
 
 uint64_t FrameReader::chunk_size(std::string_view digits) const {
     if (digits.empty() || digits.front() < '1' || digits.front() > '9')
-        throw FramingError("a chunk size has to begin with a digit from 1 to 9");
+        throw FramingError("a chunk size must begin with a digit from 1 to 9");
     uint64_t size = 0;
     for (const char c : digits) {
         if (c < '0' || c > '9')
-            throw FramingError("a chunk size has to be a decimal number");
+            throw FramingError("a chunk size must be a decimal number");
         size = size * 10 + static_cast<uint64_t>(c - '0');
         if (size > largest_chunk)
             throw FramingError("a chunk size is above 4294967295");
@@ -73,7 +73,7 @@ bool FrameReader::read_header() {
     const std::string_view size = rest.substr(begin.size(), end - begin.size());
     if (size == "#") {
         if (!has_chunk_)
-            throw FramingError("a message without a chunk");
+            throw FramingError("a message must have at least one chunk");
         ended_ = true;
     } else {
         left_ = chunk_size(size);

@@ -39,8 +39,7 @@ uint32_t number_of(const Element &element, uint32_t least) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || number < least)
         throw RpcError("protocol", "invalid-value",
-                       "<" + std::string(element.name()) + "> has to be a number from " +
-                           std::to_string(least));
+                       "<" + std::string(element.name()) + "> must be a number from " + std::to_string(least));
     return number;
 }
 
@@ -69,7 +68,8 @@ std::string datastore_name(const Element &leaf) {
 Datastore configuration_named_by(const Element &leaf) {
     const std::string name = datastore_name(leaf);
     if (name != "running" && name != "candidate")
-        throw RpcError("protocol", "invalid-value", "this server has the configurations running and candidate")
+        throw RpcError("protocol", "invalid-value",
+                       "this server has only the configurations running and candidate")
             .with_info("<bad-element>datastore</bad-element>");
     return name == "running" ? Datastore::running : Datastore::candidate;
 }
@@ -89,7 +89,8 @@ Datastore datastore_of(const Element &parent, const char *name) {
     if (named.empty())
         throw RpcError("protocol", "missing-element", "expected a datastore")
             .with_info("<bad-element>" + std::string(name) + "</bad-element>");
-    throw RpcError("protocol", "invalid-value", "this server has running and candidate only");
+    throw RpcError("protocol", "invalid-value",
+                   "this server has only the configurations running and candidate");
 }
 
 void require_writer(const Call &call) {

@@ -46,14 +46,14 @@ std::string reply_with(const std::string &attributes, const std::string &content
 
 Element operation_of(const Element &rpc) {
     if (!rpc.attribute("message-id").has_value())
-        throw RpcError("rpc", "missing-attribute", "an <rpc> has a message-id")
+        throw RpcError("rpc", "missing-attribute", "an <rpc> must have a message-id")
             .with_info("<bad-attribute>message-id</bad-attribute><bad-element>rpc</bad-element>");
     const std::vector<Element> operations = rpc.children();
     if (operations.empty())
-        throw RpcError("rpc", "missing-element", "an <rpc> holds an operation")
+        throw RpcError("rpc", "missing-element", "an <rpc> must contain an operation")
             .with_info("<bad-element>rpc</bad-element>");
     if (operations.size() > 1)
-        throw RpcError("rpc", "bad-element", "an <rpc> holds one operation")
+        throw RpcError("rpc", "bad-element", "an <rpc> must contain a single operation")
             .with_info("<bad-element>" + escaped(operations[1].name()) + "</bad-element>");
     return operations.front();
 }
@@ -102,7 +102,7 @@ bool client_speaks_base_1_1(const std::string &hello) {
     if (!root.is(base_ns, "hello") || !list.has_value())
         throw RpcError("protocol", "malformed-message", "expected a <hello> with capabilities");
     if (root.child("session-id"))
-        throw RpcError("protocol", "malformed-message", "a client's <hello> has no session-id");
+        throw RpcError("protocol", "malformed-message", "a client's <hello> must not have a session-id");
     bool speaks_1_0 = false;
     bool speaks_1_1 = false;
     for (const Element &capability : list->children()) {

@@ -15,7 +15,7 @@ yang::Operation default_operation_of(const Element &edit) {
         return yang::Operation::replace;
     if (word == "none")
         return yang::Operation::none;
-    throw RpcError("protocol", "invalid-value", "<default-operation> is merge, replace or none")
+    throw RpcError("protocol", "invalid-value", "<default-operation> must be merge, replace or none")
         .with_info("<bad-element>default-operation</bad-element>");
 }
 
@@ -27,7 +27,7 @@ void refuse_more_than_elements(const Element &config) {
                 .with_info(text_element("bad-attribute", std::string(attribute.name)) +
                            "<bad-element>config</bad-element>");
     if (!config.text().empty())
-        throw RpcError("protocol", "bad-element", "<config> holds elements, and no text")
+        throw RpcError("protocol", "bad-element", "<config> must contain elements, not text")
             .with_info("<bad-element>config</bad-element>");
 }
 
@@ -37,7 +37,7 @@ std::optional<yang::EditNode> edit_of(const Server &server, const Element &confi
     if (tops.empty())
         return std::nullopt;
     if (tops.size() > 1)
-        throw RpcError("application", "bad-element", "a configuration has one top node")
+        throw RpcError("application", "bad-element", "a configuration must have a single top node")
             .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
     return yang::read_edit(server.schemas(), yang::edit_element_from(server.schemas().context(), tops.front()),
                            operation);
@@ -67,11 +67,11 @@ std::string edit_config(const Call &call) {
     const std::string test = text_of(call.operation, "test-option").value_or("test-then-set");
     const std::string error = text_of(call.operation, "error-option").value_or("stop-on-error");
     if (test != "test-then-set" && test != "set" && test != "test-only")
-        throw RpcError("protocol", "invalid-value", "<test-option> is test-then-set, set or test-only")
+        throw RpcError("protocol", "invalid-value", "<test-option> must be test-then-set, set or test-only")
             .with_info("<bad-element>test-option</bad-element>");
     // Edits are all or nothing: the first two mean the same here, and the third cannot be honoured.
     if (error != "stop-on-error" && error != "rollback-on-error")
-        throw RpcError("protocol", "invalid-value", "<error-option> is stop-on-error or rollback-on-error")
+        throw RpcError("protocol", "invalid-value", "<error-option> must be stop-on-error or rollback-on-error")
             .with_info("<bad-element>error-option</bad-element>");
     return edit_datastore(call, datastore_of(call.operation, "target"), test == "test-only");
 }

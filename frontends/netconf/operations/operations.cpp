@@ -32,7 +32,7 @@ std::string kill_session(const Call &call) {
 std::string create_subscription(const Call &call) {
     refuse_others(call.operation, {"stream", "filter", "startTime", "stopTime"});
     if (call.caller.is_subscribed)
-        throw RpcError("protocol", "operation-failed", "the session has a subscription already");
+        throw RpcError("protocol", "operation-failed", "the session already has a subscription");
     call.aftermath.subscription = std::make_shared<const Subscription>(call.operation, call.server.modules);
     return ok;
 }
@@ -103,7 +103,7 @@ std::string perform(const Server &server, const Caller &caller, const Element &o
     }
     if (known_ns)
         throw RpcError("protocol", "operation-not-supported",
-                       "this server does not have <" + std::string(operation.name()) + ">");
+                       "this server does not support <" + std::string(operation.name()) + ">");
     throw RpcError("protocol", "unknown-namespace", "no operation has this namespace")
         .with_info("<bad-element>" + escaped(operation.name()) + "</bad-element><bad-namespace>" +
                    escaped(operation.ns()) + "</bad-namespace>");

@@ -29,13 +29,14 @@ struct Caller : device::Caller {
     bool is_subscribed = false;
 };
 
-// All members are borrowed. Thread-safe.
+// What requests are answered with, shared by all threads that answer them. The references are borrowed, and
+// is_session may be called from any thread.
 struct Server {
     device::Service &service;
     const ProtocolModules &modules;
     Monitoring &monitoring;
     const EventStream &events;
-    std::function<bool(uint32_t)> is_session;
+    std::function<bool(uint32_t)> is_session; // whether a session with this id exists
 
     const yang::Schemas &schemas() const { return service.device().schemas(); }
     device::ManagedDevice &device() const { return service.device(); }

@@ -158,7 +158,7 @@ std::optional<Filter> nmda_filter_of(const Element &operation) {
     const std::optional<Element> subtree = operation.child("subtree-filter");
     const std::optional<Element> xpath = operation.child("xpath-filter");
     if (subtree.has_value() && xpath.has_value())
-        throw RpcError("protocol", "bad-element", "<subtree-filter> and <xpath-filter> exclude one another")
+        throw RpcError("protocol", "bad-element", "<subtree-filter> and <xpath-filter> are mutually exclusive")
             .with_info("<bad-element>xpath-filter</bad-element>");
     if (subtree.has_value())
         return Filter{FilterType::subtree, *subtree, {}, {}};
@@ -172,14 +172,14 @@ host::Content content_of(const Element &operation) {
     if (!filter.has_value())
         return host::Content::all;
     if (*filter != "true" && *filter != "false")
-        throw invalid("config-filter", "<config-filter> is true or false");
+        throw invalid("config-filter", "<config-filter> must be true or false");
     return *filter == "true" ? host::Content::config : host::Content::state;
 }
 
 uint32_t depth_of(const Server &server, const Element &operation) {
     const std::string text = text_of(operation, "max-depth").value_or("unbounded");
     if (!server.modules.allows("/ietf-netconf-nmda:get-data/max-depth", text))
-        throw invalid("max-depth", "<max-depth> is a number from 1 to 65535, or unbounded");
+        throw invalid("max-depth", "<max-depth> must be a number from 1 to 65535, or unbounded");
     return text == "unbounded" ? unlimited_depth : static_cast<uint32_t>(std::stoul(text));
 }
 
@@ -212,7 +212,7 @@ std::string get_data(const Call &call) {
         return data_element(attributes, read_configuration(call, configuration_named_by(datastore), wanted));
     // The capability with-operational-defaults is not offered.
     if (wanted.defaults != WithDefaults::as_set)
-        throw invalid("with-defaults", "<with-defaults> goes with a configuration only");
+        throw invalid("with-defaults", "<with-defaults> applies to configuration only");
     return data_element(attributes, read_operational(call, wanted));
 }
 
@@ -222,7 +222,7 @@ std::string get_schema(const Call &call) {
     const std::string format = text_of(call.operation, "format").value_or("yang");
     const size_t colon = format.find(':');
     if ((colon == std::string::npos ? format : format.substr(colon + 1)) != "yang")
-        throw RpcError("application", "invalid-value", "schemas are given as yang");
+        throw RpcError("application", "invalid-value", "schemas are available in the format yang only");
     const auto text = call.server.modules.text(name, text_of(call.operation, "version").value_or(""));
     if (!text.has_value())
         throw RpcError("application", "invalid-value", "there is no such schema");

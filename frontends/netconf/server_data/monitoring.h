@@ -22,7 +22,7 @@ struct SessionCounters {
     uint64_t out_notifications = 0;
 };
 
-// Thread-safe.
+// The counters and sessions of one server. Any thread may call any member; none waits for a device.
 class Monitoring {
 public:
     Monitoring();
@@ -37,7 +37,8 @@ public:
     void add_to(lyd_node &netconf_state) const;
 
 private:
-    struct Session {
+    // An entry of /netconf-state/sessions (RFC 6022 section 2.1.4).
+    struct SessionEntry {
         std::string user;
         std::string login_time;
         SessionCounters counters;
@@ -45,7 +46,7 @@ private:
 
     mutable std::mutex mutex_;
     std::string start_time_;
-    std::map<uint32_t, Session> sessions_;
+    std::map<uint32_t, SessionEntry> sessions_;
     SessionCounters all_;
     uint32_t bad_hellos_ = 0;
     uint32_t in_sessions_ = 0;

@@ -20,6 +20,7 @@ struct ModuleName {
     std::string features; // the offered ones, separated by commas
 };
 
+// The modules that clients are offered. Immutable once constructed: any thread may call any member.
 class ProtocolModules {
 public:
     // Loads the mapping's OpenConfig modules, the protocol's, and the one with the mapping's notification.

@@ -100,7 +100,7 @@ TEST(AnExpression, ThatWouldTakeSecondsIsRefusedForItsLength) {
     const Document filter(xpath_filter(std::string(200000, '-') + "1"));
     try {
         xpath_filtered(some_data(), filter_of(filter.root()));
-        FAIL() << "it was evaluated";
+        FAIL() << "the expression was evaluated";
     } catch (const RpcError &error) {
         EXPECT_EQ(error.type, "protocol");
         EXPECT_EQ(error.tag, "too-big");

@@ -57,7 +57,7 @@ class AMalformedDocument : public testing::TestWithParam<DocumentCase> {};
 TEST_P(AMalformedDocument, IsRefusedAsAMalformedMessage) {
     try {
         const Document document(GetParam().text);
-        FAIL() << "it was taken as " << document.root().print().substr(0, 200);
+        FAIL() << "the document was accepted as " << document.root().print().substr(0, 200);
     } catch (const RpcError &error) {
         EXPECT_EQ(error.type, "rpc");
         EXPECT_EQ(error.tag, "malformed-message");

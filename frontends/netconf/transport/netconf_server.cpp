@@ -89,7 +89,7 @@ void NetconfServer::listen() {
 // When descriptors run out, pending connections would wake the loop again and again.
 void NetconfServer::rest() {
     if (!has_said_full_)
-        say("no more sessions can be taken for now: " + system_error_text());
+        say("no more sessions can be accepted for now: " + system_error_text());
     has_said_full_ = true;
     evconnlistener_disable(listener_);
     const timeval wait{1, 0};
@@ -158,7 +158,7 @@ void NetconfServer::in_background(std::function<void()> work) {
         }
         return [this, trouble] {
             if (!trouble.empty())
-                say("a commit that was not confirmed cannot be taken back: " + trouble);
+                say("an unconfirmed commit cannot be rolled back: " + trouble);
             arm_commit_timer();
         };
     });

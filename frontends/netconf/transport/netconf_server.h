@@ -30,7 +30,9 @@ struct ServerOptions {
     size_t threads = 4; // workers
 };
 
-// Borrows everything it is given.
+// Borrows everything it is given. The thread that calls run() is the event loop: it owns all sessions and
+// timers, and never waits for the device. Requests are answered by worker threads, which hand their results
+// back to it. Create, run and destroy the server from one thread at a time.
 class NetconfServer {
 public:
     // Creates the socket and listens on it (mode 0666: access is decided by peer credentials). Fails if another

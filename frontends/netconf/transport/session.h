@@ -22,8 +22,9 @@ class NetconfServer;
 enum class EndReason { closed, killed, dropped, timeout, bad_hello, other };
 std::string_view to_string(EndReason reason);
 
-// Reads requests and writes replies in order, one request at a time. Any call from the event loop may end the
-// session: the server then destroys it.
+// Reads requests and writes replies in order, one request at a time. Belongs to the event loop's thread;
+// workers only get copies of its caller and messages. Any call may end the session: the server then destroys
+// it.
 class Session {
 public:
     Session(NetconfServer &server, event_base *base, int socket, Caller caller);

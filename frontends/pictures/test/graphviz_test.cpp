@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
                             "failed: syntax error in line 1"},
                     Failure{"its_exit_status", "echo '<svg/>'; exit 3", "failed: exit status 3"},
                     Failure{"its_signal", "kill -9 $$", "failed: signal 9"},
-                    Failure{"no_picture", "exit 0", "gave no picture"}),
+                    Failure{"no_picture", "exit 0", "produced no picture"}),
     [](const auto &tested) { return tested.param.name; });
 
 TEST_F(GraphvizProgram, that_is_not_installed_is_asked_for) {
@@ -107,7 +107,7 @@ TEST_F(GraphvizProgram, that_does_not_end_is_ended_and_leaves_no_process) {
     const std::string message = message_of([&] {
         make_svg("graph {}", {program("exec sleep infinity"), std::chrono::milliseconds(0)});
     });
-    EXPECT_THAT(message, HasSubstr("was ended after 0 ms"));
+    EXPECT_THAT(message, HasSubstr("was killed after 0 ms"));
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
 }

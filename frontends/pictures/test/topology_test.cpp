@@ -1,4 +1,4 @@
-// Pictures of networks from hand-made reports: who is connected to whom, as text and as a graph.
+// Drawings of networks from hand-made reports: which routers are connected, as text and as a graph.
 #include <algorithm>
 #include <stdexcept>
 #include <string>

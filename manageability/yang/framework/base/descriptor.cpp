@@ -13,7 +13,7 @@ namespace yfw {
 Pipe::Pipe() {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe can be made: " + system_error_text());
+        throw std::runtime_error("cannot create a pipe: " + system_error_text());
     read_end = Descriptor(ends[0]);
     write_end = Descriptor(ends[1]);
 }

@@ -49,7 +49,8 @@ struct Pipe {
 // Writes all of the content. Returns false and sets errno on failure.
 bool write_all(int descriptor, std::string_view content);
 
-// Appends the available bytes, waiting for the first. Returns false at the end of the stream and on error.
+// Appends the available bytes, waiting for the first. Returns false at the end of the stream and on error; an
+// interrupted read appends nothing and returns true.
 bool append_from(int descriptor, std::string &text);
 
 } // namespace yfw

@@ -1,4 +1,4 @@
-// The error reported to a user: what the client is told, and where it occurred.
+// The error reported to a user: tag, place and message.
 #ifndef YFW_BASE_ERROR_H
 #define YFW_BASE_ERROR_H
 
@@ -37,8 +37,8 @@ public:
     Error(ErrorTag tag, std::string path, const std::string &message, uint32_t status = 0)
         : std::runtime_error(message), tag_(tag), path_(std::move(path)), status_(status) {}
 
-    // What a client is told besides the path: the unknown namespace or attribute, the missing key, or the
-    // session that holds a lock.
+    // Adds what the error is about besides the path: the unknown namespace or attribute, the missing key, or
+    // the session that holds a lock.
     Error &&about(std::string subject) && {
         subject_ = std::move(subject);
         return std::move(*this);

@@ -35,7 +35,7 @@ void remove_left_behind(const std::filesystem::path &among, const std::string &n
 }
 
 [[noreturn]] void fail(const std::filesystem::path &path) {
-    throw Error(ErrorTag::operation_failed, path.string(), "cannot be made: " + system_error_text());
+    throw Error(ErrorTag::operation_failed, path.string(), "cannot be created: " + system_error_text());
 }
 
 } // namespace

@@ -9,8 +9,8 @@
 
 namespace yfw {
 
-// Created among the temporary files, accessible to its user only, and removed with the object. Creating one
-// also removes leftovers of killed processes under the same name.
+// Created in the directory for temporary files, accessible to its user only, and removed with the object.
+// Creating one also removes what killed processes left behind under the same name.
 class PrivateDirectory {
 public:
     // `name`: prefix of the directory's name. Throws Error when it cannot be created.

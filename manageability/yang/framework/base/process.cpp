@@ -139,17 +139,17 @@ NotStarted::NotStarted(const std::string &program, int reason)
 
 Process::Process(pid_t number)
     : number_(number), handle_(static_cast<int>(::syscall(SYS_pidfd_open, number, 0))) {
-    if (handle_.is_open() || errno == ESRCH) // it has ended already and left no status
+    if (handle_.is_open() || errno == ESRCH) // it has already ended without leaving a status
         return;
     const int reason = errno;
     kill();
-    throw std::runtime_error("no process can be made: " + system_error_text(reason));
+    throw std::runtime_error("cannot create a process: " + system_error_text(reason));
 }
 
 Process Process::copy(const std::function<int()> &body) {
     const pid_t number = ::fork();
     if (number < 0)
-        throw std::runtime_error("no process can be made: " + system_error_text());
+        throw std::runtime_error("cannot create a process: " + system_error_text());
     if (number > 0)
         return Process(number);
     int status = EXIT_FAILURE;

@@ -62,7 +62,7 @@ public:
 
     pid_t number() const { return number_; }
     bool runs();
-    // Does nothing once the process has been reaped.
+    // Sends the signal; does nothing once the process has been reaped.
     void signal(int number) const;
 
     // These return the exit status, or 128 + the signal that killed the process; -1 when there is no process,

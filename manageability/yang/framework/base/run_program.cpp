@@ -47,7 +47,7 @@ private:
 Descriptor file_of(const std::string &content) {
     Descriptor file(::memfd_create("input", MFD_CLOEXEC));
     if (!file.is_open() || !write_all(file.get(), content) || ::lseek(file.get(), 0, SEEK_SET) < 0)
-        throw std::runtime_error("no room for a program's input: " + system_error_text());
+        throw std::runtime_error("cannot store a program's input: " + system_error_text());
     return file;
 }
 
@@ -100,7 +100,7 @@ Finished run(Program program, const std::string &input, std::chrono::millisecond
     if (collect(output, errors, finished, deadline))
         status = process.wait(std::chrono::milliseconds(milliseconds_until(deadline)));
     if (!status.has_value())
-        throw TookTooLong(program.arguments[0] + ": was ended, it took longer than " +
+        throw TookTooLong(program.arguments[0] + ": killed after its time limit of " +
                           std::to_string(limit.count()) + " ms");
     finished.status = *status;
     return finished;

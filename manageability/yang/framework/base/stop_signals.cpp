@@ -14,7 +14,7 @@ StopSignals::StopSignals() {
     sigprocmask(SIG_BLOCK, &signals, &before_);
     signals_ = Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
     if (!signals_.is_open())
-        throw Error(ErrorTag::resource_denied, "", "no descriptor for signals is left");
+        throw Error(ErrorTag::resource_denied, "", "no file descriptor left for signals");
 }
 
 StopSignals::~StopSignals() {

@@ -8,10 +8,11 @@
 
 namespace yfw {
 
-// While it lives, SIGINT and SIGTERM make descriptor() readable instead of ending the program. Create it before
-// any thread.
+// While an instance exists, SIGINT and SIGTERM make descriptor() readable instead of ending the program. Create
+// it before any thread: threads inherit the blocked signals.
 class StopSignals {
 public:
+    // Throws Error when out of descriptors.
     StopSignals();
     ~StopSignals();
     StopSignals(const StopSignals &) = delete;

@@ -14,7 +14,7 @@ sockaddr_un address_of(const std::filesystem::path &path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.native().size() > longest_socket_path)
-        throw Error(ErrorTag::invalid_value, path.string(), "the name of the socket is too long");
+        throw Error(ErrorTag::invalid_value, path.string(), "the socket's path is too long");
     std::memcpy(address.sun_path, path.c_str(), path.native().size() + 1);
     return address;
 }

@@ -35,8 +35,10 @@ struct Commit {
 // earlier version made.
 enum class Step { begun, read, prepared, upgraded, inserted, committed };
 
-// Thread-safe; several processes may share a file. Every commit is on disk before it is reported (write-ahead
-// log, full synchronisation). Every function throws StoreError.
+// Any thread may read and commit; commits are serialized, among threads and among processes that share the
+// file. A commit waits up to 10 seconds for one of another process, then throws StoreError. Every commit is on
+// disk before it is reported (write-ahead log, full synchronisation). Every
+// function throws StoreError.
 //
 // A store that an earlier version made is read as it is; the first write upgrades it. One that may only be read
 // serves reads, and writing to it throws.
@@ -62,9 +64,10 @@ public:
     // Which run of the device's daemon the last commit was applied to; nothing when that was never set.
     std::optional<std::string> applied_to() const;
 
-    // Commits what `make` returns when called with the last commit. If it throws or returns nothing, nothing is
-    // stored. No other commit can intervene. Returns the commit with its number and time. `make` may be slow:
-    // meanwhile others can read, and see the previous state.
+    // Commits what `make` returns when called, on this thread, with the last commit. If it throws or returns
+    // nothing, nothing is stored. No other commit can intervene, and `make` must not commit itself. It may be
+    // slow: meanwhile anybody can read, and sees the previous state. Returns the commit with its number and
+    // time.
     std::optional<Commit>
     commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
 
@@ -75,7 +78,8 @@ public:
     void set_openconfig(int64_t number, const std::string &text);
     void set_applied_to(const std::string &instance);
 
-    // Called at each step of a commit.
+    // Called at each step of a commit, on the committing thread; from `inserted` on, it must not use the log.
+    // Set it while no commit is running.
     void on_step(std::function<void(Step)> observer) { observer_ = std::move(observer); }
 
 private:

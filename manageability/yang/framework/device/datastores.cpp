@@ -120,12 +120,12 @@ void Datastores::discard(const Caller &caller) {
 void Datastores::refuse_other_confirmer(const Caller &caller,
                                         const std::optional<std::string> &persist_id) const {
     if (persist_id.has_value() && (!pending_.has_value() || pending_->persist != persist_id))
-        throw request_error(ErrorTag::invalid_value, "no commit waits under this persist-id");
+        throw request_error(ErrorTag::invalid_value, "no unconfirmed commit has this persist-id");
     if (pending_.has_value() && pending_->persist.has_value() && !persist_id.has_value())
-        throw request_error(ErrorTag::invalid_value, "a commit waits to be confirmed by its persist-id");
+        throw request_error(ErrorTag::invalid_value, "the unconfirmed commit requires its persist-id");
     if (pending_.has_value() && !pending_->persist.has_value() && pending_->actor.session != caller.session)
-        throw request_error(ErrorTag::in_use,
-                            "session " + std::to_string(pending_->actor.session) + " has a commit to confirm");
+        throw request_error(ErrorTag::in_use, "session " + std::to_string(pending_->actor.session) +
+                                                  " has an unconfirmed commit");
 }
 
 void Datastores::commit(const Caller &caller, const std::optional<Confirmation> &confirmed,
@@ -171,7 +171,7 @@ void Datastores::wait_for_confirmation(const Caller &caller, const Confirmation 
 void Datastores::cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id) {
     const Guard guard(mutex_);
     if (!pending_.has_value())
-        throw request_error(ErrorTag::operation_failed, "no commit waits to be confirmed");
+        throw request_error(ErrorTag::operation_failed, "there is no unconfirmed commit");
     refuse_if_locked(caller, Datastore::running);
     refuse_other_confirmer(caller, persist_id);
     take_back(caller.actor());
@@ -233,10 +233,9 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
         throw request_error(ErrorTag::lock_denied, "the datastore is already locked")
             .about(std::to_string(held->second.session));
     if (datastore == Datastore::candidate && candidate_.has_value())
-        throw request_error(ErrorTag::lock_denied, "the candidate has changes that were not committed")
-            .about("0");
+        throw request_error(ErrorTag::lock_denied, "the candidate has uncommitted changes").about("0");
     if (datastore == Datastore::running && pending_.has_value() && pending_->actor.session != caller.session)
-        throw request_error(ErrorTag::lock_denied, "a commit waits to be confirmed")
+        throw request_error(ErrorTag::lock_denied, "there is an unconfirmed commit")
             .about(std::to_string(pending_->session_is_gone ? 0 : pending_->actor.session));
     locks_[datastore] = {caller.session, utc_now()};
 }

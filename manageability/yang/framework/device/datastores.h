@@ -36,7 +36,11 @@ struct Confirmation {
 };
 
 // Observers are notified of changes to the running
-// configuration. Thread-safe. Everything is borrowed. A rejected call throws Error and changes nothing.
+// configuration. Everything is borrowed. A rejected call throws Error and changes nothing.
+//
+// Any thread may call any member. One lock serializes them, commits included, and is held while the device and
+// the mapping work and while observers are notified: only deadline() never blocks, and an observer must not
+// call back. Reading running does not take the lock.
 class Datastores {
 public:
     Datastores(ManagedDevice &device, events::Hub &events) : device_(device), events_(events) {}
@@ -73,12 +77,14 @@ public:
 
     // When the unconfirmed commit will be rolled back; nothing when there is none. Never blocks.
     std::optional<std::chrono::steady_clock::time_point> deadline() const;
+    // Rolls back the unconfirmed commit if its deadline has passed; if the device refuses, throws Error and
+    // sets a new deadline.
     void take_back_when_due();
 
-    // Call when the server ends: nobody can confirm pending commits any more.
+    // Rolls back the unconfirmed commit, if any. Call when the server ends: nobody can confirm it any more.
     void take_back_unconfirmed();
 
-    // Rolls back what a killed server left unconfirmed.
+    // Rolls back what a killed server left unconfirmed. Call before any session starts.
     void recover();
 
 private:

@@ -13,9 +13,10 @@
 
 namespace yfw::device {
 
-// Its thread looks for drift at intervals and applies the last commit again when there is some. What remains
-// afterwards is left alone until it changes. Observers of the service's events are told of a configuration
-// change by the server that names the leaves. Borrows the service.
+// Runs a thread that looks for drift at intervals and applies the last commit again when there is some. What
+// remains afterwards is left alone until it changes. Observers of the service's events are told of a
+// configuration change by the server that names the leaves. Borrows the service. The destructor ends the thread
+// and waits for it.
 class DriftKeeper {
 public:
     // `say` takes messages for the server's operator; it is called on that thread.

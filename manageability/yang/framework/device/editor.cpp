@@ -154,9 +154,17 @@ void Editor::remember_instance(commits::CommitLog &store) {
 }
 
 void Editor::restore() {
-    target_->restore(configurations_.running().native.get());
-    if (const std::shared_ptr<commits::CommitLog> store = source_.log(false))
-        in_store([&] { remember_instance(*store); });
+    const std::shared_ptr<commits::CommitLog> store = source_.log(false);
+    if (store == nullptr)
+        return;
+    in_store([&] {
+        store->commit([&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
+            if (last.has_value()) // and no other can be made meanwhile
+                target_->restore(configurations_.of(*last).native.get());
+            return std::nullopt;
+        });
+        remember_instance(*store);
+    });
 }
 
 std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change change,

@@ -27,7 +27,8 @@ struct CommitNote {
 using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *after)>;
 
 // Commits edits. Everything is borrowed; without a target (NULL) configurations are only stored. The guard, if
-// any, is called before anything changes. Thread-safe: commits are serialized.
+// any, is called before anything changes. Any thread may call try_edit(), apply() and shown(). The others,
+// which commit, must be called by one thread at a time; the store serializes them with other processes.
 class Editor {
 public:
     Editor(const yang::Schemas &schemas, ConfiguredSource &source, Configurations &configurations,
@@ -60,7 +61,7 @@ public:
     // Whether the target's device does not run since a commit was applied to it, as far as can be told.
     bool device_was_restarted();
 
-    // Called at each step of a commit.
+    // Called at each step of a commit, on the committing thread. Set it before any commit.
     void on_step(std::function<void(commits::Step)> observer) { observer_ = std::move(observer); }
 
 private:

@@ -27,7 +27,7 @@ void Keeper::restore() {
         say_(device_.restore_after_restart() ? "the device is back and has its configuration again"
                                              : "the device is back");
     } catch (const Error &error) {
-        say_(std::string("the device is back, but not at its configuration: ") + error.what());
+        say_(std::string("the device is back, but its configuration cannot be restored: ") + error.what());
     }
 }
 
@@ -35,7 +35,7 @@ void Keeper::pass_on(sources::NeighborEvent event) {
     try {
         on_neighbor_(std::move(event));
     } catch (const Error &error) {
-        say_(std::string("warning: a change of a neighbor cannot be told: ") + error.what());
+        say_(std::string("warning: cannot report a change of a neighbor: ") + error.what());
     }
 }
 

@@ -11,11 +11,12 @@
 
 namespace yfw::device {
 
-// Its thread reapplies the last commit when the device was restarted, and forwards the neighbor changes that
-// the device reports. Does nothing for a device that does not report changes. Borrows the device.
+// Runs a thread that reapplies the last commit when the device was restarted, and forwards the neighbor changes
+// that the device reports. Does nothing for a device that does not report changes. Borrows the device, whose
+// watch it occupies. The destructor ends the thread and waits for it.
 class Keeper {
 public:
-    // Both are called on that thread; `say` takes messages for the server's operator.
+    // Both functions are called on the keeper's thread only; `say` takes messages for the server's operator.
     Keeper(ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
            std::function<void(const std::string &)> say);
     ~Keeper();

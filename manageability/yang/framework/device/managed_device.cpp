@@ -46,7 +46,7 @@ void ManagedDevice::validate(const Configuration &configuration) const {
 void ManagedDevice::require_store() const {
     if (store().empty())
         throw Error(ErrorTag::missing_element, "--store",
-                    "a device that is given as files needs a file for its commits");
+                    "a device given with --native needs a file for its commits");
 }
 
 std::optional<commits::Commit> ManagedDevice::edit(const yang::EditNode &edit, const CommitNote &note,

@@ -22,8 +22,12 @@
 
 namespace yfw::device {
 
-// The interface for all front ends. Thread-safe; the mapping serves one request at a time. Only one may exist
-// per process at a time: the plug-in keeps state between its callbacks. Every function throws Error.
+// The interface for all front ends. Every function throws Error. Only one may exist per process at a time: the
+// plug-in keeps state between its callbacks.
+//
+// Any thread may read, explain, and try or apply edits; the mapping serves one request at a time, so a call may
+// wait for those of other threads. edit(), commit() and rollback() must come from one thread at a time
+// (Datastores serializes them); other processes may commit meanwhile.
 class ManagedDevice {
 public:
     // Takes ownership of the source and borrows the schemas. `store`: the commit file, created by the first
@@ -61,7 +65,8 @@ public:
         return engine_.explain(edit, source_.running_configuration());
     }
 
-    // When tracing, the plug-in's debug log contains every callback's steps.
+    // When tracing, the plug-in's debug log contains every callback's steps. Call before other threads use the
+    // device.
     void set_trace(bool on) { engine_.set_trace(on); }
 
     // ---- configuration
@@ -115,8 +120,10 @@ public:
     // Called at each step of a commit, for tests.
     void on_step(std::function<void(commits::Step)> observer) { editor_.on_step(std::move(observer)); }
 
+    // Whether the device reports changes of its neighbors.
     bool tells_changes() const { return opened_.watch != nullptr; }
-    // Calls the listener until `stop`, a descriptor, becomes readable.
+    // Calls the listener, on the calling thread, until `stop`, a descriptor, becomes readable. One watch at a
+    // time. Requires tells_changes().
     void watch(int stop, const sources::NeighborWatch::Listener &listener);
 
 private:

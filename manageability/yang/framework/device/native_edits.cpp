@@ -59,7 +59,7 @@ private:
                 steps.empty() ? schemas_.native_root(edit.ns, word) : yang::schema_child(steps.back(), word);
             if (node == nullptr)
                 throw Error(ErrorTag::operation_failed, edit.path,
-                            "the mapping edits a native path that the models do not have");
+                            "the mapping edits a path that the native models do not have");
             steps.push_back(node);
         }
         if (steps.empty())

@@ -24,7 +24,8 @@ struct NeighborReport {
     std::vector<std::string> keys() const;
 };
 
-// Has the mapping name neighbors as every read does. Borrows the device.
+// Maps a changed neighbor in the same way as a read does. Borrows the device. Immutable: any thread may call
+// report(), which waits while the mapping serves another request.
 class NeighborReporter {
 public:
     // Throws Error when the schemas lack the entry that the mapping describes.

@@ -16,7 +16,8 @@
 
 namespace yfw::device {
 
-// The device with its datastores, access control and event observers. Thread-safe.
+// The device with its datastores, access control and event observers. Any thread may call any member; what the
+// accessors return has its own rules.
 class Service {
 public:
     // Borrows the device. If a previous server left a commit unconfirmed, it is rolled back at once. `rules`:
@@ -30,12 +31,12 @@ public:
     events::Hub &events() { return events_; }
 
     // The rules for a user, given by name and by the names of the user's groups on this machine; NULL when the
-    // group permissions alone decide.
+    // group permissions alone decide. They must not outlive the service. Never blocks.
     std::shared_ptr<const access::UserRules> rules_of(const std::string &user,
                                                       const std::vector<std::string> &groups) const;
 
-    // Call when servers no longer offer the device: rolls back unconfirmed commits, as nobody can confirm them
-    // any more. Throws Error.
+    // Call once, when no server offers the device any more: rolls back an unconfirmed commit, which nobody can
+    // confirm now. Throws Error.
     void end() { datastores_.take_back_unconfirmed(); }
 
 private:

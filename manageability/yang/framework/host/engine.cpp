@@ -23,7 +23,7 @@ namespace {
 
 constexpr size_t trace_lines_kept = 100000;
 
-// `state`: the state nodes whose selection the plug-in has to be told.
+// `state`: the state nodes whose selection the plug-in must know about.
 RequestTraits traits_of(const Selection &selection, Content content, bool trace,
                         const std::vector<const lysc_node *> &state) {
     RequestTraits traits;

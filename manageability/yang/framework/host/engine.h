@@ -36,8 +36,8 @@ struct Answer {
     std::vector<std::string> warnings; // what was omitted, one line each
 };
 
-// Borrows the schemas, which contain the mapping's modules, and the source. Thread-safe: requests are
-// serialized.
+// Borrows the schemas, which contain the mapping's modules, and the source. Any thread may make a request; one
+// lock serializes them, and is held while the source is read.
 class Engine {
 public:
     // Loads the mapping's library. Throws Error when it is unusable, or when its description names nodes
@@ -45,6 +45,7 @@ public:
     Engine(const yang::Schemas &schemas, sources::NativeSource &source, MappingDescription mapping);
 
     // When tracing, the plug-in's debug log contains every callback's steps, and the trace buffer is filled.
+    // Not locked: call before other threads make requests.
     void set_trace(bool on) { trace_ = on; }
     const platform::TraceBuffer &trace_buffer() const { return trace_buffer_; }
 
@@ -91,7 +92,7 @@ private:
     MappingDescription mapping_;
     CallbackNames names_;
     DeviceQuestions questions_;
-    std::vector<const lysc_node *> state_; // where the descriptor tells of state
+    std::vector<const lysc_node *> state_; // those whose selection the plug-in must know about
     std::unique_ptr<Plugin> plugin_;
     bool sums_may_be_left_ = false; // in the plug-in, after a response with several nodes
     platform::Platform platform_;

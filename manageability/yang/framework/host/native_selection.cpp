@@ -8,7 +8,7 @@ namespace {
 
 [[noreturn]] void unknown(const NativePath &path) {
     throw Error(ErrorTag::operation_failed, path.path,
-                "the mapping names a native path that the models do not have");
+                "the mapping reads a path that the native models do not have");
 }
 
 SelectedNode &find_or_add(std::vector<std::unique_ptr<SelectedNode>> &nodes, const lysc_node *schema) {

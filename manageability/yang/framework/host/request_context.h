@@ -11,7 +11,7 @@
 
 namespace yfw::host {
 
-// The properties of a request that the plug-in is told.
+// The properties of a request that the plug-in sees.
 struct RequestTraits {
     uint32_t kind = YMAP_REQ_GET;
     uint32_t content = YFW_CONTENT_ALL;

@@ -16,7 +16,8 @@ struct Snapshot {
     std::optional<yang::SharedData> configuration = std::nullopt;
 };
 
-// A device as read by the host.
+// A device as read by the host. The source of a served device must be thread-safe: requests of several threads
+// read it.
 class NativeSource {
 public:
     virtual ~NativeSource() = default;
@@ -25,8 +26,7 @@ public:
     // read.
     virtual yang::DataTree read(const ly_ctx *context) = 0;
 
-    // The same for read-only use: may return the same data again while the device has not changed. Thread-safe
-    // if read() is.
+    // The same for read-only use: may return the same data again while the device has not changed.
     virtual Snapshot snapshot(const ly_ctx *context) { return {read(context)}; }
 };
 

@@ -29,8 +29,8 @@ public:
         std::function<void()> back;
     };
 
-    // Calls the listener until the descriptor `stop` becomes readable. Throws Error when the device is
-    // unreachable at the start. Data is created in `context`.
+    // Calls the listener, on the calling thread, until the descriptor `stop` becomes readable. Throws Error
+    // when the device is unreachable at the start. Data is created in `context`. One call at a time.
     virtual void run(const ly_ctx *context, int stop, const Listener &listener) = 0;
 };
 

@@ -33,7 +33,7 @@ public:
             return refuse("a document has more than " + std::to_string(limits_.elements) + " elements");
         if (attributes_ > limits_.attributes)
             return refuse("an element has more than " + std::to_string(limits_.attributes) +
-                          " attributes, with those around it");
+                          " attributes, including those of its ancestors");
         return true;
     }
 
@@ -85,7 +85,7 @@ void on_end(void *context, const xmlChar *name, const xmlChar *prefix, const xml
 
 void on_document_type(void *context, const xmlChar *, const xmlChar *, const xmlChar *) {
     auto *parser = static_cast<xmlParserCtxt *>(context);
-    bounds_of(parser).refuse("a document type is not accepted");
+    bounds_of(parser).refuse("a document type is not allowed");
     xmlStopParser(parser);
 }
 
@@ -151,11 +151,11 @@ Document::Document(std::string_view text, const Limits &limits) {
     if (text.size() > static_cast<size_t>(INT_MAX))
         throw DocumentError("the document is longer than " + std::to_string(INT_MAX) + " bytes");
     if (text.find('\0') != std::string_view::npos) // libxml2 takes a NUL after the root for the end
-        throw DocumentError("the document holds a NUL character");
+        throw DocumentError("the document contains a NUL character");
     if (most_attributes_of_a_tag(text) > limits.attributes)
         throw DocumentError("an element has more than " + std::to_string(limits.attributes) + " attributes");
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos)
-        throw DocumentError("there is no element");
+        throw DocumentError("the document has no element");
     Bounds bounds(limits);
     const Parser parser = parser_with(bounds);
     document_.reset(

@@ -1,4 +1,4 @@
-// A native configuration as text, and what two of them differ in.
+// Native configurations: printing, parsing, comparing and copying them.
 #ifndef YFW_YANG_CONFIGURATION_TEXT_H
 #define YFW_YANG_CONFIGURATION_TEXT_H
 
@@ -9,20 +9,19 @@
 
 namespace yfw::yang {
 
-// The configuration as XML, the same for the same configuration.
+// The configuration as XML; equal configurations give equal text.
 std::string print_configuration(const lyd_node *configuration);
 
 // Throws Error; `place` names where the text comes from.
 DataTree parse_configuration(const Schemas &schemas, const std::string &text, const std::string &place);
 
-// One line for each leaf that is not the same in both: "- path = old", "+ path = new"; empty when there is
-// none.
+// One line for each leaf that differs: "- path = old", "+ path = new"; empty when none does.
 std::string configuration_difference(const lyd_node *before, const lyd_node *after);
 
-// A copy of the forest that `configuration` is the first tree of; NULL of NULL.
+// A copy of the forest whose first tree is `configuration`; NULL for NULL.
 DataTree copy_configuration(const lyd_node *configuration);
 
-// The configuration alone: the top nodes of `data` that hold configuration.
+// Moves the top nodes that hold configuration out of `data`.
 DataTree take_configuration(DataTree &data);
 
 } // namespace yfw::yang

@@ -46,7 +46,7 @@ void check_value(const Path &path, const std::string &value) {
     const lysc_node *leaf = path.back().node;
     if (!is_yang_text(value.c_str()))
         throw Error(ErrorTag::invalid_value, to_string(path),
-                    "holds bytes or characters that no YANG string may hold");
+                    "contains bytes or characters that are not allowed in a YANG string");
     if (lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, nullptr) ==
         LY_EVALID)
         throw Error(ErrorTag::invalid_value, to_string(path), take_yang_error(leaf->module->ctx));
@@ -56,7 +56,7 @@ void check_value(const Path &path, const std::string &value) {
 void check_target(const Path &path, const std::optional<std::string> &value, Operation operation) {
     const lysc_node *target = path.back().node;
     if (value.has_value() && !has_value(target))
-        throw Error(ErrorTag::invalid_value, to_string(path), "takes no value: it is no leaf");
+        throw Error(ErrorTag::invalid_value, to_string(path), "takes no value because it is not a leaf");
     if (!value.has_value() && has_value(target) && !takes_away(operation))
         throw Error(ErrorTag::missing_element, to_string(path), "needs a value");
     if (value.has_value())
@@ -80,7 +80,7 @@ std::vector<EditNode> keys_of(const PathStep &step, const std::string &place) {
         const Predicate *predicate = predicate_for(step, key);
         if (predicate == nullptr)
             throw Error(ErrorTag::missing_element, place,
-                        "an entry is edited by its key: [" + std::string(key->name) + "='...'] is missing");
+                        "the entry's key [" + std::string(key->name) + "='...'] is missing");
         keys.push_back({key, predicate->value, {}, Operation::none});
     }
     return keys;
@@ -143,7 +143,7 @@ void add_edit(EditNode &root, const Path &path, const std::optional<std::string>
         at = i + 1 == path.size() ? &target_for(*at, path[i], value, place) : &child_for(*at, path[i], place);
     }
     if (at->is_key() && takes_away(operation))
-        throw Error(ErrorTag::bad_element, place, "a key cannot be deleted: delete its entry");
+        throw Error(ErrorTag::bad_element, place, "a key cannot be deleted; delete its entry");
     if (!has_value(at->node))
         std::erase_if(at->children, [](const EditNode &child) { return !child.is_key(); });
     at->value = value;
@@ -174,7 +174,7 @@ void check_node(const EditNode &node, const lyd_node *siblings, std::string_view
     const lyd_node *data = find_instance(siblings, node);
     const std::string path = instance_path(parent, node);
     if (node.operation == Operation::create && data != nullptr)
-        throw Error(ErrorTag::data_exists, path, "cannot be created: it exists already");
+        throw Error(ErrorTag::data_exists, path, "cannot be created: it already exists");
     if (node.operation == Operation::delete_existing && data == nullptr)
         throw Error(ErrorTag::data_missing, path, "cannot be deleted: it does not exist");
     if (takes_away(node.operation))

@@ -35,27 +35,26 @@ struct EditNode {
     bool is_key() const { return lysc_is_key(node); }
 };
 
-// Sets the node at `path` (a leaf or an entry of a leaf-list, with `value`; or a container or list entry
-// without one) or takes it away. Later edits of the same node win. `root`: the tree that grows, its node the
-// first step of the path. Throws Error for a path that cannot be edited so: a list entry without its keys, a
-// value that is missing, or one that the model does not allow.
+// Adds to `root` the edit that sets or deletes the node at `path`: a leaf or leaf-list entry with `value`, or a
+// container or list entry without one. A later edit of the same node wins. The node of `root` is the first step
+// of the path. Throws Error when a list entry lacks its keys, or a value is missing or not allowed.
 void add_edit(EditNode &root, const Path &path, const std::optional<std::string> &value, Operation operation);
 
 // Parses an edit document, XML or JSON, with the operations of its nodes (RFC 6241 section 7.2) and
 // `default_operation` where a node neither has nor inherits one. Throws Error naming the offending element.
 EditNode parse_edit(const Schemas &schemas, const std::string &document, Operation default_operation);
 
-// The edit as a document, for the record.
+// The edit as an XML document, which parse_edit() accepts.
 std::string print_edit(const EditNode &root);
 
 // Removes the content of deleted nodes: deleting a container or list entry includes all of it.
 void drop_deleted_content(EditNode &root);
 
-// Where a node with this parent's instance path stands: "/lldp/interfaces/interface[name='eth1']".
+// The node's instance path, given its parent's: "/lldp/interfaces/interface[name='eth1']".
 std::string instance_path(std::string_view parent, const EditNode &node);
 
-// Rejects creating what `current` has (data-exists) and deleting what it lacks (data-missing). `current`: what
-// an OpenConfig read returns; may be NULL.
+// Throws Error when the edit creates what `current` has (data-exists) or deletes what it lacks (data-missing).
+// `current`: what an OpenConfig read returns; may be NULL.
 void check_existence(const EditNode &root, const lyd_node *current);
 
 } // namespace yfw::yang

@@ -1,4 +1,5 @@
-// A node of an edit document, as it was written and before the model is asked; the same for XML and JSON.
+// A node of an edit document as it was written, before it is checked against the schema; the same for XML and
+// JSON.
 #ifndef YFW_YANG_EDIT_ELEMENT_H
 #define YFW_YANG_EDIT_ELEMENT_H
 
@@ -15,14 +16,15 @@
 namespace yfw::yang {
 
 struct EditElement {
-    // What a JSON value is written as, which has to go with the type of its leaf (RFC 7951 section 6). Text in
-    // XML goes with any.
+    // How a value is written. In JSON this must fit the type of its leaf (RFC 7951 section 6); XML text fits
+    // any.
     enum class Written { text, json_string, json_number, json_boolean, json_null };
 
     std::string name;
     std::string ns;                     // the namespace in XML, the name of the module in JSON
-    const lys_module *module = nullptr; // NULL: none has that namespace
-    // As it is written, but for the prefix of a name: a module's name. Nothing for a JSON object.
+    const lys_module *module = nullptr; // NULL: no module has that namespace
+    // The value as written, except that an identity's XML prefix is replaced with its module's name. Nothing
+    // for a JSON object.
     std::optional<std::string> text;
     Written written = Written::text;
     std::vector<EditElement> children;
@@ -31,14 +33,13 @@ struct EditElement {
     std::optional<std::string> unknown_attribute;
 };
 
-// The elements of an edit in XML; in JSON, of its one top member. Both throw Error for what is no edit in any
-// model.
+// The elements of an edit in XML, and of an edit in JSON, which has exactly one top member. The latter throws
+// Error for text that is not JSON or cannot be an edit whatever the schema.
 EditElement edit_element_from(const ly_ctx *context, const xml::Element &element);
 EditElement edit_element_from_json(const ly_ctx *context, const std::string &text);
 
-// The edit that the element says, with the operations of its nodes and `default_operation` where a node neither
-// has nor inherits one. Throws Error that names the element at fault: by its instance path below the OpenConfig
-// module.
+// Checks the element against the schema and returns it as an edit, with `default_operation` where a node
+// neither has nor inherits an operation. Throws Error with the instance path of the element at fault.
 EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation default_operation);
 
 } // namespace yfw::yang

@@ -57,7 +57,7 @@ void check_written(const lysc_node *leaf, const EditElement &from, const std::st
     const bool any = from.written == Written::text || type_of(leaf)->basetype == LY_TYPE_UNION;
     if (!any && from.written != written_form_of(leaf))
         throw Error(ErrorTag::invalid_value, path,
-                    "has to be written as " + std::string(to_string(written_form_of(leaf))));
+                    "must be written as " + std::string(to_string(written_form_of(leaf))));
 }
 
 const lysc_node *child_named(const lysc_node *parent, const EditElement &element) {
@@ -72,20 +72,21 @@ const lysc_node *child_named(const lysc_node *parent, const EditElement &element
         throw Error(ErrorTag::unknown_namespace, path, "no model has the namespace \"" + element.ns + "\"")
             .about(element.ns);
     if (parent != nullptr && schema_child(parent, element.name) != nullptr)
-        throw Error(ErrorTag::unknown_namespace, path, "the node has another namespace").about(element.ns);
+        throw Error(ErrorTag::unknown_namespace, path, "the node belongs to another namespace")
+            .about(element.ns);
     throw Error(ErrorTag::unknown_element, path, "unknown node \"" + element.name + "\"");
 }
 
 Operation operation_of(const EditElement &element, Operation inherited, const std::string &path) {
     if (element.unknown_attribute.has_value())
         throw Error(ErrorTag::unknown_attribute, path,
-                    "has an attribute that is not known: " + *element.unknown_attribute)
+                    "has an unknown attribute: " + *element.unknown_attribute)
             .about(*element.unknown_attribute);
     if (!element.operation.has_value())
         return inherited;
     const std::optional<Operation> operation = operation_from(*element.operation);
     if (!operation.has_value() || *operation == Operation::none)
-        throw Error(ErrorTag::bad_attribute, path, "\"" + *element.operation + "\" is no edit operation")
+        throw Error(ErrorTag::bad_attribute, path, "\"" + *element.operation + "\" is not an edit operation")
             .about("operation");
     return *operation;
 }
@@ -104,7 +105,7 @@ std::optional<std::string> canonical(const lysc_node *leaf, const std::string &v
     const LY_ERR status =
         lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, &form);
     std::optional<std::string> made;
-    if (status == LY_SUCCESS || status == LY_EINCOMPLETE) // a reference can only be resolved with the data
+    if (status == LY_SUCCESS || status == LY_EINCOMPLETE) // a leafref can only be resolved with the data
         made = form != nullptr ? form : value;
     lydict_remove(leaf->module->ctx, form);
     return made;
@@ -114,10 +115,10 @@ std::optional<std::string> canonical(const lysc_node *leaf, const std::string &v
 std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &from, Operation operation,
                                     const std::string &path) {
     if (!from.text.has_value() || !from.children.empty())
-        throw Error(ErrorTag::invalid_value, path, "is a leaf: it holds a value and no nodes");
+        throw Error(ErrorTag::invalid_value, path, "is a leaf, which cannot contain nodes");
     const bool is_absent = from.text->empty() && takes_away(operation) && !lysc_is_key(leaf);
     if (!is_yang_text(from.text->c_str()) || from.text->find('\0') != std::string::npos)
-        throw Error(ErrorTag::invalid_value, path, "holds characters that no YANG string may hold");
+        throw Error(ErrorTag::invalid_value, path, "contains characters that are not allowed in a YANG string");
     if (!is_absent)
         check_written(leaf, from, path);
     std::optional<std::string> value = canonical(leaf, *from.text);
@@ -136,14 +137,14 @@ const EditElement *element_of(const lysc_node *key, const EditElement &entry) {
     return nullptr;
 }
 
-// The entry's predicates, once all its keys are there.
+// The predicates of an entry that has all its keys.
 std::string key_predicates(const lysc_node *list, const EditElement &entry, const std::string &path) {
     std::string predicates;
     for (const lysc_node *key = lysc_node_child(list); key != nullptr && lysc_is_key(key); key = key->next) {
         const EditElement *element = element_of(key, entry);
         if (element == nullptr)
             throw Error(ErrorTag::missing_element, path,
-                        "an entry is edited by its key: <" + std::string(key->name) + "> is missing")
+                        "the entry's key <" + std::string(key->name) + "> is missing")
                 .about(key->name);
         predicates += "[" + element->name + "='" + element->text.value_or("") + "']";
     }
@@ -157,12 +158,12 @@ EditNode read_leaf(const lysc_node *schema, const EditElement &from, Operation i
                    const std::string &path) {
     EditNode leaf{schema, std::nullopt, {}, operation_of(from, inherited, path)};
     if (leaf.is_key() && takes_away(operation_of(from, Operation::none, path)))
-        throw Error(ErrorTag::bad_element, path, "a key cannot be deleted: delete its entry");
+        throw Error(ErrorTag::bad_element, path, "a key cannot be deleted; delete its entry");
     leaf.operation = leaf.is_key() ? Operation::none : leaf.operation;
     leaf.value = value_of(schema, from, leaf.operation, path);
     if (leaf.value.has_value() && from.is_tagged_default) { // setting the default means deleting the leaf
         if (!is_default_value(schema, *leaf.value))
-            throw Error(ErrorTag::invalid_value, path, "is marked as the default value, and is not that");
+            throw Error(ErrorTag::invalid_value, path, "is marked as the default value but differs from it");
         leaf.value.reset();
         leaf.operation = Operation::remove;
     }
@@ -192,7 +193,7 @@ void read_children(EditNode &to, const EditElement &from, const std::string &pat
         to.children.push_back(read_node(schema, child, below, path));
         const std::string place = instance_path(path, to.children.back());
         if (schema->nodetype != LYS_LEAFLIST && !seen.insert(place).second)
-            throw Error(ErrorTag::bad_element, place, "stands twice");
+            throw Error(ErrorTag::bad_element, place, "is repeated");
     }
     sort_by_model(to.node, to.children);
 }
@@ -205,7 +206,7 @@ EditNode read_node(const lysc_node *schema, const EditElement &from, Operation i
     if (schema->nodetype == LYS_LIST)
         path += key_predicates(schema, from, path);
     if (!is_blank(from.text.value_or("")) || (from.written != Written::text))
-        throw Error(ErrorTag::bad_element, path, "holds a value, and is no leaf");
+        throw Error(ErrorTag::bad_element, path, "has a value but is not a leaf");
     EditNode node{schema, std::nullopt, {}, operation_of(from, inherited, path)};
     read_children(node, from, path);
     return node;

@@ -1,4 +1,4 @@
-// Edits as documents: NETCONF's operation attributes on XML, the same annotation in JSON.
+// Edits as documents: in XML with NETCONF's operation attribute, in JSON with the same as an annotation.
 #include "base/error.h"
 #include "xml/document.h"
 #include "yang/edit_element.h"

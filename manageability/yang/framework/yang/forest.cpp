@@ -31,7 +31,7 @@ LY_ERR merge(DataTree &forest, DataTree more) {
 void remove(DataTree &forest, lyd_node *node) {
     if (node == forest.get())
         change_first(forest, [node](lyd_node *&held) {
-            lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself when it is alone
+            lyd_node *other = node->next != nullptr ? node->next : node->prev; // itself if it is the only one
             held = other != node ? other : nullptr;
         });
     lyd_free_tree(node);

@@ -1,4 +1,4 @@
-// Forests that trees come to and go from, whichever of them is the first.
+// Joins, merges, removes and selects trees of a forest, and keeps its owner valid when the first tree changes.
 #ifndef YFW_YANG_FOREST_H
 #define YFW_YANG_FOREST_H
 
@@ -9,8 +9,8 @@
 
 namespace yfw::yang {
 
-// Calls `change` with the forest's first tree, a lyd_node *& that it may change, and gives back what it
-// returns: for functions of libyang that may make another tree the first.
+// Calls `change` with the owner's pointer as a lyd_node *& that it may change, and returns its result. For
+// functions of libyang that may make another tree the first.
 template <class Change> auto change_first(DataTree &forest, Change &&change) {
     struct Owner {
         explicit Owner(DataTree &of) : forest(of), first(of.release()) {}
@@ -25,17 +25,17 @@ template <class Change> auto change_first(DataTree &forest, Change &&change) {
     return change(owner.first);
 }
 
-// Adds all trees of `more`, each to those of its module. Trees keep their addresses.
+// Moves all trees of `more` into the forest, each next to those of its module. Trees keep their addresses.
 void join(DataTree &forest, DataTree more);
 
-// Merges `more` into the forest as libyang does: its values win. What it returns is libyang's.
+// Merges `more` into the forest; its values win. Returns libyang's status.
 LY_ERR merge(DataTree &forest, DataTree more);
 
-// Takes a tree, or a node below one, out of the forest and frees it with all below it.
+// Frees a tree of the forest, or a node below one, with everything below it.
 void remove(DataTree &forest, lyd_node *node);
 
-// The nodes that the expression selects, in the order of the forest that `data` is a tree of. Throws Error
-// that names the expression.
+// The nodes that the expression selects in the forest of `data`, in document order; none in NULL. Throws Error
+// naming the expression.
 std::vector<lyd_node *> nodes_at(const lyd_node *data, const std::string &xpath);
 
 } // namespace yfw::yang

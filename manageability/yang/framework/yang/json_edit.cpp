@@ -18,7 +18,7 @@ constexpr std::string_view default_annotation = "ietf-netconf-with-defaults:defa
 
 void read_annotations(const Json &annotations, const std::string &path, EditElement &to) {
     if (!annotations.is_object())
-        refuse(path, "annotations are an object");
+        refuse(path, "annotations must be an object");
     for (const auto &[name, value] : annotations.items()) {
         if (name == operation_annotation && value.is_string())
             to.operation = value.get<std::string>();
@@ -35,13 +35,14 @@ public:
 
     EditElement top(const Json &document) const {
         if (!document.is_object())
-            refuse("", "an edit in JSON is an object");
+            refuse("", "an edit in JSON must be an object");
         EditElement holder;
         read_members(document, holder, "");
         if (holder.children.empty())
             throw Error(ErrorTag::missing_element, "", "the edit is empty");
         if (holder.children.size() > 1)
-            throw Error(ErrorTag::bad_element, "/" + holder.children[1].name, "an edit has one top node");
+            throw Error(ErrorTag::bad_element, "/" + holder.children[1].name,
+                        "an edit must have a single top node");
         return std::move(holder.children.front());
     }
 
@@ -89,7 +90,7 @@ private:
         if (value.is_object())
             return read_members(value, to, path);
         if (value.is_array())
-            refuse(path, "an array in an array is no value");
+            refuse(path, "an array cannot contain arrays");
         to.text = value.is_string() ? value.get<std::string>() : value.is_null() ? "" : value.dump();
         to.written = value.is_string()    ? Written::json_string
                      : value.is_boolean() ? Written::json_boolean
@@ -97,8 +98,7 @@ private:
                                           : Written::json_number;
     }
 
-    // Annotations of a leaf without a value are those of one that is taken away; those of a leaf-list are as
-    // many as its entries.
+    // Annotations without a value are those of a leaf to be deleted; a leaf-list has one annotation per entry.
     void annotate(const std::string &name, const Json &annotations, EditElement &parent,
                   const std::string &path) const {
         const EditElement about = named(name, parent);

@@ -27,7 +27,7 @@ public:
         if (event == Json::parse_event_t::object_start)
             names_[level].clear();
         if (event == Json::parse_event_t::key && !names_[level - 1].insert(parsed.get<std::string>()).second)
-            refuse("the member \"" + parsed.get<std::string>() + "\" stands twice in one object");
+            refuse("the member \"" + parsed.get<std::string>() + "\" is repeated in one object");
         return true;
     }
 

@@ -46,9 +46,9 @@ const Needed *needed(std::string_view name) {
 
 Error missing(const ModuleFiles &files, const std::string &name, const std::string &revision) {
     const Needed *module = needed(name);
-    std::string message = "there is no such YANG module in " + files.directories();
+    std::string message = "no such YANG module in " + files.directories();
     if (module != nullptr && module->package != nullptr && module->revision == revision)
-        message += std::string("; the Debian package ") + module->package + " brings it";
+        message += std::string("; the Debian package ") + module->package + " provides it";
     return {ErrorTag::operation_failed, name + (revision.empty() ? "" : "@" + revision) + ".yang", message};
 }
 

@@ -15,7 +15,7 @@ public:
     Path parse() {
         Path path;
         if (text_.empty() || text_.front() != '/')
-            fail("a path starts with \"/\"");
+            fail("\"/\"");
         while (at_ < text_.size()) {
             expect('/', "\"/\" or \"[\"");
             if (at_ == text_.size() && !path.empty())
@@ -55,7 +55,7 @@ private:
         return text_.substr(start, at_ - start);
     }
 
-    // Returns the name; the prefix, if any, must be the name of the node's module.
+    // A prefix, if any, must be the name of the node's module.
     const lysc_node *parse_node(const lysc_node *parent) {
         const std::string upto(text_.substr(0, at_));
         std::string_view name = parse_identifier();
@@ -74,7 +74,7 @@ private:
             throw Error(ErrorTag::unknown_element, std::string(text_),
                         "unknown node \"" + std::string(name) + "\"" +
                             (parent != nullptr ? " under \"" + schema_path(parent) + "\""
-                                               : ": paths start with /lldp"));
+                                               : ": paths start with /" + std::string(root_->name)));
         return node;
     }
 

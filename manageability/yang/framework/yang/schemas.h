@@ -21,9 +21,9 @@ struct MappedModules {
 };
 
 // Loads the native modules from `native_dir` and the OpenConfig modules from `openconfig_dir`; throws Error
-// naming a module that cannot be loaded. The schemas are immutable and live as long as this object, so several
-// threads may parse, print and read data of them at once; a data tree belongs to one thread at a time unless
-// nobody changes it. libyang keeps the last error separately for each thread.
+// naming a module that cannot be loaded. The schemas are immutable and live as long as this object: any thread
+// may call any member and parse, print and read data of these schemas. A data tree belongs to one thread at a
+// time unless nobody changes it. libyang keeps the last error separately for each thread.
 class Schemas {
 public:
     Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,

@@ -10,13 +10,13 @@
 
 namespace yfw::yang {
 
-// A text that libyang made, which may be none.
+// Owns a string that libyang allocated; there may be none.
 class LibyangText {
 public:
     explicit LibyangText(char *text) : text_(text) {}
 
     explicit operator bool() const { return text_ != nullptr; }
-    // Empty when there is none. Lives as long as this object.
+    // "" when there is none. Valid as long as this object.
     const char *c_str() const { return text_ != nullptr ? text_.get() : ""; }
 
 private:
@@ -26,15 +26,15 @@ private:
     std::unique_ptr<char, Free> text_;
 };
 
-// Where the node is, with the keys of list entries: "/module:list[key='value']/leaf".
+// The node's instance path: "/module:list[key='value']/leaf".
 std::string path_of(const lyd_node *node);
 
-// The tree as XML or JSON, or the forest from this tree on with LYD_PRINT_WITHSIBLINGS; none when it cannot be
-// printed, and of NULL. `options`: LYD_PRINT_*.
+// The tree as XML or JSON; with LYD_PRINT_WITHSIBLINGS, its siblings too. No text when `data` is NULL or cannot
+// be printed. `options`: LYD_PRINT_*.
 LibyangText printed(const lyd_node *data, LYD_FORMAT format, uint32_t options);
 
-// Instance data; nothing when the text holds none. `options`: LYD_PARSE_*. Throws Error that names `place`,
-// where the text is from.
+// Parses instance data; NULL when the text holds none. `options`: LYD_PARSE_*. Throws Error naming `place`,
+// where the text comes from.
 DataTree parse_data(const ly_ctx *context, const std::string &text, LYD_FORMAT format, uint32_t options,
                     const std::string &place = "");
 

@@ -12,8 +12,8 @@ const lys_module *module_of(const ly_ctx *context, const std::string &ns) {
     return ns.empty() ? nullptr : ly_ctx_get_module_implemented_ns(context, ns.c_str());
 }
 
-// A value may be the name of an identity, whose prefix the document declares. What is declared as no prefix is
-// none.
+// A value may be an identity whose prefix the document declares; the module's name replaces the prefix. Text
+// before a colon that is not a declared prefix is left as it is.
 std::string with_module_name(const ly_ctx *context, const xml::Element &element, std::string text) {
     const size_t colon = text.find(':');
     const auto ns = colon == std::string::npos ? std::nullopt : element.namespace_of(text.substr(0, colon));

@@ -5,7 +5,7 @@
 namespace yfw::yang {
 namespace {
 
-// The character at `at`, which is moved behind it; nothing when the bytes are no UTF-8 (RFC 3629).
+// The character at `at`, which is advanced past it; nothing when the bytes are not UTF-8 (RFC 3629).
 std::optional<char32_t> next_character(const unsigned char *&at) {
     const unsigned char first = *at++;
     if (first < 0x80)

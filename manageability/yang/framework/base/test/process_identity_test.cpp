@@ -1,4 +1,4 @@
-// Processes that are told from later ones with their number.
+// Processes are told apart even when their numbers are reused.
 #include "base/process_identity.h"
 
 #include <chrono>
@@ -36,7 +36,7 @@ TEST(AnIdentity, protects_a_later_process_from_the_signals_to_the_former) {
     ProcessIdentity former = *identity_of(sleeper.number());
     --former.start;
     send_signal(former, SIGKILL);
-    // A signal that was sent would end it before this one is delivered to it.
+    // Had SIGKILL been sent, it would have ended the process before this signal could.
     send_signal(*identity_of(sleeper.number()), SIGTERM);
     EXPECT_EQ(sleeper.wait(patience), 128 + SIGTERM);
 }
@@ -48,7 +48,7 @@ TEST(AnIdentity, ends_with_the_process_also_while_its_status_waits_to_be_read) {
     EXPECT_TRUE(yfw::test::eventually([&] { return !is_running(identity); }, patience));
 }
 
-// The process may go between any two steps of looking at it.
+// The process may exit between any two steps of the lookup.
 TEST(AnIdentity, of_a_process_that_goes_meanwhile_is_none_and_no_error) {
     for (int i = 0; i < 300; i++) {
         Process process = Process::copy([] { return 0; });

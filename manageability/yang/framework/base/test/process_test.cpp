@@ -1,4 +1,4 @@
-// Processes that are started, waited for and ended.
+// Starting, waiting for and ending processes.
 #include "base/process.h"
 
 #include <csignal>
@@ -214,7 +214,7 @@ class AProgramThatCannotBeStarted : public testing::TestWithParam<Unstartable> {
 TEST_P(AProgramThatCannotBeStarted, is_named_with_the_reason) {
     try {
         const Process process(GetParam().program);
-        FAIL() << "was started";
+        FAIL() << "the program was started";
     } catch (const NotStarted &error) {
         EXPECT_EQ(error.reason(), GetParam().reason);
         EXPECT_THAT(error.what(), HasSubstr(GetParam().program.arguments[0] + ": cannot be started: "));

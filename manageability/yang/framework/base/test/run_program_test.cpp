@@ -1,4 +1,4 @@
-// Programs that are run to their end.
+// Programs that are run to completion.
 #include "base/run_program.h"
 
 #include <csignal>
@@ -51,7 +51,7 @@ TEST(AProgram, that_takes_too_long_is_ended) {
 TEST(AProgram, that_is_not_there_is_named) {
     try {
         run({"/nonexistent/program"});
-        FAIL() << "was started";
+        FAIL() << "the program was started";
     } catch (const std::runtime_error &error) {
         EXPECT_THAT(error.what(), HasSubstr("/nonexistent/program"));
     }
@@ -78,7 +78,7 @@ TEST(AProgram, writes_what_has_a_descriptor_of_its_own_there) {
     EXPECT_EQ(finished.errors, "two\n");
 }
 
-// As with a server that was started with SIGCHLD ignored: who ends then leaves no status.
+// A server may be started with SIGCHLD ignored; its children then leave no exit status.
 TEST(AProgram, has_its_status_also_where_children_are_ignored) {
     ::signal(SIGCHLD, SIG_IGN);
     EXPECT_EQ(run({"/bin/sh", "-c", "exit 3"}).status, 3);
@@ -101,7 +101,7 @@ TEST(ASearchForAProgram, that_fails_says_who_needs_it_and_which_package_to_insta
     const yfw::test::TemporaryDirectory empty;
     try {
         find_program("tool", "some-package", "the server", {empty.path()});
-        FAIL() << "was found";
+        FAIL() << "the program was found";
     } catch (const Error &error) {
         EXPECT_STREQ(error.what(), "the server needs the program 'tool': install the package some-package");
         EXPECT_EQ(error.status(), 0U);

@@ -18,7 +18,7 @@ namespace {
 class ASocket : public testing::Test {
 protected:
     std::filesystem::path path() const { return files_.path() / "socket"; }
-    // In a directory that is there, and one byte too long.
+    // In a directory that exists, but one byte too long.
     std::filesystem::path long_path() const {
         const size_t name = longest_socket_path + 1 - files_.path().native().size() - 1;
         return files_.path() / std::string(name, 'x');
@@ -87,11 +87,11 @@ TEST_F(ASocket, whose_path_is_too_long_is_named) {
                                              {[this] { listen_on_socket(long_path(), 1); }}})
         try {
             use();
-            ADD_FAILURE() << "was taken";
+            ADD_FAILURE() << "the path was accepted";
         } catch (const Error &error) {
             EXPECT_EQ(error.tag(), ErrorTag::invalid_value);
             EXPECT_EQ(error.path(), long_path().string());
-            EXPECT_STREQ(error.what(), "the name of the socket is too long");
+            EXPECT_STREQ(error.what(), "the socket's path is too long");
         }
 }
 

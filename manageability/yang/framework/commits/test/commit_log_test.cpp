@@ -1,4 +1,4 @@
-// What the store keeps of a commit, and what it does not.
+// What the store keeps of a commit.
 #include <cstdint>
 #include <ctime>
 #include <optional>

@@ -1,4 +1,4 @@
-// A child process that commits, and tells its parent what it has committed.
+// A child process that commits, and reports its commits to the parent.
 #ifndef COMMITS_TEST_COMMITTING_PROCESS_H
 #define COMMITS_TEST_COMMITTING_PROCESS_H
 
@@ -12,10 +12,10 @@
 
 namespace yfw::commits::test {
 
-// Ends the child, should it still run, with the object.
+// The child is killed with the object if it is still running.
 class CommittingProcess {
 public:
-    // Called by the child for every commit that it was told is kept.
+    // Called by the child for every commit that the store has confirmed.
     using Report = std::function<void(int64_t number)>;
 
     // Runs `body` in a child process. It exits with 0 when the body returns and with 1 when it throws.
@@ -27,7 +27,7 @@ public:
     // it still runs.
     int wait() { return process_.wait(std::chrono::minutes(2)).value_or(-1); }
 
-    // What the child has reported until its end; to be called once, after wait().
+    // Everything the child has reported; call once, after wait().
     std::vector<int64_t> reported();
 
 private:

@@ -27,7 +27,8 @@ struct DeniedWrite {
     Access access;
 };
 
-// One user's rules, in the order of evaluation. Borrows from the Nacm.
+// One user's rules, in the order of evaluation. Borrows from the Nacm, which must outlive it. Immutable: any
+// thread may call any member.
 class UserRules {
 public:
     // `default_denied`: the schema of the operation has nacm:default-deny-all.
@@ -53,7 +54,7 @@ private:
     std::vector<const AccessRule *> rules_;
 };
 
-// Access rules from a file. Immutable once loaded, hence thread-safe.
+// Access rules from a file. Immutable once loaded: any thread may call any member.
 class Nacm {
 public:
     // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes rule paths may name. Throws

@@ -70,7 +70,7 @@ yang::DataTree parse(const std::filesystem::path &file, const ly_ctx *context) {
         refuse(place, take_error(context));
     }
     if (data == nullptr || data->next != nullptr || std::strcmp(data->schema->module->name, access_module) != 0)
-        refuse(file.string(), "is not one <nacm> of ietf-netconf-acm");
+        refuse(file.string(), "is not a single <nacm> of ietf-netconf-acm");
     return data;
 }
 

@@ -9,8 +9,8 @@
 
 namespace yfw::events {
 
-// Implemented by front ends. Called on the thread that causes the event; must neither block nor cause another
-// event.
+// Implemented by front ends. Called on the thread that causes the event, one event at a time; must neither
+// block, nor cause another event, nor call the hub.
 class Observer {
 public:
     virtual ~Observer() = default;
@@ -18,10 +18,10 @@ public:
     virtual void changed(const ConfirmedCommit &commit) = 0;
 };
 
-// Thread-safe: all observers see events in the same order.
+// Any thread may call any member. All observers see events in the same order.
 class Hub {
 public:
-    // Borrowed until removed.
+    // Borrowed until removed; not called any more once remove() has returned.
     void add(Observer &observer);
     void remove(Observer &observer);
 

@@ -128,7 +128,7 @@ TEST_F(AnswerWithFaults, NamesTheEntryInItsWarning) {
     EXPECT_NE(warning().find("r2#p"), std::string::npos) << warning();
 }
 
-// Devices hear all kinds of bytes from their neighbors; RFC 7950 section 9.4 says what a string may hold.
+// Neighbors may announce arbitrary bytes; RFC 7950 section 9.4 says which characters a string may contain.
 class ValueThatIsNoText : public WrittenAnswer, public testing::WithParamInterface<const char *> {};
 
 TEST_P(ValueThatIsNoText, IsLeftOutWithAWarningAndTheRestIsAnswered) {

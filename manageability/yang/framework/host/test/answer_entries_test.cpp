@@ -7,7 +7,7 @@ namespace {
 
 class AnswerEntries : public WrittenAnswer {
 protected:
-    // The keys of the entries, in order, without what is in them.
+    // The keys of the entries, in order, without their content.
     Lines interfaces() {
         return below(answer({"/lldp/interfaces/interface/name"}), "/lldp/interfaces/interface");
     }
@@ -107,7 +107,7 @@ TEST_F(AnswerEntries, AreReachedWithoutTheFlagAsTheCurrentOnes) {
     EXPECT_EQ(again, interface("eth1"));
 }
 
-// What a search looks for is the key leaf, however its value came there.
+// Entries are found by the value of their key leaf, no matter which add set it.
 TEST_F(AnswerEntries, AreFoundByAKeyThatALaterAddGaveThem) {
     tidl_yfw_datatree *opened = nullptr;
     ASSERT_EQ(add_below(tree.root(), interface_list, nullptr, &opened, 1), YMAP_OK);

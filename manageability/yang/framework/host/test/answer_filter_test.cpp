@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
                               neighbor_lines[2]}},
                     Question{{eth2}, Content::config, {}}, Question{{"/lldp/config"}, Content::state, {}}));
 
-// A value that is asked for beside a container's other leaves has to match, as one beside a list's does.
+// A predicate on a container's leaf must match, just as one on a list entry's leaf must.
 INSTANTIATE_TEST_SUITE_P(Matches, FilteredAnswer,
                          testing::Values(Question{{"/lldp/config[enabled='true']"},
                                                   all,

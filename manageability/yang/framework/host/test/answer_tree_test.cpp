@@ -137,7 +137,7 @@ TEST_F(AnswerTreeLeaf, IsNotQualifiedWithoutAFlagOrAKnownNamespace) {
     add_identity("/lldp/state/system-name", "r1", "urn:nobody:knows:this");
     tidl_yfw_datatree *node = nullptr;
     ASSERT_EQ(add_below(tree.root(), "/lldp/state/chassis-id", "c1", &node), YMAP_OK);
-    node->value_ns = yfw_strdup(types_ns, "YFW OCLLDP NS"); // the flag is not set; the tree frees it even so
+    node->value_ns = yfw_strdup(types_ns, "YFW OCLLDP NS"); // without the flag; the tree frees it all the same
     tree.qualify_identities(schemas().context());
     EXPECT_EQ(answer(), (Lines{"/lldp/state/system-name=r1", "/lldp/state/chassis-id=c1"}));
 }

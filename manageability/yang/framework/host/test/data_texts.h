@@ -1,5 +1,4 @@
-// What requests select and the plug-in's trees as text, so that a test can state what it expects of them in one
-// line.
+// Selections and the plug-in's trees as text, so that a test can state in one line what it expects of them.
 #ifndef HOST_TEST_DATA_TEXTS_H
 #define HOST_TEST_DATA_TEXTS_H
 
@@ -18,11 +17,11 @@ using yang::test::Lines;
 using yang::test::same;
 using yang::test::xml;
 
-// "lldp{config{enabled} interfaces{interface{name=eth1 state}}}"; a leaf that is selected for its own sake and
-// narrows too has a "!".
+// "lldp{config{enabled} interfaces{interface{name=eth1 state}}}"; "!" marks a leaf that is both selected and
+// used as a predicate.
 std::string text(const Selection &selection);
 
-// The same for native selections; what is selected whole has a "*".
+// The same for native selections; "*" marks a node selected with everything below it.
 std::string text(const SelectedNode &selection);
 
 // The same for the plug-in's trees; keys are marked with "@", values are quoted.

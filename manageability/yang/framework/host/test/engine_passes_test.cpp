@@ -1,4 +1,4 @@
-// Requests that take the mapping more than one walk: several keys of a list, and walks that end early.
+// Requests that need more than one walk of the mapping: several keys of a list, and walks that end early.
 #include <set>
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ Announcement heard_on(const char *port, const char *capabilities) {
     return made;
 }
 
-// Three interfaces: two neighbors on eth1, one of which is heard on eth2 by the same id; none on eth3.
+// Three interfaces: two neighbors on eth1, one of which is heard on eth2 with the same id; none on eth3.
 std::string three_interfaces() {
     Table table{{{"0/0"}, {"0/1"}}};
     Card &first = table.cards[0];
@@ -59,7 +59,7 @@ protected:
     DeviceUnderTest device;
 };
 
-// The type leaf of a TLV is one that nothing is mapped for: a walk that meets it ends there.
+// Nothing is mapped for the type leaf of a TLV: a walk that reaches it ends there.
 const std::string tlv_type = at(any_neighbor, "/custom-tlvs/tlv/state/type");
 
 TEST_F(SeveralWalks, AnswerForALeafThatNothingIsMappedFor) {
@@ -96,7 +96,7 @@ TEST_F(SeveralWalks, TakeTheKeyOfAnEntryAlongWhenItIsSelectedToo) {
     EXPECT_EQ(both.size(), 4u);
 }
 
-// Selections that stand for the ways in which a request is walked.
+// One selection for each way in which a request is walked.
 const Lines selections = {tlv_type,
                           at(any_neighbor, "/custom-tlvs/tlv/state/value"),
                           at(any_neighbor, "/capabilities/capability[name='ROUTER']/state"),
@@ -114,7 +114,7 @@ const Lines selections = {tlv_type,
                           "/lldp/state/system-name",
                           "/lldp/config"};
 
-// The union of what each selection gives by itself.
+// The union of the chosen answers.
 std::set<std::string> united(const std::vector<std::set<std::string>> &alone,
                              const std::vector<size_t> &chosen) {
     std::set<std::string> all;

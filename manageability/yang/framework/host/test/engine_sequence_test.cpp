@@ -1,5 +1,5 @@
-// Requests one after the other in one process. The plug-in remembers keys and sums between them; no answer may
-// be wrong because of it.
+// Consecutive requests in one process. The plug-in keeps keys and sums from one request to the next; they must
+// not affect an answer.
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ Table two_nodes() {
     return table;
 }
 
-// The same, the neighbor of one node with a chassis id subtype that there is not.
+// The same, but the neighbor of one node has an invalid chassis id subtype.
 Table with_a_fault_on(size_t card) {
     Table table = two_nodes();
     table.cards[card].details[0].announcements[0].mib = {{"chassis-id-sub-type", "0"}};
@@ -52,7 +52,7 @@ class RequestSequence : public testing::Test {
 protected:
     void SetUp() override { device.source.xml = two_nodes().xml(); }
 
-    // Reads what is expected to fail.
+    // Expects the read to fail with this status.
     void fail_with(terrno status, const Lines &paths) {
         try {
             device.read(paths);
@@ -101,7 +101,7 @@ const Step steps[] = {{"/lldp"},
 
 TEST_F(RequestSequence, AnswersEachReadAlikeWhateverReadCameBefore) {
     for (const Step &step : steps) {
-        DeviceUnderTest fresh; // forgets what the steps before left
+        DeviceUnderTest fresh; // resets the plug-in's state
         fresh.source.xml = two_nodes().xml();
         const Lines alone = fresh.read({step.path}, step.content);
         for (const Step &before : steps) {
@@ -150,7 +150,7 @@ TEST_F(RequestSequence, SumsTheCountersOfAsManyNodesAsThereAreNow) {
     device.source.xml = five.xml();
     EXPECT_EQ(device.read({"/lldp/state/counters/frame-in"}),
               (Lines{"/lldp/state/counters/frame-in=705032704"}))
-        << "five thousand million, counted in 32 bits";
+        << "5,000,000,000 modulo 2^32";
     device.source.xml = two_nodes().xml();
     EXPECT_EQ(counters_of(device.read({"/lldp"})), sums);
 }
@@ -185,7 +185,7 @@ TEST_F(RequestSequence, SumsRightAfterAResponseThatFailedAtTheFirstNode) {
 TEST_F(RequestSequence, SumsRightAfterAResponseThatFailedBetweenTheNodes) {
     fail_halfway(1);
     EXPECT_EQ(counters_of(device.read({"/lldp"})), sums);
-    EXPECT_EQ(counters_of(device.read({"/lldp"})), sums) << "in the read after the next";
+    EXPECT_EQ(counters_of(device.read({"/lldp"})), sums) << "in the second read after it";
 }
 
 TEST_F(RequestSequence, ReadsOneCounterRightAfterAResponseThatFailedBetweenTheNodes) {

@@ -29,7 +29,7 @@ Announcement full_announcement() {
     return made;
 }
 
-// One neighbor with all that is mapped, and what the device says of itself.
+// One neighbor with everything that is mapped, and the device's own system data.
 Table one_neighbor() {
     Table table{{{"0/0"}}};
     Card &card = table.cards.front();
@@ -54,7 +54,7 @@ class EngineRead : public testing::Test {
 protected:
     void SetUp() override { device.source.xml = configuration + one_neighbor().xml(); }
 
-    // The error of a read that has to fail.
+    // The error of a read that must fail.
     Error error_of(const Lines &paths) {
         try {
             device.read(paths);

@@ -26,7 +26,7 @@ std::string replaced(std::string text, const std::string &what, const std::strin
     return text.replace(at, what.size(), with);
 }
 
-// --- what is read ---
+// --- accepted ---
 
 TEST(ADescription, MayLeaveOutWhatItsMappingDoesNotHave) {
     const TemporaryDirectory directory;
@@ -83,7 +83,7 @@ TEST(ADescription, HasAllThatItSays) {
     EXPECT_EQ(mapping.notification->keys, std::vector<std::string>{"id"});
 }
 
-// --- what is refused ---
+// --- rejected ---
 
 Error error_of(const std::filesystem::path &plugin) {
     try {
@@ -91,7 +91,7 @@ Error error_of(const std::filesystem::path &plugin) {
     } catch (const Error &error) {
         return error;
     }
-    ADD_FAILURE() << plugin << " was read";
+    ADD_FAILURE() << plugin << " was accepted";
     return {ErrorTag::operation_failed, "", ""};
 }
 
@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"AsATextForTrueOrFalse",
               smallest(R"(, "subtrees": [{"module": "m", "path": "/x/y", "sums": "yes"}])"),
               {"\"subtrees[0].sums\"", "as true or false"}},
-        Fault{"AsARepeatedMember", smallest(", \"library\": \"liby.so\""), {"\"library\" stands twice"}},
+        Fault{"AsARepeatedMember", smallest(", \"library\": \"liby.so\""), {"\"library\" is repeated"}},
         Fault{"AsAPathWithKeys",
               smallest(replaced(device, "/ifs/if", "/ifs/if[id='1']")),
               {"\"device.interfaces[0].path\"", "expected a schema path"}},
@@ -185,7 +185,7 @@ TEST(ADescriptionWithMoreSubtreesThanARequestHolds, IsRefused) {
     EXPECT_NE(std::string(error.what()).find("an array of 50 at most"), std::string::npos) << error.what();
 }
 
-// --- the shipped one ---
+// --- the shipped description ---
 
 TEST(TheShippedDescription, StandsBesideItsLibrary) {
     const MappingDescription mapping = read_mapping(OCLLDP_LIBRARY);

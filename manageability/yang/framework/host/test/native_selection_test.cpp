@@ -106,7 +106,7 @@ TEST_P(UnknownPath, IsRefusedByName) {
     NativeSelection selected(schemas());
     try {
         selected.add(oper(GetParam()));
-        FAIL() << "was accepted";
+        FAIL() << "the path was accepted";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), GetParam());
         EXPECT_EQ(error.tag(), ErrorTag::operation_failed);

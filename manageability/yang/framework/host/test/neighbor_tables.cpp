@@ -87,21 +87,20 @@ std::string card_element(const Card &card) {
                        (card.statistics.empty() ? "" : element("statistics", leaf_elements(card.statistics))));
 }
 
-// The device that the mapping asks for: the part before the first "#", where those that the id begins with are
-// passed over.
+// The device that the mapping asks for: the part before the first "#", ignoring any at the start of the id.
 std::string asked_device(const std::string &id) {
     const size_t start = std::min(id.find_first_not_of('#'), id.size());
     const std::string device = id.substr(start, id.find('#', start) - start);
     return device == "DISABLED" ? "[DISABLED]" : device;
 }
 
-// The port that it compares: what stands behind the first "#" of all, nothing being an empty one.
+// The port that the mapping compares with: the part after the very first "#", empty if there is none.
 std::string asked_port(const std::string &id) {
     const size_t hash = id.find('#');
     return hash != std::string::npos ? id.substr(hash + 1) : "";
 }
 
-// Picks from what devices are known to say.
+// Picks values that real devices announce.
 class Pick {
 public:
     explicit Pick(std::mt19937 &random) : random_(random) {}
@@ -118,7 +117,7 @@ public:
                    "it's", "]/["});
     }
 
-    // Half of them plain, so that devices are heard on several interfaces.
+    // Half of the names are from a small set, so that some devices are heard on several interfaces.
     std::string device() {
         return one_in(2) ? "r" + std::to_string(below(30))
                          : of({"[DISABLED]", "DISABLED", "sw#1", "sw", "#", "", "Zürich-κόμβος", "a]/b[c=d",

@@ -1,4 +1,4 @@
-// Native operational data as a test describes it, and what the mapping's neighbor ids say of it.
+// Native operational data as a test describes it, and the neighbor ids that the mapping gives it.
 #ifndef HOST_TEST_NEIGHBOR_TABLES_H
 #define HOST_TEST_NEIGHBOR_TABLES_H
 
@@ -13,7 +13,7 @@ namespace yfw::host::test {
 
 using Text = std::optional<std::string>; // a leaf; nothing when it is absent
 
-// Leaf names and values, in the order in which the device gives them.
+// Leaf names and values, in the device's order.
 using LeafTexts = std::vector<std::pair<std::string, std::string>>;
 
 struct Tlv {
@@ -25,7 +25,7 @@ struct Announcement {
     LeafTexts leaves = {}; // besides device-id and port-id-detail
     LeafTexts detail = {};
     LeafTexts mib = {};
-    LeafTexts addresses = {}; // one address entry each: ipv4-address or ipv6-address
+    LeafTexts addresses = {}; // ipv4-address or ipv6-address, each an entry of its own
     std::vector<Tlv> tlvs = {};
 };
 
@@ -51,7 +51,7 @@ struct Card {
 
 struct Table {
     std::vector<Card> cards;
-    LeafTexts system = {}; // what the device announces of itself
+    LeafTexts system = {}; // what the device announces about itself
 
     // As instance data.
     std::string xml() const;
@@ -71,21 +71,22 @@ std::string neighbor_id(const std::string &device, const Text &port);
 // An OpenConfig neighbor: its interface and its id.
 using NeighborKey = std::pair<std::string, std::string>;
 
-// The key of every announcement that has one, with how many announcements share it.
+// The keys of all announcements that have one, each with the number of announcements that share it.
 std::map<NeighborKey, int> neighbor_keys(const Table &table);
 
-// Whether the text ends inside a character of several bytes.
+// Whether the text ends inside a multi-byte UTF-8 character.
 bool ends_inside_a_character(const std::string &text);
 
-// Whether a read of that id, on one interface or on all, meets exactly one announcement, and that is the only
-// one with the id. The mapping asks the device for the part of the id before the first "#" and compares the
-// part after it with the announcement's port, if that has one; it answers from the first that it meets.
+// Whether a read of that id, on one interface or on all, finds exactly one announcement, and no other has the
+// id. The mapping asks the device for the part of the id before the first "#" and compares the part after it
+// with the announcement's port, if any; it answers from the first announcement that it finds.
 bool meets_its_own_alone(const Table &table, const std::string &id, const Text &interface = {});
 
-// A table of about so many neighbors with all that devices are known to say; every subtype is valid.
+// A table of about `neighbors` neighbors with all kinds of values that devices announce; all subtypes are
+// valid.
 Table random_table(std::mt19937 &random, int neighbors);
 
-// A value for a path, in quotes.
+// The value as a quoted path literal.
 std::string quoted(const std::string &value);
 
 } // namespace yfw::host::test

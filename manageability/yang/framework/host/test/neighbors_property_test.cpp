@@ -1,4 +1,4 @@
-// What holds for every table of neighbors that a device may report. The seeds are fixed.
+// Properties that hold for every table of neighbors that a device may report. The seeds are fixed.
 #include <algorithm>
 #include <set>
 
@@ -41,7 +41,7 @@ std::vector<const lyd_node *> neighbors_of(const lyd_node *interface) {
     return entries(child(interface, "neighbors"), "neighbor");
 }
 
-// All neighbors, as often as they are there.
+// The keys of all neighbors, with duplicates.
 std::multiset<NeighborKey> neighbors_in(const lyd_node *answer) {
     std::multiset<NeighborKey> found;
     for (const lyd_node *interface : interfaces_of(answer))
@@ -51,7 +51,7 @@ std::multiset<NeighborKey> neighbors_in(const lyd_node *answer) {
 }
 
 Lines subtree(const lyd_node *entry) {
-    // leaves() goes on to the siblings; a copy has none.
+    // leaves() includes the siblings, and a copy has none.
     lyd_node *copy = nullptr;
     lyd_dup_single(entry, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS, &copy);
     while (copy != nullptr && lyd_parent(copy) != nullptr)
@@ -60,7 +60,7 @@ Lines subtree(const lyd_node *entry) {
     return leaves(copy);
 }
 
-// The lines of one interface's entry; of its neighbor `id`, if given. Empty when there is none.
+// The lines of the interface's entry or, if `id` is given, of that neighbor on it. Empty when there is none.
 Lines held_for(const lyd_node *answer, const std::string &interface, const Text &id = {}) {
     for (const lyd_node *entry : interfaces_of(answer)) {
         if (key_of(entry) != interface)
@@ -98,7 +98,7 @@ protected:
     Answer whole;
 };
 
-// Keys that the mapping shortens are left alone where the cut goes through a character.
+// Skips keys that the mapping cut inside a character.
 TEST_P(EveryTable, HasEachNeighborOnceUnderItsInterface) {
     const std::multiset<NeighborKey> found = neighbors_in(whole.data.get());
     for (const auto &[key, announcements] : neighbor_keys(table))
@@ -122,8 +122,8 @@ TEST_P(EveryTable, GivesForAnInterfaceWhatTheWholeReadHoldsForIt) {
     }
 }
 
-// What an id of several announcements, or of another device's part before the "#", is answered with is the
-// mapping's own affair: there it need only be an answer to what was asked.
+// For an id that several announcements share, or whose device part matches another device, the mapping may
+// choose which one to answer with. The test then only checks that nothing else is in the answer.
 TEST_P(EveryTable, GivesForANeighborWhatTheWholeReadHoldsForIt) {
     int compared = 0;
     for (const auto &[key, announcements] : neighbor_keys(table)) {
@@ -136,7 +136,7 @@ TEST_P(EveryTable, GivesForANeighborWhatTheWholeReadHoldsForIt) {
             compared++;
         }
         for (const NeighborKey &found : neighbors_in(keyed.data.get()))
-            EXPECT_EQ(found, key) << "answers a read of " << key.first << " " << key.second;
+            EXPECT_EQ(found, key) << "in the answer to " << key.first << " " << key.second;
     }
     EXPECT_GT(compared, 3);
 }
@@ -165,7 +165,7 @@ TEST_P(EveryTable, ComesOutAsDataThatIsReadBackUnchanged) {
     expect_to_be_read_back(whole.data.get(), LYD_JSON);
 }
 
-// The leaves of an announcement that are copied as they are, by the names that they have in the answer.
+// The leaves of an announcement that are mapped without a change, by their names in the answer.
 LeafTexts copied_leaves(const Announcement &made) {
     LeafTexts copied;
     for (const LeafTexts *leaf_texts : {&made.leaves, &made.detail})
@@ -210,7 +210,7 @@ Table with_a_fault(unsigned seed) {
 
 class FaultyTable : public testing::TestWithParam<unsigned> {};
 
-// The id of the faulty neighbor is empty in some tables: such a neighbor is passed over.
+// In some tables the faulty neighbor has no id; the mapping then skips it and the read succeeds.
 TEST_P(FaultyTable, FailsAsAWholeAndLeavesTheNextReadRight) {
     DeviceUnderTest device;
     std::mt19937 random(GetParam());
@@ -234,7 +234,7 @@ TEST_P(FaultyTable, FailsAsAWholeAndLeavesTheNextReadRight) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, FaultyTable, testing::Range(100u, 112u));
 
-// The mapping cuts an id at 255 bytes; here that goes through a character.
+// The mapping cuts an id at 255 bytes, here in the middle of a character.
 TEST(LongName, ThatIsCutInsideACharacterIsLeftOutWithAWarning) {
     DeviceUnderTest device;
     std::string name;

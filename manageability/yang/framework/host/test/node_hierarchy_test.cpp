@@ -45,7 +45,7 @@ class LookUp : public testing::Test {
 protected:
     void SetUp() override { context.hierarchy().start(tree.root()); }
 
-    // Stands in the node that is reached by child numbers, and in all above it.
+    // Makes the node reached by these child indexes the current one, and its ancestors with it.
     void stand_in(std::initializer_list<uint32_t> numbers) {
         context.hierarchy().start(tree.root());
         context.hierarchy().push(tree.root());
@@ -56,7 +56,7 @@ protected:
         }
     }
 
-    // "(none)" for what is absent.
+    // "(none)" when it is absent.
     std::string value(const char *path_text, const char *leaf_name) {
         const char *found = "untouched";
         EXPECT_EQ(yfw_map_get_node_info(context.handle(), path_text, leaf_name, &found), YMAP_OK);
@@ -137,7 +137,7 @@ TEST_F(LookUp, FollowsTheWalkOutOfAnEntryAndIntoTheNext) {
     EXPECT_EQ(value(detail, "device-id"), "r3");
 }
 
-// A read of the OpenConfig side: the leaf of another container of the request.
+// On the OpenConfig side, a leaf in another container of the request.
 TEST(LookUpInARequest, FindsTheSettingThatTheRequestCarriesBeside) {
     NodeTree tree(NodeText{"lldp",
                            {{"config", {leaf("enabled", "true"), leaf("system-name", "r1")}},

@@ -74,7 +74,7 @@ protected:
     yfw_map_ctx ctx() { return context.handle(); }
     yfw_output_list_ctx &output_list() { return ctx()->req_ctx->output_list; }
 
-    // Stands in /lldp/interfaces/interface[name='eth1'].
+    // Makes /lldp/interfaces/interface[name='eth1'] the current node.
     void stand_in_the_interface() {
         context.hierarchy().start(tree.root());
         for (const auto *node : {tree.at({}), tree.at({0}), tree.at({0, 0})})
@@ -106,7 +106,7 @@ TEST_F(RequestOperations, KeepTheErrorPathWhenTheWalkLeavesTheNode) {
     EXPECT_EQ(context.error_path(), "/lldp/interfaces/interface[name='eth1']");
 }
 
-// The leak check sees to what this leaves behind.
+// LeakSanitizer does the checking.
 TEST_F(RequestOperations, LeaveNothingOfThePluginsMemoryBehind) {
     ctx()->req_ctx->err_node_name = yfw_strdup("a tag that nobody reported", "YFW MAP");
     ctx()->req_ctx->common_data_ptr = std::calloc(1, 255);
@@ -142,7 +142,7 @@ TEST_F(RequestOperations, HandEntriesBackFromTheStackLastOnesFirst) {
     EXPECT_EQ(item.entries, tree.at({0, 0}));
     EXPECT_EQ(item.count, 7u);
     EXPECT_EQ(item.callback, callback);
-    EXPECT_EQ(yfw_map_util_itree_stack_size(ctx()), 2u) << "a peak takes nothing away";
+    EXPECT_EQ(yfw_map_util_itree_stack_size(ctx()), 2u) << "peak() must not remove the entry";
     EXPECT_EQ(yfw_map_util_itree_stack_pop(ctx()), YMAP_OK);
     EXPECT_EQ(yfw_map_util_itree_stack_peak(ctx(), &item), YMAP_OK);
     EXPECT_EQ(item.entries, tree.at({0}));

@@ -1,4 +1,4 @@
-// The host runs any mapping that its description describes: here one unrelated to the shipped one.
+// The host runs any mapping that comes with a description: here one unrelated to the shipped mapping.
 #include <gtest/gtest.h>
 
 #include "base/error.h"
@@ -49,7 +49,7 @@ TEST_F(AnotherMapping, WithoutAnswersForThePlatformHasNoInterfaces) {
     EXPECT_TRUE(questions.interfaces.empty());
 }
 
-// The error's path names the description.
+// What loading the mapping fails with; the error's path must be the description.
 std::string error_of_engine(const yang::Schemas &schemas, sources::NativeSource &source,
                             const MappingDescription &mapping) {
     try {

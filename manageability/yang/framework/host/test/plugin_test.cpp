@@ -32,7 +32,7 @@ TEST(LoadedPlugin, NamesTopNodesThatTheModelsHave) {
 TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
     try {
         const Plugin plugin(mapping_of("/no/such/library.so"));
-        FAIL() << "was loaded";
+        FAIL() << "the library was loaded";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), "/no/such/library.so");
         EXPECT_EQ(error.tag(), ErrorTag::operation_failed);
@@ -42,7 +42,7 @@ TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
 TEST(PluginThatCannotBeUsed, IsNamedWhenItRegistersNothing) {
     try {
         const Plugin plugin(mapping_of("libm.so.6"));
-        FAIL() << "was loaded";
+        FAIL() << "the library was loaded";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), "libm.so.6");
         EXPECT_NE(std::string(error.what()).find("yfw_map_reg_oclldp_cfg"), std::string::npos) << error.what();

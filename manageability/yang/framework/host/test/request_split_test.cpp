@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
                "lldp{interfaces{interface{name=a neighbors{neighbor{id=y}}}}}",
                "lldp{interfaces{interface{name=b neighbors{neighbor{id=x}}}}}"}}));
 
-// Every way to a selected node, each with its keys and matches.
+// Collects the path to every selected node, with its keys and predicates.
 void collect_ways(const Selection &at, std::string way, std::multiset<std::string> &ways) {
     way += std::string("/") + at.node->name;
     for (const Selection &child : at.children)
@@ -148,7 +148,7 @@ bool repeats_a_key(const Selection &at) {
     return false;
 }
 
-// The mapping refuses an entry that names its key twice.
+// The mapping rejects an entry that names its key twice.
 TEST(SplitRequests, NameAKeyOnceAlsoWhenItIsSelectedItself) {
     const Selection whole = selection({at(entry_a, "/name"), at(entry_a, "/state"), at(entry_b, "/name")});
     for (const Selection &tree : split_by_list_entry(whole)) {

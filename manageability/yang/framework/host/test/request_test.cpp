@@ -91,7 +91,7 @@ std::ostream &operator<<(std::ostream &out, const Touches &touches) {
     return out << touches.path;
 }
 
-// The nodes where the mapping looks for state.
+// The nodes that the description lists as state.
 std::vector<const lysc_node *> state_nodes() {
     return {path("/lldp/interfaces").back().node, path("/lldp/state").back().node};
 }

@@ -10,7 +10,7 @@
 namespace yfw::host::test {
 namespace {
 
-// A child of a request node, as the plug-in looks at it.
+// A child of a request node, accessed as the plug-in does it.
 tidl_yfw_datatree &child_at(const tidl_yfw_datatree &node, uint32_t index) {
     return node.children[index];
 }

@@ -23,8 +23,8 @@ TextSource &shared_source() {
     return source;
 }
 
-// Never destroyed: what the plug-in holds between requests (the last neighbor id asked for, say) is no leak for
-// as long as the plug-in is loaded.
+// Never destroyed: what the plug-in keeps between requests, such as the last neighbor id, is not a leak while
+// the plug-in is loaded.
 Engine &shared_engine() {
     static Engine &engine = *new Engine(schemas(), shared_source(), read_mapping(OCLLDP_LIBRARY));
     return engine;
@@ -36,7 +36,7 @@ template <class Global> Global &global(void *library, const char *name) {
     return *static_cast<Global *>(symbol);
 }
 
-// Puts the plug-in's globals where a newly loaded one has them.
+// Resets the plug-in's globals to their state after loading.
 void forget_earlier_requests() {
     void *library = dlopen(OCLLDP_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
     ASSERT_NE(library, nullptr);

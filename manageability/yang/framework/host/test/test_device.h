@@ -1,4 +1,4 @@
-// A device whose native data is given by a test.
+// Devices with native data given by a test.
 #ifndef HOST_TEST_TEST_DEVICE_H
 #define HOST_TEST_TEST_DEVICE_H
 
@@ -25,8 +25,8 @@ ReadRequest request(const std::vector<std::string> &paths, Content content = Con
 // The paths merged into one tree.
 Selection selection(const std::vector<std::string> &paths);
 
-// Native instance data from XML or JSON. Either the order of the text is kept, as the file source does, or the
-// data may come in any order. Throws Error.
+// Parses native instance data, XML or JSON. `kept` preserves the order of the text, as the file source does.
+// Throws Error.
 enum class Order { kept, any };
 yang::DataTree native_data(const std::string &text, Order order = Order::kept);
 
@@ -39,8 +39,8 @@ public:
     int reads = 0; // how often the device was read
 };
 
-// An engine on a device that the test writes. All tests of a process share one engine, as requests do in a
-// program; the plug-in begins each test with nothing carried over from the one before.
+// An engine on a device with data given by the test. All tests of a process share one engine, as requests of a
+// program do; the plug-in's state is reset for each test.
 class DeviceUnderTest {
 public:
     DeviceUnderTest();

@@ -38,7 +38,7 @@ public:
 
     const tidl_yfw_datatree *root() const { return &root_; }
 
-    // The node reached by child indexes.
+    // The node reached by these child indexes.
     tidl_yfw_datatree *at(std::initializer_list<uint32_t> numbers) {
         tidl_yfw_datatree *node = &root_;
         for (const uint32_t number : numbers)

@@ -19,7 +19,7 @@ std::ostream &operator<<(std::ostream &out, const Question &question) {
     return out << question.xpath;
 }
 
-// An interface's entry, into which another model puts its settings.
+// An interface entry that another model augments with its settings.
 NodeText interface_entry() {
     const auto setting = [](const char *name, const char *value) {
         return NodeText{name, {}, value, false, cfg_ns};

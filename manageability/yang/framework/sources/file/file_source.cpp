@@ -37,7 +37,7 @@ LYD_FORMAT format_of(const std::filesystem::path &file) {
     case '{':
         return LYD_JSON;
     default:
-        fail(file, "holds neither XML nor JSON instance data");
+        fail(file, "contains neither XML nor JSON instance data");
     }
 }
 
@@ -61,13 +61,13 @@ DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
         fail(file, yang::take_yang_error(context));
     for (const lyd_node *top = data; top != nullptr; top = top->next)
         if (std::string_view(top->schema->module->name).starts_with("openconfig-"))
-            fail(file, std::string("holds data of ") + top->schema->module->name + ": native data is expected");
+            fail(file, std::string("contains data of ") + top->schema->module->name + "; expected native data");
     return tree;
 }
 
 void merge(DataTree &into, DataTree from, const std::filesystem::path &file, const ly_ctx *context) {
     if (yang::merge(into, std::move(from)) != LY_SUCCESS)
-        fail(file, "cannot be merged with the files before it: " + yang::take_yang_error(context));
+        fail(file, "cannot be merged with the preceding files: " + yang::take_yang_error(context));
 }
 
 bool holds_configuration(const lyd_node *top) {
@@ -106,7 +106,7 @@ FileSource FileSource::of_device(const std::filesystem::path &directory) {
     if (error)
         fail(directory, "cannot be read as a device's directory: " + error.message());
     if (files.empty())
-        fail(directory, "holds no *.xml or *.json file of native data");
+        fail(directory, "contains no *.xml or *.json file of native data");
     std::sort(files.begin(), files.end());
     return FileSource(std::move(files));
 }

@@ -10,7 +10,7 @@
 
 namespace yfw::sources {
 
-// For a process that reads the device more than once; it keeps the data in memory.
+// For a process that reads the device more than once: keeps the data in memory. Thread-safe.
 class KeptFileSource final : public NativeSource {
 public:
     explicit KeptFileSource(FileSource source) : source_(std::move(source)) {}

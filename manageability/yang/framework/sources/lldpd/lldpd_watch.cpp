@@ -83,7 +83,7 @@ void LldpdWatch::watch_until_lost(int stop) {
     Connection subscription(socket_);
     std::vector<Heard> heard;
     if (lldpctl_watch_callback2(subscription.handle(), hear, &heard) != 0)
-        subscription.fail("asking for changes");
+        subscription.fail("subscribing to changes");
     if (established_)
         tell_difference(read_all());
     else

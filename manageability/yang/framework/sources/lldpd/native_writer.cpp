@@ -10,7 +10,7 @@ namespace {
 lyd_node *made(LY_ERR status, lyd_node *node, const ly_ctx *context, const char *name) {
     if (status != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, name,
-                    "the native models do not take it: " + yang::take_yang_error(context));
+                    "not allowed by the native models: " + yang::take_yang_error(context));
     return node;
 }
 

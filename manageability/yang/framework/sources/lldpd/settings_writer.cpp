@@ -9,8 +9,8 @@ namespace {
 
 constexpr uint32_t usual_interval = 30; // seconds; IEEE Std 802.1AB clause 9.2.5.7, and lldpd's default
 
-// The interval to use when none is wanted. One outside the native timer's range was never configured here and
-// is kept.
+// The interval to use when none is wanted. One outside the native timer's range was not configured by us and is
+// kept.
 uint32_t interval_without_a_timer(uint32_t now, bool keeps_interval) {
     const bool configurable = now >= shortest_interval && now <= longest_interval;
     return keeps_interval || !configurable ? now : usual_interval;

@@ -44,10 +44,10 @@ void refuse_what_lldpd_cannot(const lyd_node *lldp) {
             refuse(below(lldp, {"tlv-select", tlv, "disable"}), "lldpd always sends this TLV");
     for (const char *time : {"holdtime", "reinit"})
         if (const lyd_node *leaf = below(lldp, {time}))
-            refuse(leaf, "lldpd keeps its own time here");
+            refuse(leaf, "lldpd does not let this time be set");
     const lyd_node *kind = below(lldp, {"chassis-id-type"});
     if (kind != nullptr && text(kind) != "local")
-        refuse(kind, "lldpd sends a chassis id that was set as \"local\" only");
+        refuse(kind, "lldpd sends a configured chassis id as \"local\" only");
     if (kind != nullptr && below(lldp, {"chassis-id"}) == nullptr)
         refuse(kind, "lldpd sends a \"local\" chassis id only when \"chassis-id\" is set");
 }

@@ -1,4 +1,5 @@
-// Native configurations on a running lldpd, seen by lldpcli: on the daemon itself and on its neighbor.
+// Applies native configurations to a running lldpd and checks them with lldpcli, on the daemon and on its
+// neighbor.
 #include <memory>
 #include <string>
 
@@ -34,7 +35,7 @@ std::string with_interface(const std::string &global, const std::string &name, c
            "</interface-configurations>";
 }
 
-// Two routers, a and b, with two cables. One laboratory for the tests of a process.
+// Two routers, a and b, with two cables. All tests of a process share one laboratory.
 class AConfiguration : public testing::Test {
 protected:
     static void TearDownTestSuite() { lab_.reset(); }
@@ -45,7 +46,7 @@ protected:
             FAIL() << obstacle;
         if (!obstacle.empty())
             GTEST_SKIP() << obstacle;
-        // Not in SetUpTestSuite: tests whose suite cannot be set up count as skipped.
+        // Not in SetUpTestSuite: if that fails, the tests count as skipped.
         if (lab_ == nullptr)
             lab_ = std::make_unique<Laboratory>(R"({
               "routers": [{"name": "a", "system-name": "a.example.net", "system-description": "Router a"},
@@ -56,7 +57,7 @@ protected:
         if (lab_ == nullptr)
             return;
         restore(native_configuration(on));
-        // A configuration without a timer leaves the daemon's own.
+        // A configuration without a timer leaves the daemon's interval alone.
         lab_->configure("a", {"lldp", "tx-interval", std::to_string(yfw::test::lab_interval)});
     }
 
@@ -69,7 +70,7 @@ protected:
         device().restore(native_data(configuration).get());
     }
 
-    // What lldpcli says of an interface of a.
+    // The status of an interface of a, as lldpcli reports it.
     static std::string status(const std::string &interface) {
         const nlohmann::json told = lab_->ask("a", {"interfaces", "details"});
         for (const auto &each : told.at("/lldp/0/interface"_json_pointer))
@@ -83,7 +84,7 @@ protected:
             .at(name)
             .at("/0/value"_json_pointer);
     }
-    // What b hears of a on eth1: "KIND ID, NAME, DESCRIPTION".
+    // What b hears from a on eth1: "KIND ID, NAME, DESCRIPTION".
     static std::string chassis_heard() {
         std::string text;
         for (const nlohmann::json &neighbor : lab_->neighbors("b", "eth1")) {
@@ -142,10 +143,10 @@ TEST_F(AConfiguration, OfTextsIsAnnounced) {
                              element("system-description", "caf\xc3\xa9") + element("chassis-id", "rack 4") +
                              element("chassis-id-type", "local"));
     apply(native_configuration(on), after);
-    // Each text may come in a frame of its own.
+    // The texts may arrive in several frames.
     EXPECT_TRUE(eventually([] { return chassis_heard() == "local rack 4, a & \"more\", caf\xc3\xa9"; }))
         << chassis_heard();
-    // Without them the daemon has its own again.
+    // Without them the daemon returns to its defaults.
     apply(after, native_configuration(on));
     EXPECT_EQ(setting("hostname"), "(none)");
     EXPECT_EQ(setting("description"), "(none)");

@@ -1,4 +1,4 @@
-// What a daemon runs with, as native configuration; configured again, it is what the daemon ran with.
+// A daemon's settings as native configuration, which gives the same settings when it is applied.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -16,7 +16,7 @@ using lldpd::State;
 using lldpd::WantedSettings;
 using testing::ElementsAre;
 
-// Two ports, which both speak LLDP.
+// Two ports, both with LLDP.
 State running_state() {
     State state = state_of({});
     state.ports.push_back(state.ports.front());
@@ -81,7 +81,7 @@ TEST(TextsThatWereSet, AreConfiguredAsTheyAre) {
     EXPECT_THAT(configured(state, "/chassis-id-type"), ElementsAre("local"));
 }
 
-// What the daemon announces of its own accord was not configured.
+// Defaults that the daemon announces are not configuration.
 TEST(TextsThatWereNotSet, AreNotConfigured) {
     State state = running_state();
     state.local.name = "host.example.net";

@@ -12,7 +12,7 @@
 namespace yfw::sources::test {
 namespace {
 
-// How long it takes at the most until a thread sees that the test ends.
+// The longest time until a thread notices that the test ends.
 constexpr int glance_ms = 20;
 
 Descriptor checked(Descriptor socket, const char *what) {

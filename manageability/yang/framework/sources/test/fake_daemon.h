@@ -1,4 +1,4 @@
-// Control sockets behind which no sound lldpd is.
+// Control sockets of daemons that misbehave.
 #ifndef YFW_SOURCES_TEST_FAKE_DAEMON_H
 #define YFW_SOURCES_TEST_FAKE_DAEMON_H
 
@@ -14,7 +14,7 @@
 
 namespace yfw::sources::test {
 
-// A socket that listens and accepts nobody.
+// A socket that listens but never accepts.
 class ListeningSocket {
 public:
     explicit ListeningSocket(int backlog = 8);
@@ -23,7 +23,7 @@ public:
     const std::filesystem::path &directory() const { return directory_.path(); }
     int descriptor() const { return socket_.get(); }
 
-    // Connects until nobody more can.
+    // Connects until the queue is full.
     void fill();
 
 private:
@@ -32,18 +32,18 @@ private:
     std::vector<Descriptor> clients_;
 };
 
-// The other end of a connection, for what a fake daemon does to its client.
+// A fake daemon's end of a connection to its client.
 class Client {
 public:
     Client(int descriptor, const std::atomic<bool> &ends) : descriptor_(descriptor), ends_(ends) {}
 
-    // Some bytes of what the client sent, at least `count`; fewer when it went away or the test ends.
+    // At least `count` bytes from the client; fewer when it disconnects or the test ends.
     std::string receive(size_t count) const;
-    // False when the client went away or the test ends.
+    // Sends all bytes; false when the client disconnects or the test ends.
     bool send(const std::string &bytes) const;
-    // Until the client goes away or the test ends.
+    // Waits until the client disconnects or the test ends.
     void wait() const;
-    // False when the test ends.
+    // Waits a moment; false when the test ends.
     bool pause() const;
 
 private:
@@ -53,7 +53,7 @@ private:
     const std::atomic<bool> &ends_;
 };
 
-// Does the same to each client, one after another, in a thread of its own.
+// Treats all clients alike, one after another, in its own thread.
 class FakeDaemon {
 public:
     explicit FakeDaemon(std::function<void(const Client &)> behaviour);

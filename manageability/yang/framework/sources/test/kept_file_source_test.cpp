@@ -1,4 +1,4 @@
-// A recorded device that is served is read anew when its files have changed, and only then.
+// A served recording is read again when its files have changed, and only then.
 #include <filesystem>
 #include <string>
 
@@ -22,7 +22,8 @@ protected:
     yang::SharedData data() { return source_.snapshot(native_modules()).data; }
     std::string timer() { return lyd_get_value(lyd_child(data().get())); }
 
-    // Whether two reads give the very same data. A file that was just written could change unseen.
+    // Whether two reads return the same object. Polls, because a file that was only just written is always
+    // reread.
     bool is_kept() {
         return yfw::test::eventually([this] { return data() == data(); });
     }
@@ -44,7 +45,7 @@ TEST_F(AServedRecording, IsReadAgainWhenItWasWritten) {
 }
 
 TEST_F(AServedRecording, IsReadAgainAtEachOfManyQuickChanges) {
-    for (int i = 10; i < 60; i++) { // all texts are of one length
+    for (int i = 10; i < 60; i++) { // so that the file's size never changes
         yfw::test::write_file(file_, configuration(std::to_string(i)));
         EXPECT_EQ(timer(), std::to_string(i));
     }

@@ -1,4 +1,4 @@
-// A neighbor as native data: one test for each thing that it may tell.
+// A neighbor as native data: one test for each thing that it may announce.
 #include <string>
 #include <vector>
 
@@ -21,7 +21,7 @@ using Strings = std::vector<std::string>;
 
 const std::string detail = "/nodes/node/neighbors/details/detail";
 
-// --- who it is ---
+// --- identity ---
 
 TEST(ANeighbor, IsKnownByItsSystemName) {
     EXPECT_EQ(lldpd::device_id(neighbor_named("sw1.example.net")), "sw1.example.net");
@@ -76,7 +76,7 @@ TEST(ANeighbor, WhoseNameHasBothKindsOfQuotesIsThere) {
     EXPECT_THAT(operational_values(state, detail + "/device-id"), ElementsAre("the \"big\" router's [1]/<a>&"));
 }
 
-// A daemon hands on whatever bytes it heard. One such neighbor must not hide all that there is.
+// lldpd passes on any bytes that a neighbor sent. Such a neighbor must not make the rest unreadable.
 class ANeighborWhoseNameIsNoText : public testing::TestWithParam<const char *> {};
 
 TEST_P(ANeighborWhoseNameIsNoText, LeavesTheOthersReadable) {
@@ -90,7 +90,7 @@ TEST_P(ANeighborWhoseNameIsNoText, LeavesTheOthersReadable) {
                 testing::UnorderedElementsAre("eth7", "eth9"));
 }
 
-// The key of an entry travels through paths and documents, which take text only.
+// An entry's key appears in paths and documents, which can only contain text.
 TEST_P(ANeighborWhoseNameIsNoText, IsKnownByATextAllTheSame) {
     const lldpd::State state = state_of({neighbor_named(GetParam())});
     const yang::DataTree data = lldpd::operational_data(native_modules(), state);
@@ -101,7 +101,7 @@ TEST_P(ANeighborWhoseNameIsNoText, IsKnownByATextAllTheSame) {
 INSTANTIATE_TEST_SUITE_P(But, ANeighborWhoseNameIsNoText,
                          testing::Values("sw\xff\xfe", "\xc3", "sw\xed\xa0\x80", "\x01\x02", "sw\x7f\x1b[2J"));
 
-// --- what it tells ---
+// --- announcements ---
 
 TEST(ANeighbor, TellsItsIdentifiersAsTheyAre) {
     Neighbor neighbor = neighbor_named("sw1", "ge-0/0/1.0 \"uplink\"");
@@ -128,7 +128,7 @@ struct AbsentCase {
     const char *leaf;
 };
 
-// Everything that a neighbor may tell.
+// A neighbor with everything that it may announce.
 Neighbor talkative_neighbor() {
     Neighbor neighbor = neighbor_named("sw1");
     neighbor.chassis.description = "A switch";
@@ -178,7 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ANeighbor, TellsWhenItWasHeard) {
     Neighbor neighbor = neighbor_named("sw1");
-    neighbor.last_update = 5'000'000'000; // after the end of 32 bits
+    neighbor.last_update = 5'000'000'000; // beyond 32 bits
     neighbor.age = 5'000'000'001;
     EXPECT_THAT(announcements(neighbor),
                 testing::IsSupersetOf(Strings{"detail/last-update=5000000000", "detail/age=5000000001"}));
@@ -187,7 +187,7 @@ TEST(ANeighbor, TellsWhenItWasHeard) {
 struct CapabilityCase {
     uint16_t available, enabled;
     const char *combined;
-    Strings letters; // of those that it has, and of those that are on
+    Strings letters; // of the available and of the enabled capabilities
 };
 
 class Capabilities : public testing::TestWithParam<CapabilityCase> {};

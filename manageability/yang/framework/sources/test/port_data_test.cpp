@@ -56,7 +56,7 @@ TEST(APort, TellsWhetherItTransmitsAndReceives) {
 struct CounterCase {
     const char *leaf;
     std::optional<uint64_t> Counters::*counter;
-    bool of_interfaces; // and not only of the node
+    bool of_interfaces; // as well as of the node
 };
 
 class ACounter : public testing::TestWithParam<CounterCase> {
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Named, ACounter,
                              return name;
                          });
 
-// lldpd counts nothing of these.
+// lldpd has none of these counters.
 class ACounterThatNoDaemonHas : public testing::TestWithParam<const char *> {};
 
 TEST_P(ACounterThatNoDaemonHas, IsNotInvented) {

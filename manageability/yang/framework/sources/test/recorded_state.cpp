@@ -14,7 +14,7 @@ namespace {
 using nlohmann::json;
 using namespace lldpd;
 
-// In lldpcli's json0 every member is a list, which is absent when it would be empty.
+// In lldpcli's json0 format every member is a list, and is absent when empty.
 const json &all(const json &object, const std::string &name) {
     static const json none = json::array();
     return object.contains(name) ? object.at(name) : none;
@@ -80,7 +80,7 @@ Chassis chassis_of(const json &recorded) {
     return made;
 }
 
-// "61,62,63"
+// The bytes of "61,62,63".
 std::string octets(const std::string &hexadecimal) {
     std::string bytes;
     for (size_t at = 0; at + 1 < hexadecimal.size(); at += 3)
@@ -98,11 +98,11 @@ CustomTlv tlv_of(const json &recorded) {
     return made;
 }
 
-// "0 day, 00:00:31"
+// The seconds in "0 day, 00:00:31".
 uint64_t seconds(const std::string &age) {
     unsigned days = 0, hours = 0, minutes = 0, rest = 0;
     if (std::sscanf(age.c_str(), "%u day%*[s,] %u:%u:%u", &days, &hours, &minutes, &rest) != 4)
-        throw std::runtime_error(age + " is no age");
+        throw std::runtime_error(age + " is not an age");
     return ((days * 24ULL + hours) * 60 + minutes) * 60 + rest;
 }
 

@@ -1,4 +1,4 @@
-// A recorded router as the structures that an lldpd is read into.
+// A recorded router in the structures that lldpd's state is read into.
 #ifndef YFW_SOURCES_TEST_RECORDED_STATE_H
 #define YFW_SOURCES_TEST_RECORDED_STATE_H
 
@@ -9,7 +9,7 @@
 
 namespace yfw::sources::test {
 
-// From ROUTER-neighbors.json and its siblings, which lldpcli wrote. Throws what nlohmann_json throws.
+// Reads ROUTER-neighbors.json and the other files that lldpcli wrote. Throws what nlohmann_json throws.
 lldpd::State recorded_state(const std::filesystem::path &recordings, const std::string &router);
 
 } // namespace yfw::sources::test

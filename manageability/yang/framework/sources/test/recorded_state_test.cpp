@@ -1,4 +1,4 @@
-// The recorded routers, put into the structures that an lldpd is read into, are the recorded devices.
+// The recordings of the routers, read as lldpd's state, give the native data of the recorded devices.
 #include <algorithm>
 #include <string>
 
@@ -29,7 +29,7 @@ protected:
     const lldpd::State state_ = recorded_state(examples / "recordings", router_);
 };
 
-// The node has the name of the device, which a daemon knows nothing of.
+// Replaces the node's name: it is the device's, which a daemon does not know.
 Lines with_node_name(Lines lines, const std::string &name) {
     for (std::string &line : lines)
         if (const size_t start = line.find("[node-name='"); start != std::string::npos)
@@ -43,14 +43,14 @@ TEST_P(ARecordedRouter, HasTheOperationalDataOfItsDevice) {
                      with_node_name(device_file(router_, "oper.xml"), router_)));
 }
 
-// But for the switches of the single interfaces, which the recorded devices have and lldpd has not.
+// Except for the per-interface switches, which the recorded devices have and lldpd lacks.
 TEST_P(ARecordedRouter, HasTheConfigurationOfItsDevice) {
     const yang::DataTree data = lldpd::configuration_data(native_modules(), state_);
     Lines wanted = device_file(router_, "config.xml");
     for (std::string &leaf : wanted)
         if (const size_t lldp = leaf.find("/Tarvo-QD-ethernet-lldp-cfg:lldp/enable=true");
             lldp != std::string::npos)
-            leaf.resize(lldp); // the interface's entry stays
+            leaf.resize(lldp); // keeps the interface's entry
     EXPECT_TRUE(same(leaves(data.get()), wanted));
 }
 
@@ -63,7 +63,7 @@ TEST_P(ARecordedRouter, IsValidData) {
     EXPECT_EQ(fault_of(lldpd::configuration_data(native_modules(), state_)), "");
 }
 
-// What a change of one neighbor is told with is what a read of everything tells of it.
+// A change of one neighbor is reported with the same data as a read of everything gives it.
 TEST_P(ARecordedRouter, HasNeighborsWhoseDataAloneIsThatOfTheWhole) {
     const Lines whole = with_node_name(leaves(lldpd::operational_data(native_modules(), state_).get()), "n");
     size_t compared = 0;

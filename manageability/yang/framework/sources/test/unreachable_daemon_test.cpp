@@ -1,4 +1,4 @@
-// Daemons that are not there, or not sound: an error that names the socket, in bounded time.
+// Daemons that are missing or misbehave: an error that names the socket, in bounded time.
 #include <chrono>
 #include <cstdint>
 #include <cstring>
@@ -32,18 +32,18 @@ using testing::HasSubstr;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds bound{300};
-// Several answers may be waited for; this is still far from waiting for ever.
+// Allows for waiting for several answers.
 constexpr std::chrono::seconds longest{5};
 
 using Question = std::function<void(const std::string &socket)>;
 
-// The error that asking gives, as one text; a failure of the test when there is none.
+// The path and message of the error that `ask` throws. Fails the test when there is none or it takes too long.
 std::string error_of(const Question &ask, const std::string &socket) {
     const auto start = Clock::now();
     std::string text;
     try {
         ask(socket);
-        ADD_FAILURE() << "no error";
+        ADD_FAILURE() << "no error was thrown";
     } catch (const Error &error) {
         text = error.path() + ": " + error.what();
     }
@@ -75,7 +75,7 @@ void write_settings(const std::string &socket) {
                true);
 }
 
-// --- nobody there: also through the whole source, which needs no time for it ---
+// --- nobody listens: also through the whole source, since this takes no time ---
 
 void read_device(const std::string &socket) {
     lldpd::LldpdSource(socket).read(native_modules());
@@ -140,7 +140,7 @@ TEST_P(ADaemonThatIsNotThere, MayNotBeAsked) {
     std::filesystem::permissions(listening.directory(), std::filesystem::perms(0755));
     std::filesystem::permissions(listening.path(), std::filesystem::perms(0));
     Pipe pipe;
-    native_modules(); // loaded while it may be
+    native_modules(); // loads them while this user may read them
     Process asking = Process::copy([&] {
         constexpr unsigned nobody = 65534;
         if (geteuid() == 0 && setresuid(nobody, nobody, nobody) != 0)
@@ -153,7 +153,7 @@ TEST_P(ADaemonThatIsNotThere, MayNotBeAsked) {
     }
     ASSERT_EQ(asking.wait(std::chrono::minutes(1)), 0);
     EXPECT_THAT(text, HasSubstr("lldpd:" + listening.path()));
-    EXPECT_THAT(text, HasSubstr("ermi")) << "nothing of a permission";
+    EXPECT_THAT(text, HasSubstr("ermi")) << "the message does not mention permissions";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -164,14 +164,14 @@ INSTANTIATE_TEST_SUITE_P(
                     QuestionCase{"Watching", watch_device}),
     [](const auto &question) { return question.param.name; });
 
-// --- somebody there who is no sound daemon ---
+// --- a daemon that misbehaves ---
 
 struct BehaviourCase {
     const char *name;
     std::function<void(const Client &)> behave;
 };
 
-// What the messages of the control protocol begin with.
+// The header of a message of the control protocol.
 struct Header {
     uint32_t type = 0;
     size_t length = 0;
@@ -192,7 +192,7 @@ std::string noise(size_t size) {
     return bytes;
 }
 
-// Answers one question of the client's, whose header it got.
+// Reads one request of the client, at least its header, and answers it with `how`.
 void answer(const Client &client, const std::function<void(const std::string &question)> &how) {
     const std::string question = client.receive(sizeof(Header));
     if (question.size() >= sizeof(Header))
@@ -249,7 +249,7 @@ const std::vector<BehaviourCase> behaviours{
      [](const Client &client) {
          answer(client, [&](const std::string &question) {
              client.send(header(question, 100000));
-             const auto end = Clock::now() + 2 * longest; // the test is to fail, not to hang
+             const auto end = Clock::now() + 2 * longest; // so that the test fails instead of hanging
              while (Clock::now() < end && client.send("x") && client.pause()) {
              }
          });

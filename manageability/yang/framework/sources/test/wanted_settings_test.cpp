@@ -1,4 +1,4 @@
-// What a native configuration wants of an lldpd, and what an lldpd cannot do.
+// The settings that a native configuration asks of lldpd, and what lldpd cannot do.
 #include <map>
 #include <optional>
 #include <string>
@@ -192,7 +192,7 @@ class WhatLldpdCannotDo : public testing::TestWithParam<RefusedCase> {};
 TEST_P(WhatLldpdCannotDo, IsRefusedAtItsNode) {
     try {
         wanted(GetParam().configuration);
-        FAIL() << "accepted";
+        FAIL() << "the configuration was accepted";
     } catch (const Error &error) {
         EXPECT_EQ(error.tag(), ErrorTag::operation_not_supported) << error.what();
         EXPECT_THAT(error.path(), std::string("/Tarvo-QD-ethernet-lldp-cfg:") + GetParam().path);

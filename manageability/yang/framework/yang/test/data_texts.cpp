@@ -25,7 +25,7 @@ bool holds_content(const lyd_node *node) {
     return false;
 }
 
-// An entry of a leaf-list: its path would repeat its value.
+// The path of a leaf-list entry would repeat its value.
 std::string leaf_place(const lyd_node *node) {
     if (node->schema->nodetype == LYS_LEAFLIST)
         return place(lyd_parent(node)) + "/" + node->schema->name;
@@ -66,13 +66,13 @@ testing::AssertionResult same(const Lines &found, const Lines &wanted) {
         return testing::AssertionSuccess();
     constexpr size_t shown = 200;
     testing::AssertionResult result = testing::AssertionFailure();
-    result << found.size() << " lines for " << wanted.size() << '\n';
+    result << found.size() << " lines, expected " << wanted.size() << '\n';
     for (const std::string &line : wanted)
         if (std::find(found.begin(), found.end(), line) == found.end())
             result << "missing: " << line.substr(0, shown) << '\n';
     for (const std::string &line : found)
         if (std::find(wanted.begin(), wanted.end(), line) == wanted.end())
-            result << "not wanted: " << line.substr(0, shown) << '\n';
+            result << "unexpected: " << line.substr(0, shown) << '\n';
     return result;
 }
 

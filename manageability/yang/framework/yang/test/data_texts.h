@@ -14,8 +14,8 @@ namespace yfw::yang::test {
 
 using Lines = std::vector<std::string>;
 
-// One line a leaf that is no key, "/lldp/config/enabled=true", in the data's order; containers and list
-// entries that hold nothing but keys stand without a value. Module names are left out of the paths.
+// One line per leaf that is not a key, "/lldp/config/enabled=true", in the order of the data; containers and
+// list entries that hold nothing but keys appear without a value. Module names are left out of the paths.
 Lines leaves(const lyd_node *data);
 
 // Whether the lines are equal; on failure, reports what each side lacks, truncated to a readable length.

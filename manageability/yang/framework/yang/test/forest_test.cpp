@@ -1,4 +1,4 @@
-// Forests that trees come to and go from.
+// Joining, merging, removing and selecting the trees of a forest.
 #include "yang/forest.h"
 
 #include <string>
@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
                 {name_line}}),
     [](const auto &test) { return test.param.name; });
 
-// A forest may be held by another than its first tree.
+// The owner of a forest may point to a tree other than its first.
 TEST(AForestHeldByItsLastTree, IsHeldByAnotherWhenThatGoes) {
     DataTree forest = data(native + interfaces);
     change_first(forest, [](lyd_node *&held) { held = held->next; });
@@ -148,7 +148,7 @@ TEST(AnExpression, ThatIsNoneIsNamed) {
     const DataTree forest = data(name);
     try {
         nodes_at(forest.get(), "/openconfig-lldp:lldp[");
-        FAIL() << "was evaluated";
+        FAIL() << "the expression was evaluated";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), "/openconfig-lldp:lldp[");
         EXPECT_STRNE(error.what(), "");

@@ -24,7 +24,7 @@ using yfw::test::read_file;
 using yfw::test::TemporaryDirectory;
 using yfw::test::write_file;
 
-// Copies of the shipped modules and of a package's, so that tests can remove some.
+// Copies of the shipped modules and of those in packages, so that tests can remove some.
 class ModuleDirectories : public testing::Test {
 protected:
     ModuleDirectories() {
@@ -38,7 +38,7 @@ protected:
     const fs::path &own() const { return own_.path(); }
     const fs::path &packaged() const { return packaged_.path(); }
 
-    // With the modules that a server offers and their imports.
+    // A context with the modules that a server offers and their imports.
     YangContext load() const {
         YangContext context = ModuleFiles::make_context();
         for (const char *name :
@@ -191,7 +191,7 @@ TEST(AModuleThatIsNone, IsRefusedByItsName) {
     const YangContext context = ModuleFiles::make_context();
     try {
         ModuleFiles({directory.path()}).load(context.get(), "broken");
-        FAIL() << "it was loaded";
+        FAIL() << "the module was loaded";
     } catch (const Error &error) {
         EXPECT_EQ(error.path(), "broken");
         EXPECT_THAT(error.what(), HasSubstr("failed"));

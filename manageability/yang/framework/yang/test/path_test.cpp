@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Quotes, PathLiteral,
 struct BadPath {
     const char *text;
     ErrorTag tag;
-    const char *named; // what the message has to name: a node, or where the text is malformed
+    const char *named; // what the message must name: a node, or where the text is malformed
 };
 
 std::ostream &operator<<(std::ostream &out, const BadPath &path) {
@@ -95,7 +95,7 @@ class RefusedPath : public testing::TestWithParam<BadPath> {};
 TEST_P(RefusedPath, IsNamedWithTheStepAtFault) {
     try {
         path(GetParam().text);
-        FAIL() << "was accepted";
+        FAIL() << "the path was accepted";
     } catch (const Error &error) {
         EXPECT_EQ(error.tag(), GetParam().tag);
         EXPECT_EQ(error.path(), GetParam().text);

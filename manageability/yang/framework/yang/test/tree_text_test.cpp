@@ -53,7 +53,7 @@ TEST(DataAsText, ThatIsNotSoundIsNamedByItsPlace) {
     try {
         parse_data(schemas().context(), "<lldp xmlns=\"http://openconfig.net/yang/lldp\"><no/></lldp>", LYD_XML,
                    strictly, "a file");
-        FAIL() << "was read";
+        FAIL() << "the data was parsed";
     } catch (const Error &error) {
         EXPECT_EQ(error.tag(), ErrorTag::operation_failed);
         EXPECT_EQ(error.path(), "a file");
