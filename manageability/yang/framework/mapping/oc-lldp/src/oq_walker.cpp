@@ -88,7 +88,7 @@ const oq_child *find_child(std::span<const oq_child> table, const char *tag, boo
 terrno unknown_child(frame &f, const node *child, node *out, yfw_map_callback augments) {
     if (!match(oc_ns, child->ns))
         return augments(f.ctx, child, out);
-    YMAP_ERROR_AT(f, slot_unsupported, "Unsupported tag is specified in the request.");
+    YMAP_ERROR_AT(f, slot_unsupported_tag, "Unsupported tag is specified in the request.");
     if (is_read(f.ctx))
         return YMAP_OK;
     report_failing_node(f.ctx, child->name);

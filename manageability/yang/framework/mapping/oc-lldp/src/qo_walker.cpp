@@ -25,7 +25,7 @@ const qo_child *find_child(frame &f, const qo_level &level, const char *tag) {
 terrno unknown_child(frame &f, const qo_level &level, const node *child, node *out) {
     if (!match(level.ns, child->ns))
         return level.augments(f.ctx, child, out);
-    YMAP_TRACE_AT(f, slot_unsupported, "Unsupported tag. Ignoring.");
+    YMAP_TRACE_AT(f, slot_ignored_tag, "Unsupported tag. Ignoring.");
     return YMAP_OK;
 }
 
@@ -63,7 +63,7 @@ uint8_t output_list_depth(yfw_map_ctx ctx) {
 terrno walk_entry(frame &f, const qo_level &level, const node *in, node *out) {
     const child_view children = children_of(in);
     if (children.count == 0)
-        YMAP_ERROR_AT(f, slot_list_without_keys, "No keys specified with a list node.");
+        YMAP_ERROR_AT(f, slot_entry_without_keys, "No keys specified with a list node.");
     yfw_map_add_to_node_hierarchy(f.ctx, in, 2);
     terrno status = yfw_map_update_current_list_node(f.ctx, level.list_path);
     if (status == YMAP_OK)

@@ -160,15 +160,15 @@ const char *type_name(const char *const (&names)[7], const char *subtype) {
 terrno map_chassis_id_type(frame &f, const node *in, node *out, const char *path) {
     char name[OCLLDP_CHASSIS_TEXT_SIZE] = {};
     if (ymap_chassis_id_subtype_mapping_util(f.ctx, in, name) != YMAP_OK) {
-        YMAP_ERROR_AT(f, slot_bad_value, "Invalid Chassis id type");
+        YMAP_ERROR_AT(f, slot_bad_chassis_id_type, "Invalid Chassis id type");
         return YMAP_ERR_MAP_FAILED;
     }
-    YMAP_TRACE_AT(f, slot_value, "OCLLDP: chassis_type_name %s", name);
+    YMAP_TRACE_AT(f, slot_chassis_id_type, "OCLLDP: chassis_type_name %s", name);
     return write(f, out, path, name);
 }
 
 terrno skip_unstitched(frame &f) {
-    YMAP_TRACE_AT(f, slot_mapping, "Neighbor list not mapped, skip");
+    YMAP_TRACE_AT(f, slot_unstitched, "Neighbor list not mapped, skip");
     return YMAP_OK;
 }
 
