@@ -227,7 +227,7 @@ terrno append_capability(frame &f, uint32_t capabilities, char *name, int32_t in
 
 using capability_text = char[OCLLDP_CAPABILITY_TEXT_SIZE];
 
-terrno write_capability(frame &f, node *out, const char *name, const char *enabled) {
+void write_capability_name(frame &f, node *out, const char *name) {
     add(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability", oc_ns, nullptr,
         {.list_entry = 1, .flags = 1});
     node *added = nullptr;
@@ -238,9 +238,6 @@ terrno write_capability(frame &f, node *out, const char *name, const char *enabl
     add(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability/state/name", oc_ns, name,
         {.slot = &added, .list_entry = 1});
     qualify_identity(added);
-    YMAP_TRACE(f, "OCLLDP cap enabled value %s", enabled);
-    return write(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability/state/enabled",
-                 enabled);
 }
 
 // `enabled` keeps the previous capability's text where the names differ.
@@ -255,6 +252,12 @@ void enabled_text(frame &f, uint32_t enabled_bits, int32_t index, const char *na
         YMAP_TRACE(f, "OCLLDP yfw_strcmp_s failed foren_cap_name %s cap_name %s", enabled_name, name);
 }
 
+terrno write_enabled(frame &f, node *out, const char *enabled) {
+    YMAP_TRACE(f, "OCLLDP cap enabled value %s", enabled);
+    return write(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability/state/enabled",
+                 enabled);
+}
+
 bool is_wanted(frame &f, const char *name, const char *filter) {
     if (filter == nullptr)
         return true;
@@ -264,9 +267,9 @@ bool is_wanted(frame &f, const char *name, const char *filter) {
     return true;
 }
 
-terrno write_capabilities(frame &f, node *out, uint32_t system_bits, uint32_t enabled_bits,
-                          const char *filter) {
-    terrno status = YMAP_OK;
+// Returns the status of the last enabled leaf, or `status` when no capability is wanted.
+terrno write_capabilities(frame &f, node *out, uint32_t system_bits, uint32_t enabled_bits, const char *filter,
+                          terrno status) {
     char enabled[50] = {};
     for (int32_t i = 0; i < num_lldp_caps; i++) {
         capability_text name = {};
@@ -276,8 +279,9 @@ terrno write_capabilities(frame &f, node *out, uint32_t system_bits, uint32_t en
         YMAP_TRACE(f, "OCLLDP: Peer capability name %s", name);
         if (!is_wanted(f, name, filter))
             continue;
+        write_capability_name(f, out, name);
         enabled_text(f, enabled_bits, i, name, enabled);
-        status = write_capability(f, out, name, enabled);
+        status = write_enabled(f, out, enabled);
     }
     return status;
 }
@@ -294,7 +298,7 @@ terrno map_capabilities(frame &f, node *out) {
     yfw_req_ctx *request = f.ctx->req_ctx;
     const char *filter = request != nullptr ? static_cast<const char *>(request->common_data_ptr) : nullptr;
     if (both >> 16 != 0)
-        status = write_capabilities(f, out, both >> 16, both & 0xffff, filter);
+        status = write_capabilities(f, out, both >> 16, both & 0xffff, filter, status);
     if (request != nullptr) {
         std::free(request->common_data_ptr);
         request->common_data_ptr = nullptr;
