@@ -70,6 +70,19 @@ private:
     const node *in_;
 };
 
+// How far a pass came. `done`: the node callback answered YMAP_STS_SUBTREE_DONE. Only there does this status
+// mean a handled subtree; what a child or the framework returns goes up as it is.
+struct pass_result {
+    terrno status = YMAP_OK;
+    bool done = false;
+
+    bool ok() const { return status == YMAP_OK && !done; }
+};
+
+pass_result answer_of_callback(terrno status) {
+    return status == YMAP_STS_SUBTREE_DONE ? pass_result{.done = true} : pass_result{.status = status};
+}
+
 // The node callback handled the subtree: the walker stops and succeeds, without an exit trace on purpose.
 terrno subtree_done(frame &f) {
     f.silent_end = true;
@@ -143,9 +156,10 @@ terrno map_whole(frame &f, std::span<const oq_child> children, yfw_map_callback 
 
 enum class replaced_children { detached, kept };
 
-// Runs `pass` twice: first to remove the existing data, then to merge the request's. A pass that ends with
-// YMAP_STS_SUBTREE_DONE leaves everything as it is, including the replace marker.
-template <class Pass> terrno in_two_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
+// Runs `pass` twice: first to remove the existing data, then to merge the request's. A pass that is done leaves
+// everything as it is, including the replace marker.
+template <class Pass>
+pass_result in_two_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
     yfw_req_ctx &r = request_state(f.ctx);
     const node saved = *in;
     change_operation(in, YFW_OP_REMOVE);
@@ -154,35 +168,37 @@ template <class Pass> terrno in_two_passes(frame &f, const node *in, replaced_ch
     if (children == replaced_children::detached)
         detach_children(in);
 
-    terrno status = pass();
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return status;
+    pass_result result = pass();
+    if (result.done)
+        return result;
     change_operation(in, YFW_OP_NONE);
     r.request_flags |= YFW_REQ_REPLACE_MERGE_PASS;
     r.request_flags &= ~static_cast<uint32_t>(YFW_REQ_REPLACE_DELETE_PASS);
     if (children == replaced_children::detached)
         restore_children(in, saved);
 
-    if (status == YMAP_OK)
-        status = pass();
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return status;
+    if (result.ok())
+        result = pass();
+    if (result.done)
+        return result;
     r.request_flags &= ~static_cast<uint32_t>(YFW_REQ_REPLACE_DELETE_PASS | YFW_REQ_REPLACE_MERGE_PASS);
     r.replace_marker = 0;
-    return status;
+    return result;
 }
 
 // One pass, or two for a replace.
-template <class Pass> terrno in_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
+template <class Pass> pass_result in_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
     return in->operation == YFW_OP_REPLACE ? in_two_passes(f, in, children, pass) : pass();
 }
 
 // ---- containers ----------------------------------------------------------------------------------------
 
-terrno container_pass(frame &f, const oq_container &table, const node *in, child_view children, node *out) {
-    terrno status = table.node_callback(f.ctx, in, children.count, out);
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return status;
+pass_result container_pass(frame &f, const oq_container &table, const node *in, child_view children,
+                           node *out) {
+    const pass_result answer = answer_of_callback(table.node_callback(f.ctx, in, children.count, out));
+    if (answer.done)
+        return answer;
+    terrno status = answer.status;
     if (status == YMAP_OK)
         for (const node &child : children)
             if (status = container_child(f, table, &child, out); status != YMAP_OK)
@@ -193,7 +209,7 @@ terrno container_pass(frame &f, const oq_container &table, const node *in, child
     const bool whole = children.count == 0 || (r.walk_flags & YFW_WALK_WHOLE_SUBTREE) != 0;
     if (status == YMAP_OK && whole && (is_read(f.ctx) || is_delete(in)))
         status = map_whole(f, table.whole, table.augments, in, out);
-    return status;
+    return {.status = status};
 }
 
 // ---- lists ---------------------------------------------------------------------------------------------
@@ -272,7 +288,9 @@ terrno key_child(frame &f, const oq_list &table, const oq_child &known, const no
     const node before = *child;
     const terrno status = known.walker(f.ctx, child, out);
     if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
-        // Removing the entry also changed its key node; the merge pass needs it as it was.
+        // A replaced entry keeps its children in both passes, and in the first one an interface's name turns
+        // its own node into a removal. The second pass would refuse that as a deleted key, and add the name as
+        // a removal, so the key gets back the operation with which the client sent it.
         writable(child)->operation = before.operation;
         writable(child)->node_flags = before.node_flags;
     }
@@ -317,36 +335,39 @@ terrno walk_entry(frame &f, const oq_list &table, const node *entry, node *out) 
     return YMAP_OK;
 }
 
-terrno walk_pushed_entry(frame &f, const oq_list &table, const yfw_map_itree_item &item, node *entry, node *out,
-                         bool deleting) {
-    terrno status = YMAP_OK;
+pass_result walk_pushed_entry(frame &f, const oq_list &table, const yfw_map_itree_item &item, node *entry,
+                              node *out, bool deleting) {
+    pass_result result;
     if (deleting)
         change_operation(entry, YFW_OP_REMOVE);
     if (item.callback != nullptr)
-        status = item.callback(f.ctx, entry, out);
-    return status == YMAP_OK ? walk_entry(f, table, entry, out) : status;
+        result = answer_of_callback(item.callback(f.ctx, entry, out));
+    if (result.ok())
+        result.status = walk_entry(f, table, entry, out);
+    return result;
 }
 
 // Walks the entries that the list callback pushed. The first one takes the list node's place in the hierarchy.
-terrno walk_pushed_entries(frame &f, const oq_list &table, const node *in, node *out) {
+pass_result walk_pushed_entries(frame &f, const oq_list &table, const node *in, node *out) {
     yfw_map_itree_item item{};
-    terrno status = yfw_map_util_itree_stack_peak(f.ctx, &item);
+    pass_result result{.status = yfw_map_util_itree_stack_peak(f.ctx, &item)};
     const bool deleting = is_delete(in);
-    for (uint32_t i = 0; status == YMAP_OK && i < item.count; i++) {
+    for (uint32_t i = 0; result.ok() && i < item.count; i++) {
         node *entry = &item.entries[i];
         if (i == 0) {
-            status = walk_pushed_entry(f, table, item, entry, out, deleting);
+            result = walk_pushed_entry(f, table, item, entry, out, deleting);
             continue;
         }
         const hierarchy_entry standing(f.ctx, entry, 2, YFW_MARKER_LIST);
-        status = yfw_map_update_current_list_node(f.ctx, table.path);
-        if (status == YMAP_OK)
-            status = walk_pushed_entry(f, table, item, entry, out, deleting);
+        result.status = yfw_map_update_current_list_node(f.ctx, table.path);
+        if (result.ok())
+            result = walk_pushed_entry(f, table, item, entry, out, deleting);
     }
-    return status;
+    return result;
 }
 
-terrno call_list_callback(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
+pass_result call_list_callback(frame &f, const oq_list &table, const node *in, node *out,
+                               const key_scan &found) {
     yfw_req_ctx &r = request_state(f.ctx);
     const bool plain_delete = is_delete(in) && r.list_entry_state == entry_plain;
     terrno status = YMAP_OK;
@@ -361,24 +382,24 @@ terrno call_list_callback(frame &f, const oq_list &table, const node *in, node *
     }
     if (status == YMAP_OK)
         f.ctx->current_list_operation = (in->node_flags & YFW_NODE_OPERATION_CHANGED) != 0 ? in->operation : 0;
-    return status;
+    return answer_of_callback(status);
 }
 
-terrno list_pass(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
+pass_result list_pass(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
     yfw_req_ctx &r = request_state(f.ctx);
     const uint32_t state_before = r.list_entry_state;
     const uint32_t depth = yfw_map_util_itree_stack_size(f.ctx);
-    terrno status = call_list_callback(f, table, in, out, found);
+    pass_result result = call_list_callback(f, table, in, out, found);
     if (yfw_map_util_itree_stack_size(f.ctx) > depth) {
-        if (status == YMAP_OK)
-            status = walk_pushed_entries(f, table, in, out);
+        if (result.ok())
+            result = walk_pushed_entries(f, table, in, out);
         while (yfw_map_util_itree_stack_size(f.ctx) > depth && yfw_map_util_itree_stack_pop(f.ctx) == YMAP_OK) {
         }
-    } else if (status == YMAP_OK) {
-        status = walk_entry(f, table, in, out);
+    } else if (result.ok()) {
+        result.status = walk_entry(f, table, in, out);
     }
     r.list_entry_state = state_before;
-    return status;
+    return result;
 }
 
 // A read that names something in an entry, but not its key, also fetches the key.
@@ -403,10 +424,10 @@ terrno walk_container(frame &f, const oq_container &table, const node *in, node 
     const yfw_req_ctx &r = request_state(f.ctx);
     const bool whole_above = (r.walk_flags & YFW_WALK_WHOLE_SUBTREE) != 0 && r.map_all == 1;
     const hierarchy_entry standing(f.ctx, in, 1, YFW_MARKER_CONTAINER);
-    const terrno status = in_passes(f, in, replaced_children::detached, [&] {
+    const pass_result result = in_passes(f, in, replaced_children::detached, [&] {
         return container_pass(f, table, in, whole_above ? child_view{} : children_of(in), out);
     });
-    return status == YMAP_STS_SUBTREE_DONE ? subtree_done(f) : status;
+    return result.done ? subtree_done(f) : result.status;
 }
 
 terrno walk_list(frame &f, const oq_list &table, const node *in, node *out) {
@@ -424,10 +445,13 @@ terrno walk_list(frame &f, const oq_list &table, const node *in, node *out) {
     terrno status = yfw_map_update_current_list_node(f.ctx, table.path);
     if (status == YMAP_OK)
         status = check_keys(f, table, in, children, found);
-    if (status == YMAP_OK)
-        status = in_passes(f, in, replaced_children::kept, [&] { return list_pass(f, table, in, out, found); });
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return subtree_done(f);
+    if (status == YMAP_OK) {
+        const pass_result result =
+            in_passes(f, in, replaced_children::kept, [&] { return list_pass(f, table, in, out, found); });
+        if (result.done)
+            return subtree_done(f);
+        status = result.status;
+    }
     if (status == YMAP_OK && is_read(f.ctx) && r.map_all != 1 && found.others && found.keys == 0)
         status = complete_keys(f, table, in);
     return status;

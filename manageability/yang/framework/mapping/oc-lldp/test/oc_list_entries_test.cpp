@@ -114,6 +114,30 @@ TEST_F(PushedEntries, StopAtTheFirstFailure) {
     EXPECT_EQ(fw.entry_stack_size(), 0u);
 }
 
+TEST_F(PushedEntries, EndTheWalkInSuccessWhenTheirCallbackIsDone) {
+    Context context(YMAP_REQ_GET);
+    push_from_the_list_callback(context);
+    entry_status = YMAP_STS_SUBTREE_DONE;
+    Tree tree(list_node);
+    EXPECT_EQ(call(interface_walker, context, tree), YMAP_OK);
+    EXPECT_THAT(entry_calls, SizeIs(1));
+    EXPECT_THAT(names_recorded(), IsEmpty());
+    EXPECT_THAT(left(), Not(Contains(interface_walker)));
+    EXPECT_EQ(fw.entry_stack_size(), 0u);
+}
+
+TEST_F(PushedEntries, PassTheFrameworksSubtreeDoneUp) {
+    Context context(YMAP_REQ_GET);
+    push_from_the_list_callback(context);
+    // The first update is that of the list node, the second that of the second entry.
+    fw.fail("yfw_map_update_current_list_node", 2, YMAP_STS_SUBTREE_DONE);
+    Tree tree(list_node);
+    EXPECT_EQ(call(interface_walker, context, tree), YMAP_STS_SUBTREE_DONE);
+    EXPECT_THAT(names_recorded(), ElementsAre("eth1"));
+    EXPECT_EQ(left().back(), interface_walker);
+    EXPECT_EQ(fw.entry_stack_size(), 0u);
+}
+
 TEST_F(PushedEntries, OfADeleteBecomeRemovals) {
     Context context(plain_edit);
     push_from_the_list_callback(context);

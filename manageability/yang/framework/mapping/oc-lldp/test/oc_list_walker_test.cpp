@@ -206,6 +206,21 @@ TEST_P(ListWalker, ReturnsAFailingLeafrefAsItIs) {
     }
 }
 
+TEST_P(ListWalker, PassesTheFrameworksSubtreeDoneUp) {
+    for (const char *operation : {"yfw_map_update_current_list_node", "yfw_map_check_oc_leafref"}) {
+        SCOPED_TRACE(operation);
+        fw.forget_calls();
+        fw.fail(operation, 0, YMAP_STS_SUBTREE_DONE);
+        Context context(YMAP_REQ_EDIT_ONE_KEY);
+        Tree tree(node(list.tag).children({key(list.keys.front())}));
+        EXPECT_EQ(call(list.walker, context, tree), YMAP_STS_SUBTREE_DONE);
+        EXPECT_THAT(entered(), ElementsAre(list.walker));
+        EXPECT_THAT(left(), ElementsAre(list.walker));
+        EXPECT_THAT(hierarchy(), ElementsAre(std::string("+") + list.tag + ", 2", std::string("-") + list.tag));
+        fw.reset();
+    }
+}
+
 // ---- the key rule ----------------------------------------------------------------------------------
 
 struct KeyRule {
@@ -393,6 +408,31 @@ TEST_F(OcWalkerTest, AFailingListCallbackLeavesTheCurrentListOperationAndTheChil
     EXPECT_THAT(hierarchy(), ElementsAre("+interface, 2", "-interface"));
 }
 
+TEST_F(OcWalkerTest, AListCallbackThatIsDoneEndsTheWalkInSuccess) {
+    Context context(YMAP_REQ_GET);
+    fw.fail("yfw_map_datatree_add_path_flagged", 1, YMAP_STS_SUBTREE_DONE);
+    Tree tree(node("interface").children({match("name", "eth0")}));
+    EXPECT_EQ(call(interface_walker, context, tree), YMAP_OK);
+    EXPECT_THAT(entered(), ElementsAre(interface_walker, list_callback));
+    // The walker writes no exit trace.
+    EXPECT_THAT(left(), ElementsAre(list_callback));
+    EXPECT_THAT(hierarchy(), ElementsAre("+interface, 2", "-interface"));
+}
+
+TEST_F(OcWalkerTest, AnEntryPassesTheSubtreeDoneOfItsChildrenUp) {
+    // The list's path is the first add, the interface name the second, a leaf below "config" the third.
+    for (const unsigned failing : {2u, 3u}) {
+        SCOPED_TRACE(failing);
+        Context context(YMAP_REQ_GET);
+        fw.fail("yfw_map_datatree_add_path_flagged", failing, YMAP_STS_SUBTREE_DONE);
+        Tree tree(node("interface").children({match("name", "eth0"), node("config").children({node("name")})}));
+        EXPECT_EQ(call(interface_walker, context, tree), YMAP_STS_SUBTREE_DONE);
+        EXPECT_EQ(left().back(), interface_walker);
+        EXPECT_EQ(hierarchy().back(), "-interface");
+        fw.reset();
+    }
+}
+
 // ---- replace ---------------------------------------------------------------------------------------
 
 struct Pass {
@@ -454,6 +494,33 @@ TEST_F(ReplacedEntry, CallsTheListCallbackInEachPass) {
     when(oq("duck_map_list"), "End", [&] { ++calls; });
     EXPECT_EQ(call(capability_walker, context, tree), YMAP_OK);
     EXPECT_EQ(calls, 2u);
+}
+
+// The name's callback turns its node into a removal in the first pass; the second finds it as the client sent
+// it.
+TEST_F(OcWalkerTest, AReplacedInterfaceGetsItsKeysOperationBackForTheMerge) {
+    for (const uint32_t operation : {YFW_OP_NONE, YFW_OP_REPLACE, YFW_OP_CREATE}) {
+        SCOPED_TRACE(operation);
+        fw.reset();
+        Context context(YMAP_REQ_EDIT_ONE_KEY);
+        Tree tree(node("interface")
+                      .operation(YFW_OP_REPLACE)
+                      .children({leaf("name", "eth0").operation(operation), node("config")}));
+        const tidl_yfw_datatree &name = tree.at("name");
+        std::vector<std::pair<std::string, uint32_t>> from_the_key;
+        fw.on_add([&](const Add &add) {
+            if (add.source == &name)
+                from_the_key.emplace_back(add.path, *add.source_operation);
+        });
+        EXPECT_EQ(call(interface_walker, context, tree), YMAP_OK);
+        const std::string entry = "/interface-configurations/interface-configuration";
+        EXPECT_THAT(from_the_key, ElementsAre(std::pair(entry + "/interface-name", operation),
+                                              std::pair(entry + "/lldp", uint32_t{YFW_OP_REMOVE}),
+                                              std::pair(entry + "/interface-name", operation)));
+        EXPECT_EQ(name.operation, operation);
+        EXPECT_EQ(name.node_flags, YFW_NODE_IS_KEY);
+        EXPECT_THAT(fw.errors(), IsEmpty());
+    }
 }
 
 // ---- the list-entry state --------------------------------------------------------------------------
