@@ -325,6 +325,8 @@ terrno map_whole_entry(frame &f, const oq_list &table, const node *entry, node *
 }
 
 terrno walk_entry(frame &f, const oq_list &table, const node *entry, node *out) {
+    if (children_missing(entry)) // a list callback may push any entry
+        return no_subtrees(f);
     const child_view children = children_of(entry);
     for (const node &child : children)
         if (const terrno status = entry_child(f, table, &child, out); status != YMAP_OK)
