@@ -2,6 +2,7 @@
 
 #include "namespaces.h"
 #include "tree.h"
+#include "walk_state.h"
 
 namespace oclldp {
 namespace {
@@ -11,11 +12,6 @@ constexpr uint32_t walk_flags_mask = 0x11111110;
 constexpr uint32_t leaf_kinds = YFW_WALK_SELECTION_LEAF | YFW_WALK_CONTENT_MATCH_LEAF;
 
 enum list_entry_state : uint32_t { entry_plain = 0, entry_deleted_whole = 1, entry_deleted_by_key = 2 };
-
-yfw_req_ctx &request_state(yfw_map_ctx ctx) {
-    static yfw_req_ctx none; // used when the framework gives no request
-    return ctx->req_ctx != nullptr ? *ctx->req_ctx : none;
-}
 
 bool edit_requires_key(uint32_t kind) {
     return kind == YMAP_REQ_EDIT_ONE_KEY || kind == YMAP_REQ_EDIT_VALUED_KEY ||
@@ -50,7 +46,7 @@ void restore_children(const node *n, const node &saved) {
 class hierarchy_entry {
 public:
     hierarchy_entry(yfw_map_ctx ctx, const node *in, uint32_t kind, uint32_t marker) : ctx_(ctx), in_(in) {
-        yfw_req_ctx &r = request_state(ctx);
+        yfw_req_ctx &r = walk_state::of(ctx);
         if (r.map_all == 1)
             return;
         yfw_map_add_to_node_hierarchy(ctx, in, kind);
@@ -59,7 +55,7 @@ public:
             r.walk_flags &= walk_flags_mask;
     }
     ~hierarchy_entry() {
-        if (request_state(ctx_).map_all != 1)
+        if (walk_state::of(ctx_).map_all != 1)
             yfw_map_remove_from_node_hierarchy(ctx_, in_);
     }
     hierarchy_entry(const hierarchy_entry &) = delete;
@@ -128,7 +124,7 @@ void note_content_match(yfw_req_ctx &r) {
 // status.
 terrno map_whole(frame &f, std::span<const oq_child> children, yfw_map_callback augments, const node *in,
                  node *out) {
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const uint32_t map_all_before = r.map_all;
     const uint16_t flags_before = in->node_flags;
     const bool becomes_remove = is_delete(in) && in->operation == YFW_OP_DELETE;
@@ -160,7 +156,7 @@ enum class replaced_children { detached, kept };
 // everything as it is, including the replace marker.
 template <class Pass>
 pass_result in_two_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const node saved = *in;
     change_operation(in, YFW_OP_REMOVE);
     r.request_flags |= YFW_REQ_REPLACE_DELETE_PASS;
@@ -204,7 +200,7 @@ pass_result container_pass(frame &f, const oq_container &table, const node *in, 
             if (status = container_child(f, table, &child, out); status != YMAP_OK)
                 break;
 
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     note_content_match(r);
     const bool whole = children.count == 0 || (r.walk_flags & YFW_WALK_WHOLE_SUBTREE) != 0;
     if (status == YMAP_OK && whole && (is_read(f.ctx) || is_delete(in)))
@@ -261,7 +257,7 @@ bool keys_are_usable(uint32_t kind, const key_scan &found) {
 }
 
 terrno check_keys(frame &f, const oq_list &table, const node *in, child_view children, key_scan &found) {
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     if (r.map_all == 1 || r.list_entry_state != entry_plain)
         return YMAP_OK;
     const terrno status = scan_keys(f, table, in, children, found);
@@ -287,7 +283,7 @@ terrno key_child(frame &f, const oq_list &table, const oq_child &known, const no
     }
     const node before = *child;
     const terrno status = known.walker(f.ctx, child, out);
-    if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
+    if ((walk_state::of(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
         // A replaced entry keeps its children in both passes, and in the first one an interface's name turns
         // its own node into a removal. The second pass would refuse that as a deleted key, and add the name as
         // a removal, so the key gets back the operation with which the client sent it.
@@ -304,7 +300,7 @@ terrno entry_child(frame &f, const oq_list &table, const node *child, node *out)
     const oq_child *known = find_child(table.children, child->name, is_get(f.ctx));
     if (known != nullptr && known->is_key())
         return key_child(f, table, *known, child, out);
-    if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0)
+    if ((walk_state::of(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0)
         return YMAP_OK;
     if (known != nullptr)
         return known->walker(f.ctx, child, out);
@@ -370,7 +366,7 @@ pass_result walk_pushed_entries(frame &f, const oq_list &table, const node *in, 
 
 pass_result call_list_callback(frame &f, const oq_list &table, const node *in, node *out,
                                const key_scan &found) {
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const bool plain_delete = is_delete(in) && r.list_entry_state == entry_plain;
     terrno status = YMAP_OK;
     if (plain_delete && found.keys != 0 && !found.others) {
@@ -388,7 +384,7 @@ pass_result call_list_callback(frame &f, const oq_list &table, const node *in, n
 }
 
 pass_result list_pass(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const uint32_t state_before = r.list_entry_state;
     const uint32_t depth = yfw_map_util_itree_stack_size(f.ctx);
     pass_result result = call_list_callback(f, table, in, out, found);
@@ -421,9 +417,10 @@ terrno complete_keys(frame &f, const oq_list &table, const node *in) {
 } // namespace
 
 terrno walk_container(frame &f, const oq_container &table, const node *in, node *out) {
+    walk_state state(f.ctx);
     if (children_missing(in))
         return no_subtrees(f);
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     const bool whole_above = (r.walk_flags & YFW_WALK_WHOLE_SUBTREE) != 0 && r.map_all == 1;
     const hierarchy_entry standing(f.ctx, in, 1, YFW_MARKER_CONTAINER);
     const pass_result result = in_passes(f, in, replaced_children::detached, [&] {
@@ -433,9 +430,10 @@ terrno walk_container(frame &f, const oq_container &table, const node *in, node 
 }
 
 terrno walk_list(frame &f, const oq_list &table, const node *in, node *out) {
+    walk_state state(f.ctx);
     if (children_missing(in))
         return no_subtrees(f);
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     const child_view children = children_of(in);
     if (children.count == 0 && r.map_all != 1 && r.list_entry_state == entry_plain &&
         edit_requires_key(request_kind(f.ctx))) {
@@ -460,8 +458,9 @@ terrno walk_list(frame &f, const oq_list &table, const node *in, node *out) {
 }
 
 terrno walk_leaf(frame &f, yfw_map_callback callback, const node *in, node *out) {
+    walk_state state(f.ctx);
     const terrno status = callback(f.ctx, in, out);
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     if (r.map_all == 1 || r.list_entry_state != entry_plain)
         return status;
     mark(in, YFW_MARKER_LEAF);
@@ -479,8 +478,9 @@ terrno walk_leaf(frame &f, yfw_map_callback callback, const node *in, node *out)
 namespace {
 
 terrno walk_marked(frame &f, yfw_map_callback callback, const node *in, node *out, uint32_t marker) {
+    walk_state state(f.ctx);
     const terrno status = callback(f.ctx, in, out);
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     if (r.map_all != 1 && r.list_entry_state == entry_plain)
         mark(in, marker);
     return status;
