@@ -264,9 +264,10 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 #define YMAP_CONTAINER_TYPES                                                                                   \
     "(yfw_map_ctx, const struct tidl_yfw_datatree *, uint32_t, struct tidl_yfw_datatree *)"
 
-#define YMAP_SITE(name, types)                                                                                 \
+// `result` and `types` are the texts before and after the name in the function's prototype.
+#define YMAP_SITE(result, name, types)                                                                         \
     static constinit ::oclldp::callback_site site {                                                            \
-#name, __FILE__, __LINE__, "terrno " #name types                                                       \
+#name, __FILE__, __LINE__, result #name types                                                          \
     }
 
 #define YMAP_WEAK __attribute__((weak))
@@ -275,13 +276,13 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 // `out` (and `count` in a container callback). `rule` says how NULL nodes are answered.
 #define YMAP_DEFINE(name, rule, ...)                                                                           \
     extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
-        YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
+        YMAP_SITE("terrno ", name, YMAP_CALLBACK_TYPES);                                                       \
         return ::oclldp::in_frame(site, ctx, in != nullptr && out != nullptr, ::oclldp::null_nodes::rule,      \
                                   [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
     }
 #define YMAP_DEFINE_CONTAINER(name, rule, ...)                                                                 \
     extern "C" terrno name(YMAP_CONTAINER_ARGUMENTS) {                                                         \
-        YMAP_SITE(name, YMAP_CONTAINER_TYPES);                                                                 \
+        YMAP_SITE("terrno ", name, YMAP_CONTAINER_TYPES);                                                      \
         (void)count;                                                                                           \
         return ::oclldp::in_frame(site, ctx, in != nullptr && out != nullptr, ::oclldp::null_nodes::rule,      \
                                   [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
@@ -298,14 +299,14 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 // Do-nothing callbacks that write only their exit trace.
 #define YMAP_DEFINE_DUCK(name)                                                                                 \
     extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
-        YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
+        YMAP_SITE("terrno ", name, YMAP_CALLBACK_TYPES);                                                       \
         (void)in;                                                                                              \
         (void)out;                                                                                             \
         return ::oclldp::exit_trace_only(site, ctx);                                                           \
     }
 #define YMAP_DEFINE_CONTAINER_DUCK(name)                                                                       \
     extern "C" terrno name(YMAP_CONTAINER_ARGUMENTS) {                                                         \
-        YMAP_SITE(name, YMAP_CONTAINER_TYPES);                                                                 \
+        YMAP_SITE("terrno ", name, YMAP_CONTAINER_TYPES);                                                      \
         (void)in;                                                                                              \
         (void)count;                                                                                           \
         (void)out;                                                                                             \

@@ -376,7 +376,8 @@ terrno map_tlv_value(frame &f, const node *in, node *out) {
 using namespace oclldp;
 
 terrno ymap_chassis_id_subtype_mapping_util(yfw_map_ctx ctx, const node *leaf, char *name) {
-    YMAP_SITE(ymap_chassis_id_subtype_mapping_util, "(yfw_map_ctx, const struct tidl_yfw_datatree *, char *)");
+    YMAP_SITE("terrno ", ymap_chassis_id_subtype_mapping_util,
+              "(yfw_map_ctx, const struct tidl_yfw_datatree *, char *)");
     return in_frame(site, ctx, leaf != nullptr && name != nullptr, null_nodes::null_arguments,
                     [&](frame &f) -> terrno {
                         const char *found = type_name(chassis_id_types, leaf->value);
@@ -390,7 +391,7 @@ terrno ymap_chassis_id_subtype_mapping_util(yfw_map_ctx ctx, const node *leaf, c
 }
 
 terrno oclldp_get_ne_cap_name(yfw_map_ctx ctx, uint32_t capabilities, char *name, int32_t index) {
-    YMAP_SITE(oclldp_get_ne_cap_name, "(yfw_map_ctx, uint32_t, char *, int32_t)");
+    YMAP_SITE("terrno ", oclldp_get_ne_cap_name, "(yfw_map_ctx, uint32_t, char *, int32_t)");
     return in_frame(site, ctx, name != nullptr, null_nodes::null_arguments,
                     [&](frame &f) { return append_capability(f, capabilities, name, index); });
 }
