@@ -137,6 +137,31 @@ TEST_F(OperCapability, NamesAreIdentitiesOfTheTypesModule) {
     }
 }
 
+TEST_F(OperCapability, NamesWithoutMemoryForTheirModuleAreNotMarkedAsIdentities) {
+    fw.fail("yfw_strdup", 0, 1);
+    EXPECT_EQ(map(word(0x11, 0x10)), YMAP_OK);
+    EXPECT_EQ(summaries(fw), expected(0x11, 0x10));
+    for (const Add &add : fw.adds) {
+        if (add.node == nullptr)
+            continue;
+        EXPECT_EQ(add.node->framework_flags, 0u);
+    }
+}
+
+// The second neighbor's capability may be the same node as the first one's.
+TEST_F(OperCapability, NamesThatAreAddedAgainHoldOneCopyOfTheirModule) {
+    tidl_yfw_datatree name{};
+    fw.on_add([&name](const Add &add) {
+        if (add.slot_given)
+            *add.slot = &name;
+    });
+    EXPECT_EQ(map(word(0x04, 0x04)), YMAP_OK);
+    EXPECT_EQ(map(word(0x04, 0x04)), YMAP_OK);
+    EXPECT_THAT(fw.calls_of("yfw_strdup"), SizeIs(4));
+    EXPECT_EQ(fw.live_strings(), 1u);
+    EXPECT_TRUE(fw.is_live_string(name.value_ns));
+}
+
 TEST_F(OperCapability, OnlyTheLeavesWithANameGetTheTypesModule) {
     EXPECT_EQ(map(word(0xff, 0xff)), YMAP_OK);
     EXPECT_EQ(fw.live_strings(), 16u);
