@@ -18,35 +18,50 @@ namespace oclldp {
 
 using node = tidl_yfw_datatree;
 
-// The call sites from which shared code logs on behalf of a callback; each callback has its own slots.
+// The statements with which shared code logs on behalf of a callback. Each has a slot of its own in every
+// callback, so a slot is named by one statement only.
 enum site_slot : unsigned {
     slot_start,
     slot_end,
-    slot_bad_arguments,
+    slot_invalid_arguments,
+    slot_null_arguments,
+    slot_left_to_children,
+    slot_whole_container,
     slot_no_subtrees,
     slot_no_tag,
-    slot_unsupported,
+    slot_unsupported_tag,
+    slot_ignored_tag,
     slot_list_without_keys,
+    slot_entry_without_keys,
     slot_leafref,
     slot_key_rule,
     slot_empty_key,
     slot_key_delete,
     slot_xpath_error_node,
-    slot_mapping,
-    slot_value,
-    slot_bad_value,
+    slot_unstitched,
+    slot_chassis_id_type,
+    slot_bad_chassis_id_type,
     slot_count
 };
 
-// The constant part of a callback. `slots` belong to the logging layer.
+// The logging layer's words, one a call site; -1 until it registers the site.
+struct site_slots {
+    int32_t words[slot_count];
+
+    constexpr site_slots() : words{} {
+        for (int32_t &word : words)
+            word = -1;
+    }
+};
+
+// The constant part of a callback.
 struct callback_site {
     const char *function;
     const char *file;
     int line;
     const char *prototype;
-    int32_t slots[slot_count] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+    site_slots slots{};
 };
-static_assert(slot_count == 15, "every slot starts at -1");
 
 // One call of a callback. `silent_end` suppresses the exit trace.
 struct frame {
@@ -90,9 +105,9 @@ void emit(const frame &f, int level, int32_t *slot, int line, const char *debug_
 
 // Logs from shared code, using the running callback's slot for this message.
 #define YMAP_TRACE_AT(f, slot, message, ...)                                                                   \
-    YMAP_EMIT(f, YFW_LOG_TRACE, "TRC", &(f).site.slots[slot], message __VA_OPT__(, ) __VA_ARGS__)
+    YMAP_EMIT(f, YFW_LOG_TRACE, "TRC", &(f).site.slots.words[slot], message __VA_OPT__(, ) __VA_ARGS__)
 #define YMAP_ERROR_AT(f, slot, message, ...)                                                                   \
-    YMAP_EMIT(f, YFW_LOG_ERROR, "ERR", &(f).site.slots[slot], message __VA_OPT__(, ) __VA_ARGS__)
+    YMAP_EMIT(f, YFW_LOG_ERROR, "ERR", &(f).site.slots.words[slot], message __VA_OPT__(, ) __VA_ARGS__)
 
 // Logs from a hand-written body: the statement is the call site.
 #define YMAP_TRACE(f, message, ...)                                                                            \
@@ -122,14 +137,14 @@ inline void trace_end(frame &f) {
 
 // "Invalid arguments passed!": returns without an exit trace, on purpose.
 inline terrno invalid_arguments(frame &f) {
-    YMAP_ERROR_AT(f, slot_bad_arguments, "Invalid arguments passed!");
+    YMAP_ERROR_AT(f, slot_invalid_arguments, "Invalid arguments passed!");
     yfw_oc_error_path(f.ctx);
     f.silent_end = true;
     return YMAP_ERR_INVALID_ARGS;
 }
 
 inline terrno null_arguments(frame &f) {
-    YMAP_ERROR_AT(f, slot_bad_arguments, "NULL arguments passed");
+    YMAP_ERROR_AT(f, slot_null_arguments, "NULL arguments passed");
     return YMAP_ERR_MAP_FAILED;
 }
 
@@ -229,10 +244,10 @@ inline terrno add(frame &f, node *parent, const char *path, const char *ns, cons
 // Adds a container that is mapped whole; one with children is left to them.
 inline terrno whole_container(frame &f, uint32_t count, node *out, const char *ns, const char *path) {
     if (count != 0) {
-        YMAP_TRACE_AT(f, slot_mapping, "No mapping done for this node");
+        YMAP_TRACE_AT(f, slot_left_to_children, "No mapping done for this node");
         return YMAP_OK;
     }
-    YMAP_TRACE_AT(f, slot_mapping, "No subtrees");
+    YMAP_TRACE_AT(f, slot_whole_container, "No subtrees");
     return add(f, out, path, ns, nullptr);
 }
 
@@ -249,9 +264,10 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 #define YMAP_CONTAINER_TYPES                                                                                   \
     "(yfw_map_ctx, const struct tidl_yfw_datatree *, uint32_t, struct tidl_yfw_datatree *)"
 
-#define YMAP_SITE(name, types)                                                                                 \
+// `result` and `types` are the texts before and after the name in the function's prototype.
+#define YMAP_SITE(result, name, types)                                                                         \
     static constinit ::oclldp::callback_site site {                                                            \
-#name, __FILE__, __LINE__, "terrno " #name types                                                       \
+#name, __FILE__, __LINE__, result #name types                                                          \
     }
 
 #define YMAP_WEAK __attribute__((weak))
@@ -260,13 +276,13 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 // `out` (and `count` in a container callback). `rule` says how NULL nodes are answered.
 #define YMAP_DEFINE(name, rule, ...)                                                                           \
     extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
-        YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
+        YMAP_SITE("terrno ", name, YMAP_CALLBACK_TYPES);                                                       \
         return ::oclldp::in_frame(site, ctx, in != nullptr && out != nullptr, ::oclldp::null_nodes::rule,      \
                                   [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
     }
 #define YMAP_DEFINE_CONTAINER(name, rule, ...)                                                                 \
     extern "C" terrno name(YMAP_CONTAINER_ARGUMENTS) {                                                         \
-        YMAP_SITE(name, YMAP_CONTAINER_TYPES);                                                                 \
+        YMAP_SITE("terrno ", name, YMAP_CONTAINER_TYPES);                                                      \
         (void)count;                                                                                           \
         return ::oclldp::in_frame(site, ctx, in != nullptr && out != nullptr, ::oclldp::null_nodes::rule,      \
                                   [&]([[maybe_unused]] ::oclldp::frame &f) -> terrno { return __VA_ARGS__; }); \
@@ -283,14 +299,14 @@ inline terrno whole_container(frame &f, uint32_t count, node *out, const char *n
 // Do-nothing callbacks that write only their exit trace.
 #define YMAP_DEFINE_DUCK(name)                                                                                 \
     extern "C" terrno name(YMAP_CALLBACK_ARGUMENTS) {                                                          \
-        YMAP_SITE(name, YMAP_CALLBACK_TYPES);                                                                  \
+        YMAP_SITE("terrno ", name, YMAP_CALLBACK_TYPES);                                                       \
         (void)in;                                                                                              \
         (void)out;                                                                                             \
         return ::oclldp::exit_trace_only(site, ctx);                                                           \
     }
 #define YMAP_DEFINE_CONTAINER_DUCK(name)                                                                       \
     extern "C" terrno name(YMAP_CONTAINER_ARGUMENTS) {                                                         \
-        YMAP_SITE(name, YMAP_CONTAINER_TYPES);                                                                 \
+        YMAP_SITE("terrno ", name, YMAP_CONTAINER_TYPES);                                                      \
         (void)in;                                                                                              \
         (void)count;                                                                                           \
         (void)out;                                                                                             \

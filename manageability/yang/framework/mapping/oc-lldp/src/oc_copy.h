@@ -18,11 +18,16 @@ inline terrno copy(frame &f, const node *in, node *out, const char *path) {
 }
 
 // Marks the value of an added leaf as an identity of the types module. The output tree owns the copy of the
-// namespace.
+// namespace. The framework may have given back a node that carries one already; without memory it keeps that.
 inline void qualify_identity(node *added) {
     if (added == nullptr)
         return;
-    added->value_ns = yfw_strdup(oc_types_ns, "YFW OCLLDP NS");
+    char *ns = yfw_strdup(oc_types_ns, "YFW OCLLDP NS");
+    if (ns == nullptr)
+        return;
+    if ((added->framework_flags & YFW_FW_HAS_VALUE_NS) != 0 && added->value_ns != nullptr)
+        qdos_named_free(added->value_ns);
+    added->value_ns = ns;
     added->framework_flags |= YFW_FW_HAS_VALUE_NS;
 }
 

@@ -2,6 +2,7 @@
 
 #include "namespaces.h"
 #include "tree.h"
+#include "walk_state.h"
 
 namespace oclldp {
 namespace {
@@ -11,11 +12,6 @@ constexpr uint32_t walk_flags_mask = 0x11111110;
 constexpr uint32_t leaf_kinds = YFW_WALK_SELECTION_LEAF | YFW_WALK_CONTENT_MATCH_LEAF;
 
 enum list_entry_state : uint32_t { entry_plain = 0, entry_deleted_whole = 1, entry_deleted_by_key = 2 };
-
-yfw_req_ctx &request_state(yfw_map_ctx ctx) {
-    static yfw_req_ctx none; // used when the framework gives no request
-    return ctx->req_ctx != nullptr ? *ctx->req_ctx : none;
-}
 
 bool edit_requires_key(uint32_t kind) {
     return kind == YMAP_REQ_EDIT_ONE_KEY || kind == YMAP_REQ_EDIT_VALUED_KEY ||
@@ -50,7 +46,7 @@ void restore_children(const node *n, const node &saved) {
 class hierarchy_entry {
 public:
     hierarchy_entry(yfw_map_ctx ctx, const node *in, uint32_t kind, uint32_t marker) : ctx_(ctx), in_(in) {
-        yfw_req_ctx &r = request_state(ctx);
+        yfw_req_ctx &r = walk_state::of(ctx);
         if (r.map_all == 1)
             return;
         yfw_map_add_to_node_hierarchy(ctx, in, kind);
@@ -59,7 +55,7 @@ public:
             r.walk_flags &= walk_flags_mask;
     }
     ~hierarchy_entry() {
-        if (request_state(ctx_).map_all != 1)
+        if (walk_state::of(ctx_).map_all != 1)
             yfw_map_remove_from_node_hierarchy(ctx_, in_);
     }
     hierarchy_entry(const hierarchy_entry &) = delete;
@@ -69,6 +65,19 @@ private:
     yfw_map_ctx ctx_;
     const node *in_;
 };
+
+// How far a pass came. `done`: the node callback answered YMAP_STS_SUBTREE_DONE. Only there does this status
+// mean a handled subtree; what a child or the framework returns goes up as it is.
+struct pass_result {
+    terrno status = YMAP_OK;
+    bool done = false;
+
+    bool ok() const { return status == YMAP_OK && !done; }
+};
+
+pass_result answer_of_callback(terrno status) {
+    return status == YMAP_STS_SUBTREE_DONE ? pass_result{.done = true} : pass_result{.status = status};
+}
 
 // The node callback handled the subtree: the walker stops and succeeds, without an exit trace on purpose.
 terrno subtree_done(frame &f) {
@@ -88,7 +97,7 @@ const oq_child *find_child(std::span<const oq_child> table, const char *tag, boo
 terrno unknown_child(frame &f, const node *child, node *out, yfw_map_callback augments) {
     if (!match(oc_ns, child->ns))
         return augments(f.ctx, child, out);
-    YMAP_ERROR_AT(f, slot_unsupported, "Unsupported tag is specified in the request.");
+    YMAP_ERROR_AT(f, slot_unsupported_tag, "Unsupported tag is specified in the request.");
     if (is_read(f.ctx))
         return YMAP_OK;
     report_failing_node(f.ctx, child->name);
@@ -115,7 +124,7 @@ void note_content_match(yfw_req_ctx &r) {
 // status.
 terrno map_whole(frame &f, std::span<const oq_child> children, yfw_map_callback augments, const node *in,
                  node *out) {
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const uint32_t map_all_before = r.map_all;
     const uint16_t flags_before = in->node_flags;
     const bool becomes_remove = is_delete(in) && in->operation == YFW_OP_DELETE;
@@ -143,10 +152,11 @@ terrno map_whole(frame &f, std::span<const oq_child> children, yfw_map_callback 
 
 enum class replaced_children { detached, kept };
 
-// Runs `pass` twice: first to remove the existing data, then to merge the request's. A pass that ends with
-// YMAP_STS_SUBTREE_DONE leaves everything as it is, including the replace marker.
-template <class Pass> terrno in_two_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
-    yfw_req_ctx &r = request_state(f.ctx);
+// Runs `pass` twice: first to remove the existing data, then to merge the request's. A pass that is done leaves
+// everything as it is, including the replace marker.
+template <class Pass>
+pass_result in_two_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const node saved = *in;
     change_operation(in, YFW_OP_REMOVE);
     r.request_flags |= YFW_REQ_REPLACE_DELETE_PASS;
@@ -154,46 +164,48 @@ template <class Pass> terrno in_two_passes(frame &f, const node *in, replaced_ch
     if (children == replaced_children::detached)
         detach_children(in);
 
-    terrno status = pass();
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return status;
+    pass_result result = pass();
+    if (result.done)
+        return result;
     change_operation(in, YFW_OP_NONE);
     r.request_flags |= YFW_REQ_REPLACE_MERGE_PASS;
     r.request_flags &= ~static_cast<uint32_t>(YFW_REQ_REPLACE_DELETE_PASS);
     if (children == replaced_children::detached)
         restore_children(in, saved);
 
-    if (status == YMAP_OK)
-        status = pass();
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return status;
+    if (result.ok())
+        result = pass();
+    if (result.done)
+        return result;
     r.request_flags &= ~static_cast<uint32_t>(YFW_REQ_REPLACE_DELETE_PASS | YFW_REQ_REPLACE_MERGE_PASS);
     r.replace_marker = 0;
-    return status;
+    return result;
 }
 
 // One pass, or two for a replace.
-template <class Pass> terrno in_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
+template <class Pass> pass_result in_passes(frame &f, const node *in, replaced_children children, Pass &&pass) {
     return in->operation == YFW_OP_REPLACE ? in_two_passes(f, in, children, pass) : pass();
 }
 
 // ---- containers ----------------------------------------------------------------------------------------
 
-terrno container_pass(frame &f, const oq_container &table, const node *in, child_view children, node *out) {
-    terrno status = table.node_callback(f.ctx, in, children.count, out);
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return status;
+pass_result container_pass(frame &f, const oq_container &table, const node *in, child_view children,
+                           node *out) {
+    const pass_result answer = answer_of_callback(table.node_callback(f.ctx, in, children.count, out));
+    if (answer.done)
+        return answer;
+    terrno status = answer.status;
     if (status == YMAP_OK)
         for (const node &child : children)
             if (status = container_child(f, table, &child, out); status != YMAP_OK)
                 break;
 
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     note_content_match(r);
     const bool whole = children.count == 0 || (r.walk_flags & YFW_WALK_WHOLE_SUBTREE) != 0;
     if (status == YMAP_OK && whole && (is_read(f.ctx) || is_delete(in)))
         status = map_whole(f, table.whole, table.augments, in, out);
-    return status;
+    return {.status = status};
 }
 
 // ---- lists ---------------------------------------------------------------------------------------------
@@ -245,7 +257,7 @@ bool keys_are_usable(uint32_t kind, const key_scan &found) {
 }
 
 terrno check_keys(frame &f, const oq_list &table, const node *in, child_view children, key_scan &found) {
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     if (r.map_all == 1 || r.list_entry_state != entry_plain)
         return YMAP_OK;
     const terrno status = scan_keys(f, table, in, children, found);
@@ -271,8 +283,10 @@ terrno key_child(frame &f, const oq_list &table, const oq_child &known, const no
     }
     const node before = *child;
     const terrno status = known.walker(f.ctx, child, out);
-    if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
-        // Removing the entry also changed its key node; the merge pass needs it as it was.
+    if ((walk_state::of(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0) {
+        // A replaced entry keeps its children in both passes, and in the first one an interface's name turns
+        // its own node into a removal. The second pass would refuse that as a deleted key, and add the name as
+        // a removal, so the key gets back the operation with which the client sent it.
         writable(child)->operation = before.operation;
         writable(child)->node_flags = before.node_flags;
     }
@@ -286,7 +300,7 @@ terrno entry_child(frame &f, const oq_list &table, const node *child, node *out)
     const oq_child *known = find_child(table.children, child->name, is_get(f.ctx));
     if (known != nullptr && known->is_key())
         return key_child(f, table, *known, child, out);
-    if ((request_state(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0)
+    if ((walk_state::of(f.ctx).request_flags & YFW_REQ_REPLACE_DELETE_PASS) != 0)
         return YMAP_OK;
     if (known != nullptr)
         return known->walker(f.ctx, child, out);
@@ -307,6 +321,8 @@ terrno map_whole_entry(frame &f, const oq_list &table, const node *entry, node *
 }
 
 terrno walk_entry(frame &f, const oq_list &table, const node *entry, node *out) {
+    if (children_missing(entry)) // a list callback may push any entry
+        return no_subtrees(f);
     const child_view children = children_of(entry);
     for (const node &child : children)
         if (const terrno status = entry_child(f, table, &child, out); status != YMAP_OK)
@@ -317,37 +333,40 @@ terrno walk_entry(frame &f, const oq_list &table, const node *entry, node *out) 
     return YMAP_OK;
 }
 
-terrno walk_pushed_entry(frame &f, const oq_list &table, const yfw_map_itree_item &item, node *entry, node *out,
-                         bool deleting) {
-    terrno status = YMAP_OK;
+pass_result walk_pushed_entry(frame &f, const oq_list &table, const yfw_map_itree_item &item, node *entry,
+                              node *out, bool deleting) {
+    pass_result result;
     if (deleting)
         change_operation(entry, YFW_OP_REMOVE);
     if (item.callback != nullptr)
-        status = item.callback(f.ctx, entry, out);
-    return status == YMAP_OK ? walk_entry(f, table, entry, out) : status;
+        result = answer_of_callback(item.callback(f.ctx, entry, out));
+    if (result.ok())
+        result.status = walk_entry(f, table, entry, out);
+    return result;
 }
 
 // Walks the entries that the list callback pushed. The first one takes the list node's place in the hierarchy.
-terrno walk_pushed_entries(frame &f, const oq_list &table, const node *in, node *out) {
+pass_result walk_pushed_entries(frame &f, const oq_list &table, const node *in, node *out) {
     yfw_map_itree_item item{};
-    terrno status = yfw_map_util_itree_stack_peak(f.ctx, &item);
+    pass_result result{.status = yfw_map_util_itree_stack_peak(f.ctx, &item)};
     const bool deleting = is_delete(in);
-    for (uint32_t i = 0; status == YMAP_OK && i < item.count; i++) {
+    for (uint32_t i = 0; result.ok() && i < item.count; i++) {
         node *entry = &item.entries[i];
         if (i == 0) {
-            status = walk_pushed_entry(f, table, item, entry, out, deleting);
+            result = walk_pushed_entry(f, table, item, entry, out, deleting);
             continue;
         }
         const hierarchy_entry standing(f.ctx, entry, 2, YFW_MARKER_LIST);
-        status = yfw_map_update_current_list_node(f.ctx, table.path);
-        if (status == YMAP_OK)
-            status = walk_pushed_entry(f, table, item, entry, out, deleting);
+        result.status = yfw_map_update_current_list_node(f.ctx, table.path);
+        if (result.ok())
+            result = walk_pushed_entry(f, table, item, entry, out, deleting);
     }
-    return status;
+    return result;
 }
 
-terrno call_list_callback(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
-    yfw_req_ctx &r = request_state(f.ctx);
+pass_result call_list_callback(frame &f, const oq_list &table, const node *in, node *out,
+                               const key_scan &found) {
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const bool plain_delete = is_delete(in) && r.list_entry_state == entry_plain;
     terrno status = YMAP_OK;
     if (plain_delete && found.keys != 0 && !found.others) {
@@ -361,24 +380,24 @@ terrno call_list_callback(frame &f, const oq_list &table, const node *in, node *
     }
     if (status == YMAP_OK)
         f.ctx->current_list_operation = (in->node_flags & YFW_NODE_OPERATION_CHANGED) != 0 ? in->operation : 0;
-    return status;
+    return answer_of_callback(status);
 }
 
-terrno list_pass(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
-    yfw_req_ctx &r = request_state(f.ctx);
+pass_result list_pass(frame &f, const oq_list &table, const node *in, node *out, const key_scan &found) {
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     const uint32_t state_before = r.list_entry_state;
     const uint32_t depth = yfw_map_util_itree_stack_size(f.ctx);
-    terrno status = call_list_callback(f, table, in, out, found);
+    pass_result result = call_list_callback(f, table, in, out, found);
     if (yfw_map_util_itree_stack_size(f.ctx) > depth) {
-        if (status == YMAP_OK)
-            status = walk_pushed_entries(f, table, in, out);
+        if (result.ok())
+            result = walk_pushed_entries(f, table, in, out);
         while (yfw_map_util_itree_stack_size(f.ctx) > depth && yfw_map_util_itree_stack_pop(f.ctx) == YMAP_OK) {
         }
-    } else if (status == YMAP_OK) {
-        status = walk_entry(f, table, in, out);
+    } else if (result.ok()) {
+        result.status = walk_entry(f, table, in, out);
     }
     r.list_entry_state = state_before;
-    return status;
+    return result;
 }
 
 // A read that names something in an entry, but not its key, also fetches the key.
@@ -398,21 +417,23 @@ terrno complete_keys(frame &f, const oq_list &table, const node *in) {
 } // namespace
 
 terrno walk_container(frame &f, const oq_container &table, const node *in, node *out) {
+    walk_state state(f.ctx);
     if (children_missing(in))
         return no_subtrees(f);
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     const bool whole_above = (r.walk_flags & YFW_WALK_WHOLE_SUBTREE) != 0 && r.map_all == 1;
     const hierarchy_entry standing(f.ctx, in, 1, YFW_MARKER_CONTAINER);
-    const terrno status = in_passes(f, in, replaced_children::detached, [&] {
+    const pass_result result = in_passes(f, in, replaced_children::detached, [&] {
         return container_pass(f, table, in, whole_above ? child_view{} : children_of(in), out);
     });
-    return status == YMAP_STS_SUBTREE_DONE ? subtree_done(f) : status;
+    return result.done ? subtree_done(f) : result.status;
 }
 
 terrno walk_list(frame &f, const oq_list &table, const node *in, node *out) {
+    walk_state state(f.ctx);
     if (children_missing(in))
         return no_subtrees(f);
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     const child_view children = children_of(in);
     if (children.count == 0 && r.map_all != 1 && r.list_entry_state == entry_plain &&
         edit_requires_key(request_kind(f.ctx))) {
@@ -424,18 +445,22 @@ terrno walk_list(frame &f, const oq_list &table, const node *in, node *out) {
     terrno status = yfw_map_update_current_list_node(f.ctx, table.path);
     if (status == YMAP_OK)
         status = check_keys(f, table, in, children, found);
-    if (status == YMAP_OK)
-        status = in_passes(f, in, replaced_children::kept, [&] { return list_pass(f, table, in, out, found); });
-    if (status == YMAP_STS_SUBTREE_DONE)
-        return subtree_done(f);
+    if (status == YMAP_OK) {
+        const pass_result result =
+            in_passes(f, in, replaced_children::kept, [&] { return list_pass(f, table, in, out, found); });
+        if (result.done)
+            return subtree_done(f);
+        status = result.status;
+    }
     if (status == YMAP_OK && is_read(f.ctx) && r.map_all != 1 && found.others && found.keys == 0)
         status = complete_keys(f, table, in);
     return status;
 }
 
 terrno walk_leaf(frame &f, yfw_map_callback callback, const node *in, node *out) {
+    walk_state state(f.ctx);
     const terrno status = callback(f.ctx, in, out);
-    yfw_req_ctx &r = request_state(f.ctx);
+    yfw_req_ctx &r = walk_state::of(f.ctx);
     if (r.map_all == 1 || r.list_entry_state != entry_plain)
         return status;
     mark(in, YFW_MARKER_LEAF);
@@ -453,8 +478,9 @@ terrno walk_leaf(frame &f, yfw_map_callback callback, const node *in, node *out)
 namespace {
 
 terrno walk_marked(frame &f, yfw_map_callback callback, const node *in, node *out, uint32_t marker) {
+    walk_state state(f.ctx);
     const terrno status = callback(f.ctx, in, out);
-    const yfw_req_ctx &r = request_state(f.ctx);
+    const yfw_req_ctx &r = walk_state::of(f.ctx);
     if (r.map_all != 1 && r.list_entry_state == entry_plain)
         mark(in, marker);
     return status;

@@ -25,7 +25,7 @@ const qo_child *find_child(frame &f, const qo_level &level, const char *tag) {
 terrno unknown_child(frame &f, const qo_level &level, const node *child, node *out) {
     if (!match(level.ns, child->ns))
         return level.augments(f.ctx, child, out);
-    YMAP_TRACE_AT(f, slot_unsupported, "Unsupported tag. Ignoring.");
+    YMAP_TRACE_AT(f, slot_ignored_tag, "Unsupported tag. Ignoring.");
     return YMAP_OK;
 }
 
@@ -36,7 +36,8 @@ terrno handle(frame &f, const qo_child &known, const node *child, node *out) {
         known.handler != nullptr ? known.handler(f.ctx, child, out) : walk_level(f, *known.level, child, out);
     const bool entry =
         (known.rules & list_entry) != 0 || (known.level != nullptr && known.level->list != nullptr);
-    return entry && status == YMAP_STS_SUBTREE_DONE ? YMAP_OK : status; // the entry is skipped
+    // An entry that ends so is passed over, whoever said it: its walker's status does not tell.
+    return entry && status == YMAP_STS_SUBTREE_DONE ? YMAP_OK : status;
 }
 
 terrno walk_children(frame &f, const qo_level &level, child_view children, node *out) {
@@ -63,14 +64,15 @@ uint8_t output_list_depth(yfw_map_ctx ctx) {
 terrno walk_entry(frame &f, const qo_level &level, const node *in, node *out) {
     const child_view children = children_of(in);
     if (children.count == 0)
-        YMAP_ERROR_AT(f, slot_list_without_keys, "No keys specified with a list node.");
+        YMAP_ERROR_AT(f, slot_entry_without_keys, "No keys specified with a list node.");
     yfw_map_add_to_node_hierarchy(f.ctx, in, 2);
     terrno status = yfw_map_update_current_list_node(f.ctx, level.list_path);
-    if (status == YMAP_OK)
+    if (status == YMAP_OK) {
         status = level.list(f.ctx, in, out);
-    if (status == YMAP_STS_SUBTREE_DONE) {
-        yfw_map_remove_from_node_hierarchy(f.ctx, in);
-        return status;
+        if (status == YMAP_STS_SUBTREE_DONE) { // the callback asks to skip the entry; an update cannot
+            yfw_map_remove_from_node_hierarchy(f.ctx, in);
+            return status;
+        }
     }
     const uint8_t depth = output_list_depth(f.ctx);
     yfw_add_to_output_list_ctx(f.ctx, in, out);

@@ -238,18 +238,20 @@ void release(lldp_interfaces &found) {
         _sysdb_unbind(found.connection);
 }
 
-// The first component of a system-database path is the interface.
-void display_name(const char *path, char *display, size_t size) {
-    char interface[256];
-    std::snprintf(interface, sizeof interface, "%s", path);
-    char *rest = nullptr;
-    const char *first = strtok_r(interface, "/", &rest);
-    imc_display_namestring(first != nullptr ? first : "", display, size);
+// The first component of a system-database path is the interface, whatever its length.
+terrno display_name(const char *path, char *display, size_t size) {
+    const char *first = path + std::strspn(path, "/");
+    const size_t length = std::strcspn(first, "/");
+    char *interface = static_cast<char *>(std::calloc(length + 1, 1));
+    if (interface == nullptr)
+        return YMAP_ERR_NO_MEMORY;
+    std::memcpy(interface, first, length);
+    imc_display_namestring(interface, display, size);
+    std::free(interface);
+    return YMAP_OK;
 }
 
-terrno delete_interface_lldp(frame &f, const node *in, node *out, const char *path) {
-    char display[64] = {};
-    display_name(path, display, sizeof display);
+terrno delete_interface_lldp(frame &f, const node *in, node *out, const char *display) {
     change_operation(in, YFW_OP_NONE);
     if (const terrno status = add(f, out, "/interface-configurations/interface-configuration/", ifmgr_ns,
                                   nullptr, {.source = in, .list_entry = 1});
@@ -263,7 +265,7 @@ terrno delete_interface_lldp(frame &f, const node *in, node *out, const char *pa
 }
 
 // A failing add returns at once and leaks the list and the connection, on purpose. Every other exit, even after
-// a failure, reports the subtree as done.
+// a failure of the system database, reports the subtree as done; only a lack of memory fails.
 terrno delete_interfaces(frame &f, const node *in, node *out) {
     if (yfw_map_do_these_match(in->name, "interface") != 0) {
         YMAP_ERROR(f, "Do not execute LLDP-interface delete logic, tag:%s", in->name);
@@ -277,7 +279,12 @@ terrno delete_interfaces(frame &f, const node *in, node *out) {
             YMAP_ERROR(f, "Unable to iterate the sysdb list: error:%s", terr_strerror(status));
             break;
         }
-        if (const terrno status = delete_interface_lldp(f, in, out, path); status != YMAP_OK)
+        char display[64] = {};
+        if (const terrno status = display_name(path, display, sizeof display); status != YMAP_OK) {
+            release(found);
+            return status;
+        }
+        if (const terrno status = delete_interface_lldp(f, in, out, display); status != YMAP_OK)
             return status;
     }
     release(found);

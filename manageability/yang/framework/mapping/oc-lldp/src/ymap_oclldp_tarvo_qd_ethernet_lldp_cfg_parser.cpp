@@ -1,6 +1,7 @@
 // The walkers of native LLDP configuration responses: one level per container, one row per walker.
 #include "namespaces.h"
 #include "qo_walker.h"
+#include "tree.h"
 
 namespace oclldp {
 namespace {
@@ -56,6 +57,8 @@ constexpr qo_level interface_configuration{cfg_ns, interface_children, ymap_qo_o
 // clang-format on
 
 terrno walk_interface_augment(frame &f, const node *in, node *out) {
+    if (in->name == nullptr)
+        return no_tag(f);
     YMAP_TRACE(f, "Processing tag '%s'", in->name);
     return walk_child(f, interface_configuration, in, out);
 }

@@ -121,7 +121,7 @@ using namespace oclldp;
 terrno ymap_qo_oclldp_tarvoqdethernetlldpoper_statsics_util(yfw_map_ctx ctx, const node *in, node *out,
                                                             const char *path, int32_t index) {
     YMAP_SITE(
-        ymap_qo_oclldp_tarvoqdethernetlldpoper_statsics_util,
+        "terrno ", ymap_qo_oclldp_tarvoqdethernetlldpoper_statsics_util,
         "(yfw_map_ctx, const struct tidl_yfw_datatree *, struct tidl_yfw_datatree *, const char *, int32_t)");
     const bool usable = in != nullptr && out != nullptr && index >= 0 && index < OCLLDP_COUNTERS;
     return in_frame(site, ctx, usable, null_nodes::null_arguments,

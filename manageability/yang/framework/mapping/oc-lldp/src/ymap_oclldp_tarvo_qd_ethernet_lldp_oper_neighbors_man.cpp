@@ -160,15 +160,15 @@ const char *type_name(const char *const (&names)[7], const char *subtype) {
 terrno map_chassis_id_type(frame &f, const node *in, node *out, const char *path) {
     char name[OCLLDP_CHASSIS_TEXT_SIZE] = {};
     if (ymap_chassis_id_subtype_mapping_util(f.ctx, in, name) != YMAP_OK) {
-        YMAP_ERROR_AT(f, slot_bad_value, "Invalid Chassis id type");
+        YMAP_ERROR_AT(f, slot_bad_chassis_id_type, "Invalid Chassis id type");
         return YMAP_ERR_MAP_FAILED;
     }
-    YMAP_TRACE_AT(f, slot_value, "OCLLDP: chassis_type_name %s", name);
+    YMAP_TRACE_AT(f, slot_chassis_id_type, "OCLLDP: chassis_type_name %s", name);
     return write(f, out, path, name);
 }
 
 terrno skip_unstitched(frame &f) {
-    YMAP_TRACE_AT(f, slot_mapping, "Neighbor list not mapped, skip");
+    YMAP_TRACE_AT(f, slot_unstitched, "Neighbor list not mapped, skip");
     return YMAP_OK;
 }
 
@@ -227,7 +227,7 @@ terrno append_capability(frame &f, uint32_t capabilities, char *name, int32_t in
 
 using capability_text = char[OCLLDP_CAPABILITY_TEXT_SIZE];
 
-terrno write_capability(frame &f, node *out, const char *name, const char *enabled) {
+void write_capability_name(frame &f, node *out, const char *name) {
     add(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability", oc_ns, nullptr,
         {.list_entry = 1, .flags = 1});
     node *added = nullptr;
@@ -238,9 +238,6 @@ terrno write_capability(frame &f, node *out, const char *name, const char *enabl
     add(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability/state/name", oc_ns, name,
         {.slot = &added, .list_entry = 1});
     qualify_identity(added);
-    YMAP_TRACE(f, "OCLLDP cap enabled value %s", enabled);
-    return write(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability/state/enabled",
-                 enabled);
 }
 
 // `enabled` keeps the previous capability's text where the names differ.
@@ -255,6 +252,12 @@ void enabled_text(frame &f, uint32_t enabled_bits, int32_t index, const char *na
         YMAP_TRACE(f, "OCLLDP yfw_strcmp_s failed foren_cap_name %s cap_name %s", enabled_name, name);
 }
 
+terrno write_enabled(frame &f, node *out, const char *enabled) {
+    YMAP_TRACE(f, "OCLLDP cap enabled value %s", enabled);
+    return write(f, out, "/lldp/interfaces/interface/neighbors/neighbor/capabilities/capability/state/enabled",
+                 enabled);
+}
+
 bool is_wanted(frame &f, const char *name, const char *filter) {
     if (filter == nullptr)
         return true;
@@ -264,9 +267,9 @@ bool is_wanted(frame &f, const char *name, const char *filter) {
     return true;
 }
 
-terrno write_capabilities(frame &f, node *out, uint32_t system_bits, uint32_t enabled_bits,
-                          const char *filter) {
-    terrno status = YMAP_OK;
+// Returns the status of the last enabled leaf, or `status` when no capability is wanted.
+terrno write_capabilities(frame &f, node *out, uint32_t system_bits, uint32_t enabled_bits, const char *filter,
+                          terrno status) {
     char enabled[50] = {};
     for (int32_t i = 0; i < num_lldp_caps; i++) {
         capability_text name = {};
@@ -276,8 +279,9 @@ terrno write_capabilities(frame &f, node *out, uint32_t system_bits, uint32_t en
         YMAP_TRACE(f, "OCLLDP: Peer capability name %s", name);
         if (!is_wanted(f, name, filter))
             continue;
+        write_capability_name(f, out, name);
         enabled_text(f, enabled_bits, i, name, enabled);
-        status = write_capability(f, out, name, enabled);
+        status = write_enabled(f, out, enabled);
     }
     return status;
 }
@@ -294,7 +298,7 @@ terrno map_capabilities(frame &f, node *out) {
     yfw_req_ctx *request = f.ctx->req_ctx;
     const char *filter = request != nullptr ? static_cast<const char *>(request->common_data_ptr) : nullptr;
     if (both >> 16 != 0)
-        status = write_capabilities(f, out, both >> 16, both & 0xffff, filter);
+        status = write_capabilities(f, out, both >> 16, both & 0xffff, filter, status);
     if (request != nullptr) {
         std::free(request->common_data_ptr);
         request->common_data_ptr = nullptr;
@@ -372,7 +376,8 @@ terrno map_tlv_value(frame &f, const node *in, node *out) {
 using namespace oclldp;
 
 terrno ymap_chassis_id_subtype_mapping_util(yfw_map_ctx ctx, const node *leaf, char *name) {
-    YMAP_SITE(ymap_chassis_id_subtype_mapping_util, "(yfw_map_ctx, const struct tidl_yfw_datatree *, char *)");
+    YMAP_SITE("terrno ", ymap_chassis_id_subtype_mapping_util,
+              "(yfw_map_ctx, const struct tidl_yfw_datatree *, char *)");
     return in_frame(site, ctx, leaf != nullptr && name != nullptr, null_nodes::null_arguments,
                     [&](frame &f) -> terrno {
                         const char *found = type_name(chassis_id_types, leaf->value);
@@ -386,7 +391,7 @@ terrno ymap_chassis_id_subtype_mapping_util(yfw_map_ctx ctx, const node *leaf, c
 }
 
 terrno oclldp_get_ne_cap_name(yfw_map_ctx ctx, uint32_t capabilities, char *name, int32_t index) {
-    YMAP_SITE(oclldp_get_ne_cap_name, "(yfw_map_ctx, uint32_t, char *, int32_t)");
+    YMAP_SITE("terrno ", oclldp_get_ne_cap_name, "(yfw_map_ctx, uint32_t, char *, int32_t)");
     return in_frame(site, ctx, name != nullptr, null_nodes::null_arguments,
                     [&](frame &f) { return append_capability(f, capabilities, name, index); });
 }

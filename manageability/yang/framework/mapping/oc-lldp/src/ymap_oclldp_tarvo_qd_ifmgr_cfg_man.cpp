@@ -156,7 +156,7 @@ terrno check_interface_name(frame &f) {
 using namespace oclldp;
 
 int yfw_oclldp_util_is_ifhandle_exist(char *ifname, yfw_map_ctx ctx) {
-    YMAP_SITE(yfw_oclldp_util_is_ifhandle_exist, "(char *, yfw_map_ctx)");
+    YMAP_SITE("int ", yfw_oclldp_util_is_ifhandle_exist, "(char *, yfw_map_ctx)");
     int exists = 0;
     in_frame(site, ctx, true, null_nodes::accepted, [&](frame &f) {
         exists = interface_exists(f, ifname);
@@ -167,7 +167,7 @@ int yfw_oclldp_util_is_ifhandle_exist(char *ifname, yfw_map_ctx ctx) {
 
 // The only callback that answers a NULL context with a status.
 terrno ymap_qo_oclldp_ifmgr_intconfig_man(YMAP_CALLBACK_ARGUMENTS) {
-    YMAP_SITE(ymap_qo_oclldp_ifmgr_intconfig_man, YMAP_CALLBACK_TYPES);
+    YMAP_SITE("terrno ", ymap_qo_oclldp_ifmgr_intconfig_man, YMAP_CALLBACK_TYPES);
     if (ctx == nullptr)
         return YMAP_ERR_MAP_FAILED;
     return in_frame(site, ctx, in != nullptr && out != nullptr, null_nodes::invalid_arguments,

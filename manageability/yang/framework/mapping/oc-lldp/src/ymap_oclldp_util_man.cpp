@@ -52,7 +52,7 @@ terrno oc_lldp_string_buffer_get(char **slot) {
 }
 
 char *qd2oc_lldp_str(yfw_map_ctx ctx, const node *in, node *) {
-    YMAP_SITE(qd2oc_lldp_str, YMAP_CALLBACK_TYPES);
+    YMAP_SITE("char *", qd2oc_lldp_str, YMAP_CALLBACK_TYPES);
     char *text = nullptr;
     in_frame(site, ctx, true, null_nodes::accepted, [&](frame &f) -> terrno {
         if (in == nullptr || in->value == nullptr)
@@ -65,7 +65,7 @@ char *qd2oc_lldp_str(yfw_map_ctx ctx, const node *in, node *) {
 }
 
 char *oc2qd_lldp_str(yfw_map_ctx ctx, const node *in, node *) {
-    YMAP_SITE(oc2qd_lldp_str, YMAP_CALLBACK_TYPES);
+    YMAP_SITE("char *", oc2qd_lldp_str, YMAP_CALLBACK_TYPES);
     char *text = nullptr;
     in_frame(site, ctx, true, null_nodes::accepted, [&](frame &f) -> terrno {
         if (in == nullptr || in->value == nullptr)

@@ -92,6 +92,13 @@ TEST_F(CfgAugment, RefusesANodeWithoutATag) {
     EXPECT_THAT(fw.error_paths, IsEmpty());
 }
 
+TEST_F(CfgAugment, PrintsNoTagThatIsNotThere) {
+    EXPECT_EQ(walk(node("lldp").without_tag(), foreign_ns), YMAP_ERR_MAP_FAILED);
+    EXPECT_THAT(fw.debug_lines(), ElementsAre("TRC: Start", "ERR: Tag name is not available!", "TRC: End"));
+    EXPECT_EQ(fw.numbered_lines(), fw.debug_lines());
+    EXPECT_THAT(fw.started(), ElementsAre(augment));
+}
+
 TEST_F(CfgAugment, MarksNoErrorNodes) {
     const auto disable = [] {
         return leaf("disable", "true").framework_flags(YFW_FW_HAS_NODE_TYPE).node_type(YFW_NODE_TYPE_ERROR);

@@ -160,6 +160,62 @@ TEST_F(CfgTlv, KeepsTheOtherFlagsOfTheNodeThatItQualifies) {
               static_cast<uint32_t>(YFW_FW_HAS_MARKER) | static_cast<uint32_t>(YFW_FW_HAS_VALUE_NS));
 }
 
+// The framework may merge the entries: the second add then gives back the node of the first.
+TEST_F(CfgTlv, FreesTheNamespaceOfANodeThatItQualifiesAgain) {
+    disable(3);
+    tidl_yfw_datatree entry{};
+    fw.on_add([&entry](const Add &add) {
+        if (add.slot_given)
+            *add.slot = &entry;
+    });
+    map();
+    EXPECT_THAT(fw.calls_of("yfw_strdup"), SizeIs(2));
+    EXPECT_THAT(fw.calls_of("qdos_named_free"), ElementsAre(Call{"qdos_named_free", oc_types_ns}));
+    EXPECT_EQ(fw.live_strings(), 1u);
+    EXPECT_TRUE(fw.is_live_string(entry.value_ns));
+    EXPECT_STREQ(entry.value_ns, oc_types_ns);
+    EXPECT_EQ(entry.framework_flags, static_cast<uint32_t>(YFW_FW_HAS_VALUE_NS));
+}
+
+TEST_F(CfgTlv, LeavesANamespaceAloneThatTheNodeDoesNotHave) {
+    disable(3);
+    char elsewhere[] = "not the node's";
+    fw.on_add([&elsewhere](const Add &add) {
+        if (add.node != nullptr)
+            add.node->value_ns = elsewhere; // without the flag
+    });
+    map();
+    EXPECT_THAT(fw.calls_of("qdos_named_free"), IsEmpty());
+    EXPECT_EQ(fw.live_strings(), 2u);
+}
+
+TEST_F(CfgTlv, MarksNoNamespaceWhenThereIsNoMemoryForIt) {
+    disable(3);
+    fw.fail("yfw_strdup", 0, 1);
+    EXPECT_EQ(map(), YMAP_OK);
+    EXPECT_THAT(summaries(fw), ElementsAreArray(both("SYSTEM_CAPABILITIES")));
+    for (const Add &add : fw.adds) {
+        if (add.node == nullptr)
+            continue;
+        EXPECT_EQ(add.node->value_ns, nullptr);
+        EXPECT_EQ(add.node->framework_flags, 0u);
+    }
+}
+
+TEST_F(CfgTlv, KeepsAnEarlierNamespaceWhenThereIsNoMemoryForAnother) {
+    disable(3);
+    tidl_yfw_datatree entry{};
+    fw.on_add([&entry](const Add &add) {
+        if (add.slot_given)
+            *add.slot = &entry;
+    });
+    fw.fail("yfw_strdup", 2, 1);
+    map();
+    EXPECT_THAT(fw.calls_of("qdos_named_free"), IsEmpty());
+    EXPECT_TRUE(fw.is_live_string(entry.value_ns));
+    EXPECT_EQ(entry.framework_flags, static_cast<uint32_t>(YFW_FW_HAS_VALUE_NS));
+}
+
 TEST_F(CfgTlv, QualifiesNothingWhenNoNodeComesBack) {
     disable(3);
     fw.add_without_node = true;

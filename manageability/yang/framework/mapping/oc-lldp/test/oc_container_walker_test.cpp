@@ -13,6 +13,7 @@ using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Field;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
@@ -217,6 +218,39 @@ TEST_F(Replace, RunsTheContainersCallbackInEachPass) {
     EXPECT_THAT(callbacks, SizeIs(2));
 }
 
+// ---- a replace that fails --------------------------------------------------------------------------
+
+// YMAP_STS_SUBTREE_DONE has its meaning only as a node callback's answer.
+class FailingReplace : public Replace, public ::testing::WithParamInterface<terrno> {
+protected:
+    void expect_the_request_as_it_was() {
+        EXPECT_EQ(tree->operation, YFW_OP_NONE);
+        EXPECT_NE(tree->children, nullptr);
+        EXPECT_EQ(tree->child_count, 2u);
+        EXPECT_EQ(context.req.request_flags, 0u);
+        EXPECT_EQ(context.req.replace_marker, 0u);
+        EXPECT_EQ(left().back(), config_walker);
+        EXPECT_THAT(hierarchy(), ElementsAre("+config, 1", "-config"));
+    }
+};
+
+TEST_P(FailingReplace, DoesNotMergeAfterTheFrameworkRefusedToRemove) {
+    fw.fail("yfw_map_datatree_add_path_flagged", 2, GetParam());
+    EXPECT_EQ(call(config_walker, context, tree), GetParam());
+    EXPECT_THAT(seen, Each(Field(&Seen::request_flags, static_cast<uint32_t>(YFW_REQ_REPLACE_DELETE_PASS))));
+    expect_the_request_as_it_was();
+}
+
+TEST_P(FailingReplace, EndsWhereTheFrameworkRefusedToMerge) {
+    fw.fail("yfw_map_datatree_add_path_flagged", 9, GetParam()); // the first add of the merge
+    EXPECT_EQ(call(config_walker, context, tree), GetParam());
+    EXPECT_THAT(seen, SizeIs(9));
+    expect_the_request_as_it_was();
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAStatusOfTheFramework, FailingReplace,
+                         ::testing::Values(0x77u, YMAP_STS_SUBTREE_DONE));
+
 // ---- callbacks that end a walk ---------------------------------------------------------------------
 
 class DeletedInterfaces : public ContainerWalker {
@@ -277,6 +311,35 @@ TEST_F(ContainerWalker, PassesAStatusThroughAllLevels) {
     Tree tree(node("lldp").children({node("config").children({node("system-name")}), node("interfaces")}));
     EXPECT_EQ(call(root_walker, context, tree), 0x77u);
     EXPECT_THAT(hierarchy(), ElementsAre("+lldp, 1", "+config, 1", "-config", "-lldp"));
+}
+
+TEST_F(ContainerWalker, PassesTheFrameworksSubtreeDoneThroughAllLevels) {
+    Context context(YMAP_REQ_GET);
+    fw.fail("yfw_map_datatree_add_path_flagged", 1, YMAP_STS_SUBTREE_DONE);
+    Tree tree(node("lldp").children({node("config").children({node("system-name")}), node("interfaces")}));
+    EXPECT_EQ(call(root_walker, context, tree), YMAP_STS_SUBTREE_DONE);
+    EXPECT_THAT(hierarchy(), ElementsAre("+lldp, 1", "+config, 1", "-config", "-lldp"));
+    EXPECT_THAT(left(), AllOf(Contains(config_walker), Contains(root_walker)));
+}
+
+TEST_F(ContainerWalker, PassesTheFrameworksSubtreeDoneUpWhenItMapsTheWholeTree) {
+    Context context(YMAP_REQ_GET);
+    fw.fail("yfw_map_datatree_add_path_flagged", 1, YMAP_STS_SUBTREE_DONE);
+    Tree tree(node("lldp"));
+    EXPECT_EQ(call(root_walker, context, tree), YMAP_STS_SUBTREE_DONE);
+    EXPECT_EQ(config_leaves_entered(), all_config_leaves());
+    EXPECT_EQ(left().back(), root_walker);
+}
+
+// The callback's answer counts, wherever it has it from.
+TEST_F(ContainerWalker, EndsInSuccessWhenTheCallbackPassesSubtreeDoneOn) {
+    Context context(YMAP_REQ_GET);
+    fw.fail("yfw_map_datatree_add_path_flagged", 1, YMAP_STS_SUBTREE_DONE);
+    Tree tree(node("interfaces").children({node("interface")}));
+    EXPECT_EQ(call(interfaces_walker, context, tree), YMAP_OK);
+    EXPECT_THAT(entered(), ElementsAre(interfaces_walker, oq("cont_lvla_lldp_interfaces")));
+    EXPECT_THAT(left(), Not(Contains(interfaces_walker)));
+    EXPECT_THAT(hierarchy(), ElementsAre("+interfaces, 1", "-interfaces"));
 }
 
 TEST_F(ContainerWalker, GoesOnAfterAnUnsupportedTagInARead) {

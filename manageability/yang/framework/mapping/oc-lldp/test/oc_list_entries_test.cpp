@@ -2,6 +2,9 @@
 // added to a read.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <utility>
+
 #include "oc_walker_fixture.h"
 
 namespace oclldp_test {
@@ -114,6 +117,30 @@ TEST_F(PushedEntries, StopAtTheFirstFailure) {
     EXPECT_EQ(fw.entry_stack_size(), 0u);
 }
 
+TEST_F(PushedEntries, EndTheWalkInSuccessWhenTheirCallbackIsDone) {
+    Context context(YMAP_REQ_GET);
+    push_from_the_list_callback(context);
+    entry_status = YMAP_STS_SUBTREE_DONE;
+    Tree tree(list_node);
+    EXPECT_EQ(call(interface_walker, context, tree), YMAP_OK);
+    EXPECT_THAT(entry_calls, SizeIs(1));
+    EXPECT_THAT(names_recorded(), IsEmpty());
+    EXPECT_THAT(left(), Not(Contains(interface_walker)));
+    EXPECT_EQ(fw.entry_stack_size(), 0u);
+}
+
+TEST_F(PushedEntries, PassTheFrameworksSubtreeDoneUp) {
+    Context context(YMAP_REQ_GET);
+    push_from_the_list_callback(context);
+    // The first update is that of the list node, the second that of the second entry.
+    fw.fail("yfw_map_update_current_list_node", 2, YMAP_STS_SUBTREE_DONE);
+    Tree tree(list_node);
+    EXPECT_EQ(call(interface_walker, context, tree), YMAP_STS_SUBTREE_DONE);
+    EXPECT_THAT(names_recorded(), ElementsAre("eth1"));
+    EXPECT_EQ(left().back(), interface_walker);
+    EXPECT_EQ(fw.entry_stack_size(), 0u);
+}
+
 TEST_F(PushedEntries, OfADeleteBecomeRemovals) {
     Context context(plain_edit);
     push_from_the_list_callback(context);
@@ -128,6 +155,30 @@ TEST_F(PushedEntries, OfADeleteBecomeRemovals) {
     EXPECT_EQ(call(interface_walker, context, tree), YMAP_OK);
     EXPECT_THAT(seen, ElementsAre(std::pair(4u, 0x10), std::pair(4u, 0x10)));
 }
+
+class BrokenPushedEntries : public PushedEntries, public ::testing::WithParamInterface<uint32_t> {};
+
+TEST_P(BrokenPushedEntries, FailForTheirMissingChildren) {
+    for (const uint32_t operation : {YFW_OP_NONE, YFW_OP_DELETE}) {
+        SCOPED_TRACE(operation);
+        fw.reset();
+        Context context(operation == YFW_OP_NONE ? uint32_t{YMAP_REQ_GET} : plain_edit);
+        push_from_the_list_callback(context);
+        tidl_yfw_datatree &broken = entries->children[GetParam()];
+        tidl_yfw_datatree *const children = std::exchange(broken.children, nullptr);
+        Tree tree(node("interface").operation(operation).children({leaf("name", "eth0")}));
+        EXPECT_EQ(call(interface_walker, context, tree), YMAP_ERR_MAP_FAILED);
+        EXPECT_THAT(fw.errors(), ElementsAre("Failed to get subtrees!"));
+        EXPECT_THAT(fw.error_paths, IsEmpty());
+        EXPECT_EQ(left().back(), interface_walker);
+        EXPECT_EQ(hierarchy().back(), "-interface");
+        EXPECT_EQ(std::ranges::count(hierarchy(), "+second, 2"), std::ranges::count(hierarchy(), "-second"));
+        EXPECT_EQ(fw.entry_stack_size(), 0u);
+        broken.children = children;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(FirstAndSecond, BrokenPushedEntries, ::testing::Values(0u, 1u));
 
 TEST_F(PushedEntries, OfAnOuterListAreNotTakenForThisOne) {
     Context context(YMAP_REQ_GET);

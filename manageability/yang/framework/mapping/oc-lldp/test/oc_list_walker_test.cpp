@@ -1,5 +1,5 @@
 // How an OpenConfig list entry is walked: hierarchy, current list node, keys and their rules, the list
-// callback, replace and delete.
+// callback and delete.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -206,6 +206,21 @@ TEST_P(ListWalker, ReturnsAFailingLeafrefAsItIs) {
     }
 }
 
+TEST_P(ListWalker, PassesTheFrameworksSubtreeDoneUp) {
+    for (const char *operation : {"yfw_map_update_current_list_node", "yfw_map_check_oc_leafref"}) {
+        SCOPED_TRACE(operation);
+        fw.forget_calls();
+        fw.fail(operation, 0, YMAP_STS_SUBTREE_DONE);
+        Context context(YMAP_REQ_EDIT_ONE_KEY);
+        Tree tree(node(list.tag).children({key(list.keys.front())}));
+        EXPECT_EQ(call(list.walker, context, tree), YMAP_STS_SUBTREE_DONE);
+        EXPECT_THAT(entered(), ElementsAre(list.walker));
+        EXPECT_THAT(left(), ElementsAre(list.walker));
+        EXPECT_THAT(hierarchy(), ElementsAre(std::string("+") + list.tag + ", 2", std::string("-") + list.tag));
+        fw.reset();
+    }
+}
+
 // ---- the key rule ----------------------------------------------------------------------------------
 
 struct KeyRule {
@@ -393,67 +408,29 @@ TEST_F(OcWalkerTest, AFailingListCallbackLeavesTheCurrentListOperationAndTheChil
     EXPECT_THAT(hierarchy(), ElementsAre("+interface, 2", "-interface"));
 }
 
-// ---- replace ---------------------------------------------------------------------------------------
-
-struct Pass {
-    uint32_t request_flags;
-    uint32_t replace_marker;
-    uint32_t operation;
-    uint32_t changed;
-    uint32_t children;
-
-    bool operator==(const Pass &) const = default;
-};
-
-void PrintTo(const Pass &pass, std::ostream *stream) {
-    *stream << "flags " << pass.request_flags << " marker " << pass.replace_marker << " operation "
-            << pass.operation << " changed " << pass.changed << " children " << pass.children;
+TEST_F(OcWalkerTest, AListCallbackThatIsDoneEndsTheWalkInSuccess) {
+    Context context(YMAP_REQ_GET);
+    fw.fail("yfw_map_datatree_add_path_flagged", 1, YMAP_STS_SUBTREE_DONE);
+    Tree tree(node("interface").children({match("name", "eth0")}));
+    EXPECT_EQ(call(interface_walker, context, tree), YMAP_OK);
+    EXPECT_THAT(entered(), ElementsAre(interface_walker, list_callback));
+    // The walker writes no exit trace.
+    EXPECT_THAT(left(), ElementsAre(list_callback));
+    EXPECT_THAT(hierarchy(), ElementsAre("+interface, 2", "-interface"));
 }
 
-class ReplacedEntry : public OcWalkerTest {
-protected:
-    Pass now() {
-        return {context.req.request_flags, context.req.replace_marker, tree->operation,
-                tree->node_flags & static_cast<uint32_t>(YFW_NODE_OPERATION_CHANGED),
-                tree->children == nullptr ? 0 : tree->child_count};
+TEST_F(OcWalkerTest, AnEntryPassesTheSubtreeDoneOfItsChildrenUp) {
+    // The list's path is the first add, the interface name the second, a leaf below "config" the third.
+    for (const unsigned failing : {2u, 3u}) {
+        SCOPED_TRACE(failing);
+        Context context(YMAP_REQ_GET);
+        fw.fail("yfw_map_datatree_add_path_flagged", failing, YMAP_STS_SUBTREE_DONE);
+        Tree tree(node("interface").children({match("name", "eth0"), node("config").children({node("name")})}));
+        EXPECT_EQ(call(interface_walker, context, tree), YMAP_STS_SUBTREE_DONE);
+        EXPECT_EQ(left().back(), interface_walker);
+        EXPECT_EQ(hierarchy().back(), "-interface");
+        fw.reset();
     }
-
-    Context context{YMAP_REQ_EDIT_ONE_KEY};
-    Tree tree{node("capability").operation(YFW_OP_REPLACE).children({leaf("name", "ROUTER"), node("config")})};
-    const std::string key_walker = oq("lvla_lldp_capability_name");
-    const std::string capability_config = oq("lvla_lldp_capability_config");
-};
-
-TEST_F(ReplacedEntry, IsRemovedAndThenMergedWithItsChildrenAttachedInBothPasses) {
-    std::vector<Pass> passes;
-    when(key_walker, "Start", [&] { passes.push_back(now()); });
-    EXPECT_EQ(call(capability_walker, context, tree), YMAP_OK);
-    EXPECT_THAT(passes, ElementsAre(Pass{YFW_REQ_REPLACE_DELETE_PASS, 1, YFW_OP_REMOVE, 0x10, 2},
-                                    Pass{YFW_REQ_REPLACE_MERGE_PASS, 1, YFW_OP_NONE, 0x10, 2}));
-}
-
-TEST_F(ReplacedEntry, WalksItsOtherChildrenByThemselvesInTheSecondPassOnly) {
-    std::vector<uint32_t> map_all;
-    when(capability_config, "Start", [&] { map_all.push_back(context.req.map_all); });
-    EXPECT_EQ(call(capability_walker, context, tree), YMAP_OK);
-    // The first value was seen while the whole entry was mapped.
-    EXPECT_THAT(map_all, ElementsAre(1u, 0u));
-}
-
-TEST_F(ReplacedEntry, LeavesAMergeAndTheRequestAsItWas) {
-    EXPECT_EQ(call(capability_walker, context, tree), YMAP_OK);
-    EXPECT_EQ(now(), (Pass{0, 0, YFW_OP_NONE, 0x10, 2}));
-    EXPECT_EQ(context.req.list_entry_state, 0u);
-    EXPECT_EQ(context.req.map_all, 0u);
-    EXPECT_EQ(fw.entry_stack_size(), 0u);
-    EXPECT_THAT(hierarchy(), ElementsAre("+capability, 2", "+config, 1", "-config", "-capability"));
-}
-
-TEST_F(ReplacedEntry, CallsTheListCallbackInEachPass) {
-    uint32_t calls = 0;
-    when(oq("duck_map_list"), "End", [&] { ++calls; });
-    EXPECT_EQ(call(capability_walker, context, tree), YMAP_OK);
-    EXPECT_EQ(calls, 2u);
 }
 
 // ---- the list-entry state --------------------------------------------------------------------------

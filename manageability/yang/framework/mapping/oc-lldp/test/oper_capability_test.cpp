@@ -137,6 +137,31 @@ TEST_F(OperCapability, NamesAreIdentitiesOfTheTypesModule) {
     }
 }
 
+TEST_F(OperCapability, NamesWithoutMemoryForTheirModuleAreNotMarkedAsIdentities) {
+    fw.fail("yfw_strdup", 0, 1);
+    EXPECT_EQ(map(word(0x11, 0x10)), YMAP_OK);
+    EXPECT_EQ(summaries(fw), expected(0x11, 0x10));
+    for (const Add &add : fw.adds) {
+        if (add.node == nullptr)
+            continue;
+        EXPECT_EQ(add.node->framework_flags, 0u);
+    }
+}
+
+// The second neighbor's capability may be the same node as the first one's.
+TEST_F(OperCapability, NamesThatAreAddedAgainHoldOneCopyOfTheirModule) {
+    tidl_yfw_datatree name{};
+    fw.on_add([&name](const Add &add) {
+        if (add.slot_given)
+            *add.slot = &name;
+    });
+    EXPECT_EQ(map(word(0x04, 0x04)), YMAP_OK);
+    EXPECT_EQ(map(word(0x04, 0x04)), YMAP_OK);
+    EXPECT_THAT(fw.calls_of("yfw_strdup"), SizeIs(4));
+    EXPECT_EQ(fw.live_strings(), 1u);
+    EXPECT_TRUE(fw.is_live_string(name.value_ns));
+}
+
 TEST_F(OperCapability, OnlyTheLeavesWithANameGetTheTypesModule) {
     EXPECT_EQ(map(word(0xff, 0xff)), YMAP_OK);
     EXPECT_EQ(fw.live_strings(), 16u);
@@ -158,6 +183,36 @@ TEST_P(OperCapabilityAdd, CountsForTheStatusOnlyWhenItIsTheLast) {
     EXPECT_EQ(map("1310740"), GetParam() == 8 ? 0x77u : 0u);
     EXPECT_EQ(summaries(fw), expected(0x14, 0x14));
     EXPECT_THAT(fw.error_paths, IsEmpty());
+}
+
+// The adds and the lines of the hand-written mapping, in order.
+TEST_F(OperCapability, IsFirstNamedThenComparedWithTheEnabledOnesThenTold) {
+    EXPECT_EQ(map(word(0x04, 0x04)), YMAP_OK);
+    std::vector<std::string> told;
+    for (const std::string &step : steps(fw)) {
+        if (step.starts_with("add ") || step.starts_with("ymap_oc_enabled_capabilities_man: OCLLDP") ||
+            step.ends_with("cap_name MAC_BRIDGE"))
+            told.push_back(step);
+    }
+    EXPECT_THAT(told, ElementsAre("oclldp_get_ne_cap_name: OCLLDP cap_name MAC_BRIDGE",
+                                  "ymap_oc_enabled_capabilities_man: OCLLDP: Peer capability name MAC_BRIDGE",
+                                  "add " + capability, "add " + capability + "/name",
+                                  "add " + capability + "/state/name",
+                                  "oclldp_get_ne_cap_name: OCLLDP cap_name MAC_BRIDGE",
+                                  "ymap_oc_enabled_capabilities_man: OCLLDP cap enabled value true",
+                                  "add " + capability + "/state/enabled"));
+}
+
+TEST_F(OperCapability, TellsOfAFailedComparisonAfterTheNames) {
+    fw.fail("yfw_strcmp_s", 0, 22);
+    EXPECT_EQ(map(word(0x02, 0x02)), YMAP_OK);
+    const std::vector<std::string> told = steps(fw);
+    const auto failed = std::find(told.begin(), told.end(),
+                                  "ymap_oc_enabled_capabilities_man: OCLLDP yfw_strcmp_s failed "
+                                  "foren_cap_name REPEATER cap_name REPEATER");
+    ASSERT_NE(failed, told.end());
+    EXPECT_EQ(std::count_if(told.begin(), failed, [](const auto &step) { return step.starts_with("add "); }),
+              3);
 }
 
 // ---- what is read ---------------------------------------------------------------------------------------
@@ -248,6 +303,15 @@ TEST_P(OperCapabilityFilter, LetsOnlyTheRequestedCapabilityThrough) {
 TEST_P(OperCapabilityFilter, LetsNothingThroughOfANeighborWithoutIt) {
     request_capability(names[static_cast<std::size_t>(GetParam())].c_str());
     EXPECT_EQ(map(word(0xff & ~(1u << GetParam()), 0xff)), YMAP_OK);
+    EXPECT_THAT(fw.adds, IsEmpty());
+    EXPECT_TRUE(filter_is_freed());
+}
+
+TEST_P(OperCapabilityFilter, ReturnsTheStatusOfTheReadWhenNothingMatches) {
+    request_capability(names[static_cast<std::size_t>(GetParam())].c_str());
+    const std::string combined = word(0xff & ~(1u << GetParam()), 0xff);
+    fw.node_info[{native_mib, "combined-capabilities"}] = {.value = combined, .status = 0x1234};
+    EXPECT_EQ(run_leaf("mib_combinedcapabilities", combined), 0x1234u);
     EXPECT_THAT(fw.adds, IsEmpty());
     EXPECT_TRUE(filter_is_freed());
 }

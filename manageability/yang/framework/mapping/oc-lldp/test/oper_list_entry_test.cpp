@@ -132,6 +132,15 @@ TEST_P(OperListEntries, PassAFailedUpdateUpWithoutCallbackAndChildren) {
                 ElementsAreArray(then_pops_above(expected({"push", "current", "list+", "pop"}))));
 }
 
+// Only the list callback can ask to skip an entry; after an update, its status means nothing but failure. The
+// loop over the entries goes on after either.
+TEST_P(OperListEntries, TakeAnUpdateThatSaysDoneForAFailureAndGoOn) {
+    fail_update_of_entry(YMAP_STS_SUBTREE_DONE);
+    EXPECT_EQ(walk_entries({entry(), entry()}), YMAP_OK);
+    EXPECT_THAT(entry_steps(), ElementsAreArray(then_pops_above(expected(
+                                   {"push", "current", "list+", "pop", "push", "current", "list+", "pop"}))));
+}
+
 TEST_P(OperListEntries, LeaveAGrownOutputListAfterAFailedUpdateToo) {
     grow_the_output_list();
     fail_update_of_entry(0x55aa);

@@ -115,6 +115,37 @@ TEST_F(InterfaceDelete, TakesTheFirstPartOfAPathThatBeginsWithASlash) {
     EXPECT_EQ(written(in), removal_of("MgmtEth0"));
 }
 
+class LongInterfacePath : public InterfaceDelete, public ::testing::WithParamInterface<std::size_t> {};
+
+TEST_P(LongInterfacePath, NamesTheWholeFirstPart) {
+    const std::string name(GetParam(), 'i');
+    for (const std::string &path : {name + "/lldp/enable", "//" + name + "/lldp/", name}) {
+        fw.reset();
+        fw.sysdb_paths = {path};
+        fw.display_names = {{name, "LongName0"}};
+        EXPECT_EQ(call(delete_all, context, in), YMAP_STS_SUBTREE_DONE);
+        EXPECT_EQ(written(in), removal_of("LongName0"));
+        expect_nothing_held();
+    }
+}
+
+TEST_P(LongInterfacePath, IsNotCutByWhatFollowsTheName) {
+    fw.sysdb_paths = {"Mg0/" + std::string(GetParam(), 'x') + "/lldp/"};
+    EXPECT_EQ(call(delete_all, context, in), YMAP_STS_SUBTREE_DONE);
+    EXPECT_EQ(written(in), removal_of("MgmtEth0"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LongInterfacePath, ::testing::Values(1, 63, 254, 255, 256, 257, 1000, 70000));
+
+TEST_F(InterfaceDelete, TakesAPathOfSlashesForAnInterfaceWithoutAName) {
+    for (const char *path : {"", "/", "///"}) {
+        fw.reset();
+        fw.sysdb_paths = {path};
+        EXPECT_EQ(call(delete_all, context, in), YMAP_STS_SUBTREE_DONE);
+        EXPECT_EQ(written(in), removal_of(""));
+    }
+}
+
 TEST_F(InterfaceDelete, AddsNothingWhenNoInterfaceHasLldp) {
     EXPECT_EQ(call(delete_all, context, in), YMAP_STS_SUBTREE_DONE);
     EXPECT_THAT(fw.adds, IsEmpty());
@@ -186,6 +217,15 @@ TEST_F(InterfaceDelete, DoesNotBindWithoutTheLibrary) {
     EXPECT_THAT(fw.calls_of("_sysdb_bind"), IsEmpty());
     EXPECT_THAT(fw.calls_of("_sysdb_unbind"), IsEmpty());
     EXPECT_THAT(fw.calls_of("sysdb_find"), IsEmpty());
+}
+
+TEST_F(InterfaceDelete, FailsWithoutMemoryForAnInterfacesNameAndHoldsOnToNothing) {
+    three_interfaces();
+    fw.fail_allocation(2);
+    EXPECT_EQ(call(delete_all, context, in), YMAP_ERR_NO_MEMORY);
+    EXPECT_EQ(written(in), removals_of({display_names[0]}));
+    expect_lines();
+    expect_nothing_held();
 }
 
 // Kept on purpose: a failing add returns without cleaning up, so the list and the connection leak.

@@ -308,6 +308,70 @@ INSTANTIATE_TEST_SUITE_P(
         Prototype{"ymap_qo_oclldp_intconfig_intname_man", "ymap_oclldp_tarvo_qd_ifmgr_cfg_man"}),
     [](const auto &test) { return std::string(test.param.name); });
 
+// Functions of another shape than a callback's, and how their assertions name them.
+struct OtherPrototype {
+    std::string text;
+    void (*call)(const Plugin &plugin, const std::string &name);
+
+    std::string name() const {
+        const std::string before = text.substr(0, text.find('('));
+        return before.substr(before.find_last_of(" *") + 1);
+    }
+};
+
+void PrintTo(const OtherPrototype &prototype, std::ostream *stream) {
+    *stream << prototype.text;
+}
+
+class NullContextOfAFunction : public OclldpTest, public ::testing::WithParamInterface<OtherPrototype> {};
+
+TEST_P(NullContextOfAFunction, AbortsWithItsOwnTypeAndArguments) {
+    GTEST_FLAG_SET(death_test_style, "fast");
+    const OtherPrototype &prototype = GetParam();
+    EXPECT_DEATH(prototype.call(*plugin, prototype.name()),
+                 HasSubstr(": " + prototype.text + ": Assertion `NULL != ctx' failed."));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, NullContextOfAFunction,
+    ::testing::Values(
+        OtherPrototype{"char *qd2oc_lldp_str(yfw_map_ctx, const struct tidl_yfw_datatree *, "
+                       "struct tidl_yfw_datatree *)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.symbol<decltype(qd2oc_lldp_str)>(name)(nullptr, nullptr, nullptr);
+                       }},
+        OtherPrototype{"char *oc2qd_lldp_str(yfw_map_ctx, const struct tidl_yfw_datatree *, "
+                       "struct tidl_yfw_datatree *)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.symbol<decltype(oc2qd_lldp_str)>(name)(nullptr, nullptr, nullptr);
+                       }},
+        OtherPrototype{"int yfw_oclldp_util_is_ifhandle_exist(char *, yfw_map_ctx)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.symbol<decltype(yfw_oclldp_util_is_ifhandle_exist)>(name)(nullptr, nullptr);
+                       }},
+        OtherPrototype{"terrno oclldp_get_ne_cap_name(yfw_map_ctx, uint32_t, char *, int32_t)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.symbol<decltype(oclldp_get_ne_cap_name)>(name)(nullptr, 0, nullptr, 0);
+                       }},
+        OtherPrototype{"terrno ymap_chassis_id_subtype_mapping_util(yfw_map_ctx, "
+                       "const struct tidl_yfw_datatree *, char *)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.symbol<decltype(ymap_chassis_id_subtype_mapping_util)>(name)(nullptr, nullptr,
+                                                                                          nullptr);
+                       }},
+        OtherPrototype{"terrno ymap_qo_oclldp_tarvoqdethernetlldpoper_statsics_util(yfw_map_ctx, "
+                       "const struct tidl_yfw_datatree *, struct tidl_yfw_datatree *, const char *, int32_t)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.symbol<decltype(ymap_qo_oclldp_tarvoqdethernetlldpoper_statsics_util)>(name)(
+                               nullptr, nullptr, nullptr, nullptr, 0);
+                       }},
+        OtherPrototype{"terrno ymap_oq_oclldp_openconfiglldp_cont_lvla_lldp_interfaces(yfw_map_ctx, "
+                       "const struct tidl_yfw_datatree *, uint32_t, struct tidl_yfw_datatree *)",
+                       [](const Plugin &p, const std::string &name) {
+                           p.call_container(name, nullptr, nullptr, 0, nullptr);
+                       }}),
+    [](const auto &test) { return test.param.name(); });
+
 // ---- the error reply -------------------------------------------------------------------------------
 
 class ErrorReply : public OclldpTest {
