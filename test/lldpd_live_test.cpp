@@ -222,9 +222,59 @@ TEST_F(LldpdLab, RefusesWhatTheDaemonCannotDoAndChangesNothing) {
     EXPECT_EQ(lab().ask("r1", {"configuration"}), settings);
 }
 
+// --- what somebody else changes ---
+
+TEST_F(LldpdLab, LeavesWhatSomebodyElseSetAloneUntilItIsApplied) {
+    edit("r1", {"set", "/lldp/config/hello-timer", "20"});
+    edit("r1", {"set", "/lldp/config/system-name", "ours.example.net"});
+    EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n");
+    lab().configure("r1", {"system", "hostname", "theirs.example.net"});
+    for (const std::string command : {"get", "topology", "status", "drift"})
+        EXPECT_EQ(yfw("r1", command == "get" ? std::vector<std::string>{"get", "/lldp"}
+                                             : std::vector<std::string>{command})
+                      .status,
+                  0)
+            << command;
+    EXPECT_EQ(setting("r1", "hostname"), "theirs.example.net") << "a read wrote";
+    EXPECT_THAT(values_at(get("r1", {"/lldp/config"}).get(), "/openconfig-lldp:lldp/config/system-name"),
+                ElementsAre("ours.example.net"));
+    EXPECT_THAT(
+        values_at(get("r1", {"--applied", "/lldp/config"}).get(), "/openconfig-lldp:lldp/config/system-name"),
+        ElementsAre("theirs.example.net"));
+    EXPECT_EQ(yfw("r1", {"drift"}).output,
+              "/lldp/config/system-name: configured \"ours.example.net\", the device "
+              "has \"theirs.example.net\"\n");
+    EXPECT_THAT(yfw("r1", {"status"}).output, HasSubstr("drift   1 leaf value (see yfw drift)"));
+    EXPECT_EQ(yfw("r1", {"apply"}).status, 0);
+    EXPECT_EQ(setting("r1", "hostname"), "ours.example.net");
+}
+
+TEST_F(LldpdLab, KeepsSettingsWhileLldpIsSwitchedOff) {
+    edit("r1",
+         {"commit", "--", "set", "/lldp/config/hello-timer", "20", "set", "/lldp/config/system-name", "kept"});
+    edit("r1", {"set", "/lldp/config/enabled", "false"});
+    EXPECT_THAT(
+        values_at(get("r1", {"--applied", "/lldp/config"}).get(), "/openconfig-lldp:lldp/config/enabled"),
+        testing::Not(ElementsAre("true")));
+    edit("r1", {"set", "/lldp/config/system-description", "set while off"});
+    const auto config = [&](const char *leaf) {
+        return values_at(get("r1", {"/lldp/config"}).get(),
+                         std::string("/openconfig-lldp:lldp/config/") + leaf);
+    };
+    EXPECT_THAT(config("enabled"), ElementsAre("false"));
+    EXPECT_THAT(config("hello-timer"), ElementsAre("20"));
+    EXPECT_THAT(config("system-name"), ElementsAre("kept"));
+    edit("r1", {"set", "/lldp/config/enabled", "true"});
+    EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n");
+    EXPECT_EQ(setting("r1", "hostname"), "kept");
+    EXPECT_EQ(setting("r1", "description"), "set while off");
+    EXPECT_TRUE(
+        eventually([&] { return lab().names_heard("r2", "eth1") == std::vector<std::string>{"kept"}; }));
+}
+
 // --- daemons that end ---
 
-TEST_F(LldpdLab, AppliesTheLastCommitAgainToADaemonThatWasRestarted) {
+TEST_F(LldpdLab, AppliesTheLastCommitAgainOnRequestToADaemonThatWasRestarted) {
     edit("r1", {"set", "/lldp/config/system-name", "again.example.net"});
     lab().kill_daemon("r1");
     const Outcome outcome = yfw("r1", {"get", "/lldp"});
@@ -233,7 +283,12 @@ TEST_F(LldpdLab, AppliesTheLastCommitAgainToADaemonThatWasRestarted) {
     EXPECT_THAT(outcome.errors, HasSubstr(lab().device("r1")));
     lab().start_daemon("r1");
     ASSERT_TRUE(eventually([&] { return yfw("r1", {"get", "/lldp"}).status == 0; }));
+    EXPECT_NE(setting("r1", "hostname"), "again.example.net") << "a read wrote";
+    EXPECT_THAT(yfw("r1", {"drift"}).output,
+                HasSubstr("/lldp/config/system-name: configured \"again.example.net\""));
+    EXPECT_EQ(yfw("r1", {"apply"}).status, 0);
     EXPECT_EQ(setting("r1", "hostname"), "again.example.net");
+    EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n");
     EXPECT_TRUE(eventually(
         [&] { return lab().names_heard("r2", "eth1") == std::vector<std::string>{"again.example.net"}; }));
 }
@@ -295,7 +350,7 @@ TEST_F(LldpdLab, WatchInJsonTellsAnUpdateWithItsData) {
         EXPECT_TRUE(json::accept(each)) << each;
 }
 
-TEST_F(LldpdLab, WatchOutlivesARestartAndAppliesTheLastCommitAgain) {
+TEST_F(LldpdLab, WatchOutlivesARestart) {
     edit("r1", {"set", "/lldp/config/system-name", "watched.example.net"});
     RunningYfw watch({"watch", "--device", lab().device("r1")});
     ASSERT_TRUE(tells_changes(lab(), watch)) << watch.errors();
@@ -304,7 +359,8 @@ TEST_F(LldpdLab, WatchOutlivesARestartAndAppliesTheLastCommitAgain) {
     lab().start_daemon("r1");
     EXPECT_TRUE(eventually([&] { return watch.errors().find("is back") != std::string::npos; }))
         << watch.errors();
-    EXPECT_TRUE(eventually([&] { return setting("r1", "hostname") == "watched.example.net"; }));
+    EXPECT_TRUE(tells_changes(lab(), watch)) << watch.errors();
+    EXPECT_NE(setting("r1", "hostname"), "watched.example.net") << "a watch wrote";
     watch.signal(SIGTERM);
     EXPECT_EQ(watch.wait(), 0);
 }
