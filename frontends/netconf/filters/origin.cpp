@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "frontends/netconf/messages/rpc_error.h"
+#include "yang/comparison.h"
 
 namespace yfw::netconf {
 namespace {
@@ -29,17 +30,6 @@ std::string identity_of(const Element &leaf) {
     return name;
 }
 
-const lyd_node *counterpart(const lyd_node *node, const lyd_node *parent) {
-    lyd_node *found = nullptr;
-    if (parent == nullptr)
-        return nullptr;
-    if (node->schema->nodetype == LYS_LEAF || node->schema->nodetype == LYS_CONTAINER)
-        lyd_find_sibling_val(lyd_child(parent), node->schema, nullptr, 0, &found);
-    else
-        lyd_find_sibling_first(lyd_child(parent), node, &found);
-    return found;
-}
-
 bool is_configuration(const lyd_node *node) {
     return (node->schema->flags & LYS_CONFIG_W) != 0;
 }
@@ -60,7 +50,8 @@ public:
             next = child->next;
             if (!is_configuration(child) || lysc_is_key(child->schema))
                 continue;
-            const lyd_node *there = counterpart(child, configured);
+            const lyd_node *there =
+                configured != nullptr ? yang::counterpart(child, lyd_child(configured)) : nullptr;
             if ((child->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
                 leaf(child, origin_of(child, there), inherited);
             else

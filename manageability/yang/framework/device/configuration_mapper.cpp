@@ -5,6 +5,7 @@
 
 #include "device/native_edits.h"
 #include "device/suspension.h"
+#include "yang/comparison.h"
 #include "yang/configuration_text.h"
 
 namespace yfw::device {
@@ -25,23 +26,13 @@ bool is_term(const lyd_node *node) {
     return (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
 }
 
-// The counterpart among the siblings: a list entry with the same keys, a leaf-list's entry with the same value.
-const lyd_node *counterpart(const lyd_node *node, const lyd_node *siblings) {
-    lyd_node *found = nullptr;
-    if (node->schema->nodetype == LYS_LEAF || node->schema->nodetype == LYS_CONTAINER)
-        lyd_find_sibling_val(siblings, node->schema, nullptr, 0, &found);
-    else
-        lyd_find_sibling_first(siblings, node, &found);
-    return found;
-}
-
 // Adds what `wanted` has and `present` lacks to `edit`, as a merge.
 void add_missing(const lyd_node *wanted, const lyd_node *present, const Suspensions &suspended,
                  yang::EditNode &edit) {
     for (const lyd_node *child = lyd_child(wanted); child != nullptr; child = child->next) {
         if ((child->flags & LYD_DEFAULT) != 0 || lysc_is_key(child->schema))
             continue;
-        const lyd_node *there = present != nullptr ? counterpart(child, lyd_child(present)) : nullptr;
+        const lyd_node *there = present != nullptr ? yang::counterpart(child, lyd_child(present)) : nullptr;
         yang::EditNode missing = node_of(child);
         if (is_term(child)) {
             const bool is_there =
@@ -60,12 +51,6 @@ void add_missing(const lyd_node *wanted, const lyd_node *present, const Suspensi
         if (missing.children.size() > keys)
             edit.children.push_back(std::move(missing));
     }
-}
-
-bool is_same(const lyd_node *a, const lyd_node *b) {
-    if (a == nullptr || b == nullptr)
-        return a == b;
-    return lyd_compare_siblings(a, b, LYD_COMPARE_FULL_RECURSION) == LY_SUCCESS;
 }
 
 // Whether the edit does anything at all.
@@ -94,7 +79,7 @@ ConfigurationMapper::Mapped ConfigurationMapper::map(const yang::EditNode &edit,
         std::vector<host::NativePath> edits = engine_.map_edit(sent, yang::borrowed(mapped.native.get()));
         yang::DataTree result = yang::copy_configuration(mapped.native.get());
         apply_native_edits(schemas_, edits, result);
-        if (round > 0 && is_same(result.get(), mapped.native.get()))
+        if (round > 0 && yang::is_same(result.get(), mapped.native.get()))
             break;
         mapped.native = std::move(result);
         std::move(edits.begin(), edits.end(), std::back_inserter(mapped.edits));

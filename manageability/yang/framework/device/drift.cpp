@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "yang/comparison.h"
 #include "yang/tree_text.h"
 
 namespace yfw::device {
@@ -19,16 +20,6 @@ std::string path_without_module(const lyd_node *node) {
     const std::string path = yang::path_of(node);
     const std::string prefix = "/" + std::string(node->schema->module->name) + ":";
     return path.rfind(prefix, 0) == 0 ? "/" + path.substr(prefix.size()) : path;
-}
-
-// The instance of a sibling's node; of a leaf-list, the entry with the same value.
-const lyd_node *counterpart(const lyd_node *node, const lyd_node *siblings) {
-    lyd_node *found = nullptr;
-    if (node->schema->nodetype == LYS_LEAF || node->schema->nodetype == LYS_CONTAINER)
-        lyd_find_sibling_val(siblings, node->schema, nullptr, 0, &found);
-    else
-        lyd_find_sibling_first(siblings, node, &found);
-    return found;
 }
 
 // OpenConfig tells of the applied value of config/leaf in state/leaf. `entry`: what the device has around
@@ -70,7 +61,7 @@ public:
         for (const lyd_node *child = lyd_child(node); child != nullptr; child = child->next) {
             if ((child->flags & LYD_DEFAULT) != 0 || lysc_is_key(child->schema) || !is_configuration(child))
                 continue;
-            const lyd_node *there = applied != nullptr ? counterpart(child, lyd_child(applied)) : nullptr;
+            const lyd_node *there = applied != nullptr ? yang::counterpart(child, lyd_child(applied)) : nullptr;
             if (is_term(child))
                 term(child, there, around);
             else
@@ -82,10 +73,10 @@ public:
         for (const lyd_node *child = lyd_child(node); child != nullptr; child = child->next) {
             if (lysc_is_key(child->schema) || !is_configuration(child))
                 continue;
-            const lyd_node *there = wanted != nullptr ? counterpart(child, lyd_child(wanted)) : nullptr;
+            const lyd_node *there = wanted != nullptr ? yang::counterpart(child, lyd_child(wanted)) : nullptr;
             if (!is_term(child))
                 only_applied(child, there);
-            else if (there == nullptr && !is_default(child) && !repeats_key(child))
+            else if (there == nullptr && !is_default(child) && !yang::repeats_key(child))
                 found_.push_back({path_without_module(child), std::nullopt, value_of(child), ""});
         }
     }
@@ -96,22 +87,11 @@ private:
     void term(const lyd_node *leaf, const lyd_node *there, const lyd_node *around) {
         const std::string value = lyd_get_value(leaf);
         const lyd_node *state = state_of(leaf, around);
-        if (value_of(there) == value || value_of(state) == value || repeats_key(leaf))
+        if (value_of(there) == value || value_of(state) == value || yang::repeats_key(leaf))
             return;
         const std::string *reason = suspended_.reason(leaf->schema);
         found_.push_back({path_without_module(leaf), value, value_of(there != nullptr ? there : state),
                           reason != nullptr ? *reason : ""});
-    }
-
-    // Such as config/name: it says nothing that the entry's key does not.
-    static bool repeats_key(const lyd_node *leaf) {
-        const lyd_node *parent = lyd_parent(leaf);
-        const lyd_node *entry = parent != nullptr ? lyd_parent(parent) : nullptr;
-        for (const lyd_node *key = entry != nullptr ? lyd_child(entry) : nullptr;
-             key != nullptr && lysc_is_key(key->schema); key = key->next)
-            if (std::strcmp(key->schema->name, leaf->schema->name) == 0)
-                return true;
-        return false;
     }
 
     const Suspensions &suspended_;

@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "device/store_errors.h"
+#include "yang/comparison.h"
 #include "yang/configuration_text.h"
 #include "yang/edit_apply.h"
 
@@ -37,12 +38,6 @@ template <class Work> void in_openconfig_terms(const std::vector<host::NativePat
     }
 }
 
-bool is_same(const lyd_node *a, const lyd_node *b) {
-    if (a == nullptr || b == nullptr)
-        return a == b;
-    return lyd_compare_siblings(a, b, LYD_COMPARE_FULL_RECURSION) == LY_SUCCESS;
-}
-
 // The mapping refuses it.
 bool touches_state(const yang::EditNode &edit) {
     return (edit.node->flags & LYS_CONFIG_R) != 0 ||
@@ -50,7 +45,8 @@ bool touches_state(const yang::EditNode &edit) {
 }
 
 bool is_same(const Configuration &a, const Configuration &b) {
-    return is_same(a.openconfig.get(), b.openconfig.get()) && is_same(a.native.get(), b.native.get());
+    return yang::is_same(a.openconfig.get(), b.openconfig.get()) &&
+           yang::is_same(a.native.get(), b.native.get());
 }
 
 // In native terms, or in OpenConfig ones where the native configuration stays the same: a setting that has no
@@ -80,7 +76,7 @@ Editor::Change Editor::changed(const yang::EditNode &edit, const Configuration &
     yang::apply_edit(whole, openconfig);
     if (guard)
         guard(before.openconfig.get(), openconfig.get());
-    if (is_same(before.openconfig.get(), openconfig.get()) && !touches_state(whole))
+    if (yang::is_same(before.openconfig.get(), openconfig.get()) && !touches_state(whole))
         return {before, {}, {}};
     ConfigurationMapper::Mapped mapped = mapper_.map(whole, before, openconfig.get());
     yang::validate_openconfig(schemas_, openconfig.get());
