@@ -101,6 +101,46 @@ TEST_F(AConfirmedCommit, IsTakenBackWhenItsSessionVanishes) {
     EXPECT_TRUE(is_taken_back());
 }
 
+// The session may be gone before its commit is made.
+TEST_F(AConfirmedCommit, IsTakenBackWhenItsSessionEndsWithIt) {
+    for (const std::string &more : {rpc_message("<close-session/>", "3"), std::string()}) {
+        for (int i = 0; i < 25; i++) {
+            std::optional<NetconfClient> hasty(std::in_place, server().socket(),
+                                               std::vector<std::string>{base_1_0});
+            expect_ok(hasty->rpc(edit_config("candidate", name_edit("new"))));
+            const std::string last = more.empty() ? "" : with_end_of_message(more);
+            hasty->connection().send(with_end_of_message(rpc_message(confirmed(long_time), "2")) + last);
+            hasty.reset();
+            ASSERT_TRUE(is_taken_back()) << i << " " << more;
+            ASSERT_TRUE(eventually([&] { // nothing is left of it
+                return error_tag(client->rpc(lock("running"))) == "" &&
+                       error_tag(client->rpc(unlock("running"))) == "";
+            })) << i
+                << " " << more;
+        }
+    }
+}
+
+TEST_F(AConfirmedCommit, LeavesNoLockBehindWhenItsSessionEndsWithIt) {
+    for (int i = 0; i < 25; i++) {
+        std::optional<NetconfClient> hasty(std::in_place, server().socket(),
+                                           std::vector<std::string>{base_1_0});
+        hasty->connection().send(with_end_of_message(rpc_message(lock("running"))));
+        hasty.reset();
+        ASSERT_TRUE(eventually([&] { return error_tag(client->rpc(lock("running"))) == ""; })) << i;
+        expect_ok(client->rpc(unlock("running")));
+    }
+}
+
+// There is nothing to go back to.
+TEST_F(AConfirmedCommit, EndsLikeAnyOtherWhenItIsEmptyAndTheFirst) {
+    expect_ok(client->rpc(confirmed(1)));
+    EXPECT_TRUE(eventually([&] { return error_tag(other.rpc("<commit/>")) == ""; }));
+    expect_ok(client->rpc(confirmed(long_time)));
+    expect_ok(client->rpc("<cancel-commit/>"));
+    EXPECT_EQ(name(other), original);
+}
+
 TEST_F(AConfirmedCommit, IsTakenBackWhenItsSessionIsKilled) {
     commit_name("new", confirmed(long_time));
     expect_ok(other.rpc("<kill-session><session-id>" + client->session_id() + "</session-id></kill-session>"));

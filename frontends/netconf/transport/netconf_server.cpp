@@ -127,6 +127,7 @@ void NetconfServer::accept(int socket) {
 void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by) {
     const Session &ending = *sessions_.at(session);
     const Actor actor = ending.caller().actor();
+    ending.is_gone()->store(true);
     const bool has_begun =
         ending.has_started() || reason == EndReason::bad_hello || reason == EndReason::timeout;
     {

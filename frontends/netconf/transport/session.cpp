@@ -55,6 +55,7 @@ std::string_view to_string(EndReason reason) {
 Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller)
     : server_(server), caller_(std::move(caller)),
       stream_(bufferevent_socket_new(base, socket, BEV_OPT_CLOSE_ON_FREE)), reader_(server.options_.limits) {
+    caller_.is_gone = is_gone_;
     bufferevent_setcb(stream_, on_read, on_written, on_event, this);
     hello_timer_ = evtimer_new(base, on_hello_overdue, this);
     const timeval bound = to_timeval(server.options_.hello_timeout);

@@ -2,6 +2,7 @@
 #ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_SESSION_H
 #define YFW_FRONTENDS_NETCONF_TRANSPORT_SESSION_H
 
+#include <atomic>
 #include <deque>
 #include <memory>
 #include <string>
@@ -35,6 +36,8 @@ public:
     // The session's caller, with its current rights.
     Caller caller() const;
     bool has_started() const { return greeted_; }
+    // What its requests learn of its end; outlives the session.
+    const std::shared_ptr<std::atomic<bool>> &is_gone() const { return is_gone_; }
 
     void greet();
     // Delivers the reply to the current request.
@@ -71,6 +74,7 @@ private:
     void write_notifications();
 
     NetconfServer &server_;
+    const std::shared_ptr<std::atomic<bool>> is_gone_ = std::make_shared<std::atomic<bool>>(false);
     Caller caller_;
     bufferevent *stream_;
     FrameReader reader_;

@@ -85,6 +85,7 @@ void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNo
     const std::vector<events::EditRecord> records = events::edit_records(edit);
     candidate_records_.insert(candidate_records_.end(), records.begin(), records.end());
     candidate_editor_ = caller.session;
+    clean_up_after(caller);
 }
 
 void Datastores::validate(Datastore datastore) {
@@ -147,8 +148,10 @@ void Datastores::commit(const Caller &caller, const std::optional<Confirmation> 
         throw;
     }
     drop_candidate();
-    if (confirmed.has_value())
-        return wait_for_confirmation(caller, *confirmed, before);
+    if (confirmed.has_value()) {
+        wait_for_confirmation(caller, *confirmed, before);
+        return clean_up_after(caller);
+    }
     if (pending_.has_value())
         tell(caller.actor(), What::complete);
     end_pending();
@@ -184,7 +187,8 @@ void Datastores::tell(const events::Actor &actor, What what, std::optional<std::
 
 void Datastores::take_back(const events::Actor &actor) {
     const CommitNote note{actor.user, "not confirmed: back to " + std::to_string(pending_->back_to)};
-    if (device_.rollback(pending_->back_to, note).has_value())
+    const bool is_there = pending_->back_to < device_.last_commit_number(); // it may have changed nothing
+    if (is_there && device_.rollback(pending_->back_to, note).has_value())
         events_.tell(events::ConfigurationChange{actor, {}});
     end_pending();
 }
@@ -238,6 +242,7 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
         throw request_error(ErrorTag::lock_denied, "there is an unconfirmed commit")
             .about(std::to_string(pending_->session_is_gone ? 0 : pending_->actor.session));
     locks_[datastore] = {caller.session, utc_now()};
+    clean_up_after(caller);
 }
 
 void Datastores::unlock(const Caller &caller, Datastore datastore) {
@@ -258,6 +263,15 @@ std::optional<Datastores::Lock> Datastores::lock_of(Datastore datastore) {
 
 void Datastores::end_session(uint32_t session) {
     const Guard guard(mutex_);
+    forget(session);
+}
+
+void Datastores::clean_up_after(const Caller &caller) {
+    if (caller.is_gone != nullptr && caller.is_gone->load())
+        forget(caller.session);
+}
+
+void Datastores::forget(uint32_t session) {
     const auto candidate_lock = locks_.find(Datastore::candidate);
     const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second.session == session;
     std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; });

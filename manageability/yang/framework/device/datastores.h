@@ -26,6 +26,8 @@ struct Caller {
     bool may_write = false;
     std::string comment;                                      // stored with the commits
     std::shared_ptr<const access::UserRules> rules = nullptr; // NULL: the group permissions alone decide
+    // Set, by any thread, when the session has ended, before end_session() is called; NULL: it never ends.
+    std::shared_ptr<const std::atomic<bool>> is_gone = nullptr;
 
     events::Actor actor() const { return {session, user}; }
 };
@@ -98,6 +100,9 @@ private:
     };
 
     void drop_candidate();
+    // The work of a session may end after the session.
+    void clean_up_after(const Caller &caller);
+    void forget(uint32_t session);
     ChangeGuard guard_of(const Caller &caller) const;
     std::optional<Configuration> candidate();
     Configuration candidate_or_running();
