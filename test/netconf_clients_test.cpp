@@ -13,6 +13,7 @@
 
 #include "base/run_program.h"
 #include "netconf_server.h"
+#include "support/child_process.h"
 #include "support/files.h"
 #include "support/running_yfw.h"
 
@@ -122,6 +123,42 @@ TEST_F(ATryoutServer, RefusesAPortThatIsTaken) {
         {"serve", "--device", in_files("device"), "--store", in_files("other.db"), "--port", port_});
     EXPECT_NE(second.wait(), 0);
     EXPECT_THAT(second.errors(), HasSubstr("port " + port_ + " on 127.0.0.1 failed: Address already in use"));
+}
+
+TEST(AServer, RefusesAGroupThatDoesNotExist) {
+    for (const char *option : {"--readers", "--writers"}) {
+        const Outcome outcome = run_yfw({{"serve", option, "no-such-group"}});
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.errors,
+                  "yfw: " + std::string(option) + ": this machine has no group \"no-such-group\"\n");
+    }
+}
+
+TEST_F(ATryoutServer, GivesNoShell) {
+    const std::optional<std::string> ssh = program("ssh");
+    if (!ssh.has_value())
+        return missing("openssh-client");
+    const Finished finished = run({*ssh, "-F", "none", "-p", port_, "-i", key_, "-o", "IdentitiesOnly=yes",
+                                   "-o", "BatchMode=yes", "-o", "StrictHostKeyChecking=no", "-o",
+                                   "UserKnownHostsFile=/dev/null", user_ + "@127.0.0.1", "echo a-shell"});
+    EXPECT_THAT(finished.output, testing::Not(HasSubstr("a-shell")));
+    EXPECT_THAT(finished.output, HasSubstr("<hello")) << finished.reason();
+}
+
+TEST_F(ATryoutServer, EndsWithItsSshServer) {
+    const std::string server = std::to_string(server_->number());
+    ASSERT_EQ(run({"/usr/bin/pkill", "-KILL", "-P", server, "sshd"}).status, 0);
+    EXPECT_EQ(server_->wait(), 2);
+    EXPECT_THAT(server_->errors(), HasSubstr("sshd: has ended"));
+    EXPECT_FALSE(std::filesystem::exists(key_));
+    server_.reset();
+}
+
+TEST_F(ATryoutServer, CleansUpWhenItsTerminalCloses) {
+    server_->signal(SIGHUP);
+    EXPECT_EQ(server_->wait(), 0) << server_->errors();
+    EXPECT_FALSE(std::filesystem::exists(key_));
+    server_.reset();
 }
 
 TEST_F(ATryoutServer, ServesNcclient) {

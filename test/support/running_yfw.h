@@ -24,6 +24,7 @@ public:
     std::string output();
     std::string errors();
     void signal(int number) const { process_.signal(number); }
+    pid_t number() const { return process_.number(); }
     bool runs() { return process_.runs(); }
     /// The exit status, or 128 + the signal that killed it; nothing when it is still running after the limit.
     std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(10)) {

@@ -10,9 +10,11 @@
 #include <string>
 #include <vector>
 
+#include <grp.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "base/any_readable.h"
 #include "base/error.h"
 #include "base/stop_signals.h"
 #include "device/drift_keeper.h"
@@ -78,8 +80,9 @@ std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
     return access::Nacm(file, files, names);
 }
 
+// Calls `ready` when clients can connect; serves until the descriptor that it returns becomes readable.
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
-                  const ServeOptions &serve, int stop, const std::function<void()> &ready) {
+                  const ServeOptions &serve, const std::function<int()> &ready) {
     NamedDevice named(options, sources::Use::serving);
     const yang::ModuleFiles files(
         {options.openconfig_models, options.native_models, installation().standard_models});
@@ -98,8 +101,7 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     std::optional<device::DriftKeeper> drift_keeper;
     if (serve.keep_applied && named.device.is_applied_to())
         drift_keeper.emplace(service, std::chrono::seconds(serve.drift_interval), say);
-    ready();
-    server.run(stop);
+    server.run(ready());
     service.end();
 }
 
@@ -113,6 +115,27 @@ void permit_many_descriptors() {
     setrlimit(RLIMIT_NOFILE, &limit); // on failure, fewer sessions fit
 }
 
+// Without its SSH server nobody could reach the server any more.
+void serve_with_ssh(const DeviceOptions &device, const ServeOptions &options, netconf::ServerOptions server,
+                    int stop) {
+    SshTryout ssh(options.port);
+    server.socket = ssh.socket();
+    server.groups.owner = geteuid();
+    std::optional<AnyReadable> end;
+    serve_device(device, server, options, [&] {
+        ssh.start();
+        std::cout << ssh.instructions() << std::flush;
+        return end.emplace(std::initializer_list<int>{stop, ssh.end_descriptor()}).descriptor();
+    });
+    ssh.require_running();
+}
+
+// A misspelt group would keep its users out without a word.
+void require_group(const std::string &option, const std::string &group) {
+    if (getgrnam(group.c_str()) == nullptr)
+        throw Error(ErrorTag::invalid_value, option, "this machine has no group \"" + group + "\"");
+}
+
 void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     const StopSignals stop;
     permit_many_descriptors();
@@ -122,17 +145,13 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
-        serve_device(device, server, options, stop.descriptor(),
-                     [&] { std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl; });
+        serve_device(device, server, options, [&] {
+            std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl;
+            return stop.descriptor();
+        });
         return;
     }
-    SshTryout ssh(options.port);
-    server.socket = ssh.socket();
-    server.groups.owner = geteuid();
-    serve_device(device, server, options, stop.descriptor(), [&] {
-        ssh.start();
-        std::cout << ssh.instructions() << std::flush;
-    });
+    serve_with_ssh(device, options, server, stop.descriptor());
 }
 
 } // namespace
@@ -147,12 +166,14 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
     serve->add_option("--port", options->port, "Loopback port of the private sshd; default: a free one")
         ->option_text("PORT")
         ->excludes(socket);
-    serve->add_option("--readers", options->server.groups.readers, "Group of users who may read")
-        ->capture_default_str()
-        ->option_text("GROUP");
-    serve->add_option("--writers", options->server.groups.writers, "Group of users who may read and edit")
-        ->capture_default_str()
-        ->option_text("GROUP");
+    auto *readers =
+        serve->add_option("--readers", options->server.groups.readers, "Group of users who may read")
+            ->capture_default_str()
+            ->option_text("GROUP");
+    auto *writers =
+        serve->add_option("--writers", options->server.groups.writers, "Group of users who may read and edit")
+            ->capture_default_str()
+            ->option_text("GROUP");
     serve
         ->add_option("--nacm", options->nacm,
                      "File of further access rules: a <nacm> document of ietf-netconf-acm")
@@ -179,7 +200,13 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->check(CLI::PositiveNumber)
         ->option_text("BYTES");
     add_device_options(*serve, device);
-    serve->callback([&device, options] { run_serve(device, *options); });
+    serve->callback([&device, options, readers, writers] {
+        if (readers->count() > 0)
+            require_group("--readers", options->server.groups.readers);
+        if (writers->count() > 0)
+            require_group("--writers", options->server.groups.writers);
+        run_serve(device, *options);
+    });
 
     CLI::App *stdio =
         app.add_subcommand("netconf-stdio", "Connect standard input and output to the server's socket");

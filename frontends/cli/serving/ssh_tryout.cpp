@@ -77,6 +77,8 @@ void SshTryout::make_keys() const {
 }
 
 void SshTryout::write_configuration() const {
+    const std::string netconf = std::filesystem::read_symlink("/proc/self/exe").string() +
+                                " netconf-stdio --socket " + socket().string();
     std::ofstream config(files_.path() / "sshd_config");
     config << "Port " << port_ << "\nListenAddress 127.0.0.1\n"
            << "HostKey " << (files_.path() / "host_ed25519").string() << '\n'
@@ -86,8 +88,7 @@ void SshTryout::write_configuration() const {
               "no\nKbdInteractiveAuthentication no\n"
            << "PermitRootLogin prohibit-password\nAllowUsers " << current_user() << '\n'
            << "AllowTcpForwarding no\nX11Forwarding no\nPermitTTY no\nLogLevel INFO\n"
-           << "Subsystem netconf " << std::filesystem::read_symlink("/proc/self/exe").string()
-           << " netconf-stdio --socket " << socket().string() << '\n';
+           << "Subsystem netconf " << netconf << "\nForceCommand " << netconf << '\n'; // no shell
     if (!config.flush())
         throw Error(ErrorTag::operation_failed, (files_.path() / "sshd_config").string(), "cannot be written");
     if (geteuid() == 0)
@@ -124,6 +125,11 @@ std::optional<std::string> SshTryout::start_daemon() {
             return said.substr(0, said.find_first_of("\r\n"));
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
+}
+
+void SshTryout::require_running() {
+    if (!daemon_.runs())
+        throw Error(ErrorTag::operation_failed, "sshd", "has ended, and with it the server");
 }
 
 std::string SshTryout::instructions() const {

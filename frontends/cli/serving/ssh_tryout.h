@@ -28,6 +28,11 @@ public:
     // example because the port is in use.
     void start();
 
+    // Readable once the daemon has ended by itself.
+    int end_descriptor() const { return daemon_.end_descriptor(); }
+    // Throws Error if the daemon has ended by itself.
+    void require_running();
+
     // Text for the user: how to connect.
     std::string instructions() const;
 

@@ -61,6 +61,8 @@ public:
     Process &operator=(const Process &) = delete;
 
     pid_t number() const { return number_; }
+    // Readable once the process has ended; -1 when there is none. Lives as long as this object.
+    int end_descriptor() const { return handle_.get(); }
     bool runs();
     // Sends the signal; does nothing once the process has been reaped.
     void signal(int number) const;

@@ -9,6 +9,7 @@ namespace yfw {
 StopSignals::StopSignals() {
     sigset_t signals;
     sigemptyset(&signals);
+    sigaddset(&signals, SIGHUP);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
     sigprocmask(SIG_BLOCK, &signals, &before_);

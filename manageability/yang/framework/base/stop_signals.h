@@ -1,4 +1,4 @@
-// SIGINT and SIGTERM as a readable descriptor.
+// SIGHUP, SIGINT and SIGTERM as a readable descriptor.
 #ifndef YFW_BASE_STOP_SIGNALS_H
 #define YFW_BASE_STOP_SIGNALS_H
 
@@ -8,8 +8,9 @@
 
 namespace yfw {
 
-// While an instance exists, SIGINT and SIGTERM make descriptor() readable instead of ending the program. Create
-// it before any thread: threads inherit the blocked signals.
+// While an instance exists, the signals make descriptor() readable instead of ending the program. One that was
+// ignored before, as SIGHUP is with nohup, stays ignored. Create it before any thread: threads inherit the blocked
+// signals.
 class StopSignals {
 public:
     // Throws Error when out of descriptors.
