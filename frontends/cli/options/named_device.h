@@ -22,7 +22,8 @@ private:
 };
 
 // The default location of a device's commits: a file in the user's state directory, named after the device's
-// path. Empty for a device given as files, which has no name.
+// path. One that an earlier version made is used under the name that it has. Empty for a device given as files,
+// which has no name.
 std::filesystem::path store_of(const DeviceOptions &options);
 
 // Identifies the device in its store; empty for a device given as files.
