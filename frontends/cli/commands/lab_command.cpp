@@ -152,10 +152,12 @@ std::string next_commands(const lab::Place &place, const lab::Status &status) {
 void forget_commits(const std::filesystem::path &socket) {
     DeviceOptions device;
     device.device = "lldpd:" + socket.string();
-    const std::string store = store_of(device).string();
     std::error_code ignored;
-    for (const char *part : {"", "-wal", "-shm", ".unconfirmed"})
-        std::filesystem::remove(store + part, ignored);
+    for (int names = 0; names < 2; ++names) { // it may have one by its former name, too
+        const std::string store = store_of(device).string();
+        for (const char *part : {"", "-wal", "-shm", ".unconfirmed"})
+            std::filesystem::remove(store + part, ignored);
+    }
 }
 
 void run_up(const LabOptions &options) {

@@ -1,8 +1,11 @@
 #include "frontends/cli/options/named_device.h"
 
-#include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <system_error>
+
+#include "frontends/cli/options/store_name.h"
 
 namespace yfw::cli {
 namespace {
@@ -30,9 +33,14 @@ std::filesystem::path state_directory() {
 std::filesystem::path store_of(const DeviceOptions &options) {
     if (!options.store.empty() || !options.native_files.empty())
         return options.store;
-    std::string name = sources::identity_of(address_of(options));
-    std::replace(name.begin(), name.end(), '/', '%');
-    return state_directory() / (name + ".db");
+    const std::string device = owner_of(options);
+    const std::filesystem::path store = state_directory() / store_name(device);
+    const std::optional<std::string> former = former_store_name(device);
+    std::error_code ignored;
+    if (former.has_value() && !std::filesystem::exists(store, ignored) &&
+        std::filesystem::exists(state_directory() / *former, ignored))
+        return state_directory() / *former;
+    return store;
 }
 
 std::string owner_of(const DeviceOptions &options) {
