@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "base/directories.h"
 #include "base/error.h"
 
 namespace yfw::device {
@@ -20,7 +21,9 @@ std::filesystem::path pending_file(const std::filesystem::path &store) {
 
 void remember_pending(const std::filesystem::path &store, int64_t back_to) {
     const std::filesystem::path path = pending_file(store);
-    std::filesystem::create_directories(path.parent_path());
+    if (const std::error_code error = make_private_directories(path.parent_path()))
+        throw Error(ErrorTag::operation_failed, path.parent_path().string(),
+                    "cannot be made: " + error.message());
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     const std::string text = std::to_string(back_to) + "\n";
     const bool written = file >= 0 &&

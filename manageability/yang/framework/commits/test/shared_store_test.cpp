@@ -1,5 +1,6 @@
 // One file shared by several users.
 #include <cstdint>
+#include <functional>
 #include <future>
 #include <memory>
 #include <string>
@@ -77,6 +78,35 @@ TEST(AReader, SeesTheCommitBeforeWhileOneIsUnderWay) {
     store.on_step([&](Step) { seen.push_back(reader.last().value().number); });
     keep_numbered(store);
     EXPECT_EQ(seen, (std::vector<int64_t>{0, 0, 0, 0, 1}));
+}
+
+TEST(ThreadsThatShareAStore, SeeWholeCommitsInOrder) {
+    const yfw::test::TemporaryDirectory directory;
+    CommitLog store(directory.path() / "commits.db", true);
+    keep_numbered(store);
+    const auto commit = [&store] {
+        for (int i = 0; i < 10; ++i) {
+            keep_numbered(store);
+            store.set_applied_to("run 7");
+        }
+    };
+    const auto read = [&store] {
+        int64_t before = 0;
+        for (int i = 0; i < 100; ++i) {
+            const Commit last = store.last().value();
+            EXPECT_GE(last.number, before);
+            EXPECT_TRUE(is_of_one_piece(last));
+            EXPECT_TRUE(is_gapless(store.history()));
+            store.applied_to();
+            before = last.number;
+        }
+    };
+    std::vector<std::future<void>> threads;
+    for (const std::function<void()> &work : std::vector<std::function<void()>>{commit, commit, read, read})
+        threads.push_back(std::async(std::launch::async, work));
+    for (std::future<void> &thread : threads)
+        thread.get();
+    EXPECT_TRUE(is_sound(store, 20));
 }
 
 TEST(ACommit, WaitsForTheOneThatIsUnderWay) {
