@@ -55,7 +55,7 @@ Editor::Change Editor::changed(const yang::EditNode &edit, const lyd_node *befor
     change.edits = engine_.map_edit(whole, yang::borrowed(before));
     change.after = yang::copy_configuration(before);
     apply_native_edits(schemas_, change.edits, change.after);
-    validate_configuration(schemas_, change.after);
+    in_openconfig_terms(change.edits, [&] { validate_configuration(schemas_, change.after); });
     if (guard)
         guard(shown_before.get(), shown(change.after.get()).get());
     return change;

@@ -1,6 +1,7 @@
 #include "device/native_edits.h"
 
 #include <map>
+#include <string_view>
 
 #include "base/error.h"
 #include "yang/forest.h"
@@ -229,6 +230,29 @@ void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::Na
     applier.finish();
 }
 
+namespace {
+
+// The path in libyang's 'Data location "PATH".'; empty when it names none.
+std::string data_location(std::string_view place) {
+    constexpr std::string_view before = "ata location \"";
+    const size_t found = place.find(before);
+    if (found == std::string_view::npos)
+        return "";
+    place.remove_prefix(found + before.size());
+    return std::string(place.substr(0, place.rfind('"')));
+}
+
+// libyang's last error, at the node that it names.
+Error error_in_data(const ly_ctx *context) {
+    const char *place = ly_errpath(context);
+    const std::string path = place != nullptr ? data_location(place) : "";
+    const std::string message = path.empty() ? "" : ly_errmsg(context);
+    const std::string whole = yang::take_yang_error(context);
+    return Error(ErrorTag::invalid_value, path, path.empty() ? whole : message);
+}
+
+} // namespace
+
 void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration) {
     if (!configuration)
         return;
@@ -237,7 +261,7 @@ void validate_configuration(const yang::Schemas &schemas, yang::DataTree &config
                                 nullptr);
     });
     if (status != LY_SUCCESS)
-        throw Error(ErrorTag::invalid_value, "", yang::take_yang_error(schemas.context()));
+        throw error_in_data(schemas.context());
 }
 
 } // namespace yfw::device
