@@ -20,16 +20,6 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
                         connection.place() + " has no such interface");
 }
 
-// The previous configuration is only used for comparison, so settings that lldpd does not support are not an
-// error.
-WantedSettings settings_before(const lyd_node *configuration) {
-    try {
-        return wanted_settings(configuration);
-    } catch (const Error &) {
-        return {};
-    }
-}
-
 } // namespace
 
 std::string LldpdSource::default_socket() {
@@ -47,21 +37,21 @@ yang::DataTree LldpdSource::read(const ly_ctx *context) {
 void LldpdSource::check(const lyd_node *before, const lyd_node *after) {
     const WantedSettings wanted = wanted_settings(after);
     const Connection connection(socket_);
-    refuse_missing_ports(connection, settings_before(before), wanted);
+    refuse_missing_ports(connection, supported_settings(before), wanted);
 }
 
 void LldpdSource::apply(const lyd_node *before, const lyd_node *after) {
-    const WantedSettings from = settings_before(before);
+    const WantedSettings from = supported_settings(before);
     const WantedSettings wanted = wanted_settings(after);
     const Connection connection(socket_);
     refuse_missing_ports(connection, from, wanted);
-    SettingsWriter(connection).write(wanted, !from.transmit_interval.has_value());
+    SettingsWriter(connection).apply(from, wanted);
 }
 
 void LldpdSource::restore(const lyd_node *configuration) {
     const WantedSettings wanted = wanted_settings(configuration);
     const Connection connection(socket_);
-    SettingsWriter(connection).write(wanted, false);
+    SettingsWriter(connection).restore(wanted);
 }
 
 } // namespace yfw::sources::lldpd
