@@ -61,7 +61,8 @@ void SettingsWriter::change_all(const WantedSettings *before, const WantedSettin
     if (touched(&WantedSettings::system_description))
         change(lldpctl_k_config_description, "setting the system description", now.system_description,
                wanted.system_description);
-    if (touched(&WantedSettings::chassis_id))
+    // Nobody hears of an edit from a device with an empty chassis id, which somebody else has set.
+    if (touched(&WantedSettings::chassis_id) || now.chassis_id == "")
         change(lldpctl_k_config_cid_string, "setting the chassis id", now.chassis_id, wanted.chassis_id);
     if (touched(&WantedSettings::advertises_capabilities))
         change(lldpctl_k_config_chassis_cap_advertise, "selecting the capabilities TLV",
