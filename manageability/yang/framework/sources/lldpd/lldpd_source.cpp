@@ -5,6 +5,7 @@
 #include "sources/lldpd/reader.h"
 #include "sources/lldpd/settings_writer.h"
 #include "sources/lldpd/wanted_settings.h"
+#include "sources/lldpd/wire_limits.h"
 #include "yang/forest.h"
 
 namespace yfw::sources::lldpd {
@@ -18,6 +19,12 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
         if (!there.contains(name) && !before.ports.contains(name))
             throw Error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name='" + name + "']",
                         connection.place() + " has no such interface");
+}
+
+void refuse_what_the_daemon_cannot(const Connection &connection, const WantedSettings &before,
+                                   const WantedSettings &after) {
+    refuse_missing_ports(connection, before, after);
+    refuse_what_lldp_cannot_carry(before, after, read_settings(connection).hold_multiplier);
 }
 
 } // namespace
@@ -37,21 +44,24 @@ yang::DataTree LldpdSource::read(const ly_ctx *context) {
 void LldpdSource::check(const lyd_node *before, const lyd_node *after) {
     const WantedSettings wanted = wanted_settings(after);
     const Connection connection(socket_);
-    refuse_missing_ports(connection, supported_settings(before), wanted);
+    refuse_what_the_daemon_cannot(connection, supported_settings(before), wanted);
 }
 
 void LldpdSource::apply(const lyd_node *before, const lyd_node *after) {
     const WantedSettings from = supported_settings(before);
     const WantedSettings wanted = wanted_settings(after);
     const Connection connection(socket_);
-    refuse_missing_ports(connection, from, wanted);
+    refuse_what_the_daemon_cannot(connection, from, wanted);
     SettingsWriter(connection).apply(from, wanted);
 }
 
+// A configuration that an earlier version has stored may hold values that are now refused. Leaving them out
+// lets the device run, and the configuration be edited.
 void LldpdSource::restore(const lyd_node *configuration) {
     const WantedSettings wanted = wanted_settings(configuration);
     const Connection connection(socket_);
-    SettingsWriter(connection).restore(wanted);
+    const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
+    SettingsWriter(connection).restore(without_what_lldp_cannot_carry(wanted, hold_multiplier));
 }
 
 } // namespace yfw::sources::lldpd
