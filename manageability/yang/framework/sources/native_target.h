@@ -2,6 +2,9 @@
 #ifndef YFW_SOURCES_NATIVE_TARGET_H
 #define YFW_SOURCES_NATIVE_TARGET_H
 
+#include <optional>
+#include <string>
+
 #include "yang/data_tree.h"
 
 namespace yfw::sources {
@@ -23,6 +26,10 @@ public:
     // Makes the device run the whole configuration, whatever it runs now: it may have restarted, or somebody
     // else may have changed it.
     virtual void restore(const lyd_node *configuration) = 0;
+
+    // Identifies the device's present run: changes when the device restarts, and is the same for all processes
+    // of the machine until then. Nothing when it cannot be told, for instance while the device is not running.
+    virtual std::optional<std::string> instance() { return std::nullopt; }
 };
 
 } // namespace yfw::sources

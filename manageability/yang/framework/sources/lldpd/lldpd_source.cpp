@@ -1,6 +1,7 @@
 #include "sources/lldpd/lldpd_source.h"
 
 #include "base/error.h"
+#include "sources/lldpd/daemon_run.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
 #include "sources/lldpd/settings_writer.h"
@@ -62,6 +63,10 @@ void LldpdSource::restore(const lyd_node *configuration) {
     const Connection connection(socket_);
     const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
     SettingsWriter(connection).restore(without_what_lldp_cannot_carry(wanted, hold_multiplier));
+}
+
+std::optional<std::string> LldpdSource::instance() {
+    return daemon_run(socket_);
 }
 
 } // namespace yfw::sources::lldpd
