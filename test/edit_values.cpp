@@ -147,6 +147,15 @@ std::string native_spelling(std::string value) {
     return value.substr(value.find(':') + 1);
 }
 
+// Whether the leaf's type and its "must" allow the value.
+bool is_valid(const ly_ctx *context, const std::string &path, const std::string &value) {
+    lyd_node *tree = nullptr;
+    const bool made = lyd_new_path(nullptr, context, path.c_str(), value.c_str(), 0, &tree) == LY_SUCCESS;
+    const bool valid = made && lyd_validate_all(&tree, nullptr, LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS;
+    lyd_free_all(tree);
+    return valid;
+}
+
 // Whether the native model has a leaf that allows the value.
 bool native_holds(const ly_ctx *context, const std::string &leaf, const std::string &value) {
     const std::string lldp = "/Tarvo-QD-ethernet-lldp-cfg:lldp/";
@@ -157,8 +166,7 @@ bool native_holds(const ly_ctx *context, const std::string &leaf, const std::str
         return allows(context, node_at(context, lldp + "timer"), value, nullptr);
     if (name == "enabled")
         return true;
-    return allows(context, node_at(context, lldp + name),
-                  name == "chassis-id-type" ? native_spelling(value) : value, nullptr);
+    return is_valid(context, lldp + name, name == "chassis-id-type" ? native_spelling(value) : value);
 }
 
 std::string word(const std::string &text) {

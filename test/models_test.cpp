@@ -100,6 +100,22 @@ TEST_F(OtherModels, ThatLackTheLeafThatIsAskedForMakeThePathUnknown) {
               "yfw: /lldp/state/chassis-id: unknown node \"chassis-id\" under \"/lldp/state\"\n");
 }
 
+// As the published models refer to the modules of interfaces, of which there is no data.
+TEST_F(OtherModels, ThatReferToWhatIsNotServedTakeEdits) {
+    directory_.add("ports.yang", "module ports { namespace \"urn:ports\"; prefix p;"
+                                 " container ports { list port { key name; leaf name { type string; } } } }");
+    replace("openconfig-lldp.yang", "  import openconfig-lldp-types {", "{",
+            "  import ports { prefix p; }\n  import openconfig-lldp-types {");
+    replace("openconfig-lldp.yang", "    leaf name {\n      type string;", ";",
+            "    leaf name { type leafref { path \"/p:ports/p:port/p:name\"; }");
+    const std::string store = (directory_.path() / "commits.db").string();
+    const Outcome outcome =
+        run_yfw({.arguments = {"set", "/lldp/interfaces/interface[name='eth9']/config/enabled", "false",
+                               "--device", device, "--store", store, "--models", directory_.path().string()}});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_NE(outcome.output.find("eth9"), std::string::npos) << outcome.output;
+}
+
 struct Refusal {
     const char *what;
     const char *file; // replaced with the content, or removed if that is null

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "device/native_edits.h"
+#include "device/openconfig_terms.h"
 #include "device/suspension.h"
 #include "yang/comparison.h"
 #include "yang/configuration_text.h"
@@ -88,7 +89,7 @@ ConfigurationMapper::Mapped ConfigurationMapper::map(const yang::EditNode &edit,
         if (after != nullptr)
             add_missing(after, read_back(mapped.native.get()).get(), suspended, sent);
     }
-    validate_configuration(schemas_, mapped.native);
+    with_openconfig_errors(mapped.edits, [&] { validate_configuration(schemas_, mapped.native); });
     return mapped;
 }
 

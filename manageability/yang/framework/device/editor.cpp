@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "device/openconfig_terms.h"
 #include "device/store_errors.h"
 #include "yang/comparison.h"
 #include "yang/configuration_text.h"
@@ -11,32 +12,6 @@
 
 namespace yfw::device {
 namespace {
-
-// Strips module names and keys from a data path.
-std::string schema_path(const std::string &path) {
-    std::string plain;
-    for (size_t i = 0; i < path.size(); i++) {
-        if (path[i] == '[')
-            i = std::min(path.find("']", i), path.size() - 2) + 1;
-        else if (path[i] == ':')
-            plain.resize(plain.rfind('/') + 1);
-        else
-            plain += path[i];
-    }
-    return plain;
-}
-
-// The device rejects a native node; report the OpenConfig node that it was mapped from.
-template <class Work> void in_openconfig_terms(const std::vector<host::NativePath> &edits, Work &&work) {
-    try {
-        work();
-    } catch (const Error &error) {
-        for (const host::NativePath &edit : edits)
-            if (edit.path == schema_path(error.path()) && !edit.origin.empty())
-                throw Error(error.tag(), edit.origin, error.path() + ": " + error.what(), error.status());
-        throw;
-    }
-}
 
 // The mapping refuses it.
 bool touches_state(const yang::EditNode &edit) {
@@ -87,8 +62,8 @@ std::string Editor::try_edit(const yang::EditNode &edit) {
     const Configuration running = configurations_.running();
     const Change change = changed(edit, running, {});
     if (target_ != nullptr)
-        in_openconfig_terms(change.edits,
-                            [&] { target_->check(running.native.get(), change.after.native.get()); });
+        with_openconfig_errors(change.edits,
+                               [&] { target_->check(running.native.get(), change.after.native.get()); });
     return difference(running, change.after);
 }
 
@@ -172,7 +147,7 @@ std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change
     made.openconfig = yang::print_configuration(change.after.openconfig.get());
     made.difference = difference(before, change.after);
     if (target_ != nullptr) {
-        in_openconfig_terms(change.edits, [&] { put_into_force(store, before, change.after); });
+        with_openconfig_errors(change.edits, [&] { put_into_force(store, before, change.after); });
         applied = Applied{before.native, change.after.native};
     }
     return made;

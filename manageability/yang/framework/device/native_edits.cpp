@@ -1,6 +1,7 @@
 #include "device/native_edits.h"
 
 #include <map>
+#include <string_view>
 
 #include "base/error.h"
 #include "yang/forest.h"
@@ -229,6 +230,8 @@ void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::Na
     applier.finish();
 }
 
+namespace {} // namespace
+
 void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration) {
     if (!configuration)
         return;
@@ -237,7 +240,7 @@ void validate_configuration(const yang::Schemas &schemas, yang::DataTree &config
                                 nullptr);
     });
     if (status != LY_SUCCESS)
-        throw Error(ErrorTag::invalid_value, "", yang::take_yang_error(schemas.context()));
+        throw yang::take_data_error(schemas.context());
 }
 
 } // namespace yfw::device

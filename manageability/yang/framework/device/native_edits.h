@@ -17,7 +17,7 @@ namespace yfw::device {
 void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::NativePath> &edits,
                         yang::DataTree &configuration);
 
-// Validates the configuration against its models; throws Error.
+// Validates the configuration against its models; throws Error with the native node.
 void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration);
 
 } // namespace yfw::device

@@ -18,14 +18,17 @@ public:
     // Rejects what the device does not support. Changes nothing.
     virtual void check(const lyd_node *before, const lyd_node *after) = 0;
 
-    // Changes the device's configuration from `before` to `after`. When it throws, it has rolled back what it
-    // applied.
+    // Changes the device's configuration from `before` to `after`: writes only what differs between the two, or
+    // is needed for that. Other settings stay as they are, even those that somebody else has changed on the
+    // device. When it throws, it has rolled back what it applied.
     virtual void apply(const lyd_node *before, const lyd_node *after) = 0;
 
-    // Makes the device run the configuration, whatever it runs now: it may have restarted.
+    // Makes the device run the whole configuration, whatever it runs now: it may have restarted, or somebody
+    // else may have changed it.
     virtual void restore(const lyd_node *configuration) = 0;
 
-    // Identifies this run of the device: another one after a restart. Nothing when that cannot be told.
+    // Identifies the device's present run: changes when the device restarts, and is the same for all processes
+    // of the machine until then. Nothing when it cannot be told, for instance while the device is not running.
     virtual std::optional<std::string> instance() { return std::nullopt; }
 };
 

@@ -101,18 +101,12 @@ void add_leaves_behind_keys(lyd_node *entry) {
     }
 }
 
-// libyang's last error, about the data node that it names: Data location "/module:top/leaf".
+// In paths as clients write them, without module names.
 Error invalid_data(const ly_ctx *context) {
-    const std::string location = ly_errpath(context) != nullptr ? ly_errpath(context) : "";
-    const std::string reason = ly_errmsg(context) != nullptr ? ly_errmsg(context) : "is invalid";
-    ly_err_clean(const_cast<ly_ctx *>(context), nullptr);
-    const size_t start = location.find('"');
-    std::string path =
-        start != std::string::npos ? location.substr(start + 1, location.rfind('"') - start - 1) : "";
-    const size_t colon = path.find(':');
-    if (colon != std::string::npos)
-        path = "/" + path.substr(colon + 1);
-    return Error(ErrorTag::invalid_value, path, reason);
+    const Error error = take_data_error(context);
+    const size_t colon = error.path().find(':');
+    return Error(error.tag(), colon != std::string::npos ? "/" + error.path().substr(colon + 1) : error.path(),
+                 error.what());
 }
 
 class Applier {

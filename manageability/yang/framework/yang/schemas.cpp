@@ -1,6 +1,7 @@
 #include "yang/schemas.h"
 
 #include <initializer_list>
+#include <set>
 
 #include "base/error.h"
 #include "yang/path_words.h"
@@ -44,6 +45,30 @@ const lysc_node *top_node(const lys_module *module, std::string_view name) {
     return nullptr;
 }
 
+using Modules = std::set<const lys_module *>;
+
+bool leads_outside(const lysc_type_leafref &reference, const Modules &modules) {
+    LY_ARRAY_COUNT_TYPE i = 0;
+    LY_ARRAY_FOR(reference.prefixes, i) {
+        if (reference.prefixes[i].mod != nullptr && !modules.contains(reference.prefixes[i].mod))
+            return true;
+    }
+    return false;
+}
+
+// References to what is not mapped, such as the published models' to interfaces, cannot be followed: there is
+// no data of it. libyang has no option for that, only the type's own flag.
+void let_references_dangle(const lysc_node *node, const Modules &mapped) {
+    if (node->nodetype == LYS_LEAF) {
+        lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(node)->type;
+        auto *reference = reinterpret_cast<lysc_type_leafref *>(type);
+        if (type->basetype == LY_TYPE_LEAFREF && leads_outside(*reference, mapped))
+            reference->require_instance = 0;
+    }
+    for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next)
+        let_references_dangle(child, mapped);
+}
+
 } // namespace
 
 Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
@@ -67,6 +92,10 @@ Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem:
     if (openconfig_root_ == nullptr)
         throw Error(ErrorTag::operation_failed, openconfig_dir.string(),
                     "module " + openconfig + " has no top container " + modules.top);
+    Modules mapped;
+    for (const std::string &module : modules.openconfig)
+        mapped.insert(ly_ctx_get_module_implemented(context, module.c_str()));
+    let_references_dangle(openconfig_root_, mapped);
 }
 
 const lysc_node *Schemas::native_root(std::string_view ns, std::string_view name) const {
@@ -99,6 +128,19 @@ std::string take_yang_error(const ly_ctx *context) {
         text.append(" (").append(path).append(")");
     ly_err_clean(const_cast<ly_ctx *>(context), nullptr);
     return text;
+}
+
+// libyang names it so: Data location "PATH".
+Error take_data_error(const ly_ctx *context) {
+    const std::string place = ly_errpath(context) != nullptr ? ly_errpath(context) : "";
+    const std::string message = ly_errmsg(context) != nullptr ? ly_errmsg(context) : "";
+    const std::string whole = take_yang_error(context);
+    constexpr std::string_view before = "ata location \"";
+    const size_t found = place.find(before);
+    if (found == std::string::npos)
+        return Error(ErrorTag::invalid_value, "", whole);
+    const size_t start = found + before.size();
+    return Error(ErrorTag::invalid_value, place.substr(start, place.rfind('"') - start), message);
 }
 
 const lysc_node *schema_child(const lysc_node *parent, std::string_view name) {

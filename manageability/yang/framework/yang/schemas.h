@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/error.h"
 #include "yang/data_tree.h"
 
 namespace yfw::yang {
@@ -49,6 +50,10 @@ private:
 
 // libyang's last error: the message, and the location if known. Clears the errors.
 std::string take_yang_error(const ly_ctx *context);
+
+// libyang's last error as invalid-value at the data node that it names; without a path if it names none. Clears
+// the errors.
+Error take_data_error(const ly_ctx *context);
 
 // The schema child of `parent` by this name, preferring the parent's own module to augmentations; NULL when
 // there is none.

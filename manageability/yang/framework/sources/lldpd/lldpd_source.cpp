@@ -1,10 +1,12 @@
 #include "sources/lldpd/lldpd_source.h"
 
 #include "base/error.h"
+#include "sources/lldpd/daemon_run.h"
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/reader.h"
 #include "sources/lldpd/settings_writer.h"
 #include "sources/lldpd/wanted_settings.h"
+#include "sources/lldpd/wire_limits.h"
 #include "yang/forest.h"
 
 namespace yfw::sources::lldpd {
@@ -20,14 +22,10 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
                         connection.place() + " has no such interface");
 }
 
-// The previous configuration is only used for comparison, so settings that lldpd does not support are not an
-// error.
-WantedSettings settings_before(const lyd_node *configuration) {
-    try {
-        return wanted_settings(configuration);
-    } catch (const Error &) {
-        return {};
-    }
+void refuse_what_the_daemon_cannot(const Connection &connection, const WantedSettings &before,
+                                   const WantedSettings &after) {
+    refuse_missing_ports(connection, before, after);
+    refuse_what_lldp_cannot_carry(before, after, read_settings(connection).hold_multiplier);
 }
 
 } // namespace
@@ -47,21 +45,28 @@ yang::DataTree LldpdSource::read(const ly_ctx *context) {
 void LldpdSource::check(const lyd_node *before, const lyd_node *after) {
     const WantedSettings wanted = wanted_settings(after);
     const Connection connection(socket_);
-    refuse_missing_ports(connection, settings_before(before), wanted);
+    refuse_what_the_daemon_cannot(connection, supported_settings(before), wanted);
 }
 
 void LldpdSource::apply(const lyd_node *before, const lyd_node *after) {
-    const WantedSettings from = settings_before(before);
+    const WantedSettings from = supported_settings(before);
     const WantedSettings wanted = wanted_settings(after);
     const Connection connection(socket_);
-    refuse_missing_ports(connection, from, wanted);
-    SettingsWriter(connection).write(wanted, !from.transmit_interval.has_value());
+    refuse_what_the_daemon_cannot(connection, from, wanted);
+    SettingsWriter(connection).apply(from, wanted);
 }
 
+// A configuration that an earlier version has stored may hold values that are now refused. Leaving them out
+// lets the device run, and the configuration be edited.
 void LldpdSource::restore(const lyd_node *configuration) {
     const WantedSettings wanted = wanted_settings(configuration);
     const Connection connection(socket_);
-    SettingsWriter(connection).write(wanted, false);
+    const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
+    SettingsWriter(connection).restore(without_what_lldp_cannot_carry(wanted, hold_multiplier));
+}
+
+std::optional<std::string> LldpdSource::instance() {
+    return daemon_run(socket_);
 }
 
 } // namespace yfw::sources::lldpd

@@ -2,6 +2,7 @@
 #ifndef YFW_SOURCES_LLDPD_LLDPD_SOURCE_H
 #define YFW_SOURCES_LLDPD_LLDPD_SOURCE_H
 
+#include <optional>
 #include <string>
 
 #include "sources/native_source.h"
@@ -23,6 +24,7 @@ public:
     void check(const lyd_node *before, const lyd_node *after) override;
     void apply(const lyd_node *before, const lyd_node *after) override;
     void restore(const lyd_node *configuration) override;
+    std::optional<std::string> instance() override;
 
 private:
     std::string socket_;

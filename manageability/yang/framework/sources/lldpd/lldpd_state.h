@@ -70,11 +70,12 @@ struct Port {
     std::vector<Neighbor> neighbors; // only those heard by LLDP
 };
 
-// The configured settings that the native models can express.
+// The configured settings that the native models can express, and the hold multiplier, which they cannot.
 struct DaemonSettings {
     bool paused = false;
-    uint32_t transmit_interval = 30; // seconds
-    std::optional<std::string> system_name;
+    uint32_t transmit_interval = 30;        // seconds
+    uint32_t hold_multiplier = 4;           // the time to live is that many intervals
+    std::optional<std::string> system_name; // may have been set to an empty text, like the next two
     std::optional<std::string> system_description;
     std::optional<std::string> chassis_id;
     bool advertises_capabilities = true;

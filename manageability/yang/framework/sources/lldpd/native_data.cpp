@@ -31,7 +31,7 @@ std::optional<uint64_t> wrapped(const std::optional<uint64_t> &count) {
     return count.has_value() ? std::optional<uint64_t>(static_cast<uint32_t>(*count)) : std::nullopt;
 }
 
-// A neighbor may announce any bytes as text; text that a YANG string cannot hold counts as not announced.
+// A neighbor may announce any bytes as text, and so may this device; text that a YANG string cannot hold counts as not announced.
 std::optional<std::string> clean(const std::optional<std::string> &text) {
     return text.has_value() && !text->empty() && yang::is_yang_text(text->c_str()) ? text : std::nullopt;
 }
@@ -169,6 +169,31 @@ void write_suppression(const Inner &lldp, const DaemonSettings &settings) {
         select.inner("management-address").leaf("disable", std::string("true"));
 }
 
+// Somebody else may have set a text that a YANG string cannot hold, or an empty chassis id.
+void write_texts(const Inner &lldp, const DaemonSettings &settings) {
+    const auto configured = [](const std::optional<std::string> &text) {
+        return text.has_value() && yang::is_yang_text(text->c_str()) ? text : std::nullopt;
+    };
+    lldp.leaf("system-name", configured(settings.system_name));
+    lldp.leaf("system-description", configured(settings.system_description));
+    const std::optional<std::string> chassis_id = clean(settings.chassis_id);
+    lldp.leaf("chassis-id", chassis_id);
+    if (chassis_id.has_value())
+        lldp.leaf("chassis-id-type", std::string("local"));
+}
+
+// A mapping may take a timer or a selection of TLVs to mean that LLDP is on, so these are left out while it is
+// off.
+void write_global(const Inner &lldp, const DaemonSettings &settings) {
+    lldp.leaf("enable", std::string(settings.paused ? "false" : "true"));
+    const uint32_t interval = settings.transmit_interval;
+    if (!settings.paused && interval >= shortest_interval && interval <= longest_interval)
+        lldp.leaf("timer", uint64_t{interval});
+    write_texts(lldp, settings);
+    if (!settings.paused)
+        write_suppression(lldp, settings);
+}
+
 } // namespace
 
 std::string device_id(const Neighbor &neighbor) {
@@ -179,11 +204,12 @@ yang::DataTree operational_data(const ly_ctx *context, const State &state) {
     yang::DataTree data;
     const Inner lldp(context, oper_module, "lldp", data);
     const Inner info = lldp.inner("global-lldp").inner("lldp-info");
-    info.leaf("chassis-id", state.local.id);
+    const std::optional<std::string> name = clean(state.local.name);
+    info.leaf("chassis-id", clean(state.local.id));
     info.leaf("chassis-id-sub-type", state.local.id_subtype);
-    info.leaf("system-name", state.local.name);
-    info.leaf("system-description", state.local.description);
-    const Inner node = lldp.inner("nodes").entry("node", state.local.name.value_or("lldpd"));
+    info.leaf("system-name", name);
+    info.leaf("system-description", clean(state.local.description));
+    const Inner node = lldp.inner("nodes").entry("node", name.value_or("lldpd"));
     write_neighbors(node, state.ports);
     write_interfaces(node, state.ports, state.settings.paused);
     const Counters sums = sum_of(state.ports);
@@ -202,23 +228,12 @@ yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface
 
 yang::DataTree configuration_data(const ly_ctx *context, const State &state) {
     yang::DataTree data;
-    const DaemonSettings &settings = state.settings;
-    if (!settings.paused) {
-        const Inner lldp(context, cfg_module, "lldp", data);
-        lldp.leaf("enable", std::string("true"));
-        if (settings.transmit_interval >= shortest_interval && settings.transmit_interval <= longest_interval)
-            lldp.leaf("timer", uint64_t{settings.transmit_interval});
-        lldp.leaf("system-name", settings.system_name);
-        lldp.leaf("system-description", settings.system_description);
-        lldp.leaf("chassis-id", settings.chassis_id);
-        if (settings.chassis_id.has_value())
-            lldp.leaf("chassis-id-type", std::string("local"));
-        write_suppression(lldp, settings);
-    }
+    const bool paused = state.settings.paused;
+    write_global(Inner(context, cfg_module, "lldp", data), state.settings);
     const Inner interfaces(context, ifmgr_module, "interface-configurations", data);
     for (const Port &port : state.ports) {
         const Inner entry = interfaces.entry("interface-configuration", "act", port.name);
-        if (!settings.paused && port.status != PortStatus{})
+        if (!paused && port.status != PortStatus{})
             write_switches(entry.inner("lldp", cfg_module), port.status);
     }
     return data;

@@ -15,8 +15,9 @@ yang::DataTree operational_data(const ly_ctx *context, const State &state);
 // The operational data of a single neighbor.
 yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor);
 
-// The daemon's running configuration: "Tarvo-QD-ethernet-lldp-cfg" and "Tarvo-QD-ifmgr-cfg". An interval
-// outside the native timer's range is omitted.
+// The daemon's running configuration: "Tarvo-QD-ethernet-lldp-cfg" and "Tarvo-QD-ifmgr-cfg". Omits an interval
+// outside the native timer's range, texts that a YANG string cannot hold, and, while LLDP is off, the interval,
+// the selection of TLVs and the ports' settings.
 yang::DataTree configuration_data(const ly_ctx *context, const State &state);
 
 // The native models' identifier for a neighbor: its system name, or "[DISABLED]" when it announced none or one

@@ -73,6 +73,38 @@ std::vector<CustomTlv> read_tlvs(lldpctl_atom_t *remote_port) {
     return tlvs;
 }
 
+// The library reads a text that was set to empty like one that was not set. The announcement tells them apart:
+// instead of a text that was not set, the daemon announces one of its own, which is never empty.
+std::optional<std::string> configured_text(const Atom &configuration, lldpctl_key_t key, const Atom &chassis,
+                                           lldpctl_key_t announced) {
+    const auto set = text(configuration.get(), key);
+    return set.has_value() || text(chassis.get(), announced).has_value() ? set : std::optional<std::string>("");
+}
+
+Atom local_chassis(const Connection &connection) {
+    return connection.expect(lldpctl_get_local_chassis(connection.handle()), "reading the chassis");
+}
+
+DaemonSettings settings_of(const Connection &connection, const Atom &chassis) {
+    const Atom atom =
+        connection.expect(lldpctl_get_configuration(connection.handle()), "reading the configuration");
+    DaemonSettings settings;
+    settings.paused = number<int>(atom.get(), lldpctl_k_config_paused).value_or(0) != 0;
+    settings.transmit_interval =
+        number<uint32_t>(atom.get(), lldpctl_k_config_tx_interval).value_or(settings.transmit_interval);
+    settings.hold_multiplier =
+        number<uint32_t>(atom.get(), lldpctl_k_config_tx_hold).value_or(settings.hold_multiplier);
+    settings.system_name = configured_text(atom, lldpctl_k_config_hostname, chassis, lldpctl_k_chassis_name);
+    settings.system_description =
+        configured_text(atom, lldpctl_k_config_description, chassis, lldpctl_k_chassis_descr);
+    settings.chassis_id = configured_text(atom, lldpctl_k_config_cid_string, chassis, lldpctl_k_chassis_id);
+    settings.advertises_capabilities =
+        number<int>(atom.get(), lldpctl_k_config_chassis_cap_advertise).value_or(1) != 0;
+    settings.advertises_addresses =
+        number<int>(atom.get(), lldpctl_k_config_chassis_mgmt_advertise).value_or(1) != 0;
+    return settings;
+}
+
 Port read_port(const std::string &name, lldpctl_atom_t *atom) {
     Port port;
     port.name = name;
@@ -159,27 +191,13 @@ void for_each_port(const Connection &connection,
 }
 
 DaemonSettings read_settings(const Connection &connection) {
-    const Atom atom =
-        connection.expect(lldpctl_get_configuration(connection.handle()), "reading the configuration");
-    DaemonSettings settings;
-    settings.paused = number<int>(atom.get(), lldpctl_k_config_paused).value_or(0) != 0;
-    settings.transmit_interval =
-        number<uint32_t>(atom.get(), lldpctl_k_config_tx_interval).value_or(settings.transmit_interval);
-    settings.system_name = text(atom.get(), lldpctl_k_config_hostname);
-    settings.system_description = text(atom.get(), lldpctl_k_config_description);
-    settings.chassis_id = text(atom.get(), lldpctl_k_config_cid_string);
-    settings.advertises_capabilities =
-        number<int>(atom.get(), lldpctl_k_config_chassis_cap_advertise).value_or(1) != 0;
-    settings.advertises_addresses =
-        number<int>(atom.get(), lldpctl_k_config_chassis_mgmt_advertise).value_or(1) != 0;
-    return settings;
+    return settings_of(connection, local_chassis(connection));
 }
 
 State read_state(const Connection &connection) {
     State state;
-    state.settings = read_settings(connection);
-    const Atom chassis =
-        connection.expect(lldpctl_get_local_chassis(connection.handle()), "reading the chassis");
+    const Atom chassis = local_chassis(connection);
+    state.settings = settings_of(connection, chassis);
     state.local = read_chassis(chassis.get());
     for_each_port(connection, [&](const std::string &name, lldpctl_atom_t *port) {
         state.ports.push_back(read_port(name, port));

@@ -16,20 +16,27 @@ namespace yfw::sources::lldpd {
 using PortStatuses = std::map<std::string, PortStatus, std::less<>>;
 PortStatuses read_port_statuses(const Connection &connection);
 
-// Writes the settings that differ from the running ones. Undoes what it has written when a write fails.
+// Writes settings where the daemon runs others. Both functions undo what they have written when a write fails,
+// and throw Error.
 class SettingsWriter {
 public:
-    explicit SettingsWriter(const Connection &connection);
+    explicit SettingsWriter(const Connection &connection) : connection_(connection) {}
 
-    // `keeps_interval`: keep the daemon's own interval when none is wanted. Throws Error.
-    void write(const WantedSettings &wanted, bool keeps_interval);
+    // Writes what differs between the two, and what that needs.
+    void apply(const WantedSettings &before, const WantedSettings &after) { write(&before, after); }
+
+    // Writes everything.
+    void restore(const WantedSettings &wanted) { write(nullptr, wanted); }
 
 private:
-    void change_all(const WantedSettings &wanted, bool keeps_interval);
-    void change_ports(const WantedSettings &wanted);
+    // `before`: NULL for everything.
+    void write(const WantedSettings *before, const WantedSettings &wanted);
+    void change_all(const WantedSettings *before, const WantedSettings &wanted);
+    void change_ports(const WantedSettings *before, const WantedSettings &wanted);
     void change(lldpctl_key_t key, const char *what, long now, long wanted);
     void change(lldpctl_key_t key, const char *what, const std::optional<std::string> &now,
                 const std::optional<std::string> &wanted);
+    Atom configuration() const;
     void check(const lldpctl_atom_t *same, const std::string &doing) const;
     void set(lldpctl_key_t key, const char *what, long value);
     void set(lldpctl_key_t key, const char *what, const std::optional<std::string> &value);
@@ -39,7 +46,6 @@ private:
     void take_back() noexcept;
 
     const Connection &connection_;
-    Atom configuration_;
     std::vector<std::function<void()>> undo_; // run in reverse order
 };
 

@@ -38,6 +38,11 @@ bool holds(const lyd_node *top, std::initializer_list<const char *> names) {
     throw Error(ErrorTag::operation_not_supported, yang::path_of(node), reason);
 }
 
+// A chassis id without a type is sent as local, too.
+bool is_local(const lyd_node *kind) {
+    return kind == nullptr || text(kind) == "local";
+}
+
 void refuse_what_lldpd_cannot(const lyd_node *lldp) {
     for (const char *tlv : {"system-name", "system-description", "port-description"})
         if (holds(lldp, {"tlv-select", tlv, "disable"}))
@@ -46,7 +51,7 @@ void refuse_what_lldpd_cannot(const lyd_node *lldp) {
         if (const lyd_node *leaf = below(lldp, {time}))
             refuse(leaf, "lldpd does not let this time be set");
     const lyd_node *kind = below(lldp, {"chassis-id-type"});
-    if (kind != nullptr && text(kind) != "local")
+    if (!is_local(kind))
         refuse(kind, "lldpd sends a configured chassis id as \"local\" only");
     if (kind != nullptr && below(lldp, {"chassis-id"}) == nullptr)
         refuse(kind, "lldpd sends a \"local\" chassis id only when \"chassis-id\" is set");
@@ -82,8 +87,12 @@ PortStatus WantedSettings::of_port(const std::string &name) const {
 }
 
 WantedSettings wanted_settings(const lyd_node *configuration) {
+    refuse_what_lldpd_cannot(child(configuration, cfg_module, "lldp"));
+    return supported_settings(configuration);
+}
+
+WantedSettings supported_settings(const lyd_node *configuration) {
     const lyd_node *lldp = child(configuration, cfg_module, "lldp");
-    refuse_what_lldpd_cannot(lldp);
     WantedSettings wanted;
     wanted.everywhere = holds(lldp, {"enable"});
     wanted.runs = wanted.everywhere;
@@ -91,7 +100,8 @@ WantedSettings wanted_settings(const lyd_node *configuration) {
         wanted.transmit_interval = static_cast<uint32_t>(std::stoul(*interval));
     wanted.system_name = text(below(lldp, {"system-name"}));
     wanted.system_description = text(below(lldp, {"system-description"}));
-    wanted.chassis_id = text(below(lldp, {"chassis-id"}));
+    if (is_local(below(lldp, {"chassis-id-type"})))
+        wanted.chassis_id = text(below(lldp, {"chassis-id"}));
     wanted.advertises_capabilities = !holds(lldp, {"tlv-select", "system-capabilities", "disable"});
     wanted.advertises_addresses = !holds(lldp, {"tlv-select", "management-address", "disable"});
     read_ports(configuration, wanted);

@@ -11,6 +11,10 @@
 
 namespace yfw::sources::lldpd {
 
+// The transmit interval when none is configured, in seconds: lldpd's default, and what IEEE Std 802.1AB clause
+// 9.2.5.7 recommends.
+inline constexpr uint32_t usual_interval = 30;
+
 struct WantedSettings {
     bool runs = false;                         // at least one interface speaks LLDP
     bool everywhere = false;                   // interfaces without their own settings do too
@@ -29,6 +33,9 @@ struct WantedSettings {
 // or the port description, send a chassis id of a type other than "local", or change its hold or
 // reinitialization time.
 WantedSettings wanted_settings(const lyd_node *configuration);
+
+// The same without the errors: what lldpd cannot do is left out.
+WantedSettings supported_settings(const lyd_node *configuration);
 
 } // namespace yfw::sources::lldpd
 

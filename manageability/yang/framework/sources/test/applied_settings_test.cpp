@@ -1,6 +1,5 @@
 // Applies native configurations to a running lldpd and checks them with lldpcli, on the daemon and on its
 // neighbor.
-#include <memory>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -8,102 +7,22 @@
 
 #include "base/error.h"
 #include "native_modules.h"
-#include "sources/lldpd/lldpd_source.h"
 #include "support/eventually.h"
-#include "support/lab.h"
 #include "support/native_xml.h"
+#include "two_routers.h"
 
 namespace yfw::sources::test {
 namespace {
 
-using testing::ElementsAre;
 using yfw::test::element;
 using yfw::test::eventually;
-using yfw::test::Laboratory;
 using yfw::test::native_configuration;
 
 const std::string on = element("enable", "true");
 const std::string no_transmit = element("transmit", element("disable", "true"));
 const std::string no_receive = element("receive", element("disable", "true"));
 
-std::string with_interface(const std::string &global, const std::string &name, const std::string &lldp) {
-    return native_configuration(global) +
-           "<interface-configurations xmlns=\"urn:tarvo:yang:Tarvo-QD-ifmgr-cfg\">" +
-           element("interface-configuration", element("active", "act") + element("interface-name", name) +
-                                                  "<lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\">" +
-                                                  lldp + "</lldp>") +
-           "</interface-configurations>";
-}
-
-// Two routers, a and b, with two cables. All tests of a process share one laboratory.
-class AConfiguration : public testing::Test {
-protected:
-    static void TearDownTestSuite() { lab_.reset(); }
-
-    void SetUp() override {
-        const std::string obstacle = yfw::test::lab_obstacle();
-        if (!obstacle.empty() && yfw::test::lab_is_required())
-            FAIL() << obstacle;
-        if (!obstacle.empty())
-            GTEST_SKIP() << obstacle;
-        // Not in SetUpTestSuite: if that fails, the tests count as skipped.
-        if (lab_ == nullptr)
-            lab_ = std::make_unique<Laboratory>(R"({
-              "routers": [{"name": "a", "system-name": "a.example.net", "system-description": "Router a"},
-                          {"name": "b", "system-name": "b.example.net", "system-description": "Router b"}],
-              "links": [["a:eth1", "b:eth1"], ["a:eth2", "b:eth2"]]})");
-    }
-    void TearDown() override {
-        if (lab_ == nullptr)
-            return;
-        restore(native_configuration(on));
-        // A configuration without a timer leaves the daemon's interval alone.
-        lab_->configure("a", {"lldp", "tx-interval", std::to_string(yfw::test::lab_interval)});
-    }
-
-    static lldpd::LldpdSource device() { return lldpd::LldpdSource(lab_->socket("a")); }
-    static void apply(const std::string &before, const std::string &after) {
-        const yang::DataTree from = native_data(before), to = native_data(after);
-        device().apply(from.get(), to.get());
-    }
-    static void restore(const std::string &configuration) {
-        device().restore(native_data(configuration).get());
-    }
-
-    // The status of an interface of a, as lldpcli reports it.
-    static std::string status(const std::string &interface) {
-        const nlohmann::json told = lab_->ask("a", {"interfaces", "details"});
-        for (const auto &each : told.at("/lldp/0/interface"_json_pointer))
-            if (each.at("name") == interface)
-                return each.at("/status/0/value"_json_pointer);
-        return "no such interface";
-    }
-    static nlohmann::json setting(const std::string &name) {
-        return lab_->ask("a", {"configuration"})
-            .at("/configuration/0/config/0"_json_pointer)
-            .at(name)
-            .at("/0/value"_json_pointer);
-    }
-    // What b hears from a on eth1: "KIND ID, NAME, DESCRIPTION".
-    static std::string chassis_heard() {
-        std::string text;
-        for (const nlohmann::json &neighbor : lab_->neighbors("b", "eth1")) {
-            const auto value = [&](const std::string &of) {
-                return neighbor.value(nlohmann::json::json_pointer("/chassis/0/" + of), "");
-            };
-            text += value("id/0/type") + " " + value("id/0/value") + ", " + value("name/0/value") + ", " +
-                    value("descr/0/value");
-        }
-        return text;
-    }
-    static bool hears(const std::string &router, const std::string &interface) {
-        return !lab_->names_heard(router, interface).empty();
-    }
-
-    static std::unique_ptr<Laboratory> lab_;
-};
-
-std::unique_ptr<Laboratory> AConfiguration::lab_;
+class AConfiguration : public TwoRouters {};
 
 TEST_F(AConfiguration, OfTransmissionAloneIsHeardByTheNeighborAndHearsNothing) {
     ASSERT_TRUE(eventually([] { return hears("a", "eth1") && hears("b", "eth1"); }));
@@ -170,9 +89,9 @@ TEST_F(AConfiguration, WithoutATimerLeavesTheDaemonItsOwnInterval) {
 }
 
 TEST_F(AConfiguration, OfTlvsLeavesThemOutOfTheFrames) {
-    lab_->ip("a", {"address", "add", "192.0.2.77/24", "dev", "eth1"});
+    lab().ip("a", {"address", "add", "192.0.2.77/24", "dev", "eth1"});
     const auto announces = [](const char *what) {
-        const auto heard = lab_->neighbors("b", "eth1");
+        const auto heard = lab().neighbors("b", "eth1");
         return heard.size() == 1 && heard.front().at("/chassis/0"_json_pointer).contains(what);
     };
     ASSERT_TRUE(eventually([&] { return announces("capability") && announces("mgmt-ip"); }));
@@ -186,31 +105,31 @@ TEST_F(AConfiguration, OfTlvsLeavesThemOutOfTheFrames) {
 }
 
 TEST_F(AConfiguration, ThatNamesAnUnknownInterfaceIsRefusedAndChangesNothing) {
-    const nlohmann::json settings = lab_->ask("a", {"configuration"});
+    const nlohmann::json settings = lab().ask("a", {"configuration"});
     const std::string after =
         with_interface(on + element("system-name", "changed") + element("timer", "7"), "eth9", on + no_receive);
     const yang::DataTree from = native_data(native_configuration(on)), to = native_data(after);
     EXPECT_THROW(device().check(from.get(), to.get()), Error);
-    EXPECT_EQ(lab_->ask("a", {"configuration"}), settings);
+    EXPECT_EQ(lab().ask("a", {"configuration"}), settings);
     EXPECT_EQ(status("eth1"), "RX and TX");
 }
 
 TEST_F(AConfiguration, ThatIsCheckedIsNotApplied) {
-    const nlohmann::json settings = lab_->ask("a", {"configuration"});
+    const nlohmann::json settings = lab().ask("a", {"configuration"});
     const yang::DataTree from = native_data(native_configuration(on)),
                          to = native_data(
                              with_interface(on + element("system-name", "changed"), "eth1", no_receive));
     device().check(from.get(), to.get());
-    EXPECT_EQ(lab_->ask("a", {"configuration"}), settings);
+    EXPECT_EQ(lab().ask("a", {"configuration"}), settings);
     EXPECT_EQ(status("eth1"), "RX and TX");
 }
 
 TEST_F(AConfiguration, ThatIsRestoredHoldsWhateverTheDaemonRunsNow) {
     const std::string wanted = with_interface(on + element("system-name", "restored"), "eth1", on + no_receive);
     restore(wanted);
-    lab_->configure("a", {"system", "hostname", "by hand"});
-    lab_->configure("a", {"ports", "eth1", "lldp", "status", "disabled"});
-    lab_->configure("a", {"ports", "eth2", "lldp", "status", "rx-only"});
+    lab().configure("a", {"system", "hostname", "by hand"});
+    lab().configure("a", {"ports", "eth1", "lldp", "status", "disabled"});
+    lab().configure("a", {"ports", "eth2", "lldp", "status", "rx-only"});
     restore(wanted);
     EXPECT_EQ(setting("hostname"), "restored");
     EXPECT_EQ(status("eth1"), "TX only");

@@ -90,6 +90,50 @@ TEST(TextsThatWereNotSet, AreNotConfigured) {
         EXPECT_THAT(configured(state, leaf), ElementsAre()) << leaf;
 }
 
+TEST(TextsThatWereSetToEmpty, AreConfiguredAsEmptyExceptForTheChassisId) {
+    State state = running_state();
+    state.settings.system_name = state.settings.system_description = state.settings.chassis_id = "";
+    const WantedSettings wanted = configured_again(state);
+    EXPECT_EQ(wanted.system_name, "");
+    EXPECT_EQ(wanted.system_description, "");
+    EXPECT_EQ(wanted.chassis_id, std::nullopt);
+}
+
+// lldpcli sets any octets.
+TEST(TextsThatNoYangStringHolds, AreLeftOut) {
+    for (const char *text : {"\x01", "a\x7f\xff", "\xc3", "\xef\xbf\xbf"}) {
+        State state = running_state();
+        state.settings.system_name = state.settings.system_description = state.settings.chassis_id = text;
+        state.local.name = state.local.description = text;
+        state.local.id = text;
+        const WantedSettings wanted = configured_again(state);
+        EXPECT_EQ(wanted.system_name, std::nullopt);
+        EXPECT_EQ(wanted.system_description, std::nullopt);
+        EXPECT_EQ(wanted.chassis_id, std::nullopt);
+        for (const char *leaf : {"chassis-id", "system-name", "system-description"})
+            EXPECT_THAT(operational_values(state, std::string("/global-lldp/lldp-info/") + leaf), ElementsAre());
+    }
+}
+
+TEST(TextsOfAPausedDaemon, AreConfiguredAsTheyAre) {
+    State state = running_state();
+    state.settings.paused = true;
+    state.settings.system_name = "r1";
+    state.settings.chassis_id = "rack 4";
+    EXPECT_EQ(configured_again(state).system_name, "r1");
+    EXPECT_EQ(configured_again(state).chassis_id, "rack 4");
+}
+
+// A mapping takes these to mean that LLDP is on.
+TEST(TheIntervalAndTheTlvsOfAPausedDaemon, AreNotConfigured) {
+    State state = running_state();
+    state.settings.paused = true;
+    state.settings.advertises_capabilities = false;
+    EXPECT_THAT(configured(state, "/timer"), ElementsAre());
+    EXPECT_THAT(configured(state, "/tlv-select//*"), ElementsAre());
+    EXPECT_THAT(configured(state, "/enable"), ElementsAre("false"));
+}
+
 TEST(WhatIsNotAnnounced, IsConfiguredAsDisabled) {
     for (const bool capabilities : {true, false})
         for (const bool addresses : {true, false}) {

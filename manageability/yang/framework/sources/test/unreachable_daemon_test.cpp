@@ -67,12 +67,11 @@ void read_settings(const std::string &socket) {
 void write_settings(const std::string &socket) {
     const lldpd::Connection connection(socket, bound);
     lldpd::SettingsWriter(connection)
-        .write({.transmit_interval = 30,
-                .system_name = "a",
-                .system_description = {},
-                .chassis_id = {},
-                .ports = {}},
-               true);
+        .restore({.transmit_interval = 30,
+                  .system_name = "a",
+                  .system_description = {},
+                  .chassis_id = {},
+                  .ports = {}});
 }
 
 // --- nobody listens: also through the whole source, since this takes no time ---
