@@ -116,7 +116,7 @@ Origins origins_of(const Element &operation) {
                            "<origin-filter> and <negated-origin-filter> exclude one another")
                 .with_info("<bad-element>" + std::string(child.name()) + "</bad-element>");
         if (!origins.filter.has_value())
-            origins.filter.emplace().negated = negated;
+            origins.filter = Origins::Filter{{}, negated};
         origins.filter->names.insert(identity_of(child));
     }
     return origins;
