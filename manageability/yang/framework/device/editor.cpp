@@ -108,13 +108,15 @@ bool Editor::was_restarted(const commits::CommitLog &store) {
     return applied_to != instance;
 }
 
-// A device that was restarted has lost the commits before this one.
+// A device that was restarted has lost the commits before this one. Restoring checks nothing.
 void Editor::put_into_force(commits::CommitLog &store, const Configuration &before,
                             const Configuration &after) {
-    if (was_restarted(store))
+    if (was_restarted(store)) {
+        target_->check(before.native.get(), after.native.get());
         target_->restore(after.native.get());
-    else
+    } else {
         target_->apply(before.native.get(), after.native.get());
+    }
     remember_instance(store);
 }
 

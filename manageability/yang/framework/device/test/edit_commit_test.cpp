@@ -101,10 +101,12 @@ public:
         running = yang::print_configuration(after);
     }
     void restore(const lyd_node *configuration) override { running = yang::print_configuration(configuration); }
+    std::optional<std::string> instance() override { return run; }
 
     bool refuses_check = false;
     bool refuses_apply = false;
     std::string running; // empty until something is applied
+    std::string run = "the first";
 
 private:
     static void refuse(bool really) {
@@ -140,6 +142,19 @@ TEST_F(ATarget, IsLeftAloneWhenNothingChanges) {
 TEST_F(ATarget, IsLeftAloneByAnEditThatIsRefused) {
     EXPECT_THROW(device.edit(config(element("hello-timer", "4"))), Error);
     EXPECT_EQ(target.running, "");
+}
+
+TEST_F(ATarget, IsNotGivenWhatItRefusesAfterARestart) {
+    ASSERT_TRUE(device.edit(first_edit).has_value());
+    target.run = "the second";
+    target.running = "";
+    target.refuses_check = true;
+    EXPECT_THROW(device.edit(config(element("hello-timer", "20"))), Error);
+    EXPECT_EQ(target.running, "");
+    EXPECT_EQ(device.commits(), 2U);
+    target.refuses_check = false;
+    EXPECT_TRUE(device.edit(config(element("hello-timer", "20"))).has_value());
+    EXPECT_EQ(target.running, device.configuration());
 }
 
 TEST_F(ATarget, IsRolledBackWithTheStore) {
