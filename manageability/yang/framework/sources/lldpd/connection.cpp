@@ -62,12 +62,17 @@ int Connection::milliseconds_left() const {
         0, std::chrono::duration_cast<std::chrono::milliseconds>(left + std::chrono::milliseconds(1)).count()));
 }
 
+void Connection::note_timeout() {
+    interrupted_ = false;
+    trouble_ = "no answer within " + std::to_string(bound_.count()) + " ms";
+}
+
 bool Connection::wait_for(short events) {
     pollfd waited[2] = {{stream_.get(), events, 0}, {interrupt_, POLLIN, 0}};
     const int ready = poll(waited, interrupt_ >= 0 ? 2 : 1, milliseconds_left());
     interrupted_ = interrupt_ >= 0 && ready > 0 && waited[1].revents != 0;
     if (ready == 0)
-        trouble_ = "no answer within " + std::to_string(bound_.count()) + " ms";
+        note_timeout();
     return !interrupted_ && (ready > 0 || (ready < 0 && errno == EINTR));
 }
 
@@ -101,10 +106,11 @@ ssize_t Connection::receive(lldpctl_conn_t *, const uint8_t *data, size_t length
     void *buffer = const_cast<uint8_t *>(data);
     for (;;) {
         // An answer that trickles in is subject to the same limit as one that never arrives.
-        const bool overdue = connection.milliseconds_left() == 0;
-        const ssize_t count = overdue ? -1 : ::recv(connection.stream_.get(), buffer, length, MSG_DONTWAIT);
-        if (overdue)
-            errno = EAGAIN;
+        if (connection.milliseconds_left() == 0) {
+            connection.note_timeout();
+            return LLDPCTL_ERR_CALLBACK_FAILURE;
+        }
+        const ssize_t count = ::recv(connection.stream_.get(), buffer, length, MSG_DONTWAIT);
         if (count > 0)
             return count;
         if (count == 0) {

@@ -56,6 +56,7 @@ private:
 
     bool connect();
     bool wait_for(short events);
+    void note_timeout();
     int milliseconds_left() const;
 
     std::string socket_;

@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include "base/descriptor.h"
@@ -283,6 +284,26 @@ TEST(ADaemonWhoseQueueIsFull, IsAnErrorInBoundedTime) {
     ListeningSocket listening(0);
     listening.fill();
     EXPECT_THAT(error_of(read_everything, listening.path()), HasSubstr("lldpd:" + listening.path()));
+}
+
+// Reads in a child process, which is killed if it does not end.
+TEST(AnAnswerThatComesTooLate, IsAnErrorInBoundedTime) {
+    const ListeningSocket listening;
+    Process reading = Process::copy([&] {
+        const lldpd::Connection connection(listening.path(), std::chrono::milliseconds(0));
+        const auto fails = [&] {
+            try {
+                lldpd::read_settings(connection);
+                return false;
+            } catch (const Error &) {
+                return true;
+            }
+        };
+        const bool without_answer = fails();
+        const Descriptor daemon(accept(listening.descriptor(), nullptr, nullptr));
+        return without_answer && write_all(daemon.get(), noise(1)) && fails() ? 0 : 1;
+    });
+    EXPECT_EQ(reading.wait(longest), 0);
 }
 
 TEST(AWatch, OfADaemonThatClosesAtOnceIsAnErrorInBoundedTime) {
