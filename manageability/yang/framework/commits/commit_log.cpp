@@ -51,19 +51,8 @@ void insert(Database &database, const Commit &commit) {
     statement.bind(8, commit.openconfig).run();
 }
 
-// A copy of a store may be without the log. Enabling it fails at once, ignoring SQLite's busy timeout, while
-// another process is doing the same.
-void use_write_ahead_log(Database &database) {
-    const auto end = std::chrono::steady_clock::now() + longest_wait;
-    for (;;) {
-        try {
-            return database.execute("PRAGMA journal_mode = WAL");
-        } catch (const DatabaseError &error) {
-            if (!error.is_busy() || std::chrono::steady_clock::now() > end)
-                throw;
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-    }
+std::optional<std::string> known_value(Database &database, const char *name) {
+    return format_of(database) == Format::current ? meta_value(database, name) : std::nullopt;
 }
 
 } // namespace
@@ -78,12 +67,12 @@ public:
             log.open(); // permissions may have changed
         if (log.database_->access() != Access::writable)
             throw StoreError(log.file_.string() + ": may only be read");
-        use_write_ahead_log(database());
+        database().use_write_ahead_log();
         database().execute("BEGIN IMMEDIATE");
         is_open_ = true;
         try {
             format_ = format_of(database());
-            check_owner(database(), log.owner_);
+            has_owner_ = format_ == Format::current && check_owner(database(), log.owner_);
         } catch (...) {
             roll_back();
             throw;
@@ -104,7 +93,7 @@ public:
         const bool is_old = format_ == Format::first;
         if (is_old)
             upgrade(database());
-        if (log_.owner_.has_value() && !meta_value(database(), meta::owner).has_value())
+        if (log_.owner_.has_value() && !has_owner_)
             set_meta_value(database(), meta::owner, *log_.owner_);
         return is_old;
     }
@@ -127,6 +116,7 @@ private:
 
     const CommitLog &log_;
     Format format_ = Format::current;
+    bool has_owner_ = false;
     bool is_open_ = false;
 };
 
@@ -142,7 +132,8 @@ CommitLog::~CommitLog() = default;
 void CommitLog::open() const {
     auto state = std::make_unique<StoreState>(file_);
     auto database = open_store(file_);
-    check_owner(*database, owner_);
+    if (format_of(*database) == Format::current)
+        check_owner(*database, owner_);
     database_ = std::move(database);
     state_ = std::move(state);
 }
@@ -208,11 +199,11 @@ std::vector<Commit> CommitLog::history() const {
 }
 
 std::optional<std::string> CommitLog::owner() const {
-    return read([](Database &database) { return meta_value(database, meta::owner); });
+    return read([](Database &database) { return known_value(database, meta::owner); });
 }
 
 std::optional<std::string> CommitLog::applied_to() const {
-    return read([](Database &database) { return meta_value(database, meta::applied_to); });
+    return read([](Database &database) { return known_value(database, meta::applied_to); });
 }
 
 void CommitLog::set_openconfig(int64_t number, const std::string &text) {

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstdio>
 #include <system_error>
+#include <thread>
 
 #include <sqlite3.h>
 
@@ -106,6 +107,21 @@ void Database::execute(const char *sql) {
 int64_t Database::number(const char *sql) {
     Statement statement(*this, sql);
     return statement.step() ? statement.number(0) : 0;
+}
+
+// Enabling it fails at once, ignoring SQLite's busy timeout, while another process is doing the same.
+void Database::use_write_ahead_log() {
+    const auto end = std::chrono::steady_clock::now() + longest_wait;
+    while (!uses_log_) {
+        try {
+            execute("PRAGMA journal_mode = WAL");
+            uses_log_ = true;
+        } catch (const DatabaseError &error) {
+            if (!error.is_busy() || std::chrono::steady_clock::now() > end)
+                throw;
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
 }
 
 std::string Database::content() {

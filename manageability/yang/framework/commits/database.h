@@ -59,6 +59,8 @@ public:
     void execute(const char *sql);
     // The number in the first column of the first row; 0 when there is none.
     int64_t number(const char *sql);
+    // Enables the log, which a copy of a store may be without.
+    void use_write_ahead_log();
     // The bytes of its file.
     std::string content();
 
@@ -70,6 +72,7 @@ private:
 
     std::filesystem::path file_;
     Access access_;
+    bool uses_log_ = false;
     sqlite3 *handle_ = nullptr;
 };
 

@@ -73,8 +73,8 @@ std::string new_content(const fs::path &file, const std::optional<std::string> &
     if (owner.has_value())
         set_meta_value(database, meta::owner, *owner);
     std::string content = database.content();
-    for (const size_t format_version : {18u, 19u}) // of SQLite's file format, for writing and reading
-        content.at(format_version) = 2;          // write-ahead log
+    for (const size_t format_version : {18U, 19U}) // of SQLite's file format, for writing and reading
+        content.at(format_version) = 2;            // write-ahead log
     return content;
 }
 

@@ -58,10 +58,11 @@ Format format_of(Database &database) {
     refuse(database, "is a database of another program, not a store of commits");
 }
 
-void check_owner(Database &database, const std::optional<std::string> &owner) {
+bool check_owner(Database &database, const std::optional<std::string> &owner) {
     const std::optional<std::string> kept = meta_value(database, meta::owner);
     if (owner.has_value() && kept.has_value() && *owner != *kept)
         refuse(database, "has the commits of " + described(*kept) + ", not of " + described(*owner));
+    return kept.has_value();
 }
 
 void make_tables(Database &database) {
@@ -77,8 +78,6 @@ void upgrade(Database &database) {
 }
 
 std::optional<std::string> meta_value(Database &database, const char *name) {
-    if (database.number("SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name = 'meta'") == 0)
-        return std::nullopt;
     Statement rows(database, "SELECT value FROM meta WHERE name = ?");
     rows.bind(1, std::string(name));
     return rows.step() ? std::optional(rows.text(0)) : std::nullopt;

@@ -28,9 +28,9 @@ constexpr const char *applied_to = "applied-to";
 // Throws StoreError for a newer store, and for a database that is no store.
 Format format_of(Database &database);
 
-// Throws StoreError if the store belongs to another device. A store without an owner belongs to everybody, and
-// nobody's `owner` opens every store.
-void check_owner(Database &database, const std::optional<std::string> &owner);
+// Of the current format. Throws StoreError if the store belongs to another device. A store without an owner
+// belongs to everybody, and nobody's `owner` opens every store. Returns whether the store has an owner.
+bool check_owner(Database &database, const std::optional<std::string> &owner);
 
 // Makes the tables of an empty database.
 void make_tables(Database &database);
@@ -38,7 +38,7 @@ void make_tables(Database &database);
 // Turns the first format into the current one; to be called within a transaction.
 void upgrade(Database &database);
 
-// Nothing when there is no such name, or no table for it yet.
+// Of the current format. Nothing when there is no such name.
 std::optional<std::string> meta_value(Database &database, const char *name);
 void set_meta_value(Database &database, const char *name, const std::string &value);
 
