@@ -12,6 +12,7 @@
 
 #include <time.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/answers.h"
@@ -46,7 +47,7 @@ protected:
     const Context modules_ = openconfig_modules();
 };
 
-// In ascending precedence.
+// In ascending precedence in the configuration.
 struct SelectableTlv {
     const char *native;
     const char *identity;
@@ -60,25 +61,28 @@ constexpr std::array<SelectableTlv, 5> selectable_tlvs{{{"system-name", "SYSTEM_
 class SuppressedTlvs : public AGeneratedDevice,
                        public testing::WithParamInterface<std::tuple<unsigned, bool>> {};
 
-TEST_P(SuppressedTlvs, AreAnsweredByTheLastOfThemAndCountAsEnabled) {
+TEST_P(SuppressedTlvs, AreTheLastOfThemInTheConfigurationAndAllInTheStateAndCountAsEnabled) {
     const auto [suppressed, others_are_written] = GetParam();
     std::string selection;
-    Strings expected;
+    Strings last;
+    Strings all;
     for (std::size_t i = 0; i < selectable_tlvs.size(); ++i) {
         const bool disabled = ((suppressed >> i) & 1U) != 0;
-        if (disabled)
-            expected = {std::string("openconfig-lldp-types:") + selectable_tlvs[i].identity};
+        if (disabled) {
+            last = {std::string("openconfig-lldp-types:") + selectable_tlvs[i].identity};
+            all.push_back(last.front());
+        }
         if (disabled || others_are_written)
             selection += element(selectable_tlvs[i].native, element("disable", disabled ? "true" : "false"));
     }
     const Outcome outcome = read(native_configuration(element("tlv-select", selection)), {"/lldp"});
     EXPECT_EQ(outcome.errors, "");
     const Tree tree = answer(outcome);
-    const Strings enabled = expected.empty() ? Strings{} : Strings{"true"};
-    for (const std::string container : {"/config", "/state"}) {
-        EXPECT_EQ(values_at(tree.get(), lldp + container + "/suppress-tlv-advertisement"), expected);
-        EXPECT_EQ(values_at(tree.get(), lldp + container + "/enabled"), enabled);
-    }
+    EXPECT_EQ(values_at(tree.get(), lldp + "/config/suppress-tlv-advertisement"), last);
+    EXPECT_THAT(values_at(tree.get(), lldp + "/state/suppress-tlv-advertisement"),
+                testing::UnorderedElementsAreArray(all));
+    EXPECT_EQ(values_at(tree.get(), lldp + "/config/enabled"), all.empty() ? Strings{} : Strings{"true"});
+    EXPECT_EQ(values_at(tree.get(), lldp + "/state/enabled"), Strings{all.empty() ? "false" : "true"});
 }
 
 INSTANTIATE_TEST_SUITE_P(Combination, SuppressedTlvs,
@@ -97,7 +101,8 @@ TEST_P(AConfiguredChassisIdType, IsSpelledTheOpenConfigWayAndHasNoState) {
     EXPECT_EQ(outcome.errors, "");
     const Tree tree = answer(outcome);
     EXPECT_EQ(values_at(tree.get(), lldp + "/config/chassis-id-type"), Strings{GetParam().openconfig});
-    EXPECT_EQ(values_at(tree.get(), lldp + "/state"), Strings{});
+    EXPECT_EQ(values_at(tree.get(), lldp + "/state/enabled"), Strings{"false"});
+    EXPECT_EQ(values_at(tree.get(), lldp + "/state/*").size(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kind, AConfiguredChassisIdType,

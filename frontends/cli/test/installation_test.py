@@ -121,6 +121,26 @@ class Installation(unittest.TestCase):
         self.assertNotEqual(answer.returncode, 0)
         self.assertIn(str(description), answer.stderr)
 
+    def test_answers_with_the_plugin_beside_it_too(self):
+        with open(self.path("nothing.json"), "w") as native:
+            native.write("{}")
+        answer = self.yfw("get", "/lldp/state/enabled", "--native", native.name)
+        self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+        self.assertEqual(json.loads(answer.stdout), {"openconfig-lldp:lldp": {"state": {"enabled": False}}})
+
+    def test_uses_no_plugin_beside_it_from_elsewhere(self):
+        for name in ("libocextra.so", "libocextra.json"):
+            with self.subTest(name):
+                file = self.prefix / "lib/yfw" / name
+                aside = file.with_suffix(".aside")
+                file.rename(aside)
+                try:
+                    answer = self.yfw("get", "/lldp/config")
+                finally:
+                    aside.rename(file)
+                self.assertNotEqual(answer.returncode, 0)
+                self.assertIn(str(file), answer.stderr)
+
     def test_takes_the_plugin_by_its_description_too(self):
         answer = self.yfw("get", "/lldp/config/enabled", "--plugin", self.prefix / "lib/yfw/liboclldp.json")
         self.assertEqual((answer.returncode, answer.stderr), (0, ""))

@@ -119,19 +119,12 @@ private:
             Selections matching;
             if (!match_entry(*entry, selections, matching))
                 continue;
-            if (several && !seen.insert(keys_of(*entry, schema)).second)
+            if (several && !seen.insert(keys_of(*entry)).second)
                 warnings_.push_back(place(to, schema.schema->name) +
                                     ": a second entry with the same keys is left out");
             else
                 list_entry(*entry, schema, matching, to);
         }
-    }
-
-    static std::string keys_of(const AnswerEntry &entry, const AnswerNode &schema) {
-        std::string keys;
-        for (const AnswerNode *key : schema.keys)
-            keys.append(text_of(entry, *key)).push_back('\0');
-        return keys;
     }
 
     static const char *text_of(const AnswerEntry &entry, const AnswerNode &leaf) {

@@ -19,6 +19,15 @@ bool stands_on_path(const AnswerNode &candidate, const AnswerNode &target) {
 
 } // namespace
 
+std::string keys_of(const AnswerEntry &entry) {
+    std::string keys;
+    for (const AnswerNode *key : entry.schema->keys) {
+        const char *text = entry.slots[key->index].text;
+        keys.append(text != nullptr ? text : "").push_back('\0');
+    }
+    return keys;
+}
+
 size_t AnswerTree::EntryKeyHash::operator()(const EntryKey &key) const {
     const size_t list = reinterpret_cast<uintptr_t>(key.list) / alignof(AnswerList);
     return std::hash<std::string_view>{}(key.value) ^ (list * 0x9e3779b97f4a7c15u);

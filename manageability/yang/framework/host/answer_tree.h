@@ -49,6 +49,9 @@ struct AnswerEntry {
     AnswerSlot *slots; // one for each of the schema's children
 };
 
+// The values of a list entry's keys, as one text; a key without a value counts as an empty one.
+std::string keys_of(const AnswerEntry &entry);
+
 class AnswerTree final : public TreeOwner {
 public:
     // Borrows the schema.
@@ -68,6 +71,10 @@ public:
     // Prefixes identity values with the module names of the namespaces that the plug-in gave them. Call when
     // the plug-in is done.
     void qualify_identities(const ly_ctx *context);
+
+    // Adds what `other` has and this tree lacks. A leaf's value in this tree stands, the values of leaf-lists
+    // are united, and list entries with the same keys become one. Copies texts.
+    void join(const AnswerTree &other);
 
     // A node missing from the model does not fail the add; it is only recorded in unknown_paths().
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
@@ -118,6 +125,8 @@ private:
     void index_key(AnswerEntry &entry, const char *before, const char *now);
     const char **set_value(AnswerEntry &parent, const AnswerNode &target, const char *value);
     tidl_yfw_datatree *hand_out(const char **text, const AnswerNode &target);
+    void join_entry(AnswerEntry &to, const AnswerEntry &from);
+    void join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from);
 
     const AnswerSchema &schema_;
     std::pmr::monotonic_buffer_resource memory_;

@@ -1,4 +1,4 @@
-// The request engine: maps an OpenConfig request to native data through the plug-in, and the native data back
+// The request engine: maps an OpenConfig request to native data through the mappings, and the native data back
 // to an OpenConfig answer.
 #ifndef YFW_HOST_ENGINE_H
 #define YFW_HOST_ENGINE_H
@@ -10,12 +10,11 @@
 #include <vector>
 
 #include "host/answer_schema.h"
-#include "host/callback_names.h"
 #include "host/device_questions.h"
 #include "host/explanation.h"
+#include "host/mapping.h"
 #include "host/mapping_description.h"
 #include "host/native_paths.h"
-#include "host/plugin.h"
 #include "host/request.h"
 #include "platform/platform.h"
 #include "platform/trace_buffer.h"
@@ -26,23 +25,18 @@
 
 namespace yfw::host {
 
-class AnswerTree;
-class DeviceSnapshot;
-class RequestContext;
-class RequestTree;
-
 struct Answer {
     yang::DataTree data;               // from the top container down; NULL when nothing was found
     std::vector<std::string> warnings; // what was omitted, one line each
 };
 
-// Borrows the schemas, which contain the mapping's modules, and the source. Any thread may make a request; one
-// lock serializes them, and is held while the source is read.
+// Borrows the schemas, which contain the modules of all mappings, and the source. Any thread may make a
+// request; one lock serializes them, and is held while the source is read.
 class Engine {
 public:
-    // Loads the mapping's library. Throws Error when it is unusable, or when its description names nodes
-    // missing from the schemas.
-    Engine(const yang::Schemas &schemas, sources::NativeSource &source, MappingDescription mapping);
+    // Loads the library of the mapping and of those beside it. Throws Error when one is unusable, or when a
+    // description names nodes missing from the schemas.
+    Engine(const yang::Schemas &schemas, sources::NativeSource &source, const MappingDescription &mapping);
 
     // When tracing, the plug-in's debug log contains every callback's steps, and the trace buffer is filled.
     // Not locked: call before other threads make requests.
@@ -67,38 +61,25 @@ public:
     Explanation explain(const yang::EditNode &edit, yang::SharedData running);
 
 private:
-    struct Pass;
-
     Answer read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native);
-    std::unique_ptr<AnswerTree> empty_answer() const;
     std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
                                                         sources::Snapshot native);
     std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content,
                                          const DeviceSnapshot &device);
-    void start_plugin_anew();
-    void walk_request(Pass &pass, const Selection &selection, NativePaths &paths);
-    terrno walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths);
-    enum class Purpose { mapping, explaining };
-    NativePaths walk_edit(const yang::EditNode &edit, yang::SharedData running, Purpose purpose);
-    bool walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose, NativePaths &paths);
-    Explanation explanation_of(const NativePaths &paths);
-    terrno walk_once(Pass &pass, const Selection &selection, NativePaths &paths);
-    void walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device, AnswerTree &answer);
-    void offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root);
+    template <class Visit> void for_each_that_edits(yang::SharedData running, Visit &&visit);
+    void add_explanation(const Mapping &mapping, Explanation added, Explanation &to) const;
+    Mapping &main_mapping() const { return *mappings_.front(); }
+    Tracing tracing() { return {trace_buffer_, trace_}; }
 
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
     AnswerSchema answer_schema_;
-    MappingDescription mapping_;
-    CallbackNames names_;
     DeviceQuestions questions_;
-    std::vector<const lysc_node *> state_; // those whose selection the plug-in must know about
-    std::unique_ptr<Plugin> plugin_;
-    bool sums_may_be_left_ = false; // in the plug-in, after a response with several nodes
+    std::vector<std::unique_ptr<Mapping>> mappings_; // the main one first
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;
-    std::mutex one_request_; // the plug-in's globals support only one request at a time
+    std::mutex one_request_; // the libraries' globals support only one request at a time
 };
 
 } // namespace yfw::host

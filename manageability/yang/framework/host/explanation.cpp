@@ -99,4 +99,14 @@ Explanation explain_walk(const CallbackNames &names, const std::vector<std::stri
     return explanation;
 }
 
+void append_beside(Explanation &to, Explanation added, const std::string &library) {
+    for (ExplainedNode &node : added) {
+        if (node.paths.empty())
+            continue;
+        for (std::string &callback : node.callbacks)
+            callback.insert(0, library + ":");
+        to.push_back(std::move(node));
+    }
+}
+
 } // namespace yfw::host

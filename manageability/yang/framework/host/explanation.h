@@ -24,6 +24,10 @@ using Explanation = std::vector<ExplainedNode>;
 Explanation explain_walk(const CallbackNames &names, const std::vector<std::string> &trace,
                          const std::vector<NativePath> &paths);
 
+// Appends what a mapping beside the main one did: the nodes that it has native paths for, with the library's
+// file name before each callback.
+void append_beside(Explanation &to, Explanation added, const std::string &library);
+
 } // namespace yfw::host
 
 #endif

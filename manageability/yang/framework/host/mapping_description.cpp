@@ -1,5 +1,6 @@
 #include "host/mapping_description.h"
 
+#include <algorithm>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -19,14 +20,14 @@ using Json = nlohmann::ordered_json;
     throw Error(ErrorTag::invalid_value, file.string(), why);
 }
 
-std::string read_text(const std::filesystem::path &file, const std::filesystem::path &plugin) {
+std::string read_text(const std::filesystem::path &file, const std::string &plugin) {
     std::ifstream in(file, std::ios::binary);
     std::ostringstream text;
     if (in)
         text << in.rdbuf();
     if (!in || text.bad())
         refuse(file, "cannot be read: " + system_error_text() +
-                         "; expected the description of the mapping plug-in " + plugin.string());
+                         "; expected the description of the mapping plug-in " + plugin);
     return text.str();
 }
 
@@ -239,44 +240,108 @@ void read_subtrees(Members &members, MappingDescription &to) {
         members.wrong("subtrees", expected, "an array of 50 at most");
 }
 
-MappingDescription read_members(Members members) {
-    MappingDescription made;
-    made.file = members.file();
-    const std::filesystem::path folder = made.file.parent_path();
+void add_new(std::vector<std::string> &to, const std::vector<std::string> &names) {
+    for (const std::string &name : names)
+        if (std::find(to.begin(), to.end(), name) == to.end())
+            to.push_back(name);
+}
+
+std::filesystem::path folder_of(const std::filesystem::path &file) {
+    return file.has_parent_path() ? file.parent_path() : ".";
+}
+
+// What a description is read for: as the main mapping, or beside one.
+enum class Role { main, beside };
+
+// `naming`: which file names the plug-in, for the message about one that is missing.
+MappingDescription read_description(const std::filesystem::path &plugin, Role role, const std::string &naming);
+
+void add_beside(const std::string &name, MappingDescription &to) {
+    MappingDescription beside =
+        read_description(folder_of(to.file) / name, Role::beside, ", which " + to.file.string() + " names");
+    if (beside.modules.top != to.modules.top ||
+        beside.modules.openconfig.front() != to.modules.openconfig.front())
+        refuse(beside.file, "member \"openconfig\": expected the top container " + to.modules.top +
+                                " of module " + to.modules.openconfig.front() + ", as in " + to.file.string());
+    add_new(to.modules.openconfig, beside.modules.openconfig);
+    add_new(to.modules.native, beside.modules.native);
+    to.beside.push_back(std::move(beside));
+}
+
+// What concerns the device as a whole is for the main mapping to say.
+void read_main_members(Members &members, MappingDescription &to) {
+    if (members.has("device"))
+        to.device = read_device(members.object("device", "what the platform is answered from"));
+    if (members.has("notification"))
+        to.notification = read_notification(members.object("notification", "the notification of changes"));
+    if (members.has("beside"))
+        for (const std::string &name : members.texts("beside", "the plug-ins that are loaded with this one"))
+            add_beside(name, to);
+}
+
+void refuse_main_member(const std::filesystem::path &file, const std::string &name) {
+    refuse(file, "member \"" + name + "\": a mapping that is loaded beside another one cannot have it");
+}
+
+void refuse_main_members(Members &members, const MappingDescription &read) {
+    for (const char *name : {"beside", "device", "notification"})
+        if (members.has(name))
+            refuse_main_member(members.file(), name);
+    if (!read.suspensions.empty())
+        refuse_main_member(members.file(), "openconfig.suspensions");
+}
+
+void read_library(Members &members, MappingDescription &to) {
     // Without a directory, the loader would search the system's library path.
-    made.library = (folder.empty() ? "." : folder) / members.text("library", "the file of the library");
-    made.registration_functions =
+    to.library = folder_of(to.file) / members.text("library", "the file of the library");
+    to.registration_functions =
         members.texts("registration-functions", "the functions that register the mapping's trees");
-    made.walker_prefix = members.text("walker-prefix", "what the names of the OpenConfig walkers begin with");
-    read_openconfig(members.object("openconfig", "the OpenConfig side of the mapping"), made);
-    made.modules.native = members.texts("native-modules", "the names of the native modules");
+    to.walker_prefix = members.text("walker-prefix", "what the names of the OpenConfig walkers begin with");
     if (members.has("allocated-variables"))
-        made.allocated_variables =
+        to.allocated_variables =
             members.texts("allocated-variables", "the library's pointers that its loader frees", 0);
     if (members.has("subtrees"))
-        read_subtrees(members, made);
-    if (members.has("device"))
-        made.device = read_device(members.object("device", "what the platform is answered from"));
-    if (members.has("notification"))
-        made.notification = read_notification(members.object("notification", "the notification of changes"));
+        read_subtrees(members, to);
+    if (members.has("edits"))
+        to.edits = members.flag("edits", "whether the library maps edits");
+    if (members.has("offer-absent-tops"))
+        to.offer_absent_tops = members.flag(
+            "offer-absent-tops", "whether the library is called for a top node that the device does not have");
+}
+
+MappingDescription read_members(Members members, Role role) {
+    MappingDescription made;
+    made.file = members.file();
+    made.edits = role == Role::main;
+    read_library(members, made);
+    read_openconfig(members.object("openconfig", "the OpenConfig side of the mapping"), made);
+    made.modules.native = members.texts("native-modules", "the names of the native modules");
+    if (role == Role::main)
+        read_main_members(members, made);
+    else
+        refuse_main_members(members, made);
     members.refuse_others();
     return made;
 }
 
-} // namespace
-
-MappingDescription read_mapping(const std::filesystem::path &plugin) {
+MappingDescription read_description(const std::filesystem::path &plugin, Role role, const std::string &naming) {
     std::filesystem::path file = plugin;
     if (file.extension() == ".so")
         file.replace_extension(".json");
-    const std::string text = read_text(file, plugin);
+    const std::string text = read_text(file, plugin.string() + naming);
     Json document;
     try {
         document = yang::parse_json(text);
     } catch (const Error &error) {
         refuse(file, error.what());
     }
-    return read_members({document, "", file});
+    return read_members({document, "", file}, role);
+}
+
+} // namespace
+
+MappingDescription read_mapping(const std::filesystem::path &plugin) {
+    return read_description(plugin, Role::main, "");
 }
 
 } // namespace yfw::host

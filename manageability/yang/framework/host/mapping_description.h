@@ -57,24 +57,28 @@ struct Suspension {
     std::vector<std::string> nodes; // schema paths: these and all below them, except for the leaf itself
 };
 
+// A mapping, and those beside it.
 struct MappingDescription {
     std::filesystem::path file;    // of the description
     std::filesystem::path library; // absolute, or relative as `file` is
     std::vector<std::string> registration_functions;
     std::string walker_prefix;                    // common to the names of the OpenConfig walkers
     std::vector<std::string> allocated_variables; // the library's pointers that its loader frees at the end
-    yang::MappedModules modules;
+    yang::MappedModules modules;                  // of this mapping and of those beside it
     std::vector<std::string>
         state; // schema paths of the OpenConfig state that the request's descriptor tells of
     std::vector<Suspension> suspensions;
     std::vector<MappedSubtree> subtrees;
     DeviceAnswers device;
     std::optional<ChangeNotification> notification;
+    bool edits = true; // whether the library maps edits; beside another one, it does not by default
+    bool offer_absent_tops = false; // whether it is called for a native top node that the device does not have
+    std::vector<MappingDescription> beside; // loaded with this one, in this order; have none of their own
 };
 
 // Reads the description of a plug-in, given by its library (FILE.so, described in FILE.json beside it) or by
-// the description itself. Members are documented in docs/plugin-contract.md. Throws Error that names the file,
-// the member and what was expected.
+// the description itself, and the descriptions that it names. Members are documented in
+// docs/plugin-contract.md. Throws Error that names the file, the member and what was expected.
 MappingDescription read_mapping(const std::filesystem::path &plugin);
 
 } // namespace yfw::host

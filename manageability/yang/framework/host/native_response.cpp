@@ -5,8 +5,17 @@
 namespace yfw::host {
 namespace {
 
-bool is_inner(const lyd_node *node) {
-    return (node->schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0;
+bool is_inner(const lysc_node *schema) {
+    return (schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0;
+}
+
+// Without a value and without children.
+tidl_yfw_datatree node_of(const lysc_node *schema) {
+    tidl_yfw_datatree node{};
+    node.name = schema->name;
+    node.ns = schema->module->ns;
+    node.node_flags = is_inner(schema) ? YFW_NODE_CHILDREN_VALID : 0;
+    return node;
 }
 
 // Whether a list entry has the requested key values.
@@ -26,10 +35,20 @@ bool has_wanted_keys(const lyd_node *entry, const SelectedNode &selection) {
 } // namespace
 
 NativeResponse::NativeResponse(const lyd_node *top, const SelectedNode &selection) {
-    auto *root = static_cast<tidl_yfw_datatree *>(
-        memory_.allocate(sizeof(tidl_yfw_datatree), alignof(tidl_yfw_datatree)));
+    tidl_yfw_datatree *root = allocate(1);
     fill(*root, top, &selection, selection.whole);
     root_ = root;
+}
+
+NativeResponse::NativeResponse(const lysc_node *absent_top) {
+    tidl_yfw_datatree *root = allocate(1);
+    *root = node_of(absent_top);
+    root_ = root;
+}
+
+tidl_yfw_datatree *NativeResponse::allocate(uint32_t count) {
+    return static_cast<tidl_yfw_datatree *>(
+        memory_.allocate(count * sizeof(tidl_yfw_datatree), alignof(tidl_yfw_datatree)));
 }
 
 bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selection, bool whole) const {
@@ -44,22 +63,18 @@ bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selectio
 // Below a node selected whole everything is selected, but key values still restrict entries.
 void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection,
                           bool whole) {
-    to = tidl_yfw_datatree{};
-    to.name = from->schema->name;
-    to.ns = from->schema->module->ns;
-    if (!is_inner(from)) {
+    to = node_of(from->schema);
+    if (!is_inner(from->schema)) {
         to.value = lyd_get_value(from);
         return;
     }
-    to.node_flags = YFW_NODE_CHILDREN_VALID;
     uint32_t count = 0;
     for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next)
         count += includes(child, selection, whole) ? 1 : 0;
     if (count == 0)
         return;
     to.child_count = count;
-    to.children = static_cast<tidl_yfw_datatree *>(
-        memory_.allocate(count * sizeof(tidl_yfw_datatree), alignof(tidl_yfw_datatree)));
+    to.children = allocate(count);
     tidl_yfw_datatree *next = to.children;
     for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next) {
         if (!includes(child, selection, whole))

@@ -14,11 +14,14 @@ class NativeResponse {
 public:
     // The part of the tree at `top` that `selection` selects.
     NativeResponse(const lyd_node *top, const SelectedNode &selection);
+    // An empty container in place of a top node that the device does not have.
+    explicit NativeResponse(const lysc_node *absent_top);
 
-    // NULL when none of the selected nodes exists.
+    // Never NULL.
     const tidl_yfw_datatree *root() const { return root_; }
 
 private:
+    tidl_yfw_datatree *allocate(uint32_t count);
     bool includes(const lyd_node *node, const SelectedNode *selection, bool whole) const;
     void fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection, bool whole);
 

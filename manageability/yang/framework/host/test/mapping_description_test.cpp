@@ -42,6 +42,9 @@ TEST(ADescription, MayLeaveOutWhatItsMappingDoesNotHave) {
     EXPECT_TRUE(mapping.allocated_variables.empty());
     EXPECT_TRUE(mapping.device.interfaces.empty());
     EXPECT_FALSE(mapping.notification.has_value());
+    EXPECT_TRUE(mapping.edits);
+    EXPECT_FALSE(mapping.offer_absent_tops);
+    EXPECT_TRUE(mapping.beside.empty());
 }
 
 TEST(ADescription, StandsBesideTheLibraryThatIsNamed) {
@@ -66,7 +69,11 @@ TEST(ADescription, HasAllThatItSays) {
     "configured-interfaces": {"module": "if", "path": "/ifs/if", "name": "id", "where": {"a": "b"}, "holding": "x"},
     "interfaces": [{"module": "if", "path": "/ifs/if", "name": "id"}]
   },
+  "edits": false,
+  "offer-absent-tops": true,
   "notification": {"module": "x-events", "name": "change", "entry": "/x/list", "keys": ["id"]})")));
+    EXPECT_FALSE(mapping.edits);
+    EXPECT_TRUE(mapping.offer_absent_tops);
     EXPECT_EQ(mapping.allocated_variables, std::vector<std::string>{"kept"});
     ASSERT_EQ(mapping.subtrees.size(), 1U);
     EXPECT_EQ(mapping.subtrees[0].module + mapping.subtrees[0].path, "x-oper/x/nodes");
@@ -81,6 +88,42 @@ TEST(ADescription, HasAllThatItSays) {
     EXPECT_FALSE(mapping.device.interfaces[0].holding.has_value());
     ASSERT_TRUE(mapping.notification.has_value());
     EXPECT_EQ(mapping.notification->keys, std::vector<std::string>{"id"});
+}
+
+// --- mappings beside one another ---
+
+std::string beside(const std::string &more = "") {
+    return replaced(replaced(smallest(more), "libx.so", "liby.so"), "\"x-cfg\"", "\"x-cfg\", \"y-oper\"");
+}
+
+TEST(ADescription, NamesThoseOfTheMappingsBesideIt) {
+    const TemporaryDirectory directory;
+    directory.add("liby.json", beside());
+    directory.add("libz.json", smallest());
+    const MappingDescription mapping =
+        read_mapping(directory.add("libx.json", smallest(R"(, "beside": ["liby.so", "libz.json"])")));
+    ASSERT_EQ(mapping.beside.size(), 2U);
+    EXPECT_EQ(mapping.beside[0].file, directory.path() / "liby.json");
+    EXPECT_EQ(mapping.beside[0].library, directory.path() / "liby.so");
+    EXPECT_EQ(mapping.beside[1].file, directory.path() / "libz.json");
+}
+
+TEST(ADescription, HasTheModulesOfTheMappingsBesideItToo) {
+    const TemporaryDirectory directory;
+    directory.add("liby.json", replaced(beside(), "\"openconfig-x\"", "\"openconfig-x\", \"openconfig-y\""));
+    const MappingDescription mapping =
+        read_mapping(directory.add("libx.json", smallest(R"(, "beside": ["liby.so"])")));
+    EXPECT_EQ(mapping.modules.openconfig, (std::vector<std::string>{"openconfig-x", "openconfig-y"}));
+    EXPECT_EQ(mapping.modules.native, (std::vector<std::string>{"x-cfg", "y-oper"}));
+}
+
+TEST(ADescriptionBesideAnother, MapsEditsOnlyIfItSaysSo) {
+    const TemporaryDirectory directory;
+    const std::string main = directory.add("libx.json", smallest(R"(, "beside": ["liby.so"])"));
+    directory.add("liby.json", beside());
+    EXPECT_FALSE(read_mapping(main).beside[0].edits);
+    directory.add("liby.json", beside(", \"edits\": true"));
+    EXPECT_TRUE(read_mapping(main).beside[0].edits);
 }
 
 // --- rejected ---
@@ -101,6 +144,17 @@ TEST(ADescriptionThatIsMissing, IsNamedWithThePlugInThatItIsOf) {
     EXPECT_EQ(std::string(error.what()),
               "cannot be read: No such file or directory; expected the description of "
               "the mapping plug-in /no/such/libx.so");
+}
+
+TEST(ADescriptionBesideAnotherThatIsMissing, IsNamedWithTheFileThatNamesIt) {
+    const TemporaryDirectory directory;
+    const std::string main = directory.add("libx.json", smallest(R"(, "beside": ["liby.so"])"));
+    const Error error = error_of(main);
+    const std::string folder = directory.path().string();
+    EXPECT_EQ(error.path(), folder + "/liby.json");
+    EXPECT_EQ(std::string(error.what()),
+              "cannot be read: No such file or directory; expected the description of the mapping plug-in " +
+                  folder + "/liby.so, which " + main + " names");
 }
 
 struct Fault {
@@ -125,6 +179,41 @@ TEST_P(ADescriptionWithAFault, IsRefusedWithItsFileTheMemberAndWhatWasExpected) 
 }
 
 const std::string device = R"(, "device": {"interfaces": [{"module": "if", "path": "/ifs/if", "name": "id"}]})";
+
+class ADescriptionBesideAnotherWithAFault : public testing::TestWithParam<Fault> {};
+
+TEST_P(ADescriptionBesideAnotherWithAFault, IsRefusedWithItsOwnFile) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.add("liby.json", GetParam().text);
+    const Error error = error_of(directory.add("libx.json", smallest(R"(, "beside": ["liby.so"])")));
+    EXPECT_EQ(error.path(), file);
+    for (const char *told : GetParam().told)
+        EXPECT_NE(std::string(error.what()).find(told), std::string::npos) << error.what();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Such, ADescriptionBesideAnotherWithAFault,
+    testing::Values(
+        Fault{"AsAnUnknownMember", beside(", \"colour\": 1"), {"\"colour\" is unknown"}},
+        Fault{"AsMappingsBesideIt",
+              beside(R"(, "beside": ["libz.so"])"),
+              {"\"beside\": a mapping that is loaded beside another one cannot have it"}},
+        Fault{"AsAnswersForThePlatform", beside(device), {"\"device\": a mapping that is loaded beside"}},
+        Fault{"AsANotification",
+              beside(R"(, "notification": {"module": "m", "name": "n", "entry": "/x/y", "keys": ["k"]})"),
+              {"\"notification\": a mapping that is loaded beside"}},
+        Fault{"AsASuspension",
+              replaced(beside(), "\"top\": \"x\"",
+                       "\"top\": \"x\", \"suspensions\": [{\"leaf\": \"/x/a\", \"value\": \"b\", \"nodes\": "
+                       "[\"/x/c\"]}]"),
+              {"\"openconfig.suspensions\": a mapping that is loaded beside"}},
+        Fault{"AsAnotherTop",
+              replaced(beside(), "\"top\": \"x\"", "\"top\": \"y\""),
+              {"\"openconfig\": expected the top container x of module openconfig-x", "libx.json"}},
+        Fault{"AsAnotherModule",
+              replaced(beside(), "\"openconfig-x\"", "\"openconfig-y\""),
+              {"\"openconfig\": expected the top container x of module openconfig-x"}}),
+    [](const auto &test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Such, ADescriptionWithAFault,
@@ -164,6 +253,10 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"AsATextForAnObject",
               smallest(", \"device\": \"none\""),
               {"\"device\"", "expected what the platform is answered from", "as an object"}},
+        Fault{"AsATextForABesideList",
+              smallest(", \"beside\": \"liby.so\""),
+              {"\"beside\"", "expected the plug-ins that are loaded with this one", "as an array"}},
+        Fault{"AsANumberForEdits", smallest(", \"edits\": 1"), {"\"edits\"", "as true or false"}},
         Fault{"AsATextForTrueOrFalse",
               smallest(R"(, "subtrees": [{"module": "m", "path": "/x/y", "sums": "yes"}])"),
               {"\"subtrees[0].sums\"", "as true or false"}},

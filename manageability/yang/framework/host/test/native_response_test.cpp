@@ -197,5 +197,12 @@ TEST_F(FetchedData, KeepsTheOrderOfTheDevice) {
     EXPECT_EQ(text(response()), "lldp{global-lldp{lldp-info{system-name='n' chassis-id='c'}}}");
 }
 
+TEST(TheResponseOfADeviceWithoutATopNode, IsAnEmptyContainer) {
+    const NativeResponse made(schemas().native_root(oper_ns, "lldp"));
+    EXPECT_EQ(text(*made.root()), "lldp");
+    EXPECT_STREQ(made.root()->ns, oper_ns.data());
+    EXPECT_NE(made.root()->node_flags & YFW_NODE_CHILDREN_VALID, 0);
+}
+
 } // namespace
 } // namespace yfw::host::test

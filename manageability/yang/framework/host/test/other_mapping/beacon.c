@@ -1,4 +1,5 @@
-/* A mapping of one leaf: /beacon/state/color is the native /lamp/shade. */
+/* A mapping of one leaf: /beacon/state/color is the native /lamp/shade. It also knows what a bulb is, but does not
+ * ask for it. */
 #include <string.h>
 
 #include "yfw_map.h"
@@ -12,15 +13,21 @@ static terrno beacon_to_lamp(yfw_map_ctx ctx, const struct tidl_yfw_datatree *re
     return yfw_map_datatree_add_path_flagged(ctx, paths, "/lamp/shade", lamp_ns, NULL, NULL, NULL, 0, 0);
 }
 
+static terrno write(yfw_map_ctx ctx, struct tidl_yfw_datatree *answer, const char *path, const char *value) {
+    return yfw_map_datatree_add_path_flagged(ctx, answer, path, beacon_ns, value, NULL, NULL, 0, 0);
+}
+
 static terrno lamp_to_beacon(yfw_map_ctx ctx, const struct tidl_yfw_datatree *response,
                              struct tidl_yfw_datatree *answer) {
-    for (uint32_t i = 0; i < response->child_count; i++) {
+    terrno status = 0;
+    for (uint32_t i = 0; i < response->child_count && status == 0; i++) {
         const struct tidl_yfw_datatree *leaf = &response->children[i];
         if (strcmp(leaf->name, "shade") == 0)
-            return yfw_map_datatree_add_path_flagged(ctx, answer, "/beacon/state/color", beacon_ns, leaf->value,
-                                                     NULL, NULL, 0, 0);
+            status = write(ctx, answer, "/beacon/state/color", leaf->value);
+        else if (strcmp(leaf->name, "bulb") == 0)
+            status = write(ctx, answer, "/beacon/state/power", "as the beacon sees it");
     }
-    return 0;
+    return status;
 }
 
 static void copy(char *to, const char *text) {

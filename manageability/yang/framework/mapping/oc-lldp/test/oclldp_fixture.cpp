@@ -34,7 +34,7 @@ int measure(dl_phdr_info *info, std::size_t, void *data) {
 
 } // namespace
 
-Plugin::Plugin() : handle(dlopen(OCLLDP_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
+Plugin::Plugin(const char *library) : handle(dlopen(library, RTLD_NOW | RTLD_LOCAL)) {
     if (handle == nullptr)
         throw std::runtime_error(dlerror());
     link_map *map = nullptr;

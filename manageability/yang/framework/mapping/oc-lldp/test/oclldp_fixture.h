@@ -27,7 +27,7 @@ inline constexpr const char *foreign_ns = "urn:example:somebody-else";
 // The plug-in, loaded on construction and unloaded on destruction, so that its module state starts afresh.
 class Plugin {
 public:
-    Plugin();
+    explicit Plugin(const char *library = OCLLDP_LIBRARY);
     ~Plugin();
     Plugin(const Plugin &) = delete;
     Plugin &operator=(const Plugin &) = delete;

@@ -11,8 +11,8 @@ namespace oclldp_test {
 
 namespace {
 
-std::ifstream open_list(const std::string &name) {
-    std::ifstream file(std::string(OCLLDP_TEST_DIR) + "/" + name);
+std::ifstream open_list(const std::string &directory, const std::string &name) {
+    std::ifstream file(directory + "/" + name);
     if (!file)
         throw std::runtime_error("no list " + name);
     return file;
@@ -42,26 +42,26 @@ bool is_instrumentation(const std::string &name) {
 
 } // namespace
 
-std::map<std::string, char> expected_exports() {
+std::map<std::string, char> expected_exports(const std::string &directory) {
     std::map<std::string, char> exports;
-    std::ifstream file = open_list("exported_symbols.txt");
+    std::ifstream file = open_list(directory, "exported_symbols.txt");
     std::string name;
     for (char letter = 0; file >> letter >> name;)
         exports[name] = letter;
     return exports;
 }
 
-std::set<std::string> expected_undefined() {
+std::set<std::string> expected_undefined(const std::string &directory) {
     std::set<std::string> names;
-    std::ifstream file = open_list("undefined_symbols.txt");
+    std::ifstream file = open_list(directory, "undefined_symbols.txt");
     for (std::string name; file >> name;)
         names.insert(name);
     return names;
 }
 
-std::map<std::string, char> library_exports() {
+std::map<std::string, char> library_exports(const std::string &library) {
     std::map<std::string, char> exports;
-    std::istringstream lines(output_of(std::string("nm -D --defined-only '") + OCLLDP_LIBRARY + "'"));
+    std::istringstream lines(output_of("nm -D --defined-only '" + library + "'"));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string address, name;
@@ -72,9 +72,9 @@ std::map<std::string, char> library_exports() {
     return exports;
 }
 
-std::set<std::string> library_undefined() {
+std::set<std::string> library_undefined(const std::string &library) {
     std::set<std::string> names;
-    std::istringstream lines(output_of(std::string("nm -D --undefined-only '") + OCLLDP_LIBRARY + "'"));
+    std::istringstream lines(output_of("nm -D --undefined-only '" + library + "'"));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string name;

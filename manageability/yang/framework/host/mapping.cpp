@@ -1,0 +1,211 @@
+#include "host/mapping.h"
+
+#include <algorithm>
+
+#include "base/error.h"
+#include "host/native_response.h"
+#include "host/native_selection.h"
+#include "host/pass.h"
+#include "yang/path_words.h"
+
+namespace yfw::host {
+namespace {
+
+// Whether a subtree with list entries is deleted or replaced.
+bool takes_lists_away(const yang::EditNode &edit) {
+    const bool whole = yang::takes_away(edit.operation) || edit.operation == yang::Operation::replace;
+    if (whole && edit.node->nodetype == LYS_CONTAINER)
+        for (const lysc_node *child = lysc_node_child(edit.node); child != nullptr; child = child->next)
+            if ((child->nodetype & (LYS_LIST | LYS_CONTAINER)) != 0)
+                return true;
+    return std::any_of(edit.children.begin(), edit.children.end(), takes_lists_away);
+}
+
+// The trees share their OpenConfig side; call each root once.
+std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
+    std::vector<yfw_map_callback> roots;
+    for (const yfw_map_registration &tree : plugin.trees())
+        if (std::find(roots.begin(), roots.end(), tree.oc_to_native) == roots.end())
+            roots.push_back(tree.oc_to_native);
+    return roots;
+}
+
+std::vector<const lysc_node *> state_nodes(const MappingDescription &mapping, const yang::Schemas &schemas) {
+    std::vector<const lysc_node *> nodes;
+    for (const std::string &path : mapping.state) {
+        nodes.push_back(schemas.find(mapping.modules.openconfig.front(), path));
+        if (nodes.back() == nullptr)
+            throw Error(ErrorTag::invalid_value, mapping.file.string(),
+                        "member \"openconfig.state\" names " + path + ", which module " +
+                            mapping.modules.openconfig.front() + " does not have");
+    }
+    return nodes;
+}
+
+// The node of a native tree at a path from its root; NULL when it does not exist.
+const tidl_yfw_datatree *node_at(const tidl_yfw_datatree &root, std::string_view path) {
+    yang::PathWords words(path);
+    std::string_view word;
+    const tidl_yfw_datatree *node = words.next(word) && word == root.name ? &root : nullptr;
+    while (node != nullptr && words.next(word))
+        node = find_child(*node, word);
+    return node;
+}
+
+} // namespace
+
+Mapping::Mapping(const yang::Schemas &schemas, const AnswerSchema &answer_schema,
+                 MappingDescription description)
+    : schemas_(schemas), answer_schema_(answer_schema), description_(std::move(description)),
+      names_(description_.walker_prefix, schemas.openconfig_root()), state_(state_nodes(description_, schemas)),
+      plugin_(std::make_unique<Plugin>(description_)) {}
+
+// ---- reads ----------------------------------------------------------------------------------------------
+
+RequestTraits Mapping::traits_of_read(const Selection &selection, Content content, bool trace) const {
+    RequestTraits traits;
+    traits.kind = content == Content::config ? YMAP_REQ_GET_CONFIG : YMAP_REQ_GET;
+    traits.content = content == Content::config  ? YFW_CONTENT_CONFIG
+                     : content == Content::state ? YFW_CONTENT_OPERATIONAL
+                                                 : YFW_CONTENT_ALL;
+    traits.selects_state = content != Content::config && selects_state(selection, state_);
+    traits.trace = trace;
+    return traits;
+}
+
+std::unique_ptr<AnswerTree> Mapping::read(const Selection &selection, Content content,
+                                          const DeviceSnapshot &device, const Tracing &tracing) {
+    if (sums_may_be_left_)
+        start_plugin_anew();
+    Pass pass(traits_of_read(selection, content, tracing.on), tracing.buffer);
+    NativePaths paths;
+    walk_request(pass, selection, paths);
+    auto answer = std::make_unique<AnswerTree>(answer_schema_);
+    walk_responses(pass, paths, device, *answer);
+    answer->qualify_identities(schemas_.context());
+    return answer;
+}
+
+// A counter missing on some nodes, or a truncated response, leaves a partial sum in the plug-in's globals, to
+// which the next response would add. Only unloading clears it.
+void Mapping::start_plugin_anew() {
+    plugin_.reset();
+    plugin_ = std::make_unique<Plugin>(description_);
+    sums_may_be_left_ = false;
+}
+
+// A walk that ends with "no mapping" may have stopped early: walk each selected node separately, so that
+// nothing is lost.
+void Mapping::walk_request(Pass &pass, const Selection &selection, NativePaths &paths) {
+    const terrno status = walk_once(pass, selection, paths);
+    pass.check(status);
+    if (status != YMAP_STS_NO_MAPPING)
+        return;
+    const std::vector<Selection> parts = split_by_selected_node(selection);
+    if (parts.size() < 2)
+        return;
+    for (const Selection &part : parts)
+        pass.check(walk_once(pass, part, paths));
+}
+
+terrno Mapping::walk_once(Pass &pass, const Selection &selection, NativePaths &paths) {
+    return walk_tree(pass, pass.requests.emplace_back(selection), paths);
+}
+
+terrno Mapping::walk_tree(Pass &pass, const RequestTree &request, NativePaths &paths) {
+    terrno first = YMAP_OK;
+    for (const yfw_map_callback root : request_roots(*plugin_)) {
+        pass.context.hierarchy().start(request.root());
+        pass.log.begin_walk();
+        const terrno status = root(pass.context.handle(), request.root(), paths.root());
+        first = first != YMAP_OK ? first : status;
+    }
+    return first;
+}
+
+void Mapping::walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device,
+                             AnswerTree &answer) {
+    NativeSelection selection(schemas_);
+    for (const NativePath &path : paths.paths())
+        selection.add(path);
+    for (const yfw_map_registration &tree : plugin_->trees()) {
+        const lysc_node *top = schemas_.native_root(tree.native_ns, tree.native_top);
+        const SelectedNode *selected = selection.tree(top);
+        if (selected == nullptr)
+            continue;
+        const lyd_node *data = device.top(top);
+        if (data == nullptr && !description_.offer_absent_tops)
+            continue;
+        const NativeResponse response = data != nullptr ? NativeResponse(data, *selected) : NativeResponse(top);
+        pass.log.begin_walk();
+        pass.context.hierarchy().start(response.root());
+        offer_subtrees(pass, top, *response.root());
+        pass.check(tree.native_to_oc(pass.context.handle(), response.root(), answer.root()));
+        pass.context.set_subtrees({});
+    }
+}
+
+void Mapping::offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root) {
+    std::vector<yfw_request_subtree> offered;
+    for (const MappedSubtree &subtree : description_.subtrees) {
+        const tidl_yfw_datatree *node =
+            subtree.module == top->module->name ? node_at(root, subtree.path) : nullptr;
+        if (node == nullptr)
+            continue;
+        offered.push_back({subtree.path.c_str(), node});
+        sums_may_be_left_ = sums_may_be_left_ || (subtree.sums && node->child_count > 1);
+    }
+    pass.context.set_subtrees(offered);
+}
+
+Explanation Mapping::explain_read(const std::vector<Selection> &passes, Content content,
+                                  const Tracing &tracing) {
+    tracing.buffer.clear();
+    NativePaths paths;
+    for (const Selection &selection : passes) {
+        RequestTraits traits = traits_of_read(selection, content, tracing.on);
+        traits.number_trace = true;
+        Pass pass(traits, tracing.buffer);
+        paths.follow(&pass.context.hierarchy(), &tracing.buffer);
+        walk_request(pass, selection, paths);
+    }
+    return explain_walk(names_, tracing.buffer.snapshot(), paths.paths());
+}
+
+// ---- edits ----------------------------------------------------------------------------------------------
+
+std::vector<NativePath> Mapping::map_edit(const yang::EditNode &edit, const Tracing &tracing) {
+    NativePaths paths;
+    walk_edit(edit, Purpose::mapping, tracing, paths);
+    return paths.paths();
+}
+
+Explanation Mapping::explain_edit(const yang::EditNode &edit, const Tracing &tracing) {
+    tracing.buffer.clear();
+    NativePaths paths;
+    walk_edit(edit, Purpose::explaining, tracing, paths);
+    return explain_walk(names_, tracing.buffer.snapshot(), paths.paths());
+}
+
+void Mapping::walk_edit(const yang::EditNode &edit, Purpose purpose, const Tracing &tracing,
+                        NativePaths &paths) {
+    if (walk_edit_once(edit, false, purpose, tracing, paths))
+        walk_edit_once(edit, true, purpose, tracing, paths);
+}
+
+// Returns whether a replace stopped after its delete pass: its content then remains to be merged.
+bool Mapping::walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose,
+                             const Tracing &tracing, NativePaths &paths) {
+    RequestTraits traits;
+    traits.kind = YMAP_REQ_EDIT_ONE_KEY; // an edit addresses exactly one key of an entry
+    traits.trace = tracing.on;
+    traits.number_trace = purpose == Purpose::explaining;
+    Pass pass(traits, tracing.buffer);
+    paths.follow(&pass.context.hierarchy(), &tracing.buffer);
+    pass.check(walk_tree(pass, pass.requests.emplace_back(edit, replace_as_merge), paths));
+    if (takes_lists_away(edit))
+        pass.refuse_reported_errors();
+    return pass.context.replace_unfinished();
+}
+
+} // namespace yfw::host
