@@ -74,7 +74,7 @@ std::string EditedDevice::openconfig(const std::string &path) const {
 }
 
 Strings EditedDevice::values(const std::string &xpath) const {
-    const Context modules = openconfig_modules();
+    static const Context modules = openconfig_modules();
     const Outcome answer = answered({"get", "--config", "/lldp", "--format", "xml"});
     return values_at(parse_answer(modules.get(), Format::xml, answer.output).get(), xpath);
 }
@@ -148,7 +148,7 @@ std::string lldp_document(const std::string &content) {
 }
 
 std::string openconfig_text(const std::string &document) {
-    const Context modules = openconfig_modules();
+    static const Context modules = openconfig_modules();
     return as_text(parse_answer(modules.get(), Format::xml, document).get());
 }
 

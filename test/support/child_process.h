@@ -29,4 +29,9 @@ Program program_under_test(const std::vector<std::string> &arguments);
 /// two minutes and is killed.
 Outcome run_yfw(const Invocation &invocation);
 
+/// Makes run_yfw call the program's main function in place of starting the program, which takes longer than
+/// most commands with sanitizers. A working directory and TZ hold for the whole process then: only one thread
+/// may run it.
+void run_yfw_in_this_process(int (*main)(int argc, char **argv));
+
 } // namespace yfw::test

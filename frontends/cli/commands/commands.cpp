@@ -19,21 +19,30 @@ host::ReadRequest read_request(const yang::Schemas &schemas, const GetOptions &o
     return request;
 }
 
-// The process ends with the command, so large objects are left to the operating system, which reclaims them at
-// once; freeing them node by node takes about as long as much of the read.
-template <class T> T &until_exit(std::unique_ptr<T> object) {
-    static T *volatile kept = nullptr; // volatile, so that leak checkers find it
-    kept = object.release();
+struct Reading {
+    explicit Reading(const DeviceOptions &options) : named(options) {}
+
+    NamedDevice named;
+    host::Answer answer;
+};
+
+// The process ends with the command, so what was read is left to the operating system, which reclaims it at
+// once; freeing it node by node takes about as long as much of the read. A second command in the same process,
+// as in tests, first frees what the first one has read.
+Reading &reading_until_exit(const DeviceOptions &options) {
+    static Reading *volatile kept = nullptr; // volatile, so that leak checkers find it
+    delete kept;
+    kept = nullptr;
+    kept = std::make_unique<Reading>(options).release();
     return *kept;
 }
 
 } // namespace
 
 void run_get(const DeviceOptions &device, const GetOptions &get) {
-    NamedDevice &named = until_exit(std::make_unique<NamedDevice>(device));
+    auto &[named, answer] = reading_until_exit(device);
     const host::ReadRequest request = read_request(named.schemas, get);
-    const host::Answer &answer = until_exit(std::make_unique<host::Answer>(
-        get.applied ? named.device.read_applied(request) : named.device.read(request)));
+    answer = get.applied ? named.device.read_applied(request) : named.device.read(request);
     for (const std::string &warning : answer.warnings)
         std::cerr << "yfw: warning: " << warning << '\n';
     prepare_output(stdout);

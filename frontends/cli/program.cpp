@@ -1,0 +1,129 @@
+#include "frontends/cli/program.h"
+
+#include <algorithm>
+#include <cctype>
+#include <exception>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "base/error.h"
+#include "frontends/cli/commands/commands.h"
+#include "frontends/cli/commands/edit_command.h"
+#include "frontends/cli/commands/explain_command.h"
+#include "frontends/cli/commands/history_command.h"
+#include "frontends/cli/commands/lab_command.h"
+#include "frontends/cli/commands/serve_command.h"
+#include "frontends/cli/commands/status_command.h"
+#include "frontends/cli/commands/topology_command.h"
+#include "frontends/cli/commands/watch_command.h"
+#include "frontends/cli/options/device_options.h"
+
+namespace yfw::cli {
+namespace {
+
+constexpr int exit_failed = 1;  // the mapping or the output failed
+constexpr int exit_refused = 2; // the request, a file or its data is wrong
+
+constexpr const char *get_examples = R"(
+Examples:
+  yfw get /lldp
+  yfw get --state "/lldp/interfaces/interface[name='eth1']/neighbors"
+  yfw get --config /lldp/config /lldp/interfaces --format xml
+  yfw get --applied /lldp/config --device lldpd:
+  yfw get /lldp/state --device examples/r2
+  yfw get /lldp --native config.xml --native oper.json
+)";
+
+void add_get(CLI::App &app, DeviceOptions &device, GetOptions &options) {
+    CLI::App *get = app.add_subcommand("get", "Read OpenConfig data from a device");
+    get->footer(get_examples);
+    get->add_option("PATH", options.paths,
+                    "What to read, with optional list keys: /lldp/interfaces/interface[name='eth1']")
+        ->required()
+        ->option_text("...");
+    auto *config = get->add_flag_callback(
+        "--config", [&options] { options.content = host::Content::config; }, "Configuration only");
+    get->add_flag_callback(
+           "--state", [&options] { options.content = host::Content::state; }, "Operational state only")
+        ->excludes(config);
+    get->add_flag("--applied", options.applied,
+                  "The configuration in force on the device, in place of the one that was written");
+    // CLI11's own map of names to values would also accept the values' numbers.
+    get->add_option_function<std::string>(
+           "--format",
+           [&options](const std::string &name) { options.format = name == "xml" ? Format::xml : Format::json; },
+           "json (the default) or xml")
+        ->transform(CLI::IsMember({"json", "xml"}, CLI::ignore_case))
+        ->option_text("FORMAT");
+    add_device_options(*get, device);
+    get->callback([&] { run_get(device, options); });
+}
+
+// Control characters in a user's names and files must not break the line or the terminal.
+std::string one_line(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
+    return text;
+}
+
+// Prints one line with the place and what was expected; for an edit, also the NETCONF error tag (RFC 6241
+// appendix A).
+int report(const Error &error, bool edits, bool trace) {
+    std::ostringstream line;
+    if (!error.path().empty())
+        line << error.path() << ": ";
+    line << error.what();
+    if (edits)
+        line << " [" << to_string(error.tag()) << ']';
+    if (trace && error.status() != 0)
+        line << " (status 0x" << std::hex << error.status() << ')';
+    std::cerr << "yfw: " << one_line(line.str()) << '\n';
+    return error.status() != 0 ? exit_failed : exit_refused;
+}
+
+bool edits(const CLI::App &app) {
+    const char *const commands[] = {"set", "delete", "edit", "commit", "rollback"};
+    return std::any_of(std::begin(commands), std::end(commands),
+                       [&](const char *name) { return app.got_subcommand(name); });
+}
+
+} // namespace
+
+int run_program(int argc, char **argv) {
+    CLI::App app{"OpenConfig LLDP for devices that speak native models", "yfw"};
+    app.require_subcommand(0, 1); // report an unknown command before a missing one
+    app.set_version_flag("--version", "yfw " YFW_VERSION);
+    app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n  yfw topology\n");
+    DeviceOptions device;
+    GetOptions get;
+    add_get(app, device, get);
+    add_edit_commands(app, device);
+    add_history_commands(app, device);
+    add_explain(app, device);
+    add_lab(app);
+    add_serve(app, device);
+    add_status_commands(app, device);
+    add_topology(app, device);
+    add_watch(app, device);
+    try {
+        app.parse(argc, argv);
+        if (app.get_subcommands().empty())
+            throw CLI::RequiredError("A subcommand");
+        return 0;
+    } catch (const CLI::ParseError &error) {
+        if (error.get_exit_code() == 0) // help or version
+            return app.exit(error);
+        std::cerr << "yfw: " << one_line(error.what()) << " (see yfw --help)\n";
+        return exit_refused;
+    } catch (const Error &error) {
+        return report(error, edits(app), device.trace);
+    } catch (const std::exception &error) {
+        std::cerr << "yfw: " << error.what() << '\n';
+        return exit_failed;
+    }
+}
+
+} // namespace yfw::cli
