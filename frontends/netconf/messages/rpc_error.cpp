@@ -58,7 +58,7 @@ std::string mandatory_info(const Error &error, const std::string &name) {
 } // namespace
 
 std::string escaped(std::string_view text) {
-    const bool is_text = yang::is_yang_text(std::string(text).c_str());
+    const bool is_text = yang::is_yang_text(text);
     std::string out;
     for (const char c : text) {
         switch (c) {

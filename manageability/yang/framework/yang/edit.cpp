@@ -44,7 +44,7 @@ std::string qualified(const lysc_node *leaf, const std::string &value) {
 
 void check_value(const Path &path, const std::string &value) {
     const lysc_node *leaf = path.back().node;
-    if (!is_yang_text(value.c_str()))
+    if (!is_yang_text(value))
         throw Error(ErrorTag::invalid_value, to_string(path),
                     "contains bytes or characters that are not allowed in a YANG string");
     if (lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, nullptr) ==

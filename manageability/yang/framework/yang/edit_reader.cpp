@@ -117,7 +117,7 @@ std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &fr
     if (!from.text.has_value() || !from.children.empty())
         throw Error(ErrorTag::invalid_value, path, "is a leaf, which cannot contain nodes");
     const bool is_absent = from.text->empty() && takes_away(operation) && !lysc_is_key(leaf);
-    if (!is_yang_text(from.text->c_str()) || from.text->find('\0') != std::string::npos)
+    if (!is_yang_text(*from.text))
         throw Error(ErrorTag::invalid_value, path, "contains characters that are not allowed in a YANG string");
     if (!is_absent)
         check_written(leaf, from, path);

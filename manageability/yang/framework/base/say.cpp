@@ -1,0 +1,27 @@
+#include "base/say.h"
+
+#include <iostream>
+#include <string>
+
+#include "base/printable.h"
+
+namespace yfw {
+namespace {
+
+// In one piece, since threads and processes may share standard error.
+void say_line(std::string line) {
+    line += '\n';
+    std::cerr << line << std::flush;
+}
+
+} // namespace
+
+void say(std::string_view text) {
+    say_line("yfw: " + printable(text));
+}
+
+void warn(std::string_view text) {
+    say_line("yfw: warning: " + printable(text));
+}
+
+} // namespace yfw
