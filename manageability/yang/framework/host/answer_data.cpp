@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "base/error.h"
+#include "yang/octet_text.h"
 #include "yang/schemas.h"
 #include "yang/tree_text.h"
 #include "yang/yang_text.h"
@@ -39,11 +40,18 @@ bool select_child(const Selections &selections, const lysc_node *schema, Selecti
     return selected;
 }
 
+bool is_binary(const lysc_node *leaf) {
+    return (leaf->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0 &&
+           reinterpret_cast<const lysc_node_leaf *>(leaf)->type->basetype == LY_TYPE_BINARY;
+}
+
 class Writer {
 public:
-    Writer(Content content, std::vector<std::string> &warnings) : content_(content), warnings_(warnings) {}
+    Writer(const AnswerTree &tree, Content content, std::vector<std::string> &warnings)
+        : tree_(tree), content_(content), warnings_(warnings) {}
 
-    yang::DataTree write(const AnswerEntry &root, const Selection &selection) {
+    yang::DataTree write(const Selection &selection) {
+        const AnswerEntry &root = tree_.root_entry();
         const AnswerSlot &slot = root.slots[0];
         const AnswerNode &top = *root.schema->children[0];
         if (slot.container == nullptr)
@@ -93,6 +101,9 @@ private:
         if (!wanted_content(schema.schema))
             return;
         const lysc_node *node = schema.schema;
+        std::string octets;
+        if (is_binary(node))
+            text = (octets = yang::binary_value(text)).c_str();
         if (!yang::is_yang_text(text))
             warnings_.push_back(place(to, node->name) + ": a value that is no text is left out");
         else if (lyd_new_term(to, node->module, node->name, text, 0, nullptr) != LY_SUCCESS)
@@ -113,18 +124,24 @@ private:
     }
 
     void list(const AnswerList &entries, const AnswerNode &schema, const Selections &selections, lyd_node *to) {
-        std::unordered_set<std::string> seen;
+        std::unordered_map<std::string, size_t> more; // by keys, how many entries follow the first with them
+        std::vector<const size_t *> repeated;         // in the order of the answer
         const bool several = entries.first != entries.last;
         for (const AnswerEntry *entry = entries.first; entry != nullptr; entry = entry->next) {
             Selections matching;
             if (!match_entry(*entry, selections, matching))
                 continue;
-            if (several && !seen.insert(keys_of(*entry)).second)
-                warnings_.push_back(place(to, schema.schema->name) +
-                                    ": a second entry with the same keys is left out");
-            else
+            const auto seen =
+                several ? more.try_emplace(keys_of(*entry), 0) : std::pair(more.end(), true);
+            if (seen.second)
                 list_entry(*entry, schema, matching, to);
+            else if (++seen.first->second == 1)
+                repeated.push_back(&seen.first->second);
         }
+        for (const size_t *count : repeated)
+            warnings_.push_back(place(to, schema.schema->name) + ": " +
+                                (*count == 1 ? "a second entry" : std::to_string(*count) + " more entries") +
+                                " with the same keys " + (*count == 1 ? "is" : "are") + " left out");
     }
 
     static const char *text_of(const AnswerEntry &entry, const AnswerNode &leaf) {
@@ -182,6 +199,16 @@ private:
         const bool keys_only = last_key->next == nullptr;
         if (keys_only && !wants_keys(selections))
             lyd_free_tree(node);
+        else
+            tell_dropped(entry, node);
+    }
+
+    // Entries of the device that cannot be told apart.
+    void tell_dropped(const AnswerEntry &entry, const lyd_node *node) {
+        if (const size_t dropped = tree_.dropped_for(entry); dropped != 0)
+            warnings_.push_back(
+                yang::path_of(node) + ": the device has " + std::to_string(1 + dropped) +
+                " entries that this one stands for; the first is shown, the others are left out");
     }
 
     // A list entry with its keys. The model has lists of one and of three keys.
@@ -198,7 +225,11 @@ private:
         }
         if (std::any_of(std::begin(keys), std::end(keys),
                         [](const char *key) { return key != nullptr && !yang::is_yang_text(key); })) {
-            warnings_.push_back(place(to, node->name) + ": an entry whose key is no text is left out");
+            const size_t dropped = tree_.dropped_for(entry);
+            warnings_.push_back(
+                place(to, node->name) + ": " +
+                (dropped == 0 ? "an entry whose key is no text is left out"
+                              : std::to_string(1 + dropped) + " entries whose key is no text are left out"));
             return nullptr;
         }
         lyd_node *made = nullptr;
@@ -217,6 +248,7 @@ private:
                             "\" is left out: " + yang::take_yang_error(parent->schema->module->ctx));
     }
 
+    const AnswerTree &tree_;
     Content content_;
     std::vector<std::string> &warnings_;
 };
@@ -227,7 +259,7 @@ yang::DataTree make_answer(const AnswerTree &tree, const Selection &selection, C
                            std::vector<std::string> &warnings) {
     for (const std::string &path : tree.unknown_paths())
         warnings.push_back(path + ": the OpenConfig model in use has no such node; it is left out");
-    return Writer(content, warnings).write(tree.root_entry(), selection);
+    return Writer(tree, content, warnings).write(selection);
 }
 
 } // namespace yfw::host

@@ -219,6 +219,49 @@ tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std:
     return handle_of(entry);
 }
 
+// What is added for a second native entry goes to an entry that is in no list.
+tidl_yfw_datatree *AnswerTree::map_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                          std::string_view key_name, std::string_view key_value,
+                                          const tidl_yfw_datatree *source) {
+    tidl_yfw_datatree *handle = find_or_add_entry(parent, list_path, key_name, key_value);
+    if (handle == nullptr || source == nullptr)
+        return handle;
+    AnswerEntry &entry = entry_of(*handle);
+    Origin &origin = origins_.try_emplace(&entry, Origin{source}).first->second;
+    if (origin.source == source)
+        return handle;
+    origin.dropped++;
+    AnswerEntry *aside = make_entry(*entry.schema, entry.parent);
+    entry.parent->slots[entry.schema->index].list->current = aside;
+    return handle_of(*aside);
+}
+
+const tidl_yfw_datatree *AnswerTree::source_of(const AnswerEntry &entry) const {
+    const auto found = origins_.find(&entry);
+    return found != origins_.end() ? found->second.source : nullptr;
+}
+
+size_t AnswerTree::dropped_for(const AnswerEntry &entry) const {
+    const auto found = origins_.find(&entry);
+    return found != origins_.end() ? found->second.dropped : 0;
+}
+
+const AnswerEntry *AnswerTree::counterpart(const AnswerEntry &entry) const {
+    if (entry.parent == nullptr)
+        return root_;
+    const AnswerEntry *parent = counterpart(*entry.parent);
+    if (parent == nullptr)
+        return nullptr;
+    const AnswerSlot &slot = parent->slots[entry.schema->index];
+    if (!entry.schema->is_list())
+        return slot.container;
+    if (entry.schema->keys.size() != 1)
+        return nullptr;
+    const char *key = entry.slots[entry.schema->keys.front()->index].text;
+    const auto found = entries_by_key_.find({slot.list, key != nullptr ? key : ""});
+    return found != entries_by_key_.end() ? found->second : nullptr;
+}
+
 void AnswerTree::qualify_identities(const ly_ctx *context) {
     for (LeafHandle &handle : handles_) {
         tidl_yfw_datatree &node = handle.node;

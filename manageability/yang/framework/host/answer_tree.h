@@ -80,6 +80,20 @@ public:
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
     tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
                                          std::string_view key_name, std::string_view key_value) override;
+    tidl_yfw_datatree *map_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                  std::string_view key_name, std::string_view key_value,
+                                  const tidl_yfw_datatree *source) override;
+
+    // The native entry that this entry shows; NULL when the plug-in did not map one to it.
+    const tidl_yfw_datatree *source_of(const AnswerEntry &entry) const;
+    // How many more native entries were mapped to it, and dropped.
+    size_t dropped_for(const AnswerEntry &entry) const;
+
+    // The entry of this tree with the same place and keys as one of another tree of the same schema; NULL when
+    // there is none, and below lists of several keys.
+    const AnswerEntry *counterpart(const AnswerEntry &entry) const;
+    // Takes over how many native entries another tree dropped for its counterpart.
+    void set_dropped(const AnswerEntry &entry, size_t count) { origins_.at(&entry).dropped = count; }
 
     // Paths that were added but are not in the model, as the plug-in spelled them.
     const std::set<std::string, std::less<>> &unknown_paths() const { return unknown_paths_; }
@@ -104,6 +118,12 @@ private:
         const char **text;
     };
 
+    // How an entry came from native ones.
+    struct Origin {
+        const tidl_yfw_datatree *source; // only compared, never followed
+        size_t dropped = 0;
+    };
+
     static AnswerEntry &entry_of(tidl_yfw_datatree &node);
 
     void clear_configuration(AnswerEntry &entry);
@@ -125,12 +145,14 @@ private:
     void index_key(AnswerEntry &entry, const char *before, const char *now);
     const char **set_value(AnswerEntry &parent, const AnswerNode &target, const char *value);
     tidl_yfw_datatree *hand_out(const char **text, const AnswerNode &target);
-    void join_entry(AnswerEntry &to, const AnswerEntry &from);
-    void join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from);
+    void join_entry(AnswerEntry &to, const AnswerEntry &from, const AnswerTree &other);
+    void join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,
+                   const AnswerTree &other);
 
     const AnswerSchema &schema_;
     std::pmr::monotonic_buffer_resource memory_;
     std::unordered_map<EntryKey, AnswerEntry *, EntryKeyHash> entries_by_key_;
+    std::unordered_map<const AnswerEntry *, Origin> origins_;
     std::deque<LeafHandle> handles_;
     AnswerEntry *root_;
     std::set<std::string, std::less<>> unknown_paths_;

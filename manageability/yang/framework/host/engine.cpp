@@ -1,8 +1,11 @@
 #include "host/engine.h"
 
+#include <algorithm>
+
 #include "base/error.h"
 #include "host/answer_data.h"
 #include "host/device_snapshot.h"
+#include "host/named_entries.h"
 #include "yang/forest.h"
 
 namespace yfw::host {
@@ -27,6 +30,21 @@ private:
 
 } // namespace
 
+// The reads without keys that a request has needed, by what they select: each is made once, however many
+// entries are named.
+class Engine::WholeReads {
+public:
+    template <class Map> std::shared_ptr<AnswerTree> of(const Selection &selection, Map &&map) {
+        for (const auto &[known, answer] : made_)
+            if (known == selection)
+                return answer;
+        return made_.emplace_back(selection, map()).second;
+    }
+
+private:
+    std::vector<std::pair<Selection, std::shared_ptr<AnswerTree>>> made_;
+};
+
 Engine::Engine(const yang::Schemas &schemas, sources::NativeSource &source, const MappingDescription &mapping)
     : schemas_(schemas), source_(source), answer_schema_(schemas.openconfig_root()),
       questions_(device_questions(mapping, schemas)), trace_buffer_(trace_lines_kept) {
@@ -46,7 +64,7 @@ Answer Engine::read(const ReadRequest &request, sources::Snapshot native) {
 Answer Engine::read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native) {
     const std::lock_guard<std::mutex> serialised(one_request_);
     const std::vector<Selection> passes = split_by_list_entry(selection_of(request));
-    const std::vector<std::unique_ptr<AnswerTree>> written = map_passes(passes, request.content, native());
+    const std::vector<std::shared_ptr<AnswerTree>> written = map_passes(passes, request.content, native());
     Answer answer;
     for (size_t i = 0; i < passes.size(); i++)
         yang::merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
@@ -60,11 +78,11 @@ Answer Engine::read_with(const lyd_node *configuration, const ReadRequest &reque
     for (Selection &pass : split_by_list_entry(selection_of(request)))
         (request.content != Content::config && selects_state(pass) ? with_state : others)
             .push_back(std::move(pass));
-    std::vector<std::unique_ptr<AnswerTree>> written;
+    std::vector<std::shared_ptr<AnswerTree>> written;
     if (!with_state.empty())
         written = map_passes(with_state, Content::state, source_.snapshot(schemas_.context()));
     for (size_t i = 0; i < others.size(); i++)
-        written.push_back(std::make_unique<AnswerTree>(answer_schema_));
+        written.push_back(std::make_shared<AnswerTree>(answer_schema_));
     std::move(others.begin(), others.end(), std::back_inserter(with_state));
     Answer answer;
     for (size_t i = 0; i < written.size(); i++) {
@@ -76,26 +94,50 @@ Answer Engine::read_with(const lyd_node *configuration, const ReadRequest &reque
 
 // Frees native data that nobody else holds before libyang's answer tree is built, so that both never occupy
 // memory at once.
-std::vector<std::unique_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
+std::vector<std::shared_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
                                                             Content content, sources::Snapshot native) {
     const DeviceSnapshot device(questions_, std::move(native));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
-    std::vector<std::unique_ptr<AnswerTree>> written;
+    WholeReads whole_reads;
+    std::vector<std::shared_ptr<AnswerTree>> written;
     for (const Selection &selection : passes)
-        written.push_back(map_pass(selection, content, device));
+        written.push_back(names_entries(selection, content) ? map_named(selection, content, device, whole_reads)
+                                                            : map_pass(selection, content, device));
     return written;
 }
 
 // Each mapping writes a tree of its own, from the native data that it asked for itself: no mapping's answer
 // depends on what stands beside it.
-std::unique_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content,
+std::shared_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content content,
                                              const DeviceSnapshot &device) {
     std::unique_ptr<AnswerTree> answer = main_mapping().read(selection, content, device, tracing());
     for (size_t i = 1; i < mappings_.size(); i++)
         answer->join(*mappings_[i]->read(selection, content, device, tracing()));
     return answer;
+}
+
+// Where a mapping that was given keys may not have found what it shows without them, everything is read, and the
+// entries are picked from it.
+std::shared_ptr<AnswerTree> Engine::map_named(const Selection &selection, Content content,
+                                              const DeviceSnapshot &device, WholeReads &whole_reads) {
+    NamedAnswer named = main_mapping().read_named(selection, content, device, tracing());
+    for (size_t i = 1; i < mappings_.size(); i++) {
+        const NamedAnswer beside = mappings_[i]->read_named(selection, content, device, tracing());
+        named.answer->join(*beside.answer);
+        named.finding = std::max(named.finding, beside.finding);
+    }
+    if (named.finding == NamedAnswer::Finding::confirmed)
+        return std::move(named.answer);
+    const Selection all = without_keys(selection);
+    try {
+        return whole_reads.of(all, [&] { return map_pass(all, content, device); });
+    } catch (const Error &error) {
+        if (named.finding == NamedAnswer::Finding::doubtful || error.status() == 0)
+            throw;
+        return std::move(named.answer); // another entry fails; this one does not exist
+    }
 }
 
 Explanation Engine::explain(const ReadRequest &request) {

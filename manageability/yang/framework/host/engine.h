@@ -61,11 +61,15 @@ public:
     Explanation explain(const yang::EditNode &edit, yang::SharedData running);
 
 private:
+    class WholeReads;
+
     Answer read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native);
-    std::vector<std::unique_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
+    std::vector<std::shared_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
                                                         sources::Snapshot native);
-    std::unique_ptr<AnswerTree> map_pass(const Selection &selection, Content content,
+    std::shared_ptr<AnswerTree> map_pass(const Selection &selection, Content content,
                                          const DeviceSnapshot &device);
+    std::shared_ptr<AnswerTree> map_named(const Selection &selection, Content content,
+                                          const DeviceSnapshot &device, WholeReads &whole_reads);
     template <class Visit> void for_each_that_edits(yang::SharedData running, Visit &&visit);
     void add_explanation(const Mapping &mapping, Explanation added, Explanation &to) const;
     Mapping &main_mapping() const { return *mappings_.front(); }

@@ -1,10 +1,12 @@
 #include "host/mapping.h"
 
 #include <algorithm>
+#include <cstring>
+#include <map>
 
 #include "base/error.h"
-#include "host/native_response.h"
-#include "host/native_selection.h"
+#include "host/named_entries.h"
+#include "host/native_responses.h"
 #include "host/pass.h"
 #include "yang/path_words.h"
 
@@ -75,15 +77,12 @@ RequestTraits Mapping::traits_of_read(const Selection &selection, Content conten
 
 std::unique_ptr<AnswerTree> Mapping::read(const Selection &selection, Content content,
                                           const DeviceSnapshot &device, const Tracing &tracing) {
-    if (sums_may_be_left_)
-        start_plugin_anew();
     Pass pass(traits_of_read(selection, content, tracing.on), tracing.buffer);
     NativePaths paths;
     walk_request(pass, selection, paths);
-    auto answer = std::make_unique<AnswerTree>(answer_schema_);
-    walk_responses(pass, paths, device, *answer);
-    answer->qualify_identities(schemas_.context());
-    return answer;
+    NativeResponses responses(schemas_, paths, device, description_.offer_absent_tops,
+                              NativeResponses::Keep::one);
+    return walk_responses(pass, responses);
 }
 
 // A counter missing on some nodes, or a truncated response, leaves a partial sum in the plug-in's globals, to
@@ -97,6 +96,8 @@ void Mapping::start_plugin_anew() {
 // A walk that ends with "no mapping" may have stopped early: walk each selected node separately, so that
 // nothing is lost.
 void Mapping::walk_request(Pass &pass, const Selection &selection, NativePaths &paths) {
+    if (sums_may_be_left_)
+        start_plugin_anew();
     const terrno status = walk_once(pass, selection, paths);
     pass.check(status);
     if (status != YMAP_STS_NO_MAPPING)
@@ -123,26 +124,25 @@ terrno Mapping::walk_tree(Pass &pass, const RequestTree &request, NativePaths &p
     return first;
 }
 
-void Mapping::walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device,
-                             AnswerTree &answer) {
-    NativeSelection selection(schemas_);
-    for (const NativePath &path : paths.paths())
-        selection.add(path);
+std::unique_ptr<AnswerTree> Mapping::walk_responses(Pass &pass, NativeResponses &responses) {
+    auto answer = std::make_unique<AnswerTree>(answer_schema_);
     for (const yfw_map_registration &tree : plugin_->trees()) {
         const lysc_node *top = schemas_.native_root(tree.native_ns, tree.native_top);
-        const SelectedNode *selected = selection.tree(top);
-        if (selected == nullptr)
-            continue;
-        const lyd_node *data = device.top(top);
-        if (data == nullptr && !description_.offer_absent_tops)
-            continue;
-        const NativeResponse response = data != nullptr ? NativeResponse(data, *selected) : NativeResponse(top);
-        pass.log.begin_walk();
-        pass.context.hierarchy().start(response.root());
-        offer_subtrees(pass, top, *response.root());
-        pass.check(tree.native_to_oc(pass.context.handle(), response.root(), answer.root()));
-        pass.context.set_subtrees({});
+        if (const tidl_yfw_datatree *response = responses.of_tree(top)) {
+            offer_subtrees(pass, top, *response);
+            walk_response(pass, tree, *response, *answer);
+            pass.context.set_subtrees({});
+        }
     }
+    answer->qualify_identities(schemas_.context());
+    return answer;
+}
+
+void Mapping::walk_response(Pass &pass, const yfw_map_registration &tree, const tidl_yfw_datatree &response,
+                            AnswerTree &answer) {
+    pass.log.begin_walk();
+    pass.context.hierarchy().start(&response);
+    pass.check(tree.native_to_oc(pass.context.handle(), &response, answer.root()));
 }
 
 void Mapping::offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root) {
@@ -156,6 +156,67 @@ void Mapping::offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_da
         sums_may_be_left_ = sums_may_be_left_ || (subtree.sums && node->child_count > 1);
     }
     pass.context.set_subtrees(offered);
+}
+
+// ---- reads by key ---------------------------------------------------------------------------------------
+
+NamedAnswer Mapping::read_named(const Selection &selection, Content content, const DeviceSnapshot &device,
+                                const Tracing &tracing) {
+    Pass pass(traits_of_read(selection, content, tracing.on), tracing.buffer);
+    NativePaths paths;
+    walk_request(pass, selection, paths);
+    NativeResponses responses(schemas_, paths, device, description_.offer_absent_tops,
+                              NativeResponses::Keep::all);
+    NamedAnswer read{walk_responses(pass, responses)};
+    if (!responses.are_narrowed())
+        return read;
+    const NamedEntries named(*read.answer, selection, content);
+    if (named.are_missing())
+        read.finding = NamedAnswer::Finding::missing;
+    else if (!confirm(named, *read.answer, without_keys(selection), content, responses, tracing))
+        read.finding = NamedAnswer::Finding::doubtful;
+    return read;
+}
+
+// Whether the entries that were found show the same native ones as they do in a walk without keys past all
+// native entries; of these it is enough to have the keys. Takes over how many native entries have the same
+// keys.
+bool Mapping::confirm(const NamedEntries &named, AnswerTree &answer, const Selection &all, Content content,
+                      NativeResponses &responses, const Tracing &tracing) {
+    std::map<const lysc_node *, std::unique_ptr<AnswerTree>> outlines;
+    for (const AnswerEntry *entry : named.found()) {
+        const lyd_node *native = responses.data_of(answer.source_of(*entry));
+        if (native == nullptr)
+            return false;
+        std::unique_ptr<AnswerTree> &outline = outlines[native->schema];
+        if (outline == nullptr)
+            outline = map_outline(native->schema, all, content, responses, tracing);
+        const AnswerEntry *same = outline->counterpart(*entry);
+        if (same == nullptr || responses.data_of(outline->source_of(*same)) != native)
+            return false;
+        answer.set_dropped(*entry, outline->dropped_for(*same));
+    }
+    return true;
+}
+
+// A mapping that needs more than the keys may fail; what it has not reached then is not confirmed.
+std::unique_ptr<AnswerTree> Mapping::map_outline(const lysc_node *list, const Selection &all, Content content,
+                                                 NativeResponses &responses, const Tracing &tracing) {
+    Pass pass(traits_of_read(all, content, tracing.on), tracing.buffer);
+    auto answer = std::make_unique<AnswerTree>(answer_schema_);
+    const tidl_yfw_datatree *outline = responses.outline_of(list);
+    try {
+        NativePaths known;
+        walk_request(pass, all, known);
+        for (const yfw_map_registration &tree : plugin_->trees())
+            if (outline != nullptr && std::strcmp(tree.native_top, outline->name) == 0 &&
+                std::strcmp(tree.native_ns, outline->ns) == 0)
+                walk_response(pass, tree, *outline, *answer);
+    } catch (const Error &error) {
+        if (error.status() == 0)
+            throw;
+    }
+    return answer;
 }
 
 Explanation Mapping::explain_read(const std::vector<Selection> &passes, Content content,

@@ -20,6 +20,8 @@
 
 namespace yfw::host {
 
+class NamedEntries;
+class NativeResponses;
 struct Pass;
 struct RequestTraits;
 class RequestTree;
@@ -28,6 +30,16 @@ class RequestTree;
 struct Tracing {
     platform::TraceBuffer &buffer;
     bool on; // write every callback's steps to the debug log and to the buffer
+};
+
+// What a mapping answered when it was given the keys of entries.
+struct NamedAnswer {
+    // Whether the answer shows under these keys what one for all entries does. `confirmed`: it does. `missing`:
+    // an entry was not found, or not for sure. `doubtful`: one that was found may show another native entry.
+    enum class Finding { confirmed, missing, doubtful };
+
+    std::unique_ptr<AnswerTree> answer;
+    Finding finding = Finding::confirmed;
 };
 
 // A mapping's library, and what its description names. Serves one request at a time, and only while the
@@ -45,6 +57,10 @@ public:
     // Maps one pass of a read on native data.
     std::unique_ptr<AnswerTree> read(const Selection &selection, Content content, const DeviceSnapshot &device,
                                      const Tracing &tracing);
+    // The same for a pass that names entries by key. The mapping narrows the native data by the keys, but may
+    // translate a key into a native one that fits other entries too, or none.
+    NamedAnswer read_named(const Selection &selection, Content content, const DeviceSnapshot &device,
+                           const Tracing &tracing);
     // What the library does with a read's request. Clears the trace buffer first.
     Explanation explain_read(const std::vector<Selection> &passes, Content content, const Tracing &tracing);
 
@@ -64,7 +80,13 @@ private:
     void walk_edit(const yang::EditNode &edit, Purpose purpose, const Tracing &tracing, NativePaths &paths);
     bool walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose,
                         const Tracing &tracing, NativePaths &paths);
-    void walk_responses(Pass &pass, const NativePaths &paths, const DeviceSnapshot &device, AnswerTree &answer);
+    std::unique_ptr<AnswerTree> walk_responses(Pass &pass, NativeResponses &responses);
+    void walk_response(Pass &pass, const yfw_map_registration &tree, const tidl_yfw_datatree &response,
+                       AnswerTree &answer);
+    bool confirm(const NamedEntries &named, AnswerTree &answer, const Selection &all, Content content,
+                 NativeResponses &responses, const Tracing &tracing);
+    std::unique_ptr<AnswerTree> map_outline(const lysc_node *list, const Selection &all, Content content,
+                                            NativeResponses &responses, const Tracing &tracing);
     void offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root);
 
     const yang::Schemas &schemas_;

@@ -34,7 +34,8 @@ bool has_wanted_keys(const lyd_node *entry, const SelectedNode &selection) {
 
 } // namespace
 
-NativeResponse::NativeResponse(const lyd_node *top, const SelectedNode &selection) {
+NativeResponse::NativeResponse(const lyd_node *top, const SelectedNode &selection)
+    : top_(top), selection_(&selection) {
     tidl_yfw_datatree *root = allocate(1);
     fill(*root, top, &selection, selection.whole);
     root_ = root;
@@ -61,6 +62,17 @@ bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selectio
 }
 
 // Below a node selected whole everything is selected, but key values still restrict entries.
+template <class Visit>
+void NativeResponse::for_each_included(const lyd_node *parent, const SelectedNode *selection, bool whole,
+                                       Visit &&visit) const {
+    for (const lyd_node *child = lyd_child(parent); child != nullptr; child = child->next) {
+        if (!includes(child, selection, whole))
+            continue;
+        const SelectedNode *below = selection != nullptr ? selection->child(child->schema) : nullptr;
+        visit(child, below, whole || (below != nullptr && below->whole));
+    }
+}
+
 void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection,
                           bool whole) {
     to = node_of(from->schema);
@@ -69,24 +81,40 @@ void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const Sel
         return;
     }
     uint32_t count = 0;
-    for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next)
-        count += includes(child, selection, whole) ? 1 : 0;
+    for_each_included(from, selection, whole, [&](const lyd_node *, const SelectedNode *, bool) { count++; });
     if (count == 0)
         return;
     to.child_count = count;
     to.children = allocate(count);
     tidl_yfw_datatree *next = to.children;
-    for (const lyd_node *child = lyd_child(from); child != nullptr; child = child->next) {
-        if (!includes(child, selection, whole))
-            continue;
-        const SelectedNode *below = selection != nullptr ? selection->child(child->schema) : nullptr;
-        fill(*next, child, below, whole || (below != nullptr && below->whole));
+    for_each_included(from, selection, whole, [&](const lyd_node *child, const SelectedNode *below, bool all) {
+        fill(*next, child, below, all);
         if (lysc_is_key(child->schema)) {
             next->node_flags |= YFW_NODE_IS_KEY;
             next->key_byte = 1;
         }
         next++;
-    }
+    });
+}
+
+const lyd_node *NativeResponse::data_of(const tidl_yfw_datatree *node) const {
+    return top_ != nullptr ? search(*root_, node, top_, selection_, selection_->whole) : nullptr;
+}
+
+const lyd_node *NativeResponse::search(const tidl_yfw_datatree &in, const tidl_yfw_datatree *wanted,
+                                       const lyd_node *data, const SelectedNode *selection, bool whole) const {
+    if (&in == wanted)
+        return data;
+    if (in.child_count == 0)
+        return nullptr;
+    const lyd_node *found = nullptr;
+    const tidl_yfw_datatree *next = in.children;
+    for_each_included(data, selection, whole, [&](const lyd_node *child, const SelectedNode *below, bool all) {
+        if (found == nullptr)
+            found = search(*next, wanted, child, below, all);
+        next++;
+    });
+    return found;
 }
 
 } // namespace yfw::host

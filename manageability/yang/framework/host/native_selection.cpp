@@ -20,6 +20,15 @@ SelectedNode &find_or_add(std::vector<std::unique_ptr<SelectedNode>> &nodes, con
     return *nodes.back();
 }
 
+// Adds the leaves that `from`, which may be NULL, selects by name.
+void add_leaves(SelectedNode &to, const SelectedNode *from) {
+    if (from == nullptr)
+        return;
+    for (const auto &child : from->children)
+        if (child->node->nodetype == LYS_LEAF && !lysc_is_key(child->node))
+            find_or_add(to.children, child->node).whole = true;
+}
+
 } // namespace
 
 const SelectedNode *SelectedNode::child(const lysc_node *schema) const {
@@ -49,8 +58,10 @@ void NativeSelection::add(const NativePath &path) {
         at = &find_or_add(at->children, schema);
     }
     at->whole = true;
-    if (path.value.has_value() && lysc_is_key(at->node))
+    if (path.value.has_value() && lysc_is_key(at->node)) {
         at->value = path.value;
+        narrows_ = true;
+    }
 }
 
 const SelectedNode *NativeSelection::tree(const lysc_node *top) const {
@@ -58,6 +69,23 @@ const SelectedNode *NativeSelection::tree(const lysc_node *top) const {
         if (tree->node == top)
             return tree.get();
     return nullptr;
+}
+
+std::unique_ptr<SelectedNode> NativeSelection::outline(const lysc_node *list) const {
+    std::vector<const lysc_node *> chain; // the top node comes last
+    for (const lysc_node *node = list; node != nullptr; node = lysc_data_parent(node))
+        chain.push_back(node);
+    auto top = std::make_unique<SelectedNode>();
+    top->node = chain.back();
+    SelectedNode *at = top.get();
+    const SelectedNode *asked = tree(chain.back());
+    add_leaves(*at, asked);
+    for (auto node = chain.rbegin() + 1; node != chain.rend(); ++node) {
+        at = &find_or_add(at->children, *node);
+        asked = asked != nullptr ? asked->child(*node) : nullptr;
+        add_leaves(*at, asked);
+    }
+    return top;
 }
 
 } // namespace yfw::host

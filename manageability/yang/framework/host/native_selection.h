@@ -32,11 +32,19 @@ public:
     // The selection below a native top node; NULL when there is none.
     const SelectedNode *tree(const lysc_node *top) const;
 
+    // Whether a key's value is among what was added.
+    bool narrows() const { return narrows_; }
+
+    // From the top down to the native list: of it and of the lists around it the keys and what was added as a
+    // leaf of theirs, whatever the values; nothing else.
+    std::unique_ptr<SelectedNode> outline(const lysc_node *list) const;
+
 private:
     SelectedNode &tree_for(const NativePath &path, std::string_view top);
 
     const yang::Schemas &schemas_;
     std::vector<std::unique_ptr<SelectedNode>> trees_;
+    bool narrows_ = false;
 };
 
 } // namespace yfw::host

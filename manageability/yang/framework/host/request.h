@@ -20,6 +20,8 @@ struct Selection {
     std::vector<Selection> children;
     bool named = false;
 
+    bool operator==(const Selection &) const = default;
+
     bool is_key() const { return lysc_is_key(node); }
 
     // Whether it only restricts what is selected beside it.

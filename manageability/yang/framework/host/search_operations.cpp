@@ -6,6 +6,7 @@
 
 #include "host/host_status.h"
 #include "host/node_hierarchy.h"
+#include "host/request_context.h"
 #include "host/tree_owner.h"
 #include "yang/path_words.h"
 
@@ -49,23 +50,28 @@ bool take_apart(std::string_view keyed, std::string_view plain, std::vector<Keye
     return !lists.empty();
 }
 
-terrno stitch(yfw_map_stitch &record) {
+// The outer lists are found by their keys; the entry of the last one maps the native entry in hand.
+terrno stitch(yfw_map_stitch &record, const tidl_yfw_datatree *source) {
     TreeOwner *owner =
         record.parent != nullptr ? static_cast<TreeOwner *>(record.parent->framework_private) : nullptr;
     std::vector<KeyedList> lists;
     if (owner == nullptr || !take_apart(record.keyed_path, record.list_path, lists))
         return status_bad_argument;
+    const KeyedList inner = lists.back();
+    lists.pop_back();
     for (const KeyedList &list : lists)
         if (owner->find_or_add_entry(*record.parent, list.path, list.key_name, list.key_value) == nullptr)
             return status_unknown_path;
-    return YMAP_OK;
+    return owner->map_entry(*record.parent, inner.path, inner.key_name, inner.key_value, source) != nullptr
+               ? YMAP_OK
+               : status_unknown_path;
 }
 
 } // namespace
 
-terrno yfw_map_stitch_list_to_list(yfw_map_ctx, yfw_map_stitch *record) {
+terrno yfw_map_stitch_list_to_list(yfw_map_ctx ctx, yfw_map_stitch *record) {
     try {
-        return stitch(*record);
+        return stitch(*record, RequestContext::of(ctx).hierarchy().current_list_entry());
     } catch (const std::bad_alloc &) {
         return YMAP_ERR_NO_MEMORY;
     }

@@ -32,6 +32,14 @@ public:
     // not a list in the tree.
     virtual tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
                                                  std::string_view key_name, std::string_view key_value) = 0;
+
+    // The same for the entry that the native list entry `source` is mapped to; NULL when there is none. If
+    // another native entry was mapped to it before, what is added to this one is dropped: entries never mix.
+    virtual tidl_yfw_datatree *map_entry(tidl_yfw_datatree &parent, std::string_view list_path,
+                                          std::string_view key_name, std::string_view key_value,
+                                          const tidl_yfw_datatree *) {
+        return find_or_add_entry(parent, list_path, key_name, key_value);
+    }
 };
 
 } // namespace yfw::host

@@ -1,86 +1,15 @@
 // Properties that hold for every table of neighbors that a device may report. The seeds are fixed.
 #include <algorithm>
-#include <set>
 
 #include <gtest/gtest.h>
 
 #include "base/error.h"
-#include "data_texts.h"
-#include "neighbor_tables.h"
+#include "neighbor_answers.h"
 #include "test_device.h"
 #include "yang/tree_text.h"
 
 namespace yfw::host::test {
 namespace {
-
-const lyd_node *child(const lyd_node *parent, std::string_view name) {
-    const lyd_node *node = parent != nullptr ? lyd_child(parent) : nullptr;
-    while (node != nullptr && name != node->schema->name)
-        node = node->next;
-    return node;
-}
-
-// The entries of the list `name` below `parent`.
-std::vector<const lyd_node *> entries(const lyd_node *parent, std::string_view name) {
-    std::vector<const lyd_node *> found;
-    for (const lyd_node *node = child(parent, name); node != nullptr; node = node->next)
-        if (name == node->schema->name)
-            found.push_back(node);
-    return found;
-}
-
-std::string key_of(const lyd_node *entry) {
-    return lyd_get_value(lyd_child(entry));
-}
-
-std::vector<const lyd_node *> interfaces_of(const lyd_node *answer) {
-    return entries(child(answer, "interfaces"), "interface");
-}
-
-std::vector<const lyd_node *> neighbors_of(const lyd_node *interface) {
-    return entries(child(interface, "neighbors"), "neighbor");
-}
-
-// The keys of all neighbors, with duplicates.
-std::multiset<NeighborKey> neighbors_in(const lyd_node *answer) {
-    std::multiset<NeighborKey> found;
-    for (const lyd_node *interface : interfaces_of(answer))
-        for (const lyd_node *neighbor : neighbors_of(interface))
-            found.emplace(key_of(interface), key_of(neighbor));
-    return found;
-}
-
-Lines subtree(const lyd_node *entry) {
-    // leaves() includes the siblings, and a copy has none.
-    lyd_node *copy = nullptr;
-    lyd_dup_single(entry, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS, &copy);
-    while (copy != nullptr && lyd_parent(copy) != nullptr)
-        copy = lyd_parent(copy);
-    const yang::DataTree owner(copy);
-    return leaves(copy);
-}
-
-// The lines of the interface's entry or, if `id` is given, of that neighbor on it. Empty when there is none.
-Lines held_for(const lyd_node *answer, const std::string &interface, const Text &id = {}) {
-    for (const lyd_node *entry : interfaces_of(answer)) {
-        if (key_of(entry) != interface)
-            continue;
-        if (!id.has_value())
-            return subtree(entry);
-        for (const lyd_node *neighbor : neighbors_of(entry))
-            if (key_of(neighbor) == *id)
-                return subtree(neighbor);
-    }
-    return {};
-}
-
-std::string entry_path(const std::string &interface) {
-    return "/lldp/interfaces/interface[name=" + quoted(interface) + "]";
-}
-
-std::string neighbor_path(const NeighborKey &key) {
-    return entry_path(key.first) + "/neighbors/neighbor[id=" + quoted(key.second) + "]";
-}
 
 class EveryTable : public testing::TestWithParam<unsigned> {
 protected:

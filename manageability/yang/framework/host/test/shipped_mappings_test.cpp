@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "data_texts.h"
-#include "neighbor_tables.h"
+#include "neighbor_answers.h"
 #include "test_device.h"
 
 namespace yfw::host::test {
@@ -113,6 +113,17 @@ TEST_F(TheShippedMappings, KeepAnsweringWhenTheMainOneIsLoadedAnew) {
     for (int round = 0; round < 3; round++)
         EXPECT_EQ(read({"/lldp/state/counters/frame-in", enabled}),
                   (Lines{"/lldp/state/enabled=false", "/lldp/state/counters/frame-in=42"}));
+}
+
+// The main mapping asks for "sw" and finds another neighbor; the one beside it has no neighbors at all.
+TEST_F(TheShippedMappings, FindANeighborByAnIdThatCannotBeTakenApart) {
+    const Announcement asked{"p", {{"chassis-id", "c1"}}}, other{"p", {{"chassis-id", "c2"}}};
+    source.xml = Table{{{"0/0", {{"eth1", "sw", {other}}, {"eth1", "sw#1", {asked}}}}}}.xml();
+    const std::string entry = neighbor_path({"eth1", "sw#1#p"});
+    const Lines found = read({entry, enabled});
+    EXPECT_EQ(std::count(found.begin(), found.end(), entry + "/state/chassis-id=c1"), 1);
+    EXPECT_EQ(std::count(found.begin(), found.end(), std::string(enabled) + "=false"), 1);
+    EXPECT_EQ(read({entry + "/state/chassis-id"}), Lines{entry + "/state/chassis-id=c1"});
 }
 
 TEST_F(TheShippedMappings, AreToldApartInAnExplanation) {
