@@ -1,15 +1,14 @@
 #include "frontends/cli/program.h"
 
 #include <algorithm>
-#include <cctype>
 #include <exception>
-#include <iostream>
 #include <sstream>
 #include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "base/error.h"
+#include "base/say.h"
 #include "frontends/cli/commands/commands.h"
 #include "frontends/cli/commands/edit_command.h"
 #include "frontends/cli/commands/explain_command.h"
@@ -62,13 +61,6 @@ void add_get(CLI::App &app, DeviceOptions &device, GetOptions &options) {
     get->callback([&] { run_get(device, options); });
 }
 
-// Control characters in a user's names and files must not break the line or the terminal.
-std::string one_line(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
-    return text;
-}
-
 // Prints one line with the place and what was expected; for an edit, also the NETCONF error tag (RFC 6241
 // appendix A).
 int report(const Error &error, bool edits, bool trace) {
@@ -80,7 +72,7 @@ int report(const Error &error, bool edits, bool trace) {
         line << " [" << to_string(error.tag()) << ']';
     if (trace && error.status() != 0)
         line << " (status 0x" << std::hex << error.status() << ')';
-    std::cerr << "yfw: " << one_line(line.str()) << '\n';
+    say(line.str());
     return error.status() != 0 ? exit_failed : exit_refused;
 }
 
@@ -116,12 +108,12 @@ int run_program(int argc, char **argv) {
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0) // help or version
             return app.exit(error);
-        std::cerr << "yfw: " << one_line(error.what()) << " (see yfw --help)\n";
+        say(error.what() + std::string(" (see yfw --help)"));
         return exit_refused;
     } catch (const Error &error) {
         return report(error, edits(app), device.trace);
     } catch (const std::exception &error) {
-        std::cerr << "yfw: " << error.what() << '\n';
+        say(error.what());
         return exit_failed;
     }
 }

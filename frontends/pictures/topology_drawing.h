@@ -3,7 +3,6 @@
 #define YFW_FRONTENDS_PICTURES_TOPOLOGY_DRAWING_H
 
 #include <string>
-#include <string_view>
 
 #include "frontends/pictures/topology_model.h"
 
@@ -19,9 +18,6 @@ std::string draw_dot(const Topology &topology);
 // The label of a port in both drawings: its name, followed in parentheses by the other ids under which
 // neighbors know it. "?" when its name is unknown.
 std::string port_text(const Port &port);
-
-// The text as one line, with control characters written as \x and two digits.
-std::string printable(std::string_view text);
 
 } // namespace yfw::pictures
 

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "base/printable.h"
 #include "frontends/pictures/topology_drawing.h"
 
 namespace yfw::pictures {

@@ -1,9 +1,9 @@
 #include "frontends/cli/commands/commands.h"
 
 #include <cstdio>
-#include <iostream>
 #include <memory>
 
+#include "base/say.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/print.h"
 #include "yang/path.h"
@@ -44,7 +44,7 @@ void run_get(const DeviceOptions &device, const GetOptions &get) {
     const host::ReadRequest request = read_request(named.schemas, get);
     answer = get.applied ? named.device.read_applied(request) : named.device.read(request);
     for (const std::string &warning : answer.warnings)
-        std::cerr << "yfw: warning: " << warning << '\n';
+        warn(warning);
     prepare_output(stdout);
     print_data(stdout, named.schemas, answer.data.get(), get.format);
 }

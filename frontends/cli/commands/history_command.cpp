@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "base/error.h"
+#include "base/printable.h"
 #include "commits/commit_log.h"
 #include "device/store_errors.h"
 #include "frontends/cli/options/current_user.h"
@@ -53,13 +54,13 @@ void with_store(const DeviceOptions &device,
 void print_history(const commits::CommitLog &store) {
     for (const commits::Commit &commit : store.history())
         std::cout << std::right << std::setw(6) << commit.number << "  " << commit.time << "  " << std::left
-                  << std::setw(12) << commit.who << "  " << commit.comment << '\n';
+                  << std::setw(12) << printable(commit.who) << "  " << printable(commit.comment) << '\n';
     std::cout << std::flush;
 }
 
 void print_commit(const commits::Commit &commit) {
-    std::cout << "commit  " << commit.number << "\ntime    " << commit.time << "\nwho     " << commit.who
-              << "\ncomment " << commit.comment << "\n\nedit:\n"
+    std::cout << "commit  " << commit.number << "\ntime    " << commit.time << "\nwho     "
+              << printable(commit.who) << "\ncomment " << printable(commit.comment) << "\n\nedit:\n"
               << commit.edit << "\nnative difference:\n"
               << commit.difference << "\nnative configuration:\n"
               << commit.configuration << std::flush;

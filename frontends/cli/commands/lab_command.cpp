@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/say.h"
 #include "frontends/cli/options/named_device.h"
 #include "lab/lab.h"
 
@@ -56,7 +57,7 @@ struct LabOptions {
 };
 
 void report_progress(const std::string &line) {
-    std::cerr << "yfw: lab: " << line << std::endl;
+    say("lab: " + line);
 }
 
 std::string text_of(const lab::Port &port) {
@@ -185,7 +186,7 @@ void run_down(const LabOptions &options) {
 
 void run_record(const LabOptions &options) {
     for (const lab::Port &port : lab::record(options.place, options.recordings, report_progress))
-        std::cerr << "yfw: warning: " << text_of(port) << " has not heard all its neighbors\n";
+        warn(text_of(port) + " has not heard all its neighbors");
 }
 
 CLI::App *add_command(CLI::App &lab, LabOptions &options, const char *name, const char *description) {

@@ -16,6 +16,7 @@
 
 #include "base/any_readable.h"
 #include "base/error.h"
+#include "base/say.h"
 #include "base/stop_signals.h"
 #include "device/drift_keeper.h"
 #include "device/keeper.h"
@@ -61,10 +62,6 @@ void publish(netconf::EventStream &events, const netconf::ProtocolModules &modul
              const device::NeighborReport &report) {
     netconf::publish_change(events, modules, std::string(device::to_string(report.change)), report.keys(),
                             netconf::print_data(report.answer.get()));
-}
-
-void say(const std::string &text) {
-    std::cerr << "yfw: " << text << std::endl;
 }
 
 // The rules of the file; nothing when no file is given. Their paths may name nodes of the modules that clients
@@ -146,7 +143,7 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     if (!options.socket.empty()) {
         server.socket = options.socket;
         serve_device(device, server, options, [&] {
-            std::cerr << "yfw: NETCONF on " << server.socket.string() << std::endl;
+            say("NETCONF on " + server.socket.string());
             return stop.descriptor();
         });
         return;

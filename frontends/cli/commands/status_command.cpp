@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/error.h"
+#include "base/printable.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
 
@@ -61,7 +62,7 @@ void print_drift(const DeviceOptions &options, bool json) {
         std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
     } else {
         for (const device::Drift &one : drift)
-            std::cout << line_of(one) << '\n';
+            std::cout << printable(line_of(one)) << '\n';
         if (drift.empty())
             std::cout << "no drift\n";
     }
@@ -91,8 +92,10 @@ void print_status(const DeviceOptions &options) {
         return flush_output();
     }
     const commits::Commit &last = history.front();
-    std::cout << "commit  " << last.number << ", " << last.time << (last.who.empty() ? "" : ", by " + last.who)
-              << (last.comment.empty() ? "" : ": " + last.comment) << '\n';
+    std::cout << "commit  " << last.number << ", " << last.time
+              << printable((last.who.empty() ? "" : ", by " + last.who) +
+                           (last.comment.empty() ? "" : ": " + last.comment))
+              << '\n';
     const size_t drift = named.device.drift().size();
     std::cout << "drift   " << (drift == 0 ? "none" : counted(drift, "leaf value") + " (see yfw drift)")
               << '\n';

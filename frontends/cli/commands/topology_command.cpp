@@ -1,10 +1,10 @@
 #include "frontends/cli/commands/topology_command.h"
 
 #include <cstdio>
-#include <iostream>
 #include <memory>
 #include <stdexcept>
 
+#include "base/say.h"
 #include "base/system_error.h"
 #include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/named_device.h"
@@ -45,7 +45,7 @@ pictures::Report read_device(const std::filesystem::path &directory, DeviceOptio
     request.paths.push_back(yang::parse_path(named.schemas.openconfig_root(), "/lldp"));
     const host::Answer answer = named.device.read(request);
     for (const std::string &warning : answer.warnings)
-        std::cerr << "yfw: warning: " << directory.string() << ": " << warning << '\n';
+        warn(directory.string() + ": " + warning);
     return pictures::read_answer(directory.string(), answer.data.get());
 }
 

@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "base/error.h"
+#include "base/printable.h"
+#include "base/say.h"
 #include "base/stop_signals.h"
 #include "base/utc_time.h"
 #include "device/neighbor_report.h"
@@ -39,10 +41,11 @@ void print(const device::NeighborReport &report, bool json) {
                                             {"change", device::to_string(report.change)},
                                             {"path", report.path()},
                                             {"neighbor", data_of(report.neighbor)}}
-                         .dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+                         .dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
     else
         std::cout << time << "  " << device::to_string(report.change)
-                  << (report.change == sources::NeighborChange::added ? "    " : "  ") << report.path();
+                  << (report.change == sources::NeighborChange::added ? "    " : "  ")
+                  << printable(report.path());
     std::cout << '\n' << std::flush; // so that a pipe gets each line at once
     if (!std::cout)
         throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
@@ -62,11 +65,8 @@ void run_watch(const DeviceOptions &options, bool json) {
                                                if (const auto report = reporter.report(std::move(event)))
                                                    print(*report, json);
                                            },
-                                           [](const std::string &reason) {
-                                               std::cerr << "yfw: warning: " << reason << "; waiting for it"
-                                                         << std::endl;
-                                           },
-                                           [] { std::cerr << "yfw: the device is back" << std::endl; }});
+                                           [](const std::string &reason) { warn(reason + "; waiting for it"); },
+                                           [] { say("the device is back"); }});
 }
 
 } // namespace

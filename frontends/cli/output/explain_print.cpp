@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/printable.h"
+
 namespace yfw::cli {
 namespace {
 
@@ -62,11 +64,12 @@ std::string edit_text(const host::NativePath &path) {
 
 void print_explanation(std::ostream &to, const host::Explanation &explanation, bool edit) {
     for (const host::ExplainedNode &node : explanation) {
-        to << node.openconfig << '\n';
+        to << printable(node.openconfig) << '\n';
         if (!node.callbacks.empty())
             to << "  by   " << joined(node.callbacks) << '\n';
         for (const host::NativePath &path : node.paths)
-            to << "  " << (edit ? edit_text(path) : read_text(path)) << "   (" << module_of(path.ns) << ")\n";
+            to << "  " << printable(edit ? edit_text(path) : read_text(path)) << "   (" << module_of(path.ns)
+               << ")\n";
     }
 }
 

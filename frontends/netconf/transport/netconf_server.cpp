@@ -1,7 +1,5 @@
 #include "frontends/netconf/transport/netconf_server.h"
 
-#include <iostream>
-
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,6 +8,7 @@
 #include <event2/listener.h>
 
 #include "base/error.h"
+#include "base/say.h"
 #include "base/system_error.h"
 #include "base/unix_socket.h"
 #include "frontends/netconf/events/server_events.h"
@@ -94,10 +93,6 @@ void NetconfServer::rest() {
     evconnlistener_disable(listener_);
     const timeval wait{1, 0};
     evtimer_add(rest_timer_, &wait);
-}
-
-void NetconfServer::say(const std::string &text) const {
-    std::cerr << "yfw: " << text << std::endl;
 }
 
 void NetconfServer::accept(int socket) {

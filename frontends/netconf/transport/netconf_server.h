@@ -58,7 +58,6 @@ private:
     void finish(uint32_t session, const Reply &reply);
     void arm_commit_timer();
     void in_background(std::function<void()> work);
-    void say(const std::string &text) const;
 
     ServerOptions options_;
     device::Service &service_;

@@ -8,6 +8,7 @@
 #include <event2/bufferevent.h>
 #include <event2/event.h>
 
+#include "base/say.h"
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/transport/netconf_server.h"
@@ -206,7 +207,7 @@ void Session::close_after_writing(EndReason reason) {
 
 // No error can be sent once the framing is broken (RFC 6242 section 4.2).
 void Session::broken(const std::string &why, EndReason reason) {
-    server_.say("session " + std::to_string(caller_.session) + " (" + caller_.user + ") is closed: " + why);
+    say("session " + std::to_string(caller_.session) + " (" + caller_.user + ") is closed: " + why);
     end(reason);
 }
 

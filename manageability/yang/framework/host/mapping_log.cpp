@@ -3,6 +3,8 @@
 #include <iostream>
 #include <string_view>
 
+#include "base/printable.h"
+
 namespace yfw::host {
 namespace {
 
@@ -18,7 +20,7 @@ std::string message_of(std::string_view line) {
 void print_line(std::string_view line) {
     while (!line.empty() && line.back() == '\n')
         line.remove_suffix(1);
-    std::cerr << line << '\n';
+    std::cerr << printable(line) + '\n';
 }
 
 } // namespace
