@@ -65,6 +65,21 @@ void add_capabilities(const json &chassis, Fields &fields) {
             capability.at("enabled").get<bool>() ? "true" : "false";
 }
 
+// The MAC/PHY TLV of 802.3, which lldpcli puts into words. Of the capabilities that the routers announce for
+// their virtual cables, only bit 0 is set, "other"; lldpcli has no word for it.
+void add_mac_phy(const json &port, Fields &fields) {
+    static const std::map<std::string, const char *> mau_types{
+        {"10GbaseT - Four-pair Category 6A or better, full duplex mode only", "\x00\x36"}};
+    for (const json &told : port.value("auto-negotiation", json::array())) {
+        std::string octets(5, '\0');
+        octets[0] = static_cast<char>((told.at("supported").get<bool>() ? 1 : 0) |
+                                      (told.at("enabled").get<bool>() ? 2 : 0));
+        octets[1] = '\x80';
+        octets.replace(3, 2, mau_types.at(text_at(told, "/current/0/value")), 2);
+        fields["tlv 00:12:0f 1"] = base64(octets);
+    }
+}
+
 void add_tlvs(const json &neighbor, Fields &fields) {
     for (const json &group : neighbor.value("unknown-tlvs", json::array()))
         for (const json &tlv : group.value("unknown-tlv", json::array()))
@@ -92,6 +107,7 @@ Fields told_by_lldpcli(const json &neighbor) {
         fields["management-address-type"] = is_ipv6 ? "ipv6" : "ipv4";
     }
     add_capabilities(chassis, fields);
+    add_mac_phy(port, fields);
     add_tlvs(neighbor, fields);
     return fields;
 }
@@ -150,7 +166,8 @@ TEST_F(LldpdLab, DecodesTheOctetsOfACustomTlvAsTheyWereSent) {
         lab().configure(
             "r4", {"lldp", "custom-tlv", "add", "oui", "33,44,66", "subtype", "7", "oui-info", sent.octets});
         const std::string value =
-            entry("eth3") + "/neighbors/neighbor[id='r4.example.net#eth3']/custom-tlvs/tlv/state/value";
+            entry("eth3") +
+            "/neighbors/neighbor[id='r4.example.net#eth3']/custom-tlvs/tlv[oui='33:44:66']/state/value";
         EXPECT_TRUE(eventually([&] {
             return values_at(get("r1", {"/lldp"}).get(), value) == std::vector<std::string>{sent.answered};
         })) << sent.octets;

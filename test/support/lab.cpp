@@ -1,18 +1,29 @@
 #include "support/lab.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
+#include <exception>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 
+#include <fcntl.h>
+#include <net/if.h>
+#include <netpacket/packet.h>
 #include <nlohmann/json.hpp>
+#include <sched.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/descriptor.h"
 #include "base/run_program.h"
 #include "lab/daemon.h"
 #include "lab/daemon_questions.h"
+#include "lab/network.h"
 #include "lab/programs.h"
 #include "support/eventually.h"
 
@@ -32,6 +43,26 @@ std::string run_program(const std::string &program, const std::vector<std::strin
     if (finished.status != 0)
         throw std::runtime_error(program + ": " + finished.reason());
     return finished.output;
+}
+
+[[noreturn]] void fail_with_errno(const std::string &doing) {
+    throw std::runtime_error(doing + ": " + std::strerror(errno));
+}
+
+void send_from(const std::string &name_space, const std::string &interface,
+               const std::vector<std::string> &frames) {
+    const Descriptor space(::open(lab::namespace_file(name_space).c_str(), O_RDONLY | O_CLOEXEC));
+    if (::setns(space.get(), CLONE_NEWNET) != 0)
+        fail_with_errno(name_space);
+    const Descriptor socket(::socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, 0));
+    sockaddr_ll address{};
+    address.sll_family = AF_PACKET;
+    address.sll_ifindex = static_cast<int>(::if_nametoindex(interface.c_str()));
+    if (::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        fail_with_errno(interface);
+    for (const std::string &frame : frames)
+        if (::send(socket.get(), frame.data(), frame.size(), 0) != static_cast<ssize_t>(frame.size()))
+            fail_with_errno("sending a frame from " + interface);
 }
 
 } // namespace
@@ -137,6 +168,21 @@ void Laboratory::ip(const std::string &router, const std::vector<std::string> &w
     std::vector<std::string> arguments{"-n", place_.namespace_of(router)};
     arguments.insert(arguments.end(), words.begin(), words.end());
     run_program(lab::ip_program(), arguments);
+}
+
+// In a thread of its own, since the namespace is the thread's.
+void Laboratory::send(const std::string &router, const std::string &interface,
+                      const std::vector<std::string> &frames) const {
+    std::exception_ptr trouble;
+    std::thread([&] {
+        try {
+            send_from(place_.namespace_of(router), interface, frames);
+        } catch (...) {
+            trouble = std::current_exception();
+        }
+    }).join();
+    if (trouble)
+        std::rethrow_exception(trouble);
 }
 
 std::vector<pid_t> Laboratory::processes(const std::string &router) const {

@@ -60,6 +60,10 @@ public:
     /// Runs `ip` in a router's namespace. Throws with its message when it fails.
     void ip(const std::string &router, const std::vector<std::string> &words) const;
 
+    /// Sends frames, as they are, from an interface of a router. Throws when they cannot be sent.
+    void send(const std::string &router, const std::string &interface,
+              const std::vector<std::string> &frames) const;
+
     /// Kills the daemon and the processes that it started.
     void kill_daemon(const std::string &router);
     /// Starts the daemon again with its original arguments, and waits until it answers. It has no state left.

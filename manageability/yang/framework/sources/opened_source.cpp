@@ -27,9 +27,10 @@ OpenedSource open_files(FileSource files, Use use) {
 }
 
 OpenedSource open_daemon(const std::string &socket) {
-    auto daemon = std::make_unique<lldpd::LldpdSource>(socket);
+    const auto discoveries = std::make_shared<lldpd::Discoveries>();
+    auto daemon = std::make_unique<lldpd::LldpdSource>(socket, discoveries);
     NativeTarget *target = daemon.get();
-    return {std::move(daemon), target, std::make_unique<lldpd::LldpdWatch>(socket)};
+    return {std::move(daemon), target, std::make_unique<lldpd::LldpdWatch>(socket, discoveries)};
 }
 
 } // namespace

@@ -36,7 +36,8 @@ std::string LldpdSource::default_socket() {
 
 yang::DataTree LldpdSource::read(const ly_ctx *context) {
     const Connection connection(socket_);
-    const State state = read_state(connection);
+    State state = read_state(connection);
+    discoveries_->date(state.ports);
     yang::DataTree data = configuration_data(context, state);
     yang::join(data, operational_data(context, state));
     return data;

@@ -2,9 +2,11 @@
 #ifndef YFW_SOURCES_LLDPD_LLDPD_SOURCE_H
 #define YFW_SOURCES_LLDPD_LLDPD_SOURCE_H
 
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "sources/lldpd/discoveries.h"
 #include "sources/native_source.h"
 #include "sources/native_target.h"
 
@@ -13,8 +15,11 @@ namespace yfw::sources::lldpd {
 // Connects to the daemon anew for each call, so it may be restarted in between. Every wait is bounded.
 class LldpdSource final : public NativeSource, public NativeTarget {
 public:
-    // `socket`: the daemon's control socket, usually /run/lldpd.socket.
-    explicit LldpdSource(std::string socket) : socket_(std::move(socket)) {}
+    // `socket`: the daemon's control socket, usually /run/lldpd.socket. `discoveries` may be shared with a
+    // watch.
+    explicit LldpdSource(std::string socket,
+                         std::shared_ptr<Discoveries> discoveries = std::make_shared<Discoveries>())
+        : socket_(std::move(socket)), discoveries_(std::move(discoveries)) {}
 
     // The control socket of this machine's daemon.
     static std::string default_socket();
@@ -28,6 +33,7 @@ public:
 
 private:
     std::string socket_;
+    std::shared_ptr<Discoveries> discoveries_;
 };
 
 } // namespace yfw::sources::lldpd

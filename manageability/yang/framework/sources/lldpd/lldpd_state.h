@@ -21,30 +21,35 @@ struct ManagementAddress {
     std::optional<uint32_t> interface_number;
 };
 
-// An organizationally specific TLV that lldpd reports (clause 8.6).
+// An organizationally specific TLV (clause 8.6).
 struct CustomTlv {
     std::array<uint8_t, 3> oui{};
     uint8_t subtype = 0;
     std::string octets; // as on the wire
+
+    bool operator==(const CustomTlv &) const = default;
 };
 
 struct Chassis {
     std::optional<uint32_t> id_subtype; // clause 8.5.2.2; nothing when lldpd does not report it
     std::string id;
-    std::optional<std::string> name;
-    std::optional<std::string> description;
-    std::optional<Capabilities> capabilities;
-    std::vector<ManagementAddress> addresses;
+    std::string id_octets = {}; // as on the wire; empty when they are not known
+    std::optional<std::string> name = std::nullopt;
+    std::optional<std::string> description = std::nullopt;
+    std::optional<Capabilities> capabilities = std::nullopt;
+    std::vector<ManagementAddress> addresses = {};
 };
 
 struct Neighbor {
     Chassis chassis;
     std::optional<uint32_t> port_id_subtype; // clause 8.5.3.2
     std::string port_id;
+    std::string port_id_octets; // as on the wire; empty when they are not known
     std::optional<std::string> port_description;
     std::optional<uint32_t> time_to_live; // seconds
-    std::optional<uint64_t> last_update;  // seconds since the epoch
-    std::optional<uint64_t> age;          // seconds since last_update
+    std::optional<uint64_t> changed_at;   // when the announcement last changed; seconds since the epoch
+    std::optional<uint64_t> last_update;  // seconds since changed_at
+    std::optional<uint64_t> age;          // seconds since the neighbor was discovered
     std::vector<CustomTlv> tlvs;
 };
 
@@ -73,6 +78,7 @@ struct Port {
 // The configured settings that the native models can express, and the hold multiplier, which they cannot.
 struct DaemonSettings {
     bool paused = false;
+    bool receives_only = false;             // as a whole, whatever the ports' status
     uint32_t transmit_interval = 30;        // seconds
     uint32_t hold_multiplier = 4;           // the time to live is that many intervals
     std::optional<std::string> system_name; // may have been set to an empty text, like the next two

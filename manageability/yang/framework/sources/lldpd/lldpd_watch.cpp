@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "sources/lldpd/native_data.h"
+#include "sources/lldpd/neighbor_ids.h"
 #include "sources/lldpd/reader.h"
 
 namespace yfw::sources::lldpd {
@@ -36,47 +37,75 @@ void hear(lldpctl_change_t type, lldpctl_atom_t *interface, lldpctl_atom_t *neig
 
 } // namespace
 
-void LldpdWatch::tell(NeighborChange change, const std::string &interface, const Neighbor &neighbor) const {
-    listener_->event({change, neighbor_data(context_, interface, neighbor)});
+void LldpdWatch::tell(NeighborChange change, const std::string &interface, const KnownNeighbor &known) const {
+    listener_->event({change, neighbor_data(context_, interface, known.device_id, *known.neighbor)});
 }
 
-LldpdWatch::Neighbors LldpdWatch::read_all() const {
-    Neighbors neighbors;
+std::map<std::string, LldpdWatch::Neighbors> LldpdWatch::read_all() const {
+    std::map<std::string, Neighbors> all;
     const Connection connection(socket_);
-    for (Port &port : read_state(connection).ports)
+    State state = read_state(connection);
+    discoveries_->date(state.ports);
+    for (Port &port : state.ports)
         for (Neighbor &neighbor : port.neighbors)
-            neighbors.emplace(Key{port.name, neighbor.chassis.id, neighbor.port_id}, std::move(neighbor));
-    return neighbors;
+            all[port.name].emplace(msap(neighbor), std::move(neighbor));
+    return all;
 }
 
-void LldpdWatch::tell_difference(const Neighbors &now) {
-    for (const auto &[key, neighbor] : known_)
-        if (!now.contains(key))
-            tell(NeighborChange::removed, std::get<0>(key), neighbor);
-    for (const auto &[key, neighbor] : now)
-        if (!known_.contains(key))
-            tell(NeighborChange::added, std::get<0>(key), neighbor);
+LldpdWatch::KnownNeighbors LldpdWatch::with_ids(const Neighbors &neighbors) {
+    std::vector<const Neighbor *> in_order;
+    for (const auto &[key, neighbor] : neighbors)
+        in_order.push_back(&neighbor);
+    const std::vector<std::string> ids = device_ids(in_order);
+    KnownNeighbors known;
+    size_t at = 0;
+    for (const auto &[key, neighbor] : neighbors)
+        known.emplace(key, KnownNeighbor{ids[at++], &neighbor});
+    return known;
+}
+
+// A neighbor with a new device id is a new entry. That may be one whose own data has not changed.
+void LldpdWatch::tell_port(const std::string &interface, const Neighbors &before, const Neighbors &now,
+                           const std::string &updated) const {
+    const KnownNeighbors known = with_ids(before), there = with_ids(now);
+    const auto is_in = [](const KnownNeighbors &all, const auto &one) {
+        const auto found = all.find(one.first);
+        return found != all.end() && found->second.device_id == one.second.device_id;
+    };
+    for (const auto &one : known)
+        if (!is_in(there, one))
+            tell(NeighborChange::removed, interface, one.second);
+    for (const auto &one : there)
+        if (!is_in(known, one))
+            tell(NeighborChange::added, interface, one.second);
+        else if (one.first == updated)
+            tell(NeighborChange::updated, interface, one.second);
+}
+
+void LldpdWatch::tell_difference(const std::map<std::string, Neighbors> &now) {
+    static const Neighbors none;
+    for (const auto &[interface, neighbors] : known_)
+        tell_port(interface, neighbors, now.contains(interface) ? now.at(interface) : none);
+    for (const auto &[interface, neighbors] : now)
+        if (!known_.contains(interface))
+            tell_port(interface, none, neighbors);
     known_ = now;
 }
 
 // The subscription starts before the first reading, so that no change is lost between the two; a neighbor seen
 // by both is reported as added only once.
-void LldpdWatch::changed(NeighborChange change, const std::string &interface, const Neighbor &neighbor) {
-    const Key key{interface, neighbor.chassis.id, neighbor.port_id};
-    const auto known = known_.find(key);
+void LldpdWatch::changed(NeighborChange change, const std::string &interface, Neighbor neighbor) {
+    const std::string key = msap(neighbor);
+    Neighbors now = known_[interface];
     if (change == NeighborChange::removed) {
-        if (known != known_.end())
-            tell(change, interface, known->second);
-        known_.erase(key);
-        return;
+        discoveries_->forget(interface, neighbor);
+        now.erase(key);
+    } else {
+        discoveries_->date(interface, neighbor);
+        now[key] = std::move(neighbor);
     }
-    // A neighbor with a new device id is a new entry.
-    const bool renamed = known != known_.end() && device_id(known->second) != device_id(neighbor);
-    if (renamed)
-        tell(NeighborChange::removed, interface, known->second);
-    const bool is_new = known == known_.end() || renamed;
-    tell(is_new ? NeighborChange::added : NeighborChange::updated, interface, neighbor);
-    known_[key] = neighbor;
+    tell_port(interface, known_[interface], now, key);
+    known_[interface] = std::move(now);
 }
 
 void LldpdWatch::watch_until_lost(int stop) {
@@ -93,8 +122,8 @@ void LldpdWatch::watch_until_lost(int stop) {
     subscription.wait_without_bound();
     for (;;) {
         const int status = lldpctl_watch(subscription.handle());
-        for (const Heard &one : heard)
-            changed(one.change, one.interface, one.neighbor);
+        for (Heard &one : heard)
+            changed(one.change, one.interface, std::move(one.neighbor));
         heard.clear();
         if (subscription.interrupted())
             return;

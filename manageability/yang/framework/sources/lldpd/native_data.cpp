@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "sources/lldpd/native_writer.h"
+#include "sources/lldpd/neighbor_ids.h"
+#include "yang/octet_text.h"
 #include "yang/yang_text.h"
 
 namespace yfw::sources::lldpd {
@@ -29,18 +31,6 @@ std::optional<std::string> letters(uint16_t capabilities) {
 // Native counters have 32 bits and wrap around to 0.
 std::optional<uint64_t> wrapped(const std::optional<uint64_t> &count) {
     return count.has_value() ? std::optional<uint64_t>(static_cast<uint32_t>(*count)) : std::nullopt;
-}
-
-// A neighbor may announce any bytes as text, and so may this device; text that a YANG string cannot hold counts as not announced.
-std::optional<std::string> clean(const std::optional<std::string> &text) {
-    return text.has_value() && !text->empty() && yang::is_yang_text(text->c_str()) ? text : std::nullopt;
-}
-
-// A C string ends at its first zero byte, so octets that contain one have no text.
-std::optional<std::string> tlv_text(const std::string &octets) {
-    if (octets.empty() || octets.find('\0') != std::string::npos)
-        return std::nullopt;
-    return octets;
 }
 
 void write_addresses(const Inner &detail, const std::vector<ManagementAddress> &addresses) {
@@ -67,16 +57,18 @@ void write_tlvs(const Inner &mib, const std::vector<CustomTlv> &tlvs) {
         std::snprintf(oui, sizeof oui, "%02x:%02x:%02x", tlv.oui[0], tlv.oui[1], tlv.oui[2]);
         entry.leaf("oui", std::string(oui));
         entry.leaf("tlv-subtype", uint64_t{tlv.subtype});
-        entry.leaf("tlv-value", tlv_text(tlv.octets));
+        if (!tlv.octets.empty())
+            entry.leaf("tlv-value", yang::octet_text(tlv.octets));
     }
 }
 
-void write_neighbor(const Inner &entry, const std::string &interface, const Neighbor &neighbor) {
+void write_neighbor(const Inner &entry, const std::string &interface, const std::string &device,
+                    const Neighbor &neighbor) {
     const Chassis &chassis = neighbor.chassis;
     entry.leaf("receiving-interface-name", interface);
-    entry.leaf("device-id", device_id(neighbor));
-    entry.leaf("chassis-id", clean(chassis.id));
-    entry.leaf("port-id-detail", clean(neighbor.port_id));
+    entry.leaf("device-id", device);
+    entry.leaf("chassis-id", id_text(chassis.id, chassis.id_octets));
+    entry.leaf("port-id-detail", id_text(neighbor.port_id, neighbor.port_id_octets));
     entry.leaf("hold-time", neighbor.time_to_live);
     const Inner detail = entry.inner("detail");
     write_addresses(detail, chassis.addresses);
@@ -103,12 +95,15 @@ void write_neighbors(const Inner &node, const std::vector<Port> &ports) {
     const Inner details = node.inner("neighbors").inner("details");
     for (const Port &port : ports) {
         std::map<std::string, Inner> entries;
-        for (const Neighbor &neighbor : port.neighbors) {
-            const std::string device = device_id(neighbor);
-            auto entry = entries.find(device);
+        std::vector<const Neighbor *> neighbors;
+        for (const Neighbor &neighbor : port.neighbors)
+            neighbors.push_back(&neighbor);
+        const std::vector<std::string> devices = device_ids(neighbors);
+        for (size_t i = 0; i < devices.size(); i++) {
+            auto entry = entries.find(devices[i]);
             if (entry == entries.end())
-                entry = entries.emplace(device, details.entry("detail", port.name, device)).first;
-            write_neighbor(entry->second.inner("lldp-neighbor"), port.name, neighbor);
+                entry = entries.emplace(devices[i], details.entry("detail", port.name, devices[i])).first;
+            write_neighbor(entry->second.inner("lldp-neighbor"), port.name, devices[i], *neighbors[i]);
         }
     }
 }
@@ -137,12 +132,13 @@ Counters sum_of(const std::vector<Port> &ports) {
     return sum;
 }
 
-void write_interfaces(const Inner &node, const std::vector<Port> &ports, bool paused) {
+void write_interfaces(const Inner &node, const std::vector<Port> &ports, const DaemonSettings &settings) {
     const Inner interfaces = node.inner("interfaces");
     for (const Port &port : ports) {
         const Inner entry = interfaces.entry("interface", port.name);
-        entry.leaf("tx-enabled", uint64_t{port.status.transmits && !paused});
-        entry.leaf("rx-enabled", uint64_t{port.status.receives && !paused});
+        entry.leaf("tx-enabled",
+                   uint64_t{port.status.transmits && !settings.paused && !settings.receives_only});
+        entry.leaf("rx-enabled", uint64_t{port.status.receives && !settings.paused});
         write_counters(entry.inner("interface-stats"), port.counters);
     }
 }
@@ -172,7 +168,7 @@ void write_suppression(const Inner &lldp, const DaemonSettings &settings) {
 // Somebody else may have set a text that a YANG string cannot hold, or an empty chassis id.
 void write_texts(const Inner &lldp, const DaemonSettings &settings) {
     const auto configured = [](const std::optional<std::string> &text) {
-        return text.has_value() && yang::is_yang_text(text->c_str()) ? text : std::nullopt;
+        return text.has_value() && yang::is_yang_text(*text) ? text : std::nullopt;
     };
     lldp.leaf("system-name", configured(settings.system_name));
     lldp.leaf("system-description", configured(settings.system_description));
@@ -196,10 +192,6 @@ void write_global(const Inner &lldp, const DaemonSettings &settings) {
 
 } // namespace
 
-std::string device_id(const Neighbor &neighbor) {
-    return clean(neighbor.chassis.name).value_or("[DISABLED]");
-}
-
 yang::DataTree operational_data(const ly_ctx *context, const State &state) {
     yang::DataTree data;
     const Inner lldp(context, oper_module, "lldp", data);
@@ -211,7 +203,7 @@ yang::DataTree operational_data(const ly_ctx *context, const State &state) {
     info.leaf("system-description", clean(state.local.description));
     const Inner node = lldp.inner("nodes").entry("node", name.value_or("lldpd"));
     write_neighbors(node, state.ports);
-    write_interfaces(node, state.ports, state.settings.paused);
+    write_interfaces(node, state.ports, state.settings);
     const Counters sums = sum_of(state.ports);
     const Inner statistics = node.inner("statistics");
     write_counters(statistics, sums);
@@ -219,10 +211,12 @@ yang::DataTree operational_data(const ly_ctx *context, const State &state) {
     return data;
 }
 
-yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor) {
+yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const std::string &device,
+                             const Neighbor &neighbor) {
     yang::DataTree data;
     const Inner node = Inner(context, oper_module, "lldp", data).inner("nodes").entry("node", "lldpd");
-    write_neighbors(node, {{interface, {}, {}, {neighbor}}});
+    const Inner detail = node.inner("neighbors").inner("details").entry("detail", interface, device);
+    write_neighbor(detail.inner("lldp-neighbor"), interface, device, neighbor);
     return data;
 }
 

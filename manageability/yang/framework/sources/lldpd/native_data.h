@@ -12,17 +12,14 @@ namespace yfw::sources::lldpd {
 // The operational data: "Tarvo-QD-ethernet-lldp-oper" with a single node. What lldpd does not know is absent.
 yang::DataTree operational_data(const ly_ctx *context, const State &state);
 
-// The operational data of a single neighbor.
-yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const Neighbor &neighbor);
+// The operational data of a single neighbor, whose device id depends on the others on its port.
+yang::DataTree neighbor_data(const ly_ctx *context, const std::string &interface, const std::string &device,
+                             const Neighbor &neighbor);
 
 // The daemon's running configuration: "Tarvo-QD-ethernet-lldp-cfg" and "Tarvo-QD-ifmgr-cfg". Omits an interval
 // outside the native timer's range, texts that a YANG string cannot hold, and, while LLDP is off, the interval,
 // the selection of TLVs and the ports' settings.
 yang::DataTree configuration_data(const ly_ctx *context, const State &state);
-
-// The native models' identifier for a neighbor: its system name, or "[DISABLED]" when it announced none or one
-// that is not valid text.
-std::string device_id(const Neighbor &neighbor);
 
 // The range of the native timer, in seconds.
 inline constexpr uint32_t shortest_interval = 5;

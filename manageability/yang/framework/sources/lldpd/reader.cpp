@@ -5,27 +5,11 @@
 #include <functional>
 
 #include "base/error.h"
+#include "sources/lldpd/atom_values.h"
+#include "sources/lldpd/tlv_reader.h"
 
 namespace yfw::sources::lldpd {
 namespace {
-
-// For some missing values the library returns an empty text.
-std::optional<std::string> text(lldpctl_atom_t *atom, lldpctl_key_t key) {
-    const char *found = lldpctl_atom_get_str(atom, key);
-    return found != nullptr && *found != '\0' ? std::optional<std::string>(found) : std::nullopt;
-}
-
-// For a missing value the library returns -1.
-template <class Number> std::optional<Number> number(lldpctl_atom_t *atom, lldpctl_key_t key) {
-    const long found = lldpctl_atom_get_int(atom, key);
-    return found >= 0 ? std::optional<Number>(static_cast<Number>(found)) : std::nullopt;
-}
-
-std::string octets(lldpctl_atom_t *atom, lldpctl_key_t key) {
-    size_t length = 0;
-    const uint8_t *found = lldpctl_atom_get_buffer(atom, key, &length);
-    return found != nullptr ? std::string(reinterpret_cast<const char *>(found), length) : std::string();
-}
 
 // Subtype 0 is reserved and means that lldpd does not know the subtype.
 std::optional<uint32_t> subtype(lldpctl_atom_t *atom, lldpctl_key_t key) {
@@ -37,8 +21,11 @@ std::vector<ManagementAddress> read_addresses(lldpctl_atom_t *chassis) {
     std::vector<ManagementAddress> addresses;
     const Atom list(lldpctl_atom_get(chassis, lldpctl_k_chassis_mgmt));
     for_each(list.get(), [&](lldpctl_atom_t *address) {
-        if (const auto ip = text(address, lldpctl_k_mgmt_ip))
-            addresses.push_back({*ip, number<uint32_t>(address, lldpctl_k_mgmt_iface_index)});
+        const auto ip = text(address, lldpctl_k_mgmt_ip);
+        const auto number_of_interface = number_or_zero<uint32_t>(address, lldpctl_k_mgmt_iface_index);
+        if (ip.has_value()) // lldpd keeps only interface numbers that are an ifIndex, which is never 0
+            addresses.push_back(
+                {*ip, number_of_interface != 0 ? std::optional(number_of_interface) : std::nullopt});
     });
     return addresses;
 }
@@ -47,30 +34,14 @@ Chassis read_chassis(lldpctl_atom_t *atom) {
     Chassis chassis;
     chassis.id_subtype = subtype(atom, lldpctl_k_chassis_id_subtype);
     chassis.id = text(atom, lldpctl_k_chassis_id).value_or("");
+    chassis.id_octets = octets(atom, lldpctl_k_chassis_id);
     chassis.name = text(atom, lldpctl_k_chassis_name);
     chassis.description = text(atom, lldpctl_k_chassis_descr);
     const auto available = number<uint16_t>(atom, lldpctl_k_chassis_cap_available);
     if (available.value_or(0) != 0)
-        chassis.capabilities = {*available,
-                                number<uint16_t>(atom, lldpctl_k_chassis_cap_enabled).value_or(uint16_t{0})};
+        chassis.capabilities = {*available, number_or_zero<uint16_t>(atom, lldpctl_k_chassis_cap_enabled)};
     chassis.addresses = read_addresses(atom);
     return chassis;
-}
-
-std::vector<CustomTlv> read_tlvs(lldpctl_atom_t *remote_port) {
-    std::vector<CustomTlv> tlvs;
-    const Atom list(lldpctl_atom_get(remote_port, lldpctl_k_custom_tlvs));
-    for_each(list.get(), [&](lldpctl_atom_t *atom) {
-        CustomTlv tlv;
-        const std::string oui = octets(atom, lldpctl_k_custom_tlv_oui);
-        if (oui.size() != tlv.oui.size())
-            return;
-        std::memcpy(tlv.oui.data(), oui.data(), oui.size());
-        tlv.subtype = number<uint8_t>(atom, lldpctl_k_custom_tlv_oui_subtype).value_or(uint8_t{0});
-        tlv.octets = octets(atom, lldpctl_k_custom_tlv_oui_info_string);
-        tlvs.push_back(std::move(tlv));
-    });
-    return tlvs;
 }
 
 // The library reads a text that was set to empty like one that was not set. The announcement tells them apart:
@@ -89,7 +60,8 @@ DaemonSettings settings_of(const Connection &connection, const Atom &chassis) {
     const Atom atom =
         connection.expect(lldpctl_get_configuration(connection.handle()), "reading the configuration");
     DaemonSettings settings;
-    settings.paused = number<int>(atom.get(), lldpctl_k_config_paused).value_or(0) != 0;
+    settings.paused = number_or_zero<int>(atom.get(), lldpctl_k_config_paused) != 0;
+    settings.receives_only = number_or_zero<int>(atom.get(), lldpctl_k_config_receiveonly) != 0;
     settings.transmit_interval =
         number<uint32_t>(atom.get(), lldpctl_k_config_tx_interval).value_or(settings.transmit_interval);
     settings.hold_multiplier =
@@ -160,19 +132,22 @@ long status_value(const Connection &connection, const PortStatus &status) {
 
 Neighbor read_neighbor(lldpctl_atom_t *remote_port) {
     Neighbor neighbor;
-    if (const Atom chassis{lldpctl_atom_get(remote_port, lldpctl_k_port_chassis)})
+    const Atom chassis(lldpctl_atom_get(remote_port, lldpctl_k_port_chassis));
+    if (chassis != nullptr)
         neighbor.chassis = read_chassis(chassis.get());
     neighbor.port_id_subtype = subtype(remote_port, lldpctl_k_port_id_subtype);
     neighbor.port_id = text(remote_port, lldpctl_k_port_id).value_or("");
+    neighbor.port_id_octets = octets(remote_port, lldpctl_k_port_id);
     neighbor.port_description = text(remote_port, lldpctl_k_port_descr);
     neighbor.time_to_live = number<uint32_t>(remote_port, lldpctl_k_port_ttl);
     if (neighbor.time_to_live == 0U) // not reported with the port
         neighbor.time_to_live.reset();
-    neighbor.last_update = number<uint64_t>(remote_port, lldpctl_k_port_age);
+    neighbor.changed_at = number<uint64_t>(remote_port, lldpctl_k_port_age);
     const auto now = static_cast<uint64_t>(std::time(nullptr));
-    if (neighbor.last_update.has_value())
-        neighbor.age = now > *neighbor.last_update ? now - *neighbor.last_update : 0;
-    neighbor.tlvs = read_tlvs(remote_port);
+    if (neighbor.changed_at.has_value())
+        neighbor.last_update = now > *neighbor.changed_at ? now - *neighbor.changed_at : 0;
+    neighbor.age = neighbor.last_update;
+    neighbor.tlvs = read_tlvs(remote_port, chassis.get());
     return neighbor;
 }
 

@@ -20,6 +20,7 @@ void for_each_port(const Connection &connection,
                    const std::function<void(const std::string &, lldpctl_atom_t *)> &visit);
 
 PortStatus read_status(lldpctl_atom_t *port);
+// Its age is the time since its last update: see Discoveries.
 Neighbor read_neighbor(lldpctl_atom_t *remote_port);
 // Whether the neighbor was heard by LLDP rather than by another protocol.
 bool speaks_lldp(lldpctl_atom_t *remote_port);

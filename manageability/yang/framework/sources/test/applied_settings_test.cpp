@@ -7,6 +7,8 @@
 
 #include "base/error.h"
 #include "native_modules.h"
+#include "sources/lldpd/lldpd_source.h"
+#include "support/answers.h"
 #include "support/eventually.h"
 #include "support/native_xml.h"
 #include "two_routers.h"
@@ -134,6 +136,26 @@ TEST_F(AConfiguration, ThatIsRestoredHoldsWhateverTheDaemonRunsNow) {
     EXPECT_EQ(setting("hostname"), "restored");
     EXPECT_EQ(status("eth1"), "TX only");
     EXPECT_EQ(status("eth2"), "RX and TX");
+}
+
+// What a port does is told by the daemon, whoever configured it.
+TEST_F(AConfiguration, OfAPortThatWasMadeByHandIsInTheNativeData) {
+    struct Status {
+        const char *words, *transmits, *receives;
+    };
+    for (const Status &made : {Status{"rx-only", "0", "1"},
+                               {"tx-only", "1", "0"},
+                               {"disabled", "0", "0"},
+                               {"rx-and-tx", "1", "1"}}) {
+        lldpcli({"configure", "ports", "eth1", "lldp", "status", made.words});
+        const yang::DataTree data = device().read(native_modules());
+        const std::string port =
+            "/Tarvo-QD-ethernet-lldp-oper:lldp/nodes/node/interfaces/interface[interface-name='eth1']/";
+        EXPECT_THAT(yfw::test::values_at(data.get(), port + "tx-enabled"), testing::ElementsAre(made.transmits))
+            << made.words;
+        EXPECT_THAT(yfw::test::values_at(data.get(), port + "rx-enabled"), testing::ElementsAre(made.receives))
+            << made.words;
+    }
 }
 
 } // namespace

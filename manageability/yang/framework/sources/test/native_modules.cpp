@@ -1,6 +1,7 @@
 #include "native_modules.h"
 
 #include "sources/lldpd/native_data.h"
+#include "sources/lldpd/neighbor_ids.h"
 #include "support/answers.h"
 #include "yang/configuration_text.h"
 #include "yang/forest.h"
@@ -31,7 +32,8 @@ std::string fault_of(const yang::DataTree &data) {
 }
 
 std::vector<std::string> announcements(const lldpd::Neighbor &neighbor) {
-    const yang::DataTree data = lldpd::neighbor_data(native_modules(), "eth1", neighbor);
+    const yang::DataTree data =
+        lldpd::neighbor_data(native_modules(), "eth1", lldpd::device_id(neighbor), neighbor);
     std::vector<std::string> found;
     for (const std::string &line : yang::test::leaves(data.get()))
         if (const size_t at = line.find("/lldp-neighbor"); at != std::string::npos)

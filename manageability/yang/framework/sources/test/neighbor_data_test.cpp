@@ -7,6 +7,8 @@
 
 #include "native_modules.h"
 #include "sources/lldpd/native_data.h"
+#include "sources/lldpd/neighbor_ids.h"
+#include "yang/octet_text.h"
 #include "yang/test/data_texts.h"
 
 namespace yfw::sources::test {
@@ -263,13 +265,17 @@ INSTANTIATE_TEST_SUITE_P(Are, TheOctetsOfATlv,
                                          "caf\xc3\xa9", "\xc3", "\x01", "\t\r\n", octets_from_to(1, 255),
                                          std::string(507, '\xff')));
 
-TEST(ATlv, WithAZeroOctetHasNoValue) {
-    for (const std::string &octets : {std::string("\0", 1), std::string("a\0c", 3), std::string("abc\0", 4)}) {
+// A value is read as a C string, so zeros are coded.
+TEST(ATlv, WithAZeroOctetHasAllItsOctets) {
+    for (const std::string &octets :
+         {std::string("\0", 1), std::string("a\0c", 3), std::string("abc\0", 4), std::string(507, '\0')}) {
         const lldpd::State state =
             state_with_tlvs({{.oui = {0x00, 0x80, 0xc2}, .subtype = 9, .octets = octets}});
         EXPECT_THAT(operational_values(state, tlv + "/oui"), ElementsAre("00:80:c2"));
         EXPECT_THAT(operational_values(state, tlv + "/tlv-subtype"), ElementsAre("9"));
-        EXPECT_THAT(operational_values(state, tlv + "/tlv-value"), ElementsAre());
+        const Strings values = operational_values(state, tlv + "/tlv-value");
+        ASSERT_EQ(values.size(), 1U);
+        EXPECT_EQ(yang::coded_octets(values.front()), octets);
     }
 }
 

@@ -51,6 +51,20 @@ TEST(APort, TellsWhetherItTransmitsAndReceives) {
         }
 }
 
+TEST(APort, OfADaemonThatReceivesOnlyDoesNotTransmit) {
+    State state = state_with_counters({{}});
+    state.settings.receives_only = true;
+    EXPECT_THAT(operational_values(state, interface + "/tx-enabled"), ElementsAre("0"));
+    EXPECT_THAT(operational_values(state, interface + "/rx-enabled"), ElementsAre("1"));
+}
+
+TEST(APort, OfADaemonThatIsPausedDoesNeither) {
+    State state = state_with_counters({{}});
+    state.settings.paused = true;
+    EXPECT_THAT(operational_values(state, interface + "/tx-enabled"), ElementsAre("0"));
+    EXPECT_THAT(operational_values(state, interface + "/rx-enabled"), ElementsAre("0"));
+}
+
 // --- counters ---
 
 struct CounterCase {

@@ -7,6 +7,7 @@
 #include "native_modules.h"
 #include "recorded_state.h"
 #include "sources/lldpd/native_data.h"
+#include "sources/lldpd/neighbor_ids.h"
 #include "support/files.h"
 #include "yang/test/data_texts.h"
 
@@ -69,7 +70,8 @@ TEST_P(ARecordedRouter, HasNeighborsWhoseDataAloneIsThatOfTheWhole) {
     size_t compared = 0;
     for (const lldpd::Port &port : state_.ports)
         for (const lldpd::Neighbor &neighbor : port.neighbors) {
-            const yang::DataTree alone = lldpd::neighbor_data(native_modules(), port.name, neighbor);
+            const yang::DataTree alone =
+                lldpd::neighbor_data(native_modules(), port.name, lldpd::device_id(neighbor), neighbor);
             for (const std::string &line : with_node_name(leaves(alone.get()), "n")) {
                 EXPECT_NE(std::find(whole.begin(), whole.end(), line), whole.end()) << line;
                 compared++;
