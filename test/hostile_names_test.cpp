@@ -90,6 +90,15 @@ TEST_F(HostileNames, AreEscapedInTheDebugLog) {
     expect_printable_lines(outcome.errors);
 }
 
+// A neighbor's id that somebody pastes from an answer.
+TEST_F(HostileNames, AreEscapedInAnExplanation) {
+    const Outcome outcome = run_yfw(
+        {{"explain", "get", "/lldp/interfaces/interface/neighbors/neighbor[id='" + hostile + "#p']/state"}});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_THAT(outcome.output, HasSubstr("/device-id = " + shown));
+    expect_printable_lines(outcome.output);
+}
+
 // Documents are for programs: there the name is what the neighbor announced.
 TEST_F(HostileNames, AreWholeInDocuments) {
     const Outcome outcome = run_yfw({{"get", "/lldp", "--format", "xml", "--device", device(announcement_)}});
