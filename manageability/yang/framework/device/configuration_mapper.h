@@ -2,9 +2,11 @@
 #ifndef YFW_DEVICE_CONFIGURATION_MAPPER_H
 #define YFW_DEVICE_CONFIGURATION_MAPPER_H
 
+#include <optional>
 #include <vector>
 
 #include "device/configuration.h"
+#include "device/suspension.h"
 #include "host/engine.h"
 #include "host/mapping_description.h"
 #include "yang/edit.h"
@@ -32,7 +34,18 @@ public:
     // changes nothing more. The result is valid native data. Throws Error.
     Mapped map(const yang::EditNode &edit, const Configuration &before, const lyd_node *after);
 
+    // What the configuration would lead to if nothing of it were suspended: nothing when nothing is. Throws
+    // Error when that cannot be mapped, or is not valid.
+    std::optional<Mapped> map_as_if_in_force(const Configuration &configuration);
+
 private:
+    // Returns whether the edit changes anything.
+    bool apply(const yang::EditNode &edit, Mapped &mapped);
+    // Maps what `wanted` has and the mapping does not read back, until that changes nothing more.
+    void settle(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended);
+    // Throws the error of the first leaf that the mapping rejects by itself.
+    void map_leaf_by_leaf(const yang::EditNode &edit, const lyd_node *native);
+
     const yang::Schemas &schemas_;
     host::Engine &engine_;
     const host::MappingDescription &mapping_;

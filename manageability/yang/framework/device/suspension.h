@@ -31,6 +31,9 @@ public:
     // them, given as `present`, so that nothing old comes back into force later.
     void hold_back(yang::EditNode &edit, const lyd_node *present) const;
 
+    // Removes the leaves that hold others back from the configuration.
+    void lift(yang::DataTree &configuration) const;
+
 private:
     struct Held {
         const lysc_node *leaf; // never suspended by itself
