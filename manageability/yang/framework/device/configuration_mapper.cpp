@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "base/error.h"
+#include "device/leaf_edits.h"
 #include "device/native_edits.h"
 #include "device/openconfig_terms.h"
 #include "yang/comparison.h"
@@ -15,43 +16,8 @@ namespace {
 // Settings may undo one another, so that this never ends.
 constexpr int most_rounds = 8;
 
-yang::EditNode node_of(const lyd_node *data) {
-    yang::EditNode node;
-    node.node = data->schema;
-    if ((data->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
-        node.value = lyd_get_value(data);
-    return node;
-}
-
-bool is_term(const lyd_node *node) {
-    return (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
-
-// Adds what `wanted` has and `present` lacks to `edit`, as a merge.
-void add_missing(const lyd_node *wanted, const lyd_node *present, const Suspensions &suspended,
-                 yang::EditNode &edit) {
-    for (const lyd_node *child = lyd_child(wanted); child != nullptr; child = child->next) {
-        if ((child->flags & LYD_DEFAULT) != 0 || lysc_is_key(child->schema))
-            continue;
-        const lyd_node *there = present != nullptr ? yang::counterpart(child, lyd_child(present)) : nullptr;
-        yang::EditNode missing = node_of(child);
-        if (is_term(child)) {
-            const bool is_there =
-                there != nullptr && std::strcmp(lyd_get_value(child), lyd_get_value(there)) == 0;
-            if (is_there || suspended.holds(child->schema))
-                continue;
-            missing.operation = yang::Operation::merge;
-            edit.children.push_back(std::move(missing));
-            continue;
-        }
-        for (const lyd_node *key = lyd_child(child); key != nullptr && lysc_is_key(key->schema);
-             key = key->next)
-            missing.children.push_back(node_of(key));
-        const size_t keys = missing.children.size();
-        add_missing(child, there, suspended, missing);
-        if (missing.children.size() > keys)
-            edit.children.push_back(std::move(missing));
-    }
+bool has_same_value(const lyd_node *a, const lyd_node *b) {
+    return std::strcmp(lyd_get_value(a), lyd_get_value(b)) == 0;
 }
 
 // Whether the edit does anything at all.
@@ -59,21 +25,8 @@ bool does_something(const yang::EditNode &edit) {
     return edit.operation != yang::Operation::none || !edit.children.empty();
 }
 
-// One edit for each of its leaves, with what is above it.
-std::vector<yang::EditNode> single_leaves(const yang::EditNode &edit) {
-    yang::EditNode above = edit;
-    std::erase_if(above.children, [](const yang::EditNode &child) { return !child.is_key(); });
-    std::vector<yang::EditNode> parts;
-    for (const yang::EditNode &child : edit.children) {
-        if (child.is_key())
-            continue;
-        const bool is_leaf = (child.node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-        for (yang::EditNode &below : is_leaf ? std::vector{child} : single_leaves(child)) {
-            parts.push_back(above);
-            parts.back().children.push_back(std::move(below));
-        }
-    }
-    return parts;
+std::optional<yang::Operation> chosen_if(bool chosen, yang::Operation operation) {
+    return chosen ? std::optional(operation) : std::nullopt;
 }
 
 } // namespace
@@ -97,10 +50,13 @@ bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {
 
 void ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended) {
     for (int round = 0; round < most_rounds; round++) {
-        yang::EditNode missing;
-        missing.node = schemas_.openconfig_root();
-        if (wanted != nullptr)
-            add_missing(wanted, read_back(mapped.native.get()).get(), suspended, missing);
+        const yang::DataTree present = read_back(mapped.native.get());
+        const yang::EditNode missing =
+            leaf_edit(schemas_.openconfig_root(), wanted, present.get(),
+                      [&](const lyd_node *leaf, const lyd_node *there) {
+                          const bool is_there = there != nullptr && has_same_value(leaf, there);
+                          return chosen_if(!is_there && !suspended.holds(leaf->schema), yang::Operation::merge);
+                      });
         if (!does_something(missing))
             return;
         try {
@@ -111,6 +67,24 @@ void ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wanted, const S
             throw;
         }
     }
+}
+
+// The leaf that suspends others comes first: it may take them away by itself.
+void ConfigurationMapper::take_suspended_away(Mapped &mapped, const lyd_node *wanted,
+                                              const Suspensions &suspended) {
+    apply(leaf_edit(schemas_.openconfig_root(), wanted, nullptr,
+                    [&](const lyd_node *leaf, const lyd_node *) {
+                        return chosen_if(suspended.is_cause(leaf->schema), yang::Operation::merge);
+                    }),
+          mapped);
+    const yang::DataTree present = read_back(mapped.native.get());
+    const yang::EditNode edit = leaf_edit(
+        schemas_.openconfig_root(), present.get(), nullptr, [&](const lyd_node *leaf, const lyd_node *) {
+            const bool is_suspended = suspended.holds(leaf->schema) && !yang::repeats_key(leaf);
+            return chosen_if(is_suspended, yang::Operation::remove);
+        });
+    if (does_something(edit))
+        apply(edit, mapped);
 }
 
 // The mapping's error is about what a refused edit has in common. Repeated for each leaf, it names the leaf.
@@ -129,6 +103,8 @@ ConfigurationMapper::Mapped ConfigurationMapper::map(const yang::EditNode &edit,
     mapped.native = yang::copy_configuration(before.native.get());
     if (does_something(sent))
         apply(sent, mapped);
+    if (suspended.any())
+        take_suspended_away(mapped, after, suspended);
     settle(mapped, after, suspended);
     with_openconfig_errors(mapped.edits, [&] { validate_configuration(schemas_, mapped.native); });
     return mapped;

@@ -41,6 +41,8 @@ public:
 private:
     // Returns whether the edit changes anything.
     bool apply(const yang::EditNode &edit, Mapped &mapped);
+    // Removes what is suspended in `wanted` from the native configuration.
+    void take_suspended_away(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended);
     // Maps what `wanted` has and the mapping does not read back, until that changes nothing more.
     void settle(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended);
     // Throws the error of the first leaf that the mapping rejects by itself.

@@ -65,6 +65,10 @@ const std::string *Suspensions::reason(const lysc_node *node) const {
     return nullptr;
 }
 
+bool Suspensions::is_cause(const lysc_node *leaf) const {
+    return std::any_of(held_.begin(), held_.end(), [&](const Held &held) { return held.leaf == leaf; });
+}
+
 bool Suspensions::holds_all_below(const lysc_node *node) const {
     return holds(node) && std::none_of(held_.begin(), held_.end(),
                                        [&](const Held &held) { return is_at_or_below(held.leaf, node); });

@@ -3,6 +3,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -39,6 +40,13 @@ public:
     std::string place = "/Tarvo-QD-ethernet-lldp-cfg:lldp/chassis-id-type";
     std::string running; // empty until something is applied
 };
+
+size_t count_of(const std::string &word, const std::string &text) {
+    size_t count = 0;
+    for (size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1))
+        count++;
+    return count;
+}
 
 std::string error_path(const std::function<void()> &work) {
     try {
@@ -135,6 +143,46 @@ TEST_F(ADeviceThatIsSwitchedOff, KeepsASettingThatItsDeviceRefusesSince) {
     EXPECT_TRUE(device.edit(config("<system-name nc:operation=\"delete\"/>")).has_value());
     EXPECT_TRUE(device.edit(config(on)).has_value());
 }
+
+// --- interfaces ---
+
+struct OrderCase {
+    const char *name;
+    std::vector<std::string> edits;
+};
+
+void PrintTo(const OrderCase &test, std::ostream *to) {
+    *to << test.name;
+}
+
+class AnInterface : public testing::TestWithParam<OrderCase> {};
+
+TEST_P(AnInterface, RunsNothingWhileLldpIsOffInWhateverOrderItWasSet) {
+    ChoosyTarget target;
+    EditedDevice device{native, &target};
+    for (const std::string &edit : GetParam().edits)
+        device.edit(edit);
+    EXPECT_EQ(target.running.find("<enable>"), std::string::npos) << target.running;
+    device.edit(config(on));
+    EXPECT_EQ(count_of("<enable>true</enable>", target.running), 3U) << target.running;
+    EXPECT_EQ(count_of("<enable>false</enable>", target.running), 1U) << target.running;
+}
+
+const std::string eth1_off = element("enabled", "false");
+
+INSTANTIATE_TEST_SUITE_P(
+    SetToFalse, AnInterface,
+    testing::Values(OrderCase{"BeforeLldp", {eth1(eth1_off), config(off)}},
+                    OrderCase{"AfterLldp", {config(off), eth1(eth1_off)}},
+                    OrderCase{"BeforeAndAfterLldp", {eth1(on), config(off), eth1(eth1_off)}},
+                    OrderCase{"WithLldp",
+                              {document(element("config", off) +
+                                        element("interfaces",
+                                                element("interface", element("name", "eth1") +
+                                                                         element("config", eth1_off))))}},
+                    OrderCase{"BeforeLldpIsSwitchedOffAndOnAndOff",
+                              {eth1(eth1_off), config(off), config(on), config(off)}}),
+    [](const auto &test) { return test.param.name; });
 
 } // namespace
 } // namespace yfw::device::test
