@@ -20,6 +20,13 @@ bool has_same_value(const lyd_node *a, const lyd_node *b) {
     return std::strcmp(lyd_get_value(a), lyd_get_value(b)) == 0;
 }
 
+bool is_in_entry(const lyd_node *node) {
+    for (node = lyd_parent(node); node != nullptr; node = lyd_parent(node))
+        if (node->schema->nodetype == LYS_LIST)
+            return true;
+    return false;
+}
+
 // Whether the edit does anything at all.
 bool does_something(const yang::EditNode &edit) {
     return edit.operation != yang::Operation::none || !edit.children.empty();
@@ -48,25 +55,91 @@ bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {
     return changes;
 }
 
-void ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended) {
-    for (int round = 0; round < most_rounds; round++) {
-        const yang::DataTree present = read_back(mapped.native.get());
+yang::DataTree ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wanted,
+                                           const Suspensions &suspended) {
+    for (int round = 0;; round++) {
+        yang::DataTree present = read_back(mapped.native.get());
         const yang::EditNode missing =
             leaf_edit(schemas_.openconfig_root(), wanted, present.get(),
                       [&](const lyd_node *leaf, const lyd_node *there) {
                           const bool is_there = there != nullptr && has_same_value(leaf, there);
                           return chosen_if(!is_there && !suspended.holds(leaf->schema), yang::Operation::merge);
                       });
-        if (!does_something(missing))
-            return;
+        if (!does_something(missing) || round == most_rounds)
+            return present;
         try {
             if (!apply(missing, mapped))
-                return;
+                return present;
         } catch (const Error &) {
             map_leaf_by_leaf(missing, mapped.native.get());
             throw;
         }
     }
+}
+
+bool ConfigurationMapper::map_outside_entries(Mapped &mapped, const lyd_node *wanted) {
+    const yang::EditNode edit =
+        leaf_edit(schemas_.openconfig_root(), wanted, nullptr, [](const lyd_node *leaf, const lyd_node *) {
+            return chosen_if(!is_in_entry(leaf), yang::Operation::merge);
+        });
+    return does_something(edit) && apply(edit, mapped);
+}
+
+// A leaf of an entry may be mapped to several native settings, of which an earlier value has left some.
+void ConfigurationMapper::clear_entries(Mapped &mapped, const lyd_node *wanted, const lyd_node *before) {
+    const yang::EditNode edit =
+        leaf_edit(schemas_.openconfig_root(), wanted, before, [](const lyd_node *leaf, const lyd_node *old) {
+            const bool is_changed = old == nullptr || !has_same_value(leaf, old);
+            return chosen_if(is_changed && is_in_entry(leaf) && !yang::repeats_key(leaf),
+                             yang::Operation::remove);
+        });
+    if (does_something(edit))
+        apply(edit, mapped);
+}
+
+yang::EditNode ConfigurationMapper::surplus(const lyd_node *present, const lyd_node *wanted) const {
+    return leaf_edit(
+        schemas_.openconfig_root(), present, wanted, [](const lyd_node *leaf, const lyd_node *there) {
+            return chosen_if(there == nullptr && !yang::repeats_key(leaf), yang::Operation::remove);
+        });
+}
+
+// Setting a leaf may set others, which remain when it is deleted. What is only implied by other leaves comes
+// back with them; then nothing is gained, and the native configuration stays as it is.
+void ConfigurationMapper::remove_surplus(Mapped &mapped, const lyd_node *present, const lyd_node *wanted,
+                                         const Suspensions &suspended) {
+    const yang::EditNode edit = surplus(present, wanted);
+    if (!does_something(edit))
+        return;
+    Mapped without{yang::copy_configuration(mapped.native.get()), mapped.edits};
+    apply(edit, without);
+    const yang::DataTree left = settle(without, wanted, suspended);
+    if (single_leaves(surplus(left.get(), wanted)).size() < single_leaves(edit).size())
+        mapped = std::move(without);
+}
+
+std::set<std::string> ConfigurationMapper::held(const Configuration &configuration,
+                                                const std::set<std::string> &paths) {
+    const auto is_held = [&](const std::set<std::string> &these) {
+        const yang::EditNode edit =
+            leaf_edit(schemas_.openconfig_root(), configuration.openconfig.get(), nullptr,
+                      [&](const lyd_node *leaf, const lyd_node *) {
+                          return chosen_if(these.contains(leaf_path(leaf)), yang::Operation::merge);
+                      });
+        Mapped mapped{yang::copy_configuration(configuration.native.get()), {}};
+        try {
+            return does_something(edit) && !apply(edit, mapped);
+        } catch (const Error &) {
+            return false;
+        }
+    };
+    if (paths.empty() || is_held(paths))
+        return paths;
+    std::set<std::string> found;
+    for (const std::string &path : paths)
+        if (is_held({path}))
+            found.insert(path);
+    return found;
 }
 
 // The leaf that suspends others comes first: it may take them away by itself.
@@ -103,11 +176,31 @@ ConfigurationMapper::Mapped ConfigurationMapper::map(const yang::EditNode &edit,
     mapped.native = yang::copy_configuration(before.native.get());
     if (does_something(sent))
         apply(sent, mapped);
-    if (suspended.any())
+    if (suspended.any()) {
         take_suspended_away(mapped, after, suspended);
-    settle(mapped, after, suspended);
+        settle(mapped, after, suspended);
+    } else {
+        make_independent_of_history(mapped, before, after, suspended);
+    }
     with_openconfig_errors(mapped.edits, [&] { validate_configuration(schemas_, mapped.native); });
     return mapped;
+}
+
+// How a leaf is mapped may depend on whether the device is switched on: setting one switches it on, but not
+// where the edit that switches it off finds it on.
+void ConfigurationMapper::make_independent_of_history(Mapped &mapped, const Configuration &before,
+                                                      const lyd_node *after, const Suspensions &suspended) {
+    const bool was_enabled = engine_.is_enabled(before.native.get());
+    clear_entries(mapped, after, before.openconfig.get());
+    yang::DataTree present = settle(mapped, after, suspended);
+    bool entries_fit = engine_.is_enabled(mapped.native.get()) == was_enabled;
+    if (!engine_.is_enabled(mapped.native.get()) && map_outside_entries(mapped, after))
+        entries_fit = false;
+    if (!entries_fit) {
+        clear_all_entries(mapped, after);
+        present = settle(mapped, after, suspended);
+    }
+    remove_surplus(mapped, present.get(), after, suspended);
 }
 
 std::optional<ConfigurationMapper::Mapped>

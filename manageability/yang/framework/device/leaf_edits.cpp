@@ -1,6 +1,7 @@
 #include "device/leaf_edits.h"
 
 #include "yang/comparison.h"
+#include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
@@ -49,6 +50,12 @@ yang::EditNode leaf_edit(const lysc_node *root, const lyd_node *data, const lyd_
     if (data != nullptr)
         add_leaves(data, other, choose, edit);
     return edit;
+}
+
+std::string leaf_path(const lyd_node *leaf) {
+    const std::string path = yang::path_of(leaf);
+    const std::string prefix = "/" + std::string(leaf->schema->module->name) + ":";
+    return path.rfind(prefix, 0) == 0 ? "/" + path.substr(prefix.size()) : path;
 }
 
 std::vector<yang::EditNode> single_leaves(const yang::EditNode &edit) {

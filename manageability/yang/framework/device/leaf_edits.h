@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "yang/data_tree.h"
@@ -21,6 +22,9 @@ using LeafChoice =
 // are not offered.
 yang::EditNode leaf_edit(const lysc_node *root, const lyd_node *data, const lyd_node *other,
                          const LeafChoice &choose);
+
+// The leaf's instance path, without module names.
+std::string leaf_path(const lyd_node *leaf);
 
 // One edit for each leaf of the edit, with what is above it.
 std::vector<yang::EditNode> single_leaves(const yang::EditNode &edit);

@@ -58,6 +58,9 @@ public:
     // nothing. Throws Error when the mapping rejects the edit.
     std::vector<NativePath> map_edit(const yang::EditNode &edit, yang::SharedData running);
 
+    // Whether this native configuration says that the device is on, by the description of the mapping.
+    bool is_enabled(const lyd_node *native) const;
+
     // What the plug-in does with a read or an edit, without reading or changing a device.
     Explanation explain(const ReadRequest &request);
     Explanation explain(const yang::EditNode &edit, yang::SharedData running);
