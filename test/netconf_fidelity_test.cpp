@@ -110,6 +110,15 @@ protected:
         }
     }
 
+    // What is held back is listed with the reason.
+    void expect_no_other_drift() {
+        const Outcome outcome = run_yfw({.arguments = {"drift", "--device", server_->device().string()}});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        for (const std::string &line : test::lines_of(outcome.output)) {
+            EXPECT_TRUE(line == "no drift" || line.ends_with("(/lldp/config/enabled is false)")) << line;
+        }
+    }
+
     // The configuration is that of the commit again, byte for byte.
     void expect_rollback_to(int64_t number) {
         const Outcome outcome = run_yfw(
@@ -200,8 +209,10 @@ TEST_P(RandomEditsOf, AreReadAsTheyWereWrittenAndRollBack) {
             edit_candidate();
         else
             edit_running();
-        if (i % 4 == 3)
+        if (i % 4 == 3) {
             expect_what_one_commit_makes();
+            expect_no_other_drift();
+        }
     }
     for (int i = 0; i < 3 && !HasFailure(); i++)
         expect_rollback_to(static_cast<int64_t>(edits_.choice(static_cast<size_t>(last_commit() + 1))));
