@@ -46,8 +46,7 @@ private:
 struct Device {
     explicit Device(int64_t interfaces)
         : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
-          files(configuration(interfaces)),
-          engine(schemas(), files, host::read_mapping(YFW_PLUGIN_LIBRARY)),
+          files(configuration(interfaces)), engine(schemas(), files, host::read_mapping(YFW_PLUGIN_LIBRARY)),
           managed(schemas(), files, directory / "commits.db", host::read_mapping(YFW_PLUGIN_LIBRARY)) {
         std::filesystem::create_directories(directory);
     }
@@ -94,9 +93,11 @@ void validate_one_leaf(benchmark::State &state) {
         benchmark::DoNotOptimize(device.managed.apply(edit, running));
 }
 
+// Besides as many interfaces.
 void commit_one_leaf(benchmark::State &state) {
-    Device device(1);
+    Device device(state.range(0));
     int64_t seconds = 10;
+    device.managed.edit(timer_edit(30), {"bench", ""}); // creates the store
     for (auto _ : state) {
         seconds = seconds == 10 ? 20 : 10;
         benchmark::DoNotOptimize(device.managed.edit(timer_edit(seconds), {"bench", ""}));
@@ -134,7 +135,7 @@ void commit_interfaces(benchmark::State &state) {
 
 BENCHMARK(map_one_leaf)->Unit(benchmark::kMicrosecond);
 BENCHMARK(validate_one_leaf)->Unit(benchmark::kMicrosecond);
-BENCHMARK(commit_one_leaf)->Unit(benchmark::kMicrosecond);
+BENCHMARK(commit_one_leaf)->Arg(1)->Arg(10)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(store_one_row)->Unit(benchmark::kMicrosecond);
 BENCHMARK(map_interfaces)->RangeMultiplier(2)->Range(500, 8000)->Complexity()->Unit(benchmark::kMillisecond);
 BENCHMARK(commit_interfaces)->RangeMultiplier(2)->Range(500, 8000)->Complexity()->Unit(benchmark::kMillisecond);

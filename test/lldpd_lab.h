@@ -25,6 +25,8 @@ protected:
     static Outcome yfw(const std::string &router, std::vector<std::string> words);
     /// The same, but must succeed. After the test, the router is rolled back to its first configuration.
     void edit(const std::string &router, const std::vector<std::string> &words);
+    /// For changes by other means than edit(): the same happens to the router.
+    void roll_back_at_the_end(const std::string &router) { edited_.push_back(router); }
     /// The program's answer to `get`, strictly parsed with the modules.
     Tree get(const std::string &router, const std::vector<std::string> &words) const;
     /// The numbers of the commits, as `yfw history` prints them.

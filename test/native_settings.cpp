@@ -46,10 +46,9 @@ void add(Lines &lines, const std::string &name, const std::vector<std::string> &
 }
 
 void add_interface(Lines &lines, const std::string &name, bool is_enabled) {
-    if (is_enabled) {
-        lines.insert(name + " enable = true");
+    lines.insert(name + " enable = " + (is_enabled ? "true" : "false"));
+    if (is_enabled)
         return;
-    }
     lines.insert(name + " transmit/disable = true");
     lines.insert(name + " receive/disable = true");
 }
@@ -87,8 +86,7 @@ Lines found(const lyd_node *native, bool with_switch, bool with_interfaces) {
     for (const std::string &name : values_at(native, interface_list + "/interface-name"))
         for (const char *leaf : {"enable", "transmit/disable", "receive/disable"})
             add(lines, name + " " + leaf,
-                values_at(native,
-                          interface_list + "[interface-name='" + name + "']" + lldp + leaf + "[.='true']"));
+                values_at(native, interface_list + "[interface-name='" + name + "']" + lldp + leaf));
     return lines;
 }
 
@@ -98,7 +96,14 @@ std::string native_difference(const PlainConfiguration &configuration, const std
     const Tree tree = parse_answer(native_modules(), Format::xml, native);
     const bool is_on = !values_at(tree.get(), lldp + "enable[.='true']").empty();
     const bool with_switch = !configuration.values("enabled").empty();
-    return difference(required(configuration, is_on), found(tree.get(), with_switch, is_on));
+    const bool with_interfaces = is_on || is_switched_off(configuration);
+    return difference(required(configuration, with_interfaces),
+                      found(tree.get(), with_switch, with_interfaces));
+}
+
+std::set<std::string> native_settings(const std::string &native) {
+    const Tree tree = parse_answer(native_modules(), Format::xml, native);
+    return found(tree.get(), true, true);
 }
 
 } // namespace yfw::test

@@ -1,6 +1,7 @@
 // A client reads what it wrote: random edits of the running configuration and of the candidate, compared with a
 // plain tree that is edited by the rules of RFC 6241.
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -89,6 +90,32 @@ protected:
             const commits::Commit last = commit(last_commit());
             EXPECT_EQ(difference(expected_.lines(), lines_of(last.number)), "");
             EXPECT_EQ(native_difference(expected_, last.configuration), "");
+        }
+    }
+
+    // Its native settings are those that one commit of it makes on a new device.
+    void expect_what_one_commit_makes() {
+        if (last_commit() < 0)
+            return;
+        const std::string state_home = getenv("XDG_STATE_HOME"); // which the device takes for itself
+        const EditedDevice device{std::get<0>(GetParam()).configuration()};
+        setenv("XDG_STATE_HOME", state_home.c_str(), 1);
+        const Outcome outcome = device.edit(expected_.document(), {"--operation", "replace"});
+        ASSERT_EQ(outcome.status, 0) << outcome.errors;
+        if (!device.commits().empty()) {
+            EXPECT_EQ(difference(native_settings(device.native()),
+                                 native_settings(commit(last_commit()).configuration)),
+                      "")
+                << expected_.document();
+        }
+    }
+
+    // What is held back is listed with the reason.
+    void expect_no_other_drift() {
+        const Outcome outcome = run_yfw({.arguments = {"drift", "--device", server_->device().string()}});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        for (const std::string &line : test::lines_of(outcome.output)) {
+            EXPECT_TRUE(line == "no drift" || line.ends_with("(/lldp/config/enabled is false)")) << line;
         }
     }
 
@@ -182,6 +209,10 @@ TEST_P(RandomEditsOf, AreReadAsTheyWereWrittenAndRollBack) {
             edit_candidate();
         else
             edit_running();
+        if (i % 4 == 3) {
+            expect_what_one_commit_makes();
+            expect_no_other_drift();
+        }
     }
     for (int i = 0; i < 3 && !HasFailure(); i++)
         expect_rollback_to(static_cast<int64_t>(edits_.choice(static_cast<size_t>(last_commit() + 1))));

@@ -31,6 +31,9 @@ public:
     /// Applies an edit to /lldp. Returns the error tag when it must be refused, and changes nothing then.
     std::string apply(const PlainNode &lldp, const std::string &default_operation);
 
+    /// As a document without operations.
+    std::string document() const { return document_of(root_); }
+
     /// Its nodes with values, one per line: "/lldp/config/hello-timer = 30".
     std::set<std::string> lines() const;
 

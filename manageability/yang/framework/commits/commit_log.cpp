@@ -159,6 +159,11 @@ template <class Read> auto CommitLog::read(const Read &work) const {
     return work(*database_);
 }
 
+void CommitLog::on_step(std::function<void(Step)> observer) {
+    const std::lock_guard one_at_a_time(writers_);
+    observer_ = std::move(observer);
+}
+
 void CommitLog::reached(Step step) const {
     if (observer_)
         observer_(step);

@@ -79,8 +79,8 @@ public:
     void set_applied_to(const std::string &instance);
 
     // Called at each step of a commit, on the committing thread; from `inserted` on, it must not use the log.
-    // Set it while no commit is running.
-    void on_step(std::function<void(Step)> observer) { observer_ = std::move(observer); }
+    // Setting it waits for a commit that another thread makes.
+    void on_step(std::function<void(Step)> observer);
 
 private:
     class Transaction;
@@ -100,7 +100,7 @@ private:
     mutable std::mutex statements_; // keeps reads out between a write and its end; guards what follows
     mutable std::unique_ptr<Database> database_;
     mutable std::unique_ptr<StoreState> state_; // of the file when it was opened, where it cannot be locked
-    std::function<void(Step)> observer_;
+    std::function<void(Step)> observer_;        // guarded by writers_
 };
 
 } // namespace yfw::commits

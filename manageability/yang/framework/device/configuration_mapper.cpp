@@ -3,9 +3,10 @@
 #include <cstring>
 #include <iterator>
 
+#include "base/error.h"
+#include "device/leaf_edits.h"
 #include "device/native_edits.h"
 #include "device/openconfig_terms.h"
-#include "device/suspension.h"
 #include "yang/comparison.h"
 #include "yang/configuration_text.h"
 
@@ -15,48 +16,24 @@ namespace {
 // Settings may undo one another, so that this never ends.
 constexpr int most_rounds = 8;
 
-yang::EditNode node_of(const lyd_node *data) {
-    yang::EditNode node;
-    node.node = data->schema;
-    if ((data->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
-        node.value = lyd_get_value(data);
-    return node;
+bool has_same_value(const lyd_node *a, const lyd_node *b) {
+    return std::strcmp(lyd_get_value(a), lyd_get_value(b)) == 0;
 }
 
-bool is_term(const lyd_node *node) {
-    return (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
-
-// Adds what `wanted` has and `present` lacks to `edit`, as a merge.
-void add_missing(const lyd_node *wanted, const lyd_node *present, const Suspensions &suspended,
-                 yang::EditNode &edit) {
-    for (const lyd_node *child = lyd_child(wanted); child != nullptr; child = child->next) {
-        if ((child->flags & LYD_DEFAULT) != 0 || lysc_is_key(child->schema))
-            continue;
-        const lyd_node *there = present != nullptr ? yang::counterpart(child, lyd_child(present)) : nullptr;
-        yang::EditNode missing = node_of(child);
-        if (is_term(child)) {
-            const bool is_there =
-                there != nullptr && std::strcmp(lyd_get_value(child), lyd_get_value(there)) == 0;
-            if (is_there || suspended.holds(child->schema))
-                continue;
-            missing.operation = yang::Operation::merge;
-            edit.children.push_back(std::move(missing));
-            continue;
-        }
-        for (const lyd_node *key = lyd_child(child); key != nullptr && lysc_is_key(key->schema);
-             key = key->next)
-            missing.children.push_back(node_of(key));
-        const size_t keys = missing.children.size();
-        add_missing(child, there, suspended, missing);
-        if (missing.children.size() > keys)
-            edit.children.push_back(std::move(missing));
-    }
+bool is_in_entry(const lyd_node *node) {
+    for (node = lyd_parent(node); node != nullptr; node = lyd_parent(node))
+        if (node->schema->nodetype == LYS_LIST)
+            return true;
+    return false;
 }
 
 // Whether the edit does anything at all.
 bool does_something(const yang::EditNode &edit) {
     return edit.operation != yang::Operation::none || !edit.children.empty();
+}
+
+std::optional<yang::Operation> chosen_if(bool chosen, yang::Operation operation) {
+    return chosen ? std::optional(operation) : std::nullopt;
 }
 
 } // namespace
@@ -68,6 +45,127 @@ yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
     return engine_.read(whole, {yang::borrowed(native)}).data;
 }
 
+bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {
+    std::vector<host::NativePath> edits = engine_.map_edit(edit, yang::borrowed(mapped.native.get()));
+    yang::DataTree result = yang::copy_configuration(mapped.native.get());
+    apply_native_edits(schemas_, edits, result);
+    const bool changes = !yang::is_same(result.get(), mapped.native.get());
+    mapped.native = std::move(result);
+    std::move(edits.begin(), edits.end(), std::back_inserter(mapped.edits));
+    return changes;
+}
+
+yang::DataTree ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wanted,
+                                           const Suspensions &suspended) {
+    for (int round = 0;; round++) {
+        yang::DataTree present = read_back(mapped.native.get());
+        const yang::EditNode missing =
+            leaf_edit(schemas_.openconfig_root(), wanted, present.get(),
+                      [&](const lyd_node *leaf, const lyd_node *there) {
+                          const bool is_there = there != nullptr && has_same_value(leaf, there);
+                          return chosen_if(!is_there && !suspended.holds(leaf->schema), yang::Operation::merge);
+                      });
+        if (!does_something(missing) || round == most_rounds)
+            return present;
+        try {
+            if (!apply(missing, mapped))
+                return present;
+        } catch (const Error &) {
+            map_leaf_by_leaf(missing, mapped.native.get());
+            throw;
+        }
+    }
+}
+
+bool ConfigurationMapper::map_outside_entries(Mapped &mapped, const lyd_node *wanted) {
+    const yang::EditNode edit =
+        leaf_edit(schemas_.openconfig_root(), wanted, nullptr, [](const lyd_node *leaf, const lyd_node *) {
+            return chosen_if(!is_in_entry(leaf), yang::Operation::merge);
+        });
+    return does_something(edit) && apply(edit, mapped);
+}
+
+// A leaf of an entry may be mapped to several native settings, of which an earlier value has left some.
+void ConfigurationMapper::clear_entries(Mapped &mapped, const lyd_node *wanted, const lyd_node *before) {
+    const yang::EditNode edit =
+        leaf_edit(schemas_.openconfig_root(), wanted, before, [](const lyd_node *leaf, const lyd_node *old) {
+            const bool is_changed = old == nullptr || !has_same_value(leaf, old);
+            return chosen_if(is_changed && is_in_entry(leaf) && !yang::repeats_key(leaf),
+                             yang::Operation::remove);
+        });
+    if (does_something(edit))
+        apply(edit, mapped);
+}
+
+yang::EditNode ConfigurationMapper::surplus(const lyd_node *present, const lyd_node *wanted) const {
+    return leaf_edit(
+        schemas_.openconfig_root(), present, wanted, [](const lyd_node *leaf, const lyd_node *there) {
+            return chosen_if(there == nullptr && !yang::repeats_key(leaf), yang::Operation::remove);
+        });
+}
+
+// Setting a leaf may set others, which remain when it is deleted. What is only implied by other leaves comes
+// back with them; then nothing is gained, and the native configuration stays as it is.
+void ConfigurationMapper::remove_surplus(Mapped &mapped, const lyd_node *present, const lyd_node *wanted,
+                                         const Suspensions &suspended) {
+    const yang::EditNode edit = surplus(present, wanted);
+    if (!does_something(edit))
+        return;
+    Mapped without{yang::copy_configuration(mapped.native.get()), mapped.edits};
+    apply(edit, without);
+    const yang::DataTree left = settle(without, wanted, suspended);
+    if (single_leaves(surplus(left.get(), wanted)).size() < single_leaves(edit).size())
+        mapped = std::move(without);
+}
+
+std::set<std::string> ConfigurationMapper::held(const Configuration &configuration,
+                                                const std::set<std::string> &paths) {
+    const auto is_held = [&](const std::set<std::string> &these) {
+        const yang::EditNode edit =
+            leaf_edit(schemas_.openconfig_root(), configuration.openconfig.get(), nullptr,
+                      [&](const lyd_node *leaf, const lyd_node *) {
+                          return chosen_if(these.contains(leaf_path(leaf)), yang::Operation::merge);
+                      });
+        Mapped mapped{yang::copy_configuration(configuration.native.get()), {}};
+        try {
+            return does_something(edit) && !apply(edit, mapped);
+        } catch (const Error &) {
+            return false;
+        }
+    };
+    if (paths.empty() || is_held(paths))
+        return paths;
+    std::set<std::string> found;
+    for (const std::string &path : paths)
+        if (is_held({path}))
+            found.insert(path);
+    return found;
+}
+
+// The leaf that suspends others comes first: it may take them away by itself.
+void ConfigurationMapper::take_suspended_away(Mapped &mapped, const lyd_node *wanted,
+                                              const Suspensions &suspended) {
+    apply(leaf_edit(schemas_.openconfig_root(), wanted, nullptr,
+                    [&](const lyd_node *leaf, const lyd_node *) {
+                        return chosen_if(suspended.is_cause(leaf->schema), yang::Operation::merge);
+                    }),
+          mapped);
+    const yang::DataTree present = read_back(mapped.native.get());
+    const yang::EditNode edit = leaf_edit(
+        schemas_.openconfig_root(), present.get(), nullptr, [&](const lyd_node *leaf, const lyd_node *) {
+            const bool is_suspended = suspended.holds(leaf->schema) && !yang::repeats_key(leaf);
+            return chosen_if(is_suspended, yang::Operation::remove);
+        });
+    if (does_something(edit))
+        apply(edit, mapped);
+}
+
+// The mapping's error is about what a refused edit has in common. Repeated for each leaf, it names the leaf.
+void ConfigurationMapper::map_leaf_by_leaf(const yang::EditNode &edit, const lyd_node *native) {
+    for (const yang::EditNode &leaf : single_leaves(edit))
+        engine_.map_edit(leaf, yang::borrowed(native));
+}
+
 ConfigurationMapper::Mapped ConfigurationMapper::map(const yang::EditNode &edit, const Configuration &before,
                                                      const lyd_node *after) {
     const Suspensions suspended(schemas_, mapping_, after);
@@ -76,19 +174,45 @@ ConfigurationMapper::Mapped ConfigurationMapper::map(const yang::EditNode &edit,
         suspended.hold_back(sent, read_back(before.native.get()).get());
     Mapped mapped;
     mapped.native = yang::copy_configuration(before.native.get());
-    for (int round = 0; round < most_rounds && does_something(sent); round++) {
-        std::vector<host::NativePath> edits = engine_.map_edit(sent, yang::borrowed(mapped.native.get()));
-        yang::DataTree result = yang::copy_configuration(mapped.native.get());
-        apply_native_edits(schemas_, edits, result);
-        if (round > 0 && yang::is_same(result.get(), mapped.native.get()))
-            break;
-        mapped.native = std::move(result);
-        std::move(edits.begin(), edits.end(), std::back_inserter(mapped.edits));
-        sent = {};
-        sent.node = schemas_.openconfig_root();
-        if (after != nullptr)
-            add_missing(after, read_back(mapped.native.get()).get(), suspended, sent);
+    if (does_something(sent))
+        apply(sent, mapped);
+    if (suspended.any()) {
+        take_suspended_away(mapped, after, suspended);
+        settle(mapped, after, suspended);
+    } else {
+        make_independent_of_history(mapped, before, after, suspended);
     }
+    with_openconfig_errors(mapped.edits, [&] { validate_configuration(schemas_, mapped.native); });
+    return mapped;
+}
+
+// How a leaf is mapped may depend on whether the device is switched on: setting one switches it on, but not
+// where the edit that switches it off finds it on.
+void ConfigurationMapper::make_independent_of_history(Mapped &mapped, const Configuration &before,
+                                                      const lyd_node *after, const Suspensions &suspended) {
+    const bool was_enabled = engine_.is_enabled(before.native.get());
+    clear_entries(mapped, after, before.openconfig.get());
+    yang::DataTree present = settle(mapped, after, suspended);
+    bool entries_fit = engine_.is_enabled(mapped.native.get()) == was_enabled;
+    if (!engine_.is_enabled(mapped.native.get()) && map_outside_entries(mapped, after))
+        entries_fit = false;
+    if (!entries_fit) {
+        clear_all_entries(mapped, after);
+        present = settle(mapped, after, suspended);
+    }
+    remove_surplus(mapped, present.get(), after, suspended);
+}
+
+std::optional<ConfigurationMapper::Mapped>
+ConfigurationMapper::map_as_if_in_force(const Configuration &configuration) {
+    const Suspensions suspended(schemas_, mapping_, configuration.openconfig.get());
+    if (!suspended.any())
+        return std::nullopt;
+    yang::DataTree wanted = yang::copy_configuration(configuration.openconfig.get());
+    suspended.lift(wanted);
+    Mapped mapped;
+    mapped.native = yang::copy_configuration(configuration.native.get());
+    settle(mapped, wanted.get(), Suspensions(schemas_, mapping_, wanted.get()));
     with_openconfig_errors(mapped.edits, [&] { validate_configuration(schemas_, mapped.native); });
     return mapped;
 }

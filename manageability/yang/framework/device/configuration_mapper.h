@@ -2,9 +2,13 @@
 #ifndef YFW_DEVICE_CONFIGURATION_MAPPER_H
 #define YFW_DEVICE_CONFIGURATION_MAPPER_H
 
+#include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "device/configuration.h"
+#include "device/suspension.h"
 #include "host/engine.h"
 #include "host/mapping_description.h"
 #include "yang/edit.h"
@@ -32,7 +36,37 @@ public:
     // changes nothing more. The result is valid native data. Throws Error.
     Mapped map(const yang::EditNode &edit, const Configuration &before, const lyd_node *after);
 
+    // What the configuration would lead to if nothing of it were suspended: nothing when nothing is. Throws
+    // Error when that cannot be mapped, or is not valid.
+    std::optional<Mapped> map_as_if_in_force(const Configuration &configuration);
+
+    // Those of these leaves, given as leaf_path(), that the native configuration holds: mapping them again
+    // changes nothing, though the mapping may not read them back.
+    std::set<std::string> held(const Configuration &configuration, const std::set<std::string> &paths);
+
 private:
+    // Returns whether the edit changes anything.
+    bool apply(const yang::EditNode &edit, Mapped &mapped);
+    // After an edit from `before`: what a single edit to `after` would have led to.
+    void make_independent_of_history(Mapped &mapped, const Configuration &before, const lyd_node *after,
+                                     const Suspensions &suspended);
+    // Removes what is suspended in `wanted` from the native configuration.
+    void take_suspended_away(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended);
+    // Maps what `wanted` has and the mapping does not read back, until that changes nothing more. Returns what
+    // the mapping reads back in the end.
+    yang::DataTree settle(Mapped &mapped, const lyd_node *wanted, const Suspensions &suspended);
+    // Maps the leaves of `wanted` that belong to no list entry; returns whether that changes anything.
+    bool map_outside_entries(Mapped &mapped, const lyd_node *wanted);
+    // Removes the leaves of list entries that differ from `before`, or all of them, for settle() to map anew.
+    void clear_entries(Mapped &mapped, const lyd_node *wanted, const lyd_node *before);
+    void clear_all_entries(Mapped &mapped, const lyd_node *wanted) { clear_entries(mapped, wanted, nullptr); }
+    // Removes what the mapping reads back (`present`) and nobody configured, unless it comes back.
+    void remove_surplus(Mapped &mapped, const lyd_node *present, const lyd_node *wanted,
+                        const Suspensions &suspended);
+    yang::EditNode surplus(const lyd_node *present, const lyd_node *wanted) const;
+    // Throws the error of the first leaf that the mapping rejects by itself.
+    void map_leaf_by_leaf(const yang::EditNode &edit, const lyd_node *native);
+
     const yang::Schemas &schemas_;
     host::Engine &engine_;
     const host::MappingDescription &mapping_;

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "device/leaf_edits.h"
 #include "yang/comparison.h"
-#include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
@@ -14,12 +14,6 @@ bool is_term(const lyd_node *node) {
 
 bool is_configuration(const lyd_node *node) {
     return (node->schema->flags & LYS_CONFIG_W) != 0;
-}
-
-std::string path_without_module(const lyd_node *node) {
-    const std::string path = yang::path_of(node);
-    const std::string prefix = "/" + std::string(node->schema->module->name) + ":";
-    return path.rfind(prefix, 0) == 0 ? "/" + path.substr(prefix.size()) : path;
 }
 
 // OpenConfig tells of the applied value of config/leaf in state/leaf. `entry`: what the device has around
@@ -69,28 +63,69 @@ public:
         }
     }
 
-    void only_applied(const lyd_node *node, const lyd_node *wanted) {
+    // `expected`: its counterpart among what a device that runs the configuration reads as.
+    void only_applied(const lyd_node *node, const lyd_node *wanted, const lyd_node *expected) {
         for (const lyd_node *child = lyd_child(node); child != nullptr; child = child->next) {
-            if (lysc_is_key(child->schema) || !is_configuration(child))
+            if (lysc_is_key(child->schema))
                 continue;
-            const lyd_node *there = wanted != nullptr ? yang::counterpart(child, lyd_child(wanted)) : nullptr;
-            if (!is_term(child))
-                only_applied(child, there);
-            else if (there == nullptr && !is_default(child) && !yang::repeats_key(child))
-                found_.push_back({path_without_module(child), std::nullopt, value_of(child), ""});
+            const lyd_node *there = below(wanted, child);
+            const lyd_node *usual = below(expected, child);
+            if (!is_configuration(child))
+                only_in_state(child, node, wanted, usual);
+            else if (!is_term(child))
+                only_applied(child, there, usual);
+            else if (there == nullptr && value_of(usual) != value_of(child) && !is_default(child) &&
+                     !yang::repeats_key(child))
+                found_.push_back({leaf_path(child), std::nullopt, value_of(child), ""});
         }
     }
 
     std::vector<Drift> take() { return std::move(found_); }
 
 private:
+    static const lyd_node *below(const lyd_node *parent, const lyd_node *like) {
+        return parent != nullptr ? yang::counterpart(like, lyd_child(parent)) : nullptr;
+    }
+
+    // Values of leaf-lists: a mapping may show fewer of them in "config" than in "state". `entry`: the device's
+    // parent of `state`; `wanted` and `usual`: what corresponds to the entry, and to `state`.
+    void only_in_state(const lyd_node *state, const lyd_node *entry, const lyd_node *wanted,
+                       const lyd_node *usual) {
+        if (std::strcmp(state->schema->name, "state") != 0)
+            return;
+        const std::string above = leaf_path(entry);
+        for (const lyd_node *value = lyd_child(state); value != nullptr; value = value->next) {
+            if (value->schema->nodetype != LYS_LEAFLIST || below(usual, value) != nullptr ||
+                has_twin(value, entry) || has_twin(value, wanted))
+                continue;
+            const std::string text = lyd_get_value(value);
+            const char quote = text.find('\'') == std::string::npos ? '\'' : '"';
+            found_.push_back({above + "/config/" + value->schema->name + "[.=" + quote + text + quote + "]",
+                              std::nullopt, text, ""});
+        }
+    }
+
+    // Whether "config" below `entry` has the same value of a leaf-list of the same name.
+    static bool has_twin(const lyd_node *value, const lyd_node *entry) {
+        for (const lyd_node *config = entry != nullptr ? lyd_child(entry) : nullptr; config != nullptr;
+             config = config->next) {
+            if (std::strcmp(config->schema->name, "config") != 0)
+                continue;
+            for (const lyd_node *one = lyd_child(config); one != nullptr; one = one->next)
+                if (std::strcmp(one->schema->name, value->schema->name) == 0 &&
+                    value_of(one) == value_of(value))
+                    return true;
+        }
+        return false;
+    }
+
     void term(const lyd_node *leaf, const lyd_node *there, const lyd_node *around) {
         const std::string value = lyd_get_value(leaf);
         const lyd_node *state = state_of(leaf, around);
         if (value_of(there) == value || value_of(state) == value || yang::repeats_key(leaf))
             return;
         const std::string *reason = suspended_.reason(leaf->schema);
-        found_.push_back({path_without_module(leaf), value, value_of(there != nullptr ? there : state),
+        found_.push_back({leaf_path(leaf), value, value_of(there != nullptr ? there : state),
                           reason != nullptr ? *reason : ""});
     }
 
@@ -100,11 +135,11 @@ private:
 
 } // namespace
 
-std::vector<Drift> find_drift(const lyd_node *configured, const lyd_node *applied,
+std::vector<Drift> find_drift(const lyd_node *configured, const lyd_node *applied, const lyd_node *expected,
                               const Suspensions &suspended) {
     Comparison comparison(suspended);
     comparison.configured(configured, applied, nullptr);
-    comparison.only_applied(applied, configured);
+    comparison.only_applied(applied, configured, expected);
     return comparison.take();
 }
 

@@ -21,12 +21,12 @@ struct Drift {
     bool operator==(const Drift &) const = default;
 };
 
-// Compares an OpenConfig configuration with what was read from the device, configuration and state; both are
-// from the top container down, and may be NULL. A leaf is in force when the device has its value in the
-// configuration, or in the state beside it, which is how OpenConfig tells of applied configuration. What the
-// device has and nobody configured counts unless it is the default. In the order of the paths' nodes in the
-// data.
-std::vector<Drift> find_drift(const lyd_node *configured, const lyd_node *applied,
+// Compares an OpenConfig configuration with what was read from the device, and with what a device that runs the
+// configuration reads as: both configuration and state. All are from the top container down, and may be NULL. A
+// leaf is in force when the device has its value in the configuration, or in the state beside it, which is how
+// OpenConfig tells of applied configuration. What the device has and nobody configured counts unless it is
+// expected, or the default. In the order of the paths' nodes in the data.
+std::vector<Drift> find_drift(const lyd_node *configured, const lyd_node *applied, const lyd_node *expected,
                               const Suspensions &suspended);
 
 } // namespace yfw::device

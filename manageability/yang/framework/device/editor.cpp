@@ -55,15 +55,37 @@ Editor::Change Editor::changed(const yang::EditNode &edit, const Configuration &
         return {before, {}, {}};
     ConfigurationMapper::Mapped mapped = mapper_.map(whole, before, openconfig.get());
     yang::validate_openconfig(schemas_, openconfig.get());
-    return {{std::move(openconfig), std::move(mapped.native)}, std::move(mapped.edits), {}};
+    Change change{{std::move(openconfig), std::move(mapped.native)}, std::move(mapped.edits), {}};
+    mapper_.map_as_if_in_force(change.after);
+    return change;
+}
+
+void Editor::check_target(const Configuration &before, const Change &change) {
+    with_openconfig_errors(change.edits,
+                           [&] { target_->check(before.native.get(), change.after.native.get()); });
+    check_suspended(before, change.after);
+}
+
+// A setting that is refused only when it comes into force would be found by somebody else, much later.
+void Editor::check_suspended(const Configuration &before, const Configuration &after) {
+    const std::optional<ConfigurationMapper::Mapped> result = mapper_.map_as_if_in_force(after);
+    if (!result.has_value())
+        return;
+    std::optional<ConfigurationMapper::Mapped> from;
+    try {
+        from = mapper_.map_as_if_in_force(before);
+    } catch (const Error &) { // an earlier version has accepted it; the change may be what mends it
+    }
+    with_openconfig_errors(result->edits, [&] {
+        target_->check(from.has_value() ? from->native.get() : before.native.get(), result->native.get());
+    });
 }
 
 std::string Editor::try_edit(const yang::EditNode &edit) {
     const Configuration running = configurations_.running();
     const Change change = changed(edit, running, {});
     if (target_ != nullptr)
-        with_openconfig_errors(change.edits,
-                               [&] { target_->check(running.native.get(), change.after.native.get()); });
+        check_target(running, change);
     return difference(running, change.after);
 }
 
@@ -90,6 +112,8 @@ std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
     const Configuration running = configurations_.recorded();
     Prepared prepared{yang::print_configuration(running.native.get()), make(running), true};
     prepared.changes = !is_same(running, prepared.change.after);
+    if (prepared.changes && target_ != nullptr)
+        check_target(running, prepared.change);
     return prepared;
 }
 
@@ -149,6 +173,7 @@ std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change
     made.openconfig = yang::print_configuration(change.after.openconfig.get());
     made.difference = difference(before, change.after);
     if (target_ != nullptr) {
+        check_suspended(before, change.after);
         with_openconfig_errors(change.edits, [&] { put_into_force(store, before, change.after); });
         applied = Applied{before.native, change.after.native};
     }

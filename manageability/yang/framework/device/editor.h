@@ -83,6 +83,10 @@ private:
     std::optional<commits::Commit> commit(const MakeChange &make);
     // The change that `edit` makes to a configuration.
     Change changed(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard);
+    // Throws what the target would refuse, changing nothing.
+    void check_target(const Configuration &before, const Change &change);
+    // The same for both configurations as if nothing of them were suspended.
+    void check_suspended(const Configuration &before, const Configuration &after);
     // Applies the change to the last commit, and the result to the target. Nothing when it changes nothing.
     struct Applied {
         yang::SharedData before;

@@ -1,5 +1,7 @@
 #include "device/managed_device.h"
 
+#include <set>
+
 #include "base/error.h"
 #include "device/native_edits.h"
 #include "yang/configuration_text.h"
@@ -73,8 +75,22 @@ std::vector<Drift> ManagedDevice::drift() {
     host::ReadRequest whole;
     whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
     const host::Answer applied = read_applied(whole);
-    return find_drift(committed->openconfig.get(), applied.data.get(),
-                      Suspensions(schemas_, mapping_, committed->openconfig.get()));
+    const lyd_node *openconfig = committed->openconfig.get();
+    const Suspensions suspended(schemas_, mapping_, openconfig);
+    if (target_ == nullptr) { // what is committed is in force, so nothing else can be
+        std::vector<Drift> found = find_drift(openconfig, applied.data.get(), applied.data.get(), suspended);
+        std::set<std::string> paths;
+        for (const Drift &one : found)
+            if (one.reason.empty())
+                paths.insert(one.path);
+        const std::set<std::string> held = mapper_.held(*committed, paths);
+        std::erase_if(found, [&](const Drift &one) { return held.contains(one.path); });
+        return found;
+    }
+    std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), committed->native.get());
+    const host::Answer expected =
+        engine_.read(whole, {as_read.has_value() ? yang::SharedData(std::move(*as_read)) : committed->native});
+    return find_drift(openconfig, applied.data.get(), expected.data.get(), suspended);
 }
 
 void ManagedDevice::apply_last_commit() {

@@ -65,8 +65,7 @@ public:
         return engine_.explain(edit, source_.running_configuration());
     }
 
-    // When tracing, the plug-in's debug log contains every callback's steps. Call before other threads use the
-    // device.
+    // When tracing, the plug-in's debug log contains every callback's steps.
     void set_trace(bool on) { engine_.set_trace(on); }
 
     // ---- configuration

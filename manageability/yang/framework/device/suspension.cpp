@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "yang/edit_instance.h"
+#include "yang/forest.h"
 
 namespace yfw::device {
 namespace {
@@ -18,8 +19,8 @@ const lysc_node *found(const yang::Schemas &schemas, const host::MappingDescript
     return node;
 }
 
-// The value of a leaf that no list is above; NULL when it is not set.
-const char *value_of(const lysc_node *leaf, const lyd_node *configuration) {
+// The leaf, which no list is above; NULL when it is not set.
+const lyd_node *instance_of(const lysc_node *leaf, const lyd_node *configuration) {
     std::vector<const lysc_node *> steps;
     for (const lysc_node *node = leaf; node != nullptr; node = node->parent)
         steps.insert(steps.begin(), node);
@@ -31,7 +32,7 @@ const char *value_of(const lysc_node *leaf, const lyd_node *configuration) {
             return nullptr;
         at = next;
     }
-    return lyd_get_value(at);
+    return at;
 }
 
 bool is_at_or_below(const lysc_node *node, const lysc_node *top) {
@@ -47,8 +48,8 @@ Suspensions::Suspensions(const yang::Schemas &schemas, const host::MappingDescri
                          const lyd_node *configuration) {
     for (const host::Suspension &suspension : mapping.suspensions) {
         const lysc_node *leaf = found(schemas, mapping, suspension.leaf);
-        const char *value = value_of(leaf, configuration);
-        if (value == nullptr || suspension.value != value)
+        const lyd_node *instance = instance_of(leaf, configuration);
+        if (instance == nullptr || suspension.value != lyd_get_value(instance))
             continue;
         for (const std::string &path : suspension.nodes)
             held_.push_back({leaf, found(schemas, mapping, path), suspension.leaf + " is " + suspension.value});
@@ -62,6 +63,10 @@ const std::string *Suspensions::reason(const lysc_node *node) const {
         if (node != held.leaf && is_at_or_below(node, held.node))
             return &held.reason;
     return nullptr;
+}
+
+bool Suspensions::is_cause(const lysc_node *leaf) const {
+    return std::any_of(held_.begin(), held_.end(), [&](const Held &held) { return held.leaf == leaf; });
 }
 
 bool Suspensions::holds_all_below(const lysc_node *node) const {
@@ -95,6 +100,12 @@ bool Suspensions::hold_back_node(yang::EditNode &edit, const lyd_node *siblings)
 void Suspensions::hold_back(yang::EditNode &edit, const lyd_node *present) const {
     if (any() && !hold_back_node(edit, present))
         edit.children.clear();
+}
+
+void Suspensions::lift(yang::DataTree &configuration) const {
+    for (const Held &held : held_)
+        if (const lyd_node *leaf = instance_of(held.leaf, configuration.get()))
+            yang::remove(configuration, const_cast<lyd_node *>(leaf));
 }
 
 } // namespace yfw::device

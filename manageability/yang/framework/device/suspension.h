@@ -27,9 +27,15 @@ public:
     // What holds it back, such as "PATH is false"; NULL when it is in force.
     const std::string *reason(const lysc_node *node) const;
 
+    // Whether this leaf holds others back.
+    bool is_cause(const lysc_node *leaf) const;
+
     // Takes what would set suspended nodes out of an edit. What takes them away remains where the device has
     // them, given as `present`, so that nothing old comes back into force later.
     void hold_back(yang::EditNode &edit, const lyd_node *present) const;
+
+    // Removes the leaves that hold others back from the configuration.
+    void lift(yang::DataTree &configuration) const;
 
 private:
     struct Held {

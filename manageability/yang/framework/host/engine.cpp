@@ -184,6 +184,10 @@ std::vector<NativePath> Engine::map_edit(const yang::EditNode &edit, yang::Share
     return edits;
 }
 
+bool Engine::is_enabled(const lyd_node *native) const {
+    return DeviceSnapshot(questions_, {yang::borrowed(native)}).enabled_globally().value_or(false);
+}
+
 Explanation Engine::explain(const yang::EditNode &edit, yang::SharedData running) {
     const std::lock_guard<std::mutex> serialised(one_request_);
     Explanation explanation;

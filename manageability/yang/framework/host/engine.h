@@ -39,8 +39,10 @@ public:
     Engine(const yang::Schemas &schemas, sources::NativeSource &source, const MappingDescription &mapping);
 
     // When tracing, the plug-in's debug log contains every callback's steps, and the trace buffer is filled.
-    // Not locked: call before other threads make requests.
-    void set_trace(bool on) { trace_ = on; }
+    void set_trace(bool on) {
+        const std::lock_guard<std::mutex> serialised(one_request_);
+        trace_ = on;
+    }
     const platform::TraceBuffer &trace_buffer() const { return trace_buffer_; }
 
     // Throws Error when the device cannot be read or the mapping fails.
@@ -55,6 +57,9 @@ public:
     // Maps an OpenConfig edit to native edits, in order, given the device's running configuration. Applies
     // nothing. Throws Error when the mapping rejects the edit.
     std::vector<NativePath> map_edit(const yang::EditNode &edit, yang::SharedData running);
+
+    // Whether this native configuration says that the device is on, by the description of the mapping.
+    bool is_enabled(const lyd_node *native) const;
 
     // What the plug-in does with a read or an edit, without reading or changing a device.
     Explanation explain(const ReadRequest &request);
@@ -82,7 +87,7 @@ private:
     std::vector<std::unique_ptr<Mapping>> mappings_; // the main one first
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
-    bool trace_ = false;
+    bool trace_ = false;     // guarded by one_request_
     std::mutex one_request_; // the libraries' globals support only one request at a time
 };
 

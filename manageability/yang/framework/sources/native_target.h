@@ -27,6 +27,13 @@ public:
     // else may have changed it.
     virtual void restore(const lyd_node *configuration) = 0;
 
+    // What a read of the device returns as configuration while it runs this one, in `context`: a device may
+    // have values of its own where none is configured. Nothing when that is the configuration itself.
+    virtual std::optional<yang::DataTree> as_read(const ly_ctx *context, const lyd_node *configuration) {
+        static_cast<void>(context), static_cast<void>(configuration);
+        return std::nullopt;
+    }
+
     // Identifies the device's present run: changes when the device restarts, and is the same for all processes
     // of the machine until then. Nothing when it cannot be told, for instance while the device is not running.
     virtual std::optional<std::string> instance() { return std::nullopt; }

@@ -1,4 +1,5 @@
 // One file shared by several users.
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <future>
@@ -78,6 +79,24 @@ TEST(AReader, SeesTheCommitBeforeWhileOneIsUnderWay) {
     store.on_step([&](Step) { seen.push_back(reader.last().value().number); });
     keep_numbered(store);
     EXPECT_EQ(seen, (std::vector<int64_t>{0, 0, 0, 0, 1}));
+}
+
+TEST(ThreadsThatShareAStore, SetAnObserverBetweenCommits) {
+    const yfw::test::TemporaryDirectory directory;
+    CommitLog store(directory.path() / "commits.db", true);
+    std::vector<Step> seen;
+    std::future<void> setting;
+    store.commit([&](const std::optional<Commit> &) {
+        setting =
+            std::async(std::launch::async, [&] { store.on_step([&](Step step) { seen.push_back(step); }); });
+        EXPECT_EQ(setting.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        return std::optional(commit_with("first", ""));
+    });
+    setting.get();
+    EXPECT_EQ(seen, std::vector<Step>{});
+    keep_numbered(store);
+    EXPECT_EQ(seen,
+              (std::vector<Step>{Step::begun, Step::read, Step::prepared, Step::inserted, Step::committed}));
 }
 
 TEST(ThreadsThatShareAStore, SeeWholeCommitsInOrder) {

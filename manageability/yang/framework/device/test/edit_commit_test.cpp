@@ -57,6 +57,18 @@ protected:
         device.edit(edit);
     }
 
+    static std::string both(EditedDevice &device) {
+        return yang::print_configuration(device.device().running_configuration().openconfig.get()) +
+               device.configuration();
+    }
+
+    static std::string both_after(const Strings &edits) {
+        EditedDevice device(native);
+        for (const std::string &edit : edits)
+            device.edit(edit);
+        return both(device);
+    }
+
     const yfw::test::TemporaryDirectory directory;
 };
 
@@ -80,6 +92,25 @@ TEST_P(ACommitKilledAtAStep, IsMadeWhenItIsRepeated) {
     EXPECT_EXIT(edit_and_die(second_edit), testing::KilledBySignal(SIGKILL), "");
     EditedDevice(native, nullptr, directory.path()).edit(second_edit);
     EXPECT_EQ(configuration(), undisturbed({first_edit, second_edit}));
+}
+
+// The OpenConfig configuration says more than the native one while settings are held back.
+TEST_P(ACommitKilledAtAStep, LeavesTheOpenConfigConfigurationThatTheNativeOneWasMadeOf) {
+    const std::string off = config(element("enabled", "false") + element("system-name", "x"));
+    const std::string on = config(element("enabled", "true") + element("hello-timer", "20"));
+    const Strings all{off, on, first_edit};
+    Strings made;
+    for (const std::string &edit : all) {
+        EXPECT_EXIT(edit_and_die(edit), testing::KilledBySignal(SIGKILL), "");
+        if (GetParam().kept)
+            made.push_back(edit);
+        EditedDevice device(native, nullptr, directory.path());
+        EXPECT_EQ(both(device), both_after(made));
+        device.edit(edit);
+        if (!GetParam().kept)
+            made.push_back(edit);
+        EXPECT_EQ(both(device), both_after(made));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ACommitKilledAtAStep,

@@ -44,6 +44,7 @@ public:
     void on_step(std::function<void(commits::Step)> observer) { device_.on_step(std::move(observer)); }
 
     ManagedDevice &device() { return device_; }
+    host::test::TextSource &source() { return source_; }
 
 private:
     host::test::TextSource source_;

@@ -22,6 +22,21 @@ void refuse_missing_ports(const Connection &connection, const WantedSettings &be
                         connection.place() + " has no such interface");
 }
 
+// What the daemon has when it runs these settings, as far as it is configured.
+State state_under(const WantedSettings &wanted, const PortStatuses &ports) {
+    State state;
+    state.settings.paused = !wanted.runs;
+    state.settings.transmit_interval = wanted.transmit_interval.value_or(usual_interval);
+    state.settings.system_name = wanted.system_name;
+    state.settings.system_description = wanted.system_description;
+    state.settings.chassis_id = wanted.chassis_id;
+    state.settings.advertises_capabilities = wanted.advertises_capabilities;
+    state.settings.advertises_addresses = wanted.advertises_addresses;
+    for (const auto &[name, status] : ports)
+        state.ports.push_back({name, wanted.of_port(name), {}, {}});
+    return state;
+}
+
 void refuse_what_the_daemon_cannot(const Connection &connection, const WantedSettings &before,
                                    const WantedSettings &after) {
     refuse_missing_ports(connection, before, after);
@@ -64,6 +79,14 @@ void LldpdSource::restore(const lyd_node *configuration) {
     const Connection connection(socket_);
     const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
     SettingsWriter(connection).restore(without_what_lldp_cannot_carry(wanted, hold_multiplier));
+}
+
+std::optional<yang::DataTree> LldpdSource::as_read(const ly_ctx *context, const lyd_node *configuration) {
+    const Connection connection(socket_);
+    const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
+    const WantedSettings wanted =
+        without_what_lldp_cannot_carry(supported_settings(configuration), hold_multiplier);
+    return configuration_data(context, state_under(wanted, read_port_statuses(connection)));
 }
 
 std::optional<std::string> LldpdSource::instance() {

@@ -29,6 +29,7 @@ public:
     void check(const lyd_node *before, const lyd_node *after) override;
     void apply(const lyd_node *before, const lyd_node *after) override;
     void restore(const lyd_node *configuration) override;
+    std::optional<yang::DataTree> as_read(const ly_ctx *context, const lyd_node *configuration) override;
     std::optional<std::string> instance() override;
 
 private:

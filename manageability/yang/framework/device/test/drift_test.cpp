@@ -1,0 +1,155 @@
+// What a device does not do as it was configured.
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "edit_device.h"
+#include "yang/configuration_text.h"
+
+namespace yfw::device::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string native = native_device("<enable>true</enable><timer>45</timer>");
+const std::string without_settings = "<lldp xmlns=\"" + std::string(host::test::cfg_ns) + "\"/>";
+const std::string off = element("enabled", "false");
+const std::string on = element("enabled", "true");
+
+std::string suppressed(const Strings &tlvs) {
+    std::string leaves;
+    for (const std::string &tlv : tlvs)
+        leaves += element("suppress-tlv-advertisement", "types:" + tlv);
+    return leaves;
+}
+
+std::string interface(const std::string &name, const std::string &leaf) {
+    return document(
+        element("interfaces", element("interface", element("name", name) + element("config", leaf))));
+}
+
+Strings drift_of(EditedDevice &device) {
+    Strings lines;
+    for (const Drift &one : device.device().drift())
+        lines.push_back(one.path + ": " + one.configured.value_or("nothing") + ", " +
+                        one.applied.value_or("nothing") + (one.reason.empty() ? "" : ", " + one.reason));
+    return lines;
+}
+
+// --- a recorded device ---
+
+struct EditCase {
+    const char *name;
+    Strings edits;
+};
+
+void PrintTo(const EditCase &test, std::ostream *to) {
+    *to << test.name;
+}
+
+class ACommitThatTookEffect : public testing::TestWithParam<EditCase> {};
+
+TEST_P(ACommitThatTookEffect, LeavesNoDrift) {
+    for (const std::string &start : {native, without_settings}) {
+        EditedDevice device{start};
+        for (const std::string &edit : GetParam().edits)
+            device.edit(edit);
+        Strings drift = drift_of(device);
+        std::erase_if(drift, [](const std::string &line) { return line.ends_with(" is false"); }); // held back
+        EXPECT_THAT(drift, IsEmpty()) << start;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, ACommitThatTookEffect,
+    testing::Values(EditCase{"TheSwitch", {config(on)}}, EditCase{"TheSwitchToFalse", {config(off)}},
+                    EditCase{"SeveralTlvs",
+                             {config(suppressed({"SYSTEM_NAME", "PORT_DESCRIPTION", "MANAGEMENT_ADDRESS"}))}},
+                    EditCase{"Texts",
+                             {config(element("system-name", "a") + element("system-description", "b") +
+                                     element("chassis-id", "c"))}},
+                    EditCase{"AChassisIdWithItsType",
+                             {config(element("chassis-id", "c") + element("chassis-id-type", "LOCAL"))}},
+                    EditCase{"AnInterface", {eth1(off)}},
+                    EditCase{"AnInterfaceThatTheMappingDoesNotRead", {interface("Optics0/0/0/1", on)}},
+                    EditCase{"ATimerThatIsDeleted",
+                             {config(element("hello-timer", "9")),
+                              config("<hello-timer nc:operation=\"delete\"/>")}}),
+    [](const auto &test) { return test.param.name; });
+
+TEST(ASettingThatIsHeldBack, IsDriftWithTheReason) {
+    EditedDevice device{native};
+    device.edit(config(off + element("system-name", "x")));
+    const std::string because = "/lldp/config/enabled is false";
+    EXPECT_THAT(drift_of(device), testing::IsSupersetOf({"/lldp/config/hello-timer: 45, nothing, " + because,
+                                                         "/lldp/config/system-name: x, nothing, " + because}));
+    device.edit(config(on));
+    EXPECT_THAT(drift_of(device), IsEmpty());
+}
+
+// --- a device that has values of its own where none is configured, like a daemon ---
+
+class ADaemon final : public sources::NativeTarget {
+public:
+    explicit ADaemon(EditedDevice *&device) : device_(device) {}
+
+    void check(const lyd_node *, const lyd_node *) override {}
+    void apply(const lyd_node *, const lyd_node *after) override { restore(after); }
+    void restore(const lyd_node *configuration) override { device_->source().xml = told(configuration); }
+    std::optional<yang::DataTree> as_read(const ly_ctx *, const lyd_node *configuration) override {
+        return yang::parse_configuration(yang::test::schemas(), told(configuration), "test");
+    }
+
+private:
+    // A timer of its own, and a type for every chassis id.
+    static std::string told(const lyd_node *configuration) {
+        std::string text = yang::print_configuration(configuration);
+        const auto add = [&](const std::string &unless, const std::string &leaf) {
+            if (text.find(unless) == std::string::npos && text.find("</lldp>") != std::string::npos)
+                text.insert(text.find("</lldp>"), leaf);
+        };
+        add("<timer>", element("timer", "30"));
+        if (text.find("<chassis-id>") != std::string::npos)
+            add("<chassis-id-type>", element("chassis-id-type", "local"));
+        return text;
+    }
+
+    EditedDevice *&device_;
+};
+
+class ADeviceWithValuesOfItsOwn : public testing::Test {
+protected:
+    EditedDevice *there = nullptr;
+    ADaemon daemon{there};
+    EditedDevice device{without_settings, &daemon};
+
+    void SetUp() override { there = &device; }
+};
+
+TEST_F(ADeviceWithValuesOfItsOwn, HasNoDriftBecauseOfThem) {
+    device.edit(config(on + element("chassis-id", "rack 4")));
+    EXPECT_THAT(drift_of(device), IsEmpty());
+}
+
+TEST_F(ADeviceWithValuesOfItsOwn, HasDriftWhereSomebodyElseChangedThem) {
+    device.edit(config(on + suppressed({"SYSTEM_NAME"})));
+    std::string &xml = device.source().xml;
+    xml.replace(xml.find("<timer>30"), 9, "<timer>60");
+    xml.insert(xml.find("<tlv-select>") + 12, element("management-address", element("disable", "true")) +
+                                                  element("system-capabilities", element("disable", "true")));
+    EXPECT_THAT(drift_of(device),
+                testing::UnorderedElementsAre(
+                    "/lldp/config/hello-timer: nothing, 60",
+                    "/lldp/config/suppress-tlv-advertisement[.='openconfig-lldp-types:MANAGEMENT_ADDRESS']: "
+                    "nothing, openconfig-lldp-types:MANAGEMENT_ADDRESS",
+                    "/lldp/config/suppress-tlv-advertisement[.='openconfig-lldp-types:SYSTEM_CAPABILITIES']: "
+                    "nothing, openconfig-lldp-types:SYSTEM_CAPABILITIES"));
+}
+
+} // namespace
+} // namespace yfw::device::test
