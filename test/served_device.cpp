@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "base/wakeup.h"
+#include "device/commit_watch.h"
 #include "device/service.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/netconf/server_data/protocol_modules.h"
@@ -90,12 +91,14 @@ struct ServedDevice::Parts {
                   store_of(device), models->mapping),
           service(managed, rules_of(*models, options)) {
         server.emplace(server_options(socket, options), service, models->protocol, events);
+        commit_watch.emplace(service, [](const std::string &) {});
         thread = std::thread([this] { server->run(stop.descriptor()); });
     }
 
     ~Parts() {
         stop.wake();
         thread.join();
+        commit_watch.reset();
         server.reset();
         service.end();
     }
@@ -105,6 +108,7 @@ struct ServedDevice::Parts {
     device::Service service;
     netconf::EventStream events;
     std::optional<netconf::NetconfServer> server;
+    std::optional<device::CommitWatch> commit_watch;
     Wakeup stop;
     std::thread thread;
 };

@@ -17,6 +17,7 @@
 #include "base/any_readable.h"
 #include "base/error.h"
 #include "base/stop_signals.h"
+#include "device/commit_watch.h"
 #include "device/drift_keeper.h"
 #include "device/keeper.h"
 #include "device/neighbor_report.h"
@@ -83,6 +84,7 @@ std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
 // Calls `ready` when clients can connect; serves until the descriptor that it returns becomes readable.
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
                   const ServeOptions &serve, const std::function<int()> &ready) {
+    netconf::NetconfServer::require_unanswered(server_options.socket); // the likeliest reason first
     NamedDevice named(options, sources::Use::serving);
     const yang::ModuleFiles files(
         {options.openconfig_models, options.native_models, installation().standard_models});
@@ -97,6 +99,7 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     };
     if (named.device.restore_after_restart())
         say("the device was restarted and has its configuration again");
+    const device::CommitWatch commit_watch(service, say);
     const device::Keeper keeper(named.device, on_neighbor, say);
     std::optional<device::DriftKeeper> drift_keeper;
     if (serve.keep_applied && named.device.is_applied_to())

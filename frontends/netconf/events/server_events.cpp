@@ -47,7 +47,8 @@ const char *word_of(events::ConfirmedCommit::What what) {
 }
 
 std::string print_config_change(const events::ConfigurationChange &change) {
-    std::string xml = "<changed-by>" + (change.actor.session == 0 ? "<server/>" : print_session(change.actor)) +
+    const bool is_own = change.actor.session == 0 && change.actor.user.empty();
+    std::string xml = "<changed-by>" + (is_own ? "<server/>" : print_session(change.actor)) +
                       "</changed-by><datastore>running</datastore>";
     for (const events::EditRecord &edit : change.edits)
         xml += print_record(edit);

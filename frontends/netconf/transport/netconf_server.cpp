@@ -59,9 +59,13 @@ NetconfServer::~NetconfServer() {
     }
 }
 
+void NetconfServer::require_unanswered(const std::filesystem::path &socket) {
+    if (is_answered(socket))
+        fail(socket, "another server answers on this socket");
+}
+
 void NetconfServer::listen() {
-    if (is_answered(options_.socket))
-        fail(options_.socket, "another server answers on this socket");
+    require_unanswered(options_.socket);
     std::error_code ignored;
     if (std::filesystem::is_socket(options_.socket, ignored))
         unlink(options_.socket.c_str());

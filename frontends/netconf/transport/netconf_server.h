@@ -35,6 +35,9 @@ struct ServerOptions {
 // back to it. Create, run and destroy the server from one thread at a time.
 class NetconfServer {
 public:
+    // Throws Error if another server answers on the socket.
+    static void require_unanswered(const std::filesystem::path &socket);
+
     // Creates the socket and listens on it (mode 0666: access is decided by peer credentials). Fails if another
     // server answers on the socket; replaces a stale one. Throws Error.
     NetconfServer(const ServerOptions &options, device::Service &service, const ProtocolModules &modules,

@@ -5,7 +5,8 @@ namespace yfw::device {
 Service::Service(ManagedDevice &device, std::optional<access::Nacm> rules)
     : device_(device), rules_(std::move(rules)), datastores_(device_, events_) {
     device_.require_store();
-    datastores_.recover();
+    device_.serve();
+    datastores_.start();
 }
 
 std::shared_ptr<const access::UserRules> Service::rules_of(const std::string &user,

@@ -20,8 +20,9 @@ namespace yfw::device {
 // accessors return has its own rules.
 class Service {
 public:
-    // Borrows the device. If a previous server left a commit unconfirmed, it is rolled back at once. `rules`:
-    // apply in addition to the user groups. Throws Error, also for a device that does not support commits.
+    // Borrows the device, and serves it alone. If a previous server left a commit unconfirmed, it is rolled
+    // back at once. `rules`: apply in addition to the user groups. Throws Error, also for a device that does
+    // not support commits, and "in-use" when another process serves it.
     explicit Service(ManagedDevice &device, std::optional<access::Nacm> rules = std::nullopt);
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;

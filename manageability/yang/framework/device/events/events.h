@@ -12,9 +12,9 @@
 
 namespace yfw::events {
 
-// The originator of an action: a user's session, or the server itself.
+// The originator of an action: a user's session, a user without one, or, without a user, the server itself.
 struct Actor {
-    uint32_t session = 0; // 0: the server
+    uint32_t session = 0; // 0: none
     std::string user;
 };
 
