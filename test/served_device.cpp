@@ -55,6 +55,10 @@ netconf::ServerOptions server_options(const fs::path &socket, const Options &opt
             result.groups.writers = value;
         else if (name == "--hello-timeout")
             result.hello_timeout = std::chrono::seconds(std::stoi(value));
+        else if (name == "--idle-timeout")
+            result.idle_timeout = std::chrono::seconds(std::stoi(value));
+        else if (name == "--max-sessions")
+            result.most_sessions = std::stoul(value);
         else if (name == "--max-chunk")
             result.limits.chunk = std::stoull(value);
         else if (name == "--max-message")

@@ -52,6 +52,7 @@ struct ServeOptions {
     std::string nacm;
     uint16_t port = 0;
     int hello_timeout = 30; // seconds
+    int idle_timeout = 0;   // seconds; 0: none
     bool keep_applied = false;
     int drift_interval = 10; // seconds
     uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
@@ -145,6 +146,7 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     std::signal(SIGPIPE, SIG_IGN); // a vanished client shows as a write error instead
     netconf::ServerOptions server = options.server;
     server.hello_timeout = std::chrono::seconds(options.hello_timeout);
+    server.idle_timeout = std::chrono::seconds(options.idle_timeout);
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
@@ -197,6 +199,16 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
                      "How long a client may take to send its <hello>; default: 30")
         ->check(CLI::Range(1, 3600))
         ->option_text("SECONDS");
+    serve
+        ->add_option("--idle-timeout", options->idle_timeout,
+                     "End sessions that send nothing for so long and have no subscription; default: 0, never")
+        ->check(CLI::Range(0, 31536000))
+        ->option_text("SECONDS");
+    serve
+        ->add_option("--max-sessions", options->server.most_sessions,
+                     "How many sessions there may be at once; default: 0, no limit")
+        ->check(CLI::NonNegativeNumber)
+        ->option_text("NUMBER");
     serve
         ->add_option("--max-message", options->largest_message,
                      "Longest message that is accepted; default: 64 MiB")

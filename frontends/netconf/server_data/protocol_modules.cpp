@@ -63,7 +63,7 @@ void ProtocolModules::list_modules(const std::vector<Loaded> &loaded) {
         modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
                             is_offered, is_offered ? with_commas(offered->features) : ""});
         all += modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") +
-               modules_.back().features + ";";
+               modules_.back().features + ";" + text(module->name, modules_.back().revision).value_or("");
     }
     content_id_ = std::to_string(std::hash<std::string>{}(all));
 }

@@ -50,7 +50,7 @@ public:
     // Whether this value is valid for the leaf at this schema path, such as an argument of an operation.
     bool allows(const char *path, const std::string &value) const;
 
-    // The identifier of this set of modules (RFC 8525).
+    // The identifier of this set of modules (RFC 8525); it depends on their texts, too.
     const std::string &content_id() const { return content_id_; }
     // The data of ietf-yang-library: its "yang-library" and its "modules-state", as siblings.
     const lyd_node *library() const { return library_.get(); }

@@ -1,7 +1,5 @@
 #include "frontends/netconf/transport/netconf_server.h"
 
-#include <iostream>
-
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,13 +23,12 @@ namespace {
 
 NetconfServer::NetconfServer(const ServerOptions &options, device::Service &service,
                              const ProtocolModules &modules, EventStream &events)
-    : options_(options), service_(service), events_(events),
-      device_events_(service.events(), events), server_{service, modules, monitoring_, events,
-                                                        [this](uint32_t session) {
-                                                            const std::lock_guard<std::mutex> guard(
-                                                                known_mutex_);
-                                                            return known_.contains(session);
-                                                        }},
+    : options_(options), service_(service), events_(events), device_events_(service.events(), events),
+      change_log_(service.events()), server_{service, modules, monitoring_, events,
+                                             [this](uint32_t session) {
+                                                 const std::lock_guard<std::mutex> guard(known_mutex_);
+                                                 return known_.contains(session);
+                                             }},
       base_(event_base_new(), event_base_free), workers_(options.threads) {
     listen();
     const auto finished = [](int, short, void *self) {
@@ -93,22 +90,24 @@ void NetconfServer::listen() {
 // When descriptors run out, pending connections would wake the loop again and again.
 void NetconfServer::rest() {
     if (!has_said_full_)
-        say("no more sessions can be accepted for now: " + system_error_text());
+        log_line("no more sessions can be accepted for now: " + system_error_text());
     has_said_full_ = true;
     evconnlistener_disable(listener_);
     const timeval wait{1, 0};
     evtimer_add(rest_timer_, &wait);
 }
 
-void NetconfServer::say(const std::string &text) const {
-    std::cerr << "yfw: " << text << std::endl;
-}
-
 void NetconfServer::accept(int socket) {
     has_said_full_ = false;
     const std::optional<access::User> user = access::user_of_peer(socket, options_.groups);
     if (!user.has_value()) {
-        say("a user who is neither a reader nor a writer was turned away");
+        log_line("a user who is neither a reader nor a writer was turned away");
+        close(socket);
+        return;
+    }
+    if (options_.most_sessions != 0 && sessions_.size() >= options_.most_sessions) {
+        log_line("user " + user->name + " was turned away: there are " + std::to_string(sessions_.size()) +
+                 " sessions, as many as may be");
         close(socket);
         return;
     }
@@ -141,6 +140,8 @@ void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32
     sessions_.erase(session);
     // RFC 6022: a killed session is not a dropped one.
     monitoring_.session_ended(session, reason != EndReason::closed && reason != EndReason::killed);
+    log_line(described(actor) + " ends: " + std::string(to_string(reason)) +
+             (killed_by.has_value() ? " by session " + std::to_string(*killed_by) : ""));
     if (has_begun)
         publish_session_end(events_, actor, std::string(to_string(reason)), killed_by);
     in_background([this, session] { service_.datastores().end_session(session); });
@@ -163,7 +164,7 @@ void NetconfServer::in_background(std::function<void()> work) {
         }
         return [this, trouble] {
             if (!trouble.empty())
-                say("an unconfirmed commit cannot be rolled back: " + trouble);
+                log_line("an unconfirmed commit cannot be rolled back: " + trouble);
             arm_commit_timer();
         };
     });
@@ -172,6 +173,7 @@ void NetconfServer::in_background(std::function<void()> work) {
 void NetconfServer::dispatch(Session &session, std::string message) {
     workers_.add([this, caller = session.caller(), message = std::move(message)]() -> WorkerPool::Finish {
         Reply reply = answer(server_, caller, message);
+        log_reply(caller, reply);
         monitoring_.count(caller.session,
                           {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
         return [this, id = caller.session, reply = std::move(reply)] { finish(id, reply); };
@@ -207,6 +209,8 @@ void NetconfServer::run(int stop) {
     stop_ = event_new(base_.get(), stop, EV_READ, stopped, base_.get());
     event_add(stop_, nullptr);
     event_base_dispatch(base_.get());
+    for (const auto &[id, session] : sessions_)
+        session->is_gone()->store(true); // their requests need not be finished
     sessions_.clear();
 }
 

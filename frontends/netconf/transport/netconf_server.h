@@ -13,6 +13,7 @@
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/messages/framing.h"
 #include "frontends/netconf/operations/conversation.h"
+#include "frontends/netconf/transport/server_log.h"
 #include "frontends/netconf/transport/session.h"
 #include "frontends/netconf/transport/worker_pool.h"
 
@@ -27,7 +28,9 @@ struct ServerOptions {
     access::AccessGroups groups;
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
-    size_t threads = 4; // workers
+    std::chrono::seconds idle_timeout{0}; // of a session without a subscription; 0: none
+    size_t most_sessions = 0;             // at once; 0: as many as there are descriptors
+    size_t threads = 4;                   // workers
 };
 
 // Borrows everything it is given. The thread that calls run() is the event loop: it owns all sessions and
@@ -61,12 +64,12 @@ private:
     void finish(uint32_t session, const Reply &reply);
     void arm_commit_timer();
     void in_background(std::function<void()> work);
-    void say(const std::string &text) const;
 
     ServerOptions options_;
     device::Service &service_;
     EventStream &events_;
     DeviceEvents device_events_;
+    ChangeLog change_log_;
     Monitoring monitoring_;
     Server server_;
     std::unique_ptr<event_base, void (*)(event_base *)> base_;

@@ -10,6 +10,7 @@
 #include "frontends/netconf/events/event_stream.h"
 #include "frontends/netconf/messages/framing.h"
 #include "frontends/netconf/operations/conversation.h"
+#include "frontends/netconf/transport/source_line.h"
 
 struct bufferevent;
 struct event;
@@ -50,9 +51,12 @@ private:
     static void on_written(bufferevent *, void *self);
     static void on_event(bufferevent *, short what, void *self);
     static void on_hello_overdue(int, short, void *self);
+    static void on_idle(int, short, void *self);
     static void on_subscription_over(int, short, void *self);
 
     void read();
+    void feed(std::string_view bytes);
+    void watch_idleness();
     void take(std::string message);
     void next();
     void write(const std::string &message);
@@ -77,6 +81,7 @@ private:
     const std::shared_ptr<std::atomic<bool>> is_gone_ = std::make_shared<std::atomic<bool>>(false);
     Caller caller_;
     bufferevent *stream_;
+    SourceLine source_line_;
     FrameReader reader_;
     Framing framing_ = Framing::end_of_message;
     bool greeted_ = false; // the client's hello has arrived
@@ -87,6 +92,7 @@ private:
     std::deque<std::string> waiting_;
     size_t waiting_bytes_ = 0;
     event *hello_timer_;
+    event *idle_timer_;
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
     uint64_t told_ = 0;                     // the last event sent, or the last one before the subscription

@@ -29,7 +29,9 @@ struct Caller {
     // Set, by any thread, when the session has ended, before end_session() is called; NULL: it never ends.
     std::shared_ptr<const std::atomic<bool>> is_gone = nullptr;
 
-    events::Actor actor() const { return {session, user}; }
+    std::string host{}; // where the user comes from, an IP address; empty when unknown
+
+    events::Actor actor() const { return {session, user, host}; }
 };
 
 struct Confirmation {

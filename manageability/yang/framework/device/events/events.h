@@ -16,6 +16,7 @@ namespace yfw::events {
 struct Actor {
     uint32_t session = 0; // 0: none
     std::string user;
+    std::string host{}; // where the user comes from; empty when unknown
 };
 
 // A node edited by a request: its instance path, the operation's name, and the OpenConfig top container, which
