@@ -50,6 +50,7 @@ struct ServeOptions {
     netconf::ServerOptions server;
     std::string socket;
     std::string nacm;
+    std::string recovery_user;
     uint16_t port = 0;
     int hello_timeout = 30; // seconds
     int idle_timeout = 0;   // seconds; 0: none
@@ -89,8 +90,8 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     NamedDevice named(options, sources::Use::serving);
     const yang::ModuleFiles files(
         {options.openconfig_models, options.native_models, installation().standard_models});
-    const netconf::ProtocolModules modules(files, named.device.mapping());
-    device::Service service(named.device, access_rules(files, modules, serve.nacm));
+    const netconf::ProtocolModules modules(files, named.device.mapping(), !serve.nacm.empty());
+    device::Service service(named.device, access_rules(files, modules, serve.nacm), serve.recovery_user);
     netconf::EventStream events;
     netconf::NetconfServer server(server_options, service, modules, events);
     const device::NeighborReporter reporter(named.device);
@@ -183,6 +184,10 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->add_option("--nacm", options->nacm,
                      "File of further access rules: a <nacm> document of ietf-netconf-acm")
         ->option_text("FILE");
+    serve
+        ->add_option("--recovery-user", options->recovery_user,
+                     "User to whom these rules do not apply, and who may edit them")
+        ->option_text("USER");
     auto *keep = serve->add_flag("--keep-applied", options->keep_applied,
                                  "Apply the last commit again when the device is changed by other means");
     serve

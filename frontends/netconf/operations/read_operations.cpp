@@ -80,7 +80,9 @@ yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &o
     const auto needed = needed_for(wanted.filter, own.schema);
     if (!needed.has_value())
         return nullptr;
-    yang::DataTree data = own.make();
+    yang::DataTree data = own.make(wanted.content);
+    if (wants_defaults(wanted))
+        add_defaults(data.get(), {own.schema, std::nullopt, {}, false});
     if (call.caller.rules != nullptr)
         call.caller.rules->remove_unreadable(data);
     if (is_xpath(wanted))
@@ -100,15 +102,15 @@ std::string print_filtered(const Call &call, std::vector<yang::DataTree> trees, 
     return xml;
 }
 
-// The device's data and the server's own, which is all state.
+// The device's data and the server's own.
 std::string read_all(const Call &call, const Wanted &wanted, const Read &read) {
     std::vector<yang::DataTree> trees;
     trees.push_back(read_openconfig(call, wanted, read));
     if (wanted.origins.annotated || wanted.origins.filter.has_value())
         apply_origins(trees.back(), call.server.device().running_configuration().openconfig.get(),
                       wanted.origins);
-    if (wanted.content != host::Content::config)
-        for (const OwnData &own : own_data(call.server))
+    for (const OwnData &own : own_data(call.server))
+        if (wanted.content != host::Content::config || own.has_configuration)
             trees.push_back(read_own(call, wanted, own));
     return print_filtered(call, std::move(trees), wanted);
 }
@@ -134,6 +136,9 @@ std::string read_configuration(const Call &call, Datastore datastore, Wanted wan
     trees.push_back(read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
         return call.server.datastores().read(datastore, request);
     }));
+    for (const OwnData &own : own_data(call.server))
+        if (own.has_configuration)
+            trees.push_back(read_own(call, wanted, own));
     return print_filtered(call, std::move(trees), wanted);
 }
 

@@ -25,12 +25,20 @@ class ProtocolModules {
 public:
     // Loads the mapping's OpenConfig modules, the protocol's, and the one with the mapping's notification.
     // Throws Error when a module is missing or cannot be loaded.
-    ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping);
+    // `has_access_rules`: clients are offered ietf-netconf-acm, too.
+    ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping,
+                    bool has_access_rules = false);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
 
     // The OpenConfig top container in these modules.
     const lysc_node *openconfig_root() const { return openconfig_root_; }
+
+    // The container <nacm>; NULL when it is not offered.
+    const lysc_node *access_rules_root() const {
+        const lys_module *module = ly_ctx_get_module_implemented(context_.get(), "ietf-netconf-acm");
+        return module != nullptr ? lys_find_child(nullptr, module, "nacm", 0, 0, 0) : nullptr;
+    }
 
     // The mapping's change notification; NULL when it has none.
     const host::ChangeNotification *notification() const {
@@ -63,7 +71,7 @@ private:
         std::string name;
         std::vector<const char *> features;
     };
-    static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping);
+    static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping, bool has_access_rules);
 
     void list_modules(const std::vector<Loaded> &loaded);
     void make_library();

@@ -117,8 +117,9 @@ void NetconfServer::accept(int socket) {
     caller.user = user->name;
     caller.may_write = user->may_write;
     caller.comment = "NETCONF session " + std::to_string(id);
-    caller.rules = service_.rules_of(user->name, access::names_of(user->groups));
-    auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
+    std::vector<std::string> groups = access::names_of(user->groups);
+    caller.rules = service_.rules_of(user->name, groups);
+    auto session = std::make_unique<Session>(*this, base_.get(), socket, caller, std::move(groups));
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
         known_[id] = true;
@@ -128,7 +129,7 @@ void NetconfServer::accept(int socket) {
 }
 
 void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by) {
-    const Session &ending = *sessions_.at(session);
+    Session &ending = *sessions_.at(session);
     const Actor actor = ending.caller().actor();
     ending.is_gone()->store(true);
     const bool has_begun =

@@ -52,8 +52,10 @@ std::string_view to_string(EndReason reason) {
     return "other";
 }
 
-Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller)
-    : server_(server), caller_(std::move(caller)),
+Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller,
+                 std::vector<std::string> groups)
+    : server_(server), caller_(std::move(caller)), groups_(std::move(groups)),
+      rules_version_(server.service_.rules_version()),
       stream_(bufferevent_socket_new(base, socket, BEV_OPT_CLOSE_ON_FREE)), reader_(server.options_.limits) {
     caller_.is_gone = is_gone_;
     bufferevent_setcb(stream_, on_read, on_written, on_event, this);
@@ -72,7 +74,17 @@ Session::~Session() {
     bufferevent_free(stream_);
 }
 
-Caller Session::caller() const {
+// The rules may have been edited.
+void Session::update_rules() {
+    const uint64_t version = server_.service_.rules_version();
+    if (version == rules_version_)
+        return;
+    rules_version_ = version;
+    caller_.rules = server_.service_.rules_of(caller_.user, groups_);
+}
+
+Caller Session::caller() {
+    update_rules();
     Caller now = caller_;
     now.is_subscribed = subscription_ != nullptr;
     now.speaks_base_1_1 = framing_ == Framing::chunked;
@@ -304,9 +316,14 @@ void Session::tell(const SharedEvent &event) {
         broken("it does not read its notifications", EndReason::other);
 }
 
-bool Session::wants(const Event &event) const {
-    const bool may = caller_.rules == nullptr || caller_.rules->may_be_told(event.module, event.name);
-    return may && subscription_->wants(event);
+bool Session::wants(const Event &event) {
+    update_rules();
+    const auto rules = caller_.rules;
+    if (rules == nullptr || rules->may_be_told(event.module, event.name))
+        return subscription_->wants(event);
+    if (subscription_->wants(event))
+        rules->denials().notifications++;
+    return false;
 }
 
 void Session::notify_now(const std::string &event) {

@@ -6,6 +6,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "frontends/netconf/events/event_stream.h"
 #include "frontends/netconf/messages/framing.h"
@@ -29,13 +30,15 @@ std::string_view to_string(EndReason reason);
 // it.
 class Session {
 public:
-    Session(NetconfServer &server, event_base *base, int socket, Caller caller);
+    // `groups`: of the user on this machine.
+    Session(NetconfServer &server, event_base *base, int socket, Caller caller,
+            std::vector<std::string> groups);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
     // The session's caller, with its current rights.
-    Caller caller() const;
+    Caller caller();
     bool has_started() const { return greeted_; }
     // What its requests learn of its end; outlives the session.
     const std::shared_ptr<std::atomic<bool>> &is_gone() const { return is_gone_; }
@@ -70,7 +73,8 @@ private:
     bool is_full() const;
     void subscribe(std::shared_ptr<const Subscription> subscription);
     void replay();
-    bool wants(const Event &event) const;
+    bool wants(const Event &event);
+    void update_rules();
     void stop_at(EventTime time);
     void end_subscription();
     void notify(SharedEvent event);
@@ -80,6 +84,8 @@ private:
     NetconfServer &server_;
     const std::shared_ptr<std::atomic<bool>> is_gone_ = std::make_shared<std::atomic<bool>>(false);
     Caller caller_;
+    const std::vector<std::string> groups_;
+    uint64_t rules_version_; // of the caller's rules
     bufferevent *stream_;
     SourceLine source_line_;
     FrameReader reader_;

@@ -7,6 +7,7 @@
 #include "base/utc_time.h"
 #include "device/events/edit_records.h"
 #include "device/pending_file.h"
+#include "yang/configuration_text.h"
 #include "yang/edit.h"
 
 namespace yfw::device {
@@ -19,6 +20,11 @@ constexpr std::chrono::seconds retry_interval{10};
 
 CommitNote note_of(const Caller &caller) {
     return {caller.user, caller.comment};
+}
+
+Error denied_access(const Caller &caller, const std::string &path, access::Access access) {
+    return Error(ErrorTag::access_denied, path,
+                 caller.user + " may not " + std::string(to_string(access)) + " this node");
 }
 
 Error request_error(ErrorTag tag, const std::string &message) {
@@ -77,15 +83,57 @@ ChangeGuard Datastores::guard_of(const Caller &caller) const {
         return {};
     return [&caller](const lyd_node *before, const lyd_node *after) {
         const auto denied = caller.rules->denied_write(before, after);
-        if (denied.has_value())
-            throw Error(ErrorTag::access_denied, denied->path,
-                        caller.user + " may not " + std::string(to_string(denied->access)) + " this node");
+        if (!denied.has_value())
+            return;
+        caller.rules->denials().data_writes++;
+        throw denied_access(caller, denied->path, denied->access);
     };
+}
+
+void Datastores::refuse_creation(const Caller &caller, const Error &error, const lyd_node *before) {
+    const std::string path = "/" + std::string(before->schema->module->name) + ":" + error.path().substr(1);
+    yang::DataTree readable = yang::copy_configuration(before);
+    caller.rules->remove_unreadable(readable);
+    lyd_node *found = nullptr;
+    const bool is_readable =
+        readable != nullptr && lyd_find_path(readable.get(), path.c_str(), 0, &found) == LY_SUCCESS;
+    ly_err_clean(before->schema->module->ctx, nullptr);
+    if (is_readable)
+        throw error;
+    caller.rules->denials().data_writes++;
+    throw denied_access(caller, path, access::Access::create);
 }
 
 void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test) {
     const Guard guard(mutex_);
     refuse_if_locked(caller, target);
+    try {
+        edit_locked(caller, target, edit, only_test);
+    } catch (const Error &error) {
+        if (caller.rules == nullptr || error.tag() != ErrorTag::data_exists)
+            throw;
+        const Configuration before =
+            target == Datastore::candidate ? candidate_or_running() : device_.running_configuration();
+        refuse_creation(caller, error, before.openconfig.get());
+    }
+}
+
+void Datastores::edit_rules(const Caller &caller, access::Nacm &rules, const yang::EditNode &edit,
+                            bool only_test) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::running);
+    try {
+        if (rules.edit(edit, guard_of(caller), only_test))
+            events_.tell(events::ConfigurationChange{caller.actor(), events::edit_records(edit)});
+    } catch (const Error &error) {
+        if (caller.rules == nullptr || error.tag() != ErrorTag::data_exists)
+            throw;
+        refuse_creation(caller, error, rules.tree(edit.node->module->ctx).get());
+    }
+}
+
+void Datastores::edit_locked(const Caller &caller, Datastore target, const yang::EditNode &edit,
+                             bool only_test) {
     if (target == Datastore::running && !only_test) {
         refuse_during_confirmation(caller);
         tell_change(device_.edit(edit, note_of(caller), guard_of(caller)),

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "base/error.h"
 #include "device/access/nacm.h"
 #include "device/events/hub.h"
 #include "device/managed_device.h"
@@ -54,6 +55,8 @@ public:
 
     // `only_test`: validate the edit without applying it.
     void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
+    // Edits the access rules, which are part of running, but not of commits.
+    void edit_rules(const Caller &caller, access::Nacm &rules, const yang::EditNode &edit, bool only_test);
     void validate(Datastore datastore);
     // Checks that an edit of the running configuration would be valid.
     void validate(const yang::EditNode &edit);
@@ -107,11 +110,15 @@ private:
         std::optional<std::string> persist;
     };
 
+    void edit_locked(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
     void drop_candidate();
     // The work of a session may end after the session.
     void clean_up_after(const Caller &caller);
     void forget(uint32_t session);
     ChangeGuard guard_of(const Caller &caller) const;
+    // Throws what the caller is told when a node that is created is there already: not that it is, if the
+    // caller may not read it.
+    [[noreturn]] static void refuse_creation(const Caller &caller, const Error &error, const lyd_node *before);
     std::optional<Configuration> candidate();
     Configuration candidate_or_running();
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;

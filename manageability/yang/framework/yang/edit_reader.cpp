@@ -232,8 +232,12 @@ void refuse_other_top(const EditElement &root, const lysc_node *wanted) {
 } // namespace
 
 EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation default_operation) {
-    refuse_other_top(root, schemas.openconfig_root());
-    return read_node(schemas.openconfig_root(), root, default_operation, "");
+    return read_edit(schemas.openconfig_root(), root, default_operation);
+}
+
+EditNode read_edit(const lysc_node *top, const EditElement &root, Operation default_operation) {
+    refuse_other_top(root, top);
+    return read_node(top, root, default_operation, "");
 }
 
 } // namespace yfw::yang
