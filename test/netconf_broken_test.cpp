@@ -99,6 +99,13 @@ INSTANTIATE_TEST_SUITE_P(
                     BrokenCase{"AReply", "<rpc-reply message-id=\"1\" xmlns=\"" + base_namespace + "\"/>"}),
     [](const auto &test) { return test.param.name; });
 
+// RFC 6241 appendix A: the tag is new in base:1.1, and must not be sent to others.
+TEST_P(AMalformedMessage, EndsASessionOfTheOldProtocolWithoutAnAnswer) {
+    NetconfClient client(server().socket(), {base_1_0});
+    client.send(GetParam().bytes);
+    EXPECT_EQ(client.connection().until_closed(), "");
+}
+
 // --- messages that are too long ---
 
 // AddressSanitizer keeps freed memory for a while.

@@ -43,6 +43,40 @@ protected:
     std::optional<NetconfClient> client{std::in_place, server().socket()};
 };
 
+// --- instance identifiers ---
+
+TEST_F(AnEvent, NamesAnEntryOfALeafListByItsValue) {
+    expect_ok(client->rpc(edit_config(
+        "running",
+        config_edit("<suppress-tlv-advertisement>types:PORT_DESCRIPTION</suppress-tlv-advertisement>"))));
+    const Xml change = next_event(subscriber, config_change);
+    EXPECT_THAT(change.printed,
+                testing::AllOf(testing::HasSubstr("xmlns:openconfig-lldp-types="),
+                               testing::HasSubstr("suppress-tlv-advertisement[.='openconfig-lldp-types:"
+                                                  "PORT_DESCRIPTION']")));
+}
+
+struct QuoteCase {
+    const char *name;
+    std::string key;
+    std::string literal;
+};
+
+class AQuote : public AnEvent, public testing::WithParamInterface<QuoteCase> {};
+
+TEST_P(AQuote, StaysInsideAPath) {
+    const Xml reply = client->rpc(edit_config("running", interface_edit(GetParam().key, "", "delete")));
+    const Xml error = expect_error(reply, "application", "data-missing");
+    EXPECT_EQ(error.text_at("error-path"),
+              "/oc-lldp:lldp/oc-lldp:interfaces/oc-lldp:interface[oc-lldp:name=" + GetParam().literal + "]");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, AQuote,
+                         testing::Values(QuoteCase{"OneKind", "it's/[a]", "\"it's/[a]\""},
+                                         QuoteCase{"TheOtherKind", "a \"b\"/[c]", "'a \"b\"/[c]'"},
+                                         QuoteCase{"BothKinds", "it's \"b\"", "concat('it',\"'\",'s \"b\"')"}),
+                         [](const auto &test) { return test.param.name; });
+
 // --- changes of the configuration ---
 
 struct ChangeCase {

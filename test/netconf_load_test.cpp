@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <string>
@@ -157,6 +158,56 @@ TEST_F(NetconfLoad, OfNothingTakesNoTimeAfterAConfirmedCommitEither) {
     const pid_t process = client.connection().server();
     unsigned long last = ticks(process);
     EXPECT_FALSE(eventually([&] { return ticks(process) > last + 2; }, milliseconds(500)));
+}
+
+// --- requests that nobody waits for any more ---
+
+// A device with so many neighbors that an expensive filter is evaluated in a process of its own, for seconds.
+class AnExpensiveFilter : public testing::Test {
+protected:
+    AnExpensiveFilter() {
+        std::string neighbors;
+        for (int i = 0; i < 5000; i++)
+            neighbors += native_neighbor("eth1", "device-" + std::to_string(i), "");
+        directory_.add("oper.xml", native_neighbors(neighbors));
+        server.emplace(std::vector<std::string>{}, Runs::as_program, directory_.path());
+        client.emplace(server->socket());
+        std::string nodes = "//node()"; // each union compares all pairs of nodes
+        for (int i = 0; i < 100; i++)
+            nodes += "|//node()";
+        client->send(rpc_message("<get><filter type=\"xpath\" select=\"" + nodes + "\"/></get>"));
+    }
+    // Whether the server has a child process.
+    bool is_evaluated() {
+        const std::string parent = std::to_string(server->process().number());
+        for (const auto &entry : std::filesystem::directory_iterator("/proc")) {
+            std::ifstream stat(entry.path() / "stat");
+            std::string number, name, state, above;
+            if (stat >> number >> name >> state >> above && above == parent)
+                return true;
+        }
+        return false;
+    }
+
+private:
+    TemporaryDirectory directory_;
+
+protected:
+    std::optional<NetconfServer> server;
+    std::optional<NetconfClient> client;
+};
+
+TEST_F(AnExpensiveFilter, IsNotEvaluatedAfterItsSessionHasEnded) {
+    NetconfClient killer(server->socket());
+    ASSERT_TRUE(eventually([this] { return is_evaluated(); }));
+    expect_ok(killer.rpc("<kill-session><session-id>" + client->session_id() + "</session-id></kill-session>"));
+    EXPECT_TRUE(eventually([this] { return !is_evaluated(); }, milliseconds(1000)));
+}
+
+TEST_F(AnExpensiveFilter, DoesNotKeepTheServerFromEnding) {
+    ASSERT_TRUE(eventually([this] { return is_evaluated(); }));
+    server->process().signal(SIGTERM);
+    EXPECT_EQ(server->process().wait(milliseconds(1000)), 0);
 }
 
 // --- the end of the server ---

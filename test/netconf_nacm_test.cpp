@@ -402,5 +402,28 @@ INSTANTIATE_TEST_SUITE_P(
                  true, false}),
     [](const auto &test) { return test.param.name; });
 
+// --- defaults ---
+
+class ADeniedDefault : public NetconfRules {
+protected:
+    ADeniedDefault()
+        : NetconfRules(writable + everybody(data_rule(list + "/oc:config/oc:enabled", "read", "deny"))) {}
+};
+
+TEST_F(ADeniedDefault, IsNotShown) {
+    NetconfClient client = client_of(writer);
+    expect_ok(client.rpc(edit_config("running", interface_edit("eth9", ""))));
+    const std::string report_all =
+        "<with-defaults xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-with-defaults\">"
+        "report-all</with-defaults>";
+    for (const std::string &content :
+         {std::string("<interfaces/>"), std::string("<interfaces><interface><config><enabled/></config>"
+                                                    "</interface></interfaces>")}) {
+        const Xml reply = client.rpc(get_config("running", subtree(lldp(content)) + report_all));
+        EXPECT_NE(reply.child("data"), nullptr) << reply.printed;
+        EXPECT_THAT(reply.printed, testing::Not(HasSubstr("<enabled>")));
+    }
+}
+
 } // namespace
 } // namespace yfw::test

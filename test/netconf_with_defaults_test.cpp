@@ -181,6 +181,55 @@ TEST_F(NetconfDefaults, AreShownWhereTheyAreSelectedWithOthers) {
               openconfig(lldp("<config>" + timer + "<system-name>r1.example.net</system-name></config>")));
 }
 
+TEST_F(NetconfDefaults, AreShownWhereNothingElseIsSelected) {
+    const std::string only_timer = openconfig(lldp("<config>" + timer + "</config>"));
+    EXPECT_EQ(configuration("report-all", subtree(lldp("<config><hello-timer/></config>"))), only_timer);
+    EXPECT_EQ(configuration("report-all", "<filter type=\"xpath\" xmlns:oc=\"http://openconfig.net/yang/lldp\" "
+                                          "select=\"/oc:lldp/oc:config/oc:hello-timer\"/>"),
+              only_timer);
+}
+
+TEST_F(NetconfDefaults, AreShownInEntriesThatExistAlone) {
+    expect_ok(client.rpc(edit_config("running", interface_edit("eth9", ""))));
+    const auto enabled_of = [&](const std::string &name) {
+        return configuration("report-all",
+                             subtree(lldp("<interfaces><interface><name>" + name +
+                                          "</name><config><enabled/></config></interface></interfaces>")));
+    };
+    EXPECT_EQ(enabled_of("eth9"), openconfig(lldp("<interfaces><interface><name>eth9</name><config>" + enabled +
+                                                  "</config></interface></interfaces>")));
+    EXPECT_EQ(enabled_of("eth10"), "");
+}
+
+// RFC 8526 section 3.1 defines the leaf in the operation's own module.
+TEST_F(NetconfDefaults, AreShownWhenTheNewerOperationNamesTheModeInItsOwnNamespace) {
+    EXPECT_EQ(openconfig_of(client.rpc(get_data("running", "<with-defaults>report-all</with-defaults>"))),
+              openconfig(lldp(with_timer)));
+    expect_error(client.rpc(get_config("running", "<with-defaults>report-all</with-defaults>")), "protocol",
+                 "unknown-element");
+}
+
+// --- other modules ---
+
+TEST_F(NetconfDefaults, AreThoseOfTheModulesThatClientsFetch) {
+    const Xml reply = client.rpc("<get-schema xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring\">"
+                                 "<identifier>openconfig-lldp</identifier></get-schema>");
+    EXPECT_THAT(reply.text_at("data"), testing::HasSubstr("default \"30\";"));
+}
+
+TEST_F(NetconfDefaults, MakeAnotherContentId) {
+    const NetconfServer shipped({}, Runs::as_program);
+    NetconfClient other(shipped.socket());
+    const auto library_of = [](const NetconfClient &of) {
+        for (const std::string &each : of.capabilities())
+            if (each.find("yang-library:1.1") != std::string::npos)
+                return each;
+        return std::string();
+    };
+    EXPECT_NE(library_of(client), "");
+    EXPECT_NE(library_of(client), library_of(other));
+}
+
 TEST_F(NetconfDefaults, AreNotInventedForState) {
     const std::string state = subtree(lldp("<state/>"));
     EXPECT_EQ(openconfig_of(client.rpc("<get>" + state + with_defaults("report-all") + "</get>")),

@@ -18,6 +18,7 @@
 #include "base/error.h"
 #include "base/say.h"
 #include "base/stop_signals.h"
+#include "device/commit_watch.h"
 #include "device/drift_keeper.h"
 #include "device/keeper.h"
 #include "device/neighbor_report.h"
@@ -50,8 +51,10 @@ struct ServeOptions {
     netconf::ServerOptions server;
     std::string socket;
     std::string nacm;
+    std::string recovery_user;
     uint16_t port = 0;
     int hello_timeout = 30; // seconds
+    int idle_timeout = 0;   // seconds; 0: none
     bool keep_applied = false;
     int drift_interval = 10; // seconds
     uint64_t largest_chunk = netconf::FrameLimits{}.chunk;
@@ -80,11 +83,12 @@ std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
 // Calls `ready` when clients can connect; serves until the descriptor that it returns becomes readable.
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
                   const ServeOptions &serve, const std::function<int()> &ready) {
+    netconf::NetconfServer::require_unanswered(server_options.socket); // the likeliest reason first
     NamedDevice named(options, sources::Use::serving);
     const yang::ModuleFiles files(
         {options.openconfig_models, options.native_models, installation().standard_models});
-    const netconf::ProtocolModules modules(files, named.device.mapping());
-    device::Service service(named.device, access_rules(files, modules, serve.nacm));
+    const netconf::ProtocolModules modules(files, named.device.mapping(), !serve.nacm.empty());
+    device::Service service(named.device, access_rules(files, modules, serve.nacm), serve.recovery_user);
     netconf::EventStream events;
     netconf::NetconfServer server(server_options, service, modules, events);
     const device::NeighborReporter reporter(named.device);
@@ -94,6 +98,7 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     };
     if (named.device.restore_after_restart())
         say("the device was restarted and has its configuration again");
+    const device::CommitWatch commit_watch(service, say);
     const device::Keeper keeper(named.device, on_neighbor, say);
     std::optional<device::DriftKeeper> drift_keeper;
     if (serve.keep_applied && named.device.is_applied_to())
@@ -139,6 +144,7 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     std::signal(SIGPIPE, SIG_IGN); // a vanished client shows as a write error instead
     netconf::ServerOptions server = options.server;
     server.hello_timeout = std::chrono::seconds(options.hello_timeout);
+    server.idle_timeout = std::chrono::seconds(options.idle_timeout);
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
@@ -175,6 +181,10 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->add_option("--nacm", options->nacm,
                      "File of further access rules: a <nacm> document of ietf-netconf-acm")
         ->option_text("FILE");
+    serve
+        ->add_option("--recovery-user", options->recovery_user,
+                     "User to whom these rules do not apply, and who may edit them")
+        ->option_text("USER");
     auto *keep = serve->add_flag("--keep-applied", options->keep_applied,
                                  "Apply the last commit again when the device is changed by other means");
     serve
@@ -191,6 +201,16 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
                      "How long a client may take to send its <hello>; default: 30")
         ->check(CLI::Range(1, 3600))
         ->option_text("SECONDS");
+    serve
+        ->add_option("--idle-timeout", options->idle_timeout,
+                     "End sessions that send nothing for so long and have no subscription; default: 0, never")
+        ->check(CLI::Range(0, 31536000))
+        ->option_text("SECONDS");
+    serve
+        ->add_option("--max-sessions", options->server.most_sessions,
+                     "How many sessions there may be at once; default: 0, no limit")
+        ->check(CLI::NonNegativeNumber)
+        ->option_text("NUMBER");
     serve
         ->add_option("--max-message", options->largest_message,
                      "Longest message that is accepted; default: 64 MiB")

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -31,11 +32,21 @@ bool move(int from, int to) {
     return count > 0 && write_all(to, {buffer, static_cast<size_t>(count)});
 }
 
+// Tells the server where sshd says the client comes from: "ADDRESS PORT ADDRESS PORT".
+void tell_source(int server) {
+    const char *connection = std::getenv("SSH_CONNECTION");
+    const std::string text = connection != nullptr ? connection : "";
+    const std::string address = text.substr(0, text.find(' '));
+    if (!address.empty() && address.find('\n') == std::string::npos)
+        write_all(server, "yfw-source " + address + "\n"); // on failure, the server is gone
+}
+
 } // namespace
 
 void join_standard_streams(const std::string &path) {
     std::signal(SIGPIPE, SIG_IGN); // a vanished peer shows as a write error instead
     const Descriptor server = connect_to(path);
+    tell_source(server.get());
     pollfd waited[2] = {{STDIN_FILENO, POLLIN, 0}, {server.get(), POLLIN, 0}};
     for (;;) {
         if (poll(waited, 2, -1) < 0 && errno != EINTR)

@@ -20,7 +20,8 @@ void publish(EventStream &events, const char *name, const std::string &content) 
 
 // The grouping common-session-parms.
 std::string print_session(const Actor &actor) {
-    return text_element("username", actor.user) + text_element("session-id", std::to_string(actor.session));
+    return text_element("username", actor.user) + text_element("session-id", std::to_string(actor.session)) +
+           text_element("source-host", actor.host);
 }
 
 std::string print_record(const events::EditRecord &edit) {
@@ -28,7 +29,17 @@ std::string print_record(const events::EditRecord &edit) {
            text_element("operation", edit.operation) + "</edit>";
 }
 
-// A value of the leaf confirm-event.
+std::string print_config_change(const events::ConfigurationChange &change) {
+    const bool is_own = change.actor.session == 0 && change.actor.user.empty();
+    std::string xml = "<changed-by>" + (is_own ? "<server/>" : print_session(change.actor)) +
+                      "</changed-by><datastore>running</datastore>";
+    for (const events::EditRecord &edit : change.edits)
+        xml += print_record(edit);
+    return xml;
+}
+
+} // namespace
+
 const char *word_of(events::ConfirmedCommit::What what) {
     using What = events::ConfirmedCommit::What;
     switch (what) {
@@ -45,16 +56,6 @@ const char *word_of(events::ConfirmedCommit::What what) {
     }
     return "complete";
 }
-
-std::string print_config_change(const events::ConfigurationChange &change) {
-    std::string xml = "<changed-by>" + (change.actor.session == 0 ? "<server/>" : print_session(change.actor)) +
-                      "</changed-by><datastore>running</datastore>";
-    for (const events::EditRecord &edit : change.edits)
-        xml += print_record(edit);
-    return xml;
-}
-
-} // namespace
 
 void DeviceEvents::changed(const events::ConfigurationChange &change) {
     publish(stream_, "netconf-config-change", print_config_change(change));

@@ -31,6 +31,9 @@ private:
     EventStream &stream_;
 };
 
+// A value of the leaf confirm-event.
+const char *word_of(events::ConfirmedCommit::What what);
+
 // An event element of typical size, to try a filter on. `openconfig`: the top container.
 std::string usual_event(const lysc_node *openconfig);
 

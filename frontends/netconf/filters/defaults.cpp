@@ -83,9 +83,9 @@ std::string with_defaults_capability() {
            "&also-supported=report-all,report-all-tagged,trim";
 }
 
-WithDefaults with_defaults_of(const Element &operation) {
+WithDefaults with_defaults_of(const Element &operation, std::string_view also) {
     for (const Element &child : operation.children()) {
-        if (!child.is(with_defaults_ns, "with-defaults"))
+        if (!child.is(with_defaults_ns, "with-defaults") && !child.is(also, "with-defaults"))
             continue;
         for (const auto &[word, mode] : words)
             if (child.text() == word)

@@ -18,8 +18,9 @@ enum class WithDefaults { as_set, report_all, report_all_tagged, trim };
 // The capability, with the basic mode.
 std::string with_defaults_capability();
 
-// The operation's <with-defaults>. Throws RpcError for an unknown mode.
-WithDefaults with_defaults_of(const Element &operation);
+// The operation's <with-defaults>. `also`: a namespace that it may be in besides that of its module, since RFC
+// 8526 section 3.1 puts the leaf into operations of its own. Throws RpcError for an unknown mode.
+WithDefaults with_defaults_of(const Element &operation, std::string_view also = with_defaults_ns);
 
 // Adds the selected configuration leaves at their default values to the containers and entries that exist.
 // State leaves are not added: a value that the device does not report is unknown.

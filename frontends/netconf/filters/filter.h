@@ -2,6 +2,7 @@
 #ifndef YFW_FRONTENDS_NETCONF_FILTERS_FILTER_H
 #define YFW_FRONTENDS_NETCONF_FILTERS_FILTER_H
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,7 +34,10 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
 enum class XPathUse { request, event };
 
 // Like xpath_filtered(), for the trees of all modules side by side below one root (RFC 6241 section 8.9.1).
-void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, uint32_t depth, XPathUse use);
+// `is_unwanted`, which may be NULL, is set by another thread when the result is not needed any more: a long
+// evaluation then ends soon, with "resource-denied".
+void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, uint32_t depth, XPathUse use,
+                     const std::atomic<bool> *is_unwanted = nullptr);
 
 // What an XPath filter selects of the data, with ancestors and their keys, and at most `depth` levels of each
 // selected node. Throws RpcError: "too-big" for an expression longer than 16 KiB, "resource-denied" for one

@@ -152,6 +152,17 @@ host::Selection broadened(const host::Selection &selection) {
     return made;
 }
 
+host::Selection around_leaves(const host::Selection &selection) {
+    const bool selects_leaves =
+        std::any_of(selection.children.begin(), selection.children.end(),
+                    [](const host::Selection &child) { return !child.is_key() && !holds_nodes(child.node); });
+    host::Selection made{selection.node, selection.value, {}, selection.named};
+    for (const host::Selection &child : selection.children)
+        if (child.is_key() || !selects_leaves)
+            made.children.push_back(around_leaves(child));
+    return made;
+}
+
 void keep_selected(yang::DataTree &data, const host::Selection &selection) {
     if (data != nullptr && !(meets(selection, data.get()) && keep(data.get(), {&selection})))
         data.reset();

@@ -50,6 +50,10 @@ bool has_to_be_filtered(const host::Selection &selection);
 // than once selected whole.
 host::Selection broadened(const host::Selection &selection);
 
+// The same with the containers and entries around the leaves that it selects, all of them: whether one exists
+// shows only in the others.
+host::Selection around_leaves(const host::Selection &selection);
+
 // Removes from the data what is not selected.
 void keep_selected(yang::DataTree &data, const host::Selection &selection);
 

@@ -1,4 +1,5 @@
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstring>
@@ -19,7 +20,9 @@ namespace {
 constexpr std::ptrdiff_t most_at_once = 2;
 constexpr rlim_t most_processor_seconds = 2;
 // How long to wait for the child; generous, since the machine may be busy.
-constexpr int most_milliseconds = 30000;
+constexpr std::chrono::seconds longest_wait{30};
+// How soon it is noticed that nobody wants the result any more.
+constexpr int milliseconds_between_looks = 50;
 
 bool write_result(int to, const XPathResult &result) {
     const std::array<uint32_t, 3> head{static_cast<uint32_t>(result.status),
@@ -33,11 +36,16 @@ bool write_result(int to, const XPathResult &result) {
            write_all(to, result.why);
 }
 
-// Incomplete when the child takes too long, or ends before it has written its whole result.
-std::string read_until_closed(int from) {
+// Incomplete when the child takes too long, or ends before it has written its whole result, and when the result
+// is unwanted.
+std::string read_until_closed(int from, const std::atomic<bool> *is_unwanted) {
     std::string bytes;
     pollfd ready{from, POLLIN, 0};
-    while (poll(&ready, 1, most_milliseconds) > 0 && append_from(from, bytes)) {
+    const auto end = std::chrono::steady_clock::now() + longest_wait;
+    while (std::chrono::steady_clock::now() < end && (is_unwanted == nullptr || !is_unwanted->load())) {
+        const int count = poll(&ready, 1, milliseconds_between_looks);
+        if (count < 0 || (count > 0 && !append_from(from, bytes)))
+            break;
     }
     return bytes;
 }
@@ -71,7 +79,8 @@ void limit_this_process() {
 // The child has only this thread and a copy of the memory, so the document need not be sent to it. It closes
 // the sessions' descriptors at once, so that a peer's hang-up is not delayed.
 XPathResult evaluate_in_copy(const XPathDocument &document, const std::string &expression,
-                             const Prefixes &prefixes, const XPathBudget &budget) {
+                             const Prefixes &prefixes, const XPathBudget &budget,
+                             const std::atomic<bool> *is_unwanted) {
     Pipe pipe;
     Process apart = Process::copy([&] {
         dup2(pipe.write_end.get(), STDIN_FILENO);
@@ -80,7 +89,7 @@ XPathResult evaluate_in_copy(const XPathDocument &document, const std::string &e
         return write_result(STDIN_FILENO, evaluate_xpath(document, expression, prefixes, budget)) ? 0 : 1;
     });
     pipe.write_end.close();
-    const std::string said = read_until_closed(pipe.read_end.get());
+    const std::string said = read_until_closed(pipe.read_end.get(), is_unwanted);
     apart.kill(); // in case it is still running: its result is no longer wanted
     return result_from(said);
 }
@@ -107,11 +116,12 @@ private:
 } // namespace
 
 XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::string &expression,
-                                 const Prefixes &prefixes, const XPathBudget &budget) {
+                                 const Prefixes &prefixes, const XPathBudget &budget,
+                                 const std::atomic<bool> *is_unwanted) {
     const Turn turn;
     if (!turn.is_ours())
         return {XPathStatus::busy, {}, {}};
-    return evaluate_in_copy(document, expression, prefixes, budget);
+    return evaluate_in_copy(document, expression, prefixes, budget, is_unwanted);
 }
 
 } // namespace yfw::netconf

@@ -3,6 +3,7 @@
 #ifndef YFW_FRONTENDS_NETCONF_FILTERS_XPATH_EVALUATION_H
 #define YFW_FRONTENDS_NETCONF_FILTERS_XPATH_EVALUATION_H
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -62,9 +63,11 @@ XPathResult evaluate_xpath(const XPathDocument &document, const std::string &exp
                            const Prefixes &prefixes, const XPathBudget &budget);
 
 // The same in a child process with a limit of two seconds of CPU time: for data so large that no budget of
-// operations bounds the evaluation time. Two run at once; a third is refused as busy.
+// operations bounds the evaluation time. Two run at once; a third is refused as busy. `is_unwanted`, which may
+// be NULL: once set, by any thread, the child is ended.
 XPathResult evaluate_xpath_apart(const XPathDocument &document, const std::string &expression,
-                                 const Prefixes &prefixes, const XPathBudget &budget);
+                                 const Prefixes &prefixes, const XPathBudget &budget,
+                                 const std::atomic<bool> *is_unwanted = nullptr);
 
 } // namespace yfw::netconf
 

@@ -28,7 +28,8 @@ XPathBudget bounded(XPathBudget largest, size_t pairs, size_t nodes) {
     throw RpcError("protocol", "resource-denied", why);
 }
 
-XPathResult evaluate(const XPathDocument &document, const Filter &filter, XPathUse use) {
+XPathResult evaluate(const XPathDocument &document, const Filter &filter, XPathUse use,
+                     const std::atomic<bool> *is_unwanted) {
     const size_t nodes = document.nodes().size();
     if (use == XPathUse::event && nodes > most_nodes_here)
         deny("the event is too large to be filtered");
@@ -36,17 +37,18 @@ XPathResult evaluate(const XPathDocument &document, const Filter &filter, XPathU
         return evaluate_xpath(document, filter.expression, filter.prefixes,
                               bounded(largest_event, pairs_of_nodes_an_event, nodes));
     if (nodes > most_nodes_here)
-        return evaluate_xpath_apart(document, filter.expression, filter.prefixes, largest_request);
+        return evaluate_xpath_apart(document, filter.expression, filter.prefixes, largest_request, is_unwanted);
     return evaluate_xpath(document, filter.expression, filter.prefixes,
                           bounded(largest_request, pairs_of_nodes_a_second, nodes));
 }
 
 // Flags the selected nodes of the document, in document order.
-std::vector<bool> selected_by(const XPathDocument &document, const Filter &filter, XPathUse use) {
+std::vector<bool> selected_by(const XPathDocument &document, const Filter &filter, XPathUse use,
+                              const std::atomic<bool> *is_unwanted) {
     if (filter.expression.size() > longest_expression)
         throw RpcError("protocol", "too-big",
                        "an expression is longer than " + std::to_string(longest_expression) + " bytes");
-    const XPathResult result = evaluate(document, filter, use);
+    const XPathResult result = evaluate(document, filter, use, is_unwanted);
     switch (result.status) {
     case XPathStatus::done:
         break;
@@ -109,11 +111,12 @@ private:
 
 } // namespace
 
-void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, uint32_t depth, XPathUse use) {
+void filter_by_xpath(std::vector<yang::DataTree> &trees, const Filter &filter, uint32_t depth, XPathUse use,
+                     const std::atomic<bool> *is_unwanted) {
     std::vector<const lyd_node *> forests;
     for (const yang::DataTree &tree : trees)
         forests.push_back(tree.get());
-    const std::vector<bool> selected = selected_by(XPathDocument(forests), filter, use);
+    const std::vector<bool> selected = selected_by(XPathDocument(forests), filter, use, is_unwanted);
     Pruning pruning(selected, depth);
     for (yang::DataTree &tree : trees)
         yang::change_first(tree, [&](lyd_node *&first) { pruning.prune_forest(first); });

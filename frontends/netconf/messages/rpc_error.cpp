@@ -6,20 +6,55 @@
 namespace yfw::netconf {
 namespace {
 
-// Each step of an OpenConfig path gets the prefix that openconfig_path_element() declares.
+// Calls `outside` with each character of a path that is not in quotes, and `inside` with each quoted text.
+template <class Outside, class Inside>
+void split_path(std::string_view path, const Outside &outside, const Inside &inside) {
+    for (size_t at = 0; at < path.size(); at++) {
+        const size_t end =
+            path[at] == '\'' || path[at] == '"' ? path.find(path[at], at + 1) : std::string_view::npos;
+        if (end == std::string_view::npos) {
+            outside(path[at]);
+            continue;
+        }
+        inside(path.substr(at, end - at + 1));
+        at = end;
+    }
+}
+
+// Each step of an OpenConfig path gets the prefix that openconfig_path_element() declares. A leaf-list entry's
+// own value, [.='x'], has none.
 std::string prefixed(const std::string &path, const std::string &prefix) {
     std::string text;
-    bool quoted = false;
     bool step = false;
-    for (const char c : path) {
-        if (c == '\'')
-            quoted = !quoted;
-        if (step && c != '/')
-            text += prefix;
-        step = !quoted && (c == '/' || c == '[');
-        text += c;
-    }
+    split_path(
+        path,
+        [&](char c) {
+            if (step && c != '/' && c != '.')
+                text += prefix;
+            step = c == '/' || c == '[';
+            text += c;
+        },
+        [&](std::string_view quoted) { text += quoted; });
     return text;
+}
+
+// Declarations of the prefixes in the path's values: an identity is written with its module's name.
+std::string value_namespaces(const std::string &path, const lysc_node *openconfig) {
+    std::string declarations;
+    split_path(
+        path, [](char) {},
+        [&](std::string_view quoted) {
+            const std::string name(quoted.substr(1, quoted.find(':') - 1));
+            const lys_module *module = quoted.find(':') != std::string_view::npos
+                                           ? ly_ctx_get_module_latest(openconfig->module->ctx, name.c_str())
+                                           : nullptr;
+            if (module == nullptr || name == openconfig->module->prefix)
+                return;
+            const std::string declaration = " xmlns:" + name + "=\"" + escaped(module->ns) + "\"";
+            if (declarations.find(declaration) == std::string::npos)
+                declarations += declaration;
+        });
+    return declarations;
 }
 
 bool is_openconfig_path(const std::string &path, const lysc_node *openconfig) {
@@ -103,7 +138,8 @@ std::string text_element(const char *name, const std::string &text) {
 
 std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig) {
     const std::string prefix = openconfig->module->prefix;
-    return "<" + std::string(name) + " xmlns:" + prefix + "=\"" + escaped(openconfig->module->ns) + "\">" +
+    return "<" + std::string(name) + " xmlns:" + prefix + "=\"" + escaped(openconfig->module->ns) + "\"" +
+           value_namespaces(path, openconfig) + ">" +
            escaped(prefixed(without_module(path, openconfig), prefix + ":")) + "</" + name + ">";
 }
 

@@ -12,9 +12,11 @@ namespace {
 constexpr std::string_view datastores_ns = "urn:ietf:params:xml:ns:yang:ietf-datastores";
 
 bool is_known(const Element &parent, const Element &child, std::initializer_list<std::string_view> known) {
-    const std::string_view ns = child.name() == "with-defaults" ? with_defaults_ns : parent.ns();
+    const bool is_defaults = child.is(with_defaults_ns, "with-defaults");
+    const bool is_own =
+        child.ns() == parent.ns() && (child.name() != "with-defaults" || parent.ns() == nmda_ns);
     const bool is_base_filter = child.is(base_ns, "filter"); // clients use it in <create-subscription>, too
-    return (child.ns() == ns || is_base_filter) &&
+    return (is_own || is_defaults || is_base_filter) &&
            std::find(known.begin(), known.end(), child.name()) != known.end();
 }
 

@@ -58,31 +58,37 @@ Element operation_of(const Element &rpc) {
     return operations.front();
 }
 
+std::string told(const Server &server, const RpcError &error, Reply &reply) {
+    reply.is_error = true;
+    reply.is_bad = error.type == "rpc"; // an error in the messages layer (RFC 6022)
+    reply.error = error.tag + (error.path.empty() ? "" : " " + error.path) + ": " + error.what();
+    return print_error(error, server.schemas().openconfig_root());
+}
+
 std::string perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
-    const lysc_node *openconfig = server.schemas().openconfig_root();
     try {
-        return perform(server, caller, operation_of(rpc), reply.aftermath);
+        const Element operation = operation_of(rpc);
+        reply.operation = operation.name();
+        return perform(server, caller, operation, reply.aftermath);
     } catch (const RpcError &error) {
-        reply.is_error = true;
-        reply.is_bad = error.type == "rpc"; // an error in the messages layer (RFC 6022)
-        return print_error(error, openconfig);
+        return told(server, error, reply);
     } catch (const Error &error) {
-        reply.is_error = true;
-        return print_error(rpc_error_of(error, openconfig), openconfig);
+        return told(server, rpc_error_of(error, server.schemas().openconfig_root()), reply);
     } catch (const std::bad_alloc &) {
-        reply.is_error = true;
-        return print_error(RpcError("application", "resource-denied", "out of memory"), openconfig);
+        return told(server, RpcError("application", "resource-denied", "out of memory"), reply);
     } catch (const std::exception &error) {
-        reply.is_error = true;
-        return print_error(RpcError("application", "operation-failed", error.what()), openconfig);
+        return told(server, RpcError("application", "operation-failed", error.what()), reply);
     }
 }
 
-Reply malformed(const Server &server, const RpcError &error) {
+// Clients of base:1.0 do not know the tag, and must not get it (RFC 6241 appendix A): their session just ends.
+Reply malformed(const Server &server, const Caller &caller, const RpcError &error) {
     Reply reply;
-    reply.text = reply_with("", print_error(error, server.schemas().openconfig_root()));
+    const std::string content = told(server, error, reply);
+    if (caller.speaks_base_1_1)
+        reply.text = reply_with("", content);
     reply.aftermath.close = true; // the messages that follow cannot be trusted either
-    reply.is_bad = reply.is_error = true;
+    reply.is_bad = true;
     return reply;
 }
 
@@ -119,11 +125,11 @@ Reply answer(const Server &server, const Caller &caller, const std::string &mess
     try {
         document.emplace(message);
     } catch (const RpcError &error) {
-        return malformed(server, error);
+        return malformed(server, caller, error);
     }
     const Element rpc = document->root();
     if (!rpc.is(base_ns, "rpc"))
-        return malformed(server, RpcError("rpc", "malformed-message", "expected an <rpc>"));
+        return malformed(server, caller, RpcError("rpc", "malformed-message", "expected an <rpc>"));
     Reply reply;
     const std::string content = perform_or_tell(server, caller, rpc, reply);
     reply.text = reply_with(echoed_attributes(rpc), content);

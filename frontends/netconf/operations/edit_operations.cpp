@@ -2,6 +2,7 @@
 
 #include "frontends/netconf/filters/defaults.h"
 #include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/operations/rules_edit.h"
 #include "yang/edit_element.h"
 
 namespace yfw::netconf {
@@ -39,8 +40,19 @@ std::optional<yang::EditNode> edit_of(const Server &server, const Element &confi
     if (tops.size() > 1)
         throw RpcError("application", "bad-element", "a configuration must have a single top node")
             .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
+    if (is_of_rules(server, tops.front()))
+        return rules_edit(server, tops.front(), operation);
     return yang::read_edit(server.schemas(), yang::edit_element_from(server.schemas().context(), tops.front()),
                            operation);
+}
+
+bool is_of_rules(const Server &server, const yang::EditNode &edit) {
+    return edit.node == server.modules.access_rules_root();
+}
+
+RpcError rules_elsewhere() {
+    return RpcError("application", "operation-not-supported",
+                    "access rules can only be edited in running, by <edit-config> and <edit-data>");
 }
 
 void refuse_url(const Element &operation) {
@@ -52,8 +64,14 @@ void refuse_url(const Element &operation) {
 std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
     const auto edit =
         edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
-    if (edit.has_value())
+    if (!edit.has_value())
+        return ok;
+    if (!is_of_rules(call.server, *edit))
         call.server.datastores().edit(call.caller, target, *edit, only_test);
+    else if (target == Datastore::running)
+        call.server.service.edit_rules(call.caller, *edit, only_test);
+    else
+        throw rules_elsewhere();
     return ok;
 }
 
@@ -97,6 +115,8 @@ std::string copy_config(const Call &call) {
     const auto edit = edit_of(call.server, *config, yang::Operation::replace);
     if (!edit.has_value())
         throw RpcError("protocol", "invalid-value", "the configuration to copy is empty");
+    if (is_of_rules(call.server, *edit))
+        throw rules_elsewhere();
     call.server.datastores().edit(call.caller, target, *edit, false);
     return ok;
 }
@@ -113,7 +133,10 @@ std::string validate(const Call &call) {
     refuse_others(call.operation, {"source"});
     const Element source = required(call.operation, "source");
     if (const std::optional<Element> config = source.child("config")) {
-        if (const auto edit = edit_of(call.server, *config, yang::Operation::replace))
+        const auto edit = edit_of(call.server, *config, yang::Operation::replace);
+        if (edit.has_value() && is_of_rules(call.server, *edit))
+            throw rules_elsewhere();
+        if (edit.has_value())
             call.server.datastores().validate(*edit);
     } else {
         call.server.datastores().validate(datastore_of(call.operation, "source"));

@@ -64,9 +64,10 @@ constexpr Known operations[] = {{base_ns, "ietf-netconf", "get", get},
 
 // RFC 8341 section 3.4.4.
 void refuse_denied(const Caller &caller, const Known &known) {
-    if (caller.rules != nullptr && !caller.rules->may_execute(known.module, known.name, false))
-        throw RpcError("protocol", "access-denied",
-                       caller.user + " may not use <" + std::string(known.name) + ">");
+    if (caller.rules == nullptr || caller.rules->may_execute(known.module, known.name, false))
+        return;
+    caller.rules->denials().operations++;
+    throw RpcError("protocol", "access-denied", caller.user + " may not use <" + std::string(known.name) + ">");
 }
 
 } // namespace

@@ -27,6 +27,7 @@ using device::Datastore;
 
 struct Caller : device::Caller {
     bool is_subscribed = false;
+    bool speaks_base_1_1 = true;
 };
 
 // What requests are answered with, shared by all threads that answer them. The references are borrowed, and

@@ -51,6 +51,21 @@ yang::DataTree streams_data(const Server &server) {
     return data;
 }
 
+// RFC 8341: the rules are configuration, the counters of denials state.
+yang::DataTree rules_data(const Server &server, host::Content content) {
+    const access::Nacm &rules = *server.service.rules();
+    yang::DataTree data = content != host::Content::state
+                              ? rules.tree(server.modules.context())
+                              : yang::make_top(server.modules.context(), "ietf-netconf-acm", "nacm");
+    if (content == host::Content::config)
+        return data;
+    const access::Denials &denials = rules.denials();
+    add_leaf(*data, "denied-operations", std::to_string(denials.operations.load()));
+    add_leaf(*data, "denied-data-writes", std::to_string(denials.data_writes.load()));
+    add_leaf(*data, "denied-notifications", std::to_string(denials.notifications.load()));
+    return data;
+}
+
 const lysc_node *top_of(const ProtocolModules &modules, const char *module, const char *name) {
     return lys_find_child(nullptr, ly_ctx_get_module_implemented(modules.context(), module), name, 0, 0, 0);
 }
@@ -65,12 +80,15 @@ yang::DataTree copy_of(const lyd_node *tree) {
 } // namespace
 
 std::vector<OwnData> own_data(const Server &server) {
-    std::vector<OwnData> all{
-        {top_of(server.modules, monitoring_module, "netconf-state"),
-         [&server] { return monitoring_data(server); }},
-        {top_of(server.modules, streams_module, "netconf"), [&server] { return streams_data(server); }}};
+    std::vector<OwnData> all{{top_of(server.modules, monitoring_module, "netconf-state"),
+                              [&server](host::Content) { return monitoring_data(server); }},
+                             {top_of(server.modules, streams_module, "netconf"),
+                              [&server](host::Content) { return streams_data(server); }}};
     for (const lyd_node *top = server.modules.library(); top != nullptr; top = top->next)
-        all.push_back({top->schema, [top] { return copy_of(top); }});
+        all.push_back({top->schema, [top](host::Content) { return copy_of(top); }});
+    if (server.service.rules() != nullptr)
+        all.push_back({server.modules.access_rules_root(),
+                       [&server](host::Content content) { return rules_data(server, content); }, true});
     return all;
 }
 

@@ -29,18 +29,22 @@ bool wants_defaults(const Wanted &wanted) {
 }
 
 // Limited to what the caller may read. A content match must not reveal unreadable values, so a filter with
-// values is applied after access control.
-host::Answer read_readable(const Call &call, host::ReadRequest request, const Read &read) {
-    const host::Selection selection = *request.selection;
-    const bool is_filtered = has_to_be_filtered(selection);
-    if (is_filtered)
-        request.selection = broadened(selection);
-    host::Answer answer = read(request);
+// values is applied after access control. Defaults are values like others: they are added before.
+yang::DataTree read_readable(const Call &call, const Wanted &wanted, const host::Selection &selection,
+                             const Read &read) {
+    const bool has_defaults = wants_defaults(wanted);
+    const bool is_filtered = has_defaults || has_to_be_filtered(selection);
+    host::ReadRequest request{wanted.content, {}, is_filtered ? broadened(selection) : selection};
+    if (has_defaults)
+        request.selection = around_leaves(*request.selection);
+    yang::DataTree data = read(request).data;
+    if (has_defaults)
+        add_defaults(data.get(), *request.selection);
     if (call.caller.rules != nullptr)
-        call.caller.rules->remove_unreadable(answer.data);
+        call.caller.rules->remove_unreadable(data);
     if (is_filtered)
-        keep_selected(answer.data, selection);
-    return answer;
+        keep_selected(data, selection);
+    return data;
 }
 
 // The part of the OpenConfig tree that the filter needs; nothing when it needs none of it.
@@ -65,9 +69,7 @@ yang::DataTree read_openconfig(const Call &call, const Wanted &wanted, const Rea
     const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
     if (!needed.has_value())
         return nullptr;
-    yang::DataTree data = read_readable(call, {wanted.content, {}, needed}, read).data;
-    if (wants_defaults(wanted))
-        add_defaults(data.get(), *needed);
+    yang::DataTree data = read_readable(call, wanted, *needed, read);
     if (!is_xpath(wanted))
         cut_selected(data.get(), *needed, wanted.depth);
     return data;
@@ -78,7 +80,9 @@ yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &o
     const auto needed = needed_for(wanted.filter, own.schema);
     if (!needed.has_value())
         return nullptr;
-    yang::DataTree data = own.make();
+    yang::DataTree data = own.make(wanted.content);
+    if (wants_defaults(wanted))
+        add_defaults(data.get(), {own.schema, std::nullopt, {}, false});
     if (call.caller.rules != nullptr)
         call.caller.rules->remove_unreadable(data);
     if (is_xpath(wanted))
@@ -88,9 +92,9 @@ yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &o
     return data;
 }
 
-std::string print_filtered(std::vector<yang::DataTree> trees, const Wanted &wanted) {
+std::string print_filtered(const Call &call, std::vector<yang::DataTree> trees, const Wanted &wanted) {
     if (is_xpath(wanted))
-        filter_by_xpath(trees, *wanted.filter, wanted.depth, XPathUse::request);
+        filter_by_xpath(trees, *wanted.filter, wanted.depth, XPathUse::request, call.caller.is_gone.get());
     std::string xml;
     for (const yang::DataTree &tree : trees)
         xml += wanted.depth == unlimited_depth ? print_data(tree.get(), wanted.defaults)
@@ -98,17 +102,17 @@ std::string print_filtered(std::vector<yang::DataTree> trees, const Wanted &want
     return xml;
 }
 
-// The device's data and the server's own, which is all state.
+// The device's data and the server's own.
 std::string read_all(const Call &call, const Wanted &wanted, const Read &read) {
     std::vector<yang::DataTree> trees;
     trees.push_back(read_openconfig(call, wanted, read));
     if (wanted.origins.annotated || wanted.origins.filter.has_value())
         apply_origins(trees.back(), call.server.device().running_configuration().openconfig.get(),
                       wanted.origins);
-    if (wanted.content != host::Content::config)
-        for (const OwnData &own : own_data(call.server))
+    for (const OwnData &own : own_data(call.server))
+        if (wanted.content != host::Content::config || own.has_configuration)
             trees.push_back(read_own(call, wanted, own));
-    return print_filtered(std::move(trees), wanted);
+    return print_filtered(call, std::move(trees), wanted);
 }
 
 // The running configuration, and state (RFC 6241 section 7.7).
@@ -132,7 +136,10 @@ std::string read_configuration(const Call &call, Datastore datastore, Wanted wan
     trees.push_back(read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
         return call.server.datastores().read(datastore, request);
     }));
-    return print_filtered(std::move(trees), wanted);
+    for (const OwnData &own : own_data(call.server))
+        if (own.has_configuration)
+            trees.push_back(read_own(call, wanted, own));
+    return print_filtered(call, std::move(trees), wanted);
 }
 
 Wanted wanted_of(const Element &operation) {
@@ -202,7 +209,7 @@ std::string get_data(const Call &call) {
                    "negated-origin-filter", "max-depth", "with-origin", "with-defaults"});
     const Element datastore = required(call.operation, "datastore");
     const Wanted wanted{nmda_filter_of(call.operation), content_of(call.operation),
-                        depth_of(call.server, call.operation), with_defaults_of(call.operation),
+                        depth_of(call.server, call.operation), with_defaults_of(call.operation, nmda_ns),
                         origins_of(call.operation)};
     const std::string attributes = " xmlns=\"" + std::string(nmda_ns) + "\"";
     const bool is_operational = datastore_name(datastore) == "operational";

@@ -28,8 +28,14 @@ Monitoring::Monitoring() : start_time_(utc_now()) {}
 
 void Monitoring::session_began(uint32_t id, const std::string &user) {
     const Guard guard(mutex_);
-    sessions_[id] = {user, utc_now(), {}};
+    sessions_[id] = {user, "", utc_now(), {}};
     in_sessions_++;
+}
+
+void Monitoring::session_comes_from(uint32_t id, const std::string &host) {
+    const Guard guard(mutex_);
+    if (const auto session = sessions_.find(id); session != sessions_.end())
+        session->second.host = host;
 }
 
 void Monitoring::session_ended(uint32_t id, bool dropped) {
@@ -58,6 +64,8 @@ void Monitoring::add_to(lyd_node &netconf_state) const {
         lyd_node &entry = yang::add_entry(sessions, "session", {std::to_string(id), "", ""});
         yang::add_leaf(entry, "transport", "ietf-netconf-monitoring:netconf-ssh");
         yang::add_leaf(entry, "username", session.user);
+        if (!session.host.empty())
+            yang::add_leaf(entry, "source-host", session.host);
         yang::add_leaf(entry, "login-time", session.login_time);
         add_counters(entry, session.counters);
     }

@@ -28,6 +28,8 @@ public:
     Monitoring();
 
     void session_began(uint32_t id, const std::string &user);
+    // `host`: an IP address.
+    void session_comes_from(uint32_t id, const std::string &host);
     // `dropped`: the client did not close it.
     void session_ended(uint32_t id, bool dropped);
     void bad_hello();
@@ -40,6 +42,7 @@ private:
     // An entry of /netconf-state/sessions (RFC 6022 section 2.1.4).
     struct SessionEntry {
         std::string user;
+        std::string host; // empty when unknown
         std::string login_time;
         SessionCounters counters;
     };

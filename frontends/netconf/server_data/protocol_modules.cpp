@@ -21,7 +21,8 @@ std::string with_commas(const std::vector<const char *> &words) {
 } // namespace
 
 // In the order of the capabilities in a <hello>.
-std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::MappingDescription &mapping) {
+std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::MappingDescription &mapping,
+                                                                  bool has_access_rules) {
     std::vector<Loaded> all;
     for (const std::string &module : mapping.modules.openconfig)
         all.push_back({module, {}});
@@ -36,13 +37,17 @@ std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::Ma
                            {"ietf-netconf-notifications", {}}});
     if (mapping.notification.has_value())
         all.push_back({mapping.notification->module, {}});
-    all.insert(all.end(), {{"ietf-netconf-with-defaults", {}}, {"ietf-netconf-nmda", {"origin", "with-defaults"}}});
+    all.insert(all.end(),
+               {{"ietf-netconf-with-defaults", {}}, {"ietf-netconf-nmda", {"origin", "with-defaults"}}});
+    if (has_access_rules)
+        all.push_back({"ietf-netconf-acm", {}});
     return all;
 }
 
-ProtocolModules::ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping)
+ProtocolModules::ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping,
+                                 bool has_access_rules)
     : context_(yang::ModuleFiles::make_context()), notification_(mapping.notification) {
-    const std::vector<Loaded> loaded = loaded_with(mapping);
+    const std::vector<Loaded> loaded = loaded_with(mapping, has_access_rules);
     for (const Loaded &module : loaded)
         files.load(context_.get(), module.name, module.features);
     const std::string top = "/" + mapping.modules.openconfig.front() + ":" + mapping.modules.top;
@@ -63,7 +68,7 @@ void ProtocolModules::list_modules(const std::vector<Loaded> &loaded) {
         modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
                             is_offered, is_offered ? with_commas(offered->features) : ""});
         all += modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") +
-               modules_.back().features + ";";
+               modules_.back().features + ";" + text(module->name, modules_.back().revision).value_or("");
     }
     content_id_ = std::to_string(std::hash<std::string>{}(all));
 }

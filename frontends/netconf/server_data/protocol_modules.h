@@ -25,12 +25,20 @@ class ProtocolModules {
 public:
     // Loads the mapping's OpenConfig modules, the protocol's, and the one with the mapping's notification.
     // Throws Error when a module is missing or cannot be loaded.
-    ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping);
+    // `has_access_rules`: clients are offered ietf-netconf-acm, too.
+    ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping,
+                    bool has_access_rules = false);
 
     const std::vector<ModuleName> &modules() const { return modules_; }
 
     // The OpenConfig top container in these modules.
     const lysc_node *openconfig_root() const { return openconfig_root_; }
+
+    // The container <nacm>; NULL when it is not offered.
+    const lysc_node *access_rules_root() const {
+        const lys_module *module = ly_ctx_get_module_implemented(context_.get(), "ietf-netconf-acm");
+        return module != nullptr ? lys_find_child(nullptr, module, "nacm", 0, 0, 0) : nullptr;
+    }
 
     // The mapping's change notification; NULL when it has none.
     const host::ChangeNotification *notification() const {
@@ -50,7 +58,7 @@ public:
     // Whether this value is valid for the leaf at this schema path, such as an argument of an operation.
     bool allows(const char *path, const std::string &value) const;
 
-    // The identifier of this set of modules (RFC 8525).
+    // The identifier of this set of modules (RFC 8525); it depends on their texts, too.
     const std::string &content_id() const { return content_id_; }
     // The data of ietf-yang-library: its "yang-library" and its "modules-state", as siblings.
     const lyd_node *library() const { return library_.get(); }
@@ -63,7 +71,7 @@ private:
         std::string name;
         std::vector<const char *> features;
     };
-    static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping);
+    static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping, bool has_access_rules);
 
     void list_modules(const std::vector<Loaded> &loaded);
     void make_library();

@@ -24,13 +24,12 @@ namespace {
 
 NetconfServer::NetconfServer(const ServerOptions &options, device::Service &service,
                              const ProtocolModules &modules, EventStream &events)
-    : options_(options), service_(service), events_(events),
-      device_events_(service.events(), events), server_{service, modules, monitoring_, events,
-                                                        [this](uint32_t session) {
-                                                            const std::lock_guard<std::mutex> guard(
-                                                                known_mutex_);
-                                                            return known_.contains(session);
-                                                        }},
+    : options_(options), service_(service), events_(events), device_events_(service.events(), events),
+      change_log_(service.events()), server_{service, modules, monitoring_, events,
+                                             [this](uint32_t session) {
+                                                 const std::lock_guard<std::mutex> guard(known_mutex_);
+                                                 return known_.contains(session);
+                                             }},
       base_(event_base_new(), event_base_free), workers_(options.threads) {
     listen();
     const auto finished = [](int, short, void *self) {
@@ -58,9 +57,13 @@ NetconfServer::~NetconfServer() {
     }
 }
 
+void NetconfServer::require_unanswered(const std::filesystem::path &socket) {
+    if (is_answered(socket))
+        fail(socket, "another server answers on this socket");
+}
+
 void NetconfServer::listen() {
-    if (is_answered(options_.socket))
-        fail(options_.socket, "another server answers on this socket");
+    require_unanswered(options_.socket);
     std::error_code ignored;
     if (std::filesystem::is_socket(options_.socket, ignored))
         unlink(options_.socket.c_str());
@@ -88,7 +91,7 @@ void NetconfServer::listen() {
 // When descriptors run out, pending connections would wake the loop again and again.
 void NetconfServer::rest() {
     if (!has_said_full_)
-        say("no more sessions can be accepted for now: " + system_error_text());
+        log_line("no more sessions can be accepted for now: " + system_error_text());
     has_said_full_ = true;
     evconnlistener_disable(listener_);
     const timeval wait{1, 0};
@@ -99,7 +102,13 @@ void NetconfServer::accept(int socket) {
     has_said_full_ = false;
     const std::optional<access::User> user = access::user_of_peer(socket, options_.groups);
     if (!user.has_value()) {
-        say("a user who is neither a reader nor a writer was turned away");
+        log_line("a user who is neither a reader nor a writer was turned away");
+        close(socket);
+        return;
+    }
+    if (options_.most_sessions != 0 && sessions_.size() >= options_.most_sessions) {
+        log_line("user " + user->name + " was turned away: there are " + std::to_string(sessions_.size()) +
+                 " sessions, as many as may be");
         close(socket);
         return;
     }
@@ -109,8 +118,9 @@ void NetconfServer::accept(int socket) {
     caller.user = user->name;
     caller.may_write = user->may_write;
     caller.comment = "NETCONF session " + std::to_string(id);
-    caller.rules = service_.rules_of(user->name, access::names_of(user->groups));
-    auto session = std::make_unique<Session>(*this, base_.get(), socket, caller);
+    std::vector<std::string> groups = access::names_of(user->groups);
+    caller.rules = service_.rules_of(user->name, groups);
+    auto session = std::make_unique<Session>(*this, base_.get(), socket, caller, std::move(groups));
     {
         const std::lock_guard<std::mutex> guard(known_mutex_);
         known_[id] = true;
@@ -120,7 +130,7 @@ void NetconfServer::accept(int socket) {
 }
 
 void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by) {
-    const Session &ending = *sessions_.at(session);
+    Session &ending = *sessions_.at(session);
     const Actor actor = ending.caller().actor();
     ending.is_gone()->store(true);
     const bool has_begun =
@@ -132,6 +142,8 @@ void NetconfServer::end(uint32_t session, EndReason reason, std::optional<uint32
     sessions_.erase(session);
     // RFC 6022: a killed session is not a dropped one.
     monitoring_.session_ended(session, reason != EndReason::closed && reason != EndReason::killed);
+    log_line(described(actor) + " ends: " + std::string(to_string(reason)) +
+             (killed_by.has_value() ? " by session " + std::to_string(*killed_by) : ""));
     if (has_begun)
         publish_session_end(events_, actor, std::string(to_string(reason)), killed_by);
     in_background([this, session] { service_.datastores().end_session(session); });
@@ -154,7 +166,7 @@ void NetconfServer::in_background(std::function<void()> work) {
         }
         return [this, trouble] {
             if (!trouble.empty())
-                say("an unconfirmed commit cannot be rolled back: " + trouble);
+                log_line("an unconfirmed commit cannot be rolled back: " + trouble);
             arm_commit_timer();
         };
     });
@@ -163,6 +175,7 @@ void NetconfServer::in_background(std::function<void()> work) {
 void NetconfServer::dispatch(Session &session, std::string message) {
     workers_.add([this, caller = session.caller(), message = std::move(message)]() -> WorkerPool::Finish {
         Reply reply = answer(server_, caller, message);
+        log_reply(caller, reply);
         monitoring_.count(caller.session,
                           {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
         return [this, id = caller.session, reply = std::move(reply)] { finish(id, reply); };
@@ -198,6 +211,8 @@ void NetconfServer::run(int stop) {
     stop_ = event_new(base_.get(), stop, EV_READ, stopped, base_.get());
     event_add(stop_, nullptr);
     event_base_dispatch(base_.get());
+    for (const auto &[id, session] : sessions_)
+        session->is_gone()->store(true); // their requests need not be finished
     sessions_.clear();
 }
 

@@ -13,6 +13,7 @@
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/messages/framing.h"
 #include "frontends/netconf/operations/conversation.h"
+#include "frontends/netconf/transport/server_log.h"
 #include "frontends/netconf/transport/session.h"
 #include "frontends/netconf/transport/worker_pool.h"
 
@@ -27,7 +28,9 @@ struct ServerOptions {
     access::AccessGroups groups;
     FrameLimits limits;
     std::chrono::seconds hello_timeout{30};
-    size_t threads = 4; // workers
+    std::chrono::seconds idle_timeout{0}; // of a session without a subscription; 0: none
+    size_t most_sessions = 0;             // at once; 0: as many as there are descriptors
+    size_t threads = 4;                   // workers
 };
 
 // Borrows everything it is given. The thread that calls run() is the event loop: it owns all sessions and
@@ -35,6 +38,9 @@ struct ServerOptions {
 // back to it. Create, run and destroy the server from one thread at a time.
 class NetconfServer {
 public:
+    // Throws Error if another server answers on the socket.
+    static void require_unanswered(const std::filesystem::path &socket);
+
     // Creates the socket and listens on it (mode 0666: access is decided by peer credentials). Fails if another
     // server answers on the socket; replaces a stale one. Throws Error.
     NetconfServer(const ServerOptions &options, device::Service &service, const ProtocolModules &modules,
@@ -63,6 +69,7 @@ private:
     device::Service &service_;
     EventStream &events_;
     DeviceEvents device_events_;
+    ChangeLog change_log_;
     Monitoring monitoring_;
     Server server_;
     std::unique_ptr<event_base, void (*)(event_base *)> base_;

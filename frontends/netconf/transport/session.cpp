@@ -8,7 +8,6 @@
 #include <event2/bufferevent.h>
 #include <event2/event.h>
 
-#include "base/say.h"
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/transport/netconf_server.h"
@@ -53,12 +52,15 @@ std::string_view to_string(EndReason reason) {
     return "other";
 }
 
-Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller)
-    : server_(server), caller_(std::move(caller)),
+Session::Session(NetconfServer &server, event_base *base, int socket, Caller caller,
+                 std::vector<std::string> groups)
+    : server_(server), caller_(std::move(caller)), groups_(std::move(groups)),
+      rules_version_(server.service_.rules_version()),
       stream_(bufferevent_socket_new(base, socket, BEV_OPT_CLOSE_ON_FREE)), reader_(server.options_.limits) {
     caller_.is_gone = is_gone_;
     bufferevent_setcb(stream_, on_read, on_written, on_event, this);
     hello_timer_ = evtimer_new(base, on_hello_overdue, this);
+    idle_timer_ = evtimer_new(base, on_idle, this);
     const timeval bound = to_timeval(server.options_.hello_timeout);
     evtimer_add(hello_timer_, &bound);
     bufferevent_enable(stream_, EV_READ | EV_WRITE);
@@ -66,14 +68,26 @@ Session::Session(NetconfServer &server, event_base *base, int socket, Caller cal
 
 Session::~Session() {
     event_free(hello_timer_);
+    event_free(idle_timer_);
     if (stop_timer_ != nullptr)
         event_free(stop_timer_);
     bufferevent_free(stream_);
 }
 
-Caller Session::caller() const {
+// The rules may have been edited.
+void Session::update_rules() {
+    const uint64_t version = server_.service_.rules_version();
+    if (version == rules_version_)
+        return;
+    rules_version_ = version;
+    caller_.rules = server_.service_.rules_of(caller_.user, groups_);
+}
+
+Caller Session::caller() {
+    update_rules();
     Caller now = caller_;
     now.is_subscribed = subscription_ != nullptr;
+    now.speaks_base_1_1 = framing_ == Framing::chunked;
     return now;
 }
 
@@ -121,11 +135,38 @@ void Session::on_hello_overdue(int, short, void *self) {
     session.broken("no <hello> came in time", EndReason::timeout);
 }
 
+// The timer starts anew with each message and each reply. Waiting for events is not idleness.
+void Session::watch_idleness() {
+    if (server_.options_.idle_timeout.count() == 0 || !greeted_)
+        return;
+    const timeval bound = to_timeval(server_.options_.idle_timeout);
+    evtimer_add(idle_timer_, &bound);
+}
+
+void Session::on_idle(int, short, void *self) {
+    auto &session = *static_cast<Session *>(self);
+    if (session.busy_ || session.subscription_ != nullptr)
+        return session.watch_idleness();
+    session.broken("it was idle for " + std::to_string(session.server_.options_.idle_timeout.count()) +
+                       " seconds",
+                   EndReason::timeout);
+}
+
+void Session::feed(std::string_view bytes) {
+    if (greeted_)
+        return reader_.feed(bytes);
+    reader_.feed(source_line_.without_line(bytes));
+    if (source_line_.address().has_value() && caller_.host.empty()) {
+        caller_.host = *source_line_.address();
+        server_.monitoring_.session_comes_from(caller_.session, caller_.host);
+    }
+}
+
 void Session::read() {
     evbuffer *input = bufferevent_get_input(stream_);
     const size_t length = evbuffer_get_length(input);
     if (!closing_)
-        reader_.feed({reinterpret_cast<const char *>(evbuffer_pullup(input, -1)), length});
+        feed({reinterpret_cast<const char *>(evbuffer_pullup(input, -1)), length});
     evbuffer_drain(input, length);
     try {
         while (!closing_) {
@@ -143,6 +184,7 @@ void Session::read() {
 void Session::take(std::string message) {
     if (!greeted_)
         return hello_came(message);
+    watch_idleness();
     waiting_bytes_ += message.size();
     waiting_.push_back(std::move(message));
 }
@@ -158,6 +200,8 @@ void Session::hello_came(const std::string &hello) {
     greeted_ = true;
     reader_.use(framing_);
     evtimer_del(hello_timer_);
+    watch_idleness();
+    log_line(described(caller_.actor()) + " begins");
     publish_session_start(server_.events_, caller_.actor());
 }
 
@@ -188,7 +232,9 @@ void Session::pause_when_full() {
 
 void Session::reply(const Reply &reply) {
     busy_ = false;
-    write(reply.text);
+    watch_idleness();
+    if (!reply.text.empty())
+        write(reply.text);
     if (reply.aftermath.subscription != nullptr)
         subscribe(reply.aftermath.subscription);
     if (reply.aftermath.close)
@@ -207,7 +253,7 @@ void Session::close_after_writing(EndReason reason) {
 
 // No error can be sent once the framing is broken (RFC 6242 section 4.2).
 void Session::broken(const std::string &why, EndReason reason) {
-    say("session " + std::to_string(caller_.session) + " (" + caller_.user + ") is closed: " + why);
+    log_line(described(caller_.actor()) + " is closed: " + why);
     end(reason);
 }
 
@@ -270,9 +316,14 @@ void Session::tell(const SharedEvent &event) {
         broken("it does not read its notifications", EndReason::other);
 }
 
-bool Session::wants(const Event &event) const {
-    const bool may = caller_.rules == nullptr || caller_.rules->may_be_told(event.module, event.name);
-    return may && subscription_->wants(event);
+bool Session::wants(const Event &event) {
+    update_rules();
+    const auto rules = caller_.rules;
+    if (rules == nullptr || rules->may_be_told(event.module, event.name))
+        return subscription_->wants(event);
+    if (subscription_->wants(event))
+        rules->denials().notifications++;
+    return false;
 }
 
 void Session::notify_now(const std::string &event) {

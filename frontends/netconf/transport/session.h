@@ -6,10 +6,12 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "frontends/netconf/events/event_stream.h"
 #include "frontends/netconf/messages/framing.h"
 #include "frontends/netconf/operations/conversation.h"
+#include "frontends/netconf/transport/source_line.h"
 
 struct bufferevent;
 struct event;
@@ -28,13 +30,15 @@ std::string_view to_string(EndReason reason);
 // it.
 class Session {
 public:
-    Session(NetconfServer &server, event_base *base, int socket, Caller caller);
+    // `groups`: of the user on this machine.
+    Session(NetconfServer &server, event_base *base, int socket, Caller caller,
+            std::vector<std::string> groups);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
     // The session's caller, with its current rights.
-    Caller caller() const;
+    Caller caller();
     bool has_started() const { return greeted_; }
     // What its requests learn of its end; outlives the session.
     const std::shared_ptr<std::atomic<bool>> &is_gone() const { return is_gone_; }
@@ -50,9 +54,12 @@ private:
     static void on_written(bufferevent *, void *self);
     static void on_event(bufferevent *, short what, void *self);
     static void on_hello_overdue(int, short, void *self);
+    static void on_idle(int, short, void *self);
     static void on_subscription_over(int, short, void *self);
 
     void read();
+    void feed(std::string_view bytes);
+    void watch_idleness();
     void take(std::string message);
     void next();
     void write(const std::string &message);
@@ -66,7 +73,8 @@ private:
     bool is_full() const;
     void subscribe(std::shared_ptr<const Subscription> subscription);
     void replay();
-    bool wants(const Event &event) const;
+    bool wants(const Event &event);
+    void update_rules();
     void stop_at(EventTime time);
     void end_subscription();
     void notify(SharedEvent event);
@@ -76,7 +84,10 @@ private:
     NetconfServer &server_;
     const std::shared_ptr<std::atomic<bool>> is_gone_ = std::make_shared<std::atomic<bool>>(false);
     Caller caller_;
+    const std::vector<std::string> groups_;
+    uint64_t rules_version_; // of the caller's rules
     bufferevent *stream_;
+    SourceLine source_line_;
     FrameReader reader_;
     Framing framing_ = Framing::end_of_message;
     bool greeted_ = false; // the client's hello has arrived
@@ -87,6 +98,7 @@ private:
     std::deque<std::string> waiting_;
     size_t waiting_bytes_ = 0;
     event *hello_timer_;
+    event *idle_timer_;
     std::shared_ptr<const Subscription> subscription_;
     event *stop_timer_ = nullptr;
     uint64_t told_ = 0;                     // the last event sent, or the last one before the subscription

@@ -7,6 +7,8 @@
 #include "base/utc_time.h"
 #include "device/events/edit_records.h"
 #include "device/pending_file.h"
+#include "yang/configuration_text.h"
+#include "yang/edit.h"
 
 namespace yfw::device {
 namespace {
@@ -20,8 +22,28 @@ CommitNote note_of(const Caller &caller) {
     return {caller.user, caller.comment};
 }
 
+Error denied_access(const Caller &caller, const std::string &path, access::Access access) {
+    return Error(ErrorTag::access_denied, path,
+                 caller.user + " may not " + std::string(to_string(access)) + " this node");
+}
+
 Error request_error(ErrorTag tag, const std::string &message) {
     return Error(tag, "", message).by_request();
+}
+
+// Nothing when it cannot be read: a rollback has none, and an earlier version may have written another form.
+std::vector<events::EditRecord> records_of(const yang::Schemas &schemas, const commits::Commit &commit) {
+    const std::string without_operation = " nc:operation=\"none\""; // which no client can write
+    std::string edit = commit.edit;
+    for (size_t at; (at = edit.find(without_operation)) != std::string::npos;)
+        edit.erase(at, without_operation.size());
+    if (edit.empty())
+        return {};
+    try {
+        return events::edit_records(yang::parse_edit(schemas, edit, yang::Operation::none));
+    } catch (const Error &) {
+        return {};
+    }
 }
 
 } // namespace
@@ -61,18 +83,61 @@ ChangeGuard Datastores::guard_of(const Caller &caller) const {
         return {};
     return [&caller](const lyd_node *before, const lyd_node *after) {
         const auto denied = caller.rules->denied_write(before, after);
-        if (denied.has_value())
-            throw Error(ErrorTag::access_denied, denied->path,
-                        caller.user + " may not " + std::string(to_string(denied->access)) + " this node");
+        if (!denied.has_value())
+            return;
+        caller.rules->denials().data_writes++;
+        throw denied_access(caller, denied->path, denied->access);
     };
+}
+
+void Datastores::refuse_creation(const Caller &caller, const Error &error, const lyd_node *before) {
+    const std::string path = "/" + std::string(before->schema->module->name) + ":" + error.path().substr(1);
+    yang::DataTree readable = yang::copy_configuration(before);
+    caller.rules->remove_unreadable(readable);
+    lyd_node *found = nullptr;
+    const bool is_readable =
+        readable != nullptr && lyd_find_path(readable.get(), path.c_str(), 0, &found) == LY_SUCCESS;
+    ly_err_clean(before->schema->module->ctx, nullptr);
+    if (is_readable)
+        throw error;
+    caller.rules->denials().data_writes++;
+    throw denied_access(caller, path, access::Access::create);
 }
 
 void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test) {
     const Guard guard(mutex_);
     refuse_if_locked(caller, target);
-    if (target == Datastore::running && !only_test) {
-        if (device_.edit(edit, note_of(caller), guard_of(caller)).has_value())
+    try {
+        edit_locked(caller, target, edit, only_test);
+    } catch (const Error &error) {
+        if (caller.rules == nullptr || error.tag() != ErrorTag::data_exists)
+            throw;
+        const Configuration before =
+            target == Datastore::candidate ? candidate_or_running() : device_.running_configuration();
+        refuse_creation(caller, error, before.openconfig.get());
+    }
+}
+
+void Datastores::edit_rules(const Caller &caller, access::Nacm &rules, const yang::EditNode &edit,
+                            bool only_test) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::running);
+    try {
+        if (rules.edit(edit, guard_of(caller), only_test))
             events_.tell(events::ConfigurationChange{caller.actor(), events::edit_records(edit)});
+    } catch (const Error &error) {
+        if (caller.rules == nullptr || error.tag() != ErrorTag::data_exists)
+            throw;
+        refuse_creation(caller, error, rules.tree(edit.node->module->ctx).get());
+    }
+}
+
+void Datastores::edit_locked(const Caller &caller, Datastore target, const yang::EditNode &edit,
+                             bool only_test) {
+    if (target == Datastore::running && !only_test) {
+        refuse_during_confirmation(caller);
+        tell_change(device_.edit(edit, note_of(caller), guard_of(caller)),
+                    {caller.actor(), events::edit_records(edit)});
         return;
     }
     const Configuration before =
@@ -124,7 +189,13 @@ void Datastores::refuse_other_confirmer(const Caller &caller,
         throw request_error(ErrorTag::invalid_value, "no unconfirmed commit has this persist-id");
     if (pending_.has_value() && pending_->persist.has_value() && !persist_id.has_value())
         throw request_error(ErrorTag::invalid_value, "the unconfirmed commit requires its persist-id");
-    if (pending_.has_value() && !pending_->persist.has_value() && pending_->actor.session != caller.session)
+    if (pending_.has_value() && !pending_->persist.has_value())
+        refuse_during_confirmation(caller);
+}
+
+// Rolling the commit back would take the edit with it.
+void Datastores::refuse_during_confirmation(const Caller &caller) const {
+    if (pending_.has_value() && pending_->actor.session != caller.session)
         throw request_error(ErrorTag::in_use, "session " + std::to_string(pending_->actor.session) +
                                                   " has an unconfirmed commit");
 }
@@ -139,12 +210,16 @@ void Datastores::commit(const Caller &caller, const std::optional<Confirmation> 
     const int64_t before =
         pending_.has_value() ? pending_->back_to : std::max<int64_t>(device_.last_commit_number(), 0);
     if (confirmed.has_value())
-        remember_pending(device_.store(), before);
+        hold_store(caller.actor());
     try {
+        if (confirmed.has_value())
+            remember_pending(device_.store(), before);
         commit_candidate(caller);
     } catch (...) {
         if (!pending_.has_value())
             forget_pending(device_.store());
+        if (confirmed.has_value())
+            release_store();
         throw;
     }
     drop_candidate();
@@ -161,13 +236,13 @@ void Datastores::commit_candidate(const Caller &caller) {
     if (!candidate_.has_value())
         return;
     const std::string edit = std::accumulate(candidate_edits_.begin(), candidate_edits_.end(), std::string());
-    if (device_.commit(*candidate_, edit, note_of(caller), guard_of(caller)).has_value())
-        events_.tell(events::ConfigurationChange{caller.actor(), candidate_records_});
+    tell_change(device_.commit(*candidate_, edit, note_of(caller), guard_of(caller)),
+                {caller.actor(), candidate_records_});
 }
 
 void Datastores::wait_for_confirmation(const Caller &caller, const Confirmation &confirmed, int64_t back_to) {
     tell(caller.actor(), pending_.has_value() ? What::extend : What::start, confirmed.timeout);
-    pending_ = Pending{back_to, caller.actor(), false, confirmed.persist};
+    pending_ = Pending{back_to, device_.last_commit_number(), caller.actor(), false, confirmed.persist};
     deadline_ = std::chrono::steady_clock::now() + confirmed.timeout;
 }
 
@@ -177,6 +252,7 @@ void Datastores::cancel_commit(const Caller &caller, const std::optional<std::st
         throw request_error(ErrorTag::operation_failed, "there is no unconfirmed commit");
     refuse_if_locked(caller, Datastore::running);
     refuse_other_confirmer(caller, persist_id);
+    refuse_others_commits();
     take_back(caller.actor());
     tell(caller.actor(), What::cancel);
 }
@@ -185,11 +261,26 @@ void Datastores::tell(const events::Actor &actor, What what, std::optional<std::
     events_.tell(events::ConfirmedCommit{actor, what, timeout});
 }
 
+// They cannot, unless they do not know the store's lock.
+void Datastores::refuse_others_commits() const {
+    const int64_t last = device_.last_commit_number();
+    if (last > pending_->last)
+        throw Error(ErrorTag::operation_failed, "",
+                    "another process has made commit " + std::to_string(last) + " after the unconfirmed one, " +
+                        std::to_string(pending_->last) + ", and would lose it");
+}
+
 void Datastores::take_back(const events::Actor &actor) {
+    try {
+        refuse_others_commits();
+    } catch (const Error &) {
+        end_pending();
+        throw;
+    }
     const CommitNote note{actor.user, "not confirmed: back to " + std::to_string(pending_->back_to)};
     const bool is_there = pending_->back_to < device_.last_commit_number(); // it may have changed nothing
-    if (is_there && device_.rollback(pending_->back_to, note).has_value())
-        events_.tell(events::ConfigurationChange{actor, {}});
+    if (is_there)
+        tell_change(device_.rollback(pending_->back_to, note), {actor, {}});
     end_pending();
 }
 
@@ -197,6 +288,7 @@ void Datastores::end_pending() {
     pending_.reset();
     deadline_ = no_deadline;
     forget_pending(device_.store());
+    release_store();
 }
 
 std::optional<std::chrono::steady_clock::time_point> Datastores::deadline() const {
@@ -219,13 +311,58 @@ void Datastores::take_back_unconfirmed() {
         take_back({});
 }
 
-void Datastores::recover() {
+// ---- other processes -----------------------------------------------------------------------------------
+
+void Datastores::start() {
     const Guard guard(mutex_);
-    const std::optional<int64_t> back_to = remembered_pending(device_.store());
-    if (back_to.has_value() && *back_to < device_.last_commit_number())
-        device_.rollback(*back_to,
-                         {"", "not confirmed when the server ended: back to " + std::to_string(*back_to)});
-    forget_pending(device_.store());
+    told_ = device_.last_commit_number();
+}
+
+void Datastores::tell_of_others_up_to(int64_t number) {
+    for (int64_t next = std::max<int64_t>(told_ + 1, 1); next <= number; next++)
+        if (const std::optional<commits::Commit> commit = device_.find_commit(next))
+            events_.tell(events::ConfigurationChange{{0, commit->who}, records_of(device_.schemas(), *commit)});
+    told_ = number;
+}
+
+void Datastores::tell_of_others_commits() {
+    const Guard guard(mutex_);
+    const int64_t last = device_.last_commit_number();
+    if (last < told_) // another store is in its place
+        events_.tell(events::ConfigurationChange{});
+    tell_of_others_up_to(last);
+}
+
+void Datastores::tell_change(const std::optional<commits::Commit> &made,
+                             const events::ConfigurationChange &change) {
+    if (!made.has_value())
+        return;
+    tell_of_others_up_to(made->number - 1);
+    told_ = made->number;
+    if (pending_.has_value())
+        pending_->last = made->number;
+    events_.tell(change);
+}
+
+StoreHolds Datastores::holds() const {
+    StoreHolds holds;
+    const auto lock = locks_.find(Datastore::running);
+    if (lock != locks_.end())
+        holds.locked = StoreHolder{lock->second.session, lock->second.user};
+    if (pending_.has_value())
+        holds.unconfirmed = StoreHolder{pending_->actor.session, pending_->actor.user};
+    return holds;
+}
+
+void Datastores::hold_store(const std::optional<events::Actor> &unconfirmed) {
+    StoreHolds now = holds();
+    if (unconfirmed.has_value())
+        now.unconfirmed = StoreHolder{unconfirmed->session, unconfirmed->user};
+    device_.store_lock().publish(now, false);
+}
+
+void Datastores::release_store() {
+    device_.store_lock().publish(holds(), true);
 }
 
 // ---- locks ---------------------------------------------------------------------------------------------
@@ -241,7 +378,14 @@ void Datastores::lock(const Caller &caller, Datastore datastore) {
     if (datastore == Datastore::running && pending_.has_value() && pending_->actor.session != caller.session)
         throw request_error(ErrorTag::lock_denied, "there is an unconfirmed commit")
             .about(std::to_string(pending_->session_is_gone ? 0 : pending_->actor.session));
-    locks_[datastore] = {caller.session, utc_now()};
+    locks_[datastore] = {caller.session, caller.user, utc_now()};
+    try {
+        if (datastore == Datastore::running)
+            hold_store(std::nullopt);
+    } catch (const Error &error) {
+        locks_.erase(datastore);
+        throw request_error(ErrorTag::lock_denied, error.what()).about("0");
+    }
     clean_up_after(caller);
 }
 
@@ -251,6 +395,8 @@ void Datastores::unlock(const Caller &caller, Datastore datastore) {
     if (held == locks_.end() || held->second.session != caller.session)
         throw request_error(ErrorTag::operation_failed, "the session does not hold this lock");
     locks_.erase(held);
+    if (datastore == Datastore::running)
+        release_store();
     if (datastore == Datastore::candidate) // RFC 6241 section 8.3.5.2
         drop_candidate();
 }
@@ -274,7 +420,8 @@ void Datastores::clean_up_after(const Caller &caller) {
 void Datastores::forget(uint32_t session) {
     const auto candidate_lock = locks_.find(Datastore::candidate);
     const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second.session == session;
-    std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; });
+    if (std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; }) > 0)
+        release_store();
     if (held_candidate || candidate_editor_ == session)
         drop_candidate();
     if (!pending_.has_value() || pending_->actor.session != session)

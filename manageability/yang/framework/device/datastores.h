@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "base/error.h"
 #include "device/access/nacm.h"
 #include "device/events/hub.h"
 #include "device/managed_device.h"
@@ -29,7 +30,9 @@ struct Caller {
     // Set, by any thread, when the session has ended, before end_session() is called; NULL: it never ends.
     std::shared_ptr<const std::atomic<bool>> is_gone = nullptr;
 
-    events::Actor actor() const { return {session, user}; }
+    std::string host{}; // where the user comes from, an IP address; empty when unknown
+
+    events::Actor actor() const { return {session, user, host}; }
 };
 
 struct Confirmation {
@@ -52,6 +55,8 @@ public:
 
     // `only_test`: validate the edit without applying it.
     void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
+    // Edits the access rules, which are part of running, but not of commits.
+    void edit_rules(const Caller &caller, access::Nacm &rules, const yang::EditNode &edit, bool only_test);
     void validate(Datastore datastore);
     // Checks that an edit of the running configuration would be valid.
     void validate(const yang::EditNode &edit);
@@ -69,6 +74,7 @@ public:
     void unlock(const Caller &caller, Datastore datastore);
     struct Lock {
         uint32_t session = 0;
+        std::string user;
         std::string time; // RFC 3339
     };
     std::optional<Lock> lock_of(Datastore datastore);
@@ -86,30 +92,48 @@ public:
     // Rolls back the unconfirmed commit, if any. Call when the server ends: nobody can confirm it any more.
     void take_back_unconfirmed();
 
-    // Rolls back what a killed server left unconfirmed. Call before any session starts.
-    void recover();
+    // Call before any session starts, and once the store is served.
+    void start();
+
+    // Tells observers of commits that other processes have made since the last call. Call when the store
+    // changed.
+    void tell_of_others_commits();
 
 private:
     static constexpr auto no_deadline = std::chrono::steady_clock::time_point::max();
 
     struct Pending {
         int64_t back_to = 0; // number of the previous commit
+        int64_t last = 0;    // number of the last commit that has to be confirmed
         events::Actor actor;
         bool session_is_gone = false; // the actor's
         std::optional<std::string> persist;
     };
 
+    void edit_locked(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
     void drop_candidate();
     // The work of a session may end after the session.
     void clean_up_after(const Caller &caller);
     void forget(uint32_t session);
     ChangeGuard guard_of(const Caller &caller) const;
+    // Throws what the caller is told when a node that is created is there already: not that it is, if the
+    // caller may not read it.
+    [[noreturn]] static void refuse_creation(const Caller &caller, const Error &error, const lyd_node *before);
     std::optional<Configuration> candidate();
     Configuration candidate_or_running();
     void refuse_if_locked(const Caller &caller, Datastore datastore) const;
+    void refuse_during_confirmation(const Caller &caller) const;
     void refuse_other_confirmer(const Caller &caller, const std::optional<std::string> &persist_id) const;
     // `actor`: on whose behalf. Does not publish the confirmed-commit event.
     void take_back(const events::Actor &actor);
+    // Throws when another process has committed after the unconfirmed commit.
+    void refuse_others_commits() const;
+    // Keeps other processes from committing as long as a lock or an unconfirmed commit says so.
+    void hold_store(const std::optional<events::Actor> &unconfirmed);
+    void release_store();
+    StoreHolds holds() const;
+    void tell_of_others_up_to(int64_t number);
+    void tell_change(const std::optional<commits::Commit> &made, const events::ConfigurationChange &change);
     void commit_candidate(const Caller &caller);
     void wait_for_confirmation(const Caller &caller, const Confirmation &confirmed, int64_t back_to);
     void end_pending();
@@ -124,6 +148,7 @@ private:
     uint32_t candidate_editor_ = 0;                     // the session that last edited it
     std::map<Datastore, Lock> locks_;
     std::optional<Pending> pending_;
+    int64_t told_ = -1; // number of the last commit that observers have been told of
     std::atomic<std::chrono::steady_clock::time_point> deadline_{no_deadline}; // of pending_
     std::mutex mutex_;
 };

@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "device/openconfig_terms.h"
+#include "device/pending_file.h"
 #include "device/store_errors.h"
 #include "yang/comparison.h"
 #include "yang/configuration_text.h"
@@ -181,12 +182,20 @@ std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change
 }
 
 std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
+    std::optional<Prepared> prepared = in_store([&] { return prepare_first(make); });
+    if (prepared.has_value() && !prepared->changes)
+        return std::nullopt;
+    const StoreLock::Turn turn = lock_.take_turn();
+    if (turn.is_between_servers)
+        take_back_left_behind();
+    return commit_in_turn(make, std::move(prepared));
+}
+
+std::optional<commits::Commit> Editor::commit_in_turn(const MakeChange &make,
+                                                      std::optional<Prepared> prepared) {
     std::optional<Applied> applied; // what the target now runs
     try {
         return in_store([&] {
-            std::optional<Prepared> prepared = prepare_first(make);
-            if (prepared.has_value() && !prepared->changes)
-                return std::optional<commits::Commit>();
             const std::shared_ptr<commits::CommitLog> store = source_.log(true);
             ensure_first_commit(*store);
             store->on_step(observer_);
@@ -230,17 +239,31 @@ std::optional<commits::Commit> Editor::edit(const yang::EditNode &edit, const Co
     });
 }
 
-std::optional<commits::Commit> Editor::rollback(int64_t number, const CommitNote &note) {
+Editor::MakeChange Editor::restoring(int64_t number, const CommitNote &note) {
     const std::optional<commits::Commit> target = source_.find_commit(number);
     if (!target.has_value())
         throw Error(ErrorTag::data_missing, source_.store().string(),
                     "there is no commit " + std::to_string(number));
-    return commit([&](const Configuration &) {
+    return [this, target, note](const Configuration &) {
         Change change{configurations_.of(*target), {}, record_of(note, "")};
         if (note.comment.empty())
-            change.record.comment = "rollback to " + std::to_string(number);
+            change.record.comment = "rollback to " + std::to_string(target->number);
         return change;
-    });
+    };
+}
+
+std::optional<commits::Commit> Editor::rollback(int64_t number, const CommitNote &note) {
+    return commit(restoring(number, note));
+}
+
+void Editor::take_back_left_behind() {
+    const std::optional<int64_t> back_to = remembered_pending(source_.store());
+    if (!back_to.has_value())
+        return;
+    const std::string comment = "not confirmed when the server ended: back to " + std::to_string(*back_to);
+    if (*back_to < source_.last_number().value_or(-1))
+        commit_in_turn(restoring(*back_to, {"", comment}), std::nullopt);
+    forget_pending(source_.store());
 }
 
 } // namespace yfw::device

@@ -12,6 +12,7 @@
 #include "device/configuration_mapper.h"
 #include "device/configurations.h"
 #include "device/configured_source.h"
+#include "device/store_lock.h"
 #include "sources/native_target.h"
 #include "yang/edit.h"
 
@@ -32,9 +33,9 @@ using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *a
 class Editor {
 public:
     Editor(const yang::Schemas &schemas, ConfiguredSource &source, Configurations &configurations,
-           ConfigurationMapper &mapper, sources::NativeTarget *target)
-        : schemas_(schemas), source_(source), configurations_(configurations), mapper_(mapper),
-          target_(target) {}
+           ConfigurationMapper &mapper, sources::NativeTarget *target, const StoreLock &lock)
+        : schemas_(schemas), source_(source), configurations_(configurations), mapper_(mapper), target_(target),
+          lock_(lock) {}
 
     // The native difference that the edit would make; writes nothing. Throws Error.
     std::string try_edit(const yang::EditNode &edit);
@@ -55,6 +56,10 @@ public:
     // Makes a commit's configuration the running one again, in a new commit. Nothing when it is already
     // running.
     std::optional<commits::Commit> rollback(int64_t number, const CommitNote &note);
+
+    // Rolls back what a server that was killed left unconfirmed. Call while no other process serves the store
+    // or commits to it. Throws Error.
+    void take_back_left_behind();
 
     // Makes the target run the last commit. Call with a target, after the first commit. Throws Error.
     void restore();
@@ -81,6 +86,9 @@ private:
     std::optional<Prepared> prepare_first(const MakeChange &make);
     // Commits a change both to the store and to the target, or to neither.
     std::optional<commits::Commit> commit(const MakeChange &make);
+    // The same, when it is this process's turn.
+    std::optional<commits::Commit> commit_in_turn(const MakeChange &make, std::optional<Prepared> prepared);
+    MakeChange restoring(int64_t number, const CommitNote &note);
     // The change that `edit` makes to a configuration.
     Change changed(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard);
     // Throws what the target would refuse, changing nothing.
@@ -104,6 +112,7 @@ private:
     Configurations &configurations_;
     ConfigurationMapper &mapper_;
     sources::NativeTarget *target_;
+    const StoreLock &lock_;
     std::function<void(commits::Step)> observer_;
 };
 

@@ -17,7 +17,8 @@ ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource
       source_(schemas, source, std::move(store), std::move(owner),
               target != nullptr ? InForce::its_own : InForce::committed),
       engine_(schemas, source_, mapping_), mapper_(schemas, engine_, mapping_),
-      configurations_(schemas, source_, mapper_), editor_(schemas, source_, configurations_, mapper_, target) {}
+      configurations_(schemas, source_, mapper_), lock_(source_.store()),
+      editor_(schemas, source_, configurations_, mapper_, target, lock_) {}
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened,
                              std::filesystem::path store, host::MappingDescription mapping,
@@ -66,6 +67,11 @@ std::optional<commits::Commit> ManagedDevice::commit(const Configuration &config
 
 std::optional<commits::Commit> ManagedDevice::rollback(int64_t number, const CommitNote &note) {
     return editor_.rollback(number, note);
+}
+
+void ManagedDevice::serve() {
+    lock_.serve();
+    editor_.take_back_left_behind();
 }
 
 std::vector<Drift> ManagedDevice::drift() {

@@ -14,6 +14,7 @@
 #include "device/configured_source.h"
 #include "device/drift.h"
 #include "device/editor.h"
+#include "device/store_lock.h"
 #include "host/engine.h"
 #include "host/mapping_description.h"
 #include "sources/opened_source.h"
@@ -100,6 +101,14 @@ public:
     // -1 when there is no commit yet.
     int64_t last_commit_number() const { return source_.last_number().value_or(-1); }
 
+    // The commit with this number; nothing when there is none.
+    std::optional<commits::Commit> find_commit(int64_t number) const { return source_.find_commit(number); }
+
+    // Makes this process the one that serves the device to others: from now on their commits wait for what it
+    // publishes on the lock. Rolls back what a server that was killed left unconfirmed.
+    void serve();
+    StoreLock &store_lock() { return lock_; }
+
     // ---- the device itself
 
     // Whether commits are applied to it, beyond being stored.
@@ -138,6 +147,7 @@ private:
     host::Engine engine_;
     ConfigurationMapper mapper_;
     Configurations configurations_;
+    StoreLock lock_;
     Editor editor_;
 };
 

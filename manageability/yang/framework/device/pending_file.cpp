@@ -24,7 +24,7 @@ void remember_pending(const std::filesystem::path &store, int64_t back_to) {
     if (const std::error_code error = make_private_directories(path.parent_path()))
         throw Error(ErrorTag::operation_failed, path.parent_path().string(),
                     "cannot be made: " + error.message());
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
     const std::string text = std::to_string(back_to) + "\n";
     const bool written = file >= 0 &&
                          write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&

@@ -20,9 +20,12 @@ namespace yfw::device {
 // accessors return has its own rules.
 class Service {
 public:
-    // Borrows the device. If a previous server left a commit unconfirmed, it is rolled back at once. `rules`:
-    // apply in addition to the user groups. Throws Error, also for a device that does not support commits.
-    explicit Service(ManagedDevice &device, std::optional<access::Nacm> rules = std::nullopt);
+    // Borrows the device, and serves it alone. If a previous server left a commit unconfirmed, it is rolled
+    // back at once. `rules`: apply in addition to the user groups. Throws Error, also for a device that does
+    // not support commits, and "in-use" when another process serves it. `recovery_user`: the rules do not
+    // apply to this user, who has recovery sessions (RFC 8341); empty: there is none.
+    explicit Service(ManagedDevice &device, std::optional<access::Nacm> rules = std::nullopt,
+                     std::string recovery_user = {});
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
 
@@ -31,9 +34,16 @@ public:
     events::Hub &events() { return events_; }
 
     // The rules for a user, given by name and by the names of the user's groups on this machine; NULL when the
-    // group permissions alone decide. They must not outlive the service. Never blocks.
+    // group permissions alone decide. Never blocks for long.
     std::shared_ptr<const access::UserRules> rules_of(const std::string &user,
                                                       const std::vector<std::string> &groups) const;
+
+    // The access rules; NULL when there are none. Edit them with edit_rules().
+    const access::Nacm *rules() const { return rules_.has_value() ? &*rules_ : nullptr; }
+    // Changes whenever the rules of users may have.
+    uint64_t rules_version() const { return rules_.has_value() ? rules_->version() : 0; }
+    // Applies an edit of the <nacm>, see Nacm, as part of the running configuration. Throws Error.
+    void edit_rules(const Caller &caller, const yang::EditNode &edit, bool only_test);
 
     // Call once, when no server offers the device any more: rolls back an unconfirmed commit, which nobody can
     // confirm now. Throws Error.
@@ -42,6 +52,7 @@ public:
 private:
     ManagedDevice &device_;
     std::optional<access::Nacm> rules_;
+    const std::string recovery_user_;
     events::Hub events_;
     Datastores datastores_;
 };

@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "yang/edit_instance.h"
+#include "yang/xpath_literal.h"
 #include "yang/yang_text.h"
 
 namespace yfw::yang {
@@ -162,9 +163,9 @@ std::string instance_path(std::string_view parent, const EditNode &node) {
     path.append("/").append(node.node->name);
     for (const EditNode &child : node.children)
         if (child.is_key() && child.value.has_value())
-            path.append("[").append(child.node->name).append("='").append(*child.value).append("']");
+            path.append("[").append(child.node->name).append("=").append(quoted(*child.value)).append("]");
     if (node.node->nodetype == LYS_LEAFLIST && node.value.has_value())
-        path.append("[.='").append(*node.value).append("']");
+        path.append("[.=").append(quoted(*node.value)).append("]");
     return path;
 }
 

@@ -41,6 +41,8 @@ EditElement edit_element_from_json(const ly_ctx *context, const std::string &tex
 // Checks the element against the schema and returns it as an edit, with `default_operation` where a node
 // neither has nor inherits an operation. Throws Error with the instance path of the element at fault.
 EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation default_operation);
+// The same for an edit of another top container, of the element's context.
+EditNode read_edit(const lysc_node *top, const EditElement &root, Operation default_operation);
 
 } // namespace yfw::yang
 

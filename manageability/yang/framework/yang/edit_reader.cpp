@@ -3,6 +3,7 @@
 
 #include "base/error.h"
 #include "yang/edit_element.h"
+#include "yang/xpath_literal.h"
 #include "yang/yang_text.h"
 
 namespace yfw::yang {
@@ -61,7 +62,8 @@ void check_written(const lysc_node *leaf, const EditElement &from, const std::st
 }
 
 const lysc_node *child_named(const lysc_node *parent, const EditElement &element) {
-    for (const lysc_node *child = lysc_node_child(parent); child != nullptr; child = child->next)
+    const lysc_node *child = nullptr;
+    while ((child = lys_getnext(child, parent, nullptr, 0)) != nullptr) // also in the cases of choices
         if (child->module == element.module && element.name == child->name)
             return child;
     return nullptr;
@@ -146,7 +148,7 @@ std::string key_predicates(const lysc_node *list, const EditElement &entry, cons
             throw Error(ErrorTag::missing_element, path,
                         "the entry's key <" + std::string(key->name) + "> is missing")
                 .about(key->name);
-        predicates += "[" + element->name + "='" + element->text.value_or("") + "']";
+        predicates += "[" + element->name + "=" + quoted(element->text.value_or("")) + "]";
     }
     return predicates;
 }
@@ -230,8 +232,12 @@ void refuse_other_top(const EditElement &root, const lysc_node *wanted) {
 } // namespace
 
 EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation default_operation) {
-    refuse_other_top(root, schemas.openconfig_root());
-    return read_node(schemas.openconfig_root(), root, default_operation, "");
+    return read_edit(schemas.openconfig_root(), root, default_operation);
+}
+
+EditNode read_edit(const lysc_node *top, const EditElement &root, Operation default_operation) {
+    refuse_other_top(root, top);
+    return read_node(top, root, default_operation, "");
 }
 
 } // namespace yfw::yang

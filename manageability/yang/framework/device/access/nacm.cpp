@@ -63,24 +63,34 @@ bool UserRules::may_be_told(std::string_view module, std::string_view notificati
 
 Nacm::Nacm(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
            const std::vector<std::string> &modules)
-    : rules_(std::make_unique<AccessRules>(read_access_rules(file, module_files, modules))) {}
+    : file_(file), module_files_(module_files), modules_(modules) {
+    current_.text = read_rules_text(file);
+    current_.rules =
+        std::make_shared<const AccessRules>(read_access_rules(current_.text, file_, module_files_, modules_));
+}
 
 Nacm::~Nacm() = default;
 Nacm::Nacm(Nacm &&) noexcept = default;
 Nacm &Nacm::operator=(Nacm &&) noexcept = default;
 
+Nacm::Current Nacm::current() const {
+    const std::lock_guard<std::mutex> guard(*mutex_);
+    return current_;
+}
+
 bool Nacm::is_enabled() const {
-    return rules_->enabled;
+    return current().rules->enabled;
 }
 
 UserRules Nacm::rules_of(const std::string &user, const std::vector<std::string> &external_groups) const {
+    const std::shared_ptr<const AccessRules> all = current().rules;
     std::set<std::string> groups;
-    if (const auto own = rules_->groups.find(user); own != rules_->groups.end())
+    if (const auto own = all->groups.find(user); own != all->groups.end())
         groups = own->second;
-    if (rules_->external_groups)
+    if (all->external_groups)
         groups.insert(external_groups.begin(), external_groups.end());
     std::vector<const AccessRule *> rules;
-    for (const RuleList &list : rules_->lists) {
+    for (const RuleList &list : all->lists) {
         // "*" matches every group, but not a user without groups.
         const bool concerns_user = std::any_of(groups.begin(), groups.end(), [&](const std::string &group) {
             return list.groups.contains("*") || list.groups.contains(group);
@@ -89,7 +99,7 @@ UserRules Nacm::rules_of(const std::string &user, const std::vector<std::string>
             for (const AccessRule &rule : list.rules)
                 rules.push_back(&rule);
     }
-    return {*rules_, std::move(rules)};
+    return {all, std::move(rules), denials_};
 }
 
 } // namespace yfw::access

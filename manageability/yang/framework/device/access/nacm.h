@@ -1,15 +1,19 @@
-// Access control by rules from a file (RFC 8341).
+// Access control by rules (RFC 8341), which are kept in a file.
 #ifndef YFW_DEVICE_ACCESS_NACM_H
 #define YFW_DEVICE_ACCESS_NACM_H
 
+#include <atomic>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "yang/data_tree.h"
+#include "yang/edit.h"
 #include "yang/module_files.h"
 
 namespace yfw::access {
@@ -27,10 +31,21 @@ struct DeniedWrite {
     Access access;
 };
 
-// One user's rules, in the order of evaluation. Borrows from the Nacm, which must outlive it. Immutable: any
+// How often something was denied since the rules were loaded (RFC 8341, the leafs denied-operations,
+// denied-data-writes and denied-notifications).
+struct Denials {
+    std::atomic<uint32_t> operations{0};
+    std::atomic<uint32_t> data_writes{0};
+    std::atomic<uint32_t> notifications{0};
+};
+
+// One user's rules, in the order of evaluation. Later changes of the rules do not concern it. Immutable: any
 // thread may call any member.
 class UserRules {
 public:
+    // For whoever denies something because of these rules.
+    Denials &denials() const { return *denials_; }
+
     // `default_denied`: the schema of the operation has nacm:default-deny-all.
     bool may_execute(std::string_view module, std::string_view operation, bool default_denied) const;
     // For a whole notification; it is never trimmed.
@@ -47,14 +62,19 @@ public:
 
 private:
     friend class Nacm;
-    UserRules(const AccessRules &all, std::vector<const AccessRule *> rules)
-        : all_(&all), rules_(std::move(rules)) {}
+    UserRules(std::shared_ptr<const AccessRules> all, std::vector<const AccessRule *> rules,
+              std::shared_ptr<Denials> denials)
+        : all_(std::move(all)), rules_(std::move(rules)), denials_(std::move(denials)) {}
 
-    const AccessRules *all_;
-    std::vector<const AccessRule *> rules_;
+    std::shared_ptr<const AccessRules> all_;
+    std::vector<const AccessRule *> rules_; // of all_
+    std::shared_ptr<Denials> denials_;
 };
 
-// Access rules from a file. Immutable once loaded: any thread may call any member.
+// Refuses a change of the rules by throwing, given the <nacm> before and after it.
+using RulesGuard = std::function<void(const lyd_node *before, const lyd_node *after)>;
+
+// The access rules of a file. Any thread may call any member; edits must come from one thread at a time.
 class Nacm {
 public:
     // Reads a <nacm> document of ietf-netconf-acm. `modules`: those whose nodes rule paths may name. Throws
@@ -71,8 +91,33 @@ public:
     // `external_groups`: the user's groups in addition to those in the file.
     UserRules rules_of(const std::string &user, const std::vector<std::string> &external_groups) const;
 
+    // The <nacm> as it is configured, without defaults, in a context that has ietf-netconf-acm and the modules
+    // that the rules name.
+    yang::DataTree tree(const ly_ctx *context) const;
+    const Denials &denials() const { return *denials_; }
+
+    // Applies an edit of the <nacm>, whose context is as for tree(). The result replaces the file's content,
+    // which loses its comments, and applies to rules_of() from now on. `only_test`: writes and changes nothing.
+    // Throws Error, and then nothing has changed. Returns whether something has.
+    bool edit(const yang::EditNode &edit, const RulesGuard &guard, bool only_test);
+
+    // Changes with every edit.
+    uint64_t version() const { return current().version; }
+
 private:
-    std::unique_ptr<const AccessRules> rules_;
+    struct Current {
+        std::shared_ptr<const AccessRules> rules;
+        std::string text;
+        uint64_t version = 0;
+    };
+    Current current() const;
+
+    std::filesystem::path file_;
+    yang::ModuleFiles module_files_;
+    std::vector<std::string> modules_;
+    std::unique_ptr<std::mutex> mutex_ = std::make_unique<std::mutex>(); // guards current_
+    Current current_;
+    std::shared_ptr<Denials> denials_ = std::make_shared<Denials>();
 };
 
 } // namespace yfw::access

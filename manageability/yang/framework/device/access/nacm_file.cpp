@@ -20,15 +20,6 @@ constexpr const char *access_module = "ietf-netconf-acm";
     throw Error(ErrorTag::operation_failed, place, why);
 }
 
-std::string text_of(const std::filesystem::path &file) {
-    if (std::filesystem::is_directory(file))
-        refuse(file.string(), "is a directory");
-    std::ifstream in(file, std::ios::binary);
-    if (!in)
-        refuse(file.string(), system_error_text());
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // Messages to users are a single line, even when they quote the file.
 std::string take_error(const ly_ctx *context) {
     std::string text = yang::take_yang_error(context);
@@ -59,10 +50,10 @@ std::string place_of_error(const std::filesystem::path &file, const ly_ctx *cont
     return file.string() + ":" + std::string(line.substr(0, end));
 }
 
-yang::DataTree parse(const std::filesystem::path &file, const ly_ctx *context) {
+yang::DataTree parse(const std::string &text, const std::filesystem::path &file, const ly_ctx *context) {
     lyd_node *parsed = nullptr;
     const LY_ERR status =
-        lyd_parse_data_mem(context, text_of(file).c_str(), LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_NO_STATE,
+        lyd_parse_data_mem(context, text.c_str(), LYD_XML, LYD_PARSE_STRICT | LYD_PARSE_NO_STATE,
                            LYD_VALIDATE_PRESENT | LYD_VALIDATE_NO_STATE, &parsed);
     yang::DataTree data(parsed);
     if (status != LY_SUCCESS) {
@@ -148,10 +139,19 @@ RuleList list_from(const lyd_node *node, const ly_ctx *context, const std::strin
 
 } // namespace
 
-AccessRules read_access_rules(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
-                              const std::vector<std::string> &modules) {
+std::string read_rules_text(const std::filesystem::path &file) {
+    if (std::filesystem::is_directory(file))
+        refuse(file.string(), "is a directory");
+    std::ifstream in(file, std::ios::binary);
+    if (!in)
+        refuse(file.string(), system_error_text());
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+AccessRules read_access_rules(const std::string &text, const std::filesystem::path &file,
+                              const yang::ModuleFiles &module_files, const std::vector<std::string> &modules) {
     const yang::YangContext context = context_with(module_files, modules);
-    const yang::DataTree nacm = parse(file, context.get());
+    const yang::DataTree nacm = parse(text, file, context.get());
     AccessRules rules;
     rules.enabled = value(nacm.get(), "enable-nacm") == "true";
     rules.external_groups = value(nacm.get(), "enable-external-groups") == "true";

@@ -48,9 +48,15 @@ struct AccessRules {
     std::vector<RuleList> lists;
 };
 
-// See Nacm's constructor.
-AccessRules read_access_rules(const std::filesystem::path &file, const yang::ModuleFiles &module_files,
-                              const std::vector<std::string> &modules);
+// The content of a file with rules. Throws Error.
+std::string read_rules_text(const std::filesystem::path &file);
+
+// See Nacm's constructor. `file`: where the text comes from.
+AccessRules read_access_rules(const std::string &text, const std::filesystem::path &file,
+                              const yang::ModuleFiles &module_files, const std::vector<std::string> &modules);
+
+// Replaces the file's content, at once and on disk; it keeps its owner and its mode. Throws Error.
+void replace_rules_text(const std::filesystem::path &file, const std::string &text);
 
 } // namespace yfw::access
 

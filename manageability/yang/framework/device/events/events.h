@@ -12,10 +12,11 @@
 
 namespace yfw::events {
 
-// The originator of an action: a user's session, or the server itself.
+// The originator of an action: a user's session, a user without one, or, without a user, the server itself.
 struct Actor {
-    uint32_t session = 0; // 0: the server
+    uint32_t session = 0; // 0: none
     std::string user;
+    std::string host{}; // where the user comes from; empty when unknown
 };
 
 // A node edited by a request: its instance path, the operation's name, and the OpenConfig top container, which
