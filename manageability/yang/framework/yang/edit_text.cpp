@@ -1,6 +1,7 @@
 // Edits as documents: in XML with NETCONF's operation attribute, in JSON with the same as an annotation.
 #include "base/error.h"
 #include "xml/document.h"
+#include "xml/utf16.h"
 #include "yang/edit_element.h"
 
 namespace yfw::yang {
@@ -60,7 +61,8 @@ void append_node(std::string &xml, const EditNode &node, bool top, size_t depth)
 
 EditNode parse_edit(const Schemas &schemas, const std::string &document, Operation default_operation) {
     try {
-        return read_edit(schemas, element_of(schemas.context(), document), default_operation);
+        const std::string text = xml::from_utf16(document).value_or(document);
+        return read_edit(schemas, element_of(schemas.context(), text), default_operation);
     } catch (const xml::DocumentError &error) {
         throw Error(ErrorTag::invalid_value, "", error.what());
     }

@@ -33,6 +33,14 @@ std::string json(const std::string &leaf) {
     return "{\"openconfig-lldp:lldp\": {\"config\": {" + leaf + "}}}";
 }
 
+// With a byte order mark; the text must be ASCII.
+std::string utf16(const std::string &text) {
+    std::string units = "\xff\xfe";
+    for (const char c : text)
+        units.append(1, c).append(1, '\0');
+    return units;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Written, AnEditDocument,
     testing::Values(
@@ -47,6 +55,12 @@ INSTANTIATE_TEST_SUITE_P(
             "WithAnIdentitysPrefix",
             xml("<chassis-id-type xmlns:t=\"http://openconfig.net/yang/lldp/types\">LOCAL</chassis-id-type>"),
             "LOCAL"},
+        WrittenCase{"InUtf16",
+                    utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + xml("<system-name>r1</system-name>")),
+                    "r1"},
+        WrittenCase{"InJsonOfUtf16", utf16(json("\"system-name\": \"r1\"")), "r1"},
+        WrittenCase{"WithADeclarationOfUtf16",
+                    "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + xml("<system-name>r1</system-name>"), "r1"},
         WrittenCase{"InJson", json("\"system-name\": \"r1\""), "r1"},
         WrittenCase{"InJsonWithAByteOrderMark", "\xef\xbb\xbf" + json("\"system-name\": \"r1\""), "r1"},
         WrittenCase{"InJsonWithTheModulesName", json("\"openconfig-lldp:system-name\": \"r1\""), "r1"},
