@@ -319,6 +319,24 @@ INSTANTIATE_TEST_SUITE_P(
                                   lldp_document(element("config", element("system-name", "\xff\xfe")))}),
     [](const auto &test) { return test.param.name; });
 
+TEST(ARefusedValue, IsQuotedInPartWithWhatIsAllowed) {
+    const EditedDevice device{configured_device()};
+    expect_refused(
+        device.set("/lldp/config/hello-timer", "4"),
+        {"/lldp/config/hello-timer", "\"4\"", "5 to 65534", "native /Tarvo-QD-ethernet-lldp-cfg:lldp/timer"},
+        "invalid-value");
+    expect_refused(device.set("/lldp/config/system-name", std::string(13000, 'x')),
+                   {"/lldp/config/system-name", "xxx...", "0 to 255 characters"}, "invalid-value");
+    expect_refused(device.set("/lldp/config/enabled", "maybe"), {"true or false"}, "invalid-value");
+    for (const std::string &value : {std::string(300, '9'), std::string(13000, 'x')}) {
+        const Outcome outcome = device.set("/lldp/config/hello-timer", value);
+        EXPECT_LT(outcome.errors.size(), 300U) << outcome.errors;
+        EXPECT_EQ(outcome.status, 2);
+    }
+    EXPECT_EQ(device.set("/lldp/state/system-name", "x").status, 2);
+    EXPECT_LT(device.set("/lldp/config/" + std::string(13000, 'x'), "1").errors.size(), 1500U);
+}
+
 TEST(ADocument, ThatIsNotThereIsRefusedByName) {
     const EditedDevice device{configured_device()};
     const Outcome outcome = device.run({"edit", "/nonexistent/edit.xml"});

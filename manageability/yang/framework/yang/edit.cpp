@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "yang/edit_instance.h"
+#include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
 namespace yfw::yang {
@@ -47,10 +48,11 @@ void check_value(const Path &path, const std::string &value) {
     if (!is_yang_text(value))
         throw Error(ErrorTag::invalid_value, to_string(path),
                     "contains bytes or characters that are not allowed in a YANG string");
-    if (lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, nullptr) ==
-        LY_EVALID)
-        throw Error(ErrorTag::invalid_value, to_string(path), take_yang_error(leaf->module->ctx));
+    const LY_ERR status =
+        lyd_value_validate(leaf->module->ctx, leaf, value.c_str(), value.size(), nullptr, nullptr, nullptr);
     ly_err_clean(leaf->module->ctx, nullptr);
+    if (status == LY_EVALID)
+        throw Error(ErrorTag::invalid_value, to_string(path), refused_value(leaf, value));
 }
 
 void check_target(const Path &path, const std::optional<std::string> &value, Operation operation) {

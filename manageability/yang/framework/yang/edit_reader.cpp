@@ -3,6 +3,7 @@
 
 #include "base/error.h"
 #include "yang/edit_element.h"
+#include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
 namespace yfw::yang {
@@ -122,9 +123,9 @@ std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &fr
     if (!is_absent)
         check_written(leaf, from, path);
     std::optional<std::string> value = canonical(leaf, *from.text);
-    if (!value.has_value() && !is_absent)
-        throw Error(ErrorTag::invalid_value, path, take_yang_error(leaf->module->ctx));
     ly_err_clean(leaf->module->ctx, nullptr);
+    if (!value.has_value() && !is_absent)
+        throw Error(ErrorTag::invalid_value, path, refused_value(leaf, *from.text));
     return value;
 }
 
