@@ -248,6 +248,79 @@ TEST(OneOfTwoSuppressedTlvs, IsDeletedWithoutTheOther) {
     EXPECT_EQ(device.native().find("<disable>true</disable></system-name>"), std::string::npos);
 }
 
+const std::string suppressed = "/lldp/config/suppress-tlv-advertisement";
+
+// A device with three suppressed TLVs.
+class SuppressedTlvs : public testing::Test {
+protected:
+    SuppressedTlvs() {
+        expect_committed(
+            device.edit(in_config(tlv("SYSTEM_NAME") + tlv("PORT_DESCRIPTION") + tlv("MANAGEMENT_ADDRESS"))));
+    }
+
+    Strings values() const { return device.values("/openconfig-lldp:lldp/config/suppress-tlv-advertisement"); }
+
+    const EditedDevice device{configured_device()};
+};
+
+TEST_F(SuppressedTlvs, AreAllDeletedByThePathOfTheirLeafList) {
+    expect_committed(device.erase(suppressed));
+    EXPECT_EQ(values(), Strings{});
+    EXPECT_EQ(device.native().find("<disable>true</disable></port-description>"), std::string::npos);
+}
+
+TEST_F(SuppressedTlvs, AreDeletedOneByOneByTheirValues) {
+    expect_committed(device.erase(suppressed + "[.='SYSTEM_NAME']"));
+    EXPECT_EQ(values(),
+              (Strings{"openconfig-lldp-types:PORT_DESCRIPTION", "openconfig-lldp-types:MANAGEMENT_ADDRESS"}));
+    expect_committed(device.erase(suppressed + "[.='openconfig-lldp-types:MANAGEMENT_ADDRESS']"));
+    EXPECT_EQ(values(), Strings{"openconfig-lldp-types:PORT_DESCRIPTION"});
+    expect_refused(device.erase(suppressed + "[.='SYSTEM_NAME']"), {suppressed, "SYSTEM_NAME"}, "data-missing");
+}
+
+TEST_F(SuppressedTlvs, AreReadOneByOneByTheirValues) {
+    const Strings read{"get", suppressed + "[.='SYSTEM_NAME']", suppressed + "[.='PORT_DESCRIPTION']"};
+    const std::string two = device.run(read).output;
+    EXPECT_NE(two.find("SYSTEM_NAME"), std::string::npos) << two;
+    EXPECT_NE(two.find("PORT_DESCRIPTION"), std::string::npos) << two;
+    EXPECT_EQ(two.find("MANAGEMENT_ADDRESS"), std::string::npos) << two;
+    const Outcome one = device.run({"get", suppressed + "[.='SYSTEM_CAPABILITIES']"});
+    EXPECT_EQ(one.output, "{}\n") << one.errors;
+    const Outcome whole = device.run({"get", "--config", suppressed + "[.='SYSTEM_NAME']", "/lldp/config"});
+    EXPECT_NE(whole.output.find("MANAGEMENT_ADDRESS"), std::string::npos) << whole.output;
+}
+
+TEST_F(SuppressedTlvs, AreSetByPathsThatRepeatTheirValues) {
+    expect_committed(device.set(suppressed + "[.='SYSTEM_DESCRIPTION']", "SYSTEM_DESCRIPTION"));
+    EXPECT_EQ(values().size(), 4U);
+    expect_refused(device.set(suppressed + "[.='SYSTEM_CAPABILITIES']", "SYSTEM_NAME"),
+                   {suppressed, "SYSTEM_CAPABILITIES"}, "invalid-value");
+}
+
+TEST_F(SuppressedTlvs, AreNotDeletedByADocumentThatNamesNoValue) {
+    const DeviceState before = device.state();
+    for (const std::string &document :
+         {in_config(with("delete", "suppress-tlv-advertisement", "")),
+          in_config(with("remove", "suppress-tlv-advertisement", "")),
+          std::string(R"({"openconfig-lldp:lldp": {"config": {"@suppress-tlv-advertisement":
+                          [{"ietf-netconf:operation": "delete"}]}}})")})
+        expect_refused(device.edit(document), {suppressed, "value", "missing"}, "missing-element");
+    EXPECT_EQ(device.state(), before);
+}
+
+TEST(AConditionOfAPath, HasToHold) {
+    const EditedDevice device{configured_device()};
+    expect_committed(device.set("/lldp/config/system-name", "here"));
+    const DeviceState before = device.state();
+    expect_refused(device.erase("/lldp/config[system-name='elsewhere']"),
+                   {"/lldp/config", "system-name='elsewhere'", "does not hold"}, "data-missing");
+    expect_refused(device.set("/lldp/config[system-name='elsewhere']/hello-timer", "20"),
+                   {"/lldp/config", "system-name='elsewhere'"}, "data-missing");
+    EXPECT_EQ(device.state(), before);
+    expect_committed(device.set("/lldp/config[system-name='here']/hello-timer", "20"));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/hello-timer"), Strings{"20"});
+}
+
 TEST(SeveralChangesOfOneCall, AreOneCommit) {
     const EditedDevice device{configured_device()};
     expect_committed(device.run({"commit", "--comment", "tidied up", "--", "set", "/lldp/config/hello-timer",

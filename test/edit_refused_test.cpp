@@ -193,6 +193,13 @@ INSTANTIATE_TEST_SUITE_P(
                     "bad-attribute",
                     lldp_document("<config nc:operation=\"destroy\"><hello-timer>30</hello-timer></config>")},
         // --- keys ---
+        RefusalCase{
+            "AKeyThatIsGivenTwice", {"delete", eth1 + "[name='eth2']"}, {eth1, "repeated"}, "invalid-value"},
+        RefusalCase{"AKeyThatIsGivenTwiceTheSame",
+                    {"set", eth1 + "[name='eth1']/config/enabled", "false"},
+                    {eth1, "repeated"},
+                    "invalid-value"},
+        RefusalCase{"AKeyThatIsSetToAnother", {"set", eth1 + "/name", "eth2"}, {eth1, "key"}, "invalid-value"},
         RefusalCase{"AKeyThatIsDeleted", {"delete", eth1 + "/name"}, {eth1}, "bad-element"},
         RefusalCase{"AKeyThatIsDeletedInADocument",
                     edit,

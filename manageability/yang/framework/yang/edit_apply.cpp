@@ -95,7 +95,7 @@ public:
         lyd_node *siblings = parent != nullptr ? lyd_child(parent) : configuration_.get();
         auto *found = const_cast<lyd_node *>(find_instance(siblings, edit));
         if (takes_away(edit.operation))
-            return found != nullptr ? remove(configuration_, found) : void();
+            return take_away(edit, parent);
         if (is_term(edit.node))
             return term(edit, found, parent);
         const std::string path = instance_path(place, edit);
@@ -113,6 +113,19 @@ public:
     }
 
 private:
+    // All values of a leaf-list that is given without one.
+    void take_away(const EditNode &edit, const lyd_node *parent) {
+        const bool is_several = edit.node->nodetype == LYS_LEAFLIST && !edit.value.has_value();
+        bool is_more = true;
+        while (is_more) {
+            const lyd_node *siblings = parent != nullptr ? lyd_child(parent) : configuration_.get();
+            auto *found = const_cast<lyd_node *>(find_instance(siblings, edit));
+            is_more = is_several && found != nullptr;
+            if (found != nullptr)
+                remove(configuration_, found);
+        }
+    }
+
     static void term(const EditNode &edit, lyd_node *found, lyd_node *parent) {
         if (edit.operation == Operation::none || !edit.value.has_value())
             return;

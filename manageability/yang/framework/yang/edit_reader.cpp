@@ -112,7 +112,7 @@ std::optional<std::string> canonical(const lysc_node *leaf, const std::string &v
     return made;
 }
 
-// A leaf may be deleted without giving its value.
+// A leaf may be deleted without giving its value; an entry of a leaf-list is known by it (RFC 7950 section 7.7.9).
 std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &from, Operation operation,
                                     const std::string &path) {
     if (!from.text.has_value() || !from.children.empty())
@@ -126,6 +126,8 @@ std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &fr
     ly_err_clean(leaf->module->ctx, nullptr);
     if (!value.has_value() && !is_absent)
         throw Error(ErrorTag::invalid_value, path, refused_value(leaf, *from.text));
+    if (!value.has_value() && leaf->nodetype == LYS_LEAFLIST)
+        throw Error(ErrorTag::missing_element, path, "the value of the entry to be deleted is missing");
     return value;
 }
 

@@ -116,6 +116,14 @@ private:
         }
         if (found)
             return;
+        if (!annotations.is_array())
+            return add_valueless(about, annotations, parent, path);
+        for (const Json &own : annotations)
+            add_valueless(about, own, parent, path);
+    }
+
+    static void add_valueless(const EditElement &about, const Json &annotations, EditElement &parent,
+                              const std::string &path) {
         parent.children.push_back(about);
         parent.children.back().text = "";
         read_annotations(annotations, path + "/" + about.name, parent.children.back());
