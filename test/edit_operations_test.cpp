@@ -235,6 +235,14 @@ INSTANTIATE_TEST_SUITE_P(
                    {"openconfig-lldp-types:PORT_DESCRIPTION"}}),
     [](const auto &test) { return test.param.name; });
 
+TEST(ALeafThatIsCreatedInAReplacedContainer, MayHaveBeenThere) {
+    const EditedDevice device{configured_device()};
+    expect_committed(device.set("/lldp/config/hello-timer", "46"));
+    expect_committed(device.edit(lldp_document(
+        with("replace", "config", element("enabled", "true") + with("create", "hello-timer", "47")))));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/hello-timer"), Strings{"47"});
+}
+
 TEST(OneOfTwoSuppressedTlvs, IsDeletedWithoutTheOther) {
     const EditedDevice device{configured_device()};
     const std::string tlvs = "/openconfig-lldp:lldp/config/suppress-tlv-advertisement";

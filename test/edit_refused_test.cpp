@@ -172,6 +172,14 @@ INSTANTIATE_TEST_SUITE_P(
                     {"/lldp/config", "operation"},
                     "unknown-attribute",
                     lldp_document("<config operation=\"delete\"/>")},
+        RefusalCase{
+            "AWrongValueOfTheDefaultAttribute",
+            edit,
+            {"/lldp/config/hello-timer", "default"},
+            "bad-attribute",
+            lldp_document("<config><hello-timer xmlns:wd=\"urn:ietf:params:xml:ns:netconf:default:1.0\" "
+                          "wd:default=\"x\">30</hello-timer></config>")},
+        RefusalCase{"ATopNodeWithoutANamespace", edit, {"/lldp"}, "unknown-namespace", "<lldp xmlns=\"\"/>"},
         RefusalCase{"AnUnknownAnnotation",
                     edit,
                     {"/lldp/config", "x:y"},
@@ -276,6 +284,30 @@ INSTANTIATE_TEST_SUITE_P(
                     {"/lldp/config/system-name"},
                     "invalid-value"},
         // --- existing and missing nodes ---
+        RefusalCase{"AnEntryThatIsOnlyNamed",
+                    {"edit", "FILE", "--operation", "none"},
+                    {"/lldp/interfaces/interface[name='eth9']"},
+                    "data-missing",
+                    entry(element("name", "eth9"))},
+        RefusalCase{"AnEntryThatIsNamedAroundACreate",
+                    {"edit", "FILE", "--operation", "none"},
+                    {"/lldp/interfaces/interface[name='eth9']"},
+                    "data-missing",
+                    entry(element("name", "eth9") +
+                          "<config><enabled nc:operation=\"create\">true</enabled></config>")},
+        RefusalCase{"ALeafThatIsOnlyNamed",
+                    {"edit", "FILE", "--operation", "none"},
+                    {"/lldp/config/suppress-tlv-advertisement"},
+                    "data-missing",
+                    lldp_document("<config><suppress-tlv-advertisement "
+                                  "xmlns:t=\"http://openconfig.net/yang/lldp/types\">t:SYSTEM_NAME"
+                                  "</suppress-tlv-advertisement></config>")},
+        RefusalCase{"AnIdentityOfADocumentWithoutItsModule",
+                    edit,
+                    {"/lldp/config/suppress-tlv-advertisement", "expected openconfig-lldp-types:SYSTEM_NAME"},
+                    "invalid-value",
+                    lldp_document("<config><suppress-tlv-advertisement>SYSTEM_NAME"
+                                  "</suppress-tlv-advertisement></config>")},
         RefusalCase{"ALeafThatIsNotThere",
                     {"delete", "/lldp/config/suppress-tlv-advertisement"},
                     {"/lldp/config/suppress-tlv-advertisement"},

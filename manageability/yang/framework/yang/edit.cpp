@@ -243,25 +243,36 @@ void check_conditions(const EditNode &node, const lyd_node *data, const std::str
     }
 }
 
-void check_node(const EditNode &node, const lyd_node *siblings, std::string_view parent) {
+// RFC 6241 section 7.2: without an operation of its own, an entry or a leaf must be there.
+void check_level(const EditNode &node, const lyd_node *data, const std::string &path) {
+    const bool is_named = node.operation == Operation::none && !node.is_step && !node.is_key();
+    const bool is_state = (node.node->flags & LYS_CONFIG_R) != 0; // the mapping refuses it
+    if (is_named && data == nullptr && !is_state && node.node->nodetype != LYS_CONTAINER)
+        throw Error(ErrorTag::data_missing, path, "does not exist, and the edit does not create it");
+}
+
+// `is_new`: what is there now is replaced.
+void check_node(const EditNode &node, const lyd_node *siblings, bool is_new, std::string_view parent) {
     const lyd_node *data = find_instance(siblings, node);
     const std::string path = instance_path(parent, node);
-    if (node.operation == Operation::create && data != nullptr)
+    if (node.operation == Operation::create && data != nullptr && !is_new)
         throw Error(ErrorTag::data_exists, path, "cannot be created: it already exists");
     if (node.operation == Operation::delete_existing && data == nullptr)
         throw Error(ErrorTag::data_missing, path, "cannot be deleted: it does not exist");
+    check_level(node, data, path);
     check_conditions(node, data, path);
     if (takes_away(node.operation))
         return;
     for (const EditNode &child : node.children)
         if (!child.is_key())
-            check_node(child, data != nullptr ? lyd_child(data) : nullptr, path);
+            check_node(child, data != nullptr ? lyd_child(data) : nullptr,
+                       is_new || node.operation == Operation::replace, path);
 }
 
 } // namespace
 
 void check_existence(const EditNode &root, const lyd_node *current) {
-    check_node(root, current, "");
+    check_node(root, current, false, "");
 }
 
 } // namespace yfw::yang

@@ -59,8 +59,9 @@ void drop_deleted_content(EditNode &root);
 // The node's instance path, given its parent's: "/lldp/interfaces/interface[name='eth1']".
 std::string instance_path(std::string_view parent, const EditNode &node);
 
-// Throws Error when the edit creates what `current` has (data-exists), deletes what it lacks, or has a condition
-// that does not hold (data-missing). `current`: what an OpenConfig read returns; may be NULL.
+// Throws Error when the edit creates what `current` has (data-exists), deletes what it lacks, has a condition
+// that does not hold, or names an entry or a leaf without an operation that is not there (data-missing).
+// `current`: what an OpenConfig read returns; may be NULL.
 void check_existence(const EditNode &root, const lyd_node *current);
 
 } // namespace yfw::yang

@@ -22,8 +22,8 @@ void read_annotations(const Json &annotations, const std::string &path, EditElem
     for (const auto &[name, value] : annotations.items()) {
         if (name == operation_annotation && value.is_string())
             to.operation = value.get<std::string>();
-        else if (name == default_annotation && value.is_boolean())
-            to.is_tagged_default = value.get<bool>();
+        else if (name == default_annotation)
+            to.default_tag = value.is_boolean() ? value.dump() : "not a boolean";
         else
             to.unknown_attribute = name;
     }
