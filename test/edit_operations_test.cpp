@@ -351,6 +351,43 @@ TEST(SeveralChangesOfAFile, AreOneCommit) {
     EXPECT_EQ(device.commits(), (std::vector<int>{1, 0}));
 }
 
+struct ScriptCase {
+    const char *name;
+    std::string line;
+    std::string value; // of the system name
+};
+
+class ALineOfAFileOfChanges : public testing::TestWithParam<ScriptCase> {};
+
+TEST_P(ALineOfAFileOfChanges, SetsThisName) {
+    const EditedDevice device{configured_device()};
+    expect_committed(device.run({"commit", "-f", device.directory().add("changes", GetParam().line + "\n")}));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/system-name"), Strings{GetParam().value});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    With, ALineOfAFileOfChanges,
+    testing::Values(
+        ScriptCase{"OneWord", "set /lldp/config/system-name r1", "r1"},
+        ScriptCase{"DoubleQuotes", R"(set /lldp/config/system-name "two words")", "two words"},
+        ScriptCase{"SingleQuotes", R"(set /lldp/config/system-name 'two  words')", "two  words"},
+        ScriptCase{"AnEscapedQuote", R"(set /lldp/config/system-name "a \"b\" \\ \n")", R"(a "b" \ \n)"},
+        ScriptCase{"BackslashesInSingleQuotes", R"(set /lldp/config/system-name 'a \" b')", R"(a \" b)"},
+        ScriptCase{"AQuoteThatIsNotTheFirst", R"(set /lldp/config/system-name it's 5")", R"(it's 5")"},
+        ScriptCase{"BlanksAtItsEnds", R"(set /lldp/config/system-name ' r1 ')", " r1 "},
+        ScriptCase{"AQuotedPath", R"(set "/lldp/config[enabled='true']/system-name" r1)", "r1"},
+        ScriptCase{"QuotesInThePath", R"(set /lldp/config[enabled='true']/system-name r1)", "r1"}),
+    [](const auto &test) { return test.param.name; });
+
+TEST(AFileOfChangesWithAnOpenQuote, IsRefusedWithItsLine) {
+    const EditedDevice device{configured_device()};
+    for (const std::string line : {"set /lldp/config/system-name \"two", "set '/lldp/config/system-name two",
+                                   "set /lldp/config/system-name 'one' two"}) {
+        const std::string file = device.directory().add("changes", "# first\n" + line + "\n");
+        expect_refused(device.run({"commit", "-f", file}), {file + ":2"}, "invalid-value");
+    }
+}
+
 TEST(EverythingThatIsDeleted, IsNoLongerShownAndComesBack) {
     const EditedDevice device{configured_device()};
     const std::string before = device.openconfig();
