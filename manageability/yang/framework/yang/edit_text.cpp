@@ -33,13 +33,21 @@ void append_escaped(std::string &xml, std::string_view text) {
     }
 }
 
+bool says_nothing(const EditNode &node) {
+    return node.operation == Operation::none && node.value.has_value() && !node.is_key();
+}
+
+// A node without an operation only leads to those below it, so none is printed: where the document is applied
+// again, it is merged.
 void append_node(std::string &xml, const EditNode &node, bool top, size_t depth) {
+    if (says_nothing(node))
+        return;
     xml.append(2 * depth, ' ').append("<").append(node.node->name);
     if (top)
         xml.append(" xmlns=\"")
             .append(node.node->module->ns)
             .append("\" xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\"");
-    if (!node.is_key())
+    if (!node.is_key() && node.operation != Operation::none)
         xml.append(" nc:operation=\"").append(to_string(node.operation)).append("\"");
     if (!node.value.has_value() && node.children.empty()) {
         xml += "/>\n";
