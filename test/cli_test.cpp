@@ -372,9 +372,17 @@ TEST_P(AFullDevice, FailsTheRunWithAMessage) {
     EXPECT_NE(outcome.errors.find("No space left on device"), std::string::npos) << outcome.errors;
 }
 
+TEST_P(AFullDevice, EndsTheProgramWithTheStatusOfAFailure) {
+    EXPECT_EQ(run_yfw({.arguments = GetParam(), .output_device = "/dev/full"}).status, 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(AsOutput, AFullDevice,
                          testing::Values(Strings{"get", "/lldp"}, Strings{"get", "/lldp", "--format", "xml"},
-                                         Strings{"get", "/lldp/config/enabled"}));
+                                         Strings{"get", "/lldp/config/enabled"}, Strings{"--help"},
+                                         Strings{"--version"},
+                                         Strings{"set", "--dry-run", "/lldp/config/hello-timer", "33"},
+                                         Strings{"status"}, Strings{"drift"},
+                                         Strings{"explain", "get", "/lldp"}, Strings{"topology"}));
 
 TEST(TheAnswer, IsTheSameEachTime) {
     const Outcome first = run_get({"/lldp"});

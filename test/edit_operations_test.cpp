@@ -235,6 +235,14 @@ INSTANTIATE_TEST_SUITE_P(
                    {"openconfig-lldp-types:PORT_DESCRIPTION"}}),
     [](const auto &test) { return test.param.name; });
 
+TEST(ALeafThatIsCreatedInAReplacedContainer, MayHaveBeenThere) {
+    const EditedDevice device{configured_device()};
+    expect_committed(device.set("/lldp/config/hello-timer", "46"));
+    expect_committed(device.edit(lldp_document(
+        with("replace", "config", element("enabled", "true") + with("create", "hello-timer", "47")))));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/hello-timer"), Strings{"47"});
+}
+
 TEST(OneOfTwoSuppressedTlvs, IsDeletedWithoutTheOther) {
     const EditedDevice device{configured_device()};
     const std::string tlvs = "/openconfig-lldp:lldp/config/suppress-tlv-advertisement";
@@ -246,6 +254,79 @@ TEST(OneOfTwoSuppressedTlvs, IsDeletedWithoutTheOther) {
     expect_committed(device.edit(in_config(tlv("SYSTEM_NAME", "delete"))));
     EXPECT_EQ(device.values(tlvs), Strings{});
     EXPECT_EQ(device.native().find("<disable>true</disable></system-name>"), std::string::npos);
+}
+
+const std::string suppressed = "/lldp/config/suppress-tlv-advertisement";
+
+// A device with three suppressed TLVs.
+class SuppressedTlvs : public testing::Test {
+protected:
+    SuppressedTlvs() {
+        expect_committed(
+            device.edit(in_config(tlv("SYSTEM_NAME") + tlv("PORT_DESCRIPTION") + tlv("MANAGEMENT_ADDRESS"))));
+    }
+
+    Strings values() const { return device.values("/openconfig-lldp:lldp/config/suppress-tlv-advertisement"); }
+
+    const EditedDevice device{configured_device()};
+};
+
+TEST_F(SuppressedTlvs, AreAllDeletedByThePathOfTheirLeafList) {
+    expect_committed(device.erase(suppressed));
+    EXPECT_EQ(values(), Strings{});
+    EXPECT_EQ(device.native().find("<disable>true</disable></port-description>"), std::string::npos);
+}
+
+TEST_F(SuppressedTlvs, AreDeletedOneByOneByTheirValues) {
+    expect_committed(device.erase(suppressed + "[.='SYSTEM_NAME']"));
+    EXPECT_EQ(values(),
+              (Strings{"openconfig-lldp-types:PORT_DESCRIPTION", "openconfig-lldp-types:MANAGEMENT_ADDRESS"}));
+    expect_committed(device.erase(suppressed + "[.='openconfig-lldp-types:MANAGEMENT_ADDRESS']"));
+    EXPECT_EQ(values(), Strings{"openconfig-lldp-types:PORT_DESCRIPTION"});
+    expect_refused(device.erase(suppressed + "[.='SYSTEM_NAME']"), {suppressed, "SYSTEM_NAME"}, "data-missing");
+}
+
+TEST_F(SuppressedTlvs, AreReadOneByOneByTheirValues) {
+    const Strings read{"get", suppressed + "[.='SYSTEM_NAME']", suppressed + "[.='PORT_DESCRIPTION']"};
+    const std::string two = device.run(read).output;
+    EXPECT_NE(two.find("SYSTEM_NAME"), std::string::npos) << two;
+    EXPECT_NE(two.find("PORT_DESCRIPTION"), std::string::npos) << two;
+    EXPECT_EQ(two.find("MANAGEMENT_ADDRESS"), std::string::npos) << two;
+    const Outcome one = device.run({"get", suppressed + "[.='SYSTEM_CAPABILITIES']"});
+    EXPECT_EQ(one.output, "{}\n") << one.errors;
+    const Outcome whole = device.run({"get", "--config", suppressed + "[.='SYSTEM_NAME']", "/lldp/config"});
+    EXPECT_NE(whole.output.find("MANAGEMENT_ADDRESS"), std::string::npos) << whole.output;
+}
+
+TEST_F(SuppressedTlvs, AreSetByPathsThatRepeatTheirValues) {
+    expect_committed(device.set(suppressed + "[.='SYSTEM_DESCRIPTION']", "SYSTEM_DESCRIPTION"));
+    EXPECT_EQ(values().size(), 4U);
+    expect_refused(device.set(suppressed + "[.='SYSTEM_CAPABILITIES']", "SYSTEM_NAME"),
+                   {suppressed, "SYSTEM_CAPABILITIES"}, "invalid-value");
+}
+
+TEST_F(SuppressedTlvs, AreNotDeletedByADocumentThatNamesNoValue) {
+    const DeviceState before = device.state();
+    for (const std::string &document :
+         {in_config(with("delete", "suppress-tlv-advertisement", "")),
+          in_config(with("remove", "suppress-tlv-advertisement", "")),
+          std::string(R"({"openconfig-lldp:lldp": {"config": {"@suppress-tlv-advertisement":
+                          [{"ietf-netconf:operation": "delete"}]}}})")})
+        expect_refused(device.edit(document), {suppressed, "value", "missing"}, "missing-element");
+    EXPECT_EQ(device.state(), before);
+}
+
+TEST(AConditionOfAPath, HasToHold) {
+    const EditedDevice device{configured_device()};
+    expect_committed(device.set("/lldp/config/system-name", "here"));
+    const DeviceState before = device.state();
+    expect_refused(device.erase("/lldp/config[system-name='elsewhere']"),
+                   {"/lldp/config", "system-name='elsewhere'", "does not hold"}, "data-missing");
+    expect_refused(device.set("/lldp/config[system-name='elsewhere']/hello-timer", "20"),
+                   {"/lldp/config", "system-name='elsewhere'"}, "data-missing");
+    EXPECT_EQ(device.state(), before);
+    expect_committed(device.set("/lldp/config[system-name='here']/hello-timer", "20"));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/hello-timer"), Strings{"20"});
 }
 
 TEST(SeveralChangesOfOneCall, AreOneCommit) {
@@ -268,6 +349,43 @@ TEST(SeveralChangesOfAFile, AreOneCommit) {
     EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/system-name"), Strings{"two words"});
     EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/chassis-id"), Strings{});
     EXPECT_EQ(device.commits(), (std::vector<int>{1, 0}));
+}
+
+struct ScriptCase {
+    const char *name;
+    std::string line;
+    std::string value; // of the system name
+};
+
+class ALineOfAFileOfChanges : public testing::TestWithParam<ScriptCase> {};
+
+TEST_P(ALineOfAFileOfChanges, SetsThisName) {
+    const EditedDevice device{configured_device()};
+    expect_committed(device.run({"commit", "-f", device.directory().add("changes", GetParam().line + "\n")}));
+    EXPECT_EQ(device.values("/openconfig-lldp:lldp/config/system-name"), Strings{GetParam().value});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    With, ALineOfAFileOfChanges,
+    testing::Values(
+        ScriptCase{"OneWord", "set /lldp/config/system-name r1", "r1"},
+        ScriptCase{"DoubleQuotes", R"(set /lldp/config/system-name "two words")", "two words"},
+        ScriptCase{"SingleQuotes", R"(set /lldp/config/system-name 'two  words')", "two  words"},
+        ScriptCase{"AnEscapedQuote", R"(set /lldp/config/system-name "a \"b\" \\ \n")", R"(a "b" \ \n)"},
+        ScriptCase{"BackslashesInSingleQuotes", R"(set /lldp/config/system-name 'a \" b')", R"(a \" b)"},
+        ScriptCase{"AQuoteThatIsNotTheFirst", R"(set /lldp/config/system-name it's 5")", R"(it's 5")"},
+        ScriptCase{"BlanksAtItsEnds", R"(set /lldp/config/system-name ' r1 ')", " r1 "},
+        ScriptCase{"AQuotedPath", R"(set "/lldp/config[enabled='true']/system-name" r1)", "r1"},
+        ScriptCase{"QuotesInThePath", R"(set /lldp/config[enabled='true']/system-name r1)", "r1"}),
+    [](const auto &test) { return test.param.name; });
+
+TEST(AFileOfChangesWithAnOpenQuote, IsRefusedWithItsLine) {
+    const EditedDevice device{configured_device()};
+    for (const std::string line : {"set /lldp/config/system-name \"two", "set '/lldp/config/system-name two",
+                                   "set /lldp/config/system-name 'one' two"}) {
+        const std::string file = device.directory().add("changes", "# first\n" + line + "\n");
+        expect_refused(device.run({"commit", "-f", file}), {file + ":2"}, "invalid-value");
+    }
 }
 
 TEST(EverythingThatIsDeleted, IsNoLongerShownAndComesBack) {

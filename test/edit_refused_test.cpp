@@ -172,6 +172,14 @@ INSTANTIATE_TEST_SUITE_P(
                     {"/lldp/config", "operation"},
                     "unknown-attribute",
                     lldp_document("<config operation=\"delete\"/>")},
+        RefusalCase{
+            "AWrongValueOfTheDefaultAttribute",
+            edit,
+            {"/lldp/config/hello-timer", "default"},
+            "bad-attribute",
+            lldp_document("<config><hello-timer xmlns:wd=\"urn:ietf:params:xml:ns:netconf:default:1.0\" "
+                          "wd:default=\"x\">30</hello-timer></config>")},
+        RefusalCase{"ATopNodeWithoutANamespace", edit, {"/lldp"}, "unknown-namespace", "<lldp xmlns=\"\"/>"},
         RefusalCase{"AnUnknownAnnotation",
                     edit,
                     {"/lldp/config", "x:y"},
@@ -193,6 +201,13 @@ INSTANTIATE_TEST_SUITE_P(
                     "bad-attribute",
                     lldp_document("<config nc:operation=\"destroy\"><hello-timer>30</hello-timer></config>")},
         // --- keys ---
+        RefusalCase{
+            "AKeyThatIsGivenTwice", {"delete", eth1 + "[name='eth2']"}, {eth1, "repeated"}, "invalid-value"},
+        RefusalCase{"AKeyThatIsGivenTwiceTheSame",
+                    {"set", eth1 + "[name='eth1']/config/enabled", "false"},
+                    {eth1, "repeated"},
+                    "invalid-value"},
+        RefusalCase{"AKeyThatIsSetToAnother", {"set", eth1 + "/name", "eth2"}, {eth1, "key"}, "invalid-value"},
         RefusalCase{"AKeyThatIsDeleted", {"delete", eth1 + "/name"}, {eth1}, "bad-element"},
         RefusalCase{"AKeyThatIsDeletedInADocument",
                     edit,
@@ -269,6 +284,30 @@ INSTANTIATE_TEST_SUITE_P(
                     {"/lldp/config/system-name"},
                     "invalid-value"},
         // --- existing and missing nodes ---
+        RefusalCase{"AnEntryThatIsOnlyNamed",
+                    {"edit", "FILE", "--operation", "none"},
+                    {"/lldp/interfaces/interface[name='eth9']"},
+                    "data-missing",
+                    entry(element("name", "eth9"))},
+        RefusalCase{"AnEntryThatIsNamedAroundACreate",
+                    {"edit", "FILE", "--operation", "none"},
+                    {"/lldp/interfaces/interface[name='eth9']"},
+                    "data-missing",
+                    entry(element("name", "eth9") +
+                          "<config><enabled nc:operation=\"create\">true</enabled></config>")},
+        RefusalCase{"ALeafThatIsOnlyNamed",
+                    {"edit", "FILE", "--operation", "none"},
+                    {"/lldp/config/suppress-tlv-advertisement"},
+                    "data-missing",
+                    lldp_document("<config><suppress-tlv-advertisement "
+                                  "xmlns:t=\"http://openconfig.net/yang/lldp/types\">t:SYSTEM_NAME"
+                                  "</suppress-tlv-advertisement></config>")},
+        RefusalCase{"AnIdentityOfADocumentWithoutItsModule",
+                    edit,
+                    {"/lldp/config/suppress-tlv-advertisement", "expected openconfig-lldp-types:SYSTEM_NAME"},
+                    "invalid-value",
+                    lldp_document("<config><suppress-tlv-advertisement>SYSTEM_NAME"
+                                  "</suppress-tlv-advertisement></config>")},
         RefusalCase{"ALeafThatIsNotThere",
                     {"delete", "/lldp/config/suppress-tlv-advertisement"},
                     {"/lldp/config/suppress-tlv-advertisement"},
@@ -318,6 +357,24 @@ INSTANTIATE_TEST_SUITE_P(
                     MalformedCase{"BytesThatAreNoText", "a.xml",
                                   lldp_document(element("config", element("system-name", "\xff\xfe")))}),
     [](const auto &test) { return test.param.name; });
+
+TEST(ARefusedValue, IsQuotedInPartWithWhatIsAllowed) {
+    const EditedDevice device{configured_device()};
+    expect_refused(
+        device.set("/lldp/config/hello-timer", "4"),
+        {"/lldp/config/hello-timer", "\"4\"", "5 to 65534", "native /Tarvo-QD-ethernet-lldp-cfg:lldp/timer"},
+        "invalid-value");
+    expect_refused(device.set("/lldp/config/system-name", std::string(13000, 'x')),
+                   {"/lldp/config/system-name", "xxx...", "0 to 255 characters"}, "invalid-value");
+    expect_refused(device.set("/lldp/config/enabled", "maybe"), {"true or false"}, "invalid-value");
+    for (const std::string &value : {std::string(300, '9'), std::string(13000, 'x')}) {
+        const Outcome outcome = device.set("/lldp/config/hello-timer", value);
+        EXPECT_LT(outcome.errors.size(), 300U) << outcome.errors;
+        EXPECT_EQ(outcome.status, 2);
+    }
+    EXPECT_EQ(device.set("/lldp/state/system-name", "x").status, 2);
+    EXPECT_LT(device.set("/lldp/config/" + std::string(13000, 'x'), "1").errors.size(), 1500U);
+}
 
 TEST(ADocument, ThatIsNotThereIsRefusedByName) {
     const EditedDevice device{configured_device()};

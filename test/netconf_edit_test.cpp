@@ -114,6 +114,18 @@ TEST_F(NetconfTest, AnEditOfOptionsInAnyOrderIsTaken) {
     EXPECT_EQ(name(client), "new");
 }
 
+TEST_F(NetconfTest, ACopyOfAnEmptyConfigurationEmptiesItsTarget) {
+    NetconfClient client(server().socket());
+    const std::string before = everything(client);
+    const std::string source = "<source><config/></source></copy-config>";
+    expect_ok(client.rpc("<copy-config><target><candidate/></target>" + source));
+    EXPECT_EQ(values(client, "candidate", "//*"), Strings{});
+    EXPECT_EQ(everything(client), before);
+    expect_ok(client.rpc("<copy-config><target><running/></target>" + source));
+    EXPECT_EQ(values(client, "running", "//*"), Strings{});
+    expect_ok(client.rpc("<copy-config><target><running/></target>" + source));
+}
+
 // --- refused ---
 
 struct RefusedCase {
@@ -194,6 +206,17 @@ INSTANTIATE_TEST_SUITE_P(
                         lldp("<interfaces><interface><config><enabled>true</enabled></config></interface>"
                              "</interfaces>"),
                         "missing-element", "", "bad-element=name"},
+            RefusedCase{"AnEntryOfALeafListIsDeletedWithoutItsValue",
+                        config_edit(leaf_edit("suppress-tlv-advertisement", "", "delete")), "missing-element",
+                        in_config + "suppress-tlv-advertisement", "bad-element=suppress-tlv-advertisement"},
+            RefusedCase{"OperationsContradictOneAnother",
+                        lldp("<config xmlns:nc=\"" + base_namespace + "\" nc:operation=\"delete\">" +
+                             leaf_edit("system-name", "x", "merge") + "</config>"),
+                        "bad-attribute", in_config + "system-name", "bad-attribute=operation"},
+            RefusedCase{"TheTopNodeHasNoNamespace", "<lldp xmlns=\"\"><config/></lldp>", "unknown-namespace",
+                        "", "bad-element=lldp"},
+            RefusedCase{"AnInterfaceIsNamedThatIsNotThere", interface_edit("eth9", "true"), "data-missing",
+                        in_list + "eth9']", "", "<default-operation>none</default-operation>"},
             RefusedCase{"AnOperationIsUnknown", config_edit(leaf_edit("system-name", "x", "nonsense")),
                         "bad-attribute", in_config + "system-name", "bad-attribute=operation"},
             RefusedCase{"TheSecondOfTwoIsWrong",
@@ -266,6 +289,54 @@ INSTANTIATE_TEST_SUITE_P(
         RequestCase{"AnUnknownErrorOption",
                     edit_config("running", name_edit("new"), "<error-option>nonsense</error-option>"),
                     {"invalid-value", "bad-element"}},
+        RequestCase{"ContinueOnError",
+                    edit_config("running", name_edit("new"), "<error-option>continue-on-error</error-option>"),
+                    {"operation-not-supported"},
+                    "error-option"},
+        RequestCase{"TwoTargetElements",
+                    "<edit-config>" + running + running + new_name + "</edit-config>",
+                    {"bad-element"},
+                    "target"},
+        RequestCase{"TwoConfigs",
+                    "<edit-config>" + running + new_name + new_name + "</edit-config>",
+                    {"bad-element"},
+                    "config"},
+        RequestCase{"TwoTestOptions",
+                    edit_config("running", name_edit("new"),
+                                "<test-option>set</test-option><test-option>set</test-option>"),
+                    {"bad-element"},
+                    "test-option"},
+        RequestCase{"TwoDefaultOperations",
+                    edit_config("running", name_edit("new"),
+                                "<default-operation>merge</default-operation>"
+                                "<default-operation>merge</default-operation>"),
+                    {"bad-element"},
+                    "default-operation"},
+        RequestCase{"TextInTheTarget",
+                    "<edit-config><target>x<running/></target>" + new_name + "</edit-config>",
+                    {"bad-element"},
+                    "target"},
+        RequestCase{"TextInTheDatastore",
+                    "<edit-config><target><running>x</running></target>" + new_name + "</edit-config>",
+                    {"bad-element"},
+                    "running"},
+        RequestCase{"AnUnknownAttributeOfAParameter",
+                    "<edit-config><target x=\"1\"><running/></target>" + new_name + "</edit-config>",
+                    {"unknown-attribute"},
+                    "target"},
+        RequestCase{"AnUnknownAttributeOfTheOperation",
+                    "<edit-config x=\"1\">" + running + new_name + "</edit-config>",
+                    {"unknown-attribute"},
+                    "edit-config"},
+        RequestCase{"TwoFilters", "<get><filter/><filter/></get>", {"bad-element"}, "filter"},
+        RequestCase{"TwoSources",
+                    "<get-config><source><running/></source><source><running/></source></get-config>",
+                    {"bad-element"},
+                    "source"},
+        RequestCase{"ACopyOfADatastoreAndAConfig",
+                    "<copy-config>" + running + "<source><config/><candidate/></source></copy-config>",
+                    {"unknown-element"},
+                    "candidate"},
         RequestCase{"AUrl",
                     "<edit-config>" + running + "<url>file:///tmp/x</url></edit-config>",
                     {"operation-not-supported", "unknown-element", "missing-element"}},

@@ -143,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {{"/lldp", "replace"}}},
         ChangeCase{
             "WhatIsMarkedWhenTheDefaultIsNone",
-            running(config_edit(leaf_edit("system-name", "new", "merge") + leaf_edit("hello-timer", "50")),
+            running(config_edit(leaf_edit("system-name", "new", "merge") + leaf_edit("enabled", "false")),
                     "<default-operation>none</default-operation>"),
             {{system_name, "merge"}}},
         ChangeCase{

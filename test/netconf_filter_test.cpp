@@ -117,6 +117,10 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"OfAnEntryBesideAnUnknownLeaf",
                    subtree(interfaces("<interface><name>eth1</name><nonsense/></interface>")),
                    interfaces(interface_of("eth1"))},
+        FilterCase{"OfAnEntryBesideContentThatDoesNotMatch",
+                   subtree(interfaces("<interface><name>eth1</name><config><enabled>false</enabled></config>"
+                                      "</interface>")),
+                   interfaces(interface_of("eth1"))},
         FilterCase{"OfALeafOfOneEntry",
                    subtree(interfaces(interface_of("eth2", "<config><enabled/></config>"))),
                    interfaces(interface_of("eth2", "<config><enabled>true</enabled></config>"))},
@@ -166,6 +170,17 @@ INSTANTIATE_TEST_SUITE_P(
             subtree(interfaces(interface_of("eth1", "<config><enabled/></config>") + interface_of("eth1"))),
             interfaces(all_of("eth1"))}),
     name_of);
+
+TEST_F(NetconfFilter, OfANameWithSpaceAroundItSelectsTheEntryThatHasIt) {
+    expect_ok(client.rpc(edit_config("running", interface_edit(" eth1 ", "false"))));
+    const std::string both = openconfig_of(client.rpc(get_config(
+        "running",
+        subtree(interfaces("<interface><name> eth1 </name><config><enabled/></config></interface>")))));
+    EXPECT_EQ(both, text_of(interfaces(interface_of(" eth1 ", "<config><enabled>false</enabled></config>") +
+                                       interface_of("eth1", "<config><enabled>true</enabled></config>"))));
+    EXPECT_EQ(openconfig_of(client.rpc(get_config("running", subtree(interfaces(interface_of("eth1")))))),
+              text_of(interfaces(all_of("eth1"))));
+}
 
 std::string xpath(const std::string &expression) {
     return "<filter type=\"xpath\" xmlns:oc=\"http://openconfig.net/yang/lldp\" select=\"" + expression +

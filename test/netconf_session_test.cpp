@@ -72,6 +72,11 @@ INSTANTIATE_TEST_SUITE_P(Of, ASession,
                                                      {"\n " + base_1_0 + "\n", base_1_1, "urn:example:other"}}),
                          [](const auto &test) { return test.param.name; });
 
+TEST_F(NetconfHello, MayNameABaseVersionWithParameters) {
+    NetconfClient client(server().socket(), {base_1_0 + "?x=y"});
+    expect_ok(client.rpc("<discard-changes/>"));
+}
+
 TEST_F(NetconfHello, MayComeTogetherWithTheFirstRequests) {
     Connection connection(server().socket());
     connection.send(with_end_of_message(hello_message({base_1_1})) +

@@ -73,6 +73,8 @@ void descend(PlainNode &parent, const PlainNode &edit, const std::string &operat
     const Kind kind = kind_of(edit);
     PlainNode *existing = find(parent, edit);
     const bool is_new = existing == nullptr;
+    if (is_new && operation == "none" && kind != Kind::container)
+        throw Refused{"data-missing"}; // RFC 6241, section 7.2
     if (kind == Kind::leaf || kind == Kind::leaf_list) {
         if (operation == "merge") {
             erase(parent, edit);
@@ -86,10 +88,7 @@ void descend(PlainNode &parent, const PlainNode &edit, const std::string &operat
     }
     for (const PlainNode &each : edit.children)
         apply_node(*existing, each, operation);
-    const bool is_empty = existing->children.empty();
-    if (kind == Kind::list && is_new && operation == "none" && !is_empty)
-        throw Refused{"data-missing"}; // nothing says that the entry is to be created
-    if (is_empty && (kind == Kind::container || (is_new && operation == "none")))
+    if (existing->children.empty() && kind == Kind::container)
         erase(parent, edit);
 }
 

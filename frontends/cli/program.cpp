@@ -9,6 +9,7 @@
 
 #include "base/error.h"
 #include "base/say.h"
+#include "base/system_error.h"
 #include "frontends/cli/commands/commands.h"
 #include "frontends/cli/commands/edit_command.h"
 #include "frontends/cli/commands/explain_command.h"
@@ -19,12 +20,17 @@
 #include "frontends/cli/commands/topology_command.h"
 #include "frontends/cli/commands/watch_command.h"
 #include "frontends/cli/options/device_options.h"
+#include "yang/yang_text.h"
 
 namespace yfw::cli {
 namespace {
 
-constexpr int exit_failed = 1;  // the mapping or the output failed
+constexpr int exit_failed = 1;  // the mapping, the device or the output failed
 constexpr int exit_refused = 2; // the request, a file or its data is wrong
+
+// Errors may quote what was given, however long that is.
+constexpr size_t longest_path = 400;
+constexpr size_t longest_message = 800;
 
 constexpr const char *get_examples = R"(
 Examples:
@@ -61,25 +67,40 @@ void add_get(CLI::App &app, DeviceOptions &device, GetOptions &options) {
     get->callback([&] { run_get(device, options); });
 }
 
+// An edit that the mapping refuses is as wrong as one that the host refuses; a read that it fails is not.
+bool is_request_wrong(const Error &error, bool edits) {
+    if (error.status() == 0)
+        return true;
+    return edits && error.tag() != ErrorTag::operation_failed && error.tag() != ErrorTag::resource_denied;
+}
+
 // Prints one line with the place and what was expected; for an edit, also the NETCONF error tag (RFC 6241
 // appendix A).
 int report(const Error &error, bool edits, bool trace) {
     std::ostringstream line;
     if (!error.path().empty())
-        line << error.path() << ": ";
-    line << error.what();
+        line << yang::shortened(error.path(), longest_path) << ": ";
+    line << yang::shortened(error.what(), longest_message);
     if (edits)
         line << " [" << to_string(error.tag()) << ']';
     if (trace && error.status() != 0)
         line << " (status 0x" << std::hex << error.status() << ')';
     say(line.str());
-    return error.status() != 0 ? exit_failed : exit_refused;
+    return is_request_wrong(error, edits) ? exit_refused : exit_failed;
 }
 
 bool edits(const CLI::App &app) {
     const char *const commands[] = {"set", "delete", "edit", "commit", "rollback"};
     return std::any_of(std::begin(commands), std::end(commands),
                        [&](const char *name) { return app.got_subcommand(name); });
+}
+
+int print_text(const CLI::App &app, const CLI::ParseError &text) {
+    app.exit(text);
+    if (std::cout << std::flush)
+        return 0;
+    say("standard output: cannot be written: " + system_error_text());
+    return exit_failed;
 }
 
 } // namespace
@@ -107,8 +128,8 @@ int run_program(int argc, char **argv) {
         return 0;
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0) // help or version
-            return app.exit(error);
-        say(error.what() + std::string(" (see yfw --help)"));
+            return print_text(app, error);
+        say(yang::shortened(error.what(), longest_message) + " (see yfw --help)");
         return exit_refused;
     } catch (const Error &error) {
         return report(error, edits(app), device.trace);

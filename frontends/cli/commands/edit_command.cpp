@@ -8,6 +8,7 @@
 
 #include "base/error.h"
 #include "base/system_error.h"
+#include "frontends/cli/commands/commit_result.h"
 #include "frontends/cli/commands/edit_script.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
@@ -24,6 +25,7 @@ Examples:
   yfw edit change.xml --operation replace
   yfw commit -f changes.txt
   yfw commit -- set /lldp/config/enabled true set /lldp/config/hello-timer 10
+  yfw commit --json -f changes.txt | jq '."native-difference"[].path'
 )";
 
 struct EditOptions {
@@ -34,6 +36,7 @@ struct EditOptions {
     std::string operation = "merge";
     std::string comment;
     bool dry_run = false;
+    bool json = false;
 };
 
 yang::EditNode edit_of(const yang::Schemas &schemas, const std::vector<Change> &changes) {
@@ -73,15 +76,10 @@ void run(const DeviceOptions &device, const EditOptions &options,
          const std::function<yang::EditNode(const yang::Schemas &)> &make_edit) {
     NamedDevice named(device);
     const yang::EditNode edit = make_edit(named.schemas);
-    if (options.dry_run) {
-        std::cout << named.device.try_edit(edit) << std::flush;
-        return;
-    }
-    const auto commit = named.device.edit(edit, {current_user(), options.comment});
-    if (commit.has_value())
-        std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
+    if (options.dry_run)
+        print_dry_run(named, edit, options.json);
     else
-        std::cout << "nothing changes\n" << std::flush;
+        print_result(named, named.device.edit(edit, {current_user(), options.comment}), options.json);
 }
 
 CLI::App *add_command(CLI::App &app, DeviceOptions &device, EditOptions &options, const char *name,
@@ -90,6 +88,7 @@ CLI::App *add_command(CLI::App &app, DeviceOptions &device, EditOptions &options
     command->footer(edit_examples);
     command->add_option("--comment", options.comment, "Comment to store with the commit")->option_text("TEXT");
     command->add_flag("--dry-run", options.dry_run, "Print the native difference without committing");
+    command->add_flag("--json", options.json, "Print the commit and what it changed as JSON");
     add_device_options(*command, device);
     return command;
 }

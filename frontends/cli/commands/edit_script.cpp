@@ -12,6 +12,36 @@ std::string trim(const std::string &text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
+bool is_quoted(const std::string &text) {
+    return text.starts_with('"') || text.starts_with('\'');
+}
+
+// Removes and returns the first word without its quotes, as a shell reads it: everything stands for itself in
+// single quotes, and a backslash escapes in double quotes. Nothing when a quote is not closed.
+std::optional<std::string> take_quoted(std::string &rest) {
+    std::string word;
+    char quote = '\0';
+    size_t at = 0;
+    for (; at < rest.size(); at++) {
+        const char c = rest[at];
+        const bool escapes = c == '\\' && quote != '\'' && at + 1 < rest.size();
+        if (quote == '\0' && (c == ' ' || c == '\t'))
+            break;
+        if (escapes && (quote == '\0' || rest[at + 1] == '"' || rest[at + 1] == '\\'))
+            word += rest[++at];
+        else if (quote == '\0' && (c == '"' || c == '\''))
+            quote = c;
+        else if (c == quote)
+            quote = '\0';
+        else
+            word += c;
+    }
+    if (quote != '\0')
+        return std::nullopt;
+    rest = trim(rest.substr(at));
+    return word;
+}
+
 // Removes and returns the first word; blanks inside brackets or quotes belong to it.
 std::string take_word(std::string &rest) {
     rest = trim(rest);
@@ -41,6 +71,28 @@ std::string take_word(std::string &rest) {
                 "expected \"set PATH VALUE\" or \"delete PATH\", found \"" + found + "\"");
 }
 
+// A path may be quoted as a whole; the quotes within its brackets belong to it.
+std::string take_path(std::string &rest, const std::string &place) {
+    if (!is_quoted(rest))
+        return take_word(rest);
+    const std::optional<std::string> path = take_quoted(rest);
+    if (!path.has_value())
+        throw Error(ErrorTag::invalid_value, place, "the closing quote of the path is missing");
+    return *path;
+}
+
+// The rest of the line or, where it starts with a quote, the word in quotes.
+std::string value_of(std::string rest, const std::string &place) {
+    if (!is_quoted(rest))
+        return rest;
+    const std::optional<std::string> value = take_quoted(rest);
+    if (!value.has_value())
+        throw Error(ErrorTag::invalid_value, place, "the closing quote of the value is missing");
+    if (!rest.empty())
+        throw Error(ErrorTag::invalid_value, place, "there is text after the quoted value: " + rest);
+    return *value;
+}
+
 } // namespace
 
 std::vector<Change> read_script(std::istream &text, const std::string &place) {
@@ -53,9 +105,9 @@ std::vector<Change> read_script(std::istream &text, const std::string &place) {
             continue;
         const std::string whole = rest;
         const std::string verb = take_word(rest);
-        const std::string path = take_word(rest);
+        const std::string path = take_path(rest, here);
         if (verb == "set" && !path.empty() && !rest.empty())
-            changes.push_back({path, rest});
+            changes.push_back({path, value_of(rest, here)});
         else if (verb == "delete" && !path.empty() && rest.empty())
             changes.push_back({path, std::nullopt});
         else

@@ -14,8 +14,9 @@ struct Change {
     std::optional<std::string> value; // nothing: the node is deleted
 };
 
-// One change per line; blank lines and lines that start with "#" are skipped. The value is the rest of the
-// line. `place` names the text in errors. Throws Error naming the line.
+// One change per line; blank lines and lines that start with "#" are skipped. A path or a value in quotes is
+// read as a shell reads it; otherwise, the value is the rest of the line as it is. `place` names the text in
+// errors. Throws Error naming the line.
 std::vector<Change> read_script(std::istream &text, const std::string &place);
 
 // set PATH VALUE and delete PATH, one after the other. Throws Error.

@@ -8,6 +8,7 @@
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/explain_print.h"
+#include "frontends/cli/output/print.h"
 
 namespace yfw::cli {
 namespace {
@@ -163,7 +164,7 @@ void run(const DeviceOptions &device, const ExplainOptions &options) {
         else
             print_explanation(std::cout, explanation, edit);
     }
-    std::cout << std::flush;
+    finish_output();
 }
 
 } // namespace

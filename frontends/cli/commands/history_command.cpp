@@ -10,9 +10,13 @@
 #include "base/printable.h"
 #include "commits/commit_log.h"
 #include "device/store_errors.h"
+#include "frontends/cli/commands/commit_print.h"
+#include "frontends/cli/commands/commit_result.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/output/print.h"
+#include "host/mapping_description.h"
 
 namespace yfw::cli {
 namespace {
@@ -23,12 +27,15 @@ Examples:
   yfw show 3
   yfw diff
   yfw diff 3
+  yfw history --json | jq '.[0].commit'
+  yfw show 3 --json | jq -r .edit | yfw edit - --device examples/r2
   yfw rollback 2 --comment "restore the old timer"
 )";
 
 struct CommitOptions {
     int64_t number = -1;
     std::string comment;
+    bool json = false;
 };
 
 commits::Commit find_commit(const commits::CommitLog &store, int64_t number, const std::string &place) {
@@ -51,33 +58,63 @@ void with_store(const DeviceOptions &device,
     device::in_store([&] { work(commits::CommitLog(file, false, owner_of(device)), file.string()); });
 }
 
-void print_history(const commits::CommitLog &store) {
-    for (const commits::Commit &commit : store.history())
-        std::cout << std::right << std::setw(6) << commit.number << "  " << commit.time << "  " << std::left
-                  << std::setw(12) << printable(commit.who) << "  " << printable(commit.comment) << '\n';
-    std::cout << std::flush;
+void print_history(const commits::CommitLog &store, bool json) {
+    nlohmann::ordered_json all = nlohmann::ordered_json::array();
+    for (const commits::Commit &commit : store.history()) {
+        if (json)
+            all.push_back(json_of(commit));
+        else
+            std::cout << std::right << std::setw(6) << commit.number << "  " << commit.time << "  " << std::left
+                      << std::setw(12) << printable(commit.who) << "  " << printable(commit.comment) << '\n';
+    }
+    if (json)
+        print_json(std::cout, all);
+    finish_output();
 }
 
-void print_commit(const commits::Commit &commit) {
-    std::cout << "commit  " << commit.number << "\ntime    " << commit.time << "\nwho     "
-              << printable(commit.who) << "\ncomment " << printable(commit.comment) << "\n\nedit:\n"
-              << commit.edit << "\nnative difference:\n"
-              << commit.difference << "\nnative configuration:\n"
-              << commit.configuration << std::flush;
+// The modules alone: the device need not be there.
+yang::Schemas schemas_of(const DeviceOptions &device) {
+    return {device.native_models, device.openconfig_models, host::read_mapping(device.plugin).modules};
+}
+
+void show(const DeviceOptions &device, const commits::CommitLog &store, const commits::Commit &commit,
+          bool json) {
+    const CommitDifferences differences =
+        differences_of(schemas_of(device), commit, store.find(commit.number - 1));
+    if (json) {
+        nlohmann::ordered_json all = json_of(commit);
+        add_differences(all, differences);
+        add_texts(all, commit);
+        print_json(std::cout, all);
+    } else {
+        print_commit(std::cout, commit, differences);
+    }
+    finish_output();
+}
+
+void show_difference(const DeviceOptions &device, const commits::CommitLog &store,
+                     const commits::Commit &commit, bool json) {
+    if (json) {
+        nlohmann::ordered_json all{{"commit", commit.number}};
+        add_differences(all, differences_of(schemas_of(device), commit, store.find(commit.number - 1)));
+        print_json(std::cout, all);
+    } else {
+        std::cout << commit.difference;
+    }
+    finish_output();
 }
 
 void roll_back(const DeviceOptions &device, const CommitOptions &options) {
     NamedDevice named(device);
     const auto commit = named.device.rollback(options.number, {current_user(), options.comment});
-    if (commit.has_value())
-        std::cout << "commit " << commit->number << '\n' << commit->difference << std::flush;
-    else
-        std::cout << "nothing changes\n" << std::flush;
+    print_result(named, commit, options.json);
 }
 
-CLI::App *add_command(CLI::App &app, DeviceOptions &device, const char *name, const char *help) {
+CLI::App *add_command(CLI::App &app, DeviceOptions &device, CommitOptions &options, const char *name,
+                      const char *help) {
     CLI::App *command = app.add_subcommand(name, help);
     command->footer(history_examples);
+    command->add_flag("--json", options.json, "Print JSON");
     add_device_options(*command, device);
     return command;
 }
@@ -92,26 +129,30 @@ CLI::Option *add_number(CLI::App &command, CommitOptions &options) {
 
 void add_history_commands(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<CommitOptions>();
-    add_command(app, device, "history", "List the commits, newest first")->callback([&device] {
-        with_store(device, [](const commits::CommitLog &store, const std::string &) { print_history(store); });
-    });
-    CLI::App *show = add_command(app, device, "show", "Show a commit: who, when, the edit, what it changed");
-    add_number(*show, *options)->required();
-    show->callback([&device, options] {
-        with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
-            print_commit(find_commit(store, options->number, place));
+    CLI::App *history = add_command(app, device, *options, "history", "List the commits, newest first");
+    history->callback([&device, options] {
+        with_store(device, [&](const commits::CommitLog &store, const std::string &) {
+            print_history(store, options->json);
         });
     });
-    CLI::App *diff =
-        add_command(app, device, "diff", "Print the native difference of a commit; default: the last one");
+    CLI::App *shown =
+        add_command(app, device, *options, "show", "Show a commit: who, when, the edit, what it changed");
+    add_number(*shown, *options)->required();
+    shown->callback([&device, options] {
+        with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
+            show(device, store, find_commit(store, options->number, place), options->json);
+        });
+    });
+    CLI::App *diff = add_command(app, device, *options, "diff",
+                                 "Print the native difference of a commit; default: the last one");
     add_number(*diff, *options);
     diff->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
-            std::cout << find_commit(store, options->number, place).difference << std::flush;
+            show_difference(device, store, find_commit(store, options->number, place), options->json);
         });
     });
     CLI::App *rollback =
-        add_command(app, device, "rollback", "Make a commit's configuration the running one again");
+        add_command(app, device, *options, "rollback", "Make a commit's configuration the running one again");
     add_number(*rollback, *options)->required();
     rollback->add_option("--comment", options->comment, "Comment to store with the new commit")
         ->option_text("TEXT");

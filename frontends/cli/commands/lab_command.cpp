@@ -8,6 +8,7 @@
 
 #include "base/say.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/output/print.h"
 #include "lab/lab.h"
 
 namespace yfw::cli {
@@ -168,20 +169,22 @@ void run_up(const LabOptions &options) {
     const lab::Status status = lab::status(options.place);
     for (const lab::RouterStatus &router : status.routers)
         forget_commits(router.socket);
-    std::cout << status_text(options.place, status) << next_commands(options.place, status) << std::flush;
+    std::cout << status_text(options.place, status) << next_commands(options.place, status);
+    finish_output();
 }
 
 void run_status(const LabOptions &options) {
     const lab::Status status = lab::status(options.place);
-    std::cout << (options.json ? status_json(options.place, status) : status_text(options.place, status))
-              << std::flush;
+    std::cout << (options.json ? status_json(options.place, status) : status_text(options.place, status));
+    finish_output();
 }
 
 void run_down(const LabOptions &options) {
     if (lab::down(options.place, report_progress))
-        std::cout << "laboratory " << options.place.name << " removed\n" << std::flush;
+        std::cout << "laboratory " << options.place.name << " removed\n";
     else
-        std::cout << no_laboratory(options.place) << std::flush;
+        std::cout << no_laboratory(options.place);
+    finish_output();
 }
 
 void run_record(const LabOptions &options) {

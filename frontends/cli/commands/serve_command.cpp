@@ -25,6 +25,7 @@
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/output/print.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
 #include "frontends/netconf/events/server_events.h"
@@ -126,7 +127,8 @@ void serve_with_ssh(const DeviceOptions &device, const ServeOptions &options, ne
     std::optional<AnyReadable> end;
     serve_device(device, server, options, [&] {
         ssh.start();
-        std::cout << ssh.instructions() << std::flush;
+        std::cout << ssh.instructions();
+        finish_output();
         return end.emplace(std::initializer_list<int>{stop, ssh.end_descriptor()}).descriptor();
     });
     ssh.require_running();

@@ -9,8 +9,10 @@
 
 #include "base/error.h"
 #include "base/printable.h"
+#include "frontends/cli/commands/commit_print.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/output/print.h"
 
 namespace yfw::cli {
 namespace {
@@ -25,6 +27,7 @@ apply makes the device do what the last commit says. Reading never changes a dev
 Examples:
   yfw status --device lldpd:
   yfw drift --device lldpd: --json
+  yfw status --device lldpd: --json | jq .drift
   yfw apply --device lldpd:
   yfw get --applied /lldp/config --device lldpd:
 )";
@@ -36,7 +39,7 @@ std::string line_of(const device::Drift &drift) {
     return drift.reason.empty() ? line : line + " (" + drift.reason + ")";
 }
 
-Json json_of(const device::Drift &drift) {
+Json json_of_drift(const device::Drift &drift) {
     Json json{{"path", drift.path}};
     if (drift.configured.has_value())
         json["configured"] = *drift.configured;
@@ -47,26 +50,21 @@ Json json_of(const device::Drift &drift) {
     return json;
 }
 
-void flush_output() {
-    if (!(std::cout << std::flush))
-        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
-}
-
 void print_drift(const DeviceOptions &options, bool json) {
     NamedDevice named(options);
     const std::vector<device::Drift> drift = named.device.drift();
     if (json) {
         Json all = Json::array();
         for (const device::Drift &one : drift)
-            all.push_back(json_of(one));
-        std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+            all.push_back(json_of_drift(one));
+        print_json(std::cout, all);
     } else {
         for (const device::Drift &one : drift)
             std::cout << printable(line_of(one)) << '\n';
         if (drift.empty())
             std::cout << "no drift\n";
     }
-    flush_output();
+    finish_output();
 }
 
 std::string device_name(const DeviceOptions &options) {
@@ -82,14 +80,24 @@ std::string counted(size_t number, const std::string &what) {
     return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
 
-void print_status(const DeviceOptions &options) {
-    NamedDevice named(options);
+void print_status_json(const DeviceOptions &options, NamedDevice &named) {
+    Json json{{"device", device_name(options)}, {"store", nullptr}, {"commit", nullptr}};
+    if (!named.device.store().empty())
+        json["store"] = named.device.store().string();
+    const std::vector<commits::Commit> history = named.device.history();
+    if (!history.empty())
+        json["commit"] = json_of(history.front());
+    json["drift"] = named.device.drift().size();
+    print_json(std::cout, json);
+}
+
+void print_status_text(const DeviceOptions &options, NamedDevice &named) {
     const std::vector<commits::Commit> history = named.device.history();
     std::cout << "device  " << device_name(options) << '\n';
     std::cout << "store   " << (named.device.store().empty() ? "none" : named.device.store().string()) << '\n';
     if (history.empty()) {
         std::cout << "commit  none: the configuration is the device's own\n";
-        return flush_output();
+        return;
     }
     const commits::Commit &last = history.front();
     std::cout << "commit  " << last.number << ", " << last.time
@@ -99,37 +107,45 @@ void print_status(const DeviceOptions &options) {
     const size_t drift = named.device.drift().size();
     std::cout << "drift   " << (drift == 0 ? "none" : counted(drift, "leaf value") + " (see yfw drift)")
               << '\n';
-    flush_output();
 }
 
-void apply(const DeviceOptions &options) {
+void print_status(const DeviceOptions &options, bool json) {
+    NamedDevice named(options);
+    if (json)
+        print_status_json(options, named);
+    else
+        print_status_text(options, named);
+    finish_output();
+}
+
+void apply(const DeviceOptions &options, bool json) {
     NamedDevice named(options);
     named.device.apply_last_commit();
-    std::cout << "commit " << named.device.last_commit_number() << " is applied\n";
-    flush_output();
+    const int64_t number = named.device.last_commit_number();
+    if (json)
+        print_json(std::cout, Json{{"commit", number}});
+    else
+        std::cout << "commit " << number << " is applied\n";
+    finish_output();
 }
 
-CLI::App *add_command(CLI::App &app, DeviceOptions &device, const char *name, const char *help) {
+using Run = void (*)(const DeviceOptions &options, bool json);
+
+void add_command(CLI::App &app, DeviceOptions &device, const char *name, const char *help, Run run) {
     CLI::App *command = app.add_subcommand(name, help);
     command->footer(status_examples);
+    const auto json = std::make_shared<bool>(false);
+    command->add_flag("--json", *json, "Print JSON");
     add_device_options(*command, device);
-    return command;
+    command->callback([&device, json, run] { run(device, *json); });
 }
 
 } // namespace
 
 void add_status_commands(CLI::App &app, DeviceOptions &device) {
-    add_command(app, device, "status", "Show a device's store, last commit and drift")->callback([&device] {
-        print_status(device);
-    });
-    CLI::App *drift =
-        add_command(app, device, "drift", "List what the device does not do as it was configured");
-    const auto json = std::make_shared<bool>(false);
-    drift->add_flag("--json", *json, "Print a JSON array");
-    drift->callback([&device, json] { print_drift(device, *json); });
-    add_command(app, device, "apply", "Make the device do what the last commit says")->callback([&device] {
-        apply(device);
-    });
+    add_command(app, device, "status", "Show a device's store, last commit and drift", print_status);
+    add_command(app, device, "drift", "List what the device does not do as it was configured", print_drift);
+    add_command(app, device, "apply", "Make the device do what the last commit says", apply);
 }
 
 } // namespace yfw::cli

@@ -14,6 +14,7 @@
 #include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/output/print.h"
 #include "yang/tree_text.h"
 
 namespace yfw::cli {
@@ -46,9 +47,8 @@ void print(const device::NeighborReport &report, bool json) {
         std::cout << time << "  " << device::to_string(report.change)
                   << (report.change == sources::NeighborChange::added ? "    " : "  ")
                   << printable(report.path());
-    std::cout << '\n' << std::flush; // so that a pipe gets each line at once
-    if (!std::cout)
-        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written");
+    std::cout << '\n';
+    finish_output(); // so that a pipe gets each line at once
 }
 
 void run_watch(const DeviceOptions &options, bool json) {

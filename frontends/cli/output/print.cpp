@@ -1,5 +1,8 @@
 #include "frontends/cli/output/print.h"
 
+#include <iostream>
+#include <stdexcept>
+
 #include <stdio_ext.h>
 
 #include "base/error.h"
@@ -28,7 +31,16 @@ void print_nothing(std::FILE *to, const yang::Schemas &schemas, Format format) {
     print_tree(to, schemas, node, LYD_XML, LYD_PRINT_KEEPEMPTYCONT);
 }
 
+[[noreturn]] void refuse_output() {
+    throw std::runtime_error("standard output: cannot be written: " + system_error_text());
+}
+
 } // namespace
+
+void finish_output() {
+    if (!(std::cout << std::flush))
+        refuse_output();
+}
 
 void prepare_output(std::FILE *to) {
     constexpr size_t buffer_size = 1 << 20;
@@ -42,7 +54,7 @@ void print_data(std::FILE *to, const yang::Schemas &schemas, const lyd_node *dat
     else
         print_tree(to, schemas, data, format == Format::json ? LYD_JSON : LYD_XML, 0);
     if (std::fflush(to) != 0 || std::ferror(to) != 0)
-        throw Error(ErrorTag::operation_failed, "standard output", "cannot be written: " + system_error_text());
+        refuse_output();
 }
 
 } // namespace yfw::cli

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/messages/wire_path.h"
 
 namespace yfw::netconf {
 namespace {

@@ -28,8 +28,6 @@ const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
     return nullptr;
 }
 
-std::optional<host::Selection> select(const Element &filter, const lysc_node *node);
-
 // A list's key is a leafref to the leaf that holds its value.
 const lysc_type *value_type(const lysc_node *leaf) {
     const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
@@ -38,28 +36,58 @@ const lysc_type *value_type(const lysc_node *leaf) {
     return type;
 }
 
-// An identity's prefix is the client's choice; answers use the module name.
-std::string matched_value(const Element &filter, const lysc_node *leaf) {
-    const lysc_type *type = value_type(leaf);
+// An identity's prefix is the client's choice; answers use the module name. Without a prefix, the identity is
+// that of the module that defines the base.
+std::string matched_identity(const Element &filter, const lysc_type *type) {
     const std::string text = filter.text();
-    if (type->basetype != LY_TYPE_IDENT)
-        return text;
-    const lys_module *module = reinterpret_cast<const lysc_type_identityref *>(type)->bases[0]->module;
+    const lys_module *base = reinterpret_cast<const lysc_type_identityref *>(type)->bases[0]->module;
     const size_t colon = text.find(':');
     if (colon == std::string::npos)
-        return std::string(module->name) + ":" + text;
-    const Prefixes prefixes = filter.prefixes();
-    const auto declared = prefixes.find(text.substr(0, colon));
-    const bool is_another = declared != prefixes.end() && declared->second != module->ns;
-    return is_another ? text : std::string(module->name) + text.substr(colon);
+        return std::string(base->name) + ":" + text;
+    const std::optional<std::string> ns = filter.namespace_of(text.substr(0, colon));
+    if (!ns.has_value())
+        return std::string(base->name) + text.substr(colon);
+    const lys_module *named = ly_ctx_get_module_implemented_ns(base->ctx, ns->c_str());
+    return named != nullptr ? named->name + text.substr(colon) : text;
 }
 
-std::optional<host::Selection> select_children(const Element &filter, const lysc_node *node) {
+// White space around a value is ignored (RFC 6241 section 6.2.5), except in a second reading: a name may have
+// it.
+enum class Space { ignored, kept };
+
+std::string matched_value(const Element &filter, const lysc_node *leaf, Space space) {
+    const lysc_type *type = value_type(leaf);
+    if (type->basetype == LY_TYPE_IDENT)
+        return matched_identity(filter, type);
+    return space == Space::kept && type->basetype == LY_TYPE_STRING ? filter.character_data() : filter.text();
+}
+
+bool is_leaf(const lysc_node *node) {
+    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+}
+
+// Whether an entry of a list is matched by a value with white space around it.
+bool matches_space(const Element &filter, const lysc_node *node) {
+    if (node->nodetype != LYS_LIST)
+        return false;
+    const std::vector<Element> children = filter.children();
+    return std::any_of(children.begin(), children.end(), [](const Element &child) {
+        return !child.text().empty() && child.children().empty() && child.text() != child.character_data();
+    });
+}
+
+std::optional<host::Selection> select(const Element &filter, const lysc_node *node, Space space);
+
+std::optional<host::Selection> select_children(const Element &filter, const lysc_node *node, Space space) {
     host::Selection selected{node, std::nullopt, {}, false};
     bool selects_what_is_not_there = false;
     for (const Element &child : filter.children()) {
         const lysc_node *below = node_meant(child, node);
-        std::optional<host::Selection> part = below != nullptr ? select(child, below) : std::nullopt;
+        std::optional<host::Selection> part =
+            below != nullptr ? select(child, below, is_leaf(below) ? space : Space::ignored) : std::nullopt;
+        if (below != nullptr && matches_space(child, below))
+            if (std::optional<host::Selection> exact = select(child, below, Space::kept))
+                selected.children.push_back(std::move(*exact));
         if (part.has_value())
             selected.children.push_back(std::move(*part));
         else if (!child.text().empty())
@@ -69,25 +97,25 @@ std::optional<host::Selection> select_children(const Element &filter, const lysc
     }
     if (selected.children.empty())
         return std::nullopt;
-    // A content match node is part of the answer when siblings are selected.
+    // A content match node is part of the answer when siblings are selected, even if none of them is there (RFC
+    // 6241 section 6.2.5).
     if (selected.selects_below() || selects_what_is_not_there)
         for (host::Selection &child : selected.children)
-            child.named =
-                child.named || (child.value.has_value() && (!child.is_key() || selects_what_is_not_there));
+            child.named = child.named || child.value.has_value();
     return selected;
 }
 
-std::optional<host::Selection> select(const Element &filter, const lysc_node *node) {
+std::optional<host::Selection> select(const Element &filter, const lysc_node *node, Space space) {
     if (!filter.attributes().empty()) // the data has no attributes to match
         return std::nullopt;
-    const bool holds_text = (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+    const bool holds_text = is_leaf(node);
     if (!holds_text && !filter.children().empty())
-        return select_children(filter, node);
+        return select_children(filter, node, space);
     host::Selection selected{node, std::nullopt, {}, false};
     if (!filter.text().empty() && !holds_text)
         return std::nullopt;
     if (!filter.text().empty())
-        selected.value = matched_value(filter, node);
+        selected.value = matched_value(filter, node, space);
     return selected;
 }
 
@@ -120,7 +148,7 @@ std::optional<host::Selection> subtree_selection(const Element &filter, const ly
     for (const Element &top : filter.children()) {
         if (!means(top, root))
             continue;
-        std::optional<host::Selection> part = select(top, root);
+        std::optional<host::Selection> part = select(top, root, Space::ignored);
         if (part.has_value() && whole.has_value())
             merge_into(*whole, std::move(*part));
         else if (part.has_value())

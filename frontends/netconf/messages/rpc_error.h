@@ -48,9 +48,6 @@ std::string print_error(const RpcError &error, const lysc_node *openconfig);
 // An element with this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);
 
-// An element with the instance path of a node below `openconfig`; `path` has no prefixes.
-std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig);
-
 // Escapes text for XML character data and quoted attributes.
 std::string escaped(std::string_view text);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 
 #include "frontends/netconf/filters/defaults.h"
 #include "frontends/netconf/messages/rpc_error.h"
@@ -20,7 +21,46 @@ bool is_known(const Element &parent, const Element &child, std::initializer_list
            std::find(known.begin(), known.end(), child.name()) != known.end();
 }
 
+constexpr std::string_view xml_ns = "http://www.w3.org/XML/1998/namespace";
+
+std::string bad_element(const Element &element) {
+    return text_element("bad-element", std::string(element.name()));
+}
+
+// The attributes of a <filter> (RFC 6241 section 8.9.5); they may have NETCONF's prefix.
+bool takes_attribute(const Element &element, const Element::Attribute &attribute) {
+    const bool is_own = attribute.ns.empty() || attribute.ns == base_ns;
+    return attribute.ns == xml_ns ||
+           (element.name() == "filter" && is_own && (attribute.name == "type" || attribute.name == "select"));
+}
+
+void refuse_text(const Element &element) {
+    if (!element.text().empty())
+        throw RpcError("protocol", "bad-element", "<" + std::string(element.name()) + "> must not contain text")
+            .with_info(bad_element(element));
+}
+
+bool may_repeat(std::string_view name) {
+    return name == "origin-filter" || name == "negated-origin-filter";
+}
+
 } // namespace
+
+void refuse_attributes(const Element &element) {
+    for (const Element::Attribute &attribute : element.attributes())
+        if (!takes_attribute(element, attribute))
+            throw RpcError("protocol", "unknown-attribute",
+                           "<" + std::string(element.name()) + "> does not take it")
+                .with_info(text_element("bad-attribute", std::string(attribute.name)) + bad_element(element));
+}
+
+void require_empty(const Element &element) {
+    refuse_attributes(element);
+    refuse_text(element);
+    if (!element.children().empty())
+        throw RpcError("protocol", "bad-element", "<" + std::string(element.name()) + "> must be empty")
+            .with_info(bad_element(element));
+}
 
 Element required(const Element &parent, const char *name) {
     const std::optional<Element> found = parent.child(name);
@@ -46,9 +86,16 @@ uint32_t number_of(const Element &element, uint32_t least) {
 }
 
 void refuse_others(const Element &parent, std::initializer_list<std::string_view> known) {
+    refuse_attributes(parent);
+    refuse_text(parent);
+    std::set<std::string_view> seen;
     for (const Element &child : parent.children()) {
-        if (is_known(parent, child, known))
+        if (is_known(parent, child, known)) {
+            if (!seen.insert(child.name()).second && !may_repeat(child.name()))
+                throw RpcError("protocol", "bad-element", "it is repeated").with_info(bad_element(child));
+            refuse_attributes(child);
             continue;
+        }
         const bool is_own = child.ns() == parent.ns();
         throw RpcError("protocol", is_own ? "unknown-element" : "unknown-namespace",
                        "<" + std::string(parent.name()) + "> does not take it")
@@ -78,14 +125,18 @@ Datastore configuration_named_by(const Element &leaf) {
 
 Datastore datastore_of(const Element &parent, const char *name) {
     const Element holder = required(parent, name);
+    refuse_text(holder);
     if (holder.children().size() > 1)
         throw RpcError("protocol", "bad-element", "expected one datastore")
             .with_info("<bad-element>" + escaped(holder.children()[1].name()) + "</bad-element>");
-    if (holder.child("running"))
-        return Datastore::running;
-    if (holder.child("candidate"))
-        return Datastore::candidate;
     const std::vector<Element> named = holder.children();
+    for (const auto datastore : {Datastore::running, Datastore::candidate}) {
+        const std::string_view word = datastore == Datastore::running ? "running" : "candidate";
+        if (named.empty() || !named.front().is(holder.ns(), word))
+            continue;
+        require_empty(named.front());
+        return datastore;
+    }
     if (!named.empty() && named.front().is(nmda_ns, "datastore"))
         return configuration_named_by(named.front());
     if (named.empty())

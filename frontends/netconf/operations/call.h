@@ -32,9 +32,16 @@ std::optional<std::string> text_of(const Element &parent, const char *name);
 // The element's number, at least `least`.
 uint32_t number_of(const Element &element, uint32_t least);
 
-// Rejects unknown children of `parent`. Children in other namespaces are ignored, except <with-defaults> where
-// it is listed as known.
+// Rejects what `parent` does not take: unknown children, repeated ones (except origin filters, of which there
+// may be several), text, and attributes, also of the children themselves. <with-defaults> has a namespace of
+// its own.
 void refuse_others(const Element &parent, std::initializer_list<std::string_view> known);
+
+// Rejects attributes that the protocol does not define.
+void refuse_attributes(const Element &element);
+
+// Rejects content and attributes of an element that says everything by its name.
+void require_empty(const Element &element);
 
 // The single datastore in <source> or <target>; also accepts the RFC 8526 form.
 Datastore datastore_of(const Element &parent, const char *name);

@@ -112,8 +112,10 @@ bool client_speaks_base_1_1(const std::string &hello) {
     bool speaks_1_0 = false;
     bool speaks_1_1 = false;
     for (const Element &capability : list->children()) {
-        speaks_1_0 = speaks_1_0 || capability.text() == "urn:ietf:params:netconf:base:1.0";
-        speaks_1_1 = speaks_1_1 || capability.text() == "urn:ietf:params:netconf:base:1.1";
+        const std::string uri = capability.text();
+        const std::string base = uri.substr(0, uri.find('?')); // parameters follow (RFC 6241 section 8)
+        speaks_1_0 = speaks_1_0 || base == "urn:ietf:params:netconf:base:1.0";
+        speaks_1_1 = speaks_1_1 || base == "urn:ietf:params:netconf:base:1.1";
     }
     if (!speaks_1_0 && !speaks_1_1)
         throw RpcError("protocol", "operation-not-supported", "no base version in common");

@@ -22,11 +22,7 @@ yang::Operation default_operation_of(const Element &edit) {
 
 // An operation attribute here would apply to the whole datastore; reject it rather than silently ignore it.
 void refuse_more_than_elements(const Element &config) {
-    for (const Element::Attribute &attribute : config.attributes())
-        if (attribute.prefix != "xml")
-            throw RpcError("protocol", "unknown-attribute", "<config> takes no attributes")
-                .with_info(text_element("bad-attribute", std::string(attribute.name)) +
-                           "<bad-element>config</bad-element>");
+    refuse_attributes(config);
     if (!config.text().empty())
         throw RpcError("protocol", "bad-element", "<config> must contain elements, not text")
             .with_info("<bad-element>config</bad-element>");
@@ -87,7 +83,11 @@ std::string edit_config(const Call &call) {
     if (test != "test-then-set" && test != "set" && test != "test-only")
         throw RpcError("protocol", "invalid-value", "<test-option> must be test-then-set, set or test-only")
             .with_info("<bad-element>test-option</bad-element>");
-    // Edits are all or nothing: the first two mean the same here, and the third cannot be honoured.
+    // Edits are all or nothing: two of them mean the same here, and the third cannot be honored.
+    if (error == "continue-on-error")
+        throw RpcError("protocol", "operation-not-supported",
+                       "this server applies an edit completely or not at all")
+            .with_info("<bad-element>error-option</bad-element>");
     if (error != "stop-on-error" && error != "rollback-on-error")
         throw RpcError("protocol", "invalid-value", "<error-option> must be stop-on-error or rollback-on-error")
             .with_info("<bad-element>error-option</bad-element>");
@@ -101,23 +101,42 @@ std::string edit_data(const Call &call) {
     return edit_datastore(call, configuration_named_by(required(call.operation, "datastore")), false);
 }
 
+namespace {
+
+// The <config> in <source>; nothing when that names a datastore.
+std::optional<Element> inline_configuration(const Call &call) {
+    const Element source = required(call.operation, "source");
+    const std::optional<Element> config = source.child("config");
+    if (config.has_value())
+        refuse_others(source, {"config"});
+    return config;
+}
+
+// What copying an empty configuration amounts to.
+yang::EditNode removal_of_all(const Server &server) {
+    yang::EditNode edit;
+    edit.node = server.schemas().openconfig_root();
+    edit.operation = yang::Operation::remove;
+    return edit;
+}
+
+} // namespace
+
 std::string copy_config(const Call &call) {
     refuse_others(call.operation, {"source", "target", "with-defaults"});
     with_defaults_of(call.operation); // validated only: it makes no difference between configurations
     require_writer(call);
     const Datastore target = datastore_of(call.operation, "target");
-    const Element source = required(call.operation, "source");
-    const std::optional<Element> config = source.child("config");
+    const std::optional<Element> config = inline_configuration(call);
     if (!config.has_value()) {
         call.server.datastores().copy(call.caller, datastore_of(call.operation, "source"), target);
         return ok;
     }
-    const auto edit = edit_of(call.server, *config, yang::Operation::replace);
-    if (!edit.has_value())
-        throw RpcError("protocol", "invalid-value", "the configuration to copy is empty");
-    if (is_of_rules(call.server, *edit))
+    const yang::EditNode edit =
+        edit_of(call.server, *config, yang::Operation::replace).value_or(removal_of_all(call.server));
+    if (is_of_rules(call.server, edit))
         throw rules_elsewhere();
-    call.server.datastores().edit(call.caller, target, *edit, false);
+    call.server.datastores().edit(call.caller, target, edit, false);
     return ok;
 }
 
@@ -131,8 +150,7 @@ std::string delete_config(const Call &call) {
 
 std::string validate(const Call &call) {
     refuse_others(call.operation, {"source"});
-    const Element source = required(call.operation, "source");
-    if (const std::optional<Element> config = source.child("config")) {
+    if (const std::optional<Element> config = inline_configuration(call)) {
         const auto edit = edit_of(call.server, *config, yang::Operation::replace);
         if (edit.has_value() && is_of_rules(call.server, *edit))
             throw rules_elsewhere();
@@ -148,7 +166,8 @@ std::string commit(const Call &call) {
     refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
     require_writer(call);
     std::optional<device::Confirmation> confirmed;
-    if (call.operation.child("confirmed")) {
+    if (const std::optional<Element> wanted = call.operation.child("confirmed")) {
+        require_empty(*wanted);
         confirmed.emplace();
         if (const auto timeout = call.operation.child("confirm-timeout"))
             confirmed->timeout = std::chrono::seconds(number_of(*timeout, 1));

@@ -208,6 +208,8 @@ std::string get_data(const Call &call) {
                   {"datastore", "subtree-filter", "xpath-filter", "config-filter", "origin-filter",
                    "negated-origin-filter", "max-depth", "with-origin", "with-defaults"});
     const Element datastore = required(call.operation, "datastore");
+    if (const std::optional<Element> with_origin = call.operation.child("with-origin"))
+        require_empty(*with_origin);
     const Wanted wanted{nmda_filter_of(call.operation), content_of(call.operation),
                         depth_of(call.server, call.operation), with_defaults_of(call.operation, nmda_ns),
                         origins_of(call.operation)};

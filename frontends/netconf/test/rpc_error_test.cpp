@@ -8,6 +8,7 @@
 
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/messages/xml.h"
+#include "host/host_status.h"
 #include "yang/test/test_schemas.h"
 
 namespace yfw::netconf {
@@ -152,6 +153,28 @@ TEST(AnErrorOfTheHostWithoutAPlace, HasNoPath) {
     const Document document =
         in_a_reply(rpc_error_of(Error(ErrorTag::operation_failed, "", "no store"), openconfig()));
     EXPECT_FALSE(document.root().children().at(0).child("error-path").has_value());
+}
+
+TEST(AKeyThatDiffersFromItsLeaf, IsReportedAtTheLeafThatTheModelNames) {
+    const Error error(ErrorTag::invalid_value, "/lldp/interfaces/interface[name='0/0/1']", "differs",
+                      host::status_leafref_mismatch);
+    const Document document = in_a_reply(rpc_error_of(error, openconfig()));
+    const Element told = document.root().children().at(0);
+    EXPECT_EQ(text_of(told, "error-app-tag"), "instance-required");
+    EXPECT_THAT(text_of(told, "error-path"), testing::EndsWith("='0/0/1']/oc-lldp:config/oc-lldp:name"));
+    const Error of_no_list(ErrorTag::invalid_value, "/lldp/config", "differs", host::status_leafref_mismatch);
+    EXPECT_THAT(print_error(rpc_error_of(of_no_list, openconfig()), openconfig()),
+                testing::HasSubstr("/oc-lldp:lldp/oc-lldp:config<"));
+}
+
+TEST(AnErrorOfTheHostAtAnEntry, NamesTheListAsTheBadElement) {
+    const Error error(ErrorTag::bad_element, "/lldp/interfaces/interface[name='a/b]\"']", "is repeated");
+    EXPECT_EQ(rpc_error_of(error, openconfig()).info, "<bad-element>interface</bad-element>");
+}
+
+TEST(AnErrorOfTheHostWithALongMessage, IsToldInBrief) {
+    const Error error(ErrorTag::invalid_value, "/lldp/config", std::string(13000, 'x'));
+    EXPECT_LT(print_error(rpc_error_of(error, openconfig()), openconfig()).size(), 1500U);
 }
 
 TEST(AnErrorOfTheHostWithAKeyOfManyCharacters, IsStillXml) {

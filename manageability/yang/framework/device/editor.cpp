@@ -234,7 +234,8 @@ std::optional<commits::Commit> Editor::edit(const yang::EditNode &edit, const Co
                                             const ChangeGuard &guard) {
     return commit([&](const Configuration &running) {
         Change change = changed(edit, running, guard);
-        change.record = record_of(note, yang::print_edit(edit));
+        change.record =
+            record_of(note, yang::print_edit(yang::with_deleted_values(edit, running.openconfig.get())));
         return change;
     });
 }

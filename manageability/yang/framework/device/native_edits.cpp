@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "yang/forest.h"
 #include "yang/path_words.h"
+#include "yang/refused_value.h"
 
 namespace yfw::device {
 namespace {
@@ -211,8 +212,11 @@ private:
             status = lyd_change_term(leaf, edit.value->c_str());
         else
             status = lyd_new_term(parent, target->module, target->name, edit.value->c_str(), 0, nullptr);
-        if (status != LY_SUCCESS && status != LY_EEXIST && status != LY_ENOT)
-            refuse(edit, yang::take_yang_error(schemas_.context()));
+        if (status == LY_SUCCESS || status == LY_EEXIST || status == LY_ENOT)
+            return;
+        ly_err_clean(schemas_.context(), nullptr);
+        refuse(edit, yang::refused_value(target, *edit.value) + " (native /" + target->module->name + ":" +
+                         edit.path.substr(1) + ")");
     }
 
     const yang::Schemas &schemas_;

@@ -7,6 +7,7 @@
 #include "host/device_snapshot.h"
 #include "host/named_entries.h"
 #include "yang/forest.h"
+#include "yang/path_values.h"
 
 namespace yfw::host {
 namespace {
@@ -68,6 +69,7 @@ Answer Engine::read_from(const ReadRequest &request, const std::function<sources
     Answer answer;
     for (size_t i = 0; i < passes.size(); i++)
         yang::merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
+    yang::keep_named_values(answer.data, request.paths);
     return answer;
 }
 
@@ -89,6 +91,7 @@ Answer Engine::read_with(const lyd_node *configuration, const ReadRequest &reque
         written[i]->replace_configuration(configuration, with_state[i]);
         yang::merge(answer.data, make_answer(*written[i], with_state[i], request.content, answer.warnings));
     }
+    yang::keep_named_values(answer.data, request.paths);
     return answer;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "yang/path_words.h"
+#include "yang/yang_text.h"
 
 namespace yfw::host {
 namespace {
@@ -96,7 +97,11 @@ std::string NodeHierarchy::path_of(const std::vector<const tidl_yfw_datatree *> 
             if ((child.node_flags & YFW_NODE_IS_KEY) == 0)
                 break;
             if (child.value != nullptr)
-                path.append("[").append(child.name).append("='").append(child.value).append("']");
+                path.append("[")
+                    .append(child.name)
+                    .append("=")
+                    .append(yang::quoted_literal(child.value))
+                    .append("]");
         }
     }
     return path;

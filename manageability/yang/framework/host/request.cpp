@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "yang/path_values.h"
+
 namespace yfw::host {
 namespace {
 
@@ -100,7 +102,7 @@ bool Selection::selects_below() const {
 
 Selection merge_paths(const std::vector<yang::Path> &paths) {
     Selection root{paths.front().front().node, std::nullopt, {}, false};
-    for (const yang::Path &path : outermost(paths))
+    for (const yang::Path &path : outermost(yang::without_values(paths)))
         add_path(root, path);
     return root;
 }

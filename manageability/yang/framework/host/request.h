@@ -41,8 +41,8 @@ struct ReadRequest {
 // The request's selection as one tree.
 Selection selection_of(const ReadRequest &request);
 
-// Merges the paths into one tree; list entries with the same keys become one. The root is the first step of the
-// paths, which must not be empty.
+// Merges the paths into one tree, without the values of leaf-lists that they name; list entries with the same
+// keys become one. The root is the first step of the paths, which must not be empty.
 Selection merge_paths(const std::vector<yang::Path> &paths);
 
 // Splits a tree so that no list occurs more than once below one parent: the mapping remembers one key per list

@@ -29,13 +29,6 @@ Leaves leaves_of(const lyd_node *configuration) {
     return leaves;
 }
 
-void append_line(std::string &text, char sign, const std::string &path, const std::string &value) {
-    text.append(1, sign).append(" ").append(path);
-    if (!value.empty())
-        text.append(" = ").append(value);
-    text += "\n";
-}
-
 } // namespace
 
 std::string print_configuration(const lyd_node *configuration) {
@@ -48,20 +41,31 @@ DataTree parse_configuration(const Schemas &schemas, const std::string &text, co
     return parse_data(schemas.context(), text, LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, place);
 }
 
-std::string configuration_difference(const lyd_node *before, const lyd_node *after) {
+std::vector<Difference> differences(const lyd_node *before, const lyd_node *after) {
     const Leaves old_leaves = leaves_of(before);
     const Leaves new_leaves = leaves_of(after);
-    std::string text;
+    std::vector<Difference> found;
     for (const auto &[path, value] : old_leaves) {
-        const auto found = new_leaves.find(path);
-        if (found == new_leaves.end() || found->second != value)
-            append_line(text, '-', path, value);
-        if (found != new_leaves.end() && found->second != value)
-            append_line(text, '+', path, found->second);
+        const auto now = new_leaves.find(path);
+        if (now == new_leaves.end() || now->second != value)
+            found.push_back({false, path, value});
+        if (now != new_leaves.end() && now->second != value)
+            found.push_back({true, path, now->second});
     }
     for (const auto &[path, value] : new_leaves)
         if (!old_leaves.contains(path))
-            append_line(text, '+', path, value);
+            found.push_back({true, path, value});
+    return found;
+}
+
+std::string configuration_difference(const lyd_node *before, const lyd_node *after) {
+    std::string text;
+    for (const Difference &each : differences(before, after)) {
+        text.append(each.is_added ? "+ " : "- ").append(each.path);
+        if (!each.value.empty())
+            text.append(" = ").append(each.value);
+        text += "\n";
+    }
     return text;
 }
 

@@ -30,14 +30,16 @@ struct EditNode {
     std::optional<std::string> value;
     std::vector<EditNode> children; // keys first
     Operation operation = Operation::none;
-    bool is_step = false; // of a path: made when it is missing, whatever the operation
+    bool is_step = false;                   // of a path: made when it is missing, whatever the operation
+    std::vector<Predicate> conditions = {}; // leaves besides the keys, and the values they must have
 
     bool is_key() const { return lysc_is_key(node); }
 };
 
 // Adds to `root` the edit that sets or deletes the node at `path`: a leaf or leaf-list entry with `value`, or a
 // container or list entry without one. A later edit of the same node wins. The node of `root` is the first step
-// of the path. Throws Error when a list entry lacks its keys, or a value is missing or not allowed.
+// of the path. Deleting a leaf-list without a value deletes all its values. Throws Error when a list entry
+// lacks a key, the path gives one twice, or a value is missing, not allowed or another one than the path's.
 void add_edit(EditNode &root, const Path &path, const std::optional<std::string> &value, Operation operation);
 
 // Parses an edit document, XML or JSON, with the operations of its nodes (RFC 6241 section 7.2) and
@@ -47,13 +49,18 @@ EditNode parse_edit(const Schemas &schemas, const std::string &document, Operati
 // The edit as an XML document, which parse_edit() accepts.
 std::string print_edit(const EditNode &root);
 
+// The same edit, with a leaf-list that is deleted without a value written as its values in `current`, which may
+// be NULL.
+EditNode with_deleted_values(const EditNode &edit, const lyd_node *current);
+
 // Removes the content of deleted nodes: deleting a container or list entry includes all of it.
 void drop_deleted_content(EditNode &root);
 
 // The node's instance path, given its parent's: "/lldp/interfaces/interface[name='eth1']".
 std::string instance_path(std::string_view parent, const EditNode &node);
 
-// Throws Error when the edit creates what `current` has (data-exists) or deletes what it lacks (data-missing).
+// Throws Error when the edit creates what `current` has (data-exists), deletes what it lacks, has a condition
+// that does not hold, or names an entry or a leaf without an operation that is not there (data-missing).
 // `current`: what an OpenConfig read returns; may be NULL.
 void check_existence(const EditNode &root, const lyd_node *current);
 

@@ -9,7 +9,7 @@
 #include "yang/building.h"
 #include "yang/edit_instance.h"
 #include "yang/forest.h"
-#include "yang/path_words.h"
+#include "yang/key_reference.h"
 
 namespace yfw::yang {
 namespace {
@@ -63,32 +63,10 @@ lyd_node *child_of(lyd_node *parent, const lysc_node *schema) {
     return found != nullptr ? found : new_container(schema, parent);
 }
 
-// Below an entry, the leaf that the key refers to by a path like ../config/name; empty when it refers to none.
-std::vector<const lysc_node *> leaf_behind(const lysc_node *key) {
-    const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(key)->type;
-    if (type->basetype != LY_TYPE_LEAFREF)
-        return {};
-    const std::string path = lyxp_get_expr(reinterpret_cast<const lysc_type_leafref *>(type)->path);
-    constexpr std::string_view up = "../";
-    if (path.rfind(up, 0) != 0 || path.find("..", up.size()) != std::string::npos)
-        return {};
-    std::vector<const lysc_node *> steps;
-    PathWords words(std::string_view(path).substr(up.size() - 1));
-    std::string_view word;
-    while (words.next(word)) {
-        const size_t colon = word.find(':');
-        const lysc_node *above = steps.empty() ? key->parent : steps.back();
-        steps.push_back(schema_child(above, colon == std::string_view::npos ? word : word.substr(colon + 1)));
-        if (steps.back() == nullptr)
-            return {};
-    }
-    return steps;
-}
-
 // A client that addresses an entry by its key need not repeat the key.
 void add_leaves_behind_keys(lyd_node *entry) {
     for (lyd_node *key = lyd_child(entry); key != nullptr && lysc_is_key(key->schema); key = key->next) {
-        const std::vector<const lysc_node *> steps = leaf_behind(key->schema);
+        const std::vector<const lysc_node *> steps = leaf_behind_key(key->schema);
         if (steps.empty())
             continue;
         lyd_node *at = entry;
@@ -117,7 +95,7 @@ public:
         lyd_node *siblings = parent != nullptr ? lyd_child(parent) : configuration_.get();
         auto *found = const_cast<lyd_node *>(find_instance(siblings, edit));
         if (takes_away(edit.operation))
-            return found != nullptr ? remove(configuration_, found) : void();
+            return take_away(edit, parent);
         if (is_term(edit.node))
             return term(edit, found, parent);
         const std::string path = instance_path(place, edit);
@@ -135,6 +113,19 @@ public:
     }
 
 private:
+    // All values of a leaf-list that is given without one.
+    void take_away(const EditNode &edit, const lyd_node *parent) {
+        const bool is_several = edit.node->nodetype == LYS_LEAFLIST && !edit.value.has_value();
+        bool is_more = true;
+        while (is_more) {
+            const lyd_node *siblings = parent != nullptr ? lyd_child(parent) : configuration_.get();
+            auto *found = const_cast<lyd_node *>(find_instance(siblings, edit));
+            is_more = is_several && found != nullptr;
+            if (found != nullptr)
+                remove(configuration_, found);
+        }
+    }
+
     static void term(const EditNode &edit, lyd_node *found, lyd_node *parent) {
         if (edit.operation == Operation::none || !edit.value.has_value())
             return;

@@ -28,8 +28,8 @@ struct EditElement {
     std::optional<std::string> text;
     Written written = Written::text;
     std::vector<EditElement> children;
-    std::optional<std::string> operation; // RFC 6241 section 7.2
-    bool is_tagged_default = false;       // RFC 6243 section 4.5.2
+    std::optional<std::string> operation;   // RFC 6241 section 7.2
+    std::optional<std::string> default_tag; // as written (RFC 6243 section 4.5.2)
     std::optional<std::string> unknown_attribute;
 };
 

@@ -12,13 +12,6 @@ std::string_view without_prefix(std::string_view value) {
     return colon == std::string_view::npos ? value : value.substr(colon + 1);
 }
 
-bool same_value(const lyd_node *data, const std::string &value) {
-    const std::string_view held = lyd_get_value(data);
-    return held == value ||
-           (without_prefix(held) == without_prefix(value) &&
-            reinterpret_cast<const lysc_node_leaf *>(data->schema)->type->basetype == LY_TYPE_IDENT);
-}
-
 bool has_keys(const lyd_node *entry, const EditNode &node) {
     for (const EditNode &key : node.children) {
         if (!key.is_key())
@@ -26,7 +19,7 @@ bool has_keys(const lyd_node *entry, const EditNode &node) {
         const lyd_node *held = lyd_child(entry);
         while (held != nullptr && held->schema != key.node)
             held = held->next;
-        if (held == nullptr || !key.value.has_value() || !same_value(held, *key.value))
+        if (held == nullptr || !key.value.has_value() || !holds_value(held, *key.value))
             return false;
     }
     return true;
@@ -49,6 +42,13 @@ std::optional<std::string> key_predicates(const EditNode &node) {
 
 } // namespace
 
+bool holds_value(const lyd_node *leaf, const std::string &value) {
+    const std::string_view held = lyd_get_value(leaf);
+    return held == value ||
+           (without_prefix(held) == without_prefix(value) &&
+            reinterpret_cast<const lysc_node_leaf *>(leaf->schema)->type->basetype == LY_TYPE_IDENT);
+}
+
 const lyd_node *find_instance(const lyd_node *siblings, const EditNode &node) {
     const bool is_entry = node.node->nodetype == LYS_LIST && siblings != nullptr;
     const auto predicates = is_entry ? key_predicates(node) : std::nullopt;
@@ -62,7 +62,7 @@ const lyd_node *find_instance(const lyd_node *siblings, const EditNode &node) {
             continue;
         if (node.node->nodetype == LYS_LIST && !has_keys(data, node))
             continue;
-        if (node.node->nodetype == LYS_LEAFLIST && node.value.has_value() && !same_value(data, *node.value))
+        if (node.node->nodetype == LYS_LEAFLIST && node.value.has_value() && !holds_value(data, *node.value))
             continue;
         return data;
     }

@@ -10,6 +10,9 @@ namespace yfw::yang {
 // leaf-list by its value. NULL when there is none.
 const lyd_node *find_instance(const lyd_node *siblings, const EditNode &node);
 
+// Whether a leaf has this value; identities may be given without their module's name.
+bool holds_value(const lyd_node *leaf, const std::string &value);
+
 } // namespace yfw::yang
 
 #endif

@@ -3,7 +3,7 @@
 
 #include "base/error.h"
 #include "yang/edit_element.h"
-#include "yang/xpath_literal.h"
+#include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
 namespace yfw::yang {
@@ -79,18 +79,54 @@ const lysc_node *child_named(const lysc_node *parent, const EditElement &element
     throw Error(ErrorTag::unknown_element, path, "unknown node \"" + element.name + "\"");
 }
 
-Operation operation_of(const EditElement &element, Operation inherited, const std::string &path) {
+// What the nodes around an element say about it.
+struct Around {
+    Operation inherited;
+    // The innermost of the operations around it that decide about everything below them: create, replace,
+    // delete and remove.
+    std::optional<Operation> decided;
+};
+
+// RFC 6241 section 7.2 leaves contradictions open. Nothing can be set in what is deleted, or deleted from what
+// is new.
+void refuse_contradiction(Operation own, const Around &around, const std::string &path) {
+    if (!around.decided.has_value() || takes_away(own) == takes_away(*around.decided))
+        return;
+    throw Error(ErrorTag::bad_attribute, path,
+                "\"" + std::string(yang::to_string(own)) + "\" contradicts the \"" +
+                    std::string(yang::to_string(*around.decided)) + "\" of a node around it")
+        .about("operation");
+}
+
+Operation operation_of(const EditElement &element, const Around &around, const std::string &path) {
     if (element.unknown_attribute.has_value())
         throw Error(ErrorTag::unknown_attribute, path,
                     "has an unknown attribute: " + *element.unknown_attribute)
             .about(*element.unknown_attribute);
     if (!element.operation.has_value())
-        return inherited;
+        return around.inherited;
     const std::optional<Operation> operation = operation_from(*element.operation);
     if (!operation.has_value() || *operation == Operation::none)
         throw Error(ErrorTag::bad_attribute, path, "\"" + *element.operation + "\" is not an edit operation")
             .about("operation");
+    refuse_contradiction(*operation, around, path);
     return *operation;
+}
+
+// Of what is below a node with this operation.
+Around around_children(Operation operation, const Around &around) {
+    // Everything below a replaced node is its new content.
+    const bool is_replaced = operation == Operation::replace;
+    const bool decides = is_replaced || operation == Operation::create || takes_away(operation);
+    return {is_replaced ? Operation::merge : operation, decides ? std::optional(operation) : around.decided};
+}
+
+bool is_tagged_default(const EditElement &element, const std::string &path) {
+    const std::string tag = element.default_tag.value_or("false");
+    if (tag != "true" && tag != "1" && tag != "false" && tag != "0")
+        throw Error(ErrorTag::bad_attribute, path, "the attribute \"default\" must be true or false")
+            .about("default");
+    return tag == "true" || tag == "1";
 }
 
 // ---- values ----------------------------------------------------------------------------------------------
@@ -113,7 +149,8 @@ std::optional<std::string> canonical(const lysc_node *leaf, const std::string &v
     return made;
 }
 
-// A leaf may be deleted without giving its value.
+// A leaf may be deleted without giving its value; an entry of a leaf-list is known by it (RFC 7950
+// section 7.7.9).
 std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &from, Operation operation,
                                     const std::string &path) {
     if (!from.text.has_value() || !from.children.empty())
@@ -124,9 +161,11 @@ std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &fr
     if (!is_absent)
         check_written(leaf, from, path);
     std::optional<std::string> value = canonical(leaf, *from.text);
-    if (!value.has_value() && !is_absent)
-        throw Error(ErrorTag::invalid_value, path, take_yang_error(leaf->module->ctx));
     ly_err_clean(leaf->module->ctx, nullptr);
+    if (!value.has_value() && !is_absent)
+        throw Error(ErrorTag::invalid_value, path, refused_value(leaf, *from.text));
+    if (!value.has_value() && leaf->nodetype == LYS_LEAFLIST)
+        throw Error(ErrorTag::missing_element, path, "the value of the entry to be deleted is missing");
     return value;
 }
 
@@ -148,22 +187,23 @@ std::string key_predicates(const lysc_node *list, const EditElement &entry, cons
             throw Error(ErrorTag::missing_element, path,
                         "the entry's key <" + std::string(key->name) + "> is missing")
                 .about(key->name);
-        predicates += "[" + element->name + "=" + quoted(element->text.value_or("")) + "]";
+        predicates += "[" + element->name + "=" + quoted_literal(element->text.value_or("")) + "]";
     }
     return predicates;
 }
 
-EditNode read_node(const lysc_node *schema, const EditElement &from, Operation inherited,
+EditNode read_node(const lysc_node *schema, const EditElement &from, const Around &around,
                    const std::string &parent);
 
-EditNode read_leaf(const lysc_node *schema, const EditElement &from, Operation inherited,
+EditNode read_leaf(const lysc_node *schema, const EditElement &from, const Around &around,
                    const std::string &path) {
-    EditNode leaf{schema, std::nullopt, {}, operation_of(from, inherited, path)};
-    if (leaf.is_key() && takes_away(operation_of(from, Operation::none, path)))
+    EditNode leaf{schema, std::nullopt, {}, operation_of(from, around, path)};
+    if (leaf.is_key() && takes_away(operation_of(from, {Operation::none, around.decided}, path)))
         throw Error(ErrorTag::bad_element, path, "a key cannot be deleted; delete its entry");
     leaf.operation = leaf.is_key() ? Operation::none : leaf.operation;
     leaf.value = value_of(schema, from, leaf.operation, path);
-    if (leaf.value.has_value() && from.is_tagged_default) { // setting the default means deleting the leaf
+    if (is_tagged_default(from, path) &&
+        leaf.value.has_value()) { // setting the default means deleting the leaf
         if (!is_default_value(schema, *leaf.value))
             throw Error(ErrorTag::invalid_value, path, "is marked as the default value but differs from it");
         leaf.value.reset();
@@ -184,9 +224,8 @@ void sort_by_model(const lysc_node *parent, std::vector<EditNode> &children) {
                      [&](const EditNode &a, const EditNode &b) { return place(a) < place(b); });
 }
 
-void read_children(EditNode &to, const EditElement &from, const std::string &path) {
-    // Everything below a replaced node is its new content.
-    const Operation below = to.operation == Operation::replace ? Operation::merge : to.operation;
+void read_children(EditNode &to, const EditElement &from, const Around &around, const std::string &path) {
+    const Around below = around_children(to.operation, around);
     std::set<std::string> seen; // a leaf-list entry may be repeated
     for (const EditElement &child : from.children) {
         const lysc_node *schema = child_named(to.node, child);
@@ -200,26 +239,31 @@ void read_children(EditNode &to, const EditElement &from, const std::string &pat
     sort_by_model(to.node, to.children);
 }
 
-EditNode read_node(const lysc_node *schema, const EditElement &from, Operation inherited,
+EditNode read_node(const lysc_node *schema, const EditElement &from, const Around &around,
                    const std::string &parent) {
     std::string path = parent + "/" + from.name;
     if (has_value(schema))
-        return read_leaf(schema, from, inherited, path);
+        return read_leaf(schema, from, around, path);
     if (schema->nodetype == LYS_LIST)
         path += key_predicates(schema, from, path);
     if (!is_blank(from.text.value_or("")) || (from.written != Written::text))
         throw Error(ErrorTag::bad_element, path, "has a value but is not a leaf");
-    EditNode node{schema, std::nullopt, {}, operation_of(from, inherited, path)};
-    read_children(node, from, path);
+    if (from.default_tag.has_value())
+        throw Error(ErrorTag::unknown_attribute, path, "is not a leaf, which could have the default value")
+            .about("default");
+    EditNode node{schema, std::nullopt, {}, operation_of(from, around, path)};
+    read_children(node, from, around, path);
     return node;
 }
 
 void refuse_other_top(const EditElement &root, const lysc_node *wanted) {
     if (root.module == wanted->module && root.name == wanted->name)
         return;
+    if (root.ns.empty())
+        throw Error(ErrorTag::unknown_namespace, "/" + root.name, "has no namespace").about("");
     const bool is_known =
         root.module != nullptr && root.module->compiled != nullptr && root.module->compiled->data != nullptr;
-    if (!is_known && !root.ns.empty())
+    if (!is_known)
         throw Error(ErrorTag::unknown_namespace, "/" + root.name,
                     "no model has the namespace \"" + root.ns + "\"")
             .about(root.ns);
@@ -237,7 +281,7 @@ EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation de
 
 EditNode read_edit(const lysc_node *top, const EditElement &root, Operation default_operation) {
     refuse_other_top(root, top);
-    return read_node(top, root, default_operation, "");
+    return read_node(top, root, {default_operation, std::nullopt}, "");
 }
 
 } // namespace yfw::yang

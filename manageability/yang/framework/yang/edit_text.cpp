@@ -1,6 +1,7 @@
 // Edits as documents: in XML with NETCONF's operation attribute, in JSON with the same as an annotation.
 #include "base/error.h"
 #include "xml/document.h"
+#include "xml/utf16.h"
 #include "yang/edit_element.h"
 
 namespace yfw::yang {
@@ -32,13 +33,21 @@ void append_escaped(std::string &xml, std::string_view text) {
     }
 }
 
+bool says_nothing(const EditNode &node) {
+    return node.operation == Operation::none && node.value.has_value() && !node.is_key();
+}
+
+// A node without an operation only leads to those below it, so none is printed: where the document is applied
+// again, it is merged.
 void append_node(std::string &xml, const EditNode &node, bool top, size_t depth) {
+    if (says_nothing(node))
+        return;
     xml.append(2 * depth, ' ').append("<").append(node.node->name);
     if (top)
         xml.append(" xmlns=\"")
             .append(node.node->module->ns)
             .append("\" xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\"");
-    if (!node.is_key())
+    if (!node.is_key() && node.operation != Operation::none)
         xml.append(" nc:operation=\"").append(to_string(node.operation)).append("\"");
     if (!node.value.has_value() && node.children.empty()) {
         xml += "/>\n";
@@ -60,7 +69,8 @@ void append_node(std::string &xml, const EditNode &node, bool top, size_t depth)
 
 EditNode parse_edit(const Schemas &schemas, const std::string &document, Operation default_operation) {
     try {
-        return read_edit(schemas, element_of(schemas.context(), document), default_operation);
+        const std::string text = xml::from_utf16(document).value_or(document);
+        return read_edit(schemas, element_of(schemas.context(), text), default_operation);
     } catch (const xml::DocumentError &error) {
         throw Error(ErrorTag::invalid_value, "", error.what());
     }

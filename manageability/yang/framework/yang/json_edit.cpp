@@ -22,8 +22,8 @@ void read_annotations(const Json &annotations, const std::string &path, EditElem
     for (const auto &[name, value] : annotations.items()) {
         if (name == operation_annotation && value.is_string())
             to.operation = value.get<std::string>();
-        else if (name == default_annotation && value.is_boolean())
-            to.is_tagged_default = value.get<bool>();
+        else if (name == default_annotation)
+            to.default_tag = value.is_boolean() ? value.dump() : "not a boolean";
         else
             to.unknown_attribute = name;
     }
@@ -116,6 +116,14 @@ private:
         }
         if (found)
             return;
+        if (!annotations.is_array())
+            return add_valueless(about, annotations, parent, path);
+        for (const Json &own : annotations)
+            add_valueless(about, own, parent, path);
+    }
+
+    static void add_valueless(const EditElement &about, const Json &annotations, EditElement &parent,
+                              const std::string &path) {
         parent.children.push_back(about);
         parent.children.back().text = "";
         read_annotations(annotations, path + "/" + about.name, parent.children.back());

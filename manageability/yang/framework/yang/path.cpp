@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "yang/schemas.h"
+#include "yang/yang_text.h"
 
 namespace yfw::yang {
 namespace {
@@ -85,11 +86,24 @@ private:
         return step;
     }
 
+    // "." alone: names may contain dots, too.
+    bool takes_dot() {
+        if (at_ >= text_.size() || text_[at_] != '.' ||
+            (at_ + 1 < text_.size() && is_name_character(text_[at_ + 1])))
+            return false;
+        at_++;
+        return true;
+    }
+
     Predicate parse_predicate(const lysc_node *node) {
         expect('[', "\"[\"");
         skip_blanks();
-        Predicate predicate{parse_node(node), {}};
-        if (predicate.leaf->nodetype != LYS_LEAF)
+        const bool is_value = takes_dot();
+        if (is_value && node->nodetype != LYS_LEAFLIST)
+            throw Error(ErrorTag::invalid_value, std::string(text_),
+                        "[.='...'] names a value of a leaf-list, which \"" + schema_path(node) + "\" is not");
+        Predicate predicate{is_value ? node : parse_node(node), {}};
+        if (!is_value && predicate.leaf->nodetype != LYS_LEAF)
             throw Error(ErrorTag::invalid_value, std::string(text_),
                         "\"" + std::string(predicate.leaf->name) + "\" is not a leaf of \"" +
                             schema_path(node) + "\"");
@@ -123,15 +137,14 @@ private:
     size_t at_ = 0;
 };
 
-std::string quoted(const std::string &value) {
-    const char quote = value.find('\'') == std::string::npos ? '\'' : '"';
-    std::string text(1, quote);
-    for (const char c : value)
-        text.append(c == quote ? 2 : 1, c);
-    return text + quote;
-}
-
 } // namespace
+
+const std::string *PathStep::value() const {
+    for (const Predicate &predicate : predicates)
+        if (predicate.leaf == node)
+            return &predicate.value;
+    return nullptr;
+}
 
 Path parse_path(const lysc_node *root, std::string_view text) {
     return Parser(root, text).parse();
@@ -143,9 +156,9 @@ std::string to_string(const Path &path) {
         text.append("/").append(step.node->name);
         for (const Predicate &predicate : step.predicates)
             text.append("[")
-                .append(predicate.leaf->name)
+                .append(predicate.leaf == step.node ? "." : predicate.leaf->name)
                 .append("=")
-                .append(quoted(predicate.value))
+                .append(quoted_literal(predicate.value))
                 .append("]");
     }
     return text;

@@ -10,6 +10,7 @@
 
 namespace yfw::yang {
 
+// `leaf`: a leaf of the step or, for [.='value'], the step's own leaf-list.
 struct Predicate {
     const lysc_node *leaf;
     std::string value;
@@ -18,13 +19,17 @@ struct Predicate {
 struct PathStep {
     const lysc_node *node;
     std::vector<Predicate> predicates;
+
+    // The value that [.='value'] names; NULL when there is none.
+    const std::string *value() const;
 };
 
 using Path = std::vector<PathStep>;
 
 // Parses an absolute path below `root`, its first step. Steps may have the module name as a prefix; predicates
-// ([leaf='value'], with either kind of quotes, doubled inside) name leaves of the step. Throws Error naming the
-// step that is not in the model, or the position where the text is malformed.
+// ([leaf='value'], with either kind of quotes, doubled inside) name leaves of the step, and [.='value'] a value
+// of a leaf-list. Throws Error naming the step that is not in the model, or the position where the text is
+// malformed.
 Path parse_path(const lysc_node *root, std::string_view text);
 
 // The path as text, with its predicates.

@@ -26,7 +26,7 @@ void read_attributes(const xml::Element &from, EditElement &to) {
         if (attribute.ns == netconf_ns && attribute.name == "operation")
             to.operation = attribute.value;
         else if (attribute.ns == defaults_ns && attribute.name == "default")
-            to.is_tagged_default = attribute.value == "true" || attribute.value == "1";
+            to.default_tag = attribute.value;
         else if (attribute.ns != xml_ns)
             to.unknown_attribute = attribute.name;
     }

@@ -29,4 +29,20 @@ bool is_yang_text(std::string_view text) {
     return true;
 }
 
+std::string quoted_literal(std::string_view text) {
+    const char quote = text.find('\'') == std::string_view::npos ? '\'' : '"';
+    std::string literal(1, quote);
+    for (const char c : text)
+        literal.append(c == quote ? 2 : 1, c);
+    return literal + quote;
+}
+
+std::string shortened(std::string_view text, size_t most) {
+    if (text.size() <= most)
+        return std::string(text);
+    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xc0) == 0x80)
+        most--;
+    return std::string(text.substr(0, most)) + "...";
+}
+
 } // namespace yfw::yang

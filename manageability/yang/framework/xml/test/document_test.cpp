@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "xml/document.h"
+#include "xml/utf16.h"
 
 namespace yfw::xml {
 namespace {
@@ -39,6 +40,26 @@ TEST(ADocument, HasLineFeedsAtTheEndsOfItsLines) {
 TEST(ADocument, IsReadAsUtf8WhateverItsDeclarationSays) {
     EXPECT_EQ(Document("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a>\xc3\xa4</a>").root().text(),
               "\xc3\xa4");
+}
+
+TEST(ADocument, IsReadAsUtf8WhenItIsDeclaredAsUtf16) {
+    EXPECT_EQ(Document("<?xml version=\"1.0\" encoding=\"UTF-16\"?><a>\xc3\xa4</a>").root().text(), "\xc3\xa4");
+}
+
+TEST(ADocumentInUtf16, IsConverted) {
+    using namespace std::string_literals;
+    EXPECT_EQ(from_utf16("\xff\xfe<\0a\0"s), "\xef\xbb\xbf<a");
+    EXPECT_EQ(from_utf16("\xfe\xff\0<\0\xe4"s), "\xef\xbb\xbf<\xc3\xa4");
+    EXPECT_EQ(from_utf16("<\0\x13\x27"s), "<\xe2\x9c\x93");
+    EXPECT_EQ(from_utf16("<\0\x3d\xd8\0\xde"s), "<\xf0\x9f\x98\x80");
+    EXPECT_EQ(from_utf16("<a/>"), std::nullopt);
+    EXPECT_EQ(from_utf16(""), std::nullopt);
+}
+
+TEST(ADocumentInUtf16, IsRefusedWhenItIsNotWellFormed) {
+    using namespace std::string_literals;
+    for (const std::string &text : {"<\0a"s, "<\0\x3d\xd8"s, "<\0\x3d\xd8<\0"s, "<\0\0\xde"s})
+        EXPECT_THROW(from_utf16(text), DocumentError);
 }
 
 TEST(ADocument, ThatIsRefusedNamesTheLine) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "test_schemas.h"
 #include "yang/edit.h"
 
@@ -33,6 +34,14 @@ std::string json(const std::string &leaf) {
     return "{\"openconfig-lldp:lldp\": {\"config\": {" + leaf + "}}}";
 }
 
+// With a byte order mark; the text must be ASCII.
+std::string utf16(const std::string &text) {
+    std::string units = "\xff\xfe";
+    for (const char c : text)
+        units.append(1, c).append(1, '\0');
+    return units;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Written, AnEditDocument,
     testing::Values(
@@ -47,6 +56,12 @@ INSTANTIATE_TEST_SUITE_P(
             "WithAnIdentitysPrefix",
             xml("<chassis-id-type xmlns:t=\"http://openconfig.net/yang/lldp/types\">LOCAL</chassis-id-type>"),
             "LOCAL"},
+        WrittenCase{"InUtf16",
+                    utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + xml("<system-name>r1</system-name>")),
+                    "r1"},
+        WrittenCase{"InJsonOfUtf16", utf16(json("\"system-name\": \"r1\"")), "r1"},
+        WrittenCase{"WithADeclarationOfUtf16",
+                    "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + xml("<system-name>r1</system-name>"), "r1"},
         WrittenCase{"InJson", json("\"system-name\": \"r1\""), "r1"},
         WrittenCase{"InJsonWithAByteOrderMark", "\xef\xbb\xbf" + json("\"system-name\": \"r1\""), "r1"},
         WrittenCase{"InJsonWithTheModulesName", json("\"openconfig-lldp:system-name\": \"r1\""), "r1"},
@@ -71,6 +86,51 @@ TEST(AnEditDocumentInJson, TakesALeafAwayByItsAnnotationAlone) {
         schemas(), json("\"@system-name\": {\"ietf-netconf:operation\": \"remove\"}"), Operation::merge);
     EXPECT_EQ(first_leaf(edit).operation, Operation::remove);
 }
+
+struct ContradictionCase {
+    const char *name;
+    std::string config; // with the prefix nc
+    std::string path;
+};
+
+class AContradictionInAnEdit : public testing::TestWithParam<ContradictionCase> {};
+
+TEST_P(AContradictionInAnEdit, IsRefusedAsABadAttribute) {
+    const std::string document = "<lldp xmlns=\"http://openconfig.net/yang/lldp\" "
+                                 "xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\">" +
+                                 GetParam().config + "</lldp>";
+    try {
+        parse_edit(schemas(), document, Operation::merge);
+        FAIL() << "the edit was accepted";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.tag(), ErrorTag::bad_attribute) << error.what();
+        EXPECT_EQ(error.subject(), "operation");
+        EXPECT_EQ(error.path(), GetParam().path);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, AContradictionInAnEdit,
+    testing::Values(
+        ContradictionCase{"AMergeInADelete",
+                          "<config nc:operation='delete'><enabled nc:operation='merge'>true</enabled></config>",
+                          "/lldp/config/enabled"},
+        ContradictionCase{
+            "ACreateInARemove",
+            "<config nc:operation='remove'><enabled nc:operation='create'>true</enabled></config>",
+            "/lldp/config/enabled"},
+        ContradictionCase{"ADeleteInAReplace",
+                          "<config nc:operation='replace'><system-name nc:operation='delete'/></config>",
+                          "/lldp/config/system-name"},
+        ContradictionCase{"ARemoveInACreate",
+                          "<config nc:operation='create'><system-name nc:operation='remove'/></config>",
+                          "/lldp/config/system-name"},
+        ContradictionCase{"ADeleteFarBelowAReplace",
+                          "<interfaces nc:operation='replace'><interface><name>a</name>"
+                          "<config nc:operation='merge'><enabled nc:operation='delete'/></config></interface>"
+                          "</interfaces>",
+                          "/lldp/interfaces/interface[name='a']/config/enabled"}),
+    [](const auto &test) { return test.param.name; });
 
 TEST(AnEditThatIsPrinted, IsReadAsTheSameAgain) {
     const std::string document = xml("<system-name>a&#13;&#10;&lt;&amp;&#9;b </system-name>");

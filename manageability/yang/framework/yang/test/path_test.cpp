@@ -47,7 +47,11 @@ INSTANTIATE_TEST_SUITE_P(
         GoodPath{"/lldp/interfaces/interface/neighbors/neighbor/custom-tlvs/"
                  "tlv[type='127'][oui='00:80:c2'][oui-subtype='9']",
                  "/lldp/interfaces/interface/neighbors/neighbor/custom-tlvs/"
-                 "tlv[type='127'][oui='00:80:c2'][oui-subtype='9']"}));
+                 "tlv[type='127'][oui='00:80:c2'][oui-subtype='9']"},
+        GoodPath{"/lldp/config/suppress-tlv-advertisement[.='SYSTEM_NAME']",
+                 "/lldp/config/suppress-tlv-advertisement[.='SYSTEM_NAME']"},
+        GoodPath{"/lldp/config/suppress-tlv-advertisement[ . = \"types:SYSTEM_NAME\" ]",
+                 "/lldp/config/suppress-tlv-advertisement[.='types:SYSTEM_NAME']"}));
 
 struct Literal {
     const char *quoted;
@@ -124,7 +128,10 @@ INSTANTIATE_TEST_SUITE_P(
                     BadPath{"/lldp/interfaces/interface[name='eth1]", malformed, "character 39"},
                     BadPath{"/lldp/interfaces/interface[name='eth1\"]", malformed, "character 40"},
                     BadPath{"/lldp/interfaces/interface[name='eth1']x", malformed, "character 40"},
-                    BadPath{"/lldp/interfaces/interface[config='x']", malformed, "config"}));
+                    BadPath{"/lldp/interfaces/interface[config='x']", malformed, "config"},
+                    BadPath{"/lldp/config/enabled[.='true']", malformed, "/lldp/config/enabled"},
+                    BadPath{"/lldp/interfaces/interface[.='eth1']", malformed, "/lldp/interfaces/interface"},
+                    BadPath{"/lldp/config/suppress-tlv-advertisement[.]", malformed, "character 42"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Unknown, RefusedPath,
@@ -133,6 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BadPath{"/lldp/config/enabled/more", unknown, "more"},
                     BadPath{"/lldp/interfaces/eth1", unknown, "eth1"},
                     BadPath{"/lldp/interfaces/interface[index='1']", unknown, "index"},
+                    BadPath{"/lldp/interfaces/interface[..='eth1']", unknown, ".."},
                     BadPath{"/lldp/interfaces/interface/Name", unknown, "Name"},
                     BadPath{"/other:lldp", unknown, "lldp"},
                     BadPath{"/lldp/openconfig-lldp-types:config", unknown, "config"},
