@@ -1,5 +1,6 @@
 #include "yang/schemas.h"
 
+#include <cctype>
 #include <initializer_list>
 #include <set>
 
@@ -69,6 +70,14 @@ void let_references_dangle(const lysc_node *node, const Modules &mapped) {
         let_references_dangle(child, mapped);
 }
 
+// libyang quotes its input, which may hold line breaks.
+std::string one_line(std::string text) {
+    for (char &c : text)
+        if (std::iscntrl(static_cast<unsigned char>(c)) != 0)
+            c = ' ';
+    return text;
+}
+
 } // namespace
 
 Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
@@ -127,7 +136,7 @@ std::string take_yang_error(const ly_ctx *context) {
     if (path != nullptr)
         text.append(" (").append(path).append(")");
     ly_err_clean(const_cast<ly_ctx *>(context), nullptr);
-    return text;
+    return one_line(text);
 }
 
 // libyang names it so: Data location "PATH".
@@ -140,7 +149,7 @@ Error take_data_error(const ly_ctx *context) {
     if (found == std::string::npos)
         return Error(ErrorTag::invalid_value, "", whole);
     const size_t start = found + before.size();
-    return Error(ErrorTag::invalid_value, place.substr(start, place.rfind('"') - start), message);
+    return Error(ErrorTag::invalid_value, place.substr(start, place.rfind('"') - start), one_line(message));
 }
 
 const lysc_node *schema_child(const lysc_node *parent, std::string_view name) {

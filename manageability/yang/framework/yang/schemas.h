@@ -48,7 +48,7 @@ private:
     const lysc_node *openconfig_root_ = nullptr;
 };
 
-// libyang's last error: the message, and the location if known. Clears the errors.
+// libyang's last error in one line: the message, and the location if known. Clears the errors.
 std::string take_yang_error(const ly_ctx *context);
 
 // libyang's last error as invalid-value at the data node that it names; without a path if it names none. Clears

@@ -12,6 +12,8 @@
 #include "base/system_error.h"
 #include "yang/forest.h"
 #include "yang/schemas.h"
+#include "yang/tree_text.h"
+#include "yang/yang_text.h"
 
 namespace yfw::sources {
 namespace {
@@ -41,6 +43,17 @@ LYD_FORMAT format_of(const std::filesystem::path &file) {
     }
 }
 
+// libyang reads any bytes in a CDATA section, and then cannot read what it prints.
+void check_texts(const lyd_node *data, const std::filesystem::path &file) {
+    for (; data != nullptr; data = data->next) {
+        const char *value = lyd_get_value(data);
+        if (value != nullptr && !yang::is_yang_text(value))
+            fail(file,
+                 yang::path_of(data) + " contains bytes or characters that are not allowed in a YANG string");
+        check_texts(lyd_child(data), file);
+    }
+}
+
 struct FreeInput {
     void operator()(ly_in *input) const { ly_in_free(input, 0); }
 };
@@ -62,6 +75,7 @@ DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     for (const lyd_node *top = data; top != nullptr; top = top->next)
         if (std::string_view(top->schema->module->name).starts_with("openconfig-"))
             fail(file, std::string("contains data of ") + top->schema->module->name + "; expected native data");
+    check_texts(data, file);
     return tree;
 }
 

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <string>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "base/error.h"
@@ -76,6 +77,30 @@ TEST_F(AServedRecording, StaysWithWhoeverHoldsItWhenItChanges) {
     yfw::test::write_file(file_, configuration("50"));
     EXPECT_EQ(timer(), "50");
     EXPECT_STREQ(lyd_get_value(lyd_child(before.get())), "10");
+}
+
+// --- texts ---
+
+// The error of a recording whose system name is in a CDATA section.
+std::string refusal_of(const std::string &name) {
+    const yfw::test::TemporaryDirectory directory;
+    const std::string file =
+        directory.add("native.xml", "<lldp xmlns=\"urn:tarvo:yang:Tarvo-QD-ethernet-lldp-cfg\">"
+                                    "<system-name><![CDATA[" +
+                                        name + "]]></system-name></lldp>");
+    try {
+        FileSource({file}).read(native_modules());
+        return "";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.path(), file);
+        return error.what();
+    }
+}
+
+TEST(ARecordedText, IsRefusedByItsPlaceWhenItIsNoUtf8) {
+    EXPECT_THAT(refusal_of("r\x87"), testing::HasSubstr("/Tarvo-QD-ethernet-lldp-cfg:lldp/system-name"));
+    EXPECT_THAT(refusal_of("r\x01"), testing::HasSubstr("/Tarvo-QD-ethernet-lldp-cfg:lldp/system-name"));
+    EXPECT_EQ(refusal_of("r\xc3\xbc"), "");
 }
 
 } // namespace

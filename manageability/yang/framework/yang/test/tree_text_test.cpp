@@ -61,5 +61,14 @@ TEST(DataAsText, ThatIsNotSoundIsNamedByItsPlace) {
     }
 }
 
+TEST(DataAsText, ThatIsNotSoundIsRefusedInOneLine) {
+    try {
+        parse_data(schemas().context(), "{]\r\n}", LYD_JSON, strictly, "a file");
+        FAIL() << "the data was parsed";
+    } catch (const Error &error) {
+        EXPECT_EQ(std::string(error.what()).find_first_of("\r\n"), std::string::npos) << error.what();
+    }
+}
+
 } // namespace
 } // namespace yfw::yang::test

@@ -1,0 +1,53 @@
+// The fuzz target for native instance data in files. An input is the content of a file, XML or JSON.
+#include <filesystem>
+#include <string>
+
+#include "base/error.h"
+#include "base/private_directory.h"
+#include "fuzz/support/fuzz_target.h"
+#include "fuzz/support/fuzzed_device.h"
+#include "sources/file/file_source.h"
+#include "yang/comparison.h"
+#include "yang/tree_text.h"
+
+namespace yfw::fuzz {
+namespace {
+
+yang::DataTree read_back(const std::filesystem::path &file, const std::string &text) {
+    write_file(file, text);
+    return sources::FileSource({file}).read(shipped_schemas().context());
+}
+
+void check_printed(const yang::DataTree &data, LYD_FORMAT format, const std::filesystem::path &file) {
+    const yang::LibyangText text =
+        yang::printed(data.get(), format, LYD_PRINT_WITHSIBLINGS | LYD_PRINT_KEEPEMPTYCONT);
+    require(static_cast<bool>(text), "Accepted data cannot be printed.", "");
+    try {
+        const yang::DataTree again = read_back(file, text.c_str());
+        require(yang::is_same(again.get(), data.get()), "Data that is printed and read again differs.",
+                text.c_str());
+    } catch (const Error &error) {
+        require(false, "Accepted data is refused when it is printed and read again.",
+                std::string(text.c_str()) + "\n" + error.what());
+    }
+}
+
+} // namespace
+
+void run(std::string_view bytes) {
+    static const PrivateDirectory directory("yfw-fuzz");
+    const std::filesystem::path file = directory.path() / "native";
+    const std::string text(bytes);
+    try {
+        const yang::DataTree data = read_back(file, text);
+        if (data == nullptr)
+            return;
+        check_printed(data, LYD_XML, file);
+        check_printed(data, LYD_JSON, file);
+    } catch (const Error &error) {
+        require(error.path() == file.string(), "A refusal does not name the file.", text + "\n" + error.path());
+        require(is_one_line(error.what()), "A refusal is not one line.", text + "\n" + error.what());
+    }
+}
+
+} // namespace yfw::fuzz
