@@ -259,9 +259,9 @@ TEST(OneOfTwoSuppressedTlvs, IsDeletedWithoutTheOther) {
 const std::string suppressed = "/lldp/config/suppress-tlv-advertisement";
 
 // A device with three suppressed TLVs.
-class SuppressedTlvs : public testing::Test {
+class TwoSuppressedTlvs : public testing::Test {
 protected:
-    SuppressedTlvs() {
+    TwoSuppressedTlvs() {
         expect_committed(
             device.edit(in_config(tlv("SYSTEM_NAME") + tlv("PORT_DESCRIPTION") + tlv("MANAGEMENT_ADDRESS"))));
     }
@@ -271,13 +271,13 @@ protected:
     const EditedDevice device{configured_device()};
 };
 
-TEST_F(SuppressedTlvs, AreAllDeletedByThePathOfTheirLeafList) {
+TEST_F(TwoSuppressedTlvs, AreAllDeletedByThePathOfTheirLeafList) {
     expect_committed(device.erase(suppressed));
     EXPECT_EQ(values(), Strings{});
     EXPECT_EQ(device.native().find("<disable>true</disable></port-description>"), std::string::npos);
 }
 
-TEST_F(SuppressedTlvs, AreDeletedOneByOneByTheirValues) {
+TEST_F(TwoSuppressedTlvs, AreDeletedOneByOneByTheirValues) {
     expect_committed(device.erase(suppressed + "[.='SYSTEM_NAME']"));
     EXPECT_EQ(values(),
               (Strings{"openconfig-lldp-types:PORT_DESCRIPTION", "openconfig-lldp-types:MANAGEMENT_ADDRESS"}));
@@ -286,7 +286,7 @@ TEST_F(SuppressedTlvs, AreDeletedOneByOneByTheirValues) {
     expect_refused(device.erase(suppressed + "[.='SYSTEM_NAME']"), {suppressed, "SYSTEM_NAME"}, "data-missing");
 }
 
-TEST_F(SuppressedTlvs, AreReadOneByOneByTheirValues) {
+TEST_F(TwoSuppressedTlvs, AreReadOneByOneByTheirValues) {
     const Strings read{"get", suppressed + "[.='SYSTEM_NAME']", suppressed + "[.='PORT_DESCRIPTION']"};
     const std::string two = device.run(read).output;
     EXPECT_NE(two.find("SYSTEM_NAME"), std::string::npos) << two;
@@ -298,14 +298,14 @@ TEST_F(SuppressedTlvs, AreReadOneByOneByTheirValues) {
     EXPECT_NE(whole.output.find("MANAGEMENT_ADDRESS"), std::string::npos) << whole.output;
 }
 
-TEST_F(SuppressedTlvs, AreSetByPathsThatRepeatTheirValues) {
+TEST_F(TwoSuppressedTlvs, AreSetByPathsThatRepeatTheirValues) {
     expect_committed(device.set(suppressed + "[.='SYSTEM_DESCRIPTION']", "SYSTEM_DESCRIPTION"));
     EXPECT_EQ(values().size(), 4U);
     expect_refused(device.set(suppressed + "[.='SYSTEM_CAPABILITIES']", "SYSTEM_NAME"),
                    {suppressed, "SYSTEM_CAPABILITIES"}, "invalid-value");
 }
 
-TEST_F(SuppressedTlvs, AreNotDeletedByADocumentThatNamesNoValue) {
+TEST_F(TwoSuppressedTlvs, AreNotDeletedByADocumentThatNamesNoValue) {
     const DeviceState before = device.state();
     for (const std::string &document :
          {in_config(with("delete", "suppress-tlv-advertisement", "")),

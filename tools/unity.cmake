@@ -32,7 +32,7 @@ yfw_compile_apart(cli_commands status_command.cpp)
 yfw_compile_apart(access_test nacm_fixture.cpp nacm_read_test.cpp nacm_test.cpp nacm_write_test.cpp)
 yfw_compile_apart(base_test process_test.cpp run_program_test.cpp)
 yfw_compile_apart(commits_test killed_upgrade_test.cpp)
-yfw_compile_apart(device_test edit_commit_test.cpp)
+yfw_compile_apart(device_test drift_test.cpp edit_commit_test.cpp suspended_settings_test.cpp)
 yfw_compile_apart(host_test
   engine_passes_test.cpp engine_sequence_test.cpp native_selection_test.cpp node_hierarchy_test.cpp
   several_mappings_test.cpp)
@@ -43,5 +43,6 @@ yfw_compile_apart(oclldp_test
   oq_interface_edit_test.cpp oq_interface_name_test.cpp oq_neighbor_request_test.cpp oq_state_test.cpp
   oq_suppress_tlv_test.cpp)
 yfw_compile_apart(sources_test empty_texts_test.cpp wire_limits_test.cpp wanted_settings_test.cpp)
+yfw_compile_apart(lldpd_test netconf_core_lldp_test.cpp)
 yfw_compile_apart(whole_test read_properties_test.cpp)
 yfw_compile_apart(yang_test tree_text_test.cpp)

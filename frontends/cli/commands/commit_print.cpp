@@ -20,7 +20,7 @@ void print(std::ostream &to, const std::vector<yang::Difference> &differences) {
            << printable(each.value) << '\n';
 }
 
-Json json_of(const std::vector<yang::Difference> &differences) {
+Json list_of(const std::vector<yang::Difference> &differences) {
     Json all = Json::array();
     for (const yang::Difference &each : differences) {
         Json one{{"change", each.is_added ? "added" : "removed"}, {"path", each.path}};
@@ -71,8 +71,8 @@ Json json_of(const commits::Commit &commit) {
 
 void add_differences(Json &to, const CommitDifferences &differences) {
     if (differences.openconfig.has_value())
-        to["openconfig-difference"] = json_of(*differences.openconfig);
-    to["native-difference"] = json_of(differences.native);
+        to["openconfig-difference"] = list_of(*differences.openconfig);
+    to["native-difference"] = list_of(differences.native);
 }
 
 void add_texts(Json &to, const commits::Commit &commit) {

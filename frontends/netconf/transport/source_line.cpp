@@ -9,7 +9,7 @@ namespace yfw::netconf {
 namespace {
 
 // The longest IPv6 address with a zone of the length of an interface's name.
-constexpr size_t longest_line = source_word.size() + 64;
+constexpr size_t longest_source_line = source_word.size() + 64;
 
 bool is_address(const std::string &text) {
     std::array<unsigned char, sizeof(in6_addr)> parsed{};
@@ -27,10 +27,10 @@ std::string SourceLine::without_line(std::string_view bytes) {
     const size_t common = std::min(kept_.size(), source_word.size());
     const bool is_line = kept_.compare(0, common, source_word, 0, common) == 0;
     const size_t end = kept_.find('\n');
-    if (is_line && end == std::string::npos && kept_.size() <= longest_line)
+    if (is_line && end == std::string::npos && kept_.size() <= longest_source_line)
         return "";
     is_over_ = true;
-    if (!is_line || end == std::string::npos || end > longest_line)
+    if (!is_line || end == std::string::npos || end > longest_source_line)
         return std::move(kept_);
     const std::string address = kept_.substr(source_word.size(), end - source_word.size());
     if (is_address(address))
