@@ -23,7 +23,7 @@ struct Reading {
     explicit Reading(const DeviceOptions &options) : named(options) {}
 
     NamedDevice named;
-    host::Answer answer;
+    host::SettledAnswer answer;
 };
 
 // The process ends with the command, so what was read is left to the operating system, which reclaims it at
@@ -42,11 +42,10 @@ Reading &reading_until_exit(const DeviceOptions &options) {
 void run_get(const DeviceOptions &device, const GetOptions &get) {
     auto &[named, answer] = reading_until_exit(device);
     const host::ReadRequest request = read_request(named.schemas, get);
-    answer = get.applied ? named.device.read_applied(request) : named.device.read(request);
-    for (const std::string &warning : answer.warnings)
+    answer = get.applied ? named.device.answer_applied(request) : named.device.answer(request);
+    for (const std::string &warning : answer.warnings())
         warn(warning);
-    prepare_output(stdout);
-    print_data(stdout, named.schemas, answer.data.get(), get.format);
+    print_answer(stdout, named.schemas, answer, get.format);
 }
 
 } // namespace yfw::cli

@@ -32,12 +32,16 @@ ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::NativeSource
     : ManagedDevice(schemas, sources::OpenedSource{}, source, target, std::move(store), std::move(mapping),
                     std::nullopt) {}
 
-host::Answer ManagedDevice::read(const host::ReadRequest &request) {
+host::SettledAnswer ManagedDevice::answer(const host::ReadRequest &request) {
     if (request.content == host::Content::state)
-        return engine_.read(request);
+        return engine_.answer(request);
     const std::optional<Configuration> committed = configurations_.committed();
-    return committed.has_value() ? engine_.read_with(committed->openconfig.get(), request)
-                                 : engine_.read(request);
+    return committed.has_value() ? engine_.answer_with(committed->openconfig.get(), request)
+                                 : engine_.answer(request);
+}
+
+host::Answer ManagedDevice::read(const host::ReadRequest &request) {
+    return host::data_of(answer(request));
 }
 
 void ManagedDevice::validate(const Configuration &configuration) const {

@@ -1,20 +1,18 @@
-// The finished answer as libyang data, filtered to the request and with every value checked once.
+// A settled answer, node by node.
 #ifndef YFW_HOST_ANSWER_DATA_H
 #define YFW_HOST_ANSWER_DATA_H
 
-#include <string>
-#include <vector>
-
 #include "host/answer_tree.h"
-#include "host/request.h"
 #include "yang/data_tree.h"
+#include "yang/tree_writer.h"
 
 namespace yfw::host {
 
-// Builds the data of `tree` that `selection` and `content` select; NULL when nothing is selected. Omits values
-// that the model does not allow, and list entries without usable keys, with one line each in `warnings`.
-yang::DataTree make_answer(const AnswerTree &tree, const Selection &selection, Content content,
-                           std::vector<std::string> &warnings);
+// The tree, which settle() has reduced, as libyang's data; NULL when nothing is left of it.
+yang::DataTree data_of(const AnswerTree &tree);
+
+// Writes it; calls nothing when nothing is left of it.
+void write(const AnswerTree &tree, yang::TreeWriter &to);
 
 } // namespace yfw::host
 

@@ -18,6 +18,7 @@ AnswerNode &AnswerSchema::add(AnswerNode &parent, const lysc_node *schema, const
     AnswerNode &node = nodes_.emplace_back();
     node.schema = schema;
     node.parent = &parent;
+    node.number = nodes_.size() - 1;
     node.index = static_cast<uint32_t>(parent.children.size());
     parent.children.push_back(&node);
     const std::string own_path = path + "/" + schema->name;

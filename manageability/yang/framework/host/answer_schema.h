@@ -16,6 +16,7 @@ struct AnswerNode {
     const lysc_node *schema = nullptr; // NULL for the root above the top container
     const AnswerNode *parent = nullptr;
     uint32_t index = 0; // among the parent's children
+    size_t number = 0;  // among all nodes
     bool is_key = false;
     std::vector<const AnswerNode *> children;
     std::vector<const AnswerNode *> keys; // of a list
@@ -36,6 +37,8 @@ public:
     AnswerSchema &operator=(const AnswerSchema &) = delete;
 
     const AnswerNode &root() const { return nodes_.front(); }
+    // How many nodes there are.
+    size_t size() const { return nodes_.size(); }
 
     // The node at an absolute path; NULL when there is none. Looked up by hash.
     const AnswerNode *find(std::string_view path) const;

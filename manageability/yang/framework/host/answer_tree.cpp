@@ -28,6 +28,22 @@ std::string keys_of(const AnswerEntry &entry) {
     return keys;
 }
 
+std::string path_of(const AnswerEntry &entry) {
+    const AnswerNode &node = *entry.schema;
+    if (node.parent == nullptr)
+        return "";
+    std::string path = path_of(*entry.parent) + "/";
+    if (node.parent->schema == nullptr || node.parent->schema->module != node.schema->module)
+        path.append(node.schema->module->name).append(":");
+    path += node.schema->name;
+    for (const AnswerNode *key : node.keys) {
+        const std::string value = entry.slots[key->index].text;
+        const char quote = value.find('\'') == std::string::npos ? '\'' : '"';
+        path.append("[").append(key->schema->name).append("=") += quote + value + quote + "]";
+    }
+    return path;
+}
+
 size_t AnswerTree::EntryKeyHash::operator()(const EntryKey &key) const {
     const size_t list = reinterpret_cast<uintptr_t>(key.list) / alignof(AnswerList);
     return std::hash<std::string_view>{}(key.value) ^ (list * 0x9e3779b97f4a7c15u);
@@ -42,7 +58,7 @@ AnswerTree::~AnswerTree() {
             qdos_named_free(handle.node.value_ns);
 }
 
-const char *AnswerTree::copy(std::string_view text) {
+const char *AnswerTree::keep(std::string_view text) {
     char *to = static_cast<char *>(memory_.allocate(text.size() + 1, 1));
     std::memcpy(to, text.data(), text.size());
     to[text.size()] = '\0';
@@ -145,7 +161,7 @@ const char **AnswerTree::set_value(AnswerEntry &parent, const AnswerNode &target
     if (target.is_leaf()) {
         if (value != nullptr) {
             const char *before = slot.text;
-            slot.text = copy(value);
+            slot.text = keep(value);
             if (target.is_key)
                 index_key(parent, before, slot.text);
         }
@@ -159,7 +175,7 @@ const char **AnswerTree::set_value(AnswerEntry &parent, const AnswerNode &target
             return &(*at)->text;
     *at = static_cast<AnswerLeafListValue *>(
         memory_.allocate(sizeof(AnswerLeafListValue), alignof(AnswerLeafListValue)));
-    **at = {copy(value), nullptr};
+    **at = {keep(value), nullptr};
     return &(*at)->text;
 }
 
@@ -213,7 +229,7 @@ tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std:
         return handle_of(*found->second);
     }
     AnswerEntry &entry = append_entry(above, *schema);
-    const char *text = copy(key_value);
+    const char *text = keep(key_value);
     entry.slots[key->index].text = text;
     entries_by_key_.emplace(EntryKey{&list, {text, key_value.size()}}, &entry);
     return handle_of(entry);
@@ -221,8 +237,8 @@ tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std:
 
 // What is added for a second native entry goes to an entry that is in no list.
 tidl_yfw_datatree *AnswerTree::map_entry(tidl_yfw_datatree &parent, std::string_view list_path,
-                                          std::string_view key_name, std::string_view key_value,
-                                          const tidl_yfw_datatree *source) {
+                                         std::string_view key_name, std::string_view key_value,
+                                         const tidl_yfw_datatree *source) {
     tidl_yfw_datatree *handle = find_or_add_entry(parent, list_path, key_name, key_value);
     if (handle == nullptr || source == nullptr)
         return handle;
@@ -272,7 +288,7 @@ void AnswerTree::qualify_identities(const ly_ctx *context) {
         if (module == nullptr)
             module = ly_ctx_get_module_latest_ns(context, node.value_ns);
         if (module != nullptr && std::strchr(*handle.text, ':') == nullptr)
-            *handle.text = copy(std::string(module->name) + ":" + *handle.text);
+            *handle.text = keep(std::string(module->name) + ":" + *handle.text);
     }
 }
 

@@ -52,6 +52,9 @@ struct AnswerEntry {
 // The values of a list entry's keys, as one text; a key without a value counts as an empty one.
 std::string keys_of(const AnswerEntry &entry);
 
+// The entry's instance path, as libyang writes it: "/module:list[key='value']".
+std::string path_of(const AnswerEntry &entry);
+
 class AnswerTree final : public TreeOwner {
 public:
     // Borrows the schema.
@@ -62,6 +65,11 @@ public:
 
     tidl_yfw_datatree *root() { return handle_of(*root_); }
     const AnswerEntry &root_entry() const { return *root_; }
+    AnswerEntry &root_entry() { return *root_; }
+    const AnswerSchema &schema() const { return schema_; }
+
+    // A copy of the text that lives as long as the tree.
+    const char *keep(std::string_view text);
 
     // Replaces the configuration in the tree by `configuration`, which is from the top container down (NULL:
     // none). Of lists whose entries `selection` names by key only these entries are taken. Call when the
@@ -76,13 +84,16 @@ public:
     // are united, and list entries with the same keys become one. Copies texts.
     void join(const AnswerTree &other);
 
+    // Makes this tree, which is empty, a copy of what `selection` selects of `other`.
+    void copy(const AnswerTree &other, const Selection &selection);
+
     // A node missing from the model does not fail the add; it is only recorded in unknown_paths().
     terrno add(tidl_yfw_datatree &parent, const AddArguments &arguments) override;
     tidl_yfw_datatree *find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
                                          std::string_view key_name, std::string_view key_value) override;
     tidl_yfw_datatree *map_entry(tidl_yfw_datatree &parent, std::string_view list_path,
-                                  std::string_view key_name, std::string_view key_value,
-                                  const tidl_yfw_datatree *source) override;
+                                 std::string_view key_name, std::string_view key_value,
+                                 const tidl_yfw_datatree *source) override;
 
     // The native entry that this entry shows; NULL when the plug-in did not map one to it.
     const tidl_yfw_datatree *source_of(const AnswerEntry &entry) const;
@@ -132,7 +143,6 @@ private:
                    const std::vector<const Selection *> &selections);
     AnswerEntry &entry_for(const lyd_node *data, const AnswerNode &schema, AnswerEntry &parent);
 
-    const char *copy(std::string_view text);
     tidl_yfw_datatree *handle_of(AnswerEntry &entry);
     AnswerEntry *make_entry(const AnswerNode &schema, AnswerEntry *parent);
     AnswerList &list_at(AnswerEntry &parent, const AnswerNode &schema);
@@ -148,6 +158,10 @@ private:
     void join_entry(AnswerEntry &to, const AnswerEntry &from, const AnswerTree &other);
     void join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,
                    const AnswerTree &other);
+    void copy_entry(AnswerEntry &to, const AnswerEntry &from, const AnswerTree &other,
+                    const std::vector<const Selection *> &selections);
+    void copy_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,
+                   const AnswerTree &other, const std::vector<const Selection *> &selections);
 
     const AnswerSchema &schema_;
     std::pmr::monotonic_buffer_resource memory_;

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "base/error.h"
-#include "host/answer_data.h"
 #include "host/device_snapshot.h"
 #include "host/named_entries.h"
+#include "host/settle.h"
 #include "yang/forest.h"
 #include "yang/path_values.h"
 
@@ -31,6 +31,10 @@ private:
 
 } // namespace
 
+Answer data_of(SettledAnswer settled) {
+    return {settled.take_data(), settled.warnings()};
+}
+
 // The reads without keys that a request has needed, by what they select: each is made once, however many
 // entries are named.
 class Engine::WholeReads {
@@ -55,44 +59,72 @@ Engine::Engine(const yang::Schemas &schemas, sources::NativeSource &source, cons
 }
 
 Answer Engine::read(const ReadRequest &request) {
-    return read_from(request, [&] { return source_.snapshot(schemas_.context()); });
+    return data_of(answer(request));
 }
 
 Answer Engine::read(const ReadRequest &request, sources::Snapshot native) {
-    return read_from(request, [&] { return std::move(native); });
-}
-
-Answer Engine::read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    const std::vector<Selection> passes = split_by_list_entry(selection_of(request));
-    const std::vector<std::shared_ptr<AnswerTree>> written = map_passes(passes, request.content, native());
-    Answer answer;
-    for (size_t i = 0; i < passes.size(); i++)
-        yang::merge(answer.data, make_answer(*written[i], passes[i], request.content, answer.warnings));
-    yang::keep_named_values(answer.data, request.paths);
-    return answer;
+    return data_of(answer_from(request, std::move(native)));
 }
 
 Answer Engine::read_with(const lyd_node *configuration, const ReadRequest &request) {
+    return data_of(answer_with(configuration, request));
+}
+
+SettledAnswer Engine::answer(const ReadRequest &request) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    std::vector<Selection> with_state;
+    return answer_from(request, source_.snapshot(schemas_.context()));
+}
+
+SettledAnswer Engine::answer_from(const ReadRequest &request, sources::Snapshot native) {
+    std::vector<Selection> passes = split_by_list_entry(selection_of(request));
+    return settled(map_passes(passes, request.content, std::move(native)), passes, request);
+}
+
+SettledAnswer Engine::answer_with(const lyd_node *configuration, const ReadRequest &request) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    std::vector<Selection> passes;
     std::vector<Selection> others;
     for (Selection &pass : split_by_list_entry(selection_of(request)))
-        (request.content != Content::config && selects_state(pass) ? with_state : others)
+        (request.content != Content::config && selects_state(pass) ? passes : others)
             .push_back(std::move(pass));
     std::vector<std::shared_ptr<AnswerTree>> written;
-    if (!with_state.empty())
-        written = map_passes(with_state, Content::state, source_.snapshot(schemas_.context()));
-    for (size_t i = 0; i < others.size(); i++)
+    if (!passes.empty())
+        written = map_passes(passes, Content::state, source_.snapshot(schemas_.context()));
+    for (Selection &other : others) {
         written.push_back(std::make_shared<AnswerTree>(answer_schema_));
-    std::move(others.begin(), others.end(), std::back_inserter(with_state));
-    Answer answer;
-    for (size_t i = 0; i < written.size(); i++) {
-        written[i]->replace_configuration(configuration, with_state[i]);
-        yang::merge(answer.data, make_answer(*written[i], with_state[i], request.content, answer.warnings));
+        passes.push_back(std::move(other));
     }
-    yang::keep_named_values(answer.data, request.paths);
-    return answer;
+    for (size_t i = 0; i < passes.size(); i++) {
+        make_own(written[i], passes[i]);
+        written[i]->replace_configuration(configuration, passes[i]);
+    }
+    return settled(std::move(written), passes, request);
+}
+
+// Several passes may share the answer to one read.
+void Engine::make_own(std::shared_ptr<AnswerTree> &tree, const Selection &pass) const {
+    if (tree.use_count() == 1)
+        return;
+    auto own = std::make_shared<AnswerTree>(answer_schema_);
+    own->copy(*tree, pass);
+    tree = std::move(own);
+}
+
+SettledAnswer Engine::settled(std::vector<std::shared_ptr<AnswerTree>> written,
+                              const std::vector<Selection> &passes, const ReadRequest &request) const {
+    std::vector<std::string> warnings;
+    for (size_t i = 0; i < passes.size(); i++) {
+        make_own(written[i], passes[i]);
+        settle(*written[i], passes[i], request.content, warnings);
+    }
+    if (passes.size() == 1 && !yang::names_values(request.paths))
+        return {std::move(written.front()), std::move(warnings)};
+    yang::DataTree data;
+    for (std::shared_ptr<AnswerTree> &one : written)
+        yang::merge(data, SettledAnswer(std::move(one), {}).take_data());
+    yang::keep_named_values(data, request.paths);
+    return {std::move(data), std::move(warnings)};
 }
 
 // Frees native data that nobody else holds before libyang's answer tree is built, so that both never occupy
@@ -121,8 +153,8 @@ std::shared_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
     return answer;
 }
 
-// Where a mapping that was given keys may not have found what it shows without them, everything is read, and the
-// entries are picked from it.
+// Where a mapping that was given keys may not have found what it shows without them, everything is read, and
+// the entries are picked from it.
 std::shared_ptr<AnswerTree> Engine::map_named(const Selection &selection, Content content,
                                               const DeviceSnapshot &device, WholeReads &whole_reads) {
     NamedAnswer named = main_mapping().read_named(selection, content, device, tracing());

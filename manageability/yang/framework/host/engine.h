@@ -16,6 +16,7 @@
 #include "host/mapping_description.h"
 #include "host/native_paths.h"
 #include "host/request.h"
+#include "host/settled_answer.h"
 #include "platform/platform.h"
 #include "platform/trace_buffer.h"
 #include "sources/native_source.h"
@@ -29,6 +30,9 @@ struct Answer {
     yang::DataTree data;               // from the top container down; NULL when nothing was found
     std::vector<std::string> warnings; // what was omitted, one line each
 };
+
+// The settled answer as libyang's data.
+Answer data_of(SettledAnswer settled);
 
 // Borrows the schemas, which contain the modules of all mappings, and the source. Any thread may make a
 // request; one lock serializes them, and is held while the source is read.
@@ -45,13 +49,16 @@ public:
     }
     const platform::TraceBuffer &trace_buffer() const { return trace_buffer_; }
 
-    // Throws Error when the device cannot be read or the mapping fails.
+    // The functions that read throw Error when the device cannot be read or the mapping fails.
+    SettledAnswer answer(const ReadRequest &request);
+    // As libyang's data, which takes more time and memory.
     Answer read(const ReadRequest &request);
     // The same, on native data given instead of the device's current data.
     Answer read(const ReadRequest &request, sources::Snapshot native);
 
     // The same, with this configuration in OpenConfig terms (NULL: an empty one) instead of what the mapping
     // reads as configuration. The device is not read when no state is requested.
+    SettledAnswer answer_with(const lyd_node *configuration, const ReadRequest &request);
     Answer read_with(const lyd_node *configuration, const ReadRequest &request);
 
     // Maps an OpenConfig edit to native edits, in order, given the device's running configuration. Applies
@@ -68,7 +75,10 @@ public:
 private:
     class WholeReads;
 
-    Answer read_from(const ReadRequest &request, const std::function<sources::Snapshot()> &native);
+    SettledAnswer answer_from(const ReadRequest &request, sources::Snapshot native);
+    void make_own(std::shared_ptr<AnswerTree> &tree, const Selection &pass) const;
+    SettledAnswer settled(std::vector<std::shared_ptr<AnswerTree>> written,
+                          const std::vector<Selection> &passes, const ReadRequest &request) const;
     std::vector<std::shared_ptr<AnswerTree>> map_passes(const std::vector<Selection> &passes, Content content,
                                                         sources::Snapshot native);
     std::shared_ptr<AnswerTree> map_pass(const Selection &selection, Content content,

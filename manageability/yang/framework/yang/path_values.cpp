@@ -74,6 +74,10 @@ std::vector<Path> without_values(std::vector<Path> paths) {
     return paths;
 }
 
+bool names_values(const std::vector<Path> &paths) {
+    return !named_leaf_lists(paths).empty();
+}
+
 void keep_named_values(DataTree &data, const std::vector<Path> &paths) {
     const std::set<const lysc_node *> named = named_leaf_lists(paths);
     if (named.empty() || data == nullptr)

@@ -12,6 +12,7 @@
 #include "host/answer_data.h"
 #include "host/answer_tree.h"
 #include "host/request_context.h"
+#include "host/settle.h"
 #include "test_device.h"
 
 namespace yfw::host::test {
@@ -67,7 +68,10 @@ protected:
     // The answer to a request, as data; omissions are listed in `warnings`.
     yang::DataTree data(const Lines &paths = {"/lldp"}, Content content = Content::all) {
         warnings.clear();
-        return make_answer(tree, selection(paths), content, warnings);
+        AnswerTree asked(answer_schema());
+        asked.copy(tree, selection(paths));
+        settle(asked, selection(paths), content, warnings);
+        return data_of(asked);
     }
 
     Lines answer(const Lines &paths = {"/lldp"}, Content content = Content::all) {

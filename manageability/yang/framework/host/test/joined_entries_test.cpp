@@ -104,7 +104,7 @@ TEST_F(JoinedEntries, AreToldOfInAnAnswerThatTheirsIsAddedTo) {
     AnswerTree other(answer_schema());
     for (int times = 0; times < 2; times++)
         other.join(tree);
-    make_answer(other, selection({"/lldp"}), Content::all, warnings);
+    settle(other, selection({"/lldp"}), Content::all, warnings);
     EXPECT_NE(warning().find("neighbor[id='a']: the device has 2 entries"), std::string::npos) << warning();
 }
 
