@@ -116,7 +116,7 @@ void check_prints(DataTree data, const host::Selection &selection, uint32_t dept
     add_defaults(data.get(), selection);
     cut_selected(data.get(), selection, depth);
     for (const WithDefaults mode : {WithDefaults::as_set, WithDefaults::report_all_tagged, WithDefaults::trim})
-        print_cut_data(data.get(), mode);
+        print_cut_data(data.get(), mode, [](std::string_view) {});
 }
 
 // What a server reads for the filter. Nothing when the mapping refuses a key.

@@ -120,17 +120,18 @@ void check_attributes(const std::string &message, const Element &reply, const st
 }
 
 void check_reply(const std::string &message, const Reply &reply) {
-    const Document document = parsed_reply(reply.text);
+    const std::string text = reply.text();
+    const Document document = parsed_reply(text);
     const Element root = document.root();
-    require(root.is(base_ns, "rpc-reply"), "The reply is not an <rpc-reply>.", reply.text);
+    require(root.is(base_ns, "rpc-reply"), "The reply is not an <rpc-reply>.", text);
     require(root.child("rpc-error").has_value() == reply.is_error,
-            "The reply's error flag disagrees with its <rpc-error>.", reply.text);
-    check_attributes(message, root, reply.text);
-    const std::string tag = reply.text.substr(reply.text.find("<rpc-reply"));
+            "The reply's error flag disagrees with its <rpc-error>.", text);
+    check_attributes(message, root, text);
+    const std::string tag = text.substr(text.find("<rpc-reply"));
     require(tag.substr(0, tag.find('>')).find_first_of("\t\r\n") == std::string::npos,
-            "White space in an echoed attribute is not escaped.", reply.text);
-    check_frame(Framing::end_of_message, reply.text);
-    check_frame(Framing::chunked, reply.text);
+            "White space in an echoed attribute is not escaped.", text);
+    check_frame(Framing::end_of_message, text);
+    check_frame(Framing::chunked, text);
 }
 
 // ---- the conversation ----------------------------------------------------------------------------------
@@ -185,7 +186,7 @@ private:
         const Reply reply = answer(server_.server(), caller, message);
         check_reply(message, reply);
         require(!(reply.is_error || !input_.may_write) || server_.last_commit() == before,
-                "A refused request has changed the configuration.", message + "\n" + reply.text);
+                "A refused request has changed the configuration.", message + "\n" + reply.text());
         ended_ = reply.aftermath.close || reply.aftermath.kill.has_value();
     }
 

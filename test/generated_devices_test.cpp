@@ -40,7 +40,7 @@ protected:
 
     Tree answer(const Outcome &outcome) const {
         EXPECT_EQ(outcome.status, 0) << outcome.errors;
-        return parse_answer(modules_.get(), Format::json, outcome.output);
+        return parse_printed(modules_.get(), Format::json, outcome.output);
     }
 
     const TemporaryDirectory directory_;

@@ -44,7 +44,7 @@ Tree LldpdLab::get(const std::string &router, const std::vector<std::string> &wo
     const Outcome outcome = yfw(router, all);
     if (outcome.status != 0)
         throw std::runtime_error("get on " + router + ": " + outcome.errors);
-    return parse_answer(modules_.get(), Format::json, outcome.output);
+    return parse_printed(modules_.get(), Format::json, outcome.output);
 }
 
 std::string LldpdLab::setting(const std::string &router, const std::string &name) {

@@ -79,7 +79,7 @@ protected:
         const Outcome outcome = yfw({"get", path});
         EXPECT_EQ(outcome.status, 0) << outcome.errors;
         warnings_ = outcome.errors;
-        return parse_answer(modules_.get(), Format::json, outcome.output);
+        return parse_printed(modules_.get(), Format::json, outcome.output);
     }
 
     std::vector<std::string> ids() { return values_at(get("/lldp/interfaces").get(), list + "/id"); }

@@ -94,7 +94,7 @@ protected:
         const Outcome outcome = run_yfw(invocation);
         EXPECT_EQ(outcome.status, 0) << outcome.errors;
         EXPECT_EQ(outcome.errors, "");
-        return parse_answer(modules_.get(), Format::json, outcome.status == 0 ? outcome.output : "{}");
+        return outcome.status == 0 ? parse_printed(modules_.get(), Format::json, outcome.output) : nullptr;
     }
 
     // All entries of the lists with that name, as paths with all their keys.

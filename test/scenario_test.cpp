@@ -145,8 +145,8 @@ TEST_P(AScenario, IsAnsweredAsExpected) {
     if (HasFatalFailure())
         return;
     const Context modules = openconfig_modules();
-    const Tree from_json = parse_answer(modules.get(), Format::json, json.output);
-    const Tree from_xml = parse_answer(modules.get(), Format::xml, xml.output);
+    const Tree from_json = parse_printed(modules.get(), Format::json, json.output);
+    const Tree from_xml = parse_printed(modules.get(), Format::xml, xml.output);
     EXPECT_EQ(as_text(from_json.get()), as_text(from_xml.get()));
     EXPECT_EQ(keys_unlike_their_twins(from_json.get()), std::vector<std::string>{});
 }

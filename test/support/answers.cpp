@@ -44,6 +44,15 @@ std::string printed(const lyd_node *tree, uint32_t options) {
     return without_times(yang::printed(tree, LYD_XML, options).c_str());
 }
 
+// Answers are not printed by libyang, but look as if they were.
+void expect_bytes_of_libyang(const lyd_node *tree, LYD_FORMAT format, std::string answer) {
+    if (tree == nullptr || lyd_child(tree) == nullptr) // an empty answer is a document all the same
+        return;
+    for (size_t at = answer.find("&#13;"); at != std::string::npos; at = answer.find("&#13;", at))
+        answer.replace(at, 5, "\r"); // libyang prints what would be read as a line feed
+    EXPECT_EQ(answer, yang::printed(tree, format, LYD_PRINT_WITHSIBLINGS).c_str());
+}
+
 } // namespace
 
 const char *format_name(Format format) {
@@ -71,6 +80,12 @@ Tree parse_answer(const ly_ctx *context, Format format, const std::string &answe
     if (result != LY_SUCCESS)
         throw std::runtime_error(last_message(context));
     return Tree(tree);
+}
+
+Tree parse_printed(const ly_ctx *context, Format format, const std::string &answer) {
+    Tree tree = parse_answer(context, format, answer);
+    expect_bytes_of_libyang(tree.get(), format == Format::json ? LYD_JSON : LYD_XML, answer);
+    return tree;
 }
 
 std::vector<std::string> keys_unlike_their_twins(const lyd_node *tree) {

@@ -22,6 +22,8 @@ Context openconfig_modules();
 /// Parses an answer: every node must be known and every value must fit its type. A tree without nodes is
 /// null. Throws std::runtime_error with the parser's message. The context must outlive the tree.
 Tree parse_answer(const ly_ctx *context, Format format, const std::string &answer);
+// The same for what `yfw get` printed, which has to have the bytes that libyang would have printed.
+Tree parse_printed(const ly_ctx *context, Format format, const std::string &answer);
 
 /// Paths of the list keys whose value differs from the leaf of the same name under "config" or "state".
 std::vector<std::string> keys_unlike_their_twins(const lyd_node *tree);

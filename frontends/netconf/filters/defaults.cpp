@@ -1,7 +1,7 @@
 #include "frontends/netconf/filters/defaults.h"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 #include "frontends/netconf/filters/selected.h"
@@ -33,22 +33,20 @@ uint32_t print_option(WithDefaults mode) {
 }
 
 // libyang prints a bare carriage return, which XML parsers normalize to a line feed (XML section 2.11).
-std::string with_carriage_returns(const char *xml) {
-    std::string text;
-    for (const char *at = xml; *at != '\0';) {
-        const size_t plain = std::strcspn(at, "\r");
-        text.append(at, plain);
-        at += plain;
-        for (; *at == '\r'; at++)
-            text += "&#13;";
+void pass_carriage_returns(std::string_view xml, const yang::TextSink &sink) {
+    while (!xml.empty()) {
+        const size_t plain = std::min(xml.find('\r'), xml.size());
+        sink(xml.substr(0, plain));
+        xml.remove_prefix(plain);
+        if (!xml.empty())
+            sink("&#13;");
+        xml.remove_prefix(xml.empty() ? 0 : 1);
     }
-    return text;
 }
 
-std::string print(const lyd_node *data, uint32_t options) {
-    const yang::LibyangText printed =
-        yang::printed(data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | options);
-    return with_carriage_returns(printed.c_str());
+void print(const lyd_node *data, uint32_t options, const yang::TextSink &sink) {
+    yang::print(data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | options,
+                [&](std::string_view piece) { pass_carriage_returns(piece, sink); });
 }
 
 const char *default_of(const lysc_node *node) {
@@ -102,12 +100,18 @@ void add_defaults(lyd_node *data, const host::Selection &selection) {
         add_to(data, {&selection});
 }
 
-std::string print_data(const lyd_node *data, WithDefaults mode) {
-    return print(data, print_option(mode));
+void print_data(const lyd_node *data, WithDefaults mode, const yang::TextSink &sink) {
+    print(data, print_option(mode), sink);
 }
 
-std::string print_cut_data(const lyd_node *data, WithDefaults mode) {
-    return print(data, print_option(mode) | LYD_PRINT_KEEPEMPTYCONT);
+void print_cut_data(const lyd_node *data, WithDefaults mode, const yang::TextSink &sink) {
+    print(data, print_option(mode) | LYD_PRINT_KEEPEMPTYCONT, sink);
+}
+
+std::string print_data(const lyd_node *data) {
+    std::string xml;
+    print_data(data, WithDefaults::as_set, [&xml](std::string_view piece) { xml += piece; });
+    return xml;
 }
 
 } // namespace yfw::netconf

@@ -7,6 +7,7 @@
 
 #include "frontends/netconf/messages/xml.h"
 #include "host/request.h"
+#include "yang/text_pieces.h"
 
 namespace yfw::netconf {
 
@@ -26,10 +27,12 @@ WithDefaults with_defaults_of(const Element &operation, std::string_view also = 
 // State leaves are not added: a value that the device does not report is unknown.
 void add_defaults(lyd_node *data, const host::Selection &selection);
 
-// Prints the data with its siblings; empty when there is none.
-std::string print_data(const lyd_node *data, WithDefaults mode = WithDefaults::as_set);
+// Prints the data with its siblings; nothing when there is none. Throws Error, and what the sink throws.
+void print_data(const lyd_node *data, WithDefaults mode, const yang::TextSink &sink);
 // The same for data that was cut to a depth: containers emptied by the cut are still printed.
-std::string print_cut_data(const lyd_node *data, WithDefaults mode = WithDefaults::as_set);
+void print_cut_data(const lyd_node *data, WithDefaults mode, const yang::TextSink &sink);
+// The data as it is set, as one text.
+std::string print_data(const lyd_node *data);
 
 } // namespace yfw::netconf
 

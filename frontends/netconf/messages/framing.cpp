@@ -105,10 +105,16 @@ std::optional<std::string> FrameReader::next_by_chunks() {
     return std::exchange(message_, {});
 }
 
+std::string part_header(Framing framing, uint64_t size) {
+    return framing == Framing::chunked ? "\n#" + std::to_string(size) + "\n" : "";
+}
+
+std::string message_end(Framing framing) {
+    return framing == Framing::chunked ? "\n##\n" : std::string(delimiter);
+}
+
 std::string frame(Framing framing, std::string_view message) {
-    if (framing == Framing::end_of_message)
-        return std::string(message).append(delimiter);
-    return "\n#" + std::to_string(message.size()) + "\n" + std::string(message) + "\n##\n";
+    return part_header(framing, message.size()).append(message).append(message_end(framing));
 }
 
 } // namespace yfw::netconf

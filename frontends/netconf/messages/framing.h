@@ -61,6 +61,12 @@ private:
     bool ended_ = false;
 };
 
+// What precedes a part of a message when it is sent in parts; none may be empty, or longer than 4294967295
+// octets.
+std::string part_header(Framing framing, uint64_t size);
+// What follows the last part.
+std::string message_end(Framing framing);
+
 // Encodes a message for sending.
 std::string frame(Framing framing, std::string_view message);
 

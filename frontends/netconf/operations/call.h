@@ -11,7 +11,7 @@
 
 namespace yfw::netconf {
 
-inline constexpr const char *ok = "<ok/>";
+inline constexpr std::string_view ok = "<ok/>";
 
 inline constexpr std::string_view nmda_ns = "urn:ietf:params:xml:ns:yang:ietf-netconf-nmda";
 

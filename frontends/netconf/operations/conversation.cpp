@@ -39,9 +39,10 @@ std::string echoed_attributes(const Element &rpc) {
     return text;
 }
 
-std::string reply_with(const std::string &attributes, const std::string &content) {
-    return std::string(declaration) + "<rpc-reply xmlns=\"" + std::string(base_ns) + "\"" + attributes + ">" +
-           content + "</rpc-reply>";
+void wrap(Reply &reply, const std::string &attributes) {
+    reply.head =
+        std::string(declaration) + "<rpc-reply xmlns=\"" + std::string(base_ns) + "\"" + attributes + ">";
+    reply.tail = "</rpc-reply>";
 }
 
 Element operation_of(const Element &rpc) {
@@ -58,14 +59,14 @@ Element operation_of(const Element &rpc) {
     return operations.front();
 }
 
-std::string told(const Server &server, const RpcError &error, Reply &reply) {
+Spool told(const Server &server, const RpcError &error, Reply &reply) {
     reply.is_error = true;
     reply.is_bad = error.type == "rpc"; // an error in the messages layer (RFC 6022)
     reply.error = error.tag + (error.path.empty() ? "" : " " + error.path) + ": " + error.what();
-    return print_error(error, server.schemas().openconfig_root());
+    return std::string_view(print_error(error, server.schemas().openconfig_root()));
 }
 
-std::string perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
+Spool perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
     try {
         const Element operation = operation_of(rpc);
         reply.operation = operation.name();
@@ -84,9 +85,9 @@ std::string perform_or_tell(const Server &server, const Caller &caller, const El
 // Clients of base:1.0 do not know the tag, and must not get it (RFC 6241 appendix A): their session just ends.
 Reply malformed(const Server &server, const Caller &caller, const RpcError &error) {
     Reply reply;
-    const std::string content = told(server, error, reply);
+    reply.content = told(server, error, reply);
     if (caller.speaks_base_1_1)
-        reply.text = reply_with("", content);
+        wrap(reply, "");
     reply.aftermath.close = true; // the messages that follow cannot be trusted either
     reply.is_bad = true;
     return reply;
@@ -133,8 +134,8 @@ Reply answer(const Server &server, const Caller &caller, const std::string &mess
     if (!rpc.is(base_ns, "rpc"))
         return malformed(server, caller, RpcError("rpc", "malformed-message", "expected an <rpc>"));
     Reply reply;
-    const std::string content = perform_or_tell(server, caller, rpc, reply);
-    reply.text = reply_with(echoed_attributes(rpc), content);
+    reply.content = perform_or_tell(server, caller, rpc, reply);
+    wrap(reply, echoed_attributes(rpc));
     return reply;
 }
 

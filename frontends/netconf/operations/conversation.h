@@ -17,12 +17,16 @@ std::string server_hello(const ProtocolModules &modules, uint32_t session);
 bool client_speaks_base_1_1(const std::string &hello);
 
 struct Reply {
-    std::string text; // empty: there is none
+    std::string head; // with which it begins; empty: there is no reply
+    Spool content;
+    std::string tail;
     Aftermath aftermath;
     bool is_bad = false;     // the message was not a valid <rpc>
     bool is_error = false;   // it holds an <rpc-error>
     std::string operation{}; // its name, as the client wrote it; empty when there is none
     std::string error{};     // the tag, path and message of an error
+
+    std::string text() const { return head + content.text() + tail; }
 };
 
 // The <rpc-reply> to a message. Never throws because of a client's input.

@@ -57,7 +57,7 @@ void refuse_url(const Element &operation) {
 }
 
 // Applies the operation's <config>; an empty one changes nothing.
-std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
+Spool edit_datastore(const Call &call, Datastore target, bool only_test) {
     const auto edit =
         edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
     if (!edit.has_value())
@@ -73,7 +73,7 @@ std::string edit_datastore(const Call &call, Datastore target, bool only_test) {
 
 } // namespace
 
-std::string edit_config(const Call &call) {
+Spool edit_config(const Call &call) {
     refuse_others(call.operation,
                   {"target", "default-operation", "test-option", "error-option", "config", "url"});
     require_writer(call);
@@ -94,7 +94,7 @@ std::string edit_config(const Call &call) {
     return edit_datastore(call, datastore_of(call.operation, "target"), test == "test-only");
 }
 
-std::string edit_data(const Call &call) {
+Spool edit_data(const Call &call) {
     refuse_others(call.operation, {"datastore", "default-operation", "config", "url"});
     require_writer(call);
     refuse_url(call.operation);
@@ -122,7 +122,7 @@ yang::EditNode removal_of_all(const Server &server) {
 
 } // namespace
 
-std::string copy_config(const Call &call) {
+Spool copy_config(const Call &call) {
     refuse_others(call.operation, {"source", "target", "with-defaults"});
     with_defaults_of(call.operation); // validated only: it makes no difference between configurations
     require_writer(call);
@@ -141,14 +141,14 @@ std::string copy_config(const Call &call) {
 }
 
 // Only the startup datastore could be deleted (RFC 6241 section 7.4).
-std::string delete_config(const Call &call) {
+Spool delete_config(const Call &call) {
     refuse_others(call.operation, {"target"});
     require_writer(call);
     datastore_of(call.operation, "target");
     throw RpcError("protocol", "operation-not-supported", "neither running nor candidate can be deleted");
 }
 
-std::string validate(const Call &call) {
+Spool validate(const Call &call) {
     refuse_others(call.operation, {"source"});
     if (const std::optional<Element> config = inline_configuration(call)) {
         const auto edit = edit_of(call.server, *config, yang::Operation::replace);
@@ -162,7 +162,7 @@ std::string validate(const Call &call) {
     return ok;
 }
 
-std::string commit(const Call &call) {
+Spool commit(const Call &call) {
     refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
     require_writer(call);
     std::optional<device::Confirmation> confirmed;
@@ -177,28 +177,28 @@ std::string commit(const Call &call) {
     return ok;
 }
 
-std::string cancel_commit(const Call &call) {
+Spool cancel_commit(const Call &call) {
     refuse_others(call.operation, {"persist-id"});
     require_writer(call);
     call.server.datastores().cancel_commit(call.caller, text_of(call.operation, "persist-id"));
     return ok;
 }
 
-std::string discard_changes(const Call &call) {
+Spool discard_changes(const Call &call) {
     refuse_others(call.operation, {});
     require_writer(call);
     call.server.datastores().discard(call.caller);
     return ok;
 }
 
-std::string lock(const Call &call) {
+Spool lock(const Call &call) {
     refuse_others(call.operation, {"target"});
     require_writer(call);
     call.server.datastores().lock(call.caller, datastore_of(call.operation, "target"));
     return ok;
 }
 
-std::string unlock(const Call &call) {
+Spool unlock(const Call &call) {
     refuse_others(call.operation, {"target"});
     require_writer(call);
     call.server.datastores().unlock(call.caller, datastore_of(call.operation, "target"));

@@ -10,13 +10,13 @@ namespace {
 
 // ---- sessions ------------------------------------------------------------------------------------------
 
-std::string close_session(const Call &call) {
+Spool close_session(const Call &call) {
     refuse_others(call.operation, {});
     call.aftermath.close = true;
     return ok;
 }
 
-std::string kill_session(const Call &call) {
+Spool kill_session(const Call &call) {
     refuse_others(call.operation, {"session-id"});
     require_writer(call);
     const uint32_t session = number_of(required(call.operation, "session-id"), 1);
@@ -29,7 +29,7 @@ std::string kill_session(const Call &call) {
 
 // ---- events --------------------------------------------------------------------------------------------
 
-std::string create_subscription(const Call &call) {
+Spool create_subscription(const Call &call) {
     refuse_others(call.operation, {"stream", "filter", "startTime", "stopTime"});
     if (call.caller.is_subscribed)
         throw RpcError("protocol", "operation-failed", "the session already has a subscription");
@@ -41,7 +41,7 @@ struct Known {
     std::string_view ns;
     std::string_view module; // of its namespace
     std::string_view name;
-    std::string (*perform)(const Call &);
+    Spool (*perform)(const Call &);
 };
 
 constexpr Known operations[] = {{base_ns, "ietf-netconf", "get", get},
@@ -92,8 +92,7 @@ std::vector<std::string> capabilities(const ProtocolModules &modules) {
     return all;
 }
 
-std::string perform(const Server &server, const Caller &caller, const Element &operation,
-                    Aftermath &aftermath) {
+Spool perform(const Server &server, const Caller &caller, const Element &operation, Aftermath &aftermath) {
     bool known_ns = false;
     for (const Known &known : operations) {
         known_ns = known_ns || known.ns == operation.ns();

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/spool.h"
 #include "device/service.h"
 #include "frontends/netconf/events/subscription.h"
 #include "frontends/netconf/messages/xml.h"
@@ -48,7 +49,7 @@ struct Server {
 std::vector<std::string> capabilities(const ProtocolModules &modules);
 
 // Performs the operation and returns the content of the <rpc-reply>. Throws RpcError or Error.
-std::string perform(const Server &server, const Caller &caller, const Element &operation, Aftermath &aftermath);
+Spool perform(const Server &server, const Caller &caller, const Element &operation, Aftermath &aftermath);
 
 } // namespace yfw::netconf
 

@@ -8,6 +8,7 @@
 #include "frontends/netconf/filters/xpath_narrowing.h"
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/operations/own_data.h"
+#include "yang/text_writer.h"
 
 namespace yfw::netconf {
 namespace {
@@ -21,7 +22,7 @@ struct Wanted {
     Origins origins; // of the operational datastore
 };
 
-using Read = std::function<host::Answer(const host::ReadRequest &)>;
+using Read = std::function<host::SettledAnswer(const host::ReadRequest &)>;
 
 bool wants_defaults(const Wanted &wanted) {
     return wanted.content != host::Content::state &&
@@ -37,7 +38,7 @@ yang::DataTree read_readable(const Call &call, const Wanted &wanted, const host:
     host::ReadRequest request{wanted.content, {}, is_filtered ? broadened(selection) : selection};
     if (has_defaults)
         request.selection = around_leaves(*request.selection);
-    yang::DataTree data = read(request).data;
+    yang::DataTree data = read(request).take_data();
     if (has_defaults)
         add_defaults(data.get(), *request.selection);
     if (call.caller.rules != nullptr)
@@ -92,54 +93,72 @@ yang::DataTree read_own(const Call &call, const Wanted &wanted, const OwnData &o
     return data;
 }
 
-std::string print_filtered(const Call &call, std::vector<yang::DataTree> trees, const Wanted &wanted) {
+// What is left of a reply's data when an XPath filter is applied.
+void print_filtered(const Call &call, std::vector<yang::DataTree> trees, const Wanted &wanted,
+                    const yang::TextSink &sink) {
     if (is_xpath(wanted))
         filter_by_xpath(trees, *wanted.filter, wanted.depth, XPathUse::request, call.caller.is_gone.get());
-    std::string xml;
     for (const yang::DataTree &tree : trees)
-        xml += wanted.depth == unlimited_depth ? print_data(tree.get(), wanted.defaults)
-                                               : print_cut_data(tree.get(), wanted.defaults);
-    return xml;
+        if (wanted.depth == unlimited_depth)
+            print_data(tree.get(), wanted.defaults, sink);
+        else
+            print_cut_data(tree.get(), wanted.defaults, sink);
 }
 
-// The device's data and the server's own.
-std::string read_all(const Call &call, const Wanted &wanted, const Read &read) {
+// Whether everything that is read for the request is part of the reply, as it is read.
+bool is_taken_as_read(const Call &call, const Wanted &wanted, const host::Selection &needed) {
+    return call.caller.rules == nullptr && !is_xpath(wanted) && wanted.defaults == WithDefaults::as_set &&
+           wanted.depth == unlimited_depth && !wanted.origins.annotated && !wanted.origins.filter.has_value() &&
+           !has_to_be_filtered(needed);
+}
+
+// Prints what is read without libyang's tree of it; false when that is needed.
+bool print_as_read(const Call &call, const Wanted &wanted, const Read &read, const yang::TextSink &sink) {
+    const auto needed = needed_for(wanted.filter, call.server.schemas().openconfig_root());
+    if (!needed.has_value() || !is_taken_as_read(call, wanted, *needed))
+        return false;
+    yang::XmlWriter writer(sink, yang::Layout::compact);
+    read({wanted.content, {}, *needed}).write(writer);
+    writer.finish();
+    return true;
+}
+
+// Prints the device's data, and the server's own.
+void print_all(const Call &call, const Wanted &wanted, const Read &read, const yang::TextSink &sink) {
     std::vector<yang::DataTree> trees;
-    trees.push_back(read_openconfig(call, wanted, read));
+    if (!print_as_read(call, wanted, read, sink))
+        trees.push_back(read_openconfig(call, wanted, read));
     if (wanted.origins.annotated || wanted.origins.filter.has_value())
         apply_origins(trees.back(), call.server.device().running_configuration().openconfig.get(),
                       wanted.origins);
     for (const OwnData &own : own_data(call.server))
         if (wanted.content != host::Content::config || own.has_configuration)
             trees.push_back(read_own(call, wanted, own));
-    return print_filtered(call, std::move(trees), wanted);
+    print_filtered(call, std::move(trees), wanted, sink);
 }
 
 // The running configuration, and state (RFC 6241 section 7.7).
-std::string read_running_and_state(const Call &call, const Wanted &wanted) {
-    return read_all(call, wanted,
-                    [&](const host::ReadRequest &request) { return call.server.device().read(request); });
+void print_running_and_state(const Call &call, const Wanted &wanted, const yang::TextSink &sink) {
+    print_all(
+        call, wanted, [&](const host::ReadRequest &request) { return call.server.device().answer(request); },
+        sink);
 }
 
 // The configuration that is in force, and state (RFC 8342 section 5.3).
-std::string read_operational(const Call &call, const Wanted &wanted) {
-    return read_all(call, wanted, [&](const host::ReadRequest &request) {
-        return call.server.device().read_applied(request);
-    });
+void print_operational(const Call &call, const Wanted &wanted, const yang::TextSink &sink) {
+    print_all(
+        call, wanted,
+        [&](const host::ReadRequest &request) { return call.server.device().answer_applied(request); }, sink);
 }
 
-std::string read_configuration(const Call &call, Datastore datastore, Wanted wanted) {
+void print_configuration(const Call &call, Datastore datastore, Wanted wanted, const yang::TextSink &sink) {
     if (wanted.content == host::Content::state) // a configuration has no state
-        return "";
+        return;
     wanted.content = host::Content::config;
-    std::vector<yang::DataTree> trees;
-    trees.push_back(read_openconfig(call, wanted, [&](const host::ReadRequest &request) {
-        return call.server.datastores().read(datastore, request);
-    }));
-    for (const OwnData &own : own_data(call.server))
-        if (own.has_configuration)
-            trees.push_back(read_own(call, wanted, own));
-    return print_filtered(call, std::move(trees), wanted);
+    print_all(
+        call, wanted,
+        [&](const host::ReadRequest &request) { return call.server.datastores().answer(datastore, request); },
+        sink);
 }
 
 Wanted wanted_of(const Element &operation) {
@@ -150,8 +169,13 @@ Wanted wanted_of(const Element &operation) {
     return wanted;
 }
 
-std::string data_element(const std::string &attributes, const std::string &content) {
-    return "<data" + attributes + ">" + content + "</data>";
+// <data> with what `print` hands to its sink. An error replaces all of it.
+template <class Print> Spool data_element(const std::string &attributes, const Print &print) {
+    Spool element;
+    element << "<data" << attributes << ">";
+    print([&element](std::string_view piece) { element << piece; });
+    element << "</data>";
+    return element;
 }
 
 // ---- get-data ------------------------------------------------------------------------------------------
@@ -192,18 +216,21 @@ uint32_t depth_of(const Server &server, const Element &operation) {
 
 } // namespace
 
-std::string get(const Call &call) {
+Spool get(const Call &call) {
     refuse_others(call.operation, {"filter", "with-defaults"});
-    return data_element("", read_running_and_state(call, wanted_of(call.operation)));
+    const Wanted wanted = wanted_of(call.operation);
+    return data_element("", [&](const yang::TextSink &sink) { print_running_and_state(call, wanted, sink); });
 }
 
-std::string get_config(const Call &call) {
+Spool get_config(const Call &call) {
     refuse_others(call.operation, {"source", "filter", "with-defaults"});
     const Datastore source = datastore_of(call.operation, "source");
-    return data_element("", read_configuration(call, source, wanted_of(call.operation)));
+    const Wanted wanted = wanted_of(call.operation);
+    return data_element("",
+                        [&](const yang::TextSink &sink) { print_configuration(call, source, wanted, sink); });
 }
 
-std::string get_data(const Call &call) {
+Spool get_data(const Call &call) {
     refuse_others(call.operation,
                   {"datastore", "subtree-filter", "xpath-filter", "config-filter", "origin-filter",
                    "negated-origin-filter", "max-depth", "with-origin", "with-defaults"});
@@ -218,14 +245,16 @@ std::string get_data(const Call &call) {
     if (!is_operational && (wanted.origins.annotated || wanted.origins.filter.has_value()))
         throw invalid("datastore", "origins are known of the operational datastore only");
     if (!is_operational)
-        return data_element(attributes, read_configuration(call, configuration_named_by(datastore), wanted));
+        return data_element(attributes, [&](const yang::TextSink &sink) {
+            print_configuration(call, configuration_named_by(datastore), wanted, sink);
+        });
     // The capability with-operational-defaults is not offered.
     if (wanted.defaults != WithDefaults::as_set)
         throw invalid("with-defaults", "<with-defaults> applies to configuration only");
-    return data_element(attributes, read_operational(call, wanted));
+    return data_element(attributes, [&](const yang::TextSink &sink) { print_operational(call, wanted, sink); });
 }
 
-std::string get_schema(const Call &call) {
+Spool get_schema(const Call &call) {
     refuse_others(call.operation, {"identifier", "version", "format"});
     const std::string name = required(call.operation, "identifier").text();
     const std::string format = text_of(call.operation, "format").value_or("yang");
@@ -235,7 +264,8 @@ std::string get_schema(const Call &call) {
     const auto text = call.server.modules.text(name, text_of(call.operation, "version").value_or(""));
     if (!text.has_value())
         throw RpcError("application", "invalid-value", "there is no such schema");
-    return data_element(" xmlns=\"" + std::string(monitoring_ns) + "\"", escaped(*text));
+    return data_element(" xmlns=\"" + std::string(monitoring_ns) + "\"",
+                        [&](const yang::TextSink &sink) { sink(escaped(*text)); });
 }
 
 } // namespace yfw::netconf

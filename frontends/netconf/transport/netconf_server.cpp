@@ -178,11 +178,13 @@ void NetconfServer::dispatch(Session &session, std::string message) {
         log_reply(caller, reply);
         monitoring_.count(caller.session,
                           {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
-        return [this, id = caller.session, reply = std::move(reply)] { finish(id, reply); };
+        return [this, id = caller.session, reply = std::make_shared<Reply>(std::move(reply))] {
+            finish(id, *reply);
+        };
     });
 }
 
-void NetconfServer::finish(uint32_t id, const Reply &reply) {
+void NetconfServer::finish(uint32_t id, Reply &reply) {
     arm_commit_timer();
     if (reply.aftermath.kill.has_value() && sessions_.contains(*reply.aftermath.kill))
         end(*reply.aftermath.kill, EndReason::killed, id);

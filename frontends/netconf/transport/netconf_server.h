@@ -61,7 +61,7 @@ private:
     void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
     void tell(const SharedEvent &event);
     void dispatch(Session &session, std::string message);
-    void finish(uint32_t session, const Reply &reply);
+    void finish(uint32_t session, Reply &reply);
     void arm_commit_timer();
     void in_background(std::function<void()> work);
 

@@ -19,6 +19,7 @@ namespace {
 constexpr size_t most_waiting = 16;
 constexpr size_t most_waiting_bytes = 1u << 20;
 constexpr size_t most_unwritten = 1u << 20;
+constexpr size_t longest_part = 1u << 20; // of a long reply, in octets
 // A subscriber that stops reading is dropped. The limit exceeds the events that are kept; slow subscribers
 // share the waiting events, except for the bytes already printed.
 constexpr size_t most_notifications_bytes = 16u << 20;
@@ -96,8 +97,42 @@ void Session::greet() {
 }
 
 void Session::write(const std::string &message) {
-    const std::string bytes = frame(framing_, message);
+    write_bytes(frame(framing_, message));
+}
+
+void Session::write_bytes(const std::string &bytes) {
     bufferevent_write(stream_, bytes.data(), bytes.size());
+}
+
+// A long reply stays in its file until the client reads it: the kernel sends it from there.
+bool Session::write(Reply &reply) {
+    if (!reply.content.has_file()) {
+        write(reply.text());
+        return true;
+    }
+    write_bytes(part_header(framing_, reply.head.size()) + reply.head);
+    const size_t size = reply.content.size();
+    const bool is_written = write_file(reply.content.take_file(), size);
+    write_bytes(part_header(framing_, reply.tail.size()) + reply.tail + message_end(framing_));
+    return is_written;
+}
+
+bool Session::write_file(Descriptor file, size_t size) {
+    const std::unique_ptr<evbuffer_file_segment, void (*)(evbuffer_file_segment *)> segment(
+        evbuffer_file_segment_new(file.get(), 0, static_cast<ev_off_t>(size), EVBUF_FS_CLOSE_ON_FREE),
+        evbuffer_file_segment_free);
+    if (segment == nullptr)
+        return false;
+    file.release();
+    evbuffer *output = bufferevent_get_output(stream_);
+    for (size_t at = 0; at < size; at += longest_part) {
+        const size_t length = std::min(longest_part, size - at);
+        write_bytes(part_header(framing_, length));
+        if (evbuffer_add_file_segment(output, segment.get(), static_cast<ev_off_t>(at),
+                                      static_cast<ev_off_t>(length)) != 0)
+            return false;
+    }
+    return true;
 }
 
 void Session::on_read(bufferevent *, void *self) {
@@ -230,11 +265,11 @@ void Session::pause_when_full() {
         bufferevent_enable(stream_, EV_READ);
 }
 
-void Session::reply(const Reply &reply) {
+void Session::reply(Reply &reply) {
     busy_ = false;
     watch_idleness();
-    if (!reply.text.empty())
-        write(reply.text);
+    if (!reply.head.empty() && !write(reply))
+        return broken("its reply cannot be sent", EndReason::other);
     if (reply.aftermath.subscription != nullptr)
         subscribe(reply.aftermath.subscription);
     if (reply.aftermath.close)

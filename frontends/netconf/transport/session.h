@@ -45,7 +45,7 @@ public:
 
     void greet();
     // Delivers the reply to the current request.
-    void reply(const Reply &reply);
+    void reply(Reply &reply);
     // Offers an event, in case the session subscribed to it.
     void tell(const SharedEvent &event);
 
@@ -63,6 +63,9 @@ private:
     void take(std::string message);
     void next();
     void write(const std::string &message);
+    bool write(Reply &reply); // whether it could be
+    bool write_file(Descriptor file, size_t size);
+    void write_bytes(const std::string &bytes);
     void hello_came(const std::string &hello);
     void broken(const std::string &why, EndReason reason);
     void end(EndReason reason);

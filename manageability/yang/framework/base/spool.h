@@ -10,12 +10,12 @@
 
 namespace yfw {
 
-// Keeps a short text in memory, and a longer one in a temporary file without a name, so that the memory it needs
-// does not depend on its length.
+// Keeps a short text in memory, and a longer one in a temporary file without a name, so that the memory it
+// needs does not depend on its length.
 class Spool {
 public:
     Spool() = default;
-    explicit Spool(std::string text) : memory_(std::move(text)) {}
+    Spool(std::string_view text) : memory_(text) {}
 
     // Throws Error with the tag resource-denied when the file cannot be written.
     Spool &operator<<(std::string_view piece);

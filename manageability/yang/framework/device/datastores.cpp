@@ -64,9 +64,9 @@ std::optional<Configuration> Datastores::candidate() {
     return candidate_;
 }
 
-host::Answer Datastores::read(Datastore datastore, const host::ReadRequest &request) {
+host::SettledAnswer Datastores::answer(Datastore datastore, const host::ReadRequest &request) {
     const std::optional<Configuration> edited = datastore == Datastore::candidate ? candidate() : std::nullopt;
-    return edited.has_value() ? device_.read(request, *edited) : device_.read(request);
+    return edited.has_value() ? device_.answer(request, *edited) : device_.answer(request);
 }
 
 void Datastores::refuse_if_locked(const Caller &caller, Datastore datastore) const {

@@ -51,7 +51,7 @@ public:
     Datastores(ManagedDevice &device, events::Hub &events) : device_(device), events_(events) {}
 
     // Reads configuration from the datastore. Throws Error.
-    host::Answer read(Datastore datastore, const host::ReadRequest &request);
+    host::SettledAnswer answer(Datastore datastore, const host::ReadRequest &request);
 
     // `only_test`: validate the edit without applying it.
     void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);

@@ -52,8 +52,8 @@ public:
     // The same as libyang's data, which takes more time and memory.
     host::Answer read(const host::ReadRequest &request);
     // The same, with another configuration.
-    host::Answer read(const host::ReadRequest &request, const Configuration &configuration) {
-        return engine_.read_with(configuration.openconfig.get(), request);
+    host::SettledAnswer answer(const host::ReadRequest &request, const Configuration &configuration) {
+        return engine_.answer_with(configuration.openconfig.get(), request);
     }
     // The configuration that is in force on the device, as the mapping reads it, and the device's state.
     host::SettledAnswer answer_applied(const host::ReadRequest &request) { return engine_.answer(request); }

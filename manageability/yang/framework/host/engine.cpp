@@ -67,10 +67,6 @@ Answer Engine::read(const ReadRequest &request, sources::Snapshot native) {
     return data_of(answer_from(request, std::move(native)));
 }
 
-Answer Engine::read_with(const lyd_node *configuration, const ReadRequest &request) {
-    return data_of(answer_with(configuration, request));
-}
-
 SettledAnswer Engine::answer(const ReadRequest &request) {
     const std::lock_guard<std::mutex> serialised(one_request_);
     return answer_from(request, source_.snapshot(schemas_.context()));

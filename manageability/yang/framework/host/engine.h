@@ -59,7 +59,6 @@ public:
     // The same, with this configuration in OpenConfig terms (NULL: an empty one) instead of what the mapping
     // reads as configuration. The device is not read when no state is requested.
     SettledAnswer answer_with(const lyd_node *configuration, const ReadRequest &request);
-    Answer read_with(const lyd_node *configuration, const ReadRequest &request);
 
     // Maps an OpenConfig edit to native edits, in order, given the device's running configuration. Applies
     // nothing. Throws Error when the mapping rejects the edit.

@@ -44,7 +44,7 @@ void JsonWriter::quoted(std::string_view text) {
     size_t begin = 0;
     for (size_t at = 0; at < text.size(); at++) {
         const char c = text[at];
-        if (c != '"' && c != '\\' && static_cast<unsigned char>(c) >= ' ' && c != '\x7f')
+        if (c != '"' && c != '\\' && static_cast<unsigned char>(c) >= ' ')
             continue;
         out_ << text.substr(begin, at - begin);
         if (c == '"' || c == '\\')

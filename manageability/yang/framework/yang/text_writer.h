@@ -1,57 +1,19 @@
-// Trees as text, in pieces.
+// Trees as XML and JSON.
 #ifndef YFW_YANG_TEXT_WRITER_H
 #define YFW_YANG_TEXT_WRITER_H
 
-#include <functional>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "yang/text_pieces.h"
 #include "yang/tree_writer.h"
 #include "yang/value_text.h"
 
 namespace yfw::yang {
 
-// Takes the next piece of a text; may throw, which ends the writing.
-using TextSink = std::function<void(std::string_view)>;
-
 // With line ends and indentation, or without.
 enum class Layout { indented, compact };
-
-// The text itself, handed to a sink in pieces of bounded size.
-class TextPieces {
-public:
-    explicit TextPieces(TextSink sink) : sink_(std::move(sink)) { text_.reserve(piece_size + slack); }
-
-    TextPieces &operator<<(std::string_view text) {
-        text_.append(text);
-        return *this;
-    }
-    TextPieces &operator<<(char c) {
-        text_.push_back(c);
-        return *this;
-    }
-    void blanks(size_t count) { text_.append(count, ' '); }
-
-    // Between two nodes: hands out what has been written if that is a piece.
-    void pass_on() {
-        if (text_.size() >= piece_size)
-            flush();
-    }
-    void flush() {
-        if (!text_.empty())
-            sink_(text_);
-        text_.clear();
-    }
-
-private:
-    static constexpr size_t piece_size = 64 * 1024;
-    static constexpr size_t slack = 4 * 1024; // for the node that completes a piece
-
-    TextSink sink_;
-    std::string text_;
-};
 
 // XML (RFC 7950). Carriage returns are written as character references, since parsers would otherwise take them
 // for line feeds (XML section 2.11).

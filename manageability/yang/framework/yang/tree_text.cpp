@@ -1,5 +1,7 @@
 #include "yang/tree_text.h"
 
+#include <exception>
+
 #include "base/error.h"
 #include "yang/schemas.h"
 
@@ -14,6 +16,32 @@ LibyangText printed(const lyd_node *data, LYD_FORMAT format, uint32_t options) {
     if (data != nullptr)
         lyd_print_mem(&text, data, format, options);
     return LibyangText(text);
+}
+
+void print(const lyd_node *data, LYD_FORMAT format, uint32_t options, const TextSink &sink) {
+    struct Printing {
+        TextPieces pieces;
+        std::exception_ptr failure;
+    } printing{TextPieces(sink), nullptr};
+    const auto take = [](void *to, const void *text, size_t size) -> ssize_t {
+        auto &into = *static_cast<Printing *>(to);
+        try {
+            into.pieces << std::string_view(static_cast<const char *>(text), size);
+            into.pieces.pass_on();
+            return static_cast<ssize_t>(size);
+        } catch (...) {
+            into.failure = std::current_exception();
+            return -1;
+        }
+    };
+    if (data == nullptr)
+        return;
+    const LY_ERR status = lyd_print_clb(take, &printing, data, format, options);
+    if (printing.failure != nullptr)
+        std::rethrow_exception(printing.failure);
+    if (status != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "", take_yang_error(data->schema->module->ctx));
+    printing.pieces.flush();
 }
 
 DataTree parse_data(const ly_ctx *context, const std::string &text, LYD_FORMAT format, uint32_t options,

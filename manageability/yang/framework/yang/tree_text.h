@@ -7,6 +7,7 @@
 #include <string>
 
 #include "yang/data_tree.h"
+#include "yang/text_pieces.h"
 
 namespace yfw::yang {
 
@@ -32,6 +33,10 @@ std::string path_of(const lyd_node *node);
 // The tree as XML or JSON; with LYD_PRINT_WITHSIBLINGS, its siblings too. No text when `data` is NULL or cannot
 // be printed. `options`: LYD_PRINT_*.
 LibyangText printed(const lyd_node *data, LYD_FORMAT format, uint32_t options);
+
+// The same handed to `sink` in pieces; what that throws ends the printing. Throws Error if it cannot be
+// printed.
+void print(const lyd_node *data, LYD_FORMAT format, uint32_t options, const TextSink &sink);
 
 // Parses instance data; NULL when the text holds none. `options`: LYD_PARSE_*. Throws Error naming `place`,
 // where the text comes from.
