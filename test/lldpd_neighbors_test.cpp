@@ -280,7 +280,7 @@ TEST_F(NeighborsOnAHub, AreWatchedByTheIdsThatAReadShows) {
         send({{mac_chassis(99), own_port("0"), "first"}});
         lab_->kill_daemon("a");
         lab_->start_daemon("a");
-        return watch.line_with({"removed", "'first#0'"}, std::chrono::milliseconds(1500)).has_value();
+        return watch.line_with({"removed", "'first#0'"}, std::chrono::seconds(3)).has_value();
     })) << watch.errors();
     send(phones(1, 1));
     EXPECT_TRUE(watch.line_with({"added", "'phone#1'"})) << watch.output();
@@ -298,13 +298,16 @@ TEST_F(NeighborsOnAHub, CannotForgeALineOfWatch) {
     RunningYfw watch({"watch", "--device", lab_->device("a")});
     RunningYfw watch_json({"watch", "--json", "--device", lab_->device("a")});
     const std::string name = "evil\n2000-01-01T00:00:00Z  removed  /lldp\u2028\u202e\u009b2J";
+    bool is_told = false;
+    bool is_told_in_json = false;
     ASSERT_TRUE(eventually([&] {
         send({{mac_chassis(1), own_port("1"), name}});
         lab_->kill_daemon("a");
         lab_->start_daemon("a");
-        const auto soon = std::chrono::milliseconds(1500);
-        return watch.line_with({"removed", "evil\\x0a2000"}, soon).has_value() &&
-               watch_json.line_with({"\"removed\"", "evil"}, soon).has_value();
+        const auto soon = std::chrono::seconds(3);
+        is_told = is_told || watch.line_with({"removed", "evil\\x0a2000"}, soon).has_value();
+        is_told_in_json = is_told_in_json || watch_json.line_with({"\"removed\"", "evil"}, soon).has_value();
+        return is_told && is_told_in_json;
     })) << watch.output()
         << watch.errors() << watch_json.output() << watch_json.errors();
     for (const std::string &text : {watch.output(), watch_json.output()}) {
