@@ -1,5 +1,6 @@
 #include "frontends/netconf/transport/netconf_server.h"
 
+#include <malloc.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -175,6 +176,8 @@ void NetconfServer::in_background(std::function<void()> work) {
 void NetconfServer::dispatch(Session &session, std::string message) {
     workers_.add([this, caller = session.caller(), message = std::move(message)]() -> WorkerPool::Finish {
         Reply reply = answer(server_, caller, message);
+        if (reply.content.has_file()) // each thread keeps what it has freed
+            ::malloc_trim(0);
         log_reply(caller, reply);
         monitoring_.count(caller.session,
                           {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/mapped_memory.h"
 #include "host/answer_schema.h"
 #include "host/request.h"
 #include "host/tree_owner.h"
@@ -164,10 +165,11 @@ private:
                    const AnswerTree &other, const std::vector<const Selection *> &selections);
 
     const AnswerSchema &schema_;
-    std::pmr::monotonic_buffer_resource memory_;
-    std::unordered_map<EntryKey, AnswerEntry *, EntryKeyHash> entries_by_key_;
-    std::unordered_map<const AnswerEntry *, Origin> origins_;
-    std::deque<LeafHandle> handles_;
+    MappedMemory pages_;
+    std::pmr::monotonic_buffer_resource memory_{&pages_}; // of everything below
+    std::pmr::unordered_map<EntryKey, AnswerEntry *, EntryKeyHash> entries_by_key_{&memory_};
+    std::pmr::unordered_map<const AnswerEntry *, Origin> origins_{&memory_};
+    std::pmr::deque<LeafHandle> handles_{&memory_};
     AnswerEntry *root_;
     std::set<std::string, std::less<>> unknown_paths_;
 };
