@@ -1,5 +1,6 @@
 #include "base/mapped_memory.h"
 
+#include <cstdint>
 #include <new>
 
 #include <sys/mman.h>
@@ -7,7 +8,11 @@
 namespace yfw {
 namespace {
 
+#ifdef YFW_SANITIZED
+constexpr size_t least_mapped = SIZE_MAX; // leak checkers do not look for pointers in mapped memory
+#else
 constexpr size_t least_mapped = 128 * 1024; // octets
+#endif
 
 } // namespace
 
