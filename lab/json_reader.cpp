@@ -44,6 +44,8 @@ json parse_json(const std::string &text, const std::string &file) {
         return json::parse(text, note);
     } catch (const json::parse_error &error) {
         refuse(file, std::string("expected JSON: ") + error.what());
+    } catch (const json::out_of_range &) {
+        refuse(file, "expected no number that large");
     }
 }
 

@@ -58,6 +58,7 @@ std::string with_segments(const std::string &segments) {
 
 const Refused files[] = {
     {"no_json", "{", "net.json", "expected JSON"},
+    {"a_number_that_is_too_large", "3e333", "net.json", "no number that large"},
     {"a_member_twice", R"({"routers": [{"name": "a", "name": "b"}]})", "net.json", "\"name\" is repeated"},
     {"too_deep", std::string(100, '['), "net.json", "levels"},
     {"no_object", "[]", "net.json", "expected an object with the members routers, links, segments"},

@@ -219,6 +219,7 @@ INSTANTIATE_TEST_SUITE_P(
     Such, ADescriptionWithAFault,
     testing::Values(
         Fault{"AsNoJson", "library: libx.so", {"is no JSON"}}, Fault{"AsNothing", "", {"is no JSON"}},
+        Fault{"AsANumberThatIsTooLarge", "[3e333]", {"a number is too large"}},
         Fault{"AsAnArray", "[]", {"expected an object"}},
         Fault{"AsAMissingMember",
               replaced(smallest(), "\"walker-prefix\": \"x_\",", ""),

@@ -81,6 +81,16 @@ TEST(AnEditDocumentsNodes, StandInTheOrderOfTheModel) {
     EXPECT_EQ(names, "enabled hello-timer system-name ");
 }
 
+TEST(AnEditDocumentInJson, IsRefusedWithANumberThatIsTooLarge) {
+    try {
+        parse_edit(schemas(), json("\"hello-timer\": 3e333"), Operation::merge);
+        FAIL() << "the edit was accepted";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.tag(), ErrorTag::invalid_value);
+        EXPECT_STREQ(error.what(), "a number is too large");
+    }
+}
+
 TEST(AnEditDocumentInJson, TakesALeafAwayByItsAnnotationAlone) {
     const EditNode edit = parse_edit(
         schemas(), json("\"@system-name\": {\"ietf-netconf:operation\": \"remove\"}"), Operation::merge);
