@@ -4,6 +4,7 @@
 #include "sources/lldpd/native_data.h"
 #include "sources/lldpd/neighbor_ids.h"
 #include "sources/lldpd/reader.h"
+#include "yang/yang_text.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -31,7 +32,7 @@ NeighborChange change_of(lldpctl_change_t type) {
 // Called by lldpd's library; listeners are notified after the library call has returned.
 void hear(lldpctl_change_t type, lldpctl_atom_t *interface, lldpctl_atom_t *neighbor, void *to) {
     const char *name = lldpctl_atom_get_str(interface, lldpctl_k_interface_name);
-    if (name != nullptr && speaks_lldp(neighbor))
+    if (name != nullptr && yang::is_yang_text(name) && speaks_lldp(neighbor))
         static_cast<std::vector<Heard> *>(to)->push_back({change_of(type), name, read_neighbor(neighbor)});
 }
 

@@ -4,9 +4,12 @@
 #include <ctime>
 #include <functional>
 
+#include <lldp-const.h>
+
 #include "base/error.h"
 #include "sources/lldpd/atom_values.h"
 #include "sources/lldpd/tlv_reader.h"
+#include "yang/yang_text.h"
 
 namespace yfw::sources::lldpd {
 namespace {
@@ -15,6 +18,14 @@ namespace {
 std::optional<uint32_t> subtype(lldpctl_atom_t *atom, lldpctl_key_t key) {
     const auto found = number<uint32_t>(atom, key);
     return found != 0U ? found : std::nullopt;
+}
+
+// The octets of an id that is a network address: a family, and the address (clause 8.5.2.2, table 8-2). The
+// library believes the family and reads beyond an address that is too short for it.
+bool is_cut_address(const std::string &octets) {
+    constexpr size_t ipv4 = 1 + 4, ipv6 = 1 + 16;
+    return octets.empty() || (octets.front() == LLDP_MGMT_ADDR_IP4 && octets.size() < ipv4) ||
+           (octets.front() == LLDP_MGMT_ADDR_IP6 && octets.size() < ipv6);
 }
 
 std::vector<ManagementAddress> read_addresses(lldpctl_atom_t *chassis) {
@@ -33,8 +44,9 @@ std::vector<ManagementAddress> read_addresses(lldpctl_atom_t *chassis) {
 Chassis read_chassis(lldpctl_atom_t *atom) {
     Chassis chassis;
     chassis.id_subtype = subtype(atom, lldpctl_k_chassis_id_subtype);
-    chassis.id = text(atom, lldpctl_k_chassis_id).value_or("");
     chassis.id_octets = octets(atom, lldpctl_k_chassis_id);
+    if (chassis.id_subtype != LLDP_CHASSISID_SUBTYPE_ADDR || !is_cut_address(chassis.id_octets))
+        chassis.id = text(atom, lldpctl_k_chassis_id).value_or("");
     chassis.name = text(atom, lldpctl_k_chassis_name);
     chassis.description = text(atom, lldpctl_k_chassis_descr);
     const auto available = number<uint16_t>(atom, lldpctl_k_chassis_cap_available);
@@ -136,8 +148,9 @@ Neighbor read_neighbor(lldpctl_atom_t *remote_port) {
     if (chassis != nullptr)
         neighbor.chassis = read_chassis(chassis.get());
     neighbor.port_id_subtype = subtype(remote_port, lldpctl_k_port_id_subtype);
-    neighbor.port_id = text(remote_port, lldpctl_k_port_id).value_or("");
     neighbor.port_id_octets = octets(remote_port, lldpctl_k_port_id);
+    if (neighbor.port_id_subtype != LLDP_PORTID_SUBTYPE_ADDR || !is_cut_address(neighbor.port_id_octets))
+        neighbor.port_id = text(remote_port, lldpctl_k_port_id).value_or("");
     neighbor.port_description = text(remote_port, lldpctl_k_port_descr);
     neighbor.time_to_live = number<uint32_t>(remote_port, lldpctl_k_port_ttl);
     if (neighbor.time_to_live == 0U) // not reported with the port
@@ -157,6 +170,8 @@ void for_each_port(const Connection &connection,
         connection.expect(lldpctl_get_interfaces(connection.handle()), "reading the interfaces");
     for_each(interfaces.get(), [&](lldpctl_atom_t *interface) {
         const std::string name = text(interface, lldpctl_k_interface_name).value_or("");
+        if (!yang::is_yang_text(name))
+            return;
         const Atom port(lldpctl_get_port(interface));
         if (port != nullptr)
             visit(name, port.get());

@@ -15,7 +15,8 @@ State read_state(const Connection &connection);
 
 DaemonSettings read_settings(const Connection &connection);
 
-// Calls `visit` with the name and the atom of each local port.
+// Calls `visit` with the name and the atom of each local port, except for ports whose name no YANG string can
+// hold.
 void for_each_port(const Connection &connection,
                    const std::function<void(const std::string &, lldpctl_atom_t *)> &visit);
 

@@ -132,9 +132,23 @@ std::optional<CustomTlv> read_coordinates(lldpctl_atom_t *atom) {
                                 number_or_zero<uint8_t>(atom, lldpctl_k_med_location_geoid)});
 }
 
+// The library takes the length that the neighbor announced for a signed number. It does not notice that one
+// above 127 leads beyond the location, and reads what is there. Only its iterator knows the length.
+bool is_within_location(lldpctl_atom_t *elements) {
+    struct Iterator { // of liblldpctl 1.0
+        const uint8_t *element;
+        size_t left; // octets, without the first three
+    };
+    constexpr size_t longest = INT8_MAX - 3;
+    const auto *first = reinterpret_cast<const Iterator *>(lldpctl_atom_iter(elements));
+    return first == nullptr || first->left <= longest;
+}
+
 std::optional<CustomTlv> read_civic_address(lldpctl_atom_t *atom) {
     std::string elements;
     const Atom list(lldpctl_atom_get(atom, lldpctl_k_med_location_ca_elements));
+    if (list == nullptr || !is_within_location(list.get()))
+        return std::nullopt;
     for_each(list.get(), [&](lldpctl_atom_t *element) {
         const std::string value = text(element, lldpctl_k_med_civicaddress_value).value_or("");
         elements += static_cast<char>(number_or_zero<uint8_t>(element, lldpctl_k_med_civicaddress_type));
