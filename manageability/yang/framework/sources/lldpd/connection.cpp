@@ -18,7 +18,10 @@ void drop_message(int, const char *) {}
 } // namespace
 
 Connection::Connection(std::string socket, std::chrono::milliseconds bound)
-    : socket_(std::move(socket)), bound_(bound),
+    : Connection(std::move(socket), Descriptor(), bound) {}
+
+Connection::Connection(std::string socket, Descriptor stream, std::chrono::milliseconds bound)
+    : socket_(std::move(socket)), bound_(bound), stream_(std::move(stream)),
       handle_(lldpctl_new_name(socket_.c_str(), send, receive, this)) {
     lldpctl_log_callback(drop_message); // failures are reported once, by fail()
     if (handle_ == nullptr)

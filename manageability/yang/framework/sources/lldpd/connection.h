@@ -26,6 +26,8 @@ public:
 
     // `bound`: the time limit for one answer.
     explicit Connection(std::string socket, std::chrono::milliseconds bound = usual_bound);
+    // `stream`: the connection to this socket, made by somebody else.
+    Connection(std::string socket, Descriptor stream, std::chrono::milliseconds bound = usual_bound);
     ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
