@@ -14,12 +14,13 @@ function(yfw_compile_apart target)
 endfunction()
 
 # The files of a plug-in mirror one another, with the same names.
-set_target_properties(oclldp ocextra oclldp_double PROPERTIES UNITY_BUILD OFF)
-# Programs that only read documents link some files of the host without the platform that others call.
-set_target_properties(host PROPERTIES UNITY_BUILD OFF)
-if(TARGET netconf_server_test) # tables of the same form, with the same names
-  set_target_properties(netconf_server_test PROPERTIES UNITY_BUILD OFF)
-endif()
+# host: programs that only read documents link some of its files without the platform that others call.
+# netconf_server_test: tables of the same form, with the same names.
+foreach(target oclldp ocextra oclldp_double host netconf_server_test)
+  if(TARGET ${target})
+    set_target_properties(${target} PROPERTIES UNITY_BUILD OFF)
+  endif()
+endforeach()
 
 yfw_compile_apart(yang edit_reader.cpp)
 yfw_compile_apart(commits store_format.cpp)
