@@ -166,6 +166,11 @@ class Installation(unittest.TestCase):
         for option in options:
             self.assertIn(option, known)
 
+    def test_has_a_unit_that_starts_a_crashed_server_again_however_often_it_crashes(self):
+        unit = (self.prefix / "lib/systemd/system/yfw-netconf.service").read_text().splitlines()
+        self.assertIn("Restart=on-failure", unit)
+        self.assertIn("StartLimitIntervalSec=0", unit)
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
