@@ -1,5 +1,6 @@
 // Commits that are rolled back unless they are confirmed.
 #include <csignal>
+#include <cstdlib>
 #include <optional>
 #include <string>
 
@@ -213,7 +214,16 @@ struct EndCase {
     std::string more;
 };
 
-class AConfirmedCommitOfADaemonThatEnds : public AConfirmedCommit,
+// AddressSanitizer would report the signal at length before it ends the process.
+struct ThatDiesOfSignals {
+    ThatDiesOfSignals() {
+        const char *before = std::getenv("ASAN_OPTIONS");
+        setenv("ASAN_OPTIONS", (std::string(before != nullptr ? before : "") + ":handle_segv=0").c_str(), 1);
+    }
+};
+
+class AConfirmedCommitOfADaemonThatEnds : private ThatDiesOfSignals,
+                                          public AConfirmedCommit,
                                           public testing::WithParamInterface<EndCase> {};
 
 TEST_P(AConfirmedCommitOfADaemonThatEnds, IsTakenBackWhenItStartsAgain) {
@@ -233,7 +243,9 @@ TEST_P(AConfirmedCommitOfADaemonThatEnds, IsTakenBackWhenItStartsAgain) {
 }
 
 INSTANTIATE_TEST_SUITE_P(By, AConfirmedCommitOfADaemonThatEnds,
-                         testing::Values(EndCase{"Kill", SIGKILL, ""},
+                         testing::Values(EndCase{"Kill", SIGKILL, ""}, EndCase{"Crash", SIGSEGV, ""},
+                                         EndCase{"CrashThoughItPersists", SIGSEGV, persist},
+                                         EndCase{"Abort", SIGABRT, ""},
                                          EndCase{"KillThoughItPersists", SIGKILL, persist},
                                          EndCase{"Termination", SIGTERM, ""},
                                          EndCase{"TerminationThoughItPersists", SIGTERM, persist}),
