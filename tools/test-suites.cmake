@@ -14,6 +14,8 @@ endmacro()
 
 if(whole)
   yfw_add_suite(${program})
+  # Its laboratories have limits on how long daemons take to start, beside whatever else runs.
+  set_tests_properties(${program} PROPERTIES RUN_SERIAL ON)
   return()
 endif()
 
