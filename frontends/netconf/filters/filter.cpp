@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "frontends/netconf/messages/rpc_error.h"
+#include "yang/leaf_type.h"
 #include "yang/schemas.h"
 
 namespace yfw::netconf {
@@ -28,14 +29,6 @@ const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
     return nullptr;
 }
 
-// A list's key is a leafref to the leaf that holds its value.
-const lysc_type *value_type(const lysc_node *leaf) {
-    const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
-    while (type->basetype == LY_TYPE_LEAFREF)
-        type = reinterpret_cast<const lysc_type_leafref *>(type)->realtype;
-    return type;
-}
-
 // An identity's prefix is the client's choice; answers use the module name. Without a prefix, the identity is
 // that of the module that defines the base.
 std::string matched_identity(const Element &filter, const lysc_type *type) {
@@ -56,7 +49,7 @@ std::string matched_identity(const Element &filter, const lysc_type *type) {
 enum class Space { ignored, kept };
 
 std::string matched_value(const Element &filter, const lysc_node *leaf, Space space) {
-    const lysc_type *type = value_type(leaf);
+    const lysc_type *type = yang::leaf_type(leaf);
     if (type->basetype == LY_TYPE_IDENT)
         return matched_identity(filter, type);
     return space == Space::kept && type->basetype == LY_TYPE_STRING ? filter.character_data() : filter.text();

@@ -3,7 +3,6 @@
 #ifndef YFW_HOST_ENGINE_H
 #define YFW_HOST_ENGINE_H
 
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>

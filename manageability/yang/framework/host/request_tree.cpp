@@ -4,22 +4,15 @@
 #include <cstring>
 
 #include "host/host_status.h"
+#include "yang/leaf_type.h"
 
 namespace yfw::host {
 
 namespace {
 
-const lysc_type *real_type(const lysc_node *node) {
-    if ((node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) == 0)
-        return nullptr;
-    const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(node)->type;
-    return type->basetype == LY_TYPE_LEAFREF ? reinterpret_cast<const lysc_type_leafref *>(type)->realtype
-                                             : type;
-}
-
 bool is_identity(const lysc_node *node) {
-    const lysc_type *type = real_type(node);
-    return type != nullptr && type->basetype == LY_TYPE_IDENT;
+    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0 &&
+           yang::leaf_type(node)->basetype == LY_TYPE_IDENT;
 }
 
 } // namespace

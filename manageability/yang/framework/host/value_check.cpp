@@ -6,6 +6,7 @@
 
 #include <libyang/plugins_types.h>
 
+#include "yang/leaf_type.h"
 #include "yang/schemas.h"
 
 namespace yfw::host {
@@ -40,8 +41,6 @@ bool is_number(std::string_view text, size_t most_digits) {
 ValueCheck::ValueCheck(const AnswerSchema &schema) : rules_(schema.size()), known_(schema.size()) {}
 
 ValueCheck::Rule ValueCheck::rule_of(const lysc_type *type) {
-    while (type->basetype == LY_TYPE_LEAFREF)
-        type = reinterpret_cast<const lysc_type_leafref *>(type)->realtype;
     if (type->basetype == LY_TYPE_STRING) {
         const auto *string = reinterpret_cast<const lysc_type_str *>(type);
         const bool is_free = string->length == nullptr && string->patterns == nullptr &&
@@ -73,7 +72,7 @@ ValueCheck::Result ValueCheck::ask_libyang(const lysc_node *leaf, const char *te
 const ValueCheck::Result &ValueCheck::of(const AnswerNode &leaf, const char *text) {
     Rule &rule = rules_[leaf.number];
     if (rule.kind == Rule::Kind::unknown)
-        rule = rule_of(reinterpret_cast<const lysc_node_leaf *>(leaf.schema)->type);
+        rule = rule_of(yang::leaf_type(leaf.schema));
     if (rule.kind == Rule::Kind::every_text ||
         (rule.kind == Rule::Kind::digits && is_number(text, rule.most_digits)))
         return allowed_;

@@ -3,6 +3,7 @@
 
 #include "base/error.h"
 #include "yang/edit_element.h"
+#include "yang/leaf_type.h"
 #include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
@@ -19,18 +20,9 @@ bool is_blank(const std::string &text) {
     return text.find_first_not_of(" \t\r\n") == std::string::npos;
 }
 
-const lysc_type *type_of(const lysc_node *leaf) {
-    const lysc_type *type = leaf->nodetype == LYS_LEAF
-                                ? reinterpret_cast<const lysc_node_leaf *>(leaf)->type
-                                : reinterpret_cast<const lysc_node_leaflist *>(leaf)->type;
-    while (type->basetype == LY_TYPE_LEAFREF)
-        type = reinterpret_cast<const lysc_type_leafref *>(type)->realtype;
-    return type;
-}
-
 // RFC 7951 section 6.
 Written written_form_of(const lysc_node *leaf) {
-    switch (type_of(leaf)->basetype) {
+    switch (leaf_type(leaf)->basetype) {
     case LY_TYPE_INT8:
     case LY_TYPE_INT16:
     case LY_TYPE_INT32:
@@ -55,7 +47,7 @@ std::string_view to_string(Written written) {
 }
 
 void check_written(const lysc_node *leaf, const EditElement &from, const std::string &path) {
-    const bool any = from.written == Written::text || type_of(leaf)->basetype == LY_TYPE_UNION;
+    const bool any = from.written == Written::text || leaf_type(leaf)->basetype == LY_TYPE_UNION;
     if (!any && from.written != written_form_of(leaf))
         throw Error(ErrorTag::invalid_value, path,
                     "must be written as " + std::string(to_string(written_form_of(leaf))));

@@ -5,17 +5,12 @@
 
 #include <libyang/plugins_types.h>
 
+#include "yang/leaf_type.h"
+
 namespace yfw::yang {
 namespace {
 
 constexpr size_t most_known = 4096;
-
-const lysc_type *type_of(const lysc_node *leaf) {
-    const lysc_type *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
-    while (type->basetype == LY_TYPE_LEAFREF)
-        type = reinterpret_cast<const lysc_type_leafref *>(type)->realtype;
-    return type;
-}
 
 // Whether its values may have prefixes, which JSON and XML write differently.
 bool has_prefixes(const lysc_type &type) {
@@ -35,7 +30,7 @@ bool has_prefixes(const lysc_type &type) {
 class StoredValue {
 public:
     StoredValue(const lysc_node *leaf, const char *text) : context_(leaf->module->ctx) {
-        const lysc_type *type = type_of(leaf);
+        const lysc_type *type = leaf_type(leaf);
         ly_err_item *error = nullptr;
         const LY_ERR status = type->plugin->store(context_, type, text, std::strlen(text), 0, LY_VALUE_JSON,
                                                   nullptr, LYD_HINT_DATA, leaf, &value_, nullptr, &error);
@@ -78,8 +73,8 @@ private:
 
 LY_DATA_TYPE ValueTexts::plain_type(const lysc_node *leaf) {
     const auto [found, is_new] = types_.try_emplace(leaf, LY_TYPE_UNKNOWN);
-    if (is_new && !has_prefixes(*type_of(leaf)))
-        found->second = type_of(leaf)->basetype;
+    if (is_new && !has_prefixes(*leaf_type(leaf)))
+        found->second = leaf_type(leaf)->basetype;
     return found->second;
 }
 
