@@ -3,6 +3,7 @@
 
 #include "base/error.h"
 #include "yang/edit_element.h"
+#include "yang/node_kind.h"
 #include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
@@ -10,10 +11,6 @@ namespace yfw::yang {
 namespace {
 
 using Written = EditElement::Written;
-
-bool has_value(const lysc_node *node) {
-    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
 
 bool is_blank(const std::string &text) {
     return text.find_first_not_of(" \t\r\n") == std::string::npos;
@@ -242,7 +239,7 @@ void read_children(EditNode &to, const EditElement &from, const Around &around, 
 EditNode read_node(const lysc_node *schema, const EditElement &from, const Around &around,
                    const std::string &parent) {
     std::string path = parent + "/" + from.name;
-    if (has_value(schema))
+    if (is_term(schema))
         return read_leaf(schema, from, around, path);
     if (schema->nodetype == LYS_LIST)
         path += key_predicates(schema, from, path);
