@@ -69,7 +69,7 @@ const Predicate *predicate_for(const PathStep &step, const lysc_node *key, const
             continue;
         if (found != nullptr)
             throw Error(ErrorTag::invalid_value, place,
-                        "[" + std::string(key->name) + "='...'] is repeated");
+                        "[" + std::string(key == step.node ? "." : key->name) + "='...'] is repeated");
         found = &predicate;
     }
     return found;

@@ -46,6 +46,8 @@ Json parse_json(const std::string &text) {
     } catch (const Json::parse_error &error) {
         const std::string what = error.what();
         refuse("is no JSON: " + what.substr(what.find("] ") + 2));
+    } catch (const Json::out_of_range &) {
+        refuse("contains a number that is too large");
     }
 }
 
