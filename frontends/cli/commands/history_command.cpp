@@ -3,6 +3,7 @@
 #include <functional>
 #include <iomanip>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <system_error>
 
@@ -112,7 +113,7 @@ void roll_back(const DeviceOptions &device, const CommitOptions &options) {
 
 CLI::Option *add_number(CLI::App &command, CommitOptions &options) {
     return command.add_option("COMMIT", options.number, "The commit's number")
-        ->check(CLI::NonNegativeNumber)
+        ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
         ->option_text(" ");
 }
 
