@@ -64,6 +64,14 @@ void check_texts(const lyd_node *data, const std::filesystem::path &file) {
     }
 }
 
+// libyang quotes a value whole; the place follows it in parentheses.
+std::string brief_error(const ly_ctx *context) {
+    constexpr size_t longest_reason = 300;
+    const std::string error = yang::take_yang_error(context);
+    const size_t place = std::min(error.rfind(" ("), error.size());
+    return yang::shortened(error.substr(0, place), longest_reason) + error.substr(place);
+}
+
 DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     if (!std::filesystem::is_regular_file(file))
         fail(file,
@@ -74,7 +82,7 @@ DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     const LY_ERR status = lyd_parse_data_mem(context, instance.text.c_str(), format, parse_options, 0, &data);
     DataTree tree(data);
     if (status != LY_SUCCESS)
-        fail(file, yang::take_yang_error(context));
+        fail(file, brief_error(context));
     for (const lyd_node *top = data; top != nullptr; top = top->next)
         if (std::string_view(top->schema->module->name).starts_with("openconfig-"))
             fail(file, std::string("contains data of ") + top->schema->module->name + "; expected native data");
