@@ -49,12 +49,12 @@ Element operation_of(const Element &rpc) {
     if (!rpc.attribute("message-id").has_value())
         throw RpcError("rpc", "missing-attribute", "an <rpc> must have a message-id")
             .with_info("<bad-attribute>message-id</bad-attribute><bad-element>rpc</bad-element>");
-    if (!rpc.text().empty())
-        throw RpcError("rpc", "bad-element", "an <rpc> must not contain text")
-            .with_info("<bad-element>rpc</bad-element>");
     const std::vector<Element> operations = rpc.children();
     if (operations.empty())
         throw RpcError("rpc", "missing-element", "an <rpc> must contain an operation")
+            .with_info("<bad-element>rpc</bad-element>");
+    if (!rpc.text().empty())
+        throw RpcError("rpc", "bad-element", "an <rpc> must not contain text")
             .with_info("<bad-element>rpc</bad-element>");
     if (operations.size() > 1)
         throw RpcError("rpc", "bad-element", "an <rpc> must contain a single operation")
