@@ -12,6 +12,7 @@
 #include "yang/comparison.h"
 #include "yang/edit.h"
 #include "yang/edit_instance.h"
+#include "yang/node_kind.h"
 #include "yang/tree_text.h"
 
 namespace yfw::fuzz {
@@ -28,10 +29,6 @@ std::string text_of(const lyd_node *data) {
 Operation default_operation(uint8_t byte) {
     constexpr Operation operations[]{Operation::merge, Operation::replace, Operation::none};
     return operations[byte % 3U];
-}
-
-bool is_term(const lysc_node *node) {
-    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
 }
 
 // An identity may have been written without the name of its module.
@@ -82,7 +79,7 @@ private:
                    edit.node->name);
             return;
         }
-        if (is_term(edit.node) && edit.operation != Operation::none) {
+        if (yang::is_term(edit.node) && edit.operation != Operation::none) {
             expect(found != nullptr, "A node that was set is not there.", edit.node->name);
             expect(has_value(found, *edit.value), "A node has another value than the one that was set.",
                    edit.node->name);
@@ -97,7 +94,7 @@ private:
     void check_nothing_else(const lyd_node *data, const std::vector<EditNode> &edits) const {
         for (; data != nullptr; data = data->next) {
             const EditNode *edit = edit_of(data, edits);
-            const bool is_leaf = is_term(data->schema);
+            const bool is_leaf = yang::is_term(data->schema);
             expect(!is_leaf || edit != nullptr || lysc_is_key(data->schema) || yang::repeats_key(data),
                    "A replaced node has other content than the edit.", yang::path_of(data));
             if (!is_leaf)

@@ -1,11 +1,17 @@
 // The command line: help, refused arguments and files, the debug log, output that cannot be written.
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
+#include "base/descriptor.h"
+#include "base/run_program.h"
 #include "support/child_process.h"
 #include "support/files.h"
 #include "support/native_xml.h"
@@ -170,6 +176,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OptionCase{"AnUnknownFormat", {"get", "/lldp", "--format", "yaml"}, {"--format", "yaml"}},
                     OptionCase{"ANumberAsFormat", {"get", "/lldp", "--format", "0"}, {"--format"}},
                     OptionCase{"AFormatWithoutValue", {"get", "/lldp", "--format"}, {"--format"}},
+                    OptionCase{"ACommitBelowZero", {"show", "-1"}, {"COMMIT", "9223372036854775807"}},
                     OptionCase{
                         "BothContents", {"get", "--config", "--state", "/lldp"}, {"--config", "--state"}},
                     OptionCase{"ANativeFileWithoutName", {"get", "/lldp", "--native"}, {"--native"}},
@@ -237,11 +244,112 @@ INSTANTIATE_TEST_SUITE_P(
                  {"timer"}},
         FileCase{
             "JsonOfAnUnknownName", "a.json", "{\"Tarvo-QD-ethernet-lldp-cfg:lldp\": {\"nope\": 30}}", {"nope"}},
+        FileCase{"TextAfterJson",
+                 "a.json",
+                 "{\"Tarvo-QD-ethernet-lldp-cfg:lldp\": {\"timer\": 30}} x",
+                 {"expected end of input"}},
+        FileCase{"TwoJsonDocuments", "a.json", "{}\n{}", {"expected end of input"}},
+        FileCase{"HalfASurrogatePair",
+                 "a.json",
+                 R"({"Tarvo-QD-ethernet-lldp-cfg:lldp": {"system-name": "\ud83d"}})",
+                 {"surrogate"}},
+        FileCase{"AnOperation",
+                 "a.xml",
+                 native_configuration("<timer xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\" "
+                                      "nc:operation=\"delete\">30</timer>"),
+                 {"timer", "operation"}},
+        FileCase{"AnOperationInJson",
+                 "a.json",
+                 R"({"Tarvo-QD-ethernet-lldp-cfg:lldp": {"timer": 30,
+                     "@timer": {"ietf-netconf:operation": "delete"}}})",
+                 {"timer", "operation"}},
+        FileCase{"AValueThatIsSaidToBeTheDefault",
+                 "a.xml",
+                 native_configuration("<timer xmlns:wd=\"urn:ietf:params:xml:ns:netconf:default:1.0\" "
+                                      "wd:default=\"true\">31</timer>"),
+                 {"timer", "default"}},
+        FileCase{"AZeroByte",
+                 "a.xml",
+                 native_configuration(element("timer", "30")) + std::string(1, '\0') + "x",
+                 {"NUL"}},
+        FileCase{"AWrongValueBelowAComment",
+                 "a.xml",
+                 "<!--\n\n-->" + native_configuration(element("timer", "abc")),
+                 {"line number 3"}},
+        FileCase{"ANumberOfTenThousandDigits",
+                 "a.xml",
+                 native_configuration(element("timer", std::string(10000, '9'))),
+                 {"timer"}},
         FileCase{"OpenConfigData",
                  "a.json",
                  "{\"openconfig-lldp:lldp\": {\"config\": {\"enabled\": true}}}",
                  {"openconfig-lldp"}}),
     [](const auto &file) { return file.param.name; });
+
+struct WrittenCase {
+    const char *name;
+    std::string content;
+    std::string value; // of the system name, in JSON
+};
+
+class ANativeFilesText : public testing::TestWithParam<WrittenCase> {};
+
+TEST_P(ANativeFilesText, IsThatOfItsDocument) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.add("a", GetParam().content);
+    const Outcome outcome = run_get({"/lldp/config/system-name", "--native", path});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_NE(outcome.output.find("\"system-name\": \"" + GetParam().value + "\""), std::string::npos)
+        << outcome.output;
+}
+
+// The text must be ASCII.
+std::string utf16(const std::string &text) {
+    std::string units = "\xff\xfe";
+    for (const char c : text)
+        units.append(1, c).append(1, '\0');
+    return units;
+}
+
+std::string name_in_json(const std::string &name) {
+    return R"({"Tarvo-QD-ethernet-lldp-cfg:lldp": {"system-name": ")" + name + "\"}}";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    With, ANativeFilesText,
+    testing::Values(
+        WrittenCase{"AByteOrderMark", "\xef\xbb\xbf" + native_configuration(element("system-name", "r1")),
+                    "r1"},
+        WrittenCase{"AByteOrderMarkInJson", "\xef\xbb\xbf" + name_in_json("r1"), "r1"},
+        WrittenCase{"CharactersOfUtf16",
+                    utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n" +
+                          native_configuration(element("system-name", "r1"))),
+                    "r1"},
+        WrittenCase{"CharactersOfUtf16InJson", utf16(name_in_json("r1")), "r1"},
+        WrittenCase{"ACommentInside", native_configuration("<system-name>r<!--\n<x> -->1</system-name\n>"),
+                    "r1"},
+        WrittenCase{"AnInstructionInside", native_configuration("<system-name>r<?x > ?>1</system-name>"), "r1"},
+        WrittenCase{"ASectionInside", native_configuration("<system-name>r<![CDATA[<&>]]>1</system-name>"),
+                    "r<&>1"},
+        WrittenCase{"EndsOfLinesOfOtherSystems",
+                    native_configuration("<system-name>a\r\nb\rc</system-name>\r\n"), "a\\u000Ab\\u000Ac"},
+        WrittenCase{"ACarriageReturnOfItsOwn", native_configuration("<system-name>a&#13;b</system-name>"),
+                    "a\\u000Db"},
+        WrittenCase{"ASurrogatePair", name_in_json("r\\ud83d\\uDE001"),
+                    "r\xf0\x9f\x98\x80"
+                    "1"},
+        WrittenCase{"ABackslashBeforeAnEscape", name_in_json("\\\\ud83d"), "\\\\ud83d"},
+        WrittenCase{"AQuoteInJson", name_in_json("a\\\"b"), "a\\\"b"}),
+    [](const auto &test) { return test.param.name; });
+
+TEST(AWarning, IsBriefHoweverLongAValueIs) {
+    const TemporaryDirectory directory;
+    const std::string path =
+        directory.add("a.xml", native_configuration(element("system-name", std::string(1000000, 'a'))));
+    const Outcome outcome = run_get({"/lldp/config/system-name", "--native", path});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_LT(outcome.errors.size(), 1000U);
+}
 
 TEST(AGoodFileBesideABadOne, DoesNotHideIt) {
     const TemporaryDirectory directory;
@@ -374,6 +482,18 @@ TEST_P(AFullDevice, FailsTheRunWithAMessage) {
 
 TEST_P(AFullDevice, EndsTheProgramWithTheStatusOfAFailure) {
     EXPECT_EQ(run_yfw({.arguments = GetParam(), .output_device = "/dev/full"}).status, 1);
+}
+
+TEST_P(AFullDevice, FailsTheRunAsAPipeThatNobodyReadsDoes) {
+    int ends[2] = {-1, -1};
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    const Descriptor writing(ends[1]);
+    ::close(ends[0]);
+    Program program = program_under_test(GetParam());
+    program.output = writing.get();
+    const Finished finished = yfw::run(program, "", std::chrono::seconds(60));
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_NE(finished.errors.find("Broken pipe"), std::string::npos) << finished.errors;
 }
 
 INSTANTIATE_TEST_SUITE_P(AsOutput, AFullDevice,

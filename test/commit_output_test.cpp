@@ -71,6 +71,24 @@ TEST_F(ShownCommits, HaveAnEditThatMakesEntriesAgain) {
     EXPECT_NE(other.openconfig().find("eth7"), std::string::npos);
 }
 
+TEST_F(ShownCommits, HaveTextsThatAreReadAgainAsTheyAre) {
+    const EditedDevice other{configured_device()};
+    const std::string text = "a\r\n\tb\rc <&>\"']]> ";
+    expect_committed(device.set("/lldp/config/system-name", text));
+    expect_committed(
+        device.set("/lldp/interfaces/interface[name=\"it's a \"\"key\"\"]\"]/config/enabled", "false"));
+    expect_committed(other.edit(json({"show", "3", "--json"}).at("edit").get<std::string>()));
+    EXPECT_EQ(other.values("/openconfig-lldp:lldp/config/system-name"), Strings{text});
+    expect_committed(other.edit(json({"show", "4", "--json"}).at("openconfig").get<std::string>(),
+                                {"--operation", "replace"}));
+    EXPECT_EQ(other.openconfig(), device.openconfig());
+    const Outcome answer = device.run({"get", "--config", "/lldp", "--format", "xml"});
+    EXPECT_NE(answer.output.find("a&#13;\n\tb&#13;c"), std::string::npos) << answer.output;
+    const EditedDevice third{configured_device()};
+    expect_committed(third.edit(answer.output, {"--operation", "replace"}));
+    EXPECT_EQ(third.openconfig(), device.openconfig());
+}
+
 TEST_F(ShownCommits, AreWholeInJson) {
     const Json commit = json({"show", "1", "--json"});
     EXPECT_EQ(commit.at("commit"), 1);

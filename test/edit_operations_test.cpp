@@ -375,6 +375,11 @@ INSTANTIATE_TEST_SUITE_P(
         ScriptCase{"BackslashesInSingleQuotes", R"(set /lldp/config/system-name 'a \" b')", R"(a \" b)"},
         ScriptCase{"AQuoteThatIsNotTheFirst", R"(set /lldp/config/system-name it's 5")", R"(it's 5")"},
         ScriptCase{"BlanksAtItsEnds", R"(set /lldp/config/system-name ' r1 ')", " r1 "},
+        ScriptCase{"AByteOrderMark",
+                   "\xef\xbb\xbf"
+                   "set /lldp/config/system-name r1",
+                   "r1"},
+        ScriptCase{"ACarriageReturnAtItsEnd", "set /lldp/config/system-name r1\r", "r1"},
         ScriptCase{"AQuotedPath", R"(set "/lldp/config[enabled='true']/system-name" r1)", "r1"},
         ScriptCase{"QuotesInThePath", R"(set /lldp/config[enabled='true']/system-name r1)", "r1"}),
     [](const auto &test) { return test.param.name; });

@@ -328,6 +328,24 @@ INSTANTIATE_TEST_SUITE_P(
                     "<edit-config x=\"1\">" + running + new_name + "</edit-config>",
                     {"unknown-attribute"},
                     "edit-config"},
+        RequestCase{"AnElementInADefaultOperation",
+                    "<edit-config>" + running + "<default-operation>merge<x/></default-operation>" + new_name +
+                        "</edit-config>",
+                    {"unknown-element"},
+                    "x"},
+        RequestCase{"AnElementInATestOption",
+                    "<edit-config>" + running + "<test-option>set<x/></test-option>" + new_name +
+                        "</edit-config>",
+                    {"unknown-element"},
+                    "x"},
+        RequestCase{"AnElementInAToken",
+                    "<commit><confirmed/><persist>a<x/></persist></commit>",
+                    {"unknown-element"},
+                    "x"},
+        RequestCase{"TextBesideTheOperation", "a<get/>", {"bad-element"}, "rpc"},
+        RequestCase{"AValidationOfAUrl",
+                    "<validate><source><url>file:///tmp/x</url></source></validate>",
+                    {"operation-not-supported"}},
         RequestCase{"TwoFilters", "<get><filter/><filter/></get>", {"bad-element"}, "filter"},
         RequestCase{"TwoSources",
                     "<get-config><source><running/></source><source><running/></source></get-config>",
@@ -349,6 +367,27 @@ INSTANTIATE_TEST_SUITE_P(
                     {"unknown-element", "unknown-namespace", "bad-element", "invalid-value",
                      "operation-not-supported"}}),
     [](const auto &test) { return test.param.name; });
+
+TEST_F(NetconfTest, AnErrorIsBriefHoweverLongTheRequestIs) {
+    constexpr size_t longest_reply = 2000;
+    const std::string many_digits(1000000, '9');
+    const std::string long_name(40000, 'a');
+    NetconfClient client(server().socket());
+    for (const std::string &request :
+         {edit_config("running", config_edit(leaf_edit("hello-timer", many_digits))),
+          edit_config("running", config_edit(leaf_edit("system-name", many_digits))),
+          edit_config("running", config_edit(leaf_edit("enabled", "true", many_digits))),
+          edit_config("running", config_edit("<" + long_name + "/>")),
+          edit_config("running", config_edit("<enabled " + long_name + "=\"\">true</enabled>")),
+          edit_config("running", interface_edit(many_digits, "maybe")),
+          edit_config("running", "<lldp xmlns=\"urn:" + many_digits + "\"/>"), "<" + long_name + "/>",
+          "<get xmlns=\"urn:" + many_digits + "\"/>", "<get><" + long_name + "/></get>",
+          "<get " + long_name + "=\"\"/>"}) {
+        const Xml reply = client.rpc(request);
+        EXPECT_NE(error_tag(reply), "") << request.substr(0, 200);
+        EXPECT_LT(reply.printed.size(), longest_reply) << request.substr(0, 200);
+    }
+}
 
 } // namespace
 } // namespace yfw::test

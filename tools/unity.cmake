@@ -22,13 +22,10 @@ foreach(target oclldp ocextra oclldp_double host netconf_server_test)
   endif()
 endforeach()
 
-yfw_compile_apart(yang edit_reader.cpp)
 yfw_compile_apart(commits store_format.cpp)
-yfw_compile_apart(device drift.cpp)
 yfw_compile_apart(netconf_filters xpath_tokens.cpp)
 yfw_compile_apart(pictures topology_text.cpp)
 yfw_compile_apart(sources lldpd/wanted_settings.cpp)
-yfw_compile_apart(cli_commands status_command.cpp)
 
 yfw_compile_apart(access_test nacm_fixture.cpp nacm_read_test.cpp nacm_test.cpp nacm_write_test.cpp)
 yfw_compile_apart(base_test process_test.cpp run_program_test.cpp)

@@ -1,5 +1,8 @@
+#include <csignal>
+
 #include "frontends/cli/program.h"
 
 int main(int argc, char **argv) {
+    std::signal(SIGPIPE, SIG_IGN); // a reader that is gone shows as a write error instead, like a full disk
     return yfw::cli::run_program(argc, argv);
 }

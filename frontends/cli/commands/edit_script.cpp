@@ -1,11 +1,14 @@
 #include "frontends/cli/commands/edit_script.h"
 
+#include <string_view>
+
 #include "base/error.h"
 
 namespace yfw::cli {
 namespace {
 
 constexpr const char *blanks = " \t\r";
+constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
 
 std::string trim(const std::string &text) {
     const size_t first = text.find_first_not_of(blanks);
@@ -99,6 +102,8 @@ std::vector<Change> read_script(std::istream &text, const std::string &place) {
     std::vector<Change> changes;
     std::string line;
     for (size_t number = 1; std::getline(text, line); number++) {
+        if (number == 1 && line.starts_with(byte_order_mark))
+            line.erase(0, byte_order_mark.size());
         const std::string here = place + ":" + std::to_string(number);
         std::string rest = trim(line);
         if (rest.empty() || rest.front() == '#')

@@ -3,6 +3,7 @@
 #include <functional>
 #include <iomanip>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <system_error>
 
@@ -110,18 +111,9 @@ void roll_back(const DeviceOptions &device, const CommitOptions &options) {
     print_result(named, commit, options.json);
 }
 
-CLI::App *add_command(CLI::App &app, DeviceOptions &device, CommitOptions &options, const char *name,
-                      const char *help) {
-    CLI::App *command = app.add_subcommand(name, help);
-    command->footer(history_examples);
-    command->add_flag("--json", options.json, "Print JSON");
-    add_device_options(*command, device);
-    return command;
-}
-
 CLI::Option *add_number(CLI::App &command, CommitOptions &options) {
     return command.add_option("COMMIT", options.number, "The commit's number")
-        ->check(CLI::NonNegativeNumber)
+        ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
         ->option_text(" ");
 }
 
@@ -129,30 +121,30 @@ CLI::Option *add_number(CLI::App &command, CommitOptions &options) {
 
 void add_history_commands(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<CommitOptions>();
-    CLI::App *history = add_command(app, device, *options, "history", "List the commits, newest first");
+    const auto add = [&](const char *name, const char *help) {
+        return add_device_command(app, device, options->json, name, help, history_examples);
+    };
+    CLI::App *history = add("history", "List the commits, newest first");
     history->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &) {
             print_history(store, options->json);
         });
     });
-    CLI::App *shown =
-        add_command(app, device, *options, "show", "Show a commit: who, when, the edit, what it changed");
+    CLI::App *shown = add("show", "Show a commit: who, when, the edit, what it changed");
     add_number(*shown, *options)->required();
     shown->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
             show(device, store, find_commit(store, options->number, place), options->json);
         });
     });
-    CLI::App *diff = add_command(app, device, *options, "diff",
-                                 "Print the native difference of a commit; default: the last one");
+    CLI::App *diff = add("diff", "Print the native difference of a commit; default: the last one");
     add_number(*diff, *options);
     diff->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
             show_difference(device, store, find_commit(store, options->number, place), options->json);
         });
     });
-    CLI::App *rollback =
-        add_command(app, device, *options, "rollback", "Make a commit's configuration the running one again");
+    CLI::App *rollback = add("rollback", "Make a commit's configuration the running one again");
     add_number(*rollback, *options)->required();
     rollback->add_option("--comment", options->comment, "Comment to store with the new commit")
         ->option_text("TEXT");

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstring>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -211,12 +212,12 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
     serve
         ->add_option("--max-sessions", options->server.most_sessions,
                      "How many sessions there may be at once; default: 0, no limit")
-        ->check(CLI::NonNegativeNumber)
+        ->check(CLI::Range(uint64_t{0}, std::numeric_limits<uint64_t>::max()))
         ->option_text("NUMBER");
     serve
         ->add_option("--max-message", options->largest_message,
                      "Longest message that is accepted; default: 64 MiB")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(uint64_t{1}, std::numeric_limits<uint64_t>::max()))
         ->option_text("BYTES");
     add_device_options(*serve, device);
     serve->callback([&device, options, readers, writers] {

@@ -131,21 +131,18 @@ void apply(const DeviceOptions &options, bool json) {
 
 using Run = void (*)(const DeviceOptions &options, bool json);
 
-void add_command(CLI::App &app, DeviceOptions &device, const char *name, const char *help, Run run) {
-    CLI::App *command = app.add_subcommand(name, help);
-    command->footer(status_examples);
+void add(CLI::App &app, DeviceOptions &device, const char *name, const char *help, Run run) {
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "Print JSON");
-    add_device_options(*command, device);
+    CLI::App *command = add_device_command(app, device, *json, name, help, status_examples);
     command->callback([&device, json, run] { run(device, *json); });
 }
 
 } // namespace
 
 void add_status_commands(CLI::App &app, DeviceOptions &device) {
-    add_command(app, device, "status", "Show a device's store, last commit and drift", print_status);
-    add_command(app, device, "drift", "List what the device does not do as it was configured", print_drift);
-    add_command(app, device, "apply", "Make the device do what the last commit says", apply);
+    add(app, device, "status", "Show a device's store, last commit and drift", print_status);
+    add(app, device, "drift", "List what the device does not do as it was configured", print_drift);
+    add(app, device, "apply", "Make the device do what the last commit says", apply);
 }
 
 } // namespace yfw::cli

@@ -36,4 +36,13 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
     command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
 }
 
+CLI::App *add_device_command(CLI::App &app, DeviceOptions &device, bool &json, const char *name,
+                             const char *help, const char *examples) {
+    CLI::App *command = app.add_subcommand(name, help);
+    command->footer(examples);
+    command->add_flag("--json", json, "Print JSON");
+    add_device_options(*command, device);
+    return command;
+}
+
 } // namespace yfw::cli

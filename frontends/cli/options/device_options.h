@@ -12,6 +12,10 @@ namespace yfw::cli {
 // the command.
 void add_device_options(CLI::App &command, DeviceOptions &options);
 
+// Adds a command with these options and --json, which sets `json`; it must outlive the command, too.
+CLI::App *add_device_command(CLI::App &app, DeviceOptions &device, bool &json, const char *name,
+                             const char *help, const char *examples);
+
 } // namespace yfw::cli
 
 #endif

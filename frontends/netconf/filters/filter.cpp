@@ -17,8 +17,10 @@ bool takes_namespace(const Element &filter, std::string_view wanted) {
     return filter.ns() == wanted || filter.ns().empty() || filter.ns() == base_ns;
 }
 
+// No node has attributes that a filter could match (RFC 6241 section 6.2.2).
 bool means(const Element &filter, const lysc_node *node) {
-    return filter.name() == node->name && takes_namespace(filter, node->module->ns);
+    return filter.attributes().empty() && filter.name() == node->name &&
+           takes_namespace(filter, node->module->ns);
 }
 
 const lysc_node *node_meant(const Element &filter, const lysc_node *parent) {
@@ -122,8 +124,38 @@ void merge_into(host::Selection &whole, host::Selection part) {
 
 } // namespace
 
+namespace {
+
+// Attributes may have NETCONF's prefix or none.
+void check_attributes(const Element &filter, bool is_xpath) {
+    size_t types = 0;
+    size_t selects = 0;
+    for (const Element::Attribute &attribute : filter.attributes()) {
+        types += attribute.name == "type" ? 1 : 0;
+        selects += attribute.name == "select" ? 1 : 0;
+    }
+    if (types <= 1 && selects <= (is_xpath ? 1 : 0))
+        return;
+    throw RpcError("protocol", "bad-attribute",
+                   types > 1  ? "the type is repeated"
+                   : is_xpath ? "the expression is repeated"
+                              : "only an xpath filter has a select attribute")
+        .with_info(text_element("bad-attribute", types > 1 ? "type" : "select") +
+                   "<bad-element>filter</bad-element>");
+}
+
+} // namespace
+
+void refuse_filter_text(const Element &filter) {
+    if (!filter.text().empty())
+        throw RpcError("protocol", "bad-element", "a filter must not contain text")
+            .with_info(bad_name("bad-element", filter.name()));
+}
+
 Filter filter_of(const Element &filter) {
     const std::string type = filter.attribute("type").value_or("subtree");
+    check_attributes(filter, type == "xpath");
+    refuse_filter_text(filter);
     if (type == "subtree")
         return {FilterType::subtree, filter, {}, {}};
     if (type != "xpath")
@@ -133,6 +165,9 @@ Filter filter_of(const Element &filter) {
     if (!select.has_value())
         throw RpcError("protocol", "missing-attribute", "an xpath filter must have a select attribute")
             .with_info("<bad-attribute>select</bad-attribute><bad-element>filter</bad-element>");
+    if (!filter.children().empty())
+        throw RpcError("protocol", "bad-element", "an xpath filter must be empty")
+            .with_info(bad_name("bad-element", filter.children().front().name()));
     return {FilterType::xpath, filter, *select, filter.prefixes()};
 }
 

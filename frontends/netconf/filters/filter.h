@@ -26,6 +26,9 @@ struct Filter {
 // Reads the <filter> of <get>. Throws RpcError when its attributes are invalid.
 Filter filter_of(const Element &filter);
 
+// Text beside the elements of a filter selects nothing: throws RpcError.
+void refuse_filter_text(const Element &filter);
+
 // What a subtree filter selects below `root`, so that nothing else is mapped; nothing when it selects nothing
 // there. `filter`: the <filter> element.
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root);

@@ -11,6 +11,8 @@ namespace {
 
 // Messages may quote what a client sent, however long that is.
 constexpr size_t longest_message = 800;
+constexpr size_t longest_name = 200;
+constexpr size_t longest_path = 1000;
 
 bool is_openconfig_path(const std::string &path, const lysc_node *openconfig) {
     const std::string top = "/" + std::string(openconfig->name);
@@ -68,16 +70,15 @@ std::string mandatory_info(const Error &error, const std::string &name) {
     switch (error.tag()) {
     case ErrorTag::unknown_element:
     case ErrorTag::bad_element:
-        return text_element("bad-element", name);
+        return bad_name("bad-element", name);
     case ErrorTag::missing_element:
-        return text_element("bad-element", error.subject().empty() ? name : error.subject());
+        return bad_name("bad-element", error.subject().empty() ? name : error.subject());
     case ErrorTag::unknown_namespace:
-        return text_element("bad-element", name) + "<bad-namespace>" + escaped(error.subject()) +
-               "</bad-namespace>";
+        return bad_name("bad-element", name) + bad_namespace(error.subject());
     case ErrorTag::bad_attribute:
     case ErrorTag::unknown_attribute:
-        return text_element("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
-               text_element("bad-element", name);
+        return bad_name("bad-attribute", error.subject().empty() ? "operation" : error.subject()) +
+               bad_name("bad-element", name);
     case ErrorTag::lock_denied:
         return text_element("session-id", error.subject());
     default:
@@ -129,11 +130,19 @@ std::string text_element(const char *name, const std::string &text) {
     return text.empty() ? "" : "<" + std::string(name) + ">" + escaped(text) + "</" + name + ">";
 }
 
+std::string bad_name(const char *element, std::string_view name) {
+    return text_element(element, yang::shortened(name, longest_name));
+}
+
+std::string bad_namespace(std::string_view ns) {
+    return "<bad-namespace>" + escaped(yang::shortened(ns, longest_name)) + "</bad-namespace>";
+}
+
 std::string print_error(const RpcError &error, const lysc_node *openconfig) {
     std::string xml = "<rpc-error>" + text_element("error-type", error.type) +
                       text_element("error-tag", error.tag) + "<error-severity>error</error-severity>" +
                       text_element("error-app-tag", error.app_tag);
-    if (!error.path.empty())
+    if (!error.path.empty() && error.path.size() <= longest_path) // a part of it would name another node
         xml += openconfig_path_element("error-path", error.path, openconfig);
     if (*error.what() != '\0')
         xml += "<error-message xml:lang=\"en\">" + escaped(yang::shortened(error.what(), longest_message)) +

@@ -48,6 +48,11 @@ std::string print_error(const RpcError &error, const lysc_node *openconfig);
 // An element with this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);
 
+// <element>NAME</element> and <bad-namespace>, which are mandatory for some tags (RFC 6241 appendix A). Only
+// the beginning of a name of hundreds of bytes.
+std::string bad_name(const char *element, std::string_view name);
+std::string bad_namespace(std::string_view ns);
+
 // Escapes text for XML character data and quoted attributes.
 std::string escaped(std::string_view text);
 

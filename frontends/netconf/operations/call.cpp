@@ -1,6 +1,7 @@
 #include "frontends/netconf/operations/call.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <set>
 
@@ -24,7 +25,7 @@ bool is_known(const Element &parent, const Element &child, std::initializer_list
 constexpr std::string_view xml_ns = "http://www.w3.org/XML/1998/namespace";
 
 std::string bad_element(const Element &element) {
-    return text_element("bad-element", std::string(element.name()));
+    return bad_name("bad-element", element.name());
 }
 
 // The attributes of a <filter> (RFC 6241 section 8.9.5); they may have NETCONF's prefix.
@@ -40,6 +41,22 @@ void refuse_text(const Element &element) {
             .with_info(bad_element(element));
 }
 
+// All other parameters are leaves.
+bool takes_elements(std::string_view name) {
+    constexpr std::array<std::string_view, 5> containers{"target", "source", "config", "filter",
+                                                         "subtree-filter"};
+    return std::find(containers.begin(), containers.end(), name) != containers.end();
+}
+
+void check_parameter(const Element &parameter) {
+    refuse_attributes(parameter);
+    const std::vector<Element> children = parameter.children();
+    if (!children.empty() && !takes_elements(parameter.name()))
+        throw RpcError("protocol", "unknown-element",
+                       "<" + std::string(parameter.name()) + "> must not contain elements")
+            .with_info(bad_element(children.front()));
+}
+
 bool may_repeat(std::string_view name) {
     return name == "origin-filter" || name == "negated-origin-filter";
 }
@@ -51,7 +68,7 @@ void refuse_attributes(const Element &element) {
         if (!takes_attribute(element, attribute))
             throw RpcError("protocol", "unknown-attribute",
                            "<" + std::string(element.name()) + "> does not take it")
-                .with_info(text_element("bad-attribute", std::string(attribute.name)) + bad_element(element));
+                .with_info(bad_name("bad-attribute", attribute.name) + bad_element(element));
 }
 
 void require_empty(const Element &element) {
@@ -92,15 +109,15 @@ void refuse_others(const Element &parent, std::initializer_list<std::string_view
     for (const Element &child : parent.children()) {
         if (is_known(parent, child, known)) {
             if (!seen.insert(child.name()).second && !may_repeat(child.name()))
-                throw RpcError("protocol", "bad-element", "it is repeated").with_info(bad_element(child));
-            refuse_attributes(child);
+                throw RpcError("protocol", "bad-element", "<" + std::string(child.name()) + "> is repeated")
+                    .with_info(bad_element(child));
+            check_parameter(child);
             continue;
         }
         const bool is_own = child.ns() == parent.ns();
         throw RpcError("protocol", is_own ? "unknown-element" : "unknown-namespace",
                        "<" + std::string(parent.name()) + "> does not take it")
-            .with_info(text_element("bad-element", std::string(child.name())) +
-                       (is_own ? "" : text_element("bad-namespace", std::string(child.ns()))));
+            .with_info(bad_element(child) + (is_own ? "" : bad_namespace(child.ns())));
     }
 }
 
@@ -128,7 +145,7 @@ Datastore datastore_of(const Element &parent, const char *name) {
     refuse_text(holder);
     if (holder.children().size() > 1)
         throw RpcError("protocol", "bad-element", "expected one datastore")
-            .with_info("<bad-element>" + escaped(holder.children()[1].name()) + "</bad-element>");
+            .with_info(bad_element(holder.children()[1]));
     const std::vector<Element> named = holder.children();
     for (const auto datastore : {Datastore::running, Datastore::candidate}) {
         const std::string_view word = datastore == Datastore::running ? "running" : "candidate";
@@ -142,6 +159,8 @@ Datastore datastore_of(const Element &parent, const char *name) {
     if (named.empty())
         throw RpcError("protocol", "missing-element", "expected a datastore")
             .with_info("<bad-element>" + std::string(name) + "</bad-element>");
+    if (named.front().is(holder.ns(), "url"))
+        throw RpcError("protocol", "operation-not-supported", "this server does not use URLs");
     throw RpcError("protocol", "invalid-value",
                    "this server has only the configurations running and candidate");
 }

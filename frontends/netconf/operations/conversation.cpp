@@ -53,9 +53,12 @@ Element operation_of(const Element &rpc) {
     if (operations.empty())
         throw RpcError("rpc", "missing-element", "an <rpc> must contain an operation")
             .with_info("<bad-element>rpc</bad-element>");
+    if (!rpc.text().empty())
+        throw RpcError("rpc", "bad-element", "an <rpc> must not contain text")
+            .with_info("<bad-element>rpc</bad-element>");
     if (operations.size() > 1)
         throw RpcError("rpc", "bad-element", "an <rpc> must contain a single operation")
-            .with_info("<bad-element>" + escaped(operations[1].name()) + "</bad-element>");
+            .with_info(bad_name("bad-element", operations[1].name()));
     return operations.front();
 }
 

@@ -35,7 +35,7 @@ std::optional<yang::EditNode> edit_of(const Server &server, const Element &confi
         return std::nullopt;
     if (tops.size() > 1)
         throw RpcError("application", "bad-element", "a configuration must have a single top node")
-            .with_info("<bad-element>" + escaped(tops[1].name()) + "</bad-element>");
+            .with_info(bad_name("bad-element", tops[1].name()));
     if (is_of_rules(server, tops.front()))
         return rules_edit(server, tops.front(), operation);
     return yang::read_edit(server.schemas(), yang::edit_element_from(server.schemas().context(), tops.front()),

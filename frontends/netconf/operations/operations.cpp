@@ -105,8 +105,7 @@ Spool perform(const Server &server, const Caller &caller, const Element &operati
         throw RpcError("protocol", "operation-not-supported",
                        "this server does not support <" + std::string(operation.name()) + ">");
     throw RpcError("protocol", "unknown-namespace", "no operation has this namespace")
-        .with_info("<bad-element>" + escaped(operation.name()) + "</bad-element><bad-namespace>" +
-                   escaped(operation.ns()) + "</bad-namespace>");
+        .with_info(bad_name("bad-element", operation.name()) + bad_namespace(operation.ns()));
 }
 
 } // namespace yfw::netconf

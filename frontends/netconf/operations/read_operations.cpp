@@ -192,6 +192,8 @@ std::optional<Filter> nmda_filter_of(const Element &operation) {
         throw RpcError("protocol", "bad-element", "<subtree-filter> and <xpath-filter> are mutually exclusive")
             .with_info("<bad-element>xpath-filter</bad-element>");
     if (subtree.has_value())
+        refuse_filter_text(*subtree);
+    if (subtree.has_value())
         return Filter{FilterType::subtree, *subtree, {}, {}};
     if (xpath.has_value())
         return Filter{FilterType::xpath, *xpath, xpath->text(), xpath->prefixes()};

@@ -4,13 +4,10 @@
 
 #include "device/leaf_edits.h"
 #include "yang/comparison.h"
+#include "yang/node_kind.h"
 
 namespace yfw::device {
 namespace {
-
-bool is_term(const lyd_node *node) {
-    return (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
 
 bool is_configuration(const lyd_node *node) {
     return (node->schema->flags & LYS_CONFIG_W) != 0;
@@ -56,7 +53,7 @@ public:
             if ((child->flags & LYD_DEFAULT) != 0 || lysc_is_key(child->schema) || !is_configuration(child))
                 continue;
             const lyd_node *there = applied != nullptr ? yang::counterpart(child, lyd_child(applied)) : nullptr;
-            if (is_term(child))
+            if (yang::is_term(child->schema))
                 term(child, there, around);
             else
                 configured(child, there, applied);
@@ -72,7 +69,7 @@ public:
             const lyd_node *usual = below(expected, child);
             if (!is_configuration(child))
                 only_in_state(child, node, wanted, usual);
-            else if (!is_term(child))
+            else if (!yang::is_term(child->schema))
                 only_applied(child, there, usual);
             else if (there == nullptr && value_of(usual) != value_of(child) && !is_default(child) &&
                      !yang::repeats_key(child))

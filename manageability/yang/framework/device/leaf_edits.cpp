@@ -1,19 +1,16 @@
 #include "device/leaf_edits.h"
 
 #include "yang/comparison.h"
+#include "yang/node_kind.h"
 #include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
 
-bool is_term(const lysc_node *node) {
-    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
-
 yang::EditNode node_of(const lyd_node *data) {
     yang::EditNode node;
     node.node = data->schema;
-    if (is_term(data->schema))
+    if (yang::is_term(data->schema))
         node.value = lyd_get_value(data);
     return node;
 }
@@ -23,7 +20,7 @@ void add_leaves(const lyd_node *data, const lyd_node *other, const LeafChoice &c
         if ((child->flags & LYD_DEFAULT) != 0 || lysc_is_key(child->schema))
             continue;
         const lyd_node *there = other != nullptr ? yang::counterpart(child, lyd_child(other)) : nullptr;
-        if (is_term(child->schema)) {
+        if (yang::is_term(child->schema)) {
             if (const std::optional<yang::Operation> operation = choose(child, there)) {
                 edit.children.push_back(node_of(child));
                 edit.children.back().operation = *operation;
@@ -65,7 +62,7 @@ std::vector<yang::EditNode> single_leaves(const yang::EditNode &edit) {
     for (const yang::EditNode &child : edit.children) {
         if (child.is_key())
             continue;
-        for (yang::EditNode &below : is_term(child.node) ? std::vector{child} : single_leaves(child)) {
+        for (yang::EditNode &below : yang::is_term(child.node) ? std::vector{child} : single_leaves(child)) {
             parts.push_back(above);
             parts.back().children.push_back(std::move(below));
         }

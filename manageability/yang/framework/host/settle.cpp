@@ -11,6 +11,10 @@
 namespace yfw::host {
 namespace {
 
+// Of what a warning quotes.
+constexpr size_t longest_value = 200;
+constexpr size_t longest_reason = 600;
+
 bool is_binary(const lysc_node *leaf) {
     return reinterpret_cast<const lysc_node_leaf *>(leaf)->type->basetype == LY_TYPE_BINARY;
 }
@@ -78,8 +82,9 @@ private:
     bool is_allowed(const char *&text, const AnswerNode &schema, const AnswerEntry &parent) {
         const ValueCheck::Result &result = check_.of(schema, text);
         if (!result.is_allowed)
-            warnings_.push_back(place(parent, schema.is_key ? *schema.parent : schema) + ": \"" + text +
-                                "\" is left out: " + result.error);
+            warnings_.push_back(place(parent, schema.is_key ? *schema.parent : schema) + ": \"" +
+                                yang::shortened(text, longest_value) +
+                                "\" is left out: " + yang::shortened(result.error, longest_reason));
         else if (!result.canonical.empty())
             text = tree_.keep(result.canonical);
         return result.is_allowed;

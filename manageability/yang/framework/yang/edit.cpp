@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "yang/edit_instance.h"
+#include "yang/node_kind.h"
 #include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
@@ -20,10 +21,6 @@ constexpr std::array<std::pair<Operation, std::string_view>, 6> operation_words{
     {Operation::remove, "remove"},
     {Operation::none, "none"},
 }};
-
-bool has_value(const lysc_node *node) {
-    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
 
 // An identity may be given without its module name; the model requires it.
 std::string qualified(const lysc_node *leaf, const std::string &value) {
@@ -57,9 +54,9 @@ void check_value(const Path &path, const std::string &value) {
 
 void check_target(const Path &path, const std::optional<std::string> &value, Operation operation) {
     const lysc_node *target = path.back().node;
-    if (value.has_value() && !has_value(target))
+    if (value.has_value() && !is_term(target))
         throw Error(ErrorTag::invalid_value, to_string(path), "takes no value because it is not a leaf");
-    if (!value.has_value() && has_value(target) && !takes_away(operation))
+    if (!value.has_value() && is_term(target) && !takes_away(operation))
         throw Error(ErrorTag::missing_element, to_string(path), "needs a value");
     if (value.has_value())
         check_value(path, *value);
@@ -71,7 +68,8 @@ const Predicate *predicate_for(const PathStep &step, const lysc_node *key, const
         if (predicate.leaf != key)
             continue;
         if (found != nullptr)
-            throw Error(ErrorTag::invalid_value, place, "[" + std::string(key->name) + "='...'] is repeated");
+            throw Error(ErrorTag::invalid_value, place,
+                        "[" + std::string(key == step.node ? "." : key->name) + "='...'] is repeated");
         found = &predicate;
     }
     return found;
@@ -134,7 +132,7 @@ EditNode &target_for(EditNode &parent, const PathStep &step, const std::optional
 // The value that an edit gives, or its path does.
 std::optional<std::string> value_of(const Path &path, const std::optional<std::string> &given) {
     const PathStep &target = path.back();
-    if (!has_value(target.node))
+    if (!is_term(target.node))
         return given;
     const Predicate *own = predicate_for(target, target.node, to_string(path));
     if (own == nullptr)
@@ -185,7 +183,7 @@ void add_edit(EditNode &root, const Path &path, const std::optional<std::string>
         add_conditions(*at, path[i]);
     }
     check_key(*at, value, operation, place);
-    if (!has_value(at->node))
+    if (!is_term(at->node))
         std::erase_if(at->children, [](const EditNode &child) { return !child.is_key(); });
     at->value = value;
     at->operation = operation;

@@ -10,13 +10,10 @@
 #include "yang/edit_instance.h"
 #include "yang/forest.h"
 #include "yang/key_reference.h"
+#include "yang/node_kind.h"
 
 namespace yfw::yang {
 namespace {
-
-bool is_term(const lysc_node *node) {
-    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
 
 [[noreturn]] void fail(const lysc_node *node) {
     throw Error(ErrorTag::invalid_value, schema_path(node), take_yang_error(node->module->ctx));

@@ -17,8 +17,8 @@ namespace yfw::yang {
 
 struct EditElement {
     // How a value is written. In JSON this must fit the type of its leaf (RFC 7951 section 6); XML text fits
-    // any.
-    enum class Written { text, json_string, json_number, json_boolean, json_null };
+    // any. A leaf that is only annotated has none (RFC 7952 section 5.2.2).
+    enum class Written { text, json_string, json_number, json_boolean, json_null, nothing };
 
     std::string name;
     std::string ns;                     // the namespace in XML, the name of the module in JSON
@@ -27,6 +27,8 @@ struct EditElement {
     // for a JSON object.
     std::optional<std::string> text;
     Written written = Written::text;
+    std::optional<bool> in_array; // JSON only: whether it is an entry of an array
+    bool is_empty_array = false;  // JSON only: no node, but its name has to be known
     std::vector<EditElement> children;
     std::optional<std::string> operation;   // RFC 6241 section 7.2
     std::optional<std::string> default_tag; // as written (RFC 6243 section 4.5.2)

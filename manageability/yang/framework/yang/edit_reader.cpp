@@ -4,6 +4,7 @@
 #include "base/error.h"
 #include "yang/edit_element.h"
 #include "yang/leaf_type.h"
+#include "yang/node_kind.h"
 #include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
@@ -11,10 +12,6 @@ namespace yfw::yang {
 namespace {
 
 using Written = EditElement::Written;
-
-bool has_value(const lysc_node *node) {
-    return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
-}
 
 bool is_blank(const std::string &text) {
     return text.find_first_not_of(" \t\r\n") == std::string::npos;
@@ -51,6 +48,14 @@ void check_written(const lysc_node *leaf, const EditElement &from, const std::st
     if (!any && from.written != written_form_of(leaf))
         throw Error(ErrorTag::invalid_value, path,
                     "must be written as " + std::string(to_string(written_form_of(leaf))));
+}
+
+// RFC 7951 sections 5.3 and 5.4.
+void check_array(const lysc_node *schema, const EditElement &from, const std::string &path) {
+    const bool is_several = (schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
+    if (from.in_array.value_or(is_several) != is_several)
+        throw Error(ErrorTag::invalid_value, path,
+                    is_several ? "must be written as a JSON array" : "must not be written as a JSON array");
 }
 
 const lysc_node *child_named(const lysc_node *parent, const EditElement &element) {
@@ -150,6 +155,8 @@ std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &fr
     const bool is_absent = from.text->empty() && takes_away(operation) && !lysc_is_key(leaf);
     if (!is_yang_text(*from.text))
         throw Error(ErrorTag::invalid_value, path, "contains characters that are not allowed in a YANG string");
+    if (!is_absent && from.written == Written::nothing)
+        throw Error(ErrorTag::missing_element, path, "needs a value");
     if (!is_absent)
         check_written(leaf, from, path);
     std::optional<std::string> value = canonical(leaf, *from.text);
@@ -223,6 +230,9 @@ void read_children(EditNode &to, const EditElement &from, const Around &around, 
         const lysc_node *schema = child_named(to.node, child);
         if (schema == nullptr)
             refuse_unknown(to.node, child, path + "/" + child.name);
+        check_array(schema, child, path + "/" + child.name);
+        if (child.is_empty_array)
+            continue;
         to.children.push_back(read_node(schema, child, below, path));
         const std::string place = instance_path(path, to.children.back());
         if (schema->nodetype != LYS_LEAFLIST && !seen.insert(place).second)
@@ -234,7 +244,7 @@ void read_children(EditNode &to, const EditElement &from, const Around &around, 
 EditNode read_node(const lysc_node *schema, const EditElement &from, const Around &around,
                    const std::string &parent) {
     std::string path = parent + "/" + from.name;
-    if (has_value(schema))
+    if (is_term(schema))
         return read_leaf(schema, from, around, path);
     if (schema->nodetype == LYS_LIST)
         path += key_predicates(schema, from, path);
@@ -273,6 +283,7 @@ EditNode read_edit(const Schemas &schemas, const EditElement &root, Operation de
 
 EditNode read_edit(const lysc_node *top, const EditElement &root, Operation default_operation) {
     refuse_other_top(root, top);
+    check_array(top, root, "/" + root.name);
     return read_node(top, root, {default_operation, std::nullopt}, "");
 }
 

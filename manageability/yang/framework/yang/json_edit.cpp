@@ -38,6 +38,8 @@ public:
             refuse("", "an edit in JSON must be an object");
         EditElement holder;
         read_members(document, holder, "");
+        if (document.contains("@"))
+            refuse("", "the annotations \"@\" are those of no node");
         if (holder.children.empty())
             throw Error(ErrorTag::missing_element, "", "the edit is empty");
         if (holder.children.size() > 1)
@@ -75,13 +77,18 @@ private:
                      const std::string &path) const {
         const bool is_empty_type = value.is_array() && value.size() == 1 && value[0].is_null();
         if (!value.is_array() || is_empty_type) {
-            to.children.push_back(named(name, to));
-            read_value(is_empty_type ? value[0] : value, to.children.back(), path);
-            return;
+            EditElement &made = to.children.emplace_back(named(name, to));
+            made.in_array = false;
+            return read_value(is_empty_type ? value[0] : value, made, path);
         }
         for (const Json &each : value) {
-            to.children.push_back(named(name, to));
-            read_value(each, to.children.back(), path);
+            EditElement &made = to.children.emplace_back(named(name, to));
+            made.in_array = true;
+            read_value(each, made, path);
+        }
+        if (value.empty()) {
+            EditElement &made = to.children.emplace_back(named(name, to));
+            made.in_array = made.is_empty_array = true;
         }
     }
 
@@ -98,35 +105,48 @@ private:
                                           : Written::json_number;
     }
 
-    // Annotations without a value are those of a leaf to be deleted; a leaf-list has one annotation per entry.
+    // RFC 7952 section 5.2: a leaf has one object of annotations, a leaf-list an array with one for each entry
+    // or null; without a value, they are those of leaves to be deleted. Containers and list entries have "@".
     void annotate(const std::string &name, const Json &annotations, EditElement &parent,
                   const std::string &path) const {
         const EditElement about = named(name, parent);
-        size_t entry = 0;
-        bool found = false;
-        for (EditElement &child : parent.children) {
-            if (child.name != about.name || child.ns != about.ns)
-                continue;
-            found = true;
-            const Json *own = &annotations;
-            if (annotations.is_array())
-                own = entry < annotations.size() ? &annotations[entry++] : nullptr;
-            if (own != nullptr && !own->is_null())
-                read_annotations(*own, path + "/" + about.name, child);
+        const std::string place = path + "/" + about.name;
+        std::vector<size_t> entries;
+        for (size_t i = 0; i < parent.children.size(); i++)
+            if (parent.children[i].name == about.name && parent.children[i].ns == about.ns)
+                entries.push_back(i);
+        const bool is_new = entries.empty();
+        const size_t count = annotations.is_array() ? annotations.size() : 1;
+        for (size_t i = 0; is_new && i < count; i++) {
+            entries.push_back(parent.children.size());
+            parent.children.push_back(valueless(about, annotations.is_array()));
         }
-        if (found)
-            return;
-        if (!annotations.is_array())
-            return add_valueless(about, annotations, parent, path);
-        for (const Json &own : annotations)
-            add_valueless(about, own, parent, path);
+        if (count > entries.size() || count == 0)
+            refuse(place, "has not as many values as annotations");
+        for (size_t i = 0; i < count; i++)
+            annotate_value(annotations.is_array() ? annotations[i] : annotations, annotations.is_array(), place,
+                           parent.children[entries[i]]);
     }
 
-    static void add_valueless(const EditElement &about, const Json &annotations, EditElement &parent,
-                              const std::string &path) {
-        parent.children.push_back(about);
-        parent.children.back().text = "";
-        read_annotations(annotations, path + "/" + about.name, parent.children.back());
+    static EditElement valueless(const EditElement &about, bool in_array) {
+        EditElement made = about;
+        made.text = "";
+        made.written = Written::nothing;
+        made.in_array = in_array;
+        return made;
+    }
+
+    static void annotate_value(const Json &annotations, bool in_array, const std::string &place,
+                               EditElement &to) {
+        if (!to.text.has_value())
+            refuse(place, "is not a leaf: its annotations are its member \"@\"");
+        if (to.in_array != in_array)
+            refuse(place, in_array ? "is not an array, but its annotations are"
+                                   : "is an array, and so its annotations must be");
+        if (to.operation.has_value() || to.default_tag.has_value())
+            refuse(place, "is annotated twice");
+        if (!in_array || !annotations.is_null() || to.written == Written::nothing)
+            read_annotations(annotations, place, to);
     }
 
     const ly_ctx *context_;

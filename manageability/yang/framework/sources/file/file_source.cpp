@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -10,7 +11,9 @@
 
 #include "base/error.h"
 #include "base/system_error.h"
+#include "sources/file/instance_text.h"
 #include "yang/forest.h"
+#include "yang/node_kind.h"
 #include "yang/schemas.h"
 #include "yang/tree_text.h"
 #include "yang/yang_text.h"
@@ -27,25 +30,32 @@ using yang::DataTree;
 // Keeps the order of the file, since the mapping processes data in the order given.
 constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT | LYD_PARSE_ORDERED;
 
-// The first character that is not white space distinguishes XML from JSON.
-LYD_FORMAT format_of(const std::filesystem::path &file) {
+InstanceText text_of(const std::filesystem::path &file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         fail(file, "cannot be read: " + system_error_text());
-    stream >> std::ws;
-    switch (stream.peek()) {
-    case '<':
-        return LYD_XML;
-    case '{':
-        return LYD_JSON;
-    default:
-        fail(file, "contains neither XML nor JSON instance data");
+    std::ostringstream text;
+    text << stream.rdbuf();
+    try {
+        return instance_text(std::move(text).str());
+    } catch (const Error &error) {
+        fail(file, error.what());
     }
 }
 
-// libyang reads any bytes in a CDATA section, and then cannot read what it prints.
+// Attributes ask for something to be done with data, such as NETCONF's operation. That of RFC 6243 becomes a
+// flag.
+void check_attributes(const lyd_node *node, const std::filesystem::path &file) {
+    if (node->meta != nullptr)
+        fail(file, yang::path_of(node) + " has an unknown attribute: " + node->meta->name);
+    if (yang::is_term(node->schema) && (node->flags & LYD_DEFAULT) != 0 && !lyd_is_default(node))
+        fail(file, yang::path_of(node) + " is marked as the default value but differs from it");
+}
+
+// libyang does not check characters that are written as they are, and then cannot read what it prints.
 void check_texts(const lyd_node *data, const std::filesystem::path &file) {
     for (; data != nullptr; data = data->next) {
+        check_attributes(data, file);
         const char *value = lyd_get_value(data);
         if (value != nullptr && !yang::is_yang_text(value))
             fail(file,
@@ -54,24 +64,25 @@ void check_texts(const lyd_node *data, const std::filesystem::path &file) {
     }
 }
 
-struct FreeInput {
-    void operator()(ly_in *input) const { ly_in_free(input, 0); }
-};
+// libyang quotes a value whole; the place follows it in parentheses.
+std::string brief_error(const ly_ctx *context) {
+    constexpr size_t longest_reason = 300;
+    const std::string error = yang::take_yang_error(context);
+    const size_t place = std::min(error.rfind(" ("), error.size());
+    return yang::shortened(error.substr(0, place), longest_reason) + error.substr(place);
+}
 
 DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
     if (!std::filesystem::is_regular_file(file))
         fail(file,
              std::filesystem::exists(file) ? "is not a file" : "cannot be read: No such file or directory");
-    const LYD_FORMAT format = format_of(file);
-    ly_in *input = nullptr;
-    if (ly_in_new_filepath(file.c_str(), 0, &input) != LY_SUCCESS)
-        fail(file, "cannot be read: " + yang::take_yang_error(context));
-    const std::unique_ptr<ly_in, FreeInput> owner(input);
+    const InstanceText instance = text_of(file);
+    const LYD_FORMAT format = instance.format == InstanceFormat::xml ? LYD_XML : LYD_JSON;
     lyd_node *data = nullptr;
-    const LY_ERR status = lyd_parse_data(context, nullptr, input, format, parse_options, 0, &data);
+    const LY_ERR status = lyd_parse_data_mem(context, instance.text.c_str(), format, parse_options, 0, &data);
     DataTree tree(data);
     if (status != LY_SUCCESS)
-        fail(file, yang::take_yang_error(context));
+        fail(file, brief_error(context));
     for (const lyd_node *top = data; top != nullptr; top = top->next)
         if (std::string_view(top->schema->module->name).starts_with("openconfig-"))
             fail(file, std::string("contains data of ") + top->schema->module->name + "; expected native data");

@@ -97,6 +97,96 @@ TEST(AnEditDocumentInJson, TakesALeafAwayByItsAnnotationAlone) {
     EXPECT_EQ(first_leaf(edit).operation, Operation::remove);
 }
 
+TEST(AnEditDocumentInJson, TakesAnEmptyListForNoEntries) {
+    const std::string document = R"({"openconfig-lldp:lldp": {"interfaces": {"interface": []}}})";
+    EXPECT_TRUE(parse_edit(schemas(), document, Operation::merge).children.at(0).children.empty());
+}
+
+TEST(AnEditDocumentInJson, AnnotatesTheValuesOfALeafListOneByOne) {
+    const EditNode edit =
+        parse_edit(schemas(), json(R"("suppress-tlv-advertisement": ["openconfig-lldp-types:SYSTEM_NAME",
+                           "openconfig-lldp-types:PORT_DESCRIPTION", "openconfig-lldp-types:CHASSIS_ID"],
+                           "@suppress-tlv-advertisement": [null, {"ietf-netconf:operation": "remove"}])"),
+                   Operation::merge);
+    const EditNode &config = edit.children.at(0);
+    EXPECT_EQ(config.children.at(0).operation, Operation::merge);
+    EXPECT_EQ(config.children.at(1).operation, Operation::remove);
+    EXPECT_EQ(config.children.at(2).operation, Operation::merge);
+}
+
+struct WrongJsonCase {
+    const char *name;
+    std::string document;
+    ErrorTag tag;
+    std::string path;
+};
+
+class WrongJson : public testing::TestWithParam<WrongJsonCase> {};
+
+TEST_P(WrongJson, IsRefusedAtItsPlace) {
+    try {
+        parse_edit(schemas(), GetParam().document, Operation::merge);
+        FAIL() << "the edit was accepted";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.tag(), GetParam().tag) << error.what();
+        EXPECT_EQ(error.path(), GetParam().path) << error.what();
+    }
+}
+
+const std::string merged = R"({"ietf-netconf:operation": "merge"})";
+
+INSTANTIATE_TEST_SUITE_P(
+    With, WrongJson,
+    testing::Values(
+        WrongJsonCase{"AnArrayForALeaf", json(R"("system-name": ["a"])"), ErrorTag::invalid_value,
+                      "/lldp/config/system-name"},
+        WrongJsonCase{"AnArrayForAContainer", R"({"openconfig-lldp:lldp": {"config": [{}]}})",
+                      ErrorTag::invalid_value, "/lldp/config"},
+        WrongJsonCase{"AnEmptyArrayForAContainer", R"({"openconfig-lldp:lldp": {"config": []}})",
+                      ErrorTag::invalid_value, "/lldp/config"},
+        WrongJsonCase{"AnArrayForTheTop", R"({"openconfig-lldp:lldp": []})", ErrorTag::invalid_value, "/lldp"},
+        WrongJsonCase{"AnEmptyArrayOfAnUnknownName", json(R"("shade": [])"), ErrorTag::unknown_element,
+                      "/lldp/config/shade"},
+        WrongJsonCase{"AnEntryOutsideOfAnArray",
+                      R"({"openconfig-lldp:lldp": {"interfaces": {"interface": {"name": "a"}}}})",
+                      ErrorTag::invalid_value, "/lldp/interfaces/interface"},
+        WrongJsonCase{"AValueOfALeafListOutsideOfAnArray",
+                      json(R"("suppress-tlv-advertisement": "openconfig-lldp-types:SYSTEM_NAME")"),
+                      ErrorTag::invalid_value, "/lldp/config/suppress-tlv-advertisement"},
+        WrongJsonCase{"ANumberOfFourHundredDigits", json("\"hello-timer\": " + std::string(400, '9')),
+                      ErrorTag::invalid_value, ""},
+        WrongJsonCase{"AnAnnotationOfTheDocument", R"({"@": {}, "openconfig-lldp:lldp": {}})",
+                      ErrorTag::invalid_value, ""},
+        WrongJsonCase{"AnAnnotationOfAContainerBesideIt",
+                      R"({"openconfig-lldp:lldp": {}, "@openconfig-lldp:lldp": )" + merged + "}",
+                      ErrorTag::invalid_value, "/lldp"},
+        WrongJsonCase{"AnAnnotationThatGivesALeafNoValue", json("\"@system-name\": " + merged),
+                      ErrorTag::missing_element, "/lldp/config/system-name"},
+        WrongJsonCase{"AnEmptyAnnotationOfNothing", json("\"@system-name\": {}"), ErrorTag::missing_element,
+                      "/lldp/config/system-name"},
+        WrongJsonCase{"AnEmptyArrayOfAnnotationsOfNothing", json("\"@system-name\": []"),
+                      ErrorTag::invalid_value, "/lldp/config/system-name"},
+        WrongJsonCase{"AnAnnotationThatIsNull", json(R"("system-name": "a", "@system-name": null)"),
+                      ErrorTag::invalid_value, "/lldp/config/system-name"},
+        WrongJsonCase{"AnAnnotationOfALeafInAnArray",
+                      json(R"("system-name": "a", "@system-name": [)" + merged + "]"), ErrorTag::invalid_value,
+                      "/lldp/config/system-name"},
+        WrongJsonCase{"TwoAnnotationsOfOneLeaf",
+                      json(R"("system-name": "a", "@system-name": )" + merged +
+                           R"(, "@openconfig-lldp:system-name": )" + merged),
+                      ErrorTag::invalid_value, "/lldp/config/system-name"},
+        WrongJsonCase{"AnAnnotationOfAllValuesOfALeafList",
+                      json(R"("suppress-tlv-advertisement": ["openconfig-lldp-types:SYSTEM_NAME"],
+                              "@suppress-tlv-advertisement": )" +
+                           merged),
+                      ErrorTag::invalid_value, "/lldp/config/suppress-tlv-advertisement"},
+        WrongJsonCase{"MoreAnnotationsThanValues",
+                      json(R"("suppress-tlv-advertisement": ["openconfig-lldp-types:SYSTEM_NAME"],
+                              "@suppress-tlv-advertisement": [null, )" +
+                           merged + "]"),
+                      ErrorTag::invalid_value, "/lldp/config/suppress-tlv-advertisement"}),
+    [](const auto &test) { return test.param.name; });
+
 struct ContradictionCase {
     const char *name;
     std::string config; // with the prefix nc
