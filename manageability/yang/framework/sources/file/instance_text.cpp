@@ -9,6 +9,7 @@
 #include "xml/document.h"
 #include "xml/utf16.h"
 #include "yang/json_text.h"
+#include "yang/yang_text.h"
 
 namespace yfw::sources {
 namespace {
@@ -73,12 +74,16 @@ private:
         return true;
     }
 
+    // A section that is no text stays: libyang takes its bytes as they are, and the error can then name the leaf.
     bool unfold_section() {
         constexpr std::string_view start = "<![CDATA[";
         const size_t found = rest_.starts_with(start) ? rest_.find("]]>") : std::string_view::npos;
         if (found == std::string_view::npos)
             return false;
-        append_escaped(made_, rest_.substr(start.size(), found - start.size()));
+        const std::string_view section = rest_.substr(start.size(), found - start.size());
+        if (!yang::is_yang_text(section))
+            return false;
+        append_escaped(made_, section);
         rest_.remove_prefix(found + 3);
         return true;
     }
