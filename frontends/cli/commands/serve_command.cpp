@@ -99,7 +99,7 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
             publish(events, modules, *report);
     };
     if (named.device.restore_after_restart())
-        say("the device was restarted and has its configuration again");
+        say("the device was restarted, or a commit to it was interrupted; it has its configuration again");
     const device::CommitWatch commit_watch(service, say);
     const device::Keeper keeper(named.device, on_neighbor, say);
     std::optional<device::DriftKeeper> drift_keeper;

@@ -142,7 +142,8 @@ std::set<std::string> ConfigurationMapper::held(const Configuration &configurati
     return found;
 }
 
-// The leaf that suspends others comes first: it may take them away by itself.
+// The leaf that suspends others comes first: it may take them away by itself. A mapping may not map the removal
+// of every entry, or leave native settings behind.
 void ConfigurationMapper::take_suspended_away(Mapped &mapped, const lyd_node *wanted,
                                               const Suspensions &suspended) {
     apply(leaf_edit(schemas_.openconfig_root(), wanted, nullptr,
@@ -158,6 +159,7 @@ void ConfigurationMapper::take_suspended_away(Mapped &mapped, const lyd_node *wa
         });
     if (does_something(edit))
         apply(edit, mapped);
+    suspended.remove_native(mapped.native);
 }
 
 // The mapping's error is about what a refused edit has in common. Repeated for each leaf, it names the leaf.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "device/applying_mark.h"
 #include "device/openconfig_terms.h"
 #include "device/pending_file.h"
 #include "device/store_errors.h"
@@ -118,9 +119,20 @@ std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
     return prepared;
 }
 
-bool Editor::device_was_restarted() {
+bool Editor::needs_restoring() {
     const std::shared_ptr<commits::CommitLog> store = source_.log(false);
-    return store != nullptr && in_store([&] { return was_restarted(*store); });
+    return store != nullptr && in_store([&] {
+               return is_marked_applying(source_.store(), store->last_number().value_or(-1) + 1) ||
+                      was_restarted(*store);
+           });
+}
+
+void Editor::finish_interrupted(int64_t last, const Configuration &running) {
+    unmark_applying(source_.store(), last); // it was stored
+    if (target_ == nullptr || !is_marked_applying(source_.store(), last + 1))
+        return;
+    target_->restore(running.native.get());
+    unmark_applying(source_.store(), last + 1);
 }
 
 bool Editor::was_restarted(const commits::CommitLog &store) {
@@ -157,8 +169,10 @@ void Editor::restore() {
         return;
     in_store([&] {
         store->commit([&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
-            if (last.has_value()) // and no other can be made meanwhile
+            if (last.has_value()) { // and no other can be made meanwhile
                 target_->restore(configurations_.of(*last).native.get());
+                unmark_applying(source_.store(), last->number + 1);
+            }
             return std::nullopt;
         });
         remember_instance(*store);
@@ -166,7 +180,8 @@ void Editor::restore() {
 }
 
 std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change change,
-                                               const Configuration &before, std::optional<Applied> &applied) {
+                                               const Configuration &before, int64_t before_number,
+                                               std::optional<Applied> &applied) {
     if (is_same(before, change.after))
         return std::nullopt;
     commits::Commit made = std::move(change.record);
@@ -175,8 +190,15 @@ std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change
     made.difference = difference(before, change.after);
     if (target_ != nullptr) {
         check_suspended(before, change.after);
-        with_openconfig_errors(change.edits, [&] { put_into_force(store, before, change.after); });
-        applied = Applied{before.native, change.after.native};
+        applied = Applied{before.native, change.after.native, before_number + 1};
+        mark_applying(source_.store(), applied->number);
+        try {
+            with_openconfig_errors(change.edits, [&] { put_into_force(store, before, change.after); });
+        } catch (...) { // the target has undone what it had written
+            unmark_applying(source_.store(), applied->number);
+            applied.reset();
+            throw;
+        }
     }
     return made;
 }
@@ -199,19 +221,25 @@ std::optional<commits::Commit> Editor::commit_in_turn(const MakeChange &make,
             const std::shared_ptr<commits::CommitLog> store = source_.log(true);
             ensure_first_commit(*store);
             store->on_step(observer_);
-            return store->commit(
+            const auto made = store->commit(
                 [&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
                     const Configuration before = configurations_.of(*last);
+                    finish_interrupted(last->number, before);
                     if (!last->openconfig.has_value()) // translated once
                         store->set_openconfig(last->number, yang::print_configuration(before.openconfig.get()));
                     const bool is_prepared = prepared.has_value() && prepared->running == last->configuration;
                     return made_of(*store, is_prepared ? std::move(prepared->change) : make(before), before,
-                                   applied);
+                                   last->number, applied);
                 });
+            if (applied.has_value())
+                unmark_applying(source_.store(), applied->number);
+            return made;
         });
     } catch (...) {
-        if (applied.has_value()) // the target accepted it, but the store failed
+        if (applied.has_value()) { // the target accepted it, but the store failed
             target_->apply(applied->after.get(), applied->before.get());
+            unmark_applying(source_.store(), applied->number);
+        }
         throw;
     }
 }

@@ -63,8 +63,9 @@ public:
 
     // Makes the target run the last commit. Call with a target, after the first commit. Throws Error.
     void restore();
-    // Whether the target's device does not run since a commit was applied to it, as far as can be told.
-    bool device_was_restarted();
+    // Whether the target's device was restarted since a commit was applied to it, as far as can be told, or a
+    // process was killed while it applied one.
+    bool needs_restoring();
 
     // Called at each step of a commit, on the committing thread. Set it before any commit.
     void on_step(std::function<void(commits::Step)> observer) { observer_ = std::move(observer); }
@@ -99,12 +100,16 @@ private:
     struct Applied {
         yang::SharedData before;
         yang::SharedData after;
+        int64_t number = 0; // of the commit
     };
     std::optional<commits::Commit> made_of(commits::CommitLog &store, Change change,
-                                           const Configuration &before, std::optional<Applied> &applied);
+                                           const Configuration &before, int64_t before_number,
+                                           std::optional<Applied> &applied);
     void ensure_first_commit(commits::CommitLog &store);
     bool was_restarted(const commits::CommitLog &store);
     void put_into_force(commits::CommitLog &store, const Configuration &before, const Configuration &after);
+    // Makes the target run the last commit if a process was killed while it applied the next one.
+    void finish_interrupted(int64_t last, const Configuration &running);
     void remember_instance(commits::CommitLog &store);
 
     const yang::Schemas &schemas_;

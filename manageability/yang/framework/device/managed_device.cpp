@@ -113,7 +113,7 @@ void ManagedDevice::apply_last_commit() {
 }
 
 bool ManagedDevice::restore_after_restart() {
-    if (target_ == nullptr || last_commit_number() < 0 || !editor_.device_was_restarted())
+    if (target_ == nullptr || last_commit_number() < 0 || !editor_.needs_restoring())
         return false;
     editor_.restore();
     return true;

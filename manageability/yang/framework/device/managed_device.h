@@ -124,8 +124,8 @@ public:
     // commits are not applied to the device.
     void apply_last_commit();
 
-    // The same, if there is a commit and the device has been restarted since one was applied to it. Returns
-    // whether it was.
+    // The same, if there is a commit and the device has been restarted since one was applied to it, or a
+    // process was killed while it applied one. Returns whether that was so.
     bool restore_after_restart();
 
     // Called at each step of a commit, for tests.

@@ -9,14 +9,31 @@
 namespace yfw::device {
 namespace {
 
+bool is_at_or_below(const lysc_node *node, const lysc_node *top) {
+    for (; node != nullptr; node = node->parent)
+        if (node == top)
+            return true;
+    return false;
+}
+
 const lysc_node *found(const yang::Schemas &schemas, const host::MappingDescription &mapping,
-                       const std::string &path) {
-    const lysc_node *node = schemas.find(mapping.modules.openconfig.front(), path);
+                       const std::string &module, const std::string &path) {
+    const lysc_node *node = schemas.find(module, path);
     if (node == nullptr)
         throw Error(ErrorTag::invalid_value, mapping.file.string(),
-                    "member \"openconfig.suspensions\" names " + path + ", which module " +
-                        mapping.modules.openconfig.front() + " does not have");
+                    "member \"openconfig.suspensions\" names " + path + ", which module " + module +
+                        " does not have");
     return node;
+}
+
+// The instances of a schema node at or below these siblings.
+void collect(lyd_node *siblings, const lysc_node *wanted, std::vector<lyd_node *> &instances) {
+    for (lyd_node *node = siblings; node != nullptr; node = node->next) {
+        if (node->schema == wanted)
+            instances.push_back(node);
+        else if (is_at_or_below(wanted, node->schema))
+            collect(lyd_child(node), wanted, instances);
+    }
 }
 
 // The leaf, which no list is above; NULL when it is not set.
@@ -35,24 +52,21 @@ const lyd_node *instance_of(const lysc_node *leaf, const lyd_node *configuration
     return at;
 }
 
-bool is_at_or_below(const lysc_node *node, const lysc_node *top) {
-    for (; node != nullptr; node = node->parent)
-        if (node == top)
-            return true;
-    return false;
-}
-
 } // namespace
 
 Suspensions::Suspensions(const yang::Schemas &schemas, const host::MappingDescription &mapping,
                          const lyd_node *configuration) {
+    const std::string &openconfig = mapping.modules.openconfig.front();
     for (const host::Suspension &suspension : mapping.suspensions) {
-        const lysc_node *leaf = found(schemas, mapping, suspension.leaf);
+        const lysc_node *leaf = found(schemas, mapping, openconfig, suspension.leaf);
         const lyd_node *instance = instance_of(leaf, configuration);
         if (instance == nullptr || suspension.value != lyd_get_value(instance))
             continue;
         for (const std::string &path : suspension.nodes)
-            held_.push_back({leaf, found(schemas, mapping, path), suspension.leaf + " is " + suspension.value});
+            held_.push_back(
+                {leaf, found(schemas, mapping, openconfig, path), suspension.leaf + " is " + suspension.value});
+        for (const host::NativeNode &node : suspension.native)
+            native_.push_back(found(schemas, mapping, node.module, node.path));
     }
 }
 
@@ -106,6 +120,15 @@ void Suspensions::lift(yang::DataTree &configuration) const {
     for (const Held &held : held_)
         if (const lyd_node *leaf = instance_of(held.leaf, configuration.get()))
             yang::remove(configuration, const_cast<lyd_node *>(leaf));
+}
+
+void Suspensions::remove_native(yang::DataTree &native) const {
+    for (const lysc_node *node : native_) {
+        std::vector<lyd_node *> instances;
+        collect(native.get(), node, instances);
+        for (lyd_node *instance : instances)
+            yang::remove(native, instance);
+    }
 }
 
 } // namespace yfw::device

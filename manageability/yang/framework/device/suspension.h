@@ -37,6 +37,9 @@ public:
     // Removes the leaves that hold others back from the configuration.
     void lift(yang::DataTree &configuration) const;
 
+    // Removes from a native configuration what the description says that it is without meanwhile.
+    void remove_native(yang::DataTree &native) const;
+
 private:
     struct Held {
         const lysc_node *leaf; // never suspended by itself
@@ -47,6 +50,7 @@ private:
     bool holds_all_below(const lysc_node *node) const;
 
     std::vector<Held> held_;
+    std::vector<const lysc_node *> native_; // to be removed from native configurations
 };
 
 } // namespace yfw::device

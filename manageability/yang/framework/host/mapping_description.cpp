@@ -149,12 +149,25 @@ std::string path_in(Members &members, const char *name, const char *expected) {
     return checked_path(members, members.place_of(name), members.text(name, expected));
 }
 
+NativeNode read_native_node(Members members) {
+    NativeNode node;
+    node.module = members.text("module", "the name of a native module");
+    node.path = path_in(members, "path", "the schema path of a native node");
+    members.refuse_others();
+    return node;
+}
+
 Suspension read_suspension(Members members) {
     Suspension suspension;
     suspension.leaf = path_in(members, "leaf", "the schema path of an OpenConfig leaf");
     suspension.value = members.text("value", "the leaf's value that suspends");
     for (const std::string &path : members.texts("nodes", "the schema paths of what is suspended"))
         suspension.nodes.push_back(checked_path(members, members.place_of("nodes"), path));
+    if (members.has("native"))
+        members.each("native", "what is removed from the native configuration",
+                     [&](const Json &value, const std::string &place) {
+                         suspension.native.push_back(read_native_node({value, place, members.file()}));
+                     });
     members.refuse_others();
     return suspension;
 }

@@ -50,11 +50,17 @@ struct ChangeNotification {
     std::vector<std::string> keys; // leaves for the first key of each list down to the entry, outermost first
 };
 
+struct NativeNode {
+    std::string module;
+    std::string path; // the schema path
+};
+
 // Configuration that has no effect while a leaf has a certain value.
 struct Suspension {
     std::string leaf;               // the schema path of the OpenConfig leaf
     std::string value;              // canonical
     std::vector<std::string> nodes; // schema paths: these and all below them, except for the leaf itself
+    std::vector<NativeNode> native; // what the native configuration is without meanwhile
 };
 
 // A mapping, and those beside it.

@@ -184,5 +184,64 @@ INSTANTIATE_TEST_SUITE_P(
                               {eth1(eth1_off), config(off), config(on), config(off)}}),
     [](const auto &test) { return test.param.name; });
 
+// --- interfaces whose removal the mapping does not map ---
+
+std::string entry(const std::string &name, const std::string &content) {
+    return document(element("interfaces", "<interface>" + element("name", name) + content + "</interface>"));
+}
+
+class AnInterfaceThatTheMappingDoesNotRemove : public testing::TestWithParam<const char *> {
+protected:
+    std::string name = GetParam();
+    ChoosyTarget target;
+};
+
+TEST_P(AnInterfaceThatTheMappingDoesNotRemove, RunsNothingWhileLldpIsOff) {
+    EditedDevice device{native, &target};
+    device.edit(config(on));
+    device.edit(entry(name, element("config", on)));
+    EXPECT_EQ(count_of("<enable>true</enable>", target.running), 5U) << target.running;
+    device.edit(config(off));
+    EXPECT_EQ(target.running.find("<enable>"), std::string::npos) << target.running;
+    device.edit(config(on));
+    EXPECT_EQ(count_of("<enable>true</enable>", target.running), 5U) << target.running;
+}
+
+TEST_P(AnInterfaceThatTheMappingDoesNotRemove, RunsNothingWhileLldpIsOffThoughNobodyEditedIt) {
+    std::string given = native;
+    given.replace(given.find("eth2"), 4, name);
+    EditedDevice device{given, &target};
+    device.edit(config(off));
+    EXPECT_EQ(target.running.find("<enable>"), std::string::npos) << target.running;
+}
+
+TEST_P(AnInterfaceThatTheMappingDoesNotRemove, IsGoneWhenItWasDeletedWhileLldpIsOff) {
+    EditedDevice device{native, &target};
+    device.edit(entry(name, element("config", on)));
+    device.edit(config(off));
+    device.edit(document(
+        element("interfaces", "<interface nc:operation=\"delete\">" + element("name", name) + "</interface>")));
+    device.edit(config(on));
+    EXPECT_EQ(count_of("<enable>true</enable>", target.running), 4U) << target.running;
+}
+
+INSTANTIATE_TEST_SUITE_P(Named, AnInterfaceThatTheMappingDoesNotRemove,
+                         testing::Values("macsec0", "Optics0/0", "CoherentDSP0/0"), [](const auto &test) {
+                             const std::string name = test.param;
+                             return name.substr(0, name.find('0'));
+                         });
+
+TEST(NativeSettings, OfInterfacesAreTheSameWhateverWasSwitchedOffFirst) {
+    EditedDevice one{native};
+    one.edit(eth1(off));
+    one.edit(config(off));
+    const std::string interface_first = one.configuration();
+    EditedDevice other{native};
+    other.edit(config(off));
+    other.edit(eth1(off));
+    EXPECT_TRUE(runs(other, interface_first));
+    EXPECT_EQ(interface_first.find("lldp-intf-enter"), std::string::npos) << interface_first;
+}
+
 } // namespace
 } // namespace yfw::device::test

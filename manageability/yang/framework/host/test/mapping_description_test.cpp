@@ -233,6 +233,11 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"AsAnUnknownMember",
               smallest(", \"colour\": 1"),
               {"\"colour\" is unknown", "library", "notification"}},
+        Fault{"AsASuspensionOfANativeNodeWithoutItsModule",
+              replaced(smallest(), "\"top\": \"x\"",
+                       "\"top\": \"x\", \"suspensions\": [{\"leaf\": \"/x/a\", \"value\": \"b\", \"nodes\": "
+                       "[\"/x/c\"], \"native\": [{\"path\": \"/x/d\"}]}]"),
+              {"\"openconfig.suspensions[0].native[0].module\" is missing", "the name of a native module"}},
         Fault{"AsAnUnknownMemberOfAMember",
               replaced(smallest(), "\"top\"", "\"tops\": 1, \"top\""),
               {"\"openconfig.tops\" is unknown", "modules, state, suspensions, top"}},
