@@ -35,12 +35,6 @@ void require_content(const std::filesystem::path &file) {
         refuse(file, "is an empty file, not a store of commits");
 }
 
-std::unique_ptr<Database> opened(const std::filesystem::path &file, Access access) {
-    auto database = std::make_unique<Database>(file, access);
-    format_of(*database);
-    return database;
-}
-
 // Behind links, where SQLite has its own files next to the store.
 std::filesystem::path real_path(const std::filesystem::path &file) {
     std::error_code error;
@@ -56,6 +50,26 @@ bool exists(const std::filesystem::path &file, const char *suffix) {
 bool has_content(const std::filesystem::path &file, const char *suffix) {
     struct stat status {};
     return ::stat((file.string() + suffix).c_str(), &status) == 0 && status.st_size > 0;
+}
+
+// SQLite takes what is missing from the last page for zeros. While the log has content, pages may be there
+// only. Another process may write meanwhile: the file is complete before its log is empty, so it is looked at
+// last.
+void require_all_pages(Database &database) {
+    const std::filesystem::path &file = database.file();
+    const int64_t size = database.number("PRAGMA page_count") * database.number("PRAGMA page_size");
+    if (has_content(real_path(file), "-wal"))
+        return;
+    struct stat status {};
+    if (::stat(file.c_str(), &status) == 0 && status.st_size < size)
+        refuse(file, "is damaged: its last " + std::to_string(size - status.st_size) + " bytes are missing");
+}
+
+std::unique_ptr<Database> opened(const std::filesystem::path &file, Access access) {
+    auto database = std::make_unique<Database>(file, access);
+    format_of(*database);
+    require_all_pages(*database);
+    return database;
 }
 
 bool may_write_beside(const std::filesystem::path &file) {

@@ -156,6 +156,25 @@ TEST_F(AnyBytesInAStore, AreServedOrRefusedInItsLog) {
     expect_use(file.string() + "-wal", 200);
 }
 
+TEST_F(AnyBytesInAStore, AreRefusedWhenTheLastPageIsCut) {
+    {
+        CommitLog store(file, true, "r1");
+        for (int i = 0; i < 3; ++i)
+            keep(store, commit_with("commit", std::string(6000, 'a')));
+    }
+    const std::string whole = yfw::test::read_file(file);
+    for (const size_t missing : {1U, 2000U, 4095U, 4096U, 6000U}) {
+        const fs::path cut = directory.add("cut.db", whole.substr(0, whole.size() - missing));
+        try {
+            const CommitLog store(cut, false);
+            ADD_FAILURE() << "opened without its last " << missing << " bytes";
+        } catch (const StoreError &error) {
+            EXPECT_NE(std::string(error.what()).find("is damaged"), std::string::npos) << error.what();
+        }
+        EXPECT_EQ(fs::file_size(cut), whole.size() - missing);
+    }
+}
+
 TEST_F(AnyBytesInAStore, WithoutANextNumberTakeNoCommit) {
     for (const char *number : {"9223372036854775807", "-1"}) {
         fs::remove(file);
