@@ -140,6 +140,54 @@ TEST_F(NetconfLock, IsNotNeededForTheCandidatesChangesToBeDiscardedWithTheirSess
     EXPECT_TRUE(eventually([&] { return name(other, "candidate") == original; }));
 }
 
+// How a session ends makes no difference.
+class ASessionThatEndsWithoutALock : public NetconfLock, public testing::WithParamInterface<const char *> {
+protected:
+    void end(NetconfClient &client) {
+        if (GetParam() == std::string("Closed"))
+            expect_ok(client.rpc("<close-session/>"));
+        else if (GetParam() == std::string("Killed"))
+            expect_ok(
+                other.rpc("<kill-session><session-id>" + client.session_id() + "</session-id></kill-session>"));
+        else
+            client.connection().finish_sending();
+        ASSERT_TRUE(client.connection().until_closed().has_value());
+        settle();
+    }
+    // The server tidies up after sessions one by one: when it has done so for this one, it has for those
+    // before.
+    void settle() {
+        NetconfClient last(server().socket());
+        expect_ok(last.rpc(lock("running")));
+        expect_ok(last.rpc("<close-session/>"));
+        EXPECT_TRUE(eventually([&] {
+            const bool is_free = error_tag(other.rpc(lock("running"))).empty();
+            return is_free && error_tag(other.rpc(unlock("running"))).empty();
+        }));
+    }
+};
+
+TEST_P(ASessionThatEndsWithoutALock, LeavesTheCandidateToTheSessionsThatHaveEditedIt) {
+    expect_ok(other.rpc(edit_config("candidate", name_edit("theirs"))));
+    expect_ok(holder.rpc(edit_config("candidate", lldp("<config><hello-timer>40</hello-timer></config>"))));
+    end(holder);
+    EXPECT_EQ(name(other, "candidate"), "theirs");
+    expect_ok(other.rpc("<commit/>"));
+    EXPECT_EQ(name(other), "theirs");
+}
+
+INSTANTIATE_TEST_SUITE_P(Being, ASessionThatEndsWithoutALock, testing::Values("Closed", "Killed", "Dropped"),
+                         [](const auto &test) { return std::string(test.param); });
+
+TEST_F(NetconfLock, IsNotNeededForTheCandidatesChangesToBeDiscardedWithTheLastOfTheirSessions) {
+    NetconfClient third(server().socket());
+    expect_ok(third.rpc(edit_config("candidate", lldp("<config><hello-timer>40</hello-timer></config>"))));
+    expect_ok(holder.rpc(edit_config("candidate", name_edit("mine"))));
+    expect_ok(third.rpc("<close-session/>"));
+    expect_ok(holder.rpc("<close-session/>"));
+    EXPECT_TRUE(eventually([&] { return name(other, "candidate") == original; }));
+}
+
 TEST_F(NetconfLock, OfASessionThatOnlyReadsTakesNothingOfAnothersAway) {
     expect_ok(other.rpc(edit_config("candidate", name_edit("theirs"))));
     EXPECT_EQ(name(holder, "candidate"), "theirs");

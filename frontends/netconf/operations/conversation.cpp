@@ -126,20 +126,35 @@ bool client_speaks_base_1_1(const std::string &hello) {
     return speaks_1_1;
 }
 
-Reply answer(const Server &server, const Caller &caller, const std::string &message) {
-    std::optional<Document> document;
+Request::Request(const std::string &message) {
     try {
-        document.emplace(message);
+        document_.emplace(message);
+        if (!document_->root().is(base_ns, "rpc"))
+            error_ = RpcError("rpc", "malformed-message", "expected an <rpc>");
     } catch (const RpcError &error) {
-        return malformed(server, caller, error);
+        error_ = error;
     }
-    const Element rpc = document->root();
-    if (!rpc.is(base_ns, "rpc"))
-        return malformed(server, caller, RpcError("rpc", "malformed-message", "expected an <rpc>"));
+}
+
+Cost Request::cost(const Server &server) const {
+    if (error_.has_value())
+        return Cost::low;
+    const std::vector<Element> operations = document_->root().children();
+    return operations.empty() ? Cost::low : cost_of(server, operations.front());
+}
+
+Reply answer(const Server &server, const Caller &caller, const Request &request) {
+    if (request.error_.has_value())
+        return malformed(server, caller, *request.error_);
+    const Element rpc = request.document_->root();
     Reply reply;
     reply.content = perform_or_tell(server, caller, rpc, reply);
     wrap(reply, echoed_attributes(rpc));
     return reply;
+}
+
+Reply answer(const Server &server, const Caller &caller, const std::string &message) {
+    return answer(server, caller, Request(message));
 }
 
 } // namespace yfw::netconf

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/operations/cost.h"
 #include "frontends/netconf/operations/operations.h"
 
 namespace yfw::netconf {
@@ -29,7 +31,23 @@ struct Reply {
     std::string text() const { return head + content.text() + tail; }
 };
 
-// The <rpc-reply> to a message. Never throws because of a client's input.
+// A message, parsed. Never throws because of a client's input.
+class Request {
+public:
+    explicit Request(const std::string &message);
+
+    // Of answering it. A malformed one costs nothing more.
+    Cost cost(const Server &server) const;
+
+private:
+    friend Reply answer(const Server &server, const Caller &caller, const Request &request);
+
+    std::optional<Document> document_;
+    std::optional<RpcError> error_; // when it is no <rpc>
+};
+
+// The <rpc-reply> to a request or to a message. Never throws because of a client's input.
+Reply answer(const Server &server, const Caller &caller, const Request &request);
 Reply answer(const Server &server, const Caller &caller, const std::string &message);
 
 } // namespace yfw::netconf

@@ -158,7 +158,7 @@ void NetconfServer::tell(const SharedEvent &event) {
 
 // Rolling back a commit may take as long as the device needs, so it must not block the event loop.
 void NetconfServer::in_background(std::function<void()> work) {
-    workers_.add([this, work = std::move(work)]() -> WorkerPool::Finish {
+    workers_.add(Lane::upkeep, "", [this, work = std::move(work)]() -> WorkerPool::Finish {
         std::string trouble;
         try {
             work();
@@ -173,18 +173,54 @@ void NetconfServer::in_background(std::function<void()> work) {
     });
 }
 
+namespace {
+
+// A message as long as this takes a while to parse.
+constexpr size_t longest_quick_message = 256u << 10;
+
+Lane lane_of(Cost cost) {
+    switch (cost) {
+    case Cost::low:
+        return Lane::quick;
+    case Cost::edit:
+        return Lane::edit;
+    case Cost::high:
+        break;
+    }
+    return Lane::costly;
+}
+
+} // namespace
+
+// What a request costs shows only in its content, so it is parsed first and then waits in the lane for its
+// cost.
 void NetconfServer::dispatch(Session &session, std::string message) {
-    workers_.add([this, caller = session.caller(), message = std::move(message)]() -> WorkerPool::Finish {
-        Reply reply = answer(server_, caller, message);
-        if (reply.content.has_file()) // each thread keeps what it has freed
-            ::malloc_trim(0);
-        log_reply(caller, reply);
-        monitoring_.count(caller.session,
-                          {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
-        return [this, id = caller.session, reply = std::make_shared<Reply>(std::move(reply))] {
-            finish(id, *reply);
-        };
-    });
+    const Lane first = message.size() > longest_quick_message ? Lane::costly : Lane::quick;
+    const Caller caller = session.caller();
+    workers_.add(
+        first, caller.user, [this, first, caller, message = std::move(message)]() -> WorkerPool::Finish {
+            auto request = std::make_shared<const Request>(message);
+            const Lane lane = lane_of(request->cost(server_));
+            if (lane == first || (first == Lane::costly && lane == Lane::quick))
+                return answered(caller, *request);
+            workers_.add(lane, caller.user, [this, lane, caller, request]() -> WorkerPool::Finish {
+                if (lane == Lane::costly && caller.is_gone->load()) // nothing but a reply that nobody reads
+                    return {};
+                return answered(caller, *request);
+            });
+            return {};
+        });
+}
+
+WorkerPool::Finish NetconfServer::answered(const Caller &caller, const Request &request) {
+    Reply reply = answer(server_, caller, request);
+    if (reply.content.has_file()) // each thread keeps what it has freed
+        ::malloc_trim(0);
+    log_reply(caller, reply);
+    monitoring_.count(caller.session,
+                      {reply.is_bad ? 0u : 1u, reply.is_bad ? 1u : 0u, reply.is_error ? 1u : 0u, 0});
+    return
+        [this, id = caller.session, reply = std::make_shared<Reply>(std::move(reply))] { finish(id, *reply); };
 }
 
 void NetconfServer::finish(uint32_t id, Reply &reply) {

@@ -30,7 +30,7 @@ struct ServerOptions {
     std::chrono::seconds hello_timeout{30};
     std::chrono::seconds idle_timeout{0}; // of a session without a subscription; 0: none
     size_t most_sessions = 0;             // at once; 0: as many as there are descriptors
-    size_t threads = 4;                   // workers
+    size_t threads = 6;                   // workers; at least WorkerPool::fewest_threads
 };
 
 // Borrows everything it is given. The thread that calls run() is the event loop: it owns all sessions and
@@ -61,6 +61,7 @@ private:
     void end(uint32_t session, EndReason reason, std::optional<uint32_t> killed_by);
     void tell(const SharedEvent &event);
     void dispatch(Session &session, std::string message);
+    WorkerPool::Finish answered(const Caller &caller, const Request &request);
     void finish(uint32_t session, Reply &reply);
     void arm_commit_timer();
     void in_background(std::function<void()> work);

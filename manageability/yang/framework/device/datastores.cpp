@@ -52,7 +52,7 @@ void Datastores::drop_candidate() {
     candidate_.reset();
     candidate_edits_.clear();
     candidate_records_.clear();
-    candidate_editor_ = 0;
+    candidate_editors_.clear();
 }
 
 Configuration Datastores::candidate_or_running() {
@@ -149,7 +149,7 @@ void Datastores::edit_locked(const Caller &caller, Datastore target, const yang:
     candidate_edits_.push_back(yang::print_edit(edit));
     const std::vector<events::EditRecord> records = events::edit_records(edit);
     candidate_records_.insert(candidate_records_.end(), records.begin(), records.end());
-    candidate_editor_ = caller.session;
+    candidate_editors_.insert(caller.session);
     clean_up_after(caller);
 }
 
@@ -422,7 +422,9 @@ void Datastores::forget(uint32_t session) {
     const bool held_candidate = candidate_lock != locks_.end() && candidate_lock->second.session == session;
     if (std::erase_if(locks_, [&](const auto &lock) { return lock.second.session == session; }) > 0)
         release_store();
-    if (held_candidate || candidate_editor_ == session)
+    // Other sessions may count on what they have edited. Without any, nobody is left to commit it.
+    const bool was_last_editor = candidate_editors_.erase(session) > 0 && candidate_editors_.empty();
+    if (held_candidate || was_last_editor)
         drop_candidate();
     if (!pending_.has_value() || pending_->actor.session != session)
         return;

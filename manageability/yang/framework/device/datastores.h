@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -79,8 +80,9 @@ public:
     };
     std::optional<Lock> lock_of(Datastore datastore);
 
-    // Call when a session has ended: releases its locks, discards the candidate if the session had locked it or
-    // was its only editor, and rolls back the session's unconfirmed commit unless it persists.
+    // Call when a session has ended: releases its locks, discards the candidate if the session had locked it
+    // (RFC 6241 section 8.3.5.2) or was the last of its editors, and rolls back the session's unconfirmed
+    // commit unless it persists.
     void end_session(uint32_t session);
 
     // When the unconfirmed commit will be rolled back; nothing when there is none. Never blocks.
@@ -145,7 +147,7 @@ private:
     std::optional<Configuration> candidate_; // nothing: identical to running
     std::vector<std::string> candidate_edits_;
     std::vector<events::EditRecord> candidate_records_; // of the edits to the candidate
-    uint32_t candidate_editor_ = 0;                     // the session that last edited it
+    std::set<uint32_t> candidate_editors_;              // sessions that have edited it and have not ended
     std::map<Datastore, Lock> locks_;
     std::optional<Pending> pending_;
     int64_t told_ = -1; // number of the last commit that observers have been told of
