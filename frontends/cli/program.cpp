@@ -20,6 +20,7 @@
 #include "frontends/cli/commands/topology_command.h"
 #include "frontends/cli/commands/watch_command.h"
 #include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/typed_words.h"
 #include "yang/yang_text.h"
 
 namespace yfw::cli {
@@ -122,7 +123,7 @@ int run_program(int argc, char **argv) {
     add_topology(app, device);
     add_watch(app, device);
     try {
-        app.parse(argc, argv);
+        parse_as_typed(app, argc, argv);
         if (app.get_subcommands().empty())
             throw CLI::RequiredError("A subcommand");
         return 0;

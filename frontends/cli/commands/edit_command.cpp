@@ -1,5 +1,6 @@
 #include "frontends/cli/commands/edit_command.h"
 
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -54,6 +55,8 @@ std::string read_file(const std::string &file) {
         text << std::cin.rdbuf();
         return text.str();
     }
+    if (std::error_code error; std::filesystem::is_directory(file, error))
+        throw Error(ErrorTag::invalid_value, file, "is a directory");
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw Error(ErrorTag::invalid_value, file, "cannot be read: " + system_error_text());

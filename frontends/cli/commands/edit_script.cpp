@@ -19,6 +19,9 @@ bool is_quoted(const std::string &text) {
     return text.starts_with('"') || text.starts_with('\'');
 }
 
+// POSIX.1-2017, Shell Command Language, section 2.2.3.
+constexpr std::string_view escaped_in_double_quotes = "$`\"\\";
+
 // Removes and returns the first word without its quotes, as a shell reads it: everything stands for itself in
 // single quotes, and a backslash escapes in double quotes. Nothing when a quote is not closed.
 std::optional<std::string> take_quoted(std::string &rest) {
@@ -30,7 +33,7 @@ std::optional<std::string> take_quoted(std::string &rest) {
         const bool escapes = c == '\\' && quote != '\'' && at + 1 < rest.size();
         if (quote == '\0' && (c == ' ' || c == '\t'))
             break;
-        if (escapes && (quote == '\0' || rest[at + 1] == '"' || rest[at + 1] == '\\'))
+        if (escapes && (quote == '\0' || escaped_in_double_quotes.find(rest[at + 1]) != std::string_view::npos))
             word += rest[++at];
         else if (quote == '\0' && (c == '"' || c == '\''))
             quote = c;

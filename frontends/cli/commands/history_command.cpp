@@ -16,6 +16,7 @@
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
 #include "host/mapping_description.h"
 
@@ -113,7 +114,7 @@ void roll_back(const DeviceOptions &device, const CommitOptions &options) {
 
 CLI::Option *add_number(CLI::App &command, CommitOptions &options) {
     return command.add_option("COMMIT", options.number, "The commit's number")
-        ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
+        ->check(number_range(0, std::numeric_limits<int64_t>::max()))
         ->option_text(" ");
 }
 

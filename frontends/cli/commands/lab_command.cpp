@@ -8,6 +8,7 @@
 
 #include "base/say.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
 #include "lab/lab.h"
 
@@ -217,7 +218,7 @@ void add_lab(CLI::App &app) {
     up->add_option("--topology", options->topology, "Topology file; default: the four recorded routers")
         ->option_text("FILE");
     up->add_option("--tx-interval", options->tx_interval, "Seconds between a router's frames; default: 2")
-        ->check(CLI::Range(1, 3600))
+        ->check(number_range(1, 3600))
         ->option_text("SECONDS");
     up->callback([options] { run_up(*options); });
     CLI::App *status = add_command(*lab, *options, "status", "Print the routers, their sockets and the links");

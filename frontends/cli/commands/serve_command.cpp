@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <grp.h>
+#include <pwd.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -26,6 +27,7 @@
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
@@ -141,6 +143,12 @@ void require_group(const std::string &option, const std::string &group) {
         throw Error(ErrorTag::invalid_value, option, "this machine has no group \"" + group + "\"");
 }
 
+// Nobody would be exempt from the access rules, where somebody was meant to be.
+void require_user(const std::string &option, const std::string &user) {
+    if (getpwnam(user.c_str()) == nullptr)
+        throw Error(ErrorTag::invalid_value, option, "this machine has no user \"" + user + "\"");
+}
+
 void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     const StopSignals stop;
     permit_many_descriptors();
@@ -170,6 +178,7 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         serve->add_option("--socket", options->socket, "Unix socket to serve on, behind the system's sshd");
     socket->option_text("PATH");
     serve->add_option("--port", options->port, "Loopback port of the private sshd; default: a free one")
+        ->check(number_range(0, 65535))
         ->option_text("PORT")
         ->excludes(socket);
     auto *readers =
@@ -184,47 +193,48 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->add_option("--nacm", options->nacm,
                      "File of further access rules: a <nacm> document of ietf-netconf-acm")
         ->option_text("FILE");
-    serve
-        ->add_option("--recovery-user", options->recovery_user,
-                     "User to whom these rules do not apply, and who may edit them")
-        ->option_text("USER");
+    auto *recovery = serve->add_option("--recovery-user", options->recovery_user,
+                                       "User to whom these rules do not apply, and who may edit them");
+    recovery->option_text("USER");
     auto *keep = serve->add_flag("--keep-applied", options->keep_applied,
                                  "Apply the last commit again when the device is changed by other means");
     serve
         ->add_option("--drift-interval", options->drift_interval,
                      "How often to look whether it was; default 10")
-        ->check(CLI::Range(1, 86400))
+        ->check(number_range(1, 86400))
         ->needs(keep)
         ->option_text("SECONDS");
     serve->add_option("--max-chunk", options->largest_chunk, "Longest chunk that is accepted; default: 10 MiB")
-        ->check(CLI::Range(uint64_t{1}, uint64_t{4294967295}))
+        ->check(number_range(1, 4294967295))
         ->option_text("BYTES");
     serve
         ->add_option("--hello-timeout", options->hello_timeout,
                      "How long a client may take to send its <hello>; default: 30")
-        ->check(CLI::Range(1, 3600))
+        ->check(number_range(1, 3600))
         ->option_text("SECONDS");
     serve
         ->add_option("--idle-timeout", options->idle_timeout,
                      "End sessions that send nothing for so long and have no subscription; default: 0, never")
-        ->check(CLI::Range(0, 31536000))
+        ->check(number_range(0, 31536000))
         ->option_text("SECONDS");
     serve
         ->add_option("--max-sessions", options->server.most_sessions,
                      "How many sessions there may be at once; default: 0, no limit")
-        ->check(CLI::Range(uint64_t{0}, std::numeric_limits<uint64_t>::max()))
+        ->check(number_range(0, 4294967295))
         ->option_text("NUMBER");
     serve
         ->add_option("--max-message", options->largest_message,
                      "Longest message that is accepted; default: 64 MiB")
-        ->check(CLI::Range(uint64_t{1}, std::numeric_limits<uint64_t>::max()))
+        ->check(number_range(1, std::numeric_limits<int64_t>::max()))
         ->option_text("BYTES");
     add_device_options(*serve, device);
-    serve->callback([&device, options, readers, writers] {
+    serve->callback([&device, options, readers, writers, recovery] {
         if (readers->count() > 0)
             require_group("--readers", options->server.groups.readers);
         if (writers->count() > 0)
             require_group("--writers", options->server.groups.writers);
+        if (recovery->count() > 0)
+            require_user("--recovery-user", options->recovery_user);
         run_serve(device, *options);
     });
 

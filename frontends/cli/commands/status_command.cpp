@@ -2,6 +2,8 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -80,42 +82,63 @@ std::string counted(size_t number, const std::string &what) {
     return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
 
-void print_status_json(const DeviceOptions &options, NamedDevice &named) {
+// How many leaves drift, or why that is not known.
+struct DriftCount {
+    std::optional<size_t> number;
+    std::string failure;
+};
+
+DriftCount count_drift(NamedDevice &named) {
+    try {
+        return {named.device.drift().size(), ""};
+    } catch (const Error &error) {
+        return {std::nullopt, (error.path().empty() ? "" : error.path() + ": ") + error.what()};
+    }
+}
+
+std::string line_of(const DriftCount &drift) {
+    if (!drift.number.has_value())
+        return "unknown: the device cannot be read";
+    return *drift.number == 0 ? "none" : counted(*drift.number, "leaf value") + " (see yfw drift)";
+}
+
+DriftCount print_status_json(const DeviceOptions &options, NamedDevice &named) {
     Json json{{"device", device_name(options)}, {"store", nullptr}, {"commit", nullptr}};
     if (!named.device.store().empty())
         json["store"] = named.device.store().string();
     const std::vector<commits::Commit> history = named.device.history();
     if (!history.empty())
         json["commit"] = json_of(history.front());
-    json["drift"] = named.device.drift().size();
+    const DriftCount drift = count_drift(named);
+    json["drift"] = drift.number.has_value() ? Json(*drift.number) : Json();
     print_json(std::cout, json);
+    return drift;
 }
 
-void print_status_text(const DeviceOptions &options, NamedDevice &named) {
+DriftCount print_status_text(const DeviceOptions &options, NamedDevice &named) {
     const std::vector<commits::Commit> history = named.device.history();
     std::cout << "device  " << device_name(options) << '\n';
     std::cout << "store   " << (named.device.store().empty() ? "none" : named.device.store().string()) << '\n';
     if (history.empty()) {
         std::cout << "commit  none: the configuration is the device's own\n";
-        return;
+        return {0, ""};
     }
     const commits::Commit &last = history.front();
     std::cout << "commit  " << last.number << ", " << last.time
               << printable((last.who.empty() ? "" : ", by " + last.who) +
                            (last.comment.empty() ? "" : ": " + last.comment))
               << '\n';
-    const size_t drift = named.device.drift().size();
-    std::cout << "drift   " << (drift == 0 ? "none" : counted(drift, "leaf value") + " (see yfw drift)")
-              << '\n';
+    const DriftCount drift = count_drift(named);
+    std::cout << "drift   " << line_of(drift) << '\n';
+    return drift;
 }
 
 void print_status(const DeviceOptions &options, bool json) {
     NamedDevice named(options);
-    if (json)
-        print_status_json(options, named);
-    else
-        print_status_text(options, named);
+    const DriftCount drift = json ? print_status_json(options, named) : print_status_text(options, named);
     finish_output();
+    if (!drift.number.has_value())
+        throw std::runtime_error(drift.failure);
 }
 
 void apply(const DeviceOptions &options, bool json) {

@@ -1,6 +1,7 @@
 #include "frontends/cli/options/device_options.h"
 
 #include "frontends/cli/options/installation.h"
+#include "frontends/cli/options/option_checks.h"
 
 namespace yfw::cli {
 
@@ -12,19 +13,21 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
     options.plugin = files.plugin;
     auto *native = command.add_option("--native", options.native_files,
                                       "File of native instance data, XML or JSON; may be repeated");
-    native->option_text("FILE");
+    native->option_text("FILE")->check(not_empty());
     native->allow_extra_args(false);
     command
         .add_option(
             "--device", options.device,
             "Directory of a recorded device, or lldpd:SOCKET for a running lldpd; default: the shipped r1")
         ->option_text("DEVICE")
+        ->check(not_empty())
         ->excludes(native);
     command
         .add_option(
             "--store", options.store,
             "File of the device's commits; default: one in the user's state directory, named after the device")
-        ->option_text("FILE");
+        ->option_text("FILE")
+        ->check(not_empty());
     command
         .add_option("--models", options.openconfig_models,
                     "Directory of OpenConfig modules to use instead of the shipped ones")

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "base/printable.h"
 #include "yang/tree_text.h"
 
 namespace yfw::yang {
@@ -27,6 +28,14 @@ Leaves leaves_of(const lyd_node *configuration) {
     for (const lyd_node *top = configuration; top != nullptr; top = top->next)
         collect(top, leaves);
     return leaves;
+}
+
+// "- path = old" or "+ path = new".
+std::string line_of(const Difference &difference) {
+    std::string line = (difference.is_added ? "+ " : "- ") + difference.path;
+    if (!difference.value.empty())
+        line += " = " + difference.value;
+    return printable(line);
 }
 
 } // namespace
@@ -60,12 +69,8 @@ std::vector<Difference> differences(const lyd_node *before, const lyd_node *afte
 
 std::string configuration_difference(const lyd_node *before, const lyd_node *after) {
     std::string text;
-    for (const Difference &each : differences(before, after)) {
-        text.append(each.is_added ? "+ " : "- ").append(each.path);
-        if (!each.value.empty())
-            text.append(" = ").append(each.value);
-        text += "\n";
-    }
+    for (const Difference &each : differences(before, after))
+        text += line_of(each) + "\n";
     return text;
 }
 

@@ -19,8 +19,6 @@ public:
             fail("\"/\"");
         while (at_ < text_.size()) {
             expect('/', "\"/\" or \"[\"");
-            if (at_ == text_.size() && !path.empty())
-                break; // a trailing slash
             path.push_back(parse_step(path.empty() ? nullptr : path.back().node));
         }
         return path;
