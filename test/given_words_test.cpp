@@ -129,7 +129,7 @@ TEST(ATextBeyond255Octets, IsRefusedOnARecordedDevice) {
     const EditedDevice device{empty_device()};
     for (const std::string leaf : {"system-name", "system-description", "chassis-id"}) {
         const std::string path = "/lldp/config/" + leaf;
-        expect_refused(device.set(path, wide(128)), {path, "255 octets", "256"}, "invalid-value");
+        expect_refused(device.set(path, wide(128)), {path, "255 octets"}, "invalid-value");
     }
     expect_committed(device.set("/lldp/config/system-name", wide(127) + "x"));
     expect_committed(device.set(description, wide(127)));

@@ -1,16 +1,13 @@
 #include "device/native_edits.h"
 
-#include <cstring>
 #include <map>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "base/error.h"
+#include "device/octet_limits.h"
 #include "yang/forest.h"
 #include "yang/path_words.h"
 #include "yang/refused_value.h"
-#include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
@@ -237,31 +234,6 @@ void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::Na
         applier.apply(edit);
     applier.finish();
 }
-
-namespace {
-
-// The limit that the model sets beside the type, which counts characters.
-std::optional<size_t> most_octets(const lysc_node *leaf) {
-    LY_ARRAY_COUNT_TYPE i = 0;
-    LY_ARRAY_FOR(leaf->exts, i)
-    if (std::strcmp(leaf->exts[i].def->name, "max-octets") == 0)
-        return std::stoul(leaf->exts[i].argument);
-    return std::nullopt;
-}
-
-void check_octets(const lyd_node *data) {
-    for (; data != nullptr; data = data->next) {
-        check_octets(lyd_child(data));
-        const char *value = lyd_get_value(data);
-        const std::optional<size_t> most = value != nullptr ? most_octets(data->schema) : std::nullopt;
-        if (most.has_value() && std::strlen(value) > *most)
-            throw Error(ErrorTag::invalid_value, yang::path_of(data),
-                        "has at most " + std::to_string(*most) + " octets in UTF-8, not " +
-                            std::to_string(std::strlen(value)));
-    }
-}
-
-} // namespace
 
 void validate_configuration(const yang::Schemas &schemas, yang::DataTree &configuration) {
     if (!configuration)
