@@ -11,7 +11,8 @@ namespace yfw::yang {
 // there is none, or no siblings. Looked up by hash.
 const lyd_node *counterpart(const lyd_node *node, const lyd_node *siblings);
 
-// Whether two forests hold the same nodes and values; either may be NULL.
+// Whether two forests hold the same nodes and values; either may be NULL. The order of siblings counts only
+// where the user orders them (RFC 7950 section 7.7.7).
 bool is_same(const lyd_node *a, const lyd_node *b);
 
 // Whether the entry around a leaf's parent has a key of the leaf's name: such as config/name, which says

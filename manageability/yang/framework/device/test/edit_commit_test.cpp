@@ -229,5 +229,26 @@ TEST_F(ATarget, RunsWhatItRanWhenTheStoreFailsAfterwards) {
     EXPECT_EQ(target.running, before);
 }
 
+// --- what changes nothing ---
+
+std::string switched_on(const Strings &interfaces) {
+    std::string entries;
+    for (const std::string &name : interfaces)
+        entries +=
+            element("interface", element("name", name) +
+                                     element("config", element("name", name) + element("enabled", "true")));
+    std::string edit = document(element("config", element("enabled", "true")) + element("interfaces", entries));
+    return edit.insert(edit.find(' '), " nc:operation=\"replace\"");
+}
+
+TEST(AReplacement, OfInterfacesInAnotherOrderMakesNoCommit) {
+    EditedDevice device(native);
+    ASSERT_TRUE(device.edit(switched_on({"eth1", "eth2", "eth3"})).has_value());
+    EXPECT_FALSE(device.edit(switched_on({"eth3", "eth1", "eth2"})).has_value());
+    EXPECT_EQ(device.try_edit(switched_on({"eth2", "eth1", "eth3"})), "");
+    EXPECT_TRUE(device.edit(switched_on({"eth2", "eth1"})).has_value());
+    EXPECT_EQ(device.commits(), 3U);
+}
+
 } // namespace
 } // namespace yfw::device::test
