@@ -44,7 +44,8 @@ std::filesystem::path store_of(const DeviceOptions &options) {
 }
 
 std::string owner_of(const DeviceOptions &options) {
-    return sources::identity_of(address_of(options));
+    const bool has_store = options.native_files.empty() || !options.store.empty();
+    return has_store ? sources::identity_of(address_of(options)) : "";
 }
 
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use)

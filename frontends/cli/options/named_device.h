@@ -22,11 +22,11 @@ private:
 };
 
 // Where the device's commits are: the file given with --store, otherwise one in the user's state directory,
-// named after the device's path. One that an earlier version made is used under the name that it has. Empty for a
-// device given as files without --store.
+// named after the device's path. One that an earlier version made is used under the name that it has. Empty for
+// a device given as files without --store.
 std::filesystem::path store_of(const DeviceOptions &options);
 
-// Identifies the device in its store; empty for a device given as files.
+// Identifies the device in its store; empty for a device given as files without a store.
 std::string owner_of(const DeviceOptions &options);
 
 } // namespace yfw::cli

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -105,6 +106,22 @@ TEST_F(TheStoreOfADevice, IsNoneForFiles) {
     options.native_files = {"state.xml"};
     EXPECT_EQ(store_of(options), "");
     EXPECT_EQ(owner_of(options), "");
+}
+
+TEST_F(TheStoreOfADevice, BelongsToTheFilesThatItIsGivenAs) {
+    const auto owner = [&](const std::vector<fs::path> &files) {
+        DeviceOptions options;
+        options.native_files = files;
+        options.store = "commits.db";
+        return owner_of(options);
+    };
+    const fs::path config = directory.path() / "r1" / "config.xml",
+                   more = directory.path() / "r1" / "state.xml";
+    EXPECT_EQ(owner({config}), owner({directory.path() / "r2" / ".." / "r1" / "config.xml"}));
+    EXPECT_EQ(owner({config, more}), owner({more, config}));
+    EXPECT_NE(owner({config}), owner({directory.path() / "r2" / "config.xml"}));
+    EXPECT_NE(owner({config}), owner({config, more}));
+    EXPECT_NE(owner({config}).find(config.string()), std::string::npos);
 }
 
 TEST_F(TheStoreOfADevice, TakesCommitsForALongPath) {

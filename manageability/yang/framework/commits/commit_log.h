@@ -45,8 +45,9 @@ enum class Step { begun, read, prepared, upgraded, inserted, committed };
 class CommitLog {
 public:
     // Opens the file; `create` creates it and its directory if missing, for this user only. `owner` identifies
-    // the device (empty for one given as files): a store of another device is refused; one without an owner is
-    // accepted, and gets this one with the first write. Nothing for owner opens every store.
+    // the device ("files:" and their paths for one given as files): a store of another device is refused; one
+    // without an owner is accepted, and gets this one with the first write. Nothing for owner opens every
+    // store.
     CommitLog(const std::filesystem::path &file, bool create, std::optional<std::string> owner = std::nullopt);
     ~CommitLog();
     CommitLog(const CommitLog &) = delete;

@@ -1,5 +1,6 @@
 #include "commits/store_format.h"
 
+#include <string_view>
 #include <vector>
 
 namespace yfw::commits {
@@ -34,8 +35,15 @@ void mark(Database &database) {
     database.execute(("PRAGMA user_version = " + std::to_string(current_version)).c_str());
 }
 
+// An earlier version kept the empty text for every device that was given as files.
+constexpr const char *some_files = "";
+constexpr std::string_view files_prefix = "files:";
+
 std::string described(const std::string &owner) {
-    return owner.empty() ? "a device given as files" : "device " + owner;
+    if (owner == some_files)
+        return "a device given as files";
+    return owner.starts_with(files_prefix) ? "a device given as files, " + owner.substr(files_prefix.size())
+                                           : "device " + owner;
 }
 
 [[noreturn]] void refuse(const Database &database, const std::string &reason) {
@@ -60,6 +68,8 @@ Format format_of(Database &database) {
 
 bool check_owner(Database &database, const std::optional<std::string> &owner) {
     const std::optional<std::string> kept = meta_value(database, meta::owner);
+    if (kept == some_files && owner.has_value() && owner->starts_with(files_prefix))
+        return false;
     if (owner.has_value() && kept.has_value() && *owner != *kept)
         refuse(database, "has the commits of " + described(*kept) + ", not of " + described(*owner));
     return kept.has_value();

@@ -29,7 +29,8 @@ constexpr const char *applied_to = "applied-to";
 Format format_of(Database &database);
 
 // Of the current format. Throws StoreError if the store belongs to another device. A store without an owner
-// belongs to everybody, and nobody's `owner` opens every store. Returns whether the store has an owner.
+// belongs to everybody, one that an earlier version made for a device given as files to every such device, and
+// nobody's `owner` opens every store. Returns whether the store has an owner of its own.
 bool check_owner(Database &database, const std::optional<std::string> &owner);
 
 // Makes the tables of an empty database.

@@ -1,6 +1,7 @@
 #include "sources/opened_source.h"
 
 #include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -12,6 +13,22 @@ namespace yfw::sources {
 namespace {
 
 constexpr std::string_view daemon_prefix = "lldpd:";
+constexpr std::string_view files_prefix = "files:";
+
+std::string real_path(const std::filesystem::path &path) {
+    std::error_code error;
+    return std::filesystem::weakly_canonical(path, error).string();
+}
+
+std::string identity_of_files(const std::vector<std::filesystem::path> &files) {
+    std::set<std::string> paths;
+    for (const std::filesystem::path &file : files)
+        paths.insert(real_path(file));
+    std::string identity;
+    for (const std::string &path : paths)
+        identity += (identity.empty() ? std::string(files_prefix) : ", ") + path;
+    return identity;
+}
 
 std::optional<std::string> daemon_socket(const std::string &device) {
     if (!device.starts_with(daemon_prefix))
@@ -37,10 +54,9 @@ OpenedSource open_daemon(const std::string &socket) {
 
 std::string identity_of(const DeviceAddress &address) {
     if (!address.files.empty())
-        return "";
+        return identity_of_files(address.files);
     const auto socket = daemon_socket(address.device);
-    std::error_code error;
-    std::string path = std::filesystem::weakly_canonical(socket.value_or(address.device), error).string();
+    std::string path = real_path(socket.value_or(address.device));
     while (!path.empty() && (path.front() == '/' || path.back() == '/'))
         path.erase(path.front() == '/' ? 0 : path.size() - 1, 1);
     return (socket.has_value() ? std::string(daemon_prefix) : "") + path;

@@ -20,8 +20,8 @@ struct DeviceAddress {
     std::vector<std::filesystem::path> files;
 };
 
-// Identifies the device among all devices on this machine: its path, without leading and trailing slashes.
-// Empty for a device given as files.
+// Identifies the device among all devices on this machine: its path, without leading and trailing slashes; for
+// one given as files "files:" and their paths, whatever their order.
 std::string identity_of(const DeviceAddress &address);
 
 struct OpenedSource {

@@ -66,6 +66,25 @@ TEST_F(AStoreOfADevice, IsRefusedToANamedDeviceWhenItsOwnIsGivenAsFiles) {
     EXPECT_NE(message.find("home/me/r1"), std::string::npos) << message;
 }
 
+TEST_F(AStoreOfADevice, GivenAsFilesIsRefusedToOtherFilesByTheNamesOfBoth) {
+    make("files:/r1/config.xml");
+    EXPECT_EQ(complaint("files:/r1/config.xml"), "");
+    const std::string message = complaint("files:/r2/config.xml");
+    for (const std::string word : {"a device given as files, /r1/config.xml", "/r2/config.xml"})
+        EXPECT_NE(message.find(word), std::string::npos) << message;
+}
+
+TEST_F(AStoreOfADevice, GivenAsFilesThatAnEarlierVersionMadeBelongsToTheFirstFilesThatCommit) {
+    make("");
+    EXPECT_EQ(complaint("files:/r1/config.xml"), "");
+    EXPECT_EQ(complaint("files:/r2/config.xml"), "");
+    EXPECT_NE(complaint("home/me/r1"), "");
+    CommitLog store(file, false, "files:/r1/config.xml");
+    EXPECT_EQ(keep_numbered(store), 1);
+    EXPECT_EQ(store.owner(), "files:/r1/config.xml");
+    EXPECT_NE(complaint("files:/r2/config.xml"), "");
+}
+
 TEST_F(AStoreOfADevice, OpensWithoutADevice) {
     make("home/me/r1");
     EXPECT_EQ(complaint(std::nullopt), "");
