@@ -9,6 +9,8 @@
 #include "device/openconfig_terms.h"
 #include "yang/comparison.h"
 #include "yang/configuration_text.h"
+#include "yang/edit_apply.h"
+#include "yang/forest.h"
 
 namespace yfw::device {
 namespace {
@@ -36,7 +38,68 @@ std::optional<yang::Operation> chosen_if(bool chosen, yang::Operation operation)
     return chosen ? std::optional(operation) : std::nullopt;
 }
 
+// What selects the containers and lists at or below `node` that have leaf-lists of configuration; nothing when
+// there are none.
+std::optional<host::Selection> selection_of_leaf_lists(const lysc_node *node) {
+    host::Selection selected{node, std::nullopt, {}, false};
+    for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next) {
+        if ((child->flags & LYS_CONFIG_W) == 0)
+            continue;
+        if (child->nodetype == LYS_LEAFLIST)
+            return host::Selection{node, std::nullopt, {}, false};
+        if ((child->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0)
+            if (std::optional<host::Selection> below = selection_of_leaf_lists(child))
+                selected.children.push_back(std::move(*below));
+    }
+    return selected.children.empty() ? std::nullopt : std::optional(std::move(selected));
+}
+
+yang::EditNode values_of_leaf_lists(const lysc_node *root, const lyd_node *data, const lyd_node *except,
+                                    yang::Operation operation) {
+    return leaf_edit(root, data, except, [&](const lyd_node *leaf, const lyd_node *there) {
+        return chosen_if(leaf->schema->nodetype == LYS_LEAFLIST && there == nullptr, operation);
+    });
+}
+
 } // namespace
+
+ConfigurationMapper::ConfigurationMapper(const yang::Schemas &schemas, host::Engine &engine,
+                                         const host::MappingDescription &mapping)
+    : schemas_(schemas), engine_(engine), mapping_(mapping),
+      leaf_lists_(selection_of_leaf_lists(schemas.openconfig_root())) {}
+
+yang::DataTree ConfigurationMapper::hidden_values(const lyd_node *native) {
+    if (!leaf_lists_.has_value())
+        return nullptr;
+    host::ReadRequest request;
+    request.content = host::Content::config;
+    request.selection = leaf_lists_;
+    yang::DataTree shown = engine_.read(request, {yang::borrowed(native)}).data;
+    const lysc_node *root = schemas_.openconfig_root();
+    yang::EditNode removal = values_of_leaf_lists(root, shown.get(), nullptr, yang::Operation::remove);
+    if (!does_something(removal))
+        return nullptr;
+    Mapped rest{yang::copy_of_configuration_in(native), {}};
+    yang::DataTree hidden;
+    for (int round = 0; round < most_rounds && apply(removal, rest); round++) {
+        const yang::DataTree next = engine_.read(request, {yang::borrowed(rest.native.get())}).data;
+        const yang::EditNode found =
+            values_of_leaf_lists(root, next.get(), shown.get(), yang::Operation::merge);
+        if (!does_something(found))
+            break;
+        yang::apply_edit(found, hidden);
+        yang::apply_edit(found, shown);
+        removal = values_of_leaf_lists(root, next.get(), nullptr, yang::Operation::remove);
+    }
+    return hidden;
+}
+
+yang::DataTree ConfigurationMapper::translate(const lyd_node *native) {
+    yang::DataTree shown = read_back(native);
+    if (yang::DataTree hidden = hidden_values(native))
+        yang::merge(shown, std::move(hidden));
+    return shown;
+}
 
 yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
     host::ReadRequest whole;

@@ -11,6 +11,7 @@
 #include "device/suspension.h"
 #include "host/engine.h"
 #include "host/mapping_description.h"
+#include "host/request.h"
 #include "yang/edit.h"
 #include "yang/schemas.h"
 
@@ -20,12 +21,18 @@ namespace yfw::device {
 class ConfigurationMapper {
 public:
     ConfigurationMapper(const yang::Schemas &schemas, host::Engine &engine,
-                        const host::MappingDescription &mapping)
-        : schemas_(schemas), engine_(engine), mapping_(mapping) {}
+                        const host::MappingDescription &mapping);
 
     // A native configuration as the mapping reads it, in OpenConfig terms; NULL when nothing of it is visible.
     // Throws Error.
     yang::DataTree read_back(const lyd_node *native);
+
+    // The values of leaf-lists in it that the mapping does not show beside those that it shows, from the top
+    // container down; NULL when there are none. `native` may hold other data, too. Throws Error.
+    yang::DataTree hidden_values(const lyd_node *native);
+
+    // Both together: everything that the native configuration says. Throws Error.
+    yang::DataTree translate(const lyd_node *native);
 
     struct Mapped {
         yang::DataTree native;
@@ -70,6 +77,7 @@ private:
     const yang::Schemas &schemas_;
     host::Engine &engine_;
     const host::MappingDescription &mapping_;
+    const std::optional<host::Selection> leaf_lists_; // the containers of all leaf-lists of configuration
 };
 
 } // namespace yfw::device

@@ -14,7 +14,7 @@ Configuration Configurations::of(const commits::Commit &commit) {
     yang::SharedData openconfig =
         commit.openconfig.has_value()
             ? yang::parse_configuration(schemas_, *commit.openconfig, source_.store().string())
-            : mapper_.read_back(native.get());
+            : mapper_.translate(native.get());
     const std::lock_guard<std::mutex> guard(mutex_);
     kept_ = Kept{commit.number, native, openconfig};
     return {std::move(openconfig), native};
@@ -35,7 +35,7 @@ std::optional<Configuration> Configurations::committed() {
 
 Configuration Configurations::recorded() {
     yang::SharedData native = source_.recorded_configuration();
-    yang::SharedData openconfig = mapper_.read_back(native.get());
+    yang::SharedData openconfig = mapper_.translate(native.get());
     return {std::move(openconfig), std::move(native)};
 }
 

@@ -6,8 +6,21 @@
 #include "device/native_edits.h"
 #include "yang/configuration_text.h"
 #include "yang/edit_apply.h"
+#include "yang/forest.h"
 
 namespace yfw::device {
+namespace {
+
+// Without what is held back.
+std::set<std::string> paths_in_force(const std::vector<Drift> &drift) {
+    std::set<std::string> paths;
+    for (const Drift &one : drift)
+        if (one.reason.empty())
+            paths.insert(one.path);
+    return paths;
+}
+
+} // namespace
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource &&opened,
                              sources::NativeSource &source, sources::NativeTarget *target,
@@ -37,7 +50,33 @@ host::SettledAnswer ManagedDevice::answer(const host::ReadRequest &request) {
         return engine_.answer(request);
     const std::optional<Configuration> committed = configurations_.committed();
     return committed.has_value() ? engine_.answer_with(committed->openconfig.get(), request)
-                                 : engine_.answer(request);
+                                 : answer_applied(request);
+}
+
+// Where there can be no commits, a read is what the mapping makes of the native data, and nothing else.
+host::SettledAnswer ManagedDevice::answer_applied(const host::ReadRequest &request) {
+    if (request.content == host::Content::state || store().empty())
+        return engine_.answer(request);
+    return answer_translated(request, source_.snapshot(schemas_.context()));
+}
+
+host::SettledAnswer ManagedDevice::answer_translated(const host::ReadRequest &request,
+                                                     sources::Snapshot native) {
+    const lyd_node *configuration =
+        native.configuration.has_value() ? native.configuration->get() : native.data.get();
+    const yang::DataTree hidden = mapper_.hidden_values(configuration);
+    host::SettledAnswer answer = engine_.answer(request, std::move(native));
+    if (hidden == nullptr)
+        return answer;
+    host::ReadRequest of_configuration = request;
+    of_configuration.content = host::Content::config;
+    yang::DataTree values = engine_.answer_with(hidden.get(), of_configuration).take_data();
+    if (values == nullptr)
+        return answer;
+    std::vector<std::string> warnings = answer.warnings();
+    yang::DataTree data = answer.take_data();
+    yang::merge(data, std::move(values));
+    return {std::move(data), std::move(warnings)};
 }
 
 host::Answer ManagedDevice::read(const host::ReadRequest &request) {
@@ -89,18 +128,25 @@ std::vector<Drift> ManagedDevice::drift() {
     const Suspensions suspended(schemas_, mapping_, openconfig);
     if (target_ == nullptr) { // what is committed is in force, so nothing else can be
         std::vector<Drift> found = find_drift(openconfig, applied.data.get(), applied.data.get(), suspended);
-        std::set<std::string> paths;
-        for (const Drift &one : found)
-            if (one.reason.empty())
-                paths.insert(one.path);
-        const std::set<std::string> held = mapper_.held(*committed, paths);
+        const std::set<std::string> held = mapper_.held(*committed, paths_in_force(found));
         std::erase_if(found, [&](const Drift &one) { return held.contains(one.path); });
         return found;
     }
-    std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), committed->native.get());
-    const host::Answer expected =
-        engine_.read(whole, {as_read.has_value() ? yang::SharedData(std::move(*as_read)) : committed->native});
-    return find_drift(openconfig, applied.data.get(), expected.data.get(), suspended);
+    return drift_of_target(*committed, applied.data.get(), suspended);
+}
+
+std::vector<Drift> ManagedDevice::drift_of_target(const Configuration &committed, const lyd_node *applied,
+                                                  const Suspensions &suspended) {
+    const lyd_node *openconfig = committed.openconfig.get();
+    const lyd_node *native = committed.native.get();
+    std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), native);
+    host::ReadRequest whole;
+    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
+    const yang::DataTree expected =
+        answer_translated(whole,
+                          {as_read.has_value() ? yang::SharedData(std::move(*as_read)) : committed.native})
+            .take_data();
+    return find_drift(openconfig, applied, expected.get(), suspended);
 }
 
 void ManagedDevice::apply_last_commit() {

@@ -56,8 +56,10 @@ public:
         return engine_.answer_with(configuration.openconfig.get(), request);
     }
     // The configuration that is in force on the device, as the mapping reads it, and the device's state.
-    host::SettledAnswer answer_applied(const host::ReadRequest &request) { return engine_.answer(request); }
-    host::Answer read_applied(const host::ReadRequest &request) { return engine_.read(request); }
+    host::SettledAnswer answer_applied(const host::ReadRequest &request);
+    host::Answer read_applied(const host::ReadRequest &request) {
+        return host::data_of(answer_applied(request));
+    }
     // The same, on native data from elsewhere, such as a watch.
     host::Answer read_applied(const host::ReadRequest &request, yang::DataTree native) {
         return engine_.read(request, {std::move(native)});
@@ -141,6 +143,12 @@ private:
     ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource &&opened, sources::NativeSource &source,
                   sources::NativeTarget *target, std::filesystem::path store, host::MappingDescription mapping,
                   std::optional<std::string> owner);
+
+    // With every value of a leaf-list that the native configuration holds.
+    host::SettledAnswer answer_translated(const host::ReadRequest &request, sources::Snapshot native);
+    // The difference to a configuration that is applied to the target.
+    std::vector<Drift> drift_of_target(const Configuration &committed, const lyd_node *applied,
+                                       const Suspensions &suspended);
 
     const yang::Schemas &schemas_;
     host::MappingDescription mapping_;

@@ -63,8 +63,12 @@ Answer Engine::read(const ReadRequest &request) {
 }
 
 Answer Engine::read(const ReadRequest &request, sources::Snapshot native) {
+    return data_of(answer(request, std::move(native)));
+}
+
+SettledAnswer Engine::answer(const ReadRequest &request, sources::Snapshot native) {
     const std::lock_guard<std::mutex> serialised(one_request_);
-    return data_of(answer_from(request, std::move(native)));
+    return answer_from(request, std::move(native));
 }
 
 SettledAnswer Engine::answer(const ReadRequest &request) {

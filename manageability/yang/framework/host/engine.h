@@ -50,6 +50,8 @@ public:
 
     // The functions that read throw Error when the device cannot be read or the mapping fails.
     SettledAnswer answer(const ReadRequest &request);
+    // On native data given instead of the device's current data.
+    SettledAnswer answer(const ReadRequest &request, sources::Snapshot native);
     // As libyang's data, which takes more time and memory.
     Answer read(const ReadRequest &request);
     // The same, on native data given instead of the device's current data.
