@@ -41,6 +41,9 @@ public:
     // NULL.
     Atom expect(lldpctl_atom_t *atom, const std::string &doing) const;
 
+    const std::string &socket() const { return socket_; }
+    std::chrono::milliseconds bound() const { return bound_; }
+
     // The name of the device: "lldpd:SOCKET".
     std::string place() const { return "lldpd:" + socket_; }
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <ctime>
 #include <functional>
+#include <set>
 
 #include <lldp-const.h>
 
@@ -105,6 +106,53 @@ Port read_port(const std::string &name, lldpctl_atom_t *atom) {
     return port;
 }
 
+using VisitPort = std::function<void(const std::string &, lldpctl_atom_t *)>;
+
+// Calls `visit` with the name and the atom of each interface, until it returns false.
+void for_each_interface(const Connection &connection,
+                        const std::function<bool(const std::string &, lldpctl_atom_t *)> &visit) {
+    const Atom interfaces =
+        connection.expect(lldpctl_get_interfaces(connection.handle()), "reading the interfaces");
+    bool goes_on = true;
+    for_each(interfaces.get(), [&](lldpctl_atom_t *interface) {
+        const std::string name = text(interface, lldpctl_k_interface_name).value_or("");
+        goes_on = goes_on && (!yang::is_yang_text(name) || visit(name, interface));
+    });
+}
+
+bool has_interface(const Connection &connection, const std::string &name) {
+    bool is_there = false;
+    for_each_interface(connection, [&](const std::string &found, lldpctl_atom_t *) {
+        is_there = found == name;
+        return !is_there;
+    });
+    return is_there;
+}
+
+// Visits the ports that are not in `seen`, and adds them to it. When asked for an interface that has vanished
+// since it was listed, lldpd sends what its library cannot read; the rest needs another connection.
+void visit_ports(const Connection &connection, std::set<std::string> &seen, const VisitPort &visit) {
+    std::string lost;
+    for_each_interface(connection, [&](const std::string &name, lldpctl_atom_t *interface) {
+        if (!seen.insert(name).second)
+            return true;
+        const Atom port(lldpctl_get_port(interface));
+        if (port != nullptr)
+            visit(name, port.get());
+        else if (lldpctl_last_error(connection.handle()) == LLDPCTL_ERR_SERIALIZATION)
+            lost = name;
+        else if (lldpctl_last_error(connection.handle()) != LLDPCTL_ERR_NOT_EXIST)
+            connection.fail("reading the interface " + name);
+        return lost.empty();
+    });
+    if (lost.empty())
+        return;
+    const Connection another(connection.socket(), connection.bound());
+    if (has_interface(another, lost))
+        connection.fail("reading the interface " + lost);
+    visit_ports(another, seen, visit);
+}
+
 // The library's words for a port's status.
 struct StatusWord {
     const char *word;
@@ -164,20 +212,9 @@ Neighbor read_neighbor(lldpctl_atom_t *remote_port) {
     return neighbor;
 }
 
-void for_each_port(const Connection &connection,
-                   const std::function<void(const std::string &, lldpctl_atom_t *)> &visit) {
-    const Atom interfaces =
-        connection.expect(lldpctl_get_interfaces(connection.handle()), "reading the interfaces");
-    for_each(interfaces.get(), [&](lldpctl_atom_t *interface) {
-        const std::string name = text(interface, lldpctl_k_interface_name).value_or("");
-        if (!yang::is_yang_text(name))
-            return;
-        const Atom port(lldpctl_get_port(interface));
-        if (port != nullptr)
-            visit(name, port.get());
-        else if (lldpctl_last_error(connection.handle()) != LLDPCTL_ERR_NOT_EXIST)
-            connection.fail("reading the interface " + name);
-    });
+void for_each_port(const Connection &connection, const VisitPort &visit) {
+    std::set<std::string> seen;
+    visit_ports(connection, seen, visit);
 }
 
 DaemonSettings read_settings(const Connection &connection) {
