@@ -266,6 +266,26 @@ TEST_F(LldpdLab, LeavesWhatSomebodyElseSetAloneUntilItIsApplied) {
     EXPECT_EQ(setting("r1", "hostname"), "ours.example.net");
 }
 
+TEST_F(LldpdLab, ListsWhatOpenConfigDoesNotShowByItsNativePath) {
+    edit("r1", {"set", "/lldp/config/system-description", "ours"});
+    EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n");
+    const std::string lldp_of_eth1 =
+        "/Tarvo-QD-ifmgr-cfg:interface-configurations/interface-configuration[active='act']"
+        "[interface-name='eth1']/Tarvo-QD-ethernet-lldp-cfg:lldp/";
+    for (const auto &[words, direction] : {std::pair{"rx-only", "transmit"}, {"tx-only", "receive"}}) {
+        lab().configure("r1", {"ports", "eth1", "lldp", "status", words});
+        EXPECT_EQ(yfw("r1", {"drift"}).output,
+                  lldp_of_eth1 + direction + "/disable: not configured, the device has \"true\"\n");
+        EXPECT_EQ(yfw("r1", {"apply"}).status, 0);
+        EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n");
+    }
+    lab().configure("r1", {"ports", "eth1", "lldp", "status", "disabled"});
+    const std::string told = yfw("r1", {"drift"}).output;
+    EXPECT_THAT(told, HasSubstr(enabled_of_eth1));
+    EXPECT_EQ(lines_of(told).size(), 1U) << told;
+    EXPECT_EQ(yfw("r1", {"apply"}).status, 0);
+}
+
 TEST_F(LldpdLab, KeepsSettingsWhileLldpIsSwitchedOff) {
     edit("r1",
          {"commit", "--", "set", "/lldp/config/hello-timer", "20", "set", "/lldp/config/system-name", "kept"});

@@ -101,6 +101,22 @@ yang::DataTree ConfigurationMapper::translate(const lyd_node *native) {
     return shown;
 }
 
+std::vector<host::NativePath> ConfigurationMapper::edits_of(const lyd_node *openconfig,
+                                                            const std::set<std::string> &paths,
+                                                            const lyd_node *native) {
+    const yang::EditNode edit =
+        leaf_edit(schemas_.openconfig_root(), openconfig, nullptr, [&](const lyd_node *leaf, const lyd_node *) {
+            return chosen_if(paths.contains(leaf_path(leaf)), yang::Operation::merge);
+        });
+    if (!does_something(edit))
+        return {};
+    try {
+        return engine_.map_edit(edit, yang::borrowed(native));
+    } catch (const Error &) {
+        return {};
+    }
+}
+
 yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
     host::ReadRequest whole;
     whole.content = host::Content::config;

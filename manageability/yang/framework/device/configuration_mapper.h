@@ -51,6 +51,11 @@ public:
     // changes nothing, though the mapping may not read them back.
     std::set<std::string> held(const Configuration &configuration, const std::set<std::string> &paths);
 
+    // The native edits that set those leaves of an OpenConfig configuration that are given as leaf_path(); none
+    // when the mapping refuses them.
+    std::vector<host::NativePath> edits_of(const lyd_node *openconfig, const std::set<std::string> &paths,
+                                           const lyd_node *native);
+
 private:
     // Returns whether the edit changes anything.
     bool apply(const yang::EditNode &edit, Mapped &mapped);

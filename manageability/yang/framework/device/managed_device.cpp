@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "device/native_edits.h"
+#include "device/untold_drift.h"
 #include "yang/configuration_text.h"
 #include "yang/edit_apply.h"
 #include "yang/forest.h"
@@ -135,6 +136,7 @@ std::vector<Drift> ManagedDevice::drift() {
     return drift_of_target(*committed, applied.data.get(), suspended);
 }
 
+// What no read tells is asked of the target.
 std::vector<Drift> ManagedDevice::drift_of_target(const Configuration &committed, const lyd_node *applied,
                                                   const Suspensions &suspended) {
     const lyd_node *openconfig = committed.openconfig.get();
@@ -146,7 +148,17 @@ std::vector<Drift> ManagedDevice::drift_of_target(const Configuration &committed
         answer_translated(whole,
                           {as_read.has_value() ? yang::SharedData(std::move(*as_read)) : committed.native})
             .take_data();
-    return find_drift(openconfig, applied, expected.get(), suspended);
+    std::vector<Drift> found = find_drift(openconfig, applied, expected.get(), suspended);
+    const std::vector<sources::PendingSetting> pending = target_->pending(native);
+    if (pending.empty())
+        return found;
+    const std::set<std::string> paths = paths_in_force(found);
+    std::vector<host::NativePath> told = mapper_.edits_of(openconfig, paths, native);
+    const std::vector<host::NativePath> told_by_device = mapper_.edits_of(applied, paths, native);
+    told.insert(told.end(), told_by_device.begin(), told_by_device.end());
+    const std::vector<Drift> untold = untold_drift(pending, paths, told);
+    found.insert(found.end(), untold.begin(), untold.end());
+    return found;
 }
 
 void ManagedDevice::apply_last_commit() {

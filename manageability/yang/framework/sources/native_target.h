@@ -4,10 +4,20 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "yang/data_tree.h"
 
 namespace yfw::sources {
+
+// A setting of a device, as a leaf of its native configuration.
+struct PendingSetting {
+    std::string path;                  // instance path, with module names
+    std::optional<std::string> wanted; // nothing: it is not configured
+    std::optional<std::string> now;    // what the device has; it may be more than the leaf's type allows
+
+    bool operator==(const PendingSetting &) const = default;
+};
 
 // All functions throw Error naming the offending configuration node or device. Configurations are forests of
 // valid native data; NULL is an empty one.
@@ -26,6 +36,12 @@ public:
     // Makes the device run the whole configuration, whatever it runs now: it may have restarted, or somebody
     // else may have changed it.
     virtual void restore(const lyd_node *configuration) = 0;
+
+    // What restore() would change now, also what no read tells. Changes nothing.
+    virtual std::vector<PendingSetting> pending(const lyd_node *configuration) {
+        static_cast<void>(configuration);
+        return {};
+    }
 
     // What a read of the device returns as configuration while it runs this one, in `context`: a device may
     // have values of its own where none is configured. Nothing when that is the configuration itself.

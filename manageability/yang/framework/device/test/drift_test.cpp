@@ -101,9 +101,12 @@ public:
     void check(const lyd_node *, const lyd_node *) override {}
     void apply(const lyd_node *, const lyd_node *after) override { restore(after); }
     void restore(const lyd_node *configuration) override { device_->source().xml = told(configuration); }
+    std::vector<sources::PendingSetting> pending(const lyd_node *) override { return would_change; }
     std::optional<yang::DataTree> as_read(const ly_ctx *, const lyd_node *configuration) override {
         return yang::parse_configuration(yang::test::schemas(), told(configuration), "test");
     }
+
+    std::vector<sources::PendingSetting> would_change;
 
 private:
     // A timer of its own, and a type for every chassis id.
@@ -149,6 +152,37 @@ TEST_F(ADeviceWithValuesOfItsOwn, HasDriftWhereSomebodyElseChangedThem) {
                     "nothing, openconfig-lldp-types:MANAGEMENT_ADDRESS",
                     "/lldp/config/suppress-tlv-advertisement[.='openconfig-lldp-types:SYSTEM_CAPABILITIES']: "
                     "nothing, openconfig-lldp-types:SYSTEM_CAPABILITIES"));
+}
+
+const std::string native_lldp = "/Tarvo-QD-ethernet-lldp-cfg:lldp/";
+
+std::string of_eth(const std::string &number) {
+    return "/Tarvo-QD-ifmgr-cfg:interface-configurations/interface-configuration[active='act']"
+           "[interface-name='eth" +
+           number + "']/Tarvo-QD-ethernet-lldp-cfg:lldp/transmit/disable";
+}
+
+TEST_F(ADeviceWithValuesOfItsOwn, HasDriftThatNoReadTells) {
+    device.edit(config(on));
+    daemon.would_change = {{native_lldp + "chassis-id", std::nullopt, ""}, {of_eth("1"), std::nullopt, "true"}};
+    EXPECT_THAT(drift_of(device),
+                ElementsAre(native_lldp + "chassis-id: nothing, ", of_eth("1") + ": nothing, true"));
+}
+
+TEST_F(ADeviceWithValuesOfItsOwn, HasNoDriftTwice) {
+    device.edit(config(on + element("system-name", "ours")));
+    device.edit(eth1(on));
+    std::string &xml = device.source().xml;
+    xml.replace(xml.find("ours"), 4, "theirs");
+    const size_t entry = xml.find("eth1");
+    xml.replace(xml.find("<enable>true", entry), 12, "<enable>false");
+    daemon.would_change = {{native_lldp + "system-name", "ours", "theirs"},
+                           {of_eth("1"), std::nullopt, "true"},
+                           {of_eth("2"), std::nullopt, "true"}};
+    EXPECT_THAT(drift_of(device), testing::UnorderedElementsAre(
+                                      "/lldp/config/system-name: ours, theirs",
+                                      "/lldp/interfaces/interface[name='eth1']/config/enabled: true, false",
+                                      of_eth("2") + ": nothing, true"));
 }
 
 } // namespace

@@ -81,6 +81,13 @@ void LldpdSource::restore(const lyd_node *configuration) {
     SettingsWriter(connection).restore(without_what_lldp_cannot_carry(wanted, hold_multiplier));
 }
 
+std::vector<PendingSetting> LldpdSource::pending(const lyd_node *configuration) {
+    const WantedSettings wanted = supported_settings(configuration);
+    const Connection connection(socket_);
+    const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
+    return SettingsWriter(connection).pending(without_what_lldp_cannot_carry(wanted, hold_multiplier));
+}
+
 std::optional<yang::DataTree> LldpdSource::as_read(const ly_ctx *context, const lyd_node *configuration) {
     const Connection connection(socket_);
     const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;

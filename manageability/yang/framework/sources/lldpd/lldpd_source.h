@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "sources/lldpd/discoveries.h"
 #include "sources/native_source.h"
@@ -29,6 +30,7 @@ public:
     void check(const lyd_node *before, const lyd_node *after) override;
     void apply(const lyd_node *before, const lyd_node *after) override;
     void restore(const lyd_node *configuration) override;
+    std::vector<PendingSetting> pending(const lyd_node *configuration) override;
     std::optional<yang::DataTree> as_read(const ly_ctx *context, const lyd_node *configuration) override;
     std::optional<std::string> instance() override;
 

@@ -107,6 +107,13 @@ TEST_F(AnEmptyChassisId, IsGoneAfterARestoration) {
     expect_heard_as("mac ");
 }
 
+TEST_F(AnEmptyChassisId, IsPending) {
+    const yang::DataTree configuration = native_data(native_configuration(on));
+    EXPECT_THAT(
+        device().pending(configuration.get()),
+        testing::ElementsAre(PendingSetting{"/Tarvo-QD-ethernet-lldp-cfg:lldp/chassis-id", std::nullopt, ""}));
+}
+
 TEST_F(AnEmptyChassisId, IsGoneAfterItsDeletion) {
     apply(native_configuration(on + empty_chassis_id), native_configuration(on));
     expect_heard_as("mac ");

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "native_modules.h"
+#include "sources/lldpd/lldpd_source.h"
 #include "sources/lldpd/reader.h"
 #include "sources/lldpd/settings_writer.h"
 #include "support/native_xml.h"
@@ -44,6 +45,7 @@ class SettingsByHand : public TwoRouters {
 public: // for the cases
     using TwoRouters::setting;
     using TwoRouters::status;
+    static std::string socket() { return lab().socket("a"); }
     // What lldpcli does not show.
     static lldpd::DaemonSettings all() { return lldpd::read_settings(lldpd::Connection(lab().socket("a"))); }
 };
@@ -123,6 +125,52 @@ INSTANTIATE_TEST_SUITE_P(
                "RX only",
                "RX and TX"}),
     [](const auto &named) { return named.param.name; });
+
+// --- what a restoration would write ---
+
+using Pending = std::vector<PendingSetting>;
+
+Pending pending(const std::string &configuration) {
+    return lldpd::LldpdSource(SettingsByHand::socket()).pending(native_data(configuration).get());
+}
+
+const std::string lldp = "/Tarvo-QD-ethernet-lldp-cfg:lldp/";
+
+std::string of_port(const std::string &name, const std::string &leaf) {
+    return "/Tarvo-QD-ifmgr-cfg:interface-configurations/"
+           "interface-configuration[active='act'][interface-name='" +
+           name + "']/Tarvo-QD-ethernet-lldp-cfg:lldp/" + leaf;
+}
+
+TEST_F(SettingsByHand, AreNotPendingAfterARestoration) {
+    restore(native_configuration(settings));
+    EXPECT_THAT(pending(native_configuration(settings)), testing::IsEmpty());
+}
+
+TEST_F(SettingsByHand, ArePendingAsNativeLeaves) {
+    restore(native_configuration(settings));
+    lldpcli({"configure", "system", "hostname", "by hand"});
+    lldpcli({"configure", "lldp", "tx-interval", "40"});
+    lldpcli({"configure", "lldp", "management-addresses-advertisements"});
+    lldpcli({"pause"});
+    lldpcli({"configure", "ports", "eth1", "lldp", "status", "rx-only"});
+    lldpcli({"configure", "ports", "eth2", "lldp", "status", "tx-only"});
+    EXPECT_THAT(pending(native_configuration(settings)),
+                testing::UnorderedElementsAre(
+                    PendingSetting{lldp + "enable", "true", "false"},
+                    PendingSetting{lldp + "timer", "20", "40"},
+                    PendingSetting{lldp + "system-name", "configured", "by hand"},
+                    PendingSetting{lldp + "tlv-select/management-address/disable", "true", std::nullopt},
+                    PendingSetting{of_port("eth1", "transmit/disable"), std::nullopt, "true"},
+                    PendingSetting{of_port("eth2", "receive/disable"), std::nullopt, "true"}));
+    EXPECT_EQ(setting("hostname"), "by hand") << "it was written";
+}
+
+TEST_F(SettingsByHand, OfAnIntervalAreNotWantedWhereNoneIsConfigured) {
+    restore(native_configuration(on + element("timer", "20")));
+    EXPECT_THAT(pending(native_configuration(on)),
+                testing::ElementsAre(PendingSetting{lldp + "timer", std::nullopt, "20"}));
+}
 
 // --- the edit's own settings ---
 
