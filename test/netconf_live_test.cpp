@@ -130,5 +130,28 @@ TEST_F(LldpdLab, ServesAReplayOfWhatItsNeighborsDid) {
     EXPECT_TRUE(std::any_of(events.begin(), events.end(), is("updated")));
 }
 
+// --- a server that keeps the last commit applied ---
+
+TEST_F(LldpdLab, IsPutRightByAServerThatTellsTheLeavesAndNoChangeOfItsConfiguration) {
+    edit("r1", {"set", "/lldp/config/system-name", "ours.example.net"});
+    NetconfServer server(LiveDevice{lab().device("r1")}, {"--keep-applied", "--drift-interval", "1"});
+    NetconfClient client(server.socket());
+    expect_ok(client.rpc(create_subscription()));
+    lab().configure("r1", {"ports", "eth1", "lldp", "status", "rx-only"});
+    lab().configure("r1", {"system", "hostname", "theirs.example.net"});
+    std::string paths;
+    while (paths.find("system-name") == std::string::npos ||
+           paths.find("transmit/disable") == std::string::npos) {
+        const std::vector<Xml> events = events_to(client, "configuration-reapplied");
+        EXPECT_THAT(events_by(events, config_change), testing::IsEmpty());
+        paths += events.back().printed;
+    }
+    EXPECT_EQ(setting("r1", "hostname"), "ours.example.net");
+    EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n");
+    EXPECT_THAT(server.process().errors(),
+                testing::Not(testing::HasSubstr("changes the running configuration")));
+    EXPECT_THAT(server.process().errors(), testing::HasSubstr("runs the last commit again: "));
+}
+
 } // namespace
 } // namespace yfw::test

@@ -156,7 +156,7 @@ TEST_F(NetconfMonitoring, AdvertisesTheRevisionsThatItWasWrittenFor) {
                                       "ietf-netconf-with-defaults@2011-06-01", "ietf-yang-library@2019-01-04",
                                       "ietf-datastores@2018-02-14", "notifications@2008-07-14",
                                       "nc-notifications@2008-07-14", "openconfig-lldp@2024-11-21",
-                                      "openconfig-lldp-types@2024-11-21", "yfw-lldp-notifications@2026-11-21"));
+                                      "openconfig-lldp-types@2024-11-21", "yfw-lldp-notifications@2026-11-22"));
 }
 
 // Advertised modules must parse with nothing but the files that the server gives for their imports.

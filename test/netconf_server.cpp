@@ -18,7 +18,8 @@ NetconfServer::NetconfServer(std::vector<std::string> options, Runs runs, const 
     start();
 }
 
-NetconfServer::NetconfServer(const LiveDevice &device) : served_(device.name), runs_(Runs::as_program) {
+NetconfServer::NetconfServer(const LiveDevice &device, std::vector<std::string> options)
+    : served_(device.name), options_(std::move(options)), runs_(Runs::as_program) {
     start();
 }
 

@@ -40,8 +40,8 @@ public:
     /// `options`: those of `yfw serve`, each followed by its value.
     explicit NetconfServer(std::vector<std::string> options = {}, Runs runs = Runs::here,
                            const std::filesystem::path &device = YFW_EXAMPLES_DIR "/r1");
-    /// Serves a live device; the environment says where its state is kept.
-    explicit NetconfServer(const LiveDevice &device);
+    /// Serves a live device; the environment says where its state is kept. `options`: those of `yfw serve`.
+    explicit NetconfServer(const LiveDevice &device, std::vector<std::string> options = {});
 
     /// Starts the server and waits until it accepts connections. If it exits instead, throws std::runtime_error
     /// with its output.

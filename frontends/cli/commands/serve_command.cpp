@@ -106,7 +106,9 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     const device::Keeper keeper(named.device, on_neighbor, say);
     std::optional<device::DriftKeeper> drift_keeper;
     if (serve.keep_applied && named.device.is_applied_to())
-        drift_keeper.emplace(service, std::chrono::seconds(serve.drift_interval), say);
+        drift_keeper.emplace(
+            service, std::chrono::seconds(serve.drift_interval), say,
+            [&](const std::vector<std::string> &paths) { netconf::publish_reapplied(events, modules, paths); });
     server.run(ready());
     service.end();
 }

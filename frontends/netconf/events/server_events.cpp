@@ -39,6 +39,16 @@ std::string print_config_change(const events::ConfigurationChange &change) {
     return xml;
 }
 
+bool defines(const ProtocolModules &modules, const std::string &name, const std::string &notification) {
+    const lys_module *found = ly_ctx_get_module_implemented(modules.context(), name.c_str());
+    if (found == nullptr)
+        return false;
+    for (const lysc_node_notif *one = found->compiled->notifs; one != nullptr; one = one->next)
+        if (notification == one->name)
+            return true;
+    return false;
+}
+
 } // namespace
 
 const char *word_of(events::ConfirmedCommit::What what) {
@@ -97,6 +107,19 @@ void publish_change(EventStream &events, const ProtocolModules &modules, const s
     for (size_t i = 0; i < std::min(keys.size(), told->keys.size()); i++)
         xml += text_element(told->keys[i].c_str(), keys[i]);
     events.publish(told->module, told->name, xml + "<data>" + data + "</data></" + told->name + ">");
+}
+
+void publish_reapplied(EventStream &events, const ProtocolModules &modules,
+                       const std::vector<std::string> &paths) {
+    constexpr const char *name = "configuration-reapplied";
+    const host::ChangeNotification *told = modules.notification();
+    if (told == nullptr || !defines(modules, told->module, name))
+        return;
+    std::string xml =
+        "<" + std::string(name) + " xmlns=\"" + escaped(modules.namespace_of(told->module)) + "\">";
+    for (const std::string &path : paths)
+        xml += text_element("path", path);
+    events.publish(told->module, name, xml + "</" + name + ">");
 }
 
 } // namespace yfw::netconf

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "device/events/hub.h"
 #include "frontends/netconf/events/event_stream.h"
@@ -47,6 +48,11 @@ void publish_session_end(EventStream &events, const Actor &session, const std::s
 // or removed; `keys`: of the lists down to the entry; `data`: the printed entry, as a read returns it.
 void publish_change(EventStream &events, const ProtocolModules &modules, const std::string &change,
                     const std::vector<std::string> &keys, const std::string &data);
+
+// Publishes that the server has applied the running configuration to the device again; `paths`: of the leaves
+// that had been changed. Does nothing if the module with the mapping's notification does not define this one.
+void publish_reapplied(EventStream &events, const ProtocolModules &modules,
+                       const std::vector<std::string> &paths);
 
 } // namespace yfw::netconf
 

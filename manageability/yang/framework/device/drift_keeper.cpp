@@ -7,8 +7,9 @@
 namespace yfw::device {
 
 DriftKeeper::DriftKeeper(Service &service, std::chrono::milliseconds interval,
-                         std::function<void(const std::string &)> say)
-    : service_(service), interval_(interval), say_(std::move(say)), thread_([this] { keep(); }) {}
+                         std::function<void(const std::string &)> say, PutRight on_put_right)
+    : service_(service), interval_(interval), say_(std::move(say)), on_put_right_(std::move(on_put_right)),
+      thread_([this] { keep(); }) {}
 
 DriftKeeper::~DriftKeeper() {
     stop_.wake();
@@ -30,19 +31,18 @@ void DriftKeeper::put_right() {
     }
     service_.device().apply_last_commit();
     left_ = reparable();
-    events::ConfigurationChange change;
-    std::string paths;
+    std::vector<std::string> paths;
+    std::string list;
     for (const Drift &one : before) {
         if (std::find(left_.begin(), left_.end(), one) != left_.end())
             continue;
-        paths += (paths.empty() ? "" : ", ") + one.path;
-        change.edits.push_back({one.path, one.configured.has_value() ? "replace" : "delete",
-                                service_.device().schemas().openconfig_root()});
+        paths.push_back(one.path);
+        list += (list.empty() ? "" : ", ") + one.path;
     }
-    if (change.edits.empty())
+    if (paths.empty())
         return;
-    say_("the device had been changed; it runs the last commit again: " + paths);
-    service_.events().tell(change);
+    say_("the device had been changed by other means and runs the last commit again: " + list);
+    on_put_right_(paths);
 }
 
 void DriftKeeper::keep() {

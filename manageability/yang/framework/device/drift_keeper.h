@@ -14,14 +14,16 @@
 namespace yfw::device {
 
 // Runs a thread that looks for drift at intervals and applies the last commit again when there is some. What
-// remains afterwards is left alone until it changes. Observers of the service's events are told of a
-// configuration change by the server that names the leaves. Borrows the service. The destructor ends the thread
-// and waits for it.
+// remains afterwards is left alone until it changes. Borrows the service. The destructor ends the thread and
+// waits for it.
 class DriftKeeper {
 public:
-    // `say` takes messages for the server's operator; it is called on that thread.
+    using PutRight = std::function<void(const std::vector<std::string> &paths)>;
+
+    // Both are called on that thread. `say` takes messages for the server's operator; `on_put_right` the paths
+    // of the leaves, see Drift, that the device has again as they are configured.
     DriftKeeper(Service &service, std::chrono::milliseconds interval,
-                std::function<void(const std::string &)> say);
+                std::function<void(const std::string &)> say, PutRight on_put_right);
     ~DriftKeeper();
     DriftKeeper(const DriftKeeper &) = delete;
     DriftKeeper &operator=(const DriftKeeper &) = delete;
@@ -34,6 +36,7 @@ private:
     Service &service_;
     std::chrono::milliseconds interval_;
     std::function<void(const std::string &)> say_;
+    PutRight on_put_right_;
     std::vector<Drift> left_; // what applying the commit did not change
     Wakeup stop_;
     std::thread thread_;

@@ -1,4 +1,6 @@
 // What a device does not do as it was configured.
+#include <chrono>
+#include <future>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -6,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "device/drift_keeper.h"
 #include "edit_device.h"
 #include "yang/configuration_text.h"
 
@@ -183,6 +186,39 @@ TEST_F(ADeviceWithValuesOfItsOwn, HasNoDriftTwice) {
                                       "/lldp/config/system-name: ours, theirs",
                                       "/lldp/interfaces/interface[name='eth1']/config/enabled: true, false",
                                       of_eth("2") + ": nothing, true"));
+}
+
+// --- a server that keeps the last commit applied ---
+
+class CountedChanges final : public events::Observer {
+public:
+    void changed(const events::ConfigurationChange &) override { count++; }
+    void changed(const events::ConfirmedCommit &) override { count++; }
+    int count = 0;
+};
+
+TEST_F(ADeviceWithValuesOfItsOwn, IsPutRightByAServerWhoseConfigurationDoesNotChange) {
+    device.edit(config(on + element("system-name", "ours")));
+    std::string &xml = device.source().xml;
+    xml.replace(xml.find("ours"), 4, "theirs");
+    Service service(device.device());
+    CountedChanges changes;
+    service.events().add(changes);
+    std::promise<Strings> put_right;
+    std::string said;
+    {
+        const DriftKeeper keeper(
+            service, std::chrono::milliseconds(5), [&](const std::string &text) { said += text; },
+            [&](const Strings &paths) { put_right.set_value(paths); });
+        std::future<Strings> paths = put_right.get_future();
+        ASSERT_EQ(paths.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+        EXPECT_THAT(paths.get(), ElementsAre("/lldp/config/system-name"));
+    }
+    service.events().remove(changes);
+    EXPECT_EQ(changes.count, 0);
+    EXPECT_THAT(said, testing::HasSubstr("/lldp/config/system-name"));
+    EXPECT_THAT(xml, testing::HasSubstr("ours"));
+    EXPECT_EQ(device.commits(), 2U);
 }
 
 } // namespace
