@@ -105,17 +105,34 @@ std::string server_hello(const ProtocolModules &modules, uint32_t session) {
     return xml + "</capabilities><session-id>" + std::to_string(session) + "</session-id></hello>";
 }
 
+namespace {
+
+// Its only <capabilities>.
+Element capabilities_of(const Element &hello) {
+    std::optional<Element> found;
+    for (const Element &child : hello.children()) {
+        if (!child.is(base_ns, "capabilities"))
+            continue;
+        if (found.has_value())
+            throw RpcError("protocol", "malformed-message", "a <hello> must have a single <capabilities>");
+        found = child;
+    }
+    if (!hello.is(base_ns, "hello") || !found.has_value())
+        throw RpcError("protocol", "malformed-message", "expected a <hello> with capabilities");
+    return *found;
+}
+
+} // namespace
+
 bool client_speaks_base_1_1(const std::string &hello) {
     const Document document(hello);
     const Element root = document.root();
-    const std::optional<Element> list = root.child("capabilities");
-    if (!root.is(base_ns, "hello") || !list.has_value())
-        throw RpcError("protocol", "malformed-message", "expected a <hello> with capabilities");
+    const Element list = capabilities_of(root);
     if (root.child("session-id"))
         throw RpcError("protocol", "malformed-message", "a client's <hello> must not have a session-id");
     bool speaks_1_0 = false;
     bool speaks_1_1 = false;
-    for (const Element &capability : list->children()) {
+    for (const Element &capability : list.children()) {
         const std::string uri = capability.text();
         const std::string base = uri.substr(0, uri.find('?')); // parameters follow (RFC 6241 section 8)
         speaks_1_0 = speaks_1_0 || base == "urn:ietf:params:netconf:base:1.0";

@@ -146,17 +146,38 @@ Spool validate(const Call &call) {
     return ok;
 }
 
+namespace {
+
+// RFC 6241 section 8.4.5: these parameters are of a confirmed commit. Ignoring one would make a commit final
+// that the client means to try.
+void refuse_without_confirmed(const Element &operation, std::initializer_list<const char *> names) {
+    for (const char *name : names)
+        if (operation.child(name).has_value())
+            throw RpcError("protocol", "bad-element",
+                           "<" + std::string(name) + "> applies to a commit with <confirmed/> only")
+                .with_info(bad_name("bad-element", name));
+}
+
+std::optional<device::Confirmation> confirmation_of(const Element &operation) {
+    const std::optional<Element> wanted = operation.child("confirmed");
+    if (!wanted.has_value()) {
+        refuse_without_confirmed(operation, {"confirm-timeout", "persist"});
+        return std::nullopt;
+    }
+    require_empty(*wanted);
+    device::Confirmation confirmed;
+    if (const auto timeout = operation.child("confirm-timeout"))
+        confirmed.timeout = std::chrono::seconds(number_of(*timeout, 1));
+    confirmed.persist = text_of(operation, "persist");
+    return confirmed;
+}
+
+} // namespace
+
 Spool commit(const Call &call) {
     refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
     require_writer(call);
-    std::optional<device::Confirmation> confirmed;
-    if (const std::optional<Element> wanted = call.operation.child("confirmed")) {
-        require_empty(*wanted);
-        confirmed.emplace();
-        if (const auto timeout = call.operation.child("confirm-timeout"))
-            confirmed->timeout = std::chrono::seconds(number_of(*timeout, 1));
-        confirmed->persist = text_of(call.operation, "persist");
-    }
+    const std::optional<device::Confirmation> confirmed = confirmation_of(call.operation);
     call.server.datastores().commit(call.caller, confirmed, text_of(call.operation, "persist-id"));
     return ok;
 }
