@@ -316,5 +316,26 @@ TEST_F(AHiddenNode, IsNotToldFromOneThatDoesNotExistWhenItIsCreated) {
     EXPECT_EQ(refusal_of("eth2"), refusal_of("eth7"));
 }
 
+TEST_F(AHiddenNode, IsNotToldFromOneThatDoesNotExistWhenItIsWritten) {
+    NetconfClient client = client_of(writer);
+    const auto refusal_of = [&](const std::string &name) {
+        const Xml error = expect_error(client.rpc(edit_config("running", interface_edit(name, "false"))),
+                                       "application", "access-denied");
+        EXPECT_EQ(error.text_at("error-path"),
+                  "/oc-lldp:lldp/oc-lldp:interfaces/oc-lldp:interface[oc-lldp:name='" + name + "']");
+        return replaced(error.text_at("error-message"), "write", "...");
+    };
+    EXPECT_EQ(refusal_of("eth2"), refusal_of("eth7"));
+}
+
+TEST_F(TheWholeConfiguration, HasPathsInTheErrorsOfItsRules) {
+    NetconfClient other = client_of(writer);
+    const Xml error =
+        expect_error(other.rpc(edit_config("running", nacm_edit("<write-default>deny</write-default>"))),
+                     "application", "access-denied");
+    EXPECT_EQ(error.text_at("error-path"), "/nacm:nacm/nacm:write-default");
+    EXPECT_EQ(error.text_at("error-message"), std::string(writer) + " may not update this node");
+}
+
 } // namespace
 } // namespace yfw::test

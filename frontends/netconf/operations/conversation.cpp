@@ -1,6 +1,7 @@
 #include "frontends/netconf/operations/conversation.h"
 
 #include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/messages/wire_path.h"
 
 namespace yfw::netconf {
 namespace {
@@ -62,11 +63,17 @@ Element operation_of(const Element &rpc) {
     return operations.front();
 }
 
+// The top container that a path begins with.
+const lysc_node *top_of(const Server &server, const std::string &path) {
+    const lysc_node *rules = server.modules.access_rules_root();
+    return rules != nullptr && is_within(path, rules) ? rules : server.schemas().openconfig_root();
+}
+
 Spool told(const Server &server, const RpcError &error, Reply &reply) {
     reply.is_error = true;
     reply.is_bad = error.type == "rpc"; // an error in the messages layer (RFC 6022)
     reply.error = error.tag + (error.path.empty() ? "" : " " + error.path) + ": " + error.what();
-    return std::string_view(print_error(error, server.schemas().openconfig_root()));
+    return std::string_view(print_error(error, top_of(server, error.path)));
 }
 
 Spool perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
@@ -77,7 +84,7 @@ Spool perform_or_tell(const Server &server, const Caller &caller, const Element 
     } catch (const RpcError &error) {
         return told(server, error, reply);
     } catch (const Error &error) {
-        return told(server, rpc_error_of(error, server.schemas().openconfig_root()), reply);
+        return told(server, rpc_error_of(error, top_of(server, error.path())), reply);
     } catch (const std::bad_alloc &) {
         return told(server, RpcError("application", "resource-denied", "out of memory"), reply);
     } catch (const std::exception &error) {

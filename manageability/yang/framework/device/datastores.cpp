@@ -9,6 +9,7 @@
 #include "device/pending_file.h"
 #include "yang/configuration_text.h"
 #include "yang/edit.h"
+#include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
@@ -22,9 +23,12 @@ CommitNote note_of(const Caller &caller) {
     return {caller.user, caller.comment};
 }
 
-Error denied_access(const Caller &caller, const std::string &path, access::Access access) {
-    return Error(ErrorTag::access_denied, path,
-                 caller.user + " may not " + std::string(to_string(access)) + " this node");
+// Of a node that may not be read, neither the access nor the path tells whether it exists.
+Error denied_access(const Caller &caller, const access::DeniedWrite &denied) {
+    const bool is_hidden = !denied.hidden.empty();
+    return Error(ErrorTag::access_denied, is_hidden ? denied.hidden : denied.path,
+                 caller.user + " may not " + (is_hidden ? "write" : std::string(to_string(denied.access))) +
+                     " this node");
 }
 
 Error request_error(ErrorTag tag, const std::string &message) {
@@ -86,22 +90,21 @@ ChangeGuard Datastores::guard_of(const Caller &caller) const {
         if (!denied.has_value())
             return;
         caller.rules->denials().data_writes++;
-        throw denied_access(caller, denied->path, denied->access);
+        throw denied_access(caller, *denied);
     };
 }
 
 void Datastores::refuse_creation(const Caller &caller, const Error &error, const lyd_node *before) {
     const std::string path = "/" + std::string(before->schema->module->name) + ":" + error.path().substr(1);
-    yang::DataTree readable = yang::copy_configuration(before);
-    caller.rules->remove_unreadable(readable);
     lyd_node *found = nullptr;
-    const bool is_readable =
-        readable != nullptr && lyd_find_path(readable.get(), path.c_str(), 0, &found) == LY_SUCCESS;
-    ly_err_clean(before->schema->module->ctx, nullptr);
-    if (is_readable)
+    if (lyd_find_path(before, path.c_str(), 0, &found) != LY_SUCCESS)
+        ly_err_clean(before->schema->module->ctx, nullptr);
+    const lyd_node *hidden = found != nullptr ? caller.rules->hidden(found) : before;
+    if (hidden == nullptr)
         throw error;
     caller.rules->denials().data_writes++;
-    throw denied_access(caller, path, access::Access::create);
+    throw denied_access(caller,
+                        {path, access::Access::create, found != nullptr ? yang::path_of(hidden) : path});
 }
 
 void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test) {

@@ -30,6 +30,7 @@ std::string_view to_string(Access access);
 struct DeniedWrite {
     std::string path; // instance path, with module names
     Access access;
+    std::string hidden{}; // the outermost node on the path that the user may not read; empty: there is none
 };
 
 // How often something was denied since the rules were loaded (RFC 8341, the leafs denied-operations,
@@ -60,6 +61,9 @@ public:
     // of one context and may be NULL. Non-presence containers and values that exist only by default do not
     // count as changes.
     std::optional<DeniedWrite> denied_write(const lyd_node *before, const lyd_node *after) const;
+
+    // The outermost node among this one and its ancestors that the user may not read; NULL when there is none.
+    const lyd_node *hidden(const lyd_node *node) const;
 
 private:
     friend class Nacm;
