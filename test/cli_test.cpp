@@ -484,7 +484,7 @@ TEST_P(AFullDevice, EndsTheProgramWithTheStatusOfAFailure) {
     EXPECT_EQ(run_yfw({.arguments = GetParam(), .output_device = "/dev/full"}).status, 1);
 }
 
-TEST_P(AFullDevice, FailsTheRunAsAPipeThatNobodyReadsDoes) {
+TEST_P(AFullDevice, FailsTheRunAsAPipeThatNobodyReadsDoesWithoutAWord) {
     int ends[2] = {-1, -1};
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
     const Descriptor writing(ends[1]);
@@ -493,7 +493,7 @@ TEST_P(AFullDevice, FailsTheRunAsAPipeThatNobodyReadsDoes) {
     program.output = writing.get();
     const Finished finished = yfw::run(program, "", std::chrono::seconds(60));
     EXPECT_EQ(finished.status, 1);
-    EXPECT_NE(finished.errors.find("Broken pipe"), std::string::npos) << finished.errors;
+    EXPECT_EQ(finished.errors, "");
 }
 
 INSTANTIATE_TEST_SUITE_P(AsOutput, AFullDevice,

@@ -229,8 +229,8 @@ INSTANTIATE_TEST_SUITE_P(
                     entry(element("config", element("enabled", "true")))},
         RefusalCase{"ATwinThatDiffersFromItsKey",
                     edit,
-                    {"/lldp/interfaces/interface", "leafref"},
-                    "invalid-value",
+                    {"/lldp/interfaces/interface", "different values"},
+                    "data-missing",
                     entry(element("name", "eth1") + element("config", element("name", "eth2")))},
         // --- values ---
         RefusalCase{"ATlvOutsideTheTable",

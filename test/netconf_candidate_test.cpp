@@ -168,9 +168,26 @@ INSTANTIATE_TEST_SUITE_P(
                     "<commit><confirmed/><confirm-timeout>soon</confirm-timeout></commit>"},
         RefusedCase{"ACommitWithATimeoutOfZero",
                     "<commit><confirmed/><confirm-timeout>0</confirm-timeout></commit>"},
+        RefusedCase{"ACommitWithATimeoutThatIsNotConfirmed",
+                    "<commit><confirm-timeout>10</confirm-timeout></commit>"},
+        RefusedCase{"ACommitThatPersistsAndIsNotConfirmed", "<commit><persist>x</persist></commit>"},
         RefusedCase{"ACommitThatConfirmsNothing", "<commit><persist-id>x</persist-id></commit>"},
         RefusedCase{"ACancelOfNothing", "<cancel-commit/>"}),
     [](const auto &test) { return test.param.name; });
+
+// It would make final what the client means to try.
+TEST_F(NetconfCandidate, IsNotCommittedWithParametersOfAConfirmedCommitAlone) {
+    expect_ok(client.rpc(edit_config("candidate", name_edit("new"))));
+    for (const char *parameter : {"confirm-timeout", "persist"}) {
+        const std::string name_of_parameter = parameter;
+        const Xml error = expect_error(
+            client.rpc("<commit><" + name_of_parameter + ">10</" + name_of_parameter + "></commit>"),
+            "protocol", "bad-element");
+        EXPECT_EQ(error_info(error, "bad-element"), parameter);
+        EXPECT_THAT(error.text_at("error-message"), testing::HasSubstr("<confirmed/>"));
+    }
+    EXPECT_EQ(name(client), original);
+}
 
 class AValidation : public NetconfCandidate, public testing::WithParamInterface<RefusedCase> {};
 

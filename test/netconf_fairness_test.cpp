@@ -101,5 +101,28 @@ TEST_F(ReadsOfALargeDevice, HoldUpNoReadOfTheConfigurationWhenTheyHaveAFilter) {
     EXPECT_LE(others.answered_first(get_config("running")), sessions / 4);
 }
 
+// One interface may have all the neighbors there are.
+TEST_F(ReadsOfALargeDevice, HoldUpNoReadOfTheConfigurationWhenTheyNameTheInterface) {
+    OtherSessions others(
+        socket(), "<get>" +
+                      subtree("<lldp xmlns=\"http://openconfig.net/yang/lldp\"><interfaces><interface><name>"
+                              "eth1</name></interface></interfaces></lldp>") +
+                      "</get>");
+    EXPECT_LE(others.answered_first(get_config("running")), sessions / 4);
+}
+
+TEST_F(ReadsOfALargeDevice, HoldUpNoReadOfTheConfigurationWhenTheyNameAllNeighbors) {
+    std::string names;
+    for (int i = 0; i < 2000; i++)
+        names += "<neighbor><id>neighbor-" + std::to_string(i) + "#</id></neighbor>";
+    OtherSessions others(
+        socket(), "<get>" +
+                      subtree("<lldp xmlns=\"http://openconfig.net/yang/lldp\"><interfaces><interface><name>"
+                              "eth1</name><neighbors>" +
+                              names + "</neighbors></interface></interfaces></lldp>") +
+                      "</get>");
+    EXPECT_LE(others.answered_first(get_config("running")), sessions / 4);
+}
+
 } // namespace
 } // namespace yfw::test

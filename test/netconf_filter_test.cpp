@@ -342,8 +342,6 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"XPathThatIsANumber", xpath("count(/oc:lldp)"), "invalid-value"},
         FilterCase{"XPathThatIsAString", xpath("string(/oc:lldp)"), "invalid-value"},
         FilterCase{"XPathOfAnUndeclaredPrefix", xpath("/nonsense:lldp"), "invalid-value"},
-        FilterCase{"XPathOfDeref", xpath("deref(/)"), "invalid-value"},
-        FilterCase{"XPathOfDerefInAPredicate", xpath("/oc:lldp[deref(oc:config)]"), "invalid-value"},
         FilterCase{"XPathOfEnumValue", xpath("enum-value(/)"), "invalid-value"},
         FilterCase{"XPathOfBitIsSet", xpath("bit-is-set(/,'x')"), "invalid-value"},
         FilterCase{"XPathOfTooManyLevels", xpath(nested_predicates(900)), "resource-denied"},

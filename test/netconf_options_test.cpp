@@ -152,6 +152,32 @@ TEST_F(TheLog, SaysWhyARequestIsRefusedInOneLine) {
     EXPECT_THAT(lines(), Each(StartsWith("yfw: ")));
 }
 
+// A name of one line can be looked for in the others.
+TEST_F(TheLog, ShowsLettersAndEscapesTheRestAlikeInAllLines) {
+    NetconfClient client(server().socket());
+    const std::string name = "h\xc3\xa9\xe2\x80\xae"; // with a right-to-left override
+    const std::string shown = "[name='h\xc3\xa9\\u202e']";
+    expect_ok(client.rpc(edit_config("running", interface_edit(name, "true"))));
+    EXPECT_TRUE(has_line_with("session ",
+                              "changes the running configuration: merge /lldp/interfaces/interface" + shown));
+    client.rpc(edit_config("running", interface_edit(name, "true", "create")));
+    EXPECT_TRUE(has_line_with("session ", "is refused: data-exists /lldp/interfaces/interface" + shown));
+    client.rpc(edit_config("running", interface_edit(name, "h\xc3\xa9\xe2\x80\xae")));
+    EXPECT_TRUE(has_line_with("session ", "interface" + shown + "/config/enabled: \"h\xc3\xa9\\u202e\""));
+}
+
+// The text around the cut is whole letters.
+TEST_F(TheLog, CutsLongLinesBetweenLetters) {
+    NetconfClient client(server().socket());
+    std::string name;
+    for (int i = 0; i < 1500; i++)
+        name += "\xc3\xa9";
+    for (const char *shift : {"", "x"})
+        client.rpc(edit_config("running", interface_edit(shift + name, "true", "delete")));
+    EXPECT_TRUE(has_line_with("session ", "..."));
+    EXPECT_THAT(lines(), Each(Not(HasSubstr("\\xc3"))));
+}
+
 TEST_F(TheLog, DoesNotMentionReads) {
     NetconfClient client(server().socket());
     client.rpc(get_config("running"));

@@ -40,6 +40,7 @@ protected:
         return found != nullptr ? *found : Xml();
     }
     std::string file() const { return read_file(rules_.path()); }
+    std::filesystem::path rules_file() const { return rules_.path(); }
     NetconfClient client_of(const std::string &user) {
         return NetconfClient(server().socket(), {base_1_0, base_1_1}, user);
     }
@@ -186,6 +187,110 @@ TEST_F(TheRules, AreNotEditedWhileRunningIsLockedByAnother) {
                  "protocol", "in-use");
 }
 
+// --- together with the configuration of the device ---
+
+// The content of the reply's <data>.
+std::string content_of(const Xml &reply) {
+    std::string text;
+    const Xml *data = reply.child("data");
+    for (const Xml &top : data != nullptr ? data->children : std::vector<Xml>())
+        text += top.printed;
+    return text;
+}
+
+std::string replaced(std::string text, const std::string &what, const std::string &by) {
+    const size_t at = text.find(what);
+    EXPECT_NE(at, std::string::npos) << what << " in " << text;
+    return at == std::string::npos ? text : text.replace(at, what.size(), by);
+}
+
+std::string copy_config(const std::string &target, const std::string &config) {
+    return "<copy-config><target><" + target + "/></target><source><config>" + config +
+           "</config></source></copy-config>";
+}
+
+class TheWholeConfiguration : public TheRules {
+protected:
+    TheWholeConfiguration()
+        : TheRules("<write-default>permit</write-default>" + rules_for("*", data_rule(eth2, "delete", "deny")) +
+                   rules_for(writers, module_rule("ietf-netconf-acm", "read", "permit"))) {}
+
+    std::string read() { return content_of(recovery.rpc(get_config("running"))); }
+    std::string name_now() { return name(recovery); }
+
+    const std::string rules_before = file();
+};
+
+TEST_F(TheWholeConfiguration, IsTakenAsItWasRead) {
+    const std::string config = read();
+    EXPECT_THAT(config, testing::AllOf(HasSubstr("<lldp"), HasSubstr("<nacm")));
+    for (const char *target : {"running", "candidate"})
+        expect_ok(recovery.rpc(copy_config(target, config)));
+    expect_ok(recovery.rpc(edit_config("running", config)));
+    expect_ok(recovery.rpc("<validate><source><config>" + config + "</config></source></validate>"));
+    EXPECT_EQ(file(), rules_before);
+    EXPECT_EQ(read(), config);
+}
+
+TEST_F(TheWholeConfiguration, IsTakenFromAUserWhoMayReadTheRulesOnlyAndLeavesThemAlone) {
+    NetconfClient other = client_of(writer);
+    const std::string config = content_of(other.rpc(get_config("running")));
+    EXPECT_THAT(config, HasSubstr("<nacm"));
+    expect_ok(other.rpc(copy_config("running", replaced(config, "r1.example.net", "new"))));
+    EXPECT_EQ(name_now(), "new");
+    EXPECT_EQ(file(), rules_before);
+    expect_error(other.rpc(copy_config("running", replaced(config, ">permit<", ">deny<"))), "application",
+                 "access-denied");
+    EXPECT_EQ(file(), rules_before);
+}
+
+TEST_F(TheWholeConfiguration, IsChangedInBothPartsAtOnce) {
+    const std::string config = replaced(read(), "r1.example.net", "new");
+    expect_ok(
+        recovery.rpc(copy_config("running", replaced(config, "<write-default>permit", "<write-default>deny"))));
+    EXPECT_EQ(name_now(), "new");
+    EXPECT_EQ(rules_of(recovery).text_at("write-default"), "deny");
+    expect_ok(recovery.rpc(
+        edit_config("running", nacm_edit("<write-default>permit</write-default>") + name_edit("newer"))));
+    EXPECT_EQ(name_now(), "newer");
+    EXPECT_EQ(rules_of(recovery).text_at("write-default"), "permit");
+}
+
+TEST_F(TheWholeConfiguration, IsNotChangedWhenEitherPartIsRefused) {
+    const std::string config = read();
+    const std::string renamed = replaced(config, "r1.example.net", "new");
+    const std::string other_rules = replaced(config, "<write-default>permit", "<write-default>deny");
+    for (const std::string &refused : {replaced(renamed, "<write-default>permit", "<write-default>perhaps"),
+                                       replaced(other_rules, "<enabled>true", "<enabled>perhaps"),
+                                       other_rules + name_edit("new"), config + nacm_edit("")}) {
+        const Xml reply = recovery.rpc(copy_config("running", refused));
+        EXPECT_NE(error_tag(reply), "") << reply.printed;
+        EXPECT_EQ(read(), config);
+        EXPECT_EQ(file(), rules_before);
+    }
+}
+
+TEST_F(TheWholeConfiguration, IsNotChangedWhenTheRulesCannotBeWritten) {
+    std::filesystem::remove(rules_file());
+    EXPECT_EQ(error_tag(recovery.rpc(
+                  edit_config("running", nacm_edit("<write-default>deny</write-default>") + name_edit("new")))),
+              "operation-failed");
+    EXPECT_EQ(name_now(), "r1.example.net");
+    EXPECT_EQ(rules_of(recovery).text_at("write-default"), "permit");
+}
+
+TEST_F(TheWholeConfiguration, KeepsItsRulesWhenACopyHasNone) {
+    expect_ok(recovery.rpc(copy_config("running", name_edit("new"))));
+    EXPECT_EQ(name_now(), "new");
+    EXPECT_EQ(file(), rules_before);
+}
+
+TEST_F(TheWholeConfiguration, HasNoOtherRulesInTheCandidate) {
+    const std::string other_rules = replaced(read(), "<write-default>permit", "<write-default>deny");
+    expect_error(recovery.rpc(copy_config("candidate", other_rules)), "application", "operation-not-supported");
+    EXPECT_EQ(file(), rules_before);
+}
+
 // --- what an edit tells about what may not be read ---
 
 class AHiddenNode : public NetconfRules {
@@ -209,6 +314,27 @@ TEST_F(AHiddenNode, IsNotToldFromOneThatDoesNotExistWhenItIsCreated) {
         return text;
     };
     EXPECT_EQ(refusal_of("eth2"), refusal_of("eth7"));
+}
+
+TEST_F(AHiddenNode, IsNotToldFromOneThatDoesNotExistWhenItIsWritten) {
+    NetconfClient client = client_of(writer);
+    const auto refusal_of = [&](const std::string &name) {
+        const Xml error = expect_error(client.rpc(edit_config("running", interface_edit(name, "false"))),
+                                       "application", "access-denied");
+        EXPECT_EQ(error.text_at("error-path"),
+                  "/oc-lldp:lldp/oc-lldp:interfaces/oc-lldp:interface[oc-lldp:name='" + name + "']");
+        return replaced(error.text_at("error-message"), "write", "...");
+    };
+    EXPECT_EQ(refusal_of("eth2"), refusal_of("eth7"));
+}
+
+TEST_F(TheWholeConfiguration, HasPathsInTheErrorsOfItsRules) {
+    NetconfClient other = client_of(writer);
+    const Xml error =
+        expect_error(other.rpc(edit_config("running", nacm_edit("<write-default>deny</write-default>"))),
+                     "application", "access-denied");
+    EXPECT_EQ(error.text_at("error-path"), "/nacm:nacm/nacm:write-default");
+    EXPECT_EQ(error.text_at("error-message"), std::string(writer) + " may not update this node");
 }
 
 } // namespace

@@ -110,6 +110,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         HelloCase{"WithASessionId",
                   with_end_of_message(hello_message({base_1_0}, "<session-id>4</session-id>"))},
+        HelloCase{"WithTwoListsOfCapabilities",
+                  with_end_of_message(hello_message({base_1_0}, "<capabilities><capability>" + base_1_0 +
+                                                                    "</capability></capabilities>"))},
         HelloCase{"WithoutABaseVersion", with_end_of_message(hello_message({"urn:example:other"}))},
         HelloCase{"WithoutCapabilities",
                   with_end_of_message("<hello xmlns=\"" + base_namespace + "\"></hello>")},

@@ -200,6 +200,36 @@ TEST_F(OneStore, IsServedAgainAtOnceAfterItsServerWasKilled) {
     EXPECT_EQ(name(next), original);
 }
 
+// Neither the lock nor SQLite's log has the other name.
+TEST_F(OneStore, IsNeitherServedNorEditedWhileItHasTwoNames) {
+    ASSERT_EQ(set_name("theirs").status, 0);
+    const fs::path store = lock_file().replace_extension();
+    const std::string other_name = (server().directory() / "other-name.db").string();
+    fs::create_hard_link(store, other_name);
+    const Outcome second =
+        run({"serve", "--socket", (server().directory() / "second.sock").string(), "--store", other_name});
+    EXPECT_EQ(second.status, 2);
+    EXPECT_THAT(second.errors, AllOf(HasSubstr(other_name), HasSubstr("hard links")));
+    for (const std::string &name_of_store : {other_name, store.string()})
+        EXPECT_THAT(run({"set", "--store", name_of_store, "/lldp/config/system-name", "refused"}).errors,
+                    HasSubstr("hard links"));
+    EXPECT_THAT(stored_name(), HasSubstr("theirs"));
+    fs::remove(other_name);
+    EXPECT_EQ(set_name("newer").status, 0);
+    EXPECT_EQ(name(*client), "newer");
+}
+
+// A process that is killed while it makes the store leaves it with the name that it had until then.
+TEST_F(OneStore, LosesTheNameUnderWhichItWasMade) {
+    ASSERT_EQ(set_name("theirs").status, 0);
+    const fs::path store = lock_file().replace_extension();
+    const fs::path left_behind = store.parent_path() / ("." + store.filename().string() + ".new-aB3dE6");
+    fs::create_hard_link(store, left_behind);
+    EXPECT_EQ(set_name("newer").status, 0);
+    EXPECT_FALSE(fs::exists(left_behind));
+    EXPECT_EQ(name(*client), "newer");
+}
+
 // --- the lock's file ---
 
 TEST_F(OneStore, HasALockForItsUserAlone) {

@@ -9,7 +9,6 @@
 
 #include "base/error.h"
 #include "base/say.h"
-#include "base/system_error.h"
 #include "frontends/cli/commands/commands.h"
 #include "frontends/cli/commands/edit_command.h"
 #include "frontends/cli/commands/explain_command.h"
@@ -21,6 +20,7 @@
 #include "frontends/cli/commands/watch_command.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/typed_words.h"
+#include "frontends/cli/output/print.h"
 #include "yang/yang_text.h"
 
 namespace yfw::cli {
@@ -96,12 +96,18 @@ bool edits(const CLI::App &app) {
                        [&](const char *name) { return app.got_subcommand(name); });
 }
 
-int print_text(const CLI::App &app, const CLI::ParseError &text) {
-    app.exit(text);
-    if (std::cout << std::flush)
-        return 0;
-    say("standard output: cannot be written: " + system_error_text());
-    return exit_failed;
+// Help and version are errors for CLI11.
+void parse(CLI::App &app, int argc, char **argv) {
+    try {
+        parse_as_typed(app, argc, argv);
+        if (app.get_subcommands().empty())
+            throw CLI::RequiredError("A subcommand");
+    } catch (const CLI::ParseError &error) {
+        if (error.get_exit_code() != 0)
+            throw;
+        app.exit(error);
+        finish_output();
+    }
 }
 
 } // namespace
@@ -123,17 +129,15 @@ int run_program(int argc, char **argv) {
     add_topology(app, device);
     add_watch(app, device);
     try {
-        parse_as_typed(app, argc, argv);
-        if (app.get_subcommands().empty())
-            throw CLI::RequiredError("A subcommand");
+        parse(app, argc, argv);
         return 0;
     } catch (const CLI::ParseError &error) {
-        if (error.get_exit_code() == 0) // help or version
-            return print_text(app, error);
         say(yang::shortened(error.what(), longest_message) + " (see yfw --help)");
         return exit_refused;
     } catch (const Error &error) {
         return report(error, edits(app), device.trace);
+    } catch (const ReaderGone &) { // as quiet as a program that the signal ends
+        return exit_failed;
     } catch (const std::exception &error) {
         say(error.what());
         return exit_failed;

@@ -5,9 +5,9 @@
 #include <stdexcept>
 
 #include "base/say.h"
-#include "base/system_error.h"
 #include "frontends/cli/options/installation.h"
 #include "frontends/cli/options/named_device.h"
+#include "frontends/cli/output/print.h"
 #include "frontends/pictures/graphviz.h"
 #include "frontends/pictures/topology_answer.h"
 #include "frontends/pictures/topology_drawing.h"
@@ -51,7 +51,7 @@ pictures::Report read_device(const std::filesystem::path &directory, DeviceOptio
 
 void print(const std::string &text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw std::runtime_error("standard output: cannot be written: " + system_error_text());
+        refuse_output();
 }
 
 std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {

@@ -1,7 +1,11 @@
 #include "frontends/cli/output/print.h"
 
+#include <cerrno>
 #include <iostream>
 #include <stdexcept>
+
+#include <poll.h>
+#include <unistd.h>
 
 #include "base/system_error.h"
 #include "yang/text_writer.h"
@@ -9,11 +13,20 @@
 namespace yfw::cli {
 namespace {
 
-[[noreturn]] void refuse_output() {
-    throw std::runtime_error("standard output: cannot be written: " + system_error_text());
+// The error number may be of a later call: a stream that has failed writes nothing more.
+bool is_reader_gone() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return errno == EPIPE || (::poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0);
 }
 
 } // namespace
+
+void refuse_output() {
+    const int error = errno;
+    if (is_reader_gone())
+        throw ReaderGone{};
+    throw std::runtime_error("standard output: cannot be written: " + system_error_text(error));
+}
 
 void finish_output() {
     if (!(std::cout << std::flush))

@@ -10,11 +10,17 @@
 
 namespace yfw::cli {
 
-// Flushes standard output. Throws std::runtime_error when not everything that was printed could be written.
+// Thrown when whoever reads standard output has gone: there is nobody left to tell.
+struct ReaderGone {};
+
+// For output that could not be written: throws ReaderGone or, with the reason, std::runtime_error.
+[[noreturn]] void refuse_output();
+
+// Flushes standard output. Throws as refuse_output() when not everything that was printed could be written.
 void finish_output();
 
 // Writes the answer as JSON (RFC 7951) or XML, with a final newline. An empty one is an empty object or the
-// empty top container. Throws std::runtime_error when the output cannot be written.
+// empty top container. Throws as refuse_output() when the output cannot be written.
 void print_answer(std::FILE *to, const yang::Schemas &schemas, const host::SettledAnswer &answer,
                   Format format);
 

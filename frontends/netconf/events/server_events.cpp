@@ -26,7 +26,7 @@ std::string print_session(const Actor &actor) {
 }
 
 std::string print_record(const events::EditRecord &edit) {
-    return "<edit>" + openconfig_path_element("target", edit.target, edit.openconfig) +
+    return "<edit>" + path_element("target", edit.target, edit.openconfig) +
            text_element("operation", edit.operation) + "</edit>";
 }
 

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <new>
 
 #include <libxml/tree.h>
@@ -44,12 +45,27 @@ _xmlNs *XPathDocument::namespace_for(const lys_module *module) {
     return namespaces_.emplace_back(module, ns).second;
 }
 
+const lyd_node *XPathDocument::data_of(const _xmlNode *node) const {
+    if (node->type == XML_TEXT_NODE)
+        node = node->parent;
+    const bool is_element = node != nullptr && node->type == XML_ELEMENT_NODE;
+    return is_element ? nodes_.at(reinterpret_cast<uintptr_t>(node->_private) - 1) : nullptr;
+}
+
+_xmlNode *XPathDocument::element_of(const lyd_node *data) const {
+    for (size_t place = places_.size(); place < nodes_.size(); place++)
+        places_.emplace(nodes_[place], place);
+    const auto place = places_.find(data);
+    return place != places_.end() ? elements_[place->second] : nullptr;
+}
+
 void XPathDocument::add(_xmlNode *parent, const lyd_node *data) {
     const auto *name = made(xmlDictLookup(document_->dict, bytes(data->schema->name), -1));
     xmlNode *node = made(xmlNewDocNodeEatName(document_.get(), nullptr, const_cast<xmlChar *>(name), nullptr));
     xmlAddChild(parent, node);
     node->ns = namespace_for(data->schema->module);
     nodes_.push_back(data);
+    elements_.push_back(node);
     node->_private = reinterpret_cast<void *>(nodes_.size()); // its position, from 1
     if ((data->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
         xmlAddChild(node, made(xmlNewDocText(document_.get(), bytes(lyd_get_value(data)))));

@@ -6,6 +6,7 @@
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
+#include "frontends/netconf/filters/xpath_charging.h"
 #include "frontends/netconf/filters/xpath_functions.h"
 #include "frontends/netconf/filters/xpath_tokens.h"
 
@@ -31,28 +32,32 @@ const xmlChar *bytes(const std::string &text) {
 void keep_silent(void *, xmlError *) {}
 void print_nothing(void *, const char *, ...) {}
 
-Context context_for(const XPathDocument &document, const Prefixes &prefixes, size_t operations,
-                    size_t *characters_left) {
-    Context context(xmlXPathNewContext(document.raw()));
+Context context_for(XPathEvaluation &evaluation, const Prefixes &prefixes, size_t operations) {
+    _xmlDoc *document = evaluation.document.raw();
+    Context context(xmlXPathNewContext(document));
     if (context == nullptr)
         throw std::bad_alloc();
-    context->node = reinterpret_cast<xmlNode *>(document.raw());
+    context->node = reinterpret_cast<xmlNode *>(document);
     context->opLimit = operations;
     context->error = keep_silent; // the error is read from the context instead
     for (const auto &[prefix, ns] : prefixes)
         xmlXPathRegisterNs(context.get(), bytes(prefix), bytes(ns));
-    charge_string_functions(context.get(), characters_left);
+    context->userData = &evaluation;
+    register_string_functions(context.get());
+    register_yang_functions(context.get());
     return context;
 }
 
 std::string_view reason_of(int error) {
     switch (error) {
     case XPATH_UNKNOWN_FUNC_ERROR:
-        return "it calls a function that XPath 1.0 does not have";
+        return "it calls a function that neither XPath 1.0 nor YANG 1.1 has";
     case XPATH_INVALID_ARITY:
         return "it calls a function with too few or too many arguments";
     case XPATH_INVALID_TYPE:
         return "something else stands where nodes are expected";
+    case XPATH_EXPR_ERROR:
+        return "it is no XPath 1.0 expression, or the pattern of a re-match() is no regular expression";
     case XPATH_UNDEF_PREFIX_ERROR:
         return "it has a prefix that is not declared";
     case XPATH_UNDEF_VARIABLE_ERROR:
@@ -92,8 +97,8 @@ void add_place(const xmlNode *node, std::vector<uint32_t> &places) {
 XPathResult evaluate_xpath(const XPathDocument &document, const std::string &expression,
                            const Prefixes &prefixes, const XPathBudget &budget) {
     xmlSetGenericErrorFunc(nullptr, print_nothing); // per thread
-    size_t characters_left = budget.characters;
-    const Context context = context_for(document, prefixes, budget.operations, &characters_left);
+    XPathEvaluation evaluation{document, budget.characters};
+    const Context context = context_for(evaluation, prefixes, budget.operations);
     const std::unique_ptr<xmlXPathCompExpr, FreeCompiled> compiled(
         xmlXPathCtxtCompile(context.get(), bytes(with_names_of_any_namespace(expression))));
     if (compiled == nullptr)

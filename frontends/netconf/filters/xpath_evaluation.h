@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <libyang/libyang.h>
@@ -31,6 +32,11 @@ public:
 
     _xmlDoc *raw() const { return document_.get(); }
 
+    // What an element or its text stands for; NULL for other nodes.
+    const lyd_node *data_of(const _xmlNode *node) const;
+    // The element of a node; NULL when it is not in the document.
+    _xmlNode *element_of(const lyd_node *data) const;
+
 private:
     void add(_xmlNode *parent, const lyd_node *data);
     _xmlNs *namespace_for(const lys_module *module);
@@ -40,6 +46,8 @@ private:
     };
     std::unique_ptr<_xmlDoc, Free> document_;
     std::vector<const lyd_node *> nodes_;
+    std::vector<_xmlNode *> elements_;                            // in the same order
+    mutable std::unordered_map<const lyd_node *, size_t> places_; // made when it is first needed
     std::vector<std::pair<const lys_module *, _xmlNs *>> namespaces_;
 };
 

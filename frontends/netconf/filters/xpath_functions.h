@@ -1,16 +1,17 @@
-// XPath's string functions, whose cost libxml2 does not count.
+// The functions of clients' expressions whose cost libxml2 does not count or that it does not have. The user
+// data of the context must be an XPathEvaluation, which they charge.
 #ifndef YFW_FRONTENDS_NETCONF_FILTERS_XPATH_FUNCTIONS_H
 #define YFW_FRONTENDS_NETCONF_FILTERS_XPATH_FUNCTIONS_H
-
-#include <cstddef>
 
 struct _xmlXPathContext;
 
 namespace yfw::netconf {
 
-// Replaces them with versions that deduct their cost from `characters_left` and, when it is used up, end the
-// evaluation as if the operation limit were exceeded. The counter must outlive the context.
-void charge_string_functions(_xmlXPathContext *context, size_t *characters_left);
+// Replaces XPath's own string functions.
+void register_string_functions(_xmlXPathContext *context);
+
+// YANG's functions, RFC 7950 section 10. They know the schema of the nodes.
+void register_yang_functions(_xmlXPathContext *context);
 
 } // namespace yfw::netconf
 

@@ -13,8 +13,8 @@ using Tokens = std::vector<XPathToken>;
 // Beyond this, reading all data at once is faster.
 constexpr size_t most_paths = 16;
 
-// Whether the expression can reach data outside its own steps: through a parent or ancestor axis, or from the
-// root again.
+// Whether the expression can reach data outside its own steps: through a parent or ancestor axis, a reference,
+// or from the root again.
 bool reaches_elsewhere(const Tokens &tokens) {
     size_t predicates = 0;
     for (size_t i = 0; i < tokens.size(); i++) {
@@ -25,7 +25,9 @@ bool reaches_elsewhere(const Tokens &tokens) {
         const bool continues_path =
             i > 0 && (tokens[i - 1].kind == Kind::name || tokens[i - 1].is("]") || tokens[i - 1].is(")") ||
                       tokens[i - 1].is(".") || tokens[i - 1].is(".."));
-        if (token.is("..") || token.kind == Kind::axis || token.kind == Kind::variable ||
+        const bool leads_away =
+            token.kind == Kind::function && (token.text == "current" || token.text == "deref");
+        if (leads_away || token.is("..") || token.kind == Kind::axis || token.kind == Kind::variable ||
             (is_step && predicates > 0 && !continues_path))
             return true;
     }

@@ -14,15 +14,10 @@ constexpr size_t longest_message = 800;
 constexpr size_t longest_name = 200;
 constexpr size_t longest_path = 1000;
 
-bool is_openconfig_path(const std::string &path, const lysc_node *openconfig) {
-    const std::string top = "/" + std::string(openconfig->name);
-    return path == top || path.starts_with(top + "/");
-}
-
 // The node at an instance path; NULL for what is no such path.
-const lysc_node *schema_at(const std::string &path, const lysc_node *openconfig) {
+const lysc_node *schema_at(const std::string &path, const lysc_node *top) {
     try {
-        return yang::parse_path(openconfig, path).back().node;
+        return yang::parse_path(top, path).back().node;
     } catch (const Error &) {
         return nullptr;
     }
@@ -51,8 +46,8 @@ std::string last_name(const std::string &path) {
 }
 
 // The leaf that an entry's key refers to; the entry where it refers to none.
-std::string leaf_behind_key_of(const std::string &entry, const lysc_node *openconfig) {
-    const lysc_node *list = schema_at(entry, openconfig);
+std::string leaf_behind_key_of(const std::string &entry, const lysc_node *top) {
+    const lysc_node *list = schema_at(entry, top);
     if (list == nullptr)
         return entry;
     for (const lysc_node *key = lysc_node_child(list); key != nullptr && lysc_is_key(key); key = key->next) {
@@ -113,15 +108,15 @@ std::string escaped(std::string_view text) {
     return out;
 }
 
-RpcError rpc_error_of(const Error &error, const lysc_node *openconfig) {
+RpcError rpc_error_of(const Error &error, const lysc_node *top) {
     if (error.status() == host::status_leafref_mismatch) // RFC 7950 section 15.5
         return RpcError("application", "data-missing", error.what())
-            .at(leaf_behind_key_of(without_module(error.path(), openconfig), openconfig))
+            .at(leaf_behind_key_of(without_module(error.path(), top), top))
             .with_app_tag("instance-required");
     RpcError told(error.is_by_request() ? "protocol" : "application", std::string(to_string(error.tag())),
                   error.what());
-    const std::string path = without_module(error.path(), openconfig);
-    if (is_openconfig_path(path, openconfig))
+    const std::string path = without_module(error.path(), top);
+    if (is_within(path, top))
         told.at(path);
     return told.with_info(mandatory_info(error, last_name(path)));
 }
@@ -138,12 +133,12 @@ std::string bad_namespace(std::string_view ns) {
     return "<bad-namespace>" + escaped(yang::shortened(ns, longest_name)) + "</bad-namespace>";
 }
 
-std::string print_error(const RpcError &error, const lysc_node *openconfig) {
+std::string print_error(const RpcError &error, const lysc_node *top) {
     std::string xml = "<rpc-error>" + text_element("error-type", error.type) +
                       text_element("error-tag", error.tag) + "<error-severity>error</error-severity>" +
                       text_element("error-app-tag", error.app_tag);
     if (!error.path.empty() && error.path.size() <= longest_path) // a part of it would name another node
-        xml += openconfig_path_element("error-path", error.path, openconfig);
+        xml += path_element("error-path", error.path, top);
     if (*error.what() != '\0')
         xml += "<error-message xml:lang=\"en\">" + escaped(yang::shortened(error.what(), longest_message)) +
                "</error-message>";

@@ -11,7 +11,7 @@
 
 namespace yfw::netconf {
 
-// `type`: transport, rpc, protocol or application. The path (of an OpenConfig node, without prefixes), the
+// `type`: transport, rpc, protocol or application. The path (without prefixes), the
 // app-tag and the info may be empty; `info` is XML.
 class RpcError : public std::runtime_error {
 public:
@@ -38,12 +38,12 @@ public:
     std::string info;
 };
 
-// Converts the host's error: the tag, the path if it lies below `openconfig`, the top container, and the
+// Converts the host's error: the tag, the path if it lies below `top`, a top container, and the
 // app-tag (RFC 7950 section 15) if there is one.
-RpcError rpc_error_of(const Error &error, const lysc_node *openconfig);
+RpcError rpc_error_of(const Error &error, const lysc_node *top);
 
-// The <rpc-error> element; its path uses the prefix of the module of `openconfig`.
-std::string print_error(const RpcError &error, const lysc_node *openconfig);
+// The <rpc-error> element; its path uses the prefix of the module of `top`.
+std::string print_error(const RpcError &error, const lysc_node *top);
 
 // An element with this text; nothing when the text is empty.
 std::string text_element(const char *name, const std::string &text);

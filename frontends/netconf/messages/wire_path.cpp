@@ -68,17 +68,16 @@ std::string prefixed(const std::string &path, const std::string &prefix) {
 }
 
 // Declarations of the prefixes in the path's values: an identity is written with its module's name.
-std::string value_namespaces(const std::string &path, const lysc_node *openconfig) {
+std::string value_namespaces(const std::string &path, const lysc_node *top) {
     std::string declarations;
     split_path(
         path, [](char) {},
         [&](const std::string &value) {
             const size_t colon = value.find(':');
             const std::string name = value.substr(0, colon);
-            const lys_module *module = colon != std::string::npos
-                                           ? ly_ctx_get_module_latest(openconfig->module->ctx, name.c_str())
-                                           : nullptr;
-            if (module == nullptr || name == openconfig->module->prefix)
+            const lys_module *module =
+                colon != std::string::npos ? ly_ctx_get_module_latest(top->module->ctx, name.c_str()) : nullptr;
+            if (module == nullptr || name == top->module->prefix)
                 return;
             const std::string declaration = " xmlns:" + name + "=\"" + escaped(module->ns) + "\"";
             if (declarations.find(declaration) == std::string::npos)
@@ -89,16 +88,22 @@ std::string value_namespaces(const std::string &path, const lysc_node *openconfi
 
 } // namespace
 
-std::string without_module(const std::string &path, const lysc_node *openconfig) {
-    const std::string module = "/" + std::string(openconfig->module->name) + ":";
+bool is_within(const std::string &path, const lysc_node *top) {
+    const std::string name = "/" + std::string(top->name);
+    const std::string plain = without_module(path, top);
+    return plain == name || plain.starts_with(name + "/");
+}
+
+std::string without_module(const std::string &path, const lysc_node *top) {
+    const std::string module = "/" + std::string(top->module->name) + ":";
     return path.rfind(module, 0) == 0 ? "/" + path.substr(module.size()) : path;
 }
 
-std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig) {
-    const std::string prefix = openconfig->module->prefix;
-    return "<" + std::string(name) + " xmlns:" + prefix + "=\"" + escaped(openconfig->module->ns) + "\"" +
-           value_namespaces(path, openconfig) + ">" +
-           escaped(prefixed(without_module(path, openconfig), prefix + ":")) + "</" + name + ">";
+std::string path_element(const char *name, const std::string &path, const lysc_node *top) {
+    const std::string prefix = top->module->prefix;
+    return "<" + std::string(name) + " xmlns:" + prefix + "=\"" + escaped(top->module->ns) + "\"" +
+           value_namespaces(path, top) + ">" + escaped(prefixed(without_module(path, top), prefix + ":")) +
+           "</" + name + ">";
 }
 
 } // namespace yfw::netconf

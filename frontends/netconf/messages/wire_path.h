@@ -8,12 +8,16 @@
 
 namespace yfw::netconf {
 
-// "/module:top/config" as "/top/config", for the module of `openconfig`, the top container.
-std::string without_module(const std::string &path, const lysc_node *openconfig);
+// Whether the path, with or without the module's name, is that of `top`, a top container, or of a node below
+// it.
+bool is_within(const std::string &path, const lysc_node *top);
 
-// An element with the instance path of a node below `openconfig`; `path` has no prefixes, and quotes in its
-// quoted values are doubled (yang::quoted_literal()).
-std::string openconfig_path_element(const char *name, const std::string &path, const lysc_node *openconfig);
+// "/module:top/config" as "/top/config", for the module of `top`, the top container.
+std::string without_module(const std::string &path, const lysc_node *top);
+
+// An element with the instance path of a node below `top`, a top container of any module; `path` has no
+// prefixes, and quotes in its quoted values are doubled (yang::quoted_literal()).
+std::string path_element(const char *name, const std::string &path, const lysc_node *top);
 
 } // namespace yfw::netconf
 

@@ -1,6 +1,7 @@
 #include "frontends/netconf/operations/conversation.h"
 
 #include "frontends/netconf/messages/rpc_error.h"
+#include "frontends/netconf/messages/wire_path.h"
 
 namespace yfw::netconf {
 namespace {
@@ -62,11 +63,17 @@ Element operation_of(const Element &rpc) {
     return operations.front();
 }
 
+// The top container that a path begins with.
+const lysc_node *top_of(const Server &server, const std::string &path) {
+    const lysc_node *rules = server.modules.access_rules_root();
+    return rules != nullptr && is_within(path, rules) ? rules : server.schemas().openconfig_root();
+}
+
 Spool told(const Server &server, const RpcError &error, Reply &reply) {
     reply.is_error = true;
     reply.is_bad = error.type == "rpc"; // an error in the messages layer (RFC 6022)
     reply.error = error.tag + (error.path.empty() ? "" : " " + error.path) + ": " + error.what();
-    return std::string_view(print_error(error, server.schemas().openconfig_root()));
+    return std::string_view(print_error(error, top_of(server, error.path)));
 }
 
 Spool perform_or_tell(const Server &server, const Caller &caller, const Element &rpc, Reply &reply) {
@@ -77,7 +84,7 @@ Spool perform_or_tell(const Server &server, const Caller &caller, const Element 
     } catch (const RpcError &error) {
         return told(server, error, reply);
     } catch (const Error &error) {
-        return told(server, rpc_error_of(error, server.schemas().openconfig_root()), reply);
+        return told(server, rpc_error_of(error, top_of(server, error.path())), reply);
     } catch (const std::bad_alloc &) {
         return told(server, RpcError("application", "resource-denied", "out of memory"), reply);
     } catch (const std::exception &error) {
@@ -105,17 +112,34 @@ std::string server_hello(const ProtocolModules &modules, uint32_t session) {
     return xml + "</capabilities><session-id>" + std::to_string(session) + "</session-id></hello>";
 }
 
+namespace {
+
+// Its only <capabilities>.
+Element capabilities_of(const Element &hello) {
+    std::optional<Element> found;
+    for (const Element &child : hello.children()) {
+        if (!child.is(base_ns, "capabilities"))
+            continue;
+        if (found.has_value())
+            throw RpcError("protocol", "malformed-message", "a <hello> must have a single <capabilities>");
+        found = child;
+    }
+    if (!hello.is(base_ns, "hello") || !found.has_value())
+        throw RpcError("protocol", "malformed-message", "expected a <hello> with capabilities");
+    return *found;
+}
+
+} // namespace
+
 bool client_speaks_base_1_1(const std::string &hello) {
     const Document document(hello);
     const Element root = document.root();
-    const std::optional<Element> list = root.child("capabilities");
-    if (!root.is(base_ns, "hello") || !list.has_value())
-        throw RpcError("protocol", "malformed-message", "expected a <hello> with capabilities");
+    const Element list = capabilities_of(root);
     if (root.child("session-id"))
         throw RpcError("protocol", "malformed-message", "a client's <hello> must not have a session-id");
     bool speaks_1_0 = false;
     bool speaks_1_1 = false;
-    for (const Element &capability : list->children()) {
+    for (const Element &capability : list.children()) {
         const std::string uri = capability.text();
         const std::string base = uri.substr(0, uri.find('?')); // parameters follow (RFC 6241 section 8)
         speaks_1_0 = speaks_1_0 || base == "urn:ietf:params:netconf:base:1.0";

@@ -11,11 +11,12 @@ bool is_one_of(std::string_view name, std::initializer_list<std::string_view> na
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+// Reading more entries than these, each by its name, takes as long as reading all of a long list.
+constexpr size_t most_named_entries = 100;
+
 bool has_list(const lysc_node *node) {
-    if (node->nodetype == LYS_LIST)
-        return true;
     for (const lysc_node *child = lysc_node_child(node); child != nullptr; child = child->next)
-        if (has_list(child))
+        if (child->nodetype == LYS_LIST || has_list(child))
             return true;
     return false;
 }
@@ -25,13 +26,18 @@ bool names_one_entry(const host::Selection &selection) {
                        [](const host::Selection &child) { return child.is_key() && child.value.has_value(); });
 }
 
-// Whether all entries of a list have to be read. An entry that is named is small, whatever it contains.
-bool reads_lists(const host::Selection &selection) {
-    if (selection.node->nodetype == LYS_LIST)
-        return !names_one_entry(selection);
-    if (selection.children.empty())
+// Whether all entries of a list have to be read, or many one by one; `entries` counts the latter.
+bool reads_lists(const host::Selection &selection, size_t &entries) {
+    const bool is_list = selection.node->nodetype == LYS_LIST;
+    if (is_list && (!names_one_entry(selection) || ++entries > most_named_entries))
+        return true;
+    // The keys alone name an entry, and select all of it.
+    const bool is_whole = std::all_of(selection.children.begin(), selection.children.end(),
+                                      [](const host::Selection &child) { return child.is_key(); });
+    if (is_whole)
         return has_list(selection.node);
-    return std::any_of(selection.children.begin(), selection.children.end(), reads_lists);
+    return std::any_of(selection.children.begin(), selection.children.end(),
+                       [&](const host::Selection &child) { return reads_lists(child, entries); });
 }
 
 bool is_xpath(const Element &operation) {
@@ -48,7 +54,8 @@ Cost cost_of_state(const Server &server, const Element &operation) {
     if (!filter.has_value())
         return Cost::high;
     const auto selection = subtree_selection(*filter, server.schemas().openconfig_root());
-    return selection.has_value() && reads_lists(*selection) ? Cost::high : Cost::low;
+    size_t entries = 0;
+    return selection.has_value() && reads_lists(*selection, entries) ? Cost::high : Cost::low;
 }
 
 } // namespace

@@ -28,27 +28,22 @@ void refuse_more_than_elements(const Element &config) {
             .with_info("<bad-element>config</bad-element>");
 }
 
-std::optional<yang::EditNode> edit_of(const Server &server, const Element &config, yang::Operation operation) {
+// The configuration's top nodes: one of the device, and one of the access rules.
+device::Edits edits_of(const Server &server, const Element &config, yang::Operation operation) {
     refuse_more_than_elements(config);
-    const std::vector<Element> tops = config.children();
-    if (tops.empty())
-        return std::nullopt;
-    if (tops.size() > 1)
-        throw RpcError("application", "bad-element", "a configuration must have a single top node")
-            .with_info(bad_name("bad-element", tops[1].name()));
-    if (is_of_rules(server, tops.front()))
-        return rules_edit(server, tops.front(), operation);
-    return yang::read_edit(server.schemas(), yang::edit_element_from(server.schemas().context(), tops.front()),
-                           operation);
-}
-
-bool is_of_rules(const Server &server, const yang::EditNode &edit) {
-    return edit.node == server.modules.access_rules_root();
-}
-
-RpcError rules_elsewhere() {
-    return RpcError("application", "operation-not-supported",
-                    "access rules can only be edited in running, by <edit-config> and <edit-data>");
+    device::Edits edits;
+    for (const Element &top : config.children()) {
+        const bool is_rules = is_of_rules(server, top);
+        std::optional<yang::EditNode> &edit = is_rules ? edits.rules : edits.openconfig;
+        if (edit.has_value())
+            throw RpcError("application", "bad-element",
+                           "a configuration must have a single top node of a model")
+                .with_info(bad_name("bad-element", top.name()));
+        edit = is_rules ? rules_edit(server, top, operation)
+                        : yang::read_edit(server.schemas(),
+                                          yang::edit_element_from(server.schemas().context(), top), operation);
+    }
+    return edits;
 }
 
 void refuse_url(const Element &operation) {
@@ -58,16 +53,9 @@ void refuse_url(const Element &operation) {
 
 // Applies the operation's <config>; an empty one changes nothing.
 Spool edit_datastore(const Call &call, Datastore target, bool only_test) {
-    const auto edit =
-        edit_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
-    if (!edit.has_value())
-        return ok;
-    if (!is_of_rules(call.server, *edit))
-        call.server.datastores().edit(call.caller, target, *edit, only_test);
-    else if (target == Datastore::running)
-        call.server.service.edit_rules(call.caller, *edit, only_test);
-    else
-        throw rules_elsewhere();
+    const device::Edits edits =
+        edits_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
+    call.server.service.edit(call.caller, target, edits, only_test);
     return ok;
 }
 
@@ -112,7 +100,8 @@ std::optional<Element> inline_configuration(const Call &call) {
     return config;
 }
 
-// What copying an empty configuration amounts to.
+// What copying a configuration without the device's top node amounts to. One without <nacm> leaves the access
+// rules alone: most callers may not read them.
 yang::EditNode removal_of_all(const Server &server) {
     yang::EditNode edit;
     edit.node = server.schemas().openconfig_root();
@@ -132,11 +121,10 @@ Spool copy_config(const Call &call) {
         call.server.datastores().copy(call.caller, datastore_of(call.operation, "source"), target);
         return ok;
     }
-    const yang::EditNode edit =
-        edit_of(call.server, *config, yang::Operation::replace).value_or(removal_of_all(call.server));
-    if (is_of_rules(call.server, edit))
-        throw rules_elsewhere();
-    call.server.datastores().edit(call.caller, target, edit, false);
+    device::Edits edits = edits_of(call.server, *config, yang::Operation::replace);
+    if (!edits.openconfig.has_value())
+        edits.openconfig = removal_of_all(call.server);
+    call.server.service.edit(call.caller, target, edits, false);
     return ok;
 }
 
@@ -151,28 +139,45 @@ Spool delete_config(const Call &call) {
 Spool validate(const Call &call) {
     refuse_others(call.operation, {"source"});
     if (const std::optional<Element> config = inline_configuration(call)) {
-        const auto edit = edit_of(call.server, *config, yang::Operation::replace);
-        if (edit.has_value() && is_of_rules(call.server, *edit))
-            throw rules_elsewhere();
-        if (edit.has_value())
-            call.server.datastores().validate(*edit);
+        call.server.service.validate(edits_of(call.server, *config, yang::Operation::replace));
     } else {
         call.server.datastores().validate(datastore_of(call.operation, "source"));
     }
     return ok;
 }
 
+namespace {
+
+// RFC 6241 section 8.4.5: these parameters are of a confirmed commit. Ignoring one would make a commit final
+// that the client means to try.
+void refuse_without_confirmed(const Element &operation, std::initializer_list<const char *> names) {
+    for (const char *name : names)
+        if (operation.child(name).has_value())
+            throw RpcError("protocol", "bad-element",
+                           "<" + std::string(name) + "> applies to a commit with <confirmed/> only")
+                .with_info(bad_name("bad-element", name));
+}
+
+std::optional<device::Confirmation> confirmation_of(const Element &operation) {
+    const std::optional<Element> wanted = operation.child("confirmed");
+    if (!wanted.has_value()) {
+        refuse_without_confirmed(operation, {"confirm-timeout", "persist"});
+        return std::nullopt;
+    }
+    require_empty(*wanted);
+    device::Confirmation confirmed;
+    if (const auto timeout = operation.child("confirm-timeout"))
+        confirmed.timeout = std::chrono::seconds(number_of(*timeout, 1));
+    confirmed.persist = text_of(operation, "persist");
+    return confirmed;
+}
+
+} // namespace
+
 Spool commit(const Call &call) {
     refuse_others(call.operation, {"confirmed", "confirm-timeout", "persist", "persist-id"});
     require_writer(call);
-    std::optional<device::Confirmation> confirmed;
-    if (const std::optional<Element> wanted = call.operation.child("confirmed")) {
-        require_empty(*wanted);
-        confirmed.emplace();
-        if (const auto timeout = call.operation.child("confirm-timeout"))
-            confirmed->timeout = std::chrono::seconds(number_of(*timeout, 1));
-        confirmed->persist = text_of(call.operation, "persist");
-    }
+    const std::optional<device::Confirmation> confirmed = confirmation_of(call.operation);
     call.server.datastores().commit(call.caller, confirmed, text_of(call.operation, "persist-id"));
     return ok;
 }

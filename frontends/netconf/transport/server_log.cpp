@@ -5,6 +5,7 @@
 
 #include "base/say.h"
 #include "frontends/netconf/events/server_events.h"
+#include "yang/yang_text.h"
 
 namespace yfw::netconf {
 namespace {
@@ -22,7 +23,7 @@ bool writes(std::string_view operation) {
 } // namespace
 
 void log_line(std::string_view text) {
-    say(text.size() > longest_line ? std::string(text.substr(0, longest_line)) + "..." : std::string(text));
+    say(yang::shortened(text, longest_line));
 }
 
 std::string described(const events::Actor &actor) {

@@ -78,6 +78,8 @@ std::string new_content(const fs::path &file, const std::optional<std::string> &
     return content;
 }
 
+} // namespace
+
 // Also those of processes that are still at it: the store exists, so they need theirs no more.
 void remove_left_behind(const fs::path &file) {
     const std::string prefix = temporary_prefix(file);
@@ -92,8 +94,6 @@ void remove_left_behind(const fs::path &file) {
     for (const fs::path &path : found)
         fs::remove(path, error);
 }
-
-} // namespace
 
 void make_store(const fs::path &file, const std::optional<std::string> &owner,
                 const std::function<void(MakingStep)> &reached) {

@@ -22,6 +22,9 @@ enum class MakingStep {
 void make_store(const std::filesystem::path &file, const std::optional<std::string> &owner,
                 const std::function<void(MakingStep)> &reached = {});
 
+// Removes what processes that were killed while they made the store have left beside it. The store must exist.
+void remove_left_behind(const std::filesystem::path &file);
+
 } // namespace yfw::commits
 
 #endif

@@ -9,6 +9,7 @@
 #include "device/pending_file.h"
 #include "yang/configuration_text.h"
 #include "yang/edit.h"
+#include "yang/tree_text.h"
 
 namespace yfw::device {
 namespace {
@@ -22,9 +23,12 @@ CommitNote note_of(const Caller &caller) {
     return {caller.user, caller.comment};
 }
 
-Error denied_access(const Caller &caller, const std::string &path, access::Access access) {
-    return Error(ErrorTag::access_denied, path,
-                 caller.user + " may not " + std::string(to_string(access)) + " this node");
+// Of a node that may not be read, neither the access nor the path tells whether it exists.
+Error denied_access(const Caller &caller, const access::DeniedWrite &denied) {
+    const bool is_hidden = !denied.hidden.empty();
+    return Error(ErrorTag::access_denied, is_hidden ? denied.hidden : denied.path,
+                 caller.user + " may not " + (is_hidden ? "write" : std::string(to_string(denied.access))) +
+                     " this node");
 }
 
 Error request_error(ErrorTag tag, const std::string &message) {
@@ -86,27 +90,31 @@ ChangeGuard Datastores::guard_of(const Caller &caller) const {
         if (!denied.has_value())
             return;
         caller.rules->denials().data_writes++;
-        throw denied_access(caller, denied->path, denied->access);
+        throw denied_access(caller, *denied);
     };
 }
 
 void Datastores::refuse_creation(const Caller &caller, const Error &error, const lyd_node *before) {
     const std::string path = "/" + std::string(before->schema->module->name) + ":" + error.path().substr(1);
-    yang::DataTree readable = yang::copy_configuration(before);
-    caller.rules->remove_unreadable(readable);
     lyd_node *found = nullptr;
-    const bool is_readable =
-        readable != nullptr && lyd_find_path(readable.get(), path.c_str(), 0, &found) == LY_SUCCESS;
-    ly_err_clean(before->schema->module->ctx, nullptr);
-    if (is_readable)
+    if (lyd_find_path(before, path.c_str(), 0, &found) != LY_SUCCESS)
+        ly_err_clean(before->schema->module->ctx, nullptr);
+    const lyd_node *hidden = found != nullptr ? caller.rules->hidden(found) : before;
+    if (hidden == nullptr)
         throw error;
     caller.rules->denials().data_writes++;
-    throw denied_access(caller, path, access::Access::create);
+    throw denied_access(caller,
+                        {path, access::Access::create, found != nullptr ? yang::path_of(hidden) : path});
 }
 
 void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test) {
     const Guard guard(mutex_);
     refuse_if_locked(caller, target);
+    edit_discreetly(caller, target, edit, only_test);
+}
+
+void Datastores::edit_discreetly(const Caller &caller, Datastore target, const yang::EditNode &edit,
+                                 bool only_test) {
     try {
         edit_locked(caller, target, edit, only_test);
     } catch (const Error &error) {
@@ -118,17 +126,46 @@ void Datastores::edit(const Caller &caller, Datastore target, const yang::EditNo
     }
 }
 
-void Datastores::edit_rules(const Caller &caller, access::Nacm &rules, const yang::EditNode &edit,
-                            bool only_test) {
-    const Guard guard(mutex_);
-    refuse_if_locked(caller, Datastore::running);
+access::Nacm::Change Datastores::changed_rules(const Caller &caller, const access::Nacm &rules,
+                                               const yang::EditNode &edit) const {
     try {
-        if (rules.edit(edit, guard_of(caller), only_test))
-            events_.tell(events::ConfigurationChange{caller.actor(), events::edit_records(edit)});
+        return rules.changed_by(edit, guard_of(caller));
     } catch (const Error &error) {
         if (caller.rules == nullptr || error.tag() != ErrorTag::data_exists)
             throw;
         refuse_creation(caller, error, rules.tree(edit.node->module->ctx).get());
+    }
+}
+
+void Datastores::edit_with_rules(const Caller &caller, Datastore target, access::Nacm &rules,
+                                 const Edits &edits, bool only_test) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, target);
+    access::Nacm::Change change = changed_rules(caller, rules, *edits.rules);
+    if (change.has_effect() && target != Datastore::running)
+        throw Error(ErrorTag::operation_not_supported, "", "access rules can only be edited in running");
+    const bool has_effect = change.has_effect() && !only_test;
+    if (has_effect)
+        rules.write(change);
+    const int64_t back_to = std::max<int64_t>(device_.last_commit_number(), 0);
+    if (edits.openconfig.has_value())
+        edit_discreetly(caller, target, *edits.openconfig, only_test);
+    if (!has_effect)
+        return;
+    put_rules_into_force(caller, rules, std::move(change), back_to);
+    events_.tell(events::ConfigurationChange{caller.actor(), events::edit_records(*edits.rules)});
+}
+
+// If that fails, takes the rest of the edit back.
+void Datastores::put_rules_into_force(const Caller &caller, access::Nacm &rules, access::Nacm::Change change,
+                                      int64_t back_to) {
+    try {
+        rules.put_into_force(std::move(change));
+    } catch (...) {
+        if (device_.last_commit_number() > back_to)
+            tell_change(device_.rollback(back_to, {caller.user, "the access rules cannot be written"}),
+                        {caller.actor(), {}});
+        throw;
     }
 }
 

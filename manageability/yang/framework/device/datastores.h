@@ -36,6 +36,12 @@ struct Caller {
     events::Actor actor() const { return {session, user, host}; }
 };
 
+// An edit of a datastore, in parts; what is missing stays as it is.
+struct Edits {
+    std::optional<yang::EditNode> openconfig;
+    std::optional<yang::EditNode> rules; // of the <nacm>, see access::Nacm
+};
+
 struct Confirmation {
     std::chrono::seconds timeout{600};
     std::optional<std::string> persist;
@@ -56,8 +62,10 @@ public:
 
     // `only_test`: validate the edit without applying it.
     void edit(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
-    // Edits the access rules, which are part of running, but not of commits.
-    void edit_rules(const Caller &caller, access::Nacm &rules, const yang::EditNode &edit, bool only_test);
+    // The same together with an edit of the access rules, which must be there: both or neither. The rules are
+    // part of running, but not of commits.
+    void edit_with_rules(const Caller &caller, Datastore target, access::Nacm &rules, const Edits &edits,
+                         bool only_test);
     void validate(Datastore datastore);
     // Checks that an edit of the running configuration would be valid.
     void validate(const yang::EditNode &edit);
@@ -112,6 +120,12 @@ private:
         std::optional<std::string> persist;
     };
 
+    // The same as edit(), for a caller that may not be told all that is there; the datastore is free.
+    void edit_discreetly(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
+    access::Nacm::Change changed_rules(const Caller &caller, const access::Nacm &rules,
+                                       const yang::EditNode &edit) const;
+    void put_rules_into_force(const Caller &caller, access::Nacm &rules, access::Nacm::Change change,
+                              int64_t back_to);
     void edit_locked(const Caller &caller, Datastore target, const yang::EditNode &edit, bool only_test);
     void drop_candidate();
     // The work of a session may end after the session.

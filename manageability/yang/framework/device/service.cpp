@@ -18,8 +18,18 @@ std::shared_ptr<const access::UserRules> Service::rules_of(const std::string &us
     return std::make_shared<const access::UserRules>(rules_->rules_of(user, groups));
 }
 
-void Service::edit_rules(const Caller &caller, const yang::EditNode &edit, bool only_test) {
-    datastores_.edit_rules(caller, *rules_, edit, only_test);
+void Service::edit(const Caller &caller, Datastore target, const Edits &edits, bool only_test) {
+    if (edits.rules.has_value())
+        datastores_.edit_with_rules(caller, target, *rules_, edits, only_test);
+    else if (edits.openconfig.has_value())
+        datastores_.edit(caller, target, *edits.openconfig, only_test);
+}
+
+void Service::validate(const Edits &edits) {
+    if (edits.rules.has_value())
+        rules_->changed_by(*edits.rules, {});
+    if (edits.openconfig.has_value())
+        datastores_.validate(*edits.openconfig);
 }
 
 } // namespace yfw::device

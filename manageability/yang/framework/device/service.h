@@ -38,12 +38,16 @@ public:
     std::shared_ptr<const access::UserRules> rules_of(const std::string &user,
                                                       const std::vector<std::string> &groups) const;
 
-    // The access rules; NULL when there are none. Edit them with edit_rules().
+    // The access rules; NULL when there are none. Edit them with edit().
     const access::Nacm *rules() const { return rules_.has_value() ? &*rules_ : nullptr; }
     // Changes whenever the rules of users may have.
     uint64_t rules_version() const { return rules_.has_value() ? rules_->version() : 0; }
-    // Applies an edit of the <nacm>, see Nacm, as part of the running configuration. Throws Error.
-    void edit_rules(const Caller &caller, const yang::EditNode &edit, bool only_test);
+
+    // Applies both edits or neither. `only_test`: validates them without applying them. Throws Error, also for
+    // an edit of the access rules that would change those of the candidate, which has none.
+    void edit(const Caller &caller, Datastore target, const Edits &edits, bool only_test);
+    // Checks that edits of the running configuration would be valid. Throws Error.
+    void validate(const Edits &edits);
 
     // Call once, when no server offers the device any more: rolls back an unconfirmed commit, which nobody can
     // confirm now. Throws Error.

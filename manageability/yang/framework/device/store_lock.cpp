@@ -12,6 +12,7 @@
 #include "base/directories.h"
 #include "base/error.h"
 #include "base/system_error.h"
+#include "commits/new_store.h"
 
 namespace yfw::device {
 namespace {
@@ -62,16 +63,36 @@ bool is_locked_by_another(int file, off_t byte) {
 }
 
 // Behind links, as SQLite has its own files.
-fs::path lock_file(const fs::path &store) {
+fs::path real_path(const fs::path &store) {
     std::error_code error;
     const fs::path real = fs::weakly_canonical(store, error);
-    return (error ? store : real).string() + ".lock";
+    return error ? store : real;
+}
+
+fs::path lock_file(const fs::path &store) {
+    return real_path(store).string() + ".lock";
 }
 
 // A lock that is a link, or has another name, may be somebody's attempt to have another file written.
 bool is_plain(int file) {
     struct stat status {};
     return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+bool has_further_names(const fs::path &store) {
+    struct stat status {};
+    return ::stat(store.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink > 1;
+}
+
+// The lock and SQLite's own files next to a store have its name, so users of another name would neither see the
+// lock nor the transactions.
+void refuse_further_names(const fs::path &store) {
+    if (!has_further_names(store))
+        return;
+    commits::remove_left_behind(real_path(store)); // the name under which it was made
+    if (has_further_names(store))
+        throw Error(ErrorTag::operation_failed, store.string(),
+                    "has further names (hard links); a store that is served or written must have a single one");
 }
 
 // Whoever may write the store may lock it.
@@ -174,6 +195,7 @@ Descriptor StoreLock::open_file() const {
 void StoreLock::serve() {
     if (store_.empty())
         return;
+    refuse_further_names(store_);
     Descriptor file = open_file();
     if (!file.is_open())
         return;
@@ -203,6 +225,7 @@ void StoreLock::publish(const StoreHolds &holds, bool to_release) {
 StoreLock::Turn StoreLock::take_turn() const {
     if (store_.empty() || served_.is_open())
         return {};
+    refuse_further_names(store_);
     Turn turn{open_file(), true};
     if (!turn.file.is_open())
         return {};

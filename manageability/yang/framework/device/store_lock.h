@@ -28,6 +28,9 @@ struct StoreHolds {
 // nothing behind. The file stays when nobody needs it: removing it would split those who have it open from
 // those who make it anew.
 //
+// A store with several hard links is refused: the lock, and the files in which SQLite keeps transactions, are
+// found by name.
+//
 // A lock that cannot be made because the directory may only be read is no error unless the store can be
 // written. Every function throws Error. To be used by one thread at a time.
 class StoreLock {

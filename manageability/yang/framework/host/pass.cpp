@@ -11,8 +11,9 @@ ErrorTag tag_of(terrno status) {
     switch (status) {
     case YMAP_ERR_INVALID_ARGS:
     case YMAP_ERR_INVALID_VALUE:
-    case status_leafref_mismatch:
         return ErrorTag::invalid_value;
+    case status_leafref_mismatch: // RFC 7950 section 15.5
+        return ErrorTag::data_missing;
     case YMAP_ERR_UNSUPPORTED_TAG:
     case YMAP_ERR_UNSUPPORTED_AUGMENT:
         return ErrorTag::unknown_element;
@@ -27,6 +28,9 @@ ErrorTag tag_of(terrno status) {
     }
 }
 
+constexpr const char *leafref_mismatch =
+    "the entry's key and the leaf that the key refers to have different values";
+
 bool is_failure(terrno status) {
     return status != YMAP_OK && status != YMAP_STS_NO_MAPPING;
 }
@@ -39,7 +43,7 @@ Pass::Pass(const RequestTraits &traits, platform::TraceBuffer &buffer)
 void Pass::check(terrno status) const {
     if (!is_failure(status))
         return;
-    std::string reason = context.error_text();
+    std::string reason = status == status_leafref_mismatch ? leafref_mismatch : context.error_text();
     if (reason.empty())
         reason = log.last_error();
     throw Error(tag_of(status), context.error_path(), reason.empty() ? terr_strerror(status) : reason, status);

@@ -20,6 +20,7 @@ namespace yfw::access {
 
 struct AccessRule;
 struct AccessRules;
+class NewRulesFile;
 
 enum class Access { read, create, update, remove, exec };
 
@@ -29,6 +30,7 @@ std::string_view to_string(Access access);
 struct DeniedWrite {
     std::string path; // instance path, with module names
     Access access;
+    std::string hidden{}; // the outermost node on the path that the user may not read; empty: there is none
 };
 
 // How often something was denied since the rules were loaded (RFC 8341, the leafs denied-operations,
@@ -59,6 +61,9 @@ public:
     // of one context and may be NULL. Non-presence containers and values that exist only by default do not
     // count as changes.
     std::optional<DeniedWrite> denied_write(const lyd_node *before, const lyd_node *after) const;
+
+    // The outermost node among this one and its ancestors that the user may not read; NULL when there is none.
+    const lyd_node *hidden(const lyd_node *node) const;
 
 private:
     friend class Nacm;
@@ -96,11 +101,6 @@ public:
     yang::DataTree tree(const ly_ctx *context) const;
     const Denials &denials() const { return *denials_; }
 
-    // Applies an edit of the <nacm>, whose context is as for tree(). The result replaces the file's content,
-    // which loses its comments, and applies to rules_of() from now on. `only_test`: writes and changes nothing.
-    // Throws Error, and then nothing has changed. Returns whether something has.
-    bool edit(const yang::EditNode &edit, const RulesGuard &guard, bool only_test);
-
     // Changes with every edit.
     uint64_t version() const { return current().version; }
 
@@ -110,6 +110,31 @@ private:
         std::string text;
         uint64_t version = 0;
     };
+
+public:
+    // The valid result of an edit. While it exists, no other edit may be put into force.
+    class Change {
+    public:
+        // Whether it differs from the rules.
+        bool has_effect() const { return has_effect_; }
+
+    private:
+        friend class Nacm;
+        Current next_;
+        bool has_effect_ = false;
+        std::shared_ptr<NewRulesFile> file_;
+    };
+
+    // The result of an edit of the <nacm>, whose context is as for tree(). Throws Error.
+    Change changed_by(const yang::EditNode &edit, const RulesGuard &guard) const;
+    // Writes a change that has an effect to disk, where it replaces nothing yet: what may fail has failed by
+    // then. Throws Error.
+    void write(Change &change) const;
+    // Replaces the file's content by that of a written change; it loses its comments. The change applies to
+    // rules_of() from now on. Throws Error, and then nothing has changed.
+    void put_into_force(Change change);
+
+private:
     Current current() const;
 
     std::filesystem::path file_;

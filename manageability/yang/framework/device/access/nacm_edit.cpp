@@ -56,7 +56,7 @@ yang::DataTree Nacm::tree(const ly_ctx *context) const {
     return parsed(current().text, context);
 }
 
-bool Nacm::edit(const yang::EditNode &edit, const RulesGuard &guard, bool only_test) {
+Nacm::Change Nacm::changed_by(const yang::EditNode &edit, const RulesGuard &guard) const {
     if (touches_state(edit))
         throw Error(ErrorTag::unknown_element, "/nacm", "its counters are state, which cannot be edited");
     const yang::DataTree before = tree(edit.node->module->ctx);
@@ -66,24 +66,30 @@ bool Nacm::edit(const yang::EditNode &edit, const RulesGuard &guard, bool only_t
     const yang::DataTree after = applied(whole, before.get());
     if (guard)
         guard(before.get(), after.get());
-    const std::string text = printed(after.get());
-    if (text == printed(before.get()))
-        return false;
-    Current next;
+    Change change;
+    change.next_ = current();
+    change.has_effect_ = printed(after.get()) != printed(before.get());
+    if (!change.has_effect_)
+        return change;
+    change.next_.text = printed(after.get());
+    change.next_.version++;
     try {
-        next.rules =
-            std::make_shared<const AccessRules>(read_access_rules(text, "/nacm", module_files_, modules_));
+        change.next_.rules = std::make_shared<const AccessRules>(
+            read_access_rules(change.next_.text, "/nacm", module_files_, modules_));
     } catch (const Error &error) {
         throw Error(ErrorTag::invalid_value, "/nacm", error.what());
     }
-    if (only_test)
-        return false;
-    replace_rules_text(file_, text);
-    next.text = text;
-    next.version = current().version + 1;
+    return change;
+}
+
+void Nacm::write(Change &change) const {
+    change.file_ = std::make_shared<NewRulesFile>(file_, change.next_.text);
+}
+
+void Nacm::put_into_force(Change change) {
+    change.file_->replace_former();
     const std::lock_guard<std::mutex> lock(*mutex_);
-    current_ = std::move(next);
-    return true;
+    current_ = std::move(change.next_);
 }
 
 } // namespace yfw::access

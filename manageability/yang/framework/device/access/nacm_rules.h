@@ -55,8 +55,25 @@ std::string read_rules_text(const std::filesystem::path &file);
 AccessRules read_access_rules(const std::string &text, const std::filesystem::path &file,
                               const yang::ModuleFiles &module_files, const std::vector<std::string> &modules);
 
-// Replaces the file's content, at once and on disk; it keeps its owner and its mode. Throws Error.
-void replace_rules_text(const std::filesystem::path &file, const std::string &text);
+// A file's new content, on disk next to it until it replaces the former one at once. The file keeps its owner
+// and its mode.
+class NewRulesFile {
+public:
+    // Throws Error.
+    NewRulesFile(std::filesystem::path file, const std::string &text);
+    // Removes what has not replaced anything.
+    ~NewRulesFile();
+    NewRulesFile(const NewRulesFile &) = delete;
+    NewRulesFile &operator=(const NewRulesFile &) = delete;
+
+    // Call once. Throws Error.
+    void replace_former();
+
+private:
+    std::filesystem::path file_;
+    std::filesystem::path real_; // behind links, so that they stay
+    std::string made_;           // the name of the new file; empty when it has none any more
+};
 
 } // namespace yfw::access
 

@@ -19,7 +19,6 @@ namespace {
                 "the access rules cannot be written: " + system_error_text());
 }
 
-// Behind links, so that they stay.
 std::filesystem::path real_path(const std::filesystem::path &file) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::canonical(file, error);
@@ -32,24 +31,33 @@ bool keeps_access(int file, const struct stat &former) {
 
 } // namespace
 
-void replace_rules_text(const std::filesystem::path &file, const std::string &text) {
-    const std::filesystem::path real = real_path(file);
+NewRulesFile::NewRulesFile(std::filesystem::path file, const std::string &text)
+    : file_(std::move(file)), real_(real_path(file_)), made_(real_.string() + ".new-XXXXXX") {
     struct stat former {};
-    if (::stat(real.c_str(), &former) != 0 || ::faccessat(AT_FDCWD, real.c_str(), W_OK, AT_EACCESS) != 0)
-        fail(file);
-    std::string made = real.string() + ".new-XXXXXX";
-    Descriptor written(::mkostemp(made.data(), O_CLOEXEC));
+    if (::stat(real_.c_str(), &former) != 0 || ::faccessat(AT_FDCWD, real_.c_str(), W_OK, AT_EACCESS) != 0)
+        fail(file_);
+    const Descriptor written(::mkostemp(made_.data(), O_CLOEXEC));
     if (!written.is_open())
-        fail(file);
-    if (!write_all(written.get(), text) || !keeps_access(written.get(), former) ||
-        ::fsync(written.get()) != 0 || ::rename(made.c_str(), real.c_str()) != 0) {
-        const int error = errno;
-        ::unlink(made.c_str());
-        errno = error;
-        fail(file);
-    }
-    if (sync_directory(real.has_parent_path() ? real.parent_path() : "."))
-        fail(file);
+        fail(file_);
+    if (write_all(written.get(), text) && keeps_access(written.get(), former) && ::fsync(written.get()) == 0)
+        return;
+    const int error = errno;
+    ::unlink(made_.c_str());
+    errno = error;
+    fail(file_);
+}
+
+NewRulesFile::~NewRulesFile() {
+    if (!made_.empty())
+        ::unlink(made_.c_str());
+}
+
+void NewRulesFile::replace_former() {
+    if (::rename(made_.c_str(), real_.c_str()) != 0)
+        fail(file_);
+    made_.clear();
+    // The rules are in force; after a crash of the machine, the former ones may be.
+    static_cast<void>(sync_directory(real_.has_parent_path() ? real_.parent_path() : "."));
 }
 
 } // namespace yfw::access

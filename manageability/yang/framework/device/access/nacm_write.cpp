@@ -44,13 +44,18 @@ const lyd_node *same_among(const lyd_node *siblings, const lyd_node *node) {
     return status == LY_SUCCESS ? same : nullptr;
 }
 
+struct Denied {
+    const lyd_node *node; // of either configuration
+    Access access;
+};
+
 class Comparison {
 public:
     Comparison(const AccessRules &all, const std::vector<const AccessRule *> &rules, const lyd_node *before,
                const lyd_node *after)
         : before_(all, rules, writes, before), after_(all, rules, writes, after) {}
 
-    std::optional<DeniedWrite> first_denied(const lyd_node *before, const lyd_node *after) {
+    std::optional<Denied> first_denied(const lyd_node *before, const lyd_node *after) {
         return siblings(before, after, {before_.at_top(), after_.at_top()});
     }
 
@@ -61,8 +66,8 @@ private:
     };
 
     // Visits nodes that exist on one side only in place, between those that exist on both.
-    std::optional<DeniedWrite> siblings(const lyd_node *before, const lyd_node *after, const Inherited &above) {
-        std::optional<DeniedWrite> denied;
+    std::optional<Denied> siblings(const lyd_node *before, const lyd_node *after, const Inherited &above) {
+        std::optional<Denied> denied;
         std::unordered_set<const lyd_node *> moved;
         const lyd_node *old = before;
         const lyd_node *now = after;
@@ -94,13 +99,13 @@ private:
         return now != nullptr && now != same && now->schema == same->schema && lysc_is_userordered(now->schema);
     }
 
-    std::optional<DeniedWrite> moved_entry(const lyd_node *now, const Inherited &above) {
+    std::optional<Denied> moved_entry(const lyd_node *now, const Inherited &above) {
         RulesOnTree::Positions merged;
         return denied_at(after_, now, after_.at(now, above.after, merged), Access::update);
     }
 
     // Compares one node and its subtree; either may be NULL.
-    std::optional<DeniedWrite> node(const lyd_node *before, const lyd_node *after, const Inherited &above) {
+    std::optional<Denied> node(const lyd_node *before, const lyd_node *after, const Inherited &above) {
         RulesOnTree::Positions merged_before;
         RulesOnTree::Positions merged_after;
         Inherited here = above;
@@ -108,18 +113,18 @@ private:
             here.before = before_.at(before, above.before, merged_before);
         if (after != nullptr)
             here.after = after_.at(after, above.after, merged_after);
-        std::optional<DeniedWrite> denied;
+        std::optional<Denied> denied;
         if (const std::optional<Access> change = change_between(before, after))
             denied = *change == Access::remove ? denied_at(before_, before, here.before, *change)
                                                : denied_at(after_, after, here.after, *change);
         return denied.has_value() ? denied : siblings(lyd_child(before), lyd_child(after), here);
     }
 
-    static std::optional<DeniedWrite> denied_at(RulesOnTree &rules, const lyd_node *node,
-                                                const RulesOnTree::Inherited &here, Access access) {
+    static std::optional<Denied> denied_at(RulesOnTree &rules, const lyd_node *node,
+                                           const RulesOnTree::Inherited &here, Access access) {
         if (rules.permits(access, node, here))
             return std::nullopt;
-        return DeniedWrite{yang::path_of(node), access};
+        return Denied{node, access};
     }
 
     RulesOnTree before_;
@@ -133,7 +138,13 @@ std::optional<DeniedWrite> UserRules::denied_write(const lyd_node *before, const
         return std::nullopt;
     const lyd_node *first_before = lyd_first_sibling(before);
     const lyd_node *first_after = lyd_first_sibling(after);
-    return Comparison(*all_, rules_, first_before, first_after).first_denied(first_before, first_after);
+    const std::optional<Denied> denied =
+        Comparison(*all_, rules_, first_before, first_after).first_denied(first_before, first_after);
+    if (!denied.has_value())
+        return std::nullopt;
+    const lyd_node *outermost = hidden(denied->node);
+    return DeniedWrite{yang::path_of(denied->node), denied->access,
+                       outermost != nullptr ? yang::path_of(outermost) : ""};
 }
 
 } // namespace yfw::access
