@@ -42,7 +42,7 @@ yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
     host::ReadRequest whole;
     whole.content = host::Content::config;
     whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-    return engine_.read(whole, {yang::borrowed(native)}).data;
+    return engine_.read(whole, {yang::instance_forest(native)}).data;
 }
 
 bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {

@@ -97,9 +97,9 @@ std::vector<Drift> ManagedDevice::drift() {
         std::erase_if(found, [&](const Drift &one) { return held.contains(one.path); });
         return found;
     }
-    std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), committed->native.get());
-    const host::Answer expected =
-        engine_.read(whole, {as_read.has_value() ? yang::SharedData(std::move(*as_read)) : committed->native});
+    const std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), committed->native.get());
+    const host::Answer expected = engine_.read(
+        whole, {yang::instance_forest(as_read.has_value() ? as_read->get() : committed->native.get())});
     return find_drift(openconfig, applied.data.get(), expected.data.get(), suspended);
 }
 

@@ -59,8 +59,8 @@ public:
     host::SettledAnswer answer_applied(const host::ReadRequest &request) { return engine_.answer(request); }
     host::Answer read_applied(const host::ReadRequest &request) { return engine_.read(request); }
     // The same, on native data from elsewhere, such as a watch.
-    host::Answer read_applied(const host::ReadRequest &request, yang::DataTree native) {
-        return engine_.read(request, {std::move(native)});
+    host::Answer read_applied(const host::ReadRequest &request, const yang::DataTree &native) {
+        return engine_.read(request, {yang::instance_forest(native.get())});
     }
 
     // What the mapping does with a request; reads and changes nothing.

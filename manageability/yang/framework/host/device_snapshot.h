@@ -10,7 +10,7 @@
 #include "host/device_questions.h"
 #include "platform/device_view.h"
 #include "sources/native_source.h"
-#include "yang/data_tree.h"
+#include "yang/instance_tree.h"
 
 namespace yfw::host {
 
@@ -21,7 +21,7 @@ public:
         : questions_(questions), native_(std::move(native)) {}
 
     // The data below a native top node; NULL when the device has none.
-    const lyd_node *top(const lysc_node *schema) const;
+    const yang::InstanceNode *top(const lysc_node *schema) const;
 
     std::optional<bool> enabled_globally() const override;
     std::vector<std::string> configured_interfaces() const override;

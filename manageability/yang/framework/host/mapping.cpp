@@ -185,12 +185,12 @@ bool Mapping::confirm(const NamedEntries &named, AnswerTree &answer, const Selec
                       NativeResponses &responses, const Tracing &tracing) {
     std::map<const lysc_node *, std::unique_ptr<AnswerTree>> outlines;
     for (const AnswerEntry *entry : named.found()) {
-        const lyd_node *native = responses.data_of(answer.source_of(*entry));
+        const yang::InstanceNode *native = responses.data_of(answer.source_of(*entry));
         if (native == nullptr)
             return false;
-        std::unique_ptr<AnswerTree> &outline = outlines[native->schema];
+        std::unique_ptr<AnswerTree> &outline = outlines[native->schema()];
         if (outline == nullptr)
-            outline = map_outline(native->schema, all, content, responses, tracing);
+            outline = map_outline(native->schema(), all, content, responses, tracing);
         const AnswerEntry *same = outline->counterpart(*entry);
         if (same == nullptr || responses.data_of(outline->source_of(*same)) != native)
             return false;

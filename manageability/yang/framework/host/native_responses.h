@@ -31,7 +31,7 @@ public:
     bool are_narrowed() const { return selection_.narrows(); }
 
     // The data that a node of a kept response was made of; NULL when it is in none.
-    const lyd_node *data_of(const tidl_yfw_datatree *node) const;
+    const yang::InstanceNode *data_of(const tidl_yfw_datatree *node) const;
 
     // The roots of all entries of a native list: see NativeSelection::outline(). NULL when there are none.
     // Valid as long as this object.
