@@ -85,13 +85,14 @@ std::vector<std::string> DeviceSnapshot::configured_interfaces() const {
 }
 
 bool DeviceSnapshot::interface_exists(std::string_view display_name) const {
-    if (!interfaces_) {
-        interfaces_.emplace();
+    const std::unordered_set<std::string> &interfaces = index_->interfaces([this] {
+        std::unordered_set<std::string> found;
         for (const DeviceQuestions::Entries &entries : questions_.interfaces)
             for (std::string &name : names(entries))
-                interfaces_->insert(std::move(name));
-    }
-    return interfaces_->contains(std::string(display_name));
+                found.insert(std::move(name));
+        return found;
+    });
+    return interfaces.contains(std::string(display_name));
 }
 
 } // namespace yfw::host

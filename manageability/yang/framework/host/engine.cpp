@@ -127,7 +127,8 @@ SettledAnswer Engine::settled(std::vector<std::shared_ptr<AnswerTree>> written,
 // memory at once.
 std::vector<std::shared_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
                                                             Content content, sources::Snapshot native) {
-    const DeviceSnapshot device(questions_, std::move(native));
+    std::shared_ptr<DeviceIndex> index = index_.of(native);
+    const DeviceSnapshot device(questions_, std::move(native), std::move(index));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);

@@ -32,10 +32,19 @@ bool has_wanted_keys(const yang::InstanceNode *entry, const SelectedNode &select
     return true;
 }
 
+// A key that narrows the entries of a list; NULL when none does.
+const SelectedNode *wanted_key(const SelectedNode &selection) {
+    for (const auto &list : selection.children)
+        for (const auto &child : list->children)
+            if (child->value.has_value())
+                return child.get();
+    return nullptr;
+}
+
 } // namespace
 
-NativeResponse::NativeResponse(const yang::InstanceNode *top, const SelectedNode &selection)
-    : top_(top), selection_(&selection) {
+NativeResponse::NativeResponse(const yang::InstanceNode *top, const SelectedNode &selection, EntryIndex &index)
+    : top_(top), selection_(&selection), index_(&index) {
     tidl_yfw_datatree *root = allocate(1);
     fill(*root, top, &selection, selection.whole);
     root_ = root;
@@ -63,12 +72,18 @@ bool NativeResponse::includes(const yang::InstanceNode *node, const SelectedNode
 template <class Visit>
 void NativeResponse::for_each_included(const yang::InstanceNode *parent, const SelectedNode *selection,
                                        bool whole, Visit &&visit) const {
-    for (const yang::InstanceNode *child = parent->child(); child != nullptr; child = child->next()) {
-        if (!includes(child, selection, whole))
-            continue;
-        const SelectedNode *below = selection != nullptr ? selection->child(child->schema()) : nullptr;
-        visit(child, below, whole || (below != nullptr && below->whole));
+    const auto visit_if_included = [&](const yang::InstanceNode &child) {
+        if (!includes(&child, selection, whole))
+            return;
+        const SelectedNode *below = selection != nullptr ? selection->child(child.schema()) : nullptr;
+        visit(&child, below, whole || (below != nullptr && below->whole));
+    };
+    if (const SelectedNode *key = selection != nullptr ? wanted_key(*selection) : nullptr) {
+        index_->for_each_child(*parent, key->node, *key->value, visit_if_included);
+        return;
     }
+    for (const yang::InstanceNode *child = parent->child(); child != nullptr; child = child->next())
+        visit_if_included(*child);
 }
 
 void NativeResponse::fill(tidl_yfw_datatree &to, const yang::InstanceNode *from, const SelectedNode *selection,
@@ -97,26 +112,42 @@ void NativeResponse::fill(tidl_yfw_datatree &to, const yang::InstanceNode *from,
                       });
 }
 
-const yang::InstanceNode *NativeResponse::data_of(const tidl_yfw_datatree *node) const {
-    return top_ != nullptr ? search(*root_, node, top_, selection_, selection_->whole) : nullptr;
-}
-
-const yang::InstanceNode *NativeResponse::search(const tidl_yfw_datatree &in, const tidl_yfw_datatree *wanted,
-                                                 const yang::InstanceNode *data, const SelectedNode *selection,
-                                                 bool whole) const {
-    if (&in == wanted)
-        return data;
-    if (in.child_count == 0)
-        return nullptr;
-    const yang::InstanceNode *found = nullptr;
-    const tidl_yfw_datatree *next = in.children;
-    for_each_included(data, selection, whole,
+template <class Visit>
+bool NativeResponse::walk(const tidl_yfw_datatree &node, const yang::InstanceNode &data,
+                          const SelectedNode *selection, bool whole, const Visit &visit) const {
+    if (!visit(node, data))
+        return false;
+    if (node.child_count == 0)
+        return true;
+    bool goes_on = true;
+    const tidl_yfw_datatree *next = node.children;
+    for_each_included(&data, selection, whole,
                       [&](const yang::InstanceNode *child, const SelectedNode *below, bool all) {
-                          if (found == nullptr)
-                              found = search(*next, wanted, child, below, all);
+                          goes_on = goes_on && walk(*next, *child, below, all, visit);
                           next++;
                       });
+    return goes_on;
+}
+
+const yang::InstanceNode *NativeResponse::data_of(const tidl_yfw_datatree *node) const {
+    const yang::InstanceNode *found = nullptr;
+    if (top_ != nullptr)
+        walk(*root_, *top_, selection_, selection_->whole,
+             [&](const tidl_yfw_datatree &at, const yang::InstanceNode &data) {
+                 found = &at == node ? &data : nullptr;
+                 return found == nullptr;
+             });
     return found;
+}
+
+void NativeResponse::for_each_list_entry(const VisitEntry &visit) const {
+    if (top_ != nullptr)
+        walk(*root_, *top_, selection_, selection_->whole,
+             [&](const tidl_yfw_datatree &node, const yang::InstanceNode &data) {
+                 if (data.schema()->nodetype == LYS_LIST)
+                     visit(node, data);
+                 return true;
+             });
 }
 
 } // namespace yfw::host

@@ -55,12 +55,13 @@ protected:
     // The response of the data's first top node.
     const tidl_yfw_datatree &response() {
         const SelectedNode *tree = selected.tree(data->first()->schema());
-        made = std::make_unique<NativeResponse>(data->first(), *tree);
+        made = std::make_unique<NativeResponse>(data->first(), *tree, index);
         return *made->root();
     }
 
     NativeSelection selected{schemas()};
     yang::SharedForest data;
+    EntryIndex index;
     std::unique_ptr<NativeResponse> made;
 };
 
