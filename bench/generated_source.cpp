@@ -14,6 +14,7 @@ GeneratedSource::GeneratedSource(const yang::Schemas &schemas, const DeviceSize 
                            &data) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(schemas.context()));
     data_.reset(data);
+    forest_ = yang::instance_forest(data);
 }
 
 yang::DataTree GeneratedSource::read(const ly_ctx *) {

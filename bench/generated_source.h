@@ -14,10 +14,11 @@ public:
     GeneratedSource(const yang::Schemas &schemas, const DeviceSize &size);
 
     yang::DataTree read(const ly_ctx *) override;
-    sources::Snapshot snapshot(const ly_ctx *) override { return {yang::borrowed(data_.get())}; }
+    sources::Snapshot snapshot(const ly_ctx *) override { return {forest_}; }
 
 private:
     yang::DataTree data_;
+    yang::SharedForest forest_; // the same
 };
 
 } // namespace yfw::bench

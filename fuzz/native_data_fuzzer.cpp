@@ -1,6 +1,10 @@
 // The fuzz target for native instance data in files. An input is the content of a file, XML or JSON.
+#include <algorithm>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "base/error.h"
 #include "base/private_directory.h"
@@ -12,6 +16,19 @@
 
 namespace yfw::fuzz {
 namespace {
+
+bool same_tree(const yang::InstanceNode *a, const yang::InstanceNode *b) {
+    if (a->schema() != b->schema())
+        return false;
+    if (yang::is_term(a->schema()))
+        return std::strcmp(a->value(), b->value()) == 0;
+    const yang::InstanceNode *one = a->child();
+    const yang::InstanceNode *other = b->child();
+    for (; one != nullptr && other != nullptr; one = one->next(), other = other->next())
+        if (!same_tree(one, other))
+            return false;
+    return one == nullptr && other == nullptr;
+}
 
 yang::DataTree read_back(const std::filesystem::path &file, const std::string &text) {
     write_file(file, text);
@@ -32,6 +49,27 @@ void check_printed(const yang::DataTree &data, LYD_FORMAT format, const std::fil
     }
 }
 
+// The trees, those of one node in their order.
+std::vector<const yang::InstanceNode *> trees_of(const yang::InstanceForest &forest) {
+    std::vector<const yang::InstanceNode *> trees;
+    for (const yang::InstanceNode *top = forest.first(); top != nullptr; top = top->next())
+        trees.push_back(top);
+    std::stable_sort(trees.begin(), trees.end(), [](const auto *a, const auto *b) {
+        return std::less<const lysc_node *>{}(a->schema(), b->schema());
+    });
+    return trees;
+}
+
+// Both ways to read a device find the same.
+void check_snapshot(const yang::DataTree &data, const std::filesystem::path &file, const std::string &text) {
+    const sources::Snapshot snapshot = sources::FileSource({file}).snapshot(shipped_schemas().context());
+    const yang::SharedForest wanted = yang::instance_forest(data.get());
+    const std::vector<const yang::InstanceNode *> trees = trees_of(*snapshot.data);
+    const std::vector<const yang::InstanceNode *> others = trees_of(*wanted);
+    require(std::equal(trees.begin(), trees.end(), others.begin(), others.end(), same_tree),
+            "A snapshot differs from the data.", text);
+}
+
 } // namespace
 
 void run(std::string_view bytes) {
@@ -40,6 +78,7 @@ void run(std::string_view bytes) {
     const std::string text(bytes);
     try {
         const yang::DataTree data = read_back(file, text);
+        check_snapshot(data, file, text);
         if (data == nullptr)
             return;
         check_printed(data, LYD_XML, file);

@@ -11,6 +11,7 @@
 #include "yang/configuration_text.h"
 #include "yang/edit_apply.h"
 #include "yang/forest.h"
+#include "yang/instance_data.h"
 
 namespace yfw::device {
 namespace {
@@ -68,21 +69,22 @@ ConfigurationMapper::ConfigurationMapper(const yang::Schemas &schemas, host::Eng
     : schemas_(schemas), engine_(engine), mapping_(mapping),
       leaf_lists_(selection_of_leaf_lists(schemas.openconfig_root())) {}
 
-yang::DataTree ConfigurationMapper::hidden_values(const lyd_node *native) {
+yang::DataTree ConfigurationMapper::hidden_values(const sources::Snapshot &native) {
     if (!leaf_lists_.has_value())
         return nullptr;
     host::ReadRequest request;
     request.content = host::Content::config;
     request.selection = leaf_lists_;
-    yang::DataTree shown = engine_.read(request, {yang::borrowed(native)}).data;
+    yang::DataTree shown = engine_.read(request, native).data;
     const lysc_node *root = schemas_.openconfig_root();
     yang::EditNode removal = values_of_leaf_lists(root, shown.get(), nullptr, yang::Operation::remove);
     if (!does_something(removal))
         return nullptr;
-    Mapped rest{yang::copy_of_configuration_in(native), {}};
+    Mapped rest{
+        yang::configuration_in(native.configuration.has_value() ? **native.configuration : *native.data), {}};
     yang::DataTree hidden;
     for (int round = 0; round < most_rounds && apply(removal, rest); round++) {
-        const yang::DataTree next = engine_.read(request, {yang::borrowed(rest.native.get())}).data;
+        const yang::DataTree next = engine_.read(request, {yang::instance_forest(rest.native.get())}).data;
         const yang::EditNode found =
             values_of_leaf_lists(root, next.get(), shown.get(), yang::Operation::merge);
         if (!does_something(found))
@@ -95,8 +97,9 @@ yang::DataTree ConfigurationMapper::hidden_values(const lyd_node *native) {
 }
 
 yang::DataTree ConfigurationMapper::translate(const lyd_node *native) {
-    yang::DataTree shown = read_back(native);
-    if (yang::DataTree hidden = hidden_values(native))
+    const sources::Snapshot snapshot{yang::instance_forest(native)};
+    yang::DataTree shown = engine_.read(whole_configuration(), snapshot).data;
+    if (yang::DataTree hidden = hidden_values(snapshot))
         yang::merge(shown, std::move(hidden));
     return shown;
 }
@@ -117,11 +120,15 @@ std::vector<host::NativePath> ConfigurationMapper::edits_of(const lyd_node *open
     }
 }
 
-yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
+host::ReadRequest ConfigurationMapper::whole_configuration() const {
     host::ReadRequest whole;
     whole.content = host::Content::config;
     whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-    return engine_.read(whole, {yang::borrowed(native)}).data;
+    return whole;
+}
+
+yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
+    return engine_.read(whole_configuration(), {yang::instance_forest(native)}).data;
 }
 
 bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {

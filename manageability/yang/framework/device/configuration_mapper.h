@@ -12,6 +12,7 @@
 #include "host/engine.h"
 #include "host/mapping_description.h"
 #include "host/request.h"
+#include "sources/native_source.h"
 #include "yang/edit.h"
 #include "yang/schemas.h"
 
@@ -28,8 +29,8 @@ public:
     yang::DataTree read_back(const lyd_node *native);
 
     // The values of leaf-lists in it that the mapping does not show beside those that it shows, from the top
-    // container down; NULL when there are none. `native` may hold other data, too. Throws Error.
-    yang::DataTree hidden_values(const lyd_node *native);
+    // container down; NULL when there are none. Throws Error.
+    yang::DataTree hidden_values(const sources::Snapshot &native);
 
     // Both together: everything that the native configuration says. Throws Error.
     yang::DataTree translate(const lyd_node *native);
@@ -57,6 +58,7 @@ public:
                                            const lyd_node *native);
 
 private:
+    host::ReadRequest whole_configuration() const;
     // Returns whether the edit changes anything.
     bool apply(const yang::EditNode &edit, Mapped &mapped);
     // After an edit from `before`: what a single edit to `after` would have led to.

@@ -57,7 +57,8 @@ std::optional<yang::SharedData> ConfiguredSource::kept_configuration(int64_t num
 yang::SharedData ConfiguredSource::configuration_of(const commits::Commit &commit) {
     const std::lock_guard<std::mutex> guard(mutex_);
     if (!kept_.has_value() || kept_->number != commit.number)
-        kept_ = Kept{commit.number, yang::parse_configuration(schemas_, commit.configuration, store_.string())};
+        kept_ = Kept{commit.number, yang::parse_configuration(schemas_, commit.configuration, store_.string()),
+                     nullptr};
     return kept_->configuration;
 }
 
@@ -69,6 +70,18 @@ std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
         return kept;
     const std::optional<commits::Commit> commit = find_commit(*number);
     return commit.has_value() ? std::optional(configuration_of(*commit)) : std::nullopt;
+}
+
+std::optional<yang::SharedForest> ConfiguredSource::committed_forest() {
+    const std::optional<yang::SharedData> committed = committed_configuration();
+    if (!committed.has_value())
+        return std::nullopt;
+    const std::lock_guard<std::mutex> guard(mutex_);
+    if (!kept_.has_value() || kept_->configuration != *committed) // another thread has read another commit
+        return yang::instance_forest(committed->get());
+    if (kept_->forest == nullptr)
+        kept_->forest = yang::instance_forest(committed->get());
+    return kept_->forest;
 }
 
 yang::DataTree ConfiguredSource::read(const ly_ctx *context) {
@@ -87,7 +100,7 @@ sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
     sources::Snapshot native = source_.snapshot(context);
     if (in_force_ == InForce::its_own)
         return native;
-    if (std::optional<yang::SharedData> committed = committed_configuration())
+    if (std::optional<yang::SharedForest> committed = committed_forest())
         native.configuration = std::move(committed); // the commit replaces the recorded configuration
     return native;
 }
@@ -102,8 +115,7 @@ yang::SharedData ConfiguredSource::running_configuration() {
 }
 
 yang::DataTree ConfiguredSource::recorded_configuration() {
-    yang::DataTree data = source_.read(schemas_.context());
-    return yang::take_configuration(data);
+    return source_.configuration(schemas_.context());
 }
 
 } // namespace yfw::device

@@ -70,6 +70,7 @@ private:
     };
     static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
     std::optional<yang::SharedData> committed_configuration();
+    std::optional<yang::SharedForest> committed_forest();
 
     const yang::Schemas &schemas_;
     sources::NativeSource &source_;
@@ -84,6 +85,7 @@ private:
     struct Kept {
         int64_t number = 0;
         yang::SharedData configuration;
+        yang::SharedForest forest; // the same; NULL until a snapshot is taken
     };
     mutable std::optional<Kept> kept_;
 };

@@ -63,9 +63,7 @@ host::SettledAnswer ManagedDevice::answer_applied(const host::ReadRequest &reque
 
 host::SettledAnswer ManagedDevice::answer_translated(const host::ReadRequest &request,
                                                      sources::Snapshot native) {
-    const lyd_node *configuration =
-        native.configuration.has_value() ? native.configuration->get() : native.data.get();
-    const yang::DataTree hidden = mapper_.hidden_values(configuration);
+    const yang::DataTree hidden = mapper_.hidden_values(native);
     host::SettledAnswer answer = engine_.answer(request, std::move(native));
     if (hidden == nullptr)
         return answer;
@@ -141,22 +139,20 @@ std::vector<Drift> ManagedDevice::drift_of_target(const Configuration &committed
                                                   const Suspensions &suspended) {
     const lyd_node *openconfig = committed.openconfig.get();
     const lyd_node *native = committed.native.get();
-    std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), native);
+    const std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), native);
     host::ReadRequest whole;
     whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-    const yang::DataTree expected =
-        answer_translated(whole,
-                          {as_read.has_value() ? yang::SharedData(std::move(*as_read)) : committed.native})
-            .take_data();
+    const lyd_node *told = as_read.has_value() ? as_read->get() : native;
+    const yang::DataTree expected = answer_translated(whole, {yang::instance_forest(told)}).take_data();
     std::vector<Drift> found = find_drift(openconfig, applied, expected.get(), suspended);
     const std::vector<sources::PendingSetting> pending = target_->pending(native);
     if (pending.empty())
         return found;
     const std::set<std::string> paths = paths_in_force(found);
-    std::vector<host::NativePath> told = mapper_.edits_of(openconfig, paths, native);
+    std::vector<host::NativePath> explained = mapper_.edits_of(openconfig, paths, native);
     const std::vector<host::NativePath> told_by_device = mapper_.edits_of(applied, paths, native);
-    told.insert(told.end(), told_by_device.begin(), told_by_device.end());
-    const std::vector<Drift> untold = untold_drift(pending, paths, told);
+    explained.insert(explained.end(), told_by_device.begin(), told_by_device.end());
+    const std::vector<Drift> untold = untold_drift(pending, paths, explained);
     found.insert(found.end(), untold.begin(), untold.end());
     return found;
 }

@@ -61,8 +61,8 @@ public:
         return host::data_of(answer_applied(request));
     }
     // The same, on native data from elsewhere, such as a watch.
-    host::Answer read_applied(const host::ReadRequest &request, yang::DataTree native) {
-        return engine_.read(request, {std::move(native)});
+    host::Answer read_applied(const host::ReadRequest &request, const yang::DataTree &native) {
+        return engine_.read(request, {yang::instance_forest(native.get())});
     }
 
     // What the mapping does with a request; reads and changes nothing.

@@ -63,7 +63,7 @@ std::optional<NeighborReport> NeighborReporter::report(sources::NeighborEvent ev
         return std::nullopt;
     NeighborReport report;
     report.change = event.change;
-    report.answer = device_.read_applied(wanted_, std::move(event.data)).data;
+    report.answer = device_.read_applied(wanted_, event.data).data;
     report.neighbor = entry_in(report.answer.get(), entry_);
     return report.neighbor != nullptr ? std::optional(std::move(report)) : std::nullopt;
 }

@@ -36,22 +36,6 @@ void collect(lyd_node *siblings, const lysc_node *wanted, std::vector<lyd_node *
     }
 }
 
-// The leaf, which no list is above; NULL when it is not set.
-const lyd_node *instance_of(const lysc_node *leaf, const lyd_node *configuration) {
-    std::vector<const lysc_node *> steps;
-    for (const lysc_node *node = leaf; node != nullptr; node = node->parent)
-        steps.insert(steps.begin(), node);
-    const lyd_node *at = nullptr;
-    for (const lysc_node *step : steps) {
-        lyd_node *next = nullptr;
-        lyd_find_sibling_val(at != nullptr ? lyd_child(at) : configuration, step, nullptr, 0, &next);
-        if (next == nullptr)
-            return nullptr;
-        at = next;
-    }
-    return at;
-}
-
 } // namespace
 
 Suspensions::Suspensions(const yang::Schemas &schemas, const host::MappingDescription &mapping,
@@ -59,7 +43,7 @@ Suspensions::Suspensions(const yang::Schemas &schemas, const host::MappingDescri
     const std::string &openconfig = mapping.modules.openconfig.front();
     for (const host::Suspension &suspension : mapping.suspensions) {
         const lysc_node *leaf = found(schemas, mapping, openconfig, suspension.leaf);
-        const lyd_node *instance = instance_of(leaf, configuration);
+        const lyd_node *instance = yang::instance_of(leaf, configuration);
         if (instance == nullptr || suspension.value != lyd_get_value(instance))
             continue;
         for (const std::string &path : suspension.nodes)
@@ -118,7 +102,7 @@ void Suspensions::hold_back(yang::EditNode &edit, const lyd_node *present) const
 
 void Suspensions::lift(yang::DataTree &configuration) const {
     for (const Held &held : held_)
-        if (const lyd_node *leaf = instance_of(held.leaf, configuration.get()))
+        if (const lyd_node *leaf = yang::instance_of(held.leaf, configuration.get()))
             yang::remove(configuration, const_cast<lyd_node *>(leaf));
 }
 

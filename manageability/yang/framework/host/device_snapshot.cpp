@@ -4,65 +4,64 @@
 #include <string_view>
 
 namespace yfw::host {
+
+using yang::InstanceNode;
+
 namespace {
 
-const lyd_node *child(const lyd_node *parent, const lysc_node *schema) {
-    for (const lyd_node *node = lyd_child(parent); node != nullptr; node = node->next)
-        if (node->schema == schema)
+const InstanceNode *child(const InstanceNode *parent, const lysc_node *schema) {
+    for (const InstanceNode *node = parent->child(); node != nullptr; node = node->next())
+        if (node->schema() == schema)
             return node;
     return nullptr;
 }
 
-std::string value(const lyd_node *parent, const lysc_node *schema) {
-    const lyd_node *leaf = child(parent, schema);
-    return leaf != nullptr ? lyd_get_value(leaf) : "";
+std::string value(const InstanceNode *parent, const lysc_node *schema) {
+    const InstanceNode *leaf = child(parent, schema);
+    return leaf != nullptr ? leaf->value() : "";
 }
 
 // Calls `visit` with every instance of the last node of `way`, whose first is `at`'s.
 template <class Visit>
-void visit_instances(const lyd_node *at, const std::vector<const lysc_node *> &way, size_t depth,
+void visit_instances(const InstanceNode *at, const std::vector<const lysc_node *> &way, size_t depth,
                      Visit &&visit) {
     if (depth + 1 == way.size()) {
         visit(at);
         return;
     }
-    for (const lyd_node *node = lyd_child(at); node != nullptr; node = node->next)
-        if (node->schema == way[depth + 1])
+    for (const InstanceNode *node = at->child(); node != nullptr; node = node->next())
+        if (node->schema() == way[depth + 1])
             visit_instances(node, way, depth + 1, visit);
 }
 
-bool is_meant(const lyd_node *entry, const DeviceQuestions::Entries &entries) {
+bool is_meant(const InstanceNode *entry, const DeviceQuestions::Entries &entries) {
     for (const auto &[leaf, wanted] : entries.where)
         if (value(entry, leaf) != wanted)
             return false;
     if (entries.holding == nullptr)
         return true;
-    const lyd_node *holder = child(entry, entries.holding);
-    return holder != nullptr && lyd_child(holder) != nullptr;
+    const InstanceNode *holder = child(entry, entries.holding);
+    return holder != nullptr && holder->child() != nullptr;
 }
 
 } // namespace
 
-const lyd_node *DeviceSnapshot::top(const lysc_node *schema) const {
+const InstanceNode *DeviceSnapshot::top(const lysc_node *schema) const {
     const bool is_apart = native_.configuration.has_value() && (schema->flags & LYS_CONFIG_W) != 0;
-    const yang::SharedData &forest = is_apart ? *native_.configuration : native_.data;
-    for (const lyd_node *node = forest.get(); node != nullptr; node = node->next)
-        if (node->schema == schema)
-            return node;
-    return nullptr;
+    return (is_apart ? *native_.configuration : native_.data)->top(schema);
 }
 
 template <class Visit> void DeviceSnapshot::for_each(const lysc_node *schema, Visit &&visit) const {
     std::vector<const lysc_node *> way;
     for (const lysc_node *node = schema; node != nullptr; node = node->parent)
         way.insert(way.begin(), node);
-    if (const lyd_node *found = top(way.front()))
+    if (const InstanceNode *found = top(way.front()))
         visit_instances(found, way, 0, visit);
 }
 
 std::vector<std::string> DeviceSnapshot::names(const DeviceQuestions::Entries &entries) const {
     std::vector<std::string> found;
-    for_each(entries.list, [&](const lyd_node *entry) {
+    for_each(entries.list, [&](const InstanceNode *entry) {
         if (is_meant(entry, entries))
             found.push_back(value(entry, entries.name));
     });
@@ -73,7 +72,7 @@ std::optional<bool> DeviceSnapshot::enabled_globally() const {
     std::optional<bool> enabled;
     if (questions_.enabled.has_value())
         for_each(questions_.enabled->leaf,
-                 [&](const lyd_node *leaf) { enabled = questions_.enabled->on == lyd_get_value(leaf); });
+                 [&](const InstanceNode *leaf) { enabled = questions_.enabled->on == leaf->value(); });
     return enabled;
 }
 
@@ -86,13 +85,14 @@ std::vector<std::string> DeviceSnapshot::configured_interfaces() const {
 }
 
 bool DeviceSnapshot::interface_exists(std::string_view display_name) const {
-    if (!interfaces_) {
-        interfaces_.emplace();
+    const std::unordered_set<std::string> &interfaces = index_->interfaces([this] {
+        std::unordered_set<std::string> found;
         for (const DeviceQuestions::Entries &entries : questions_.interfaces)
             for (std::string &name : names(entries))
-                interfaces_->insert(std::move(name));
-    }
-    return interfaces_->contains(std::string(display_name));
+                found.insert(std::move(name));
+        return found;
+    });
+    return interfaces.contains(std::string(display_name));
 }
 
 } // namespace yfw::host

@@ -2,26 +2,31 @@
 #ifndef YFW_HOST_DEVICE_SNAPSHOT_H
 #define YFW_HOST_DEVICE_SNAPSHOT_H
 
+#include <memory>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
+#include "host/device_index.h"
 #include "host/device_questions.h"
 #include "platform/device_view.h"
 #include "sources/native_source.h"
-#include "yang/data_tree.h"
+#include "yang/instance_tree.h"
 
 namespace yfw::host {
 
 // Native data at one moment. Borrows the questions.
 class DeviceSnapshot final : public platform::DeviceView {
 public:
-    DeviceSnapshot(const DeviceQuestions &questions, sources::Snapshot native)
-        : questions_(questions), native_(std::move(native)) {}
+    // `index`: that of the native data.
+    DeviceSnapshot(const DeviceQuestions &questions, sources::Snapshot native,
+                   std::shared_ptr<DeviceIndex> index = std::make_shared<DeviceIndex>())
+        : questions_(questions), native_(std::move(native)), index_(std::move(index)) {}
 
     // The data below a native top node; NULL when the device has none.
-    const lyd_node *top(const lysc_node *schema) const;
+    const yang::InstanceNode *top(const lysc_node *schema) const;
+
+    DeviceIndex &index() const { return *index_; }
 
     std::optional<bool> enabled_globally() const override;
     std::vector<std::string> configured_interfaces() const override;
@@ -33,7 +38,7 @@ private:
 
     const DeviceQuestions &questions_;
     sources::Snapshot native_;
-    mutable std::optional<std::unordered_set<std::string>> interfaces_; // filled on first use
+    std::shared_ptr<DeviceIndex> index_;
 };
 
 } // namespace yfw::host

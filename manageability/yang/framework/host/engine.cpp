@@ -131,7 +131,8 @@ SettledAnswer Engine::settled(std::vector<std::shared_ptr<AnswerTree>> written,
 // memory at once.
 std::vector<std::shared_ptr<AnswerTree>> Engine::map_passes(const std::vector<Selection> &passes,
                                                             Content content, sources::Snapshot native) {
-    const DeviceSnapshot device(questions_, std::move(native));
+    std::shared_ptr<DeviceIndex> index = index_.of(native);
+    const DeviceSnapshot device(questions_, std::move(native), std::move(index));
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -193,7 +194,7 @@ void Engine::add_explanation(const Mapping &mapping, Explanation added, Explanat
 
 // An edit's native data is the running configuration, from which the platform answers.
 template <class Visit> void Engine::for_each_that_edits(yang::SharedData running, Visit &&visit) {
-    const DeviceSnapshot device(questions_, {std::move(running)});
+    const DeviceSnapshot device(questions_, {yang::instance_forest(running.get())});
     platform_.settings().device = &device;
     const platform::Platform::Scope in_use(platform_);
     const RequestEnd end_of_request(platform_);
@@ -220,7 +221,10 @@ std::vector<NativePath> Engine::map_edit(const yang::EditNode &edit, yang::Share
 }
 
 bool Engine::is_enabled(const lyd_node *native) const {
-    return DeviceSnapshot(questions_, {yang::borrowed(native)}).enabled_globally().value_or(false);
+    if (!questions_.enabled.has_value())
+        return false;
+    const lyd_node *leaf = yang::instance_of(questions_.enabled->leaf, native);
+    return leaf != nullptr && questions_.enabled->on == lyd_get_value(leaf);
 }
 
 Explanation Engine::explain(const yang::EditNode &edit, yang::SharedData running) {

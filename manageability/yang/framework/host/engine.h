@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/answer_schema.h"
+#include "host/device_index.h"
 #include "host/device_questions.h"
 #include "host/explanation.h"
 #include "host/mapping.h"
@@ -98,6 +99,7 @@ private:
     platform::Platform platform_;
     platform::TraceBuffer trace_buffer_;
     bool trace_ = false;     // guarded by one_request_
+    KeptDeviceIndex index_;  // guarded by one_request_
     std::mutex one_request_; // the libraries' globals support only one request at a time
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <map>
 
 #include "base/error.h"
 #include "host/named_entries.h"
@@ -32,15 +31,31 @@ std::vector<yfw_map_callback> request_roots(const Plugin &plugin) {
     return roots;
 }
 
+// A node that a member of the description names.
+const lysc_node *named_node(const MappingDescription &mapping, const yang::Schemas &schemas, const char *member,
+                            const NativeNode &named) {
+    const lysc_node *node = schemas.find(named.module, named.path);
+    if (node == nullptr)
+        throw Error(ErrorTag::invalid_value, mapping.file.string(),
+                    "member \"" + std::string(member) + "\" names " + named.path + ", which module " +
+                        named.module + " does not have");
+    return node;
+}
+
+const lysc_node *named_key(const MappingDescription &mapping, const yang::Schemas &schemas,
+                           const NativeNode &named) {
+    const lysc_node *node = named_node(mapping, schemas, "openconfig.keys", named);
+    if (!lysc_is_key(node))
+        throw Error(ErrorTag::invalid_value, mapping.file.string(),
+                    "member \"openconfig.keys\" names " + named.path + ", which is not a key");
+    return node;
+}
+
 std::vector<const lysc_node *> state_nodes(const MappingDescription &mapping, const yang::Schemas &schemas) {
     std::vector<const lysc_node *> nodes;
-    for (const std::string &path : mapping.state) {
-        nodes.push_back(schemas.find(mapping.modules.openconfig.front(), path));
-        if (nodes.back() == nullptr)
-            throw Error(ErrorTag::invalid_value, mapping.file.string(),
-                        "member \"openconfig.state\" names " + path + ", which module " +
-                            mapping.modules.openconfig.front() + " does not have");
-    }
+    for (const std::string &path : mapping.state)
+        nodes.push_back(
+            named_node(mapping, schemas, "openconfig.state", {mapping.modules.openconfig.front(), path}));
     return nodes;
 }
 
@@ -60,7 +75,14 @@ Mapping::Mapping(const yang::Schemas &schemas, const AnswerSchema &answer_schema
                  MappingDescription description)
     : schemas_(schemas), answer_schema_(answer_schema), description_(std::move(description)),
       names_(description_.walker_prefix, schemas.openconfig_root()), state_(state_nodes(description_, schemas)),
-      plugin_(std::make_unique<Plugin>(description_)) {}
+      plugin_(std::make_unique<Plugin>(description_)) {
+    for (const SharedKey &shared : description_.keys) {
+        Key &key = keys_.emplace_back();
+        key.leaf = named_key(description_, schemas, {description_.modules.openconfig.front(), shared.leaf});
+        for (const NativeNode &native : shared.native)
+            key.native.push_back(named_key(description_, schemas, native));
+    }
+}
 
 // ---- reads ----------------------------------------------------------------------------------------------
 
@@ -167,56 +189,68 @@ NamedAnswer Mapping::read_named(const Selection &selection, Content content, con
     walk_request(pass, selection, paths);
     NativeResponses responses(schemas_, paths, device, description_.offer_absent_tops,
                               NativeResponses::Keep::all);
+    narrow(responses, selection);
     NamedAnswer read{walk_responses(pass, responses)};
     if (!responses.are_narrowed())
         return read;
     const NamedEntries named(*read.answer, selection, content);
     if (named.are_missing())
         read.finding = NamedAnswer::Finding::missing;
-    else if (!confirm(named, *read.answer, without_keys(selection), content, responses, tracing))
+    else if (!confirm(named, *read.answer, without_keys(selection), content, responses, device, tracing))
         read.finding = NamedAnswer::Finding::doubtful;
     return read;
+}
+
+// A mapping may ask for all entries of a list though only one was asked for.
+void Mapping::narrow(NativeResponses &responses, const Selection &selection) const {
+    for (const Key &key : keys_)
+        if (const std::optional<std::string> value = wanted_value(selection, key.leaf))
+            for (const lysc_node *native : key.native)
+                responses.narrow(native, *value);
 }
 
 // Whether the entries that were found show the same native ones as they do in a walk without keys past all
 // native entries; of these it is enough to have the keys. Takes over how many native entries have the same
 // keys.
 bool Mapping::confirm(const NamedEntries &named, AnswerTree &answer, const Selection &all, Content content,
-                      NativeResponses &responses, const Tracing &tracing) {
-    std::map<const lysc_node *, std::unique_ptr<AnswerTree>> outlines;
+                      const NativeResponses &responses, const DeviceSnapshot &device, const Tracing &tracing) {
     for (const AnswerEntry *entry : named.found()) {
-        const lyd_node *native = responses.data_of(answer.source_of(*entry));
+        const yang::InstanceNode *native = responses.data_of(answer.source_of(*entry));
         if (native == nullptr)
             return false;
-        std::unique_ptr<AnswerTree> &outline = outlines[native->schema];
-        if (outline == nullptr)
-            outline = map_outline(native->schema, all, content, responses, tracing);
-        const AnswerEntry *same = outline->counterpart(*entry);
-        if (same == nullptr || responses.data_of(outline->source_of(*same)) != native)
+        const std::unique_ptr<SelectedNode> outlined = responses.outline_selection(native->schema());
+        const Outline &outline = device.index().outline({this, content, all, nodes_of(*outlined)}, [&] {
+            return map_outline(*outlined, all, content, device, tracing);
+        });
+        const Outline::Shown *same = outline.find(*entry);
+        if (same == nullptr || same->native != native)
             return false;
-        answer.set_dropped(*entry, outline->dropped_for(*same));
+        answer.set_dropped(*entry, same->dropped);
     }
     return true;
 }
 
 // A mapping that needs more than the keys may fail; what it has not reached then is not confirmed.
-std::unique_ptr<AnswerTree> Mapping::map_outline(const lysc_node *list, const Selection &all, Content content,
-                                                 NativeResponses &responses, const Tracing &tracing) {
+Outline Mapping::map_outline(const SelectedNode &outlined, const Selection &all, Content content,
+                             const DeviceSnapshot &device, const Tracing &tracing) {
+    const yang::InstanceNode *data = device.top(outlined.node);
+    if (data == nullptr)
+        return {};
+    const NativeResponse response(data, outlined, device.index().entries());
+    const tidl_yfw_datatree &root = *response.root();
     Pass pass(traits_of_read(all, content, tracing.on), tracing.buffer);
-    auto answer = std::make_unique<AnswerTree>(answer_schema_);
-    const tidl_yfw_datatree *outline = responses.outline_of(list);
+    AnswerTree answer(answer_schema_);
     try {
         NativePaths known;
         walk_request(pass, all, known);
         for (const yfw_map_registration &tree : plugin_->trees())
-            if (outline != nullptr && std::strcmp(tree.native_top, outline->name) == 0 &&
-                std::strcmp(tree.native_ns, outline->ns) == 0)
-                walk_response(pass, tree, *outline, *answer);
+            if (std::strcmp(tree.native_top, root.name) == 0 && std::strcmp(tree.native_ns, root.ns) == 0)
+                walk_response(pass, tree, root, answer);
     } catch (const Error &error) {
         if (error.status() == 0)
             throw;
     }
-    return answer;
+    return Outline(answer, response);
 }
 
 Explanation Mapping::explain_read(const std::vector<Selection> &passes, Content content,

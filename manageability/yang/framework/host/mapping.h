@@ -12,6 +12,7 @@
 #include "host/explanation.h"
 #include "host/mapping_description.h"
 #include "host/native_paths.h"
+#include "host/outline.h"
 #include "host/plugin.h"
 #include "host/request.h"
 #include "platform/trace_buffer.h"
@@ -25,6 +26,7 @@ class NativeResponses;
 struct Pass;
 struct RequestTraits;
 class RequestTree;
+struct SelectedNode;
 
 // Where the steps of a mapping are written. The buffer is borrowed.
 struct Tracing {
@@ -84,15 +86,21 @@ private:
     void walk_response(Pass &pass, const yfw_map_registration &tree, const tidl_yfw_datatree &response,
                        AnswerTree &answer);
     bool confirm(const NamedEntries &named, AnswerTree &answer, const Selection &all, Content content,
-                 NativeResponses &responses, const Tracing &tracing);
-    std::unique_ptr<AnswerTree> map_outline(const lysc_node *list, const Selection &all, Content content,
-                                            NativeResponses &responses, const Tracing &tracing);
+                 const NativeResponses &responses, const DeviceSnapshot &device, const Tracing &tracing);
+    Outline map_outline(const SelectedNode &outlined, const Selection &all, Content content,
+                        const DeviceSnapshot &device, const Tracing &tracing);
+    void narrow(NativeResponses &responses, const Selection &selection) const;
     void offer_subtrees(Pass &pass, const lysc_node *top, const tidl_yfw_datatree &root);
 
     const yang::Schemas &schemas_;
     const AnswerSchema &answer_schema_;
     MappingDescription description_;
     CallbackNames names_;
+    struct Key {
+        const lysc_node *leaf;
+        std::vector<const lysc_node *> native; // keys with the same value
+    };
+    std::vector<Key> keys_;
     std::vector<const lysc_node *> state_; // those whose selection the library must know about
     std::unique_ptr<Plugin> plugin_;
     bool sums_may_be_left_ = false; // in the library, after a response with several nodes

@@ -157,6 +157,22 @@ NativeNode read_native_node(Members members) {
     return node;
 }
 
+std::vector<NativeNode> read_native_nodes(Members &members, const char *expected) {
+    std::vector<NativeNode> nodes;
+    members.each("native", expected, [&](const Json &value, const std::string &place) {
+        nodes.push_back(read_native_node({value, place, members.file()}));
+    });
+    return nodes;
+}
+
+SharedKey read_key(Members members) {
+    SharedKey key;
+    key.leaf = path_in(members, "leaf", "the schema path of an OpenConfig list's key");
+    key.native = read_native_nodes(members, "the native keys with the same value");
+    members.refuse_others();
+    return key;
+}
+
 Suspension read_suspension(Members members) {
     Suspension suspension;
     suspension.leaf = path_in(members, "leaf", "the schema path of an OpenConfig leaf");
@@ -164,10 +180,7 @@ Suspension read_suspension(Members members) {
     for (const std::string &path : members.texts("nodes", "the schema paths of what is suspended"))
         suspension.nodes.push_back(checked_path(members, members.place_of("nodes"), path));
     if (members.has("native"))
-        members.each("native", "what is removed from the native configuration",
-                     [&](const Json &value, const std::string &place) {
-                         suspension.native.push_back(read_native_node({value, place, members.file()}));
-                     });
+        suspension.native = read_native_nodes(members, "what is removed from the native configuration");
     members.refuse_others();
     return suspension;
 }
@@ -183,6 +196,11 @@ void read_openconfig(Members members, MappingDescription &to) {
         members.each("suspensions", "what a leaf's value suspends",
                      [&](const Json &value, const std::string &place) {
                          to.suspensions.push_back(read_suspension({value, place, members.file()}));
+                     });
+    if (members.has("keys"))
+        members.each("keys", "the keys that are native keys, too",
+                     [&](const Json &value, const std::string &place) {
+                         to.keys.push_back(read_key({value, place, members.file()}));
                      });
     members.refuse_others();
 }

@@ -63,6 +63,13 @@ struct Suspension {
     std::vector<NativeNode> native; // what the native configuration is without meanwhile
 };
 
+// A list's key in the OpenConfig model whose value is that of native keys: a read of one entry needs only the
+// native entries that have it, too.
+struct SharedKey {
+    std::string leaf;               // the schema path of the OpenConfig key
+    std::vector<NativeNode> native; // the native keys
+};
+
 // A mapping, and those beside it.
 struct MappingDescription {
     std::filesystem::path file;    // of the description
@@ -74,6 +81,7 @@ struct MappingDescription {
     std::vector<std::string>
         state; // schema paths of the OpenConfig state that the request's descriptor tells of
     std::vector<Suspension> suspensions;
+    std::vector<SharedKey> keys;
     std::vector<MappedSubtree> subtrees;
     DeviceAnswers device;
     std::optional<ChangeNotification> notification;

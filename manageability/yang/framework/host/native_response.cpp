@@ -19,23 +19,32 @@ tidl_yfw_datatree node_of(const lysc_node *schema) {
 }
 
 // Whether a list entry has the requested key values.
-bool has_wanted_keys(const lyd_node *entry, const SelectedNode &selection) {
+bool has_wanted_keys(const yang::InstanceNode *entry, const SelectedNode &selection) {
     for (const auto &wanted : selection.children) {
         if (!wanted->value.has_value())
             continue;
-        const lyd_node *key = lyd_child(entry);
-        while (key != nullptr && key->schema != wanted->node)
-            key = key->next;
-        if (key != nullptr && *wanted->value != lyd_get_value(key))
+        const yang::InstanceNode *key = entry->child();
+        while (key != nullptr && key->schema() != wanted->node)
+            key = key->next();
+        if (key != nullptr && *wanted->value != key->value())
             return false;
     }
     return true;
 }
 
+// A key that narrows the entries of a list; NULL when none does.
+const SelectedNode *wanted_key(const SelectedNode &selection) {
+    for (const auto &list : selection.children)
+        for (const auto &child : list->children)
+            if (child->value.has_value())
+                return child.get();
+    return nullptr;
+}
+
 } // namespace
 
-NativeResponse::NativeResponse(const lyd_node *top, const SelectedNode &selection)
-    : top_(top), selection_(&selection) {
+NativeResponse::NativeResponse(const yang::InstanceNode *top, const SelectedNode &selection, EntryIndex &index)
+    : top_(top), selection_(&selection), index_(&index) {
     tidl_yfw_datatree *root = allocate(1);
     fill(*root, top, &selection, selection.whole);
     root_ = root;
@@ -52,69 +61,93 @@ tidl_yfw_datatree *NativeResponse::allocate(uint32_t count) {
         memory_.allocate(count * sizeof(tidl_yfw_datatree), alignof(tidl_yfw_datatree)));
 }
 
-bool NativeResponse::includes(const lyd_node *node, const SelectedNode *selection, bool whole) const {
-    if (node->schema == nullptr)
-        return false;
-    const SelectedNode *selected = selection != nullptr ? selection->child(node->schema) : nullptr;
+bool NativeResponse::includes(const yang::InstanceNode *node, const SelectedNode *selection, bool whole) const {
+    const SelectedNode *selected = selection != nullptr ? selection->child(node->schema()) : nullptr;
     if (selected == nullptr)
-        return whole || lysc_is_key(node->schema);
-    return node->schema->nodetype != LYS_LIST || has_wanted_keys(node, *selected);
+        return whole || lysc_is_key(node->schema());
+    return node->schema()->nodetype != LYS_LIST || has_wanted_keys(node, *selected);
 }
 
 // Below a node selected whole everything is selected, but key values still restrict entries.
 template <class Visit>
-void NativeResponse::for_each_included(const lyd_node *parent, const SelectedNode *selection, bool whole,
-                                       Visit &&visit) const {
-    for (const lyd_node *child = lyd_child(parent); child != nullptr; child = child->next) {
-        if (!includes(child, selection, whole))
-            continue;
-        const SelectedNode *below = selection != nullptr ? selection->child(child->schema) : nullptr;
-        visit(child, below, whole || (below != nullptr && below->whole));
+void NativeResponse::for_each_included(const yang::InstanceNode *parent, const SelectedNode *selection,
+                                       bool whole, Visit &&visit) const {
+    const auto visit_if_included = [&](const yang::InstanceNode &child) {
+        if (!includes(&child, selection, whole))
+            return;
+        const SelectedNode *below = selection != nullptr ? selection->child(child.schema()) : nullptr;
+        visit(&child, below, whole || (below != nullptr && below->whole));
+    };
+    if (const SelectedNode *key = selection != nullptr ? wanted_key(*selection) : nullptr) {
+        index_->for_each_child(*parent, key->node, *key->value, visit_if_included);
+        return;
     }
+    for (const yang::InstanceNode *child = parent->child(); child != nullptr; child = child->next())
+        visit_if_included(*child);
 }
 
-void NativeResponse::fill(tidl_yfw_datatree &to, const lyd_node *from, const SelectedNode *selection,
+void NativeResponse::fill(tidl_yfw_datatree &to, const yang::InstanceNode *from, const SelectedNode *selection,
                           bool whole) {
-    to = node_of(from->schema);
-    if (!is_inner(from->schema)) {
-        to.value = lyd_get_value(from);
+    to = node_of(from->schema());
+    if (!is_inner(from->schema())) {
+        to.value = from->value();
         return;
     }
     uint32_t count = 0;
-    for_each_included(from, selection, whole, [&](const lyd_node *, const SelectedNode *, bool) { count++; });
+    for_each_included(from, selection, whole,
+                      [&](const yang::InstanceNode *, const SelectedNode *, bool) { count++; });
     if (count == 0)
         return;
     to.child_count = count;
     to.children = allocate(count);
     tidl_yfw_datatree *next = to.children;
-    for_each_included(from, selection, whole, [&](const lyd_node *child, const SelectedNode *below, bool all) {
-        fill(*next, child, below, all);
-        if (lysc_is_key(child->schema)) {
-            next->node_flags |= YFW_NODE_IS_KEY;
-            next->key_byte = 1;
-        }
-        next++;
-    });
+    for_each_included(from, selection, whole,
+                      [&](const yang::InstanceNode *child, const SelectedNode *below, bool all) {
+                          fill(*next, child, below, all);
+                          if (lysc_is_key(child->schema())) {
+                              next->node_flags |= YFW_NODE_IS_KEY;
+                              next->key_byte = 1;
+                          }
+                          next++;
+                      });
 }
 
-const lyd_node *NativeResponse::data_of(const tidl_yfw_datatree *node) const {
-    return top_ != nullptr ? search(*root_, node, top_, selection_, selection_->whole) : nullptr;
+template <class Visit>
+bool NativeResponse::walk(const tidl_yfw_datatree &node, const yang::InstanceNode &data,
+                          const SelectedNode *selection, bool whole, const Visit &visit) const {
+    if (!visit(node, data))
+        return false;
+    if (node.child_count == 0)
+        return true;
+    bool goes_on = true;
+    const tidl_yfw_datatree *next = node.children;
+    for_each_included(&data, selection, whole,
+                      [&](const yang::InstanceNode *child, const SelectedNode *below, bool all) {
+                          goes_on = goes_on && walk(*next, *child, below, all, visit);
+                          next++;
+                      });
+    return goes_on;
 }
 
-const lyd_node *NativeResponse::search(const tidl_yfw_datatree &in, const tidl_yfw_datatree *wanted,
-                                       const lyd_node *data, const SelectedNode *selection, bool whole) const {
-    if (&in == wanted)
-        return data;
-    if (in.child_count == 0)
-        return nullptr;
-    const lyd_node *found = nullptr;
-    const tidl_yfw_datatree *next = in.children;
-    for_each_included(data, selection, whole, [&](const lyd_node *child, const SelectedNode *below, bool all) {
-        if (found == nullptr)
-            found = search(*next, wanted, child, below, all);
-        next++;
-    });
+const yang::InstanceNode *NativeResponse::data_of(const tidl_yfw_datatree *node) const {
+    const yang::InstanceNode *found = nullptr;
+    if (top_ != nullptr)
+        walk(*root_, *top_, selection_, selection_->whole,
+             [&](const tidl_yfw_datatree &at, const yang::InstanceNode &data) {
+                 found = &at == node ? &data : nullptr;
+                 return found == nullptr;
+             });
     return found;
+}
+
+void NativeResponse::for_each_list_entry(const VisitEntry &visit) const {
+    if (top_ != nullptr)
+        walk(*root_, *top_, selection_, selection_->whole,
+             [&](const tidl_yfw_datatree &node, const yang::InstanceNode &data) {
+                 if (data.schema()->nodetype == LYS_LIST)
+                     visit(node, data);
+                 return true;
+             });
 }
 
 } // namespace yfw::host

@@ -24,6 +24,9 @@ public:
     NativeResponses(const yang::Schemas &schemas, const NativePaths &paths, const DeviceSnapshot &device,
                     bool offer_absent, Keep keep);
 
+    // See NativeSelection::narrow(). Call before the first response is made.
+    void narrow(const lysc_node *key, const std::string &value) { selection_.narrow(key, value); }
+
     // The root of the response for the native tree `top`; NULL when nothing of it is asked for or there.
     const tidl_yfw_datatree *of_tree(const lysc_node *top);
 
@@ -31,11 +34,12 @@ public:
     bool are_narrowed() const { return selection_.narrows(); }
 
     // The data that a node of a kept response was made of; NULL when it is in none.
-    const lyd_node *data_of(const tidl_yfw_datatree *node) const;
+    const yang::InstanceNode *data_of(const tidl_yfw_datatree *node) const;
 
-    // The roots of all entries of a native list: see NativeSelection::outline(). NULL when there are none.
-    // Valid as long as this object.
-    const tidl_yfw_datatree *outline_of(const lysc_node *list);
+    // What an outline of a native list selects: see NativeSelection::outline().
+    std::unique_ptr<SelectedNode> outline_selection(const lysc_node *list) const {
+        return selection_.outline(list);
+    }
 
 private:
     NativeSelection selection_;
@@ -43,7 +47,6 @@ private:
     bool offer_absent_;
     Keep keep_;
     std::map<const lysc_node *, std::unique_ptr<NativeResponse>> made_; // by the top node
-    std::vector<std::pair<std::unique_ptr<SelectedNode>, std::unique_ptr<NativeResponse>>> outlines_;
 };
 
 } // namespace yfw::host

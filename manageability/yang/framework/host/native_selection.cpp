@@ -1,5 +1,7 @@
 #include "host/native_selection.h"
 
+#include <algorithm>
+
 #include "base/error.h"
 #include "yang/path_words.h"
 
@@ -38,6 +40,14 @@ const SelectedNode *SelectedNode::child(const lysc_node *schema) const {
     return nullptr;
 }
 
+std::vector<const lysc_node *> nodes_of(const SelectedNode &selection) {
+    std::vector<const lysc_node *> nodes{selection.node};
+    for (const auto &child : selection.children)
+        for (const lysc_node *node : nodes_of(*child))
+            nodes.push_back(node);
+    return nodes;
+}
+
 SelectedNode &NativeSelection::tree_for(const NativePath &path, std::string_view top) {
     const lysc_node *schema = schemas_.native_root(path.ns, top);
     if (schema == nullptr)
@@ -62,6 +72,26 @@ void NativeSelection::add(const NativePath &path) {
         at->value = path.value;
         narrows_ = true;
     }
+}
+
+void NativeSelection::narrow(const lysc_node *key, const std::string &value) {
+    std::vector<const lysc_node *> chain; // the list comes first
+    for (const lysc_node *node = key->parent; node != nullptr; node = lysc_data_parent(node))
+        chain.push_back(node);
+    const auto top = std::find_if(trees_.begin(), trees_.end(),
+                                  [&](const auto &tree) { return tree->node == chain.back(); });
+    if (top == trees_.end())
+        return;
+    SelectedNode *at = top->get();
+    bool whole = at->whole;
+    for (auto node = chain.rbegin() + 1; node != chain.rend(); ++node) {
+        if (!whole && at->child(*node) == nullptr)
+            return;
+        at = &find_or_add(at->children, *node);
+        whole = whole || at->whole;
+    }
+    find_or_add(at->children, key).value = value;
+    narrows_ = true;
 }
 
 const SelectedNode *NativeSelection::tree(const lysc_node *top) const {

@@ -21,6 +21,9 @@ struct SelectedNode {
     const SelectedNode *child(const lysc_node *schema) const;
 };
 
+// The schema nodes of a selection, each before those below it.
+std::vector<const lysc_node *> nodes_of(const SelectedNode &selection);
+
 class NativeSelection {
 public:
     explicit NativeSelection(const yang::Schemas &schemas) : schemas_(schemas) {}
@@ -28,6 +31,9 @@ public:
     // Adds a path; one ending in a container or list selects the whole subtree. Throws Error for a path that is
     // not in the native models.
     void add(const NativePath &path);
+
+    // Of the list of the leaf `key`, if any of it is selected, selects only the entries with this value.
+    void narrow(const lysc_node *key, const std::string &value);
 
     // The selection below a native top node; NULL when there is none.
     const SelectedNode *tree(const lysc_node *top) const;

@@ -158,6 +158,16 @@ std::vector<Selection> split_by_selected_node(const Selection &root) {
     return trees;
 }
 
+std::optional<std::string> wanted_value(const Selection &root, const lysc_node *key) {
+    for (const Selection &child : root.children) {
+        if (child.node == key)
+            return child.value;
+        if (std::optional<std::string> value = wanted_value(child, key))
+            return value;
+    }
+    return std::nullopt;
+}
+
 bool selects_state(const Selection &root) {
     return selects_state(root, {root.node});
 }

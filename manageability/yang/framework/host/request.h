@@ -52,6 +52,9 @@ std::vector<Selection> split_by_list_entry(const Selection &root);
 // One tree for each selected node, with its ancestors and their keys.
 std::vector<Selection> split_by_selected_node(const Selection &root);
 
+// The value that it wants of a list's key; nothing when it wants every entry.
+std::optional<std::string> wanted_value(const Selection &root, const lysc_node *key);
+
 // Whether it selects state (config false).
 bool selects_state(const Selection &root);
 

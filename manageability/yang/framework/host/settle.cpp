@@ -1,11 +1,12 @@
 #include "host/settle.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 
 #include "host/answer_selection.h"
-#include "host/value_check.h"
 #include "yang/octet_text.h"
+#include "yang/value_check.h"
 #include "yang/yang_text.h"
 
 namespace yfw::host {
@@ -22,7 +23,7 @@ bool is_binary(const lysc_node *leaf) {
 class Settler {
 public:
     Settler(AnswerTree &tree, Content content, std::vector<std::string> &warnings)
-        : tree_(tree), content_(content), warnings_(warnings), check_(tree.schema()) {}
+        : tree_(tree), content_(content), warnings_(warnings), checks_(tree.schema().size()) {}
 
     void settle(const Selection &selection) {
         AnswerSlot &top = tree_.root_entry().slots[0];
@@ -80,7 +81,7 @@ private:
 
     // Replaces the value by its canonical form.
     bool is_allowed(const char *&text, const AnswerNode &schema, const AnswerEntry &parent) {
-        const ValueCheck::Result &result = check_.of(schema, text);
+        const yang::ValueCheck::Result &result = check_of(schema).of(text);
         if (!result.is_allowed)
             warnings_.push_back(place(parent, schema.is_key ? *schema.parent : schema) + ": \"" +
                                 yang::shortened(text, longest_value) +
@@ -88,6 +89,11 @@ private:
         else if (!result.canonical.empty())
             text = tree_.keep(result.canonical);
         return result.is_allowed;
+    }
+
+    yang::ValueCheck &check_of(const AnswerNode &leaf) {
+        std::optional<yang::ValueCheck> &check = checks_[leaf.number];
+        return check.has_value() ? *check : check.emplace(leaf.schema);
     }
 
     void take(const char *&text, const std::string &other) {
@@ -196,7 +202,7 @@ private:
     AnswerTree &tree_;
     Content content_;
     std::vector<std::string> &warnings_;
-    ValueCheck check_;
+    std::vector<std::optional<yang::ValueCheck>> checks_; // by the node's number
 };
 
 } // namespace

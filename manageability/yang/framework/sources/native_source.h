@@ -5,15 +5,17 @@
 #include <optional>
 #include <utility>
 
+#include "yang/configuration_text.h"
 #include "yang/data_tree.h"
+#include "yang/instance_tree.h"
 
 namespace yfw::sources {
 
-// Native data at one moment.
+// Native data at one moment. The data is never NULL.
 struct Snapshot {
-    yang::SharedData data;
+    yang::SharedForest data;
     // The running configuration, if it differs from the one in the data.
-    std::optional<yang::SharedData> configuration = std::nullopt;
+    std::optional<yang::SharedForest> configuration = std::nullopt;
 };
 
 // A device as read by the host. The source of a served device must be thread-safe: requests of several threads
@@ -27,7 +29,13 @@ public:
     virtual yang::DataTree read(const ly_ctx *context) = 0;
 
     // The same for read-only use: may return the same data again while the device has not changed.
-    virtual Snapshot snapshot(const ly_ctx *context) { return {read(context)}; }
+    virtual Snapshot snapshot(const ly_ctx *context) { return {yang::instance_forest(read(context).get())}; }
+
+    // The configuration in the native data.
+    virtual yang::DataTree configuration(const ly_ctx *context) {
+        yang::DataTree data = read(context);
+        return yang::take_configuration(data);
+    }
 };
 
 } // namespace yfw::sources

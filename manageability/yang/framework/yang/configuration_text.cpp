@@ -89,17 +89,6 @@ DataTree take_configuration(DataTree &data) {
     return DataTree(configuration);
 }
 
-DataTree copy_of_configuration_in(const lyd_node *data) {
-    lyd_node *copies = nullptr;
-    for (const lyd_node *top = data; top != nullptr; top = top->next) {
-        lyd_node *copy = nullptr;
-        if ((top->schema->flags & LYS_CONFIG_W) != 0 &&
-            lyd_dup_single(top, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, &copy) == LY_SUCCESS)
-            lyd_insert_sibling(copies, copy, &copies);
-    }
-    return DataTree(copies);
-}
-
 DataTree copy_configuration(const lyd_node *configuration) {
     lyd_node *copy = nullptr;
     if (configuration != nullptr)

@@ -32,9 +32,6 @@ std::string configuration_difference(const lyd_node *before, const lyd_node *aft
 // A copy of the forest whose first tree is `configuration`; NULL for NULL.
 DataTree copy_configuration(const lyd_node *configuration);
 
-// A copy of the top nodes that hold configuration; NULL when there are none.
-DataTree copy_of_configuration_in(const lyd_node *data);
-
 // Moves the top nodes that hold configuration out of `data`.
 DataTree take_configuration(DataTree &data);
 

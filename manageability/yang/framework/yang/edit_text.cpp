@@ -1,6 +1,7 @@
 // Edits as documents: in XML with NETCONF's operation attribute, in JSON with the same as an annotation.
 #include "base/error.h"
 #include "xml/document.h"
+#include "xml/text.h"
 #include "xml/utf16.h"
 #include "yang/edit_element.h"
 
@@ -16,21 +17,6 @@ EditElement element_of(const ly_ctx *context, const std::string &document) {
     if (first != std::string::npos && document[first] == '{')
         return edit_element_from_json(context, document);
     throw Error(ErrorTag::invalid_value, "", "the edit is neither an XML nor a JSON document");
-}
-
-void append_escaped(std::string &xml, std::string_view text) {
-    for (const char c : text) {
-        if (c == '&')
-            xml += "&amp;";
-        else if (c == '<')
-            xml += "&lt;";
-        else if (c == '>')
-            xml += "&gt;";
-        else if (c == '\r')
-            xml += "&#13;"; // a literal one would be read as a line feed
-        else
-            xml += c;
-    }
 }
 
 bool says_nothing(const EditNode &node) {
@@ -55,7 +41,7 @@ void append_node(std::string &xml, const EditNode &node, bool top, size_t depth)
     }
     xml += ">";
     if (node.value.has_value()) {
-        append_escaped(xml, *node.value);
+        xml::append_escaped(xml, *node.value);
     } else {
         xml += "\n";
         for (const EditNode &child : node.children)

@@ -37,6 +37,21 @@ void remove(DataTree &forest, lyd_node *node) {
     lyd_free_tree(node);
 }
 
+const lyd_node *instance_of(const lysc_node *leaf, const lyd_node *configuration) {
+    std::vector<const lysc_node *> steps;
+    for (const lysc_node *node = leaf; node != nullptr; node = node->parent)
+        steps.insert(steps.begin(), node);
+    const lyd_node *at = nullptr;
+    for (const lysc_node *step : steps) {
+        lyd_node *next = nullptr;
+        lyd_find_sibling_val(at != nullptr ? lyd_child(at) : configuration, step, nullptr, 0, &next);
+        if (next == nullptr)
+            return nullptr;
+        at = next;
+    }
+    return at;
+}
+
 std::vector<lyd_node *> nodes_at(const lyd_node *data, const std::string &xpath) {
     if (data == nullptr)
         return {};

@@ -34,6 +34,10 @@ LY_ERR merge(DataTree &forest, DataTree more);
 // Frees a tree of the forest, or a node below one, with everything below it.
 void remove(DataTree &forest, lyd_node *node);
 
+// The instance of a leaf that no list is above, in the forest of `data`, which may be NULL; NULL when it is not
+// set.
+const lyd_node *instance_of(const lysc_node *leaf, const lyd_node *data);
+
 // The nodes that the expression selects in the forest of `data`, in document order; none in NULL. Throws Error
 // naming the expression.
 std::vector<lyd_node *> nodes_at(const lyd_node *data, const std::string &xpath);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "edit_device.h"
+#include "yang/test/instance_text.h"
 #include "yang/configuration_text.h"
 
 namespace yfw::device::test {
@@ -23,7 +24,11 @@ protected:
 
     std::string configuration() {
         const sources::Snapshot now = read_.snapshot(yang::test::schemas().context());
-        return yang::print_configuration(now.configuration.has_value() ? now.configuration->get() : nullptr);
+        return now.configuration.has_value() ? yang::test::text_of(**now.configuration) : "";
+    }
+    static std::string text_of(EditedDevice &device) {
+        return yang::test::text_of(
+            *yang::instance_forest(device.device().running_configuration().native.get()));
     }
     EditedDevice other() { return EditedDevice(native, nullptr, directory_.path()); }
     std::filesystem::path store() const { return directory_.path() / "commits.db"; }
@@ -41,8 +46,8 @@ TEST_F(ADeviceThatIsReadAgainAndAgain, ShowsEachCommitOfAnother) {
     EditedDevice device = other();
     for (const char *name : {"a", "b", "c"}) {
         device.edit(config(element("system-name", name)));
-        EXPECT_EQ(configuration(), device.configuration());
-        EXPECT_EQ(configuration(), device.configuration()) << "read again";
+        EXPECT_EQ(configuration(), text_of(device));
+        EXPECT_EQ(configuration(), text_of(device)) << "read again";
     }
 }
 
@@ -54,15 +59,15 @@ TEST_F(ADeviceThatIsReadAgainAndAgain, ShowsTheStoreThatTookThePlaceOfTheFirst) 
     EditedDevice device = other();
     device.edit(config(element("system-name", "second")));
     EXPECT_NE(configuration(), first);
-    EXPECT_EQ(configuration(), device.configuration());
+    EXPECT_EQ(configuration(), text_of(device));
 }
 
 TEST_F(ADeviceThatIsReadAgainAndAgain, KeepsTheStateOfTheSource) {
     other().edit(config(element("system-name", "a")));
     const sources::Snapshot now = read_.snapshot(yang::test::schemas().context());
     bool has_state = false;
-    for (const lyd_node *top = now.data.get(); top != nullptr; top = top->next)
-        has_state = has_state || (top->schema->flags & LYS_CONFIG_R) != 0;
+    for (const yang::InstanceNode *top = now.data->first(); top != nullptr; top = top->next())
+        has_state = has_state || (top->schema()->flags & LYS_CONFIG_R) != 0;
     EXPECT_TRUE(has_state);
 }
 

@@ -41,7 +41,7 @@ constexpr const char *two_neighbors = R"(
 class FetchedData : public testing::Test {
 protected:
     void take(const std::string &native_text, Order order = Order::kept) {
-        data = native_data(native_text, order);
+        data = yang::instance_forest(native_data(native_text, order).get());
     }
 
     void select(std::string_view ns, const std::string &path_text, std::optional<std::string> value = {}) {
@@ -54,13 +54,14 @@ protected:
 
     // The response of the data's first top node.
     const tidl_yfw_datatree &response() {
-        const SelectedNode *tree = selected.tree(data->schema);
-        made = std::make_unique<NativeResponse>(data.get(), *tree);
+        const SelectedNode *tree = selected.tree(data->first()->schema());
+        made = std::make_unique<NativeResponse>(data->first(), *tree, index);
         return *made->root();
     }
 
     NativeSelection selected{schemas()};
-    yang::DataTree data;
+    yang::SharedForest data;
+    EntryIndex index;
     std::unique_ptr<NativeResponse> made;
 };
 

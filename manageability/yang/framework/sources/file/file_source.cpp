@@ -157,8 +157,42 @@ DataTree FileSource::read(const ly_ctx *context) {
     for (const auto &file : files_)
         merge(data, parse(context, file), file, context);
     if (data)
-        validate_configuration(data, files_.size() == 1 ? files_.front() : files_.front().parent_path());
+        validate_configuration(data, place());
     return data;
+}
+
+std::filesystem::path FileSource::place() const {
+    return files_.size() == 1 ? files_.front() : files_.front().parent_path();
+}
+
+// Reads all files, or none: false where libyang has to read them, or to say what is wrong.
+bool FileSource::read_plainly(PlainReader &reader, const ly_ctx *context, DataTree &configuration) const {
+    for (const auto &file : files_)
+        if (!std::filesystem::is_regular_file(file) || !reader.read(file))
+            return false;
+    try {
+        configuration = yang::parse_data(context, reader.configuration(), LYD_XML, parse_options);
+        validate_configuration(configuration, place());
+    } catch (const Error &) {
+        return false;
+    }
+    return true;
+}
+
+Snapshot FileSource::snapshot(const ly_ctx *context) {
+    PlainReader reader(context);
+    DataTree plain;
+    if (!read_plainly(reader, context, plain))
+        return NativeSource::snapshot(context);
+    for (const lyd_node *top = plain.get(); top != nullptr; top = top->next)
+        reader.state().add(top);
+    return {reader.state().take()};
+}
+
+DataTree FileSource::configuration(const ly_ctx *context) {
+    PlainReader reader(context);
+    DataTree plain;
+    return read_plainly(reader, context, plain) ? std::move(plain) : NativeSource::configuration(context);
 }
 
 } // namespace yfw::sources

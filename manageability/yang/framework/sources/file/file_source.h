@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "sources/file/plain_reader.h"
 #include "sources/native_source.h"
 
 namespace yfw::sources {
@@ -31,12 +32,17 @@ public:
     static FileSource of_device(const std::filesystem::path &directory);
 
     yang::DataTree read(const ly_ctx *context) override;
+    Snapshot snapshot(const ly_ctx *context) override;
+    yang::DataTree configuration(const ly_ctx *context) override;
 
     // The states of all files; nothing when a file is missing, or was changed so recently that another change
     // might have the same timestamp.
     std::optional<std::vector<FileState>> settled_states() const;
 
 private:
+    std::filesystem::path place() const;
+    bool read_plainly(PlainReader &reader, const ly_ctx *context, yang::DataTree &configuration) const;
+
     std::vector<std::filesystem::path> files_;
 };
 

@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "xml/document.h"
+#include "xml/text.h"
 #include "xml/utf16.h"
 #include "yang/json_text.h"
 #include "yang/yang_text.h"
@@ -29,19 +30,6 @@ std::string with_line_feeds(std::string_view text) {
         text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
     }
     return made;
-}
-
-void append_escaped(std::string &to, std::string_view section) {
-    for (const char c : section) {
-        if (c == '&')
-            to += "&amp;";
-        else if (c == '<')
-            to += "&lt;";
-        else if (c == '>')
-            to += "&gt;";
-        else
-            to += c;
-    }
 }
 
 class PlainXml {
@@ -74,7 +62,8 @@ private:
         return true;
     }
 
-    // A section that is no text stays: libyang takes its bytes as they are, and the error can then name the leaf.
+    // A section that is no text stays: libyang takes its bytes as they are, and the error can then name the
+    // leaf.
     bool unfold_section() {
         constexpr std::string_view start = "<![CDATA[";
         const size_t found = rest_.starts_with(start) ? rest_.find("]]>") : std::string_view::npos;
@@ -83,7 +72,7 @@ private:
         const std::string_view section = rest_.substr(start.size(), found - start.size());
         if (!yang::is_yang_text(section))
             return false;
-        append_escaped(made_, section);
+        xml::append_escaped(made_, section);
         rest_.remove_prefix(found + 3);
         return true;
     }

@@ -7,7 +7,7 @@ Snapshot KeptFileSource::snapshot(const ly_ctx *context) {
     std::optional<std::vector<FileState>> now = source_.settled_states();
     if (!now.has_value() || now != states_ || context != context_) {
         states_.reset(); // in case reading fails
-        data_ = source_.read(context);
+        data_ = source_.snapshot(context).data;
         states_ = std::move(now);
         context_ = context;
     }

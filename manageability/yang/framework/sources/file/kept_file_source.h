@@ -17,13 +17,14 @@ public:
 
     yang::DataTree read(const ly_ctx *context) override { return source_.read(context); }
     Snapshot snapshot(const ly_ctx *context) override;
+    yang::DataTree configuration(const ly_ctx *context) override { return source_.configuration(context); }
 
 private:
     FileSource source_;
     std::mutex mutex_;
     std::optional<std::vector<FileState>> states_; // of the files that data_ was read from
     const ly_ctx *context_ = nullptr;              // the context in which data_ was made
-    yang::SharedData data_;
+    yang::SharedForest data_;
 };
 
 } // namespace yfw::sources

@@ -20,8 +20,8 @@ std::string configuration(const std::string &timer) {
 
 class AServedRecording : public testing::Test {
 protected:
-    yang::SharedData data() { return source_.snapshot(native_modules()).data; }
-    std::string timer() { return lyd_get_value(lyd_child(data().get())); }
+    yang::SharedForest data() { return source_.snapshot(native_modules()).data; }
+    std::string timer() { return data()->first()->child()->value(); }
 
     // Whether two reads return the same object. Polls, because a file that was only just written is always
     // reread.
@@ -73,10 +73,10 @@ TEST_F(AServedRecording, ThatIsGoneOrBrokenIsAnErrorUntilItIsBack) {
 
 TEST_F(AServedRecording, StaysWithWhoeverHoldsItWhenItChanges) {
     ASSERT_TRUE(is_kept());
-    const yang::SharedData before = data();
+    const yang::SharedForest before = data();
     yfw::test::write_file(file_, configuration("50"));
     EXPECT_EQ(timer(), "50");
-    EXPECT_STREQ(lyd_get_value(lyd_child(before.get())), "10");
+    EXPECT_STREQ(before->first()->child()->value(), "10");
 }
 
 // --- texts ---
