@@ -135,6 +135,21 @@ std::vector<Scenario> scenarios() {
     };
 }
 
+// How many adds it takes to read the device's own configuration in OpenConfig terms.
+int adds_of_reading(EditedDevice &device) {
+    interposer().reset();
+    device.device().running_configuration();
+    return interposer().calls(Call::add);
+}
+
+// An add of the next edit_or_leave() fails, by its number from 0. The configuration is read twice before it: by
+// the function itself, and by the edit.
+void fail_add(EditedDevice &device, size_t number) {
+    const int before = 2 * adds_of_reading(device);
+    interposer().reset();
+    interposer().fail(Call::add, before + static_cast<int>(number), injected);
+}
+
 std::string without_mark(const std::string &add) {
     return add.substr(add.starts_with('~') ? 1 : 0);
 }
@@ -155,8 +170,7 @@ TEST_P(AnAddThatFails, FailsTheEditWithItsStatusAndChangesNothing) {
     for (size_t i = 0; i < GetParam().adds.size(); ++i) {
         SCOPED_TRACE("add " + std::to_string(i) + " " + GetParam().adds[i]);
         EditedDevice device(GetParam().native);
-        interposer().reset();
-        interposer().fail(Call::add, static_cast<int>(i), injected);
+        fail_add(device, i);
         const std::optional<uint32_t> status = edit_or_leave(device, GetParam().edit);
         ASSERT_GT(interposer().calls(Call::add), static_cast<int>(i));
         if (GetParam().adds[i].starts_with('~')) // the host may still reject the outcome
@@ -174,8 +188,7 @@ TEST_P(AnAddThatFails, DoesNotFailTheNextEdit) {
         if (GetParam().adds[i].starts_with('~'))
             continue;
         EditedDevice device(GetParam().native);
-        interposer().reset();
-        interposer().fail(Call::add, static_cast<int>(i), injected);
+        fail_add(device, i);
         edit_or_leave(device, GetParam().edit);
         interposer().reset();
         device.edit(GetParam().edit);
@@ -187,11 +200,10 @@ TEST_F(WithFailures, ADeletionOfAnInterfaceThatFailsDoesNotReachTheInterfaceOfTh
     const std::string next = eth1(element("enabled", "false"));
     EditedDevice untouched(lldp_on);
     untouched.edit(next);
-    for (int nth = 0; nth < 5; ++nth) {
+    for (size_t nth = 0; nth < 5; ++nth) {
         SCOPED_TRACE("add " + std::to_string(nth));
         EditedDevice device(lldp_on);
-        interposer().reset();
-        interposer().fail(Call::add, nth, injected);
+        fail_add(device, nth);
         if (edit_or_leave(device, interface_deleted).value_or(0) != injected)
             continue;
         interposer().reset();
