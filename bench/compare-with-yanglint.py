@@ -6,46 +6,25 @@ printing only the answer.
   bench/compare-with-yanglint.py build/plain --runs 3
 """
 import argparse
-import os
 import pathlib
 import statistics
-import subprocess
-import sys
 import tempfile
-import time
 
-TOP = pathlib.Path(__file__).resolve().parent.parent
-MODELS = TOP / "manageability/yang/framework/models"
-
-
-def measure(command, output):
-    """Wall seconds, processor seconds and peak memory in MiB of one run."""
-    with open(output, "wb") as sink:
-        start = time.monotonic()
-        process = subprocess.Popen(command, stdout=sink)
-        _, status, usage = os.wait4(process.pid, 0)
-        wall = time.monotonic() - start
-    if os.waitstatus_to_exitcode(status) != 0:
-        sys.exit(f"{command[0]} failed")
-    return wall, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
+from processes import compare, get_command, make_device, measure, ratio, yanglint_command
 
 
 def pairs(build, folder, neighbors, runs):
     device = folder / f"device-{neighbors}.xml"
     answer = folder / f"answer-{neighbors}.xml"
-    with open(device, "wb") as sink:
-        subprocess.run([build / "bin/make_device", str(neighbors // 4), str(neighbors), "40"], stdout=sink, check=True)
-    ours = [build / "bin/yfw", "get", "/lldp", "--format", "xml", "--native", device]
+    make_device(build, device, neighbors // 4, neighbors, 40)
+    ours = get_command(build, device)
     measure(ours, answer)  # a warm-up, and the input of the peer
-    peer = ["yanglint", "-p", MODELS, "-t", "data", "-f", "xml", MODELS / "openconfig-lldp-types.yang",
-            MODELS / "openconfig-lldp.yang", answer]
-    measured = [(measure(ours, folder / "ours"), measure(peer, folder / "peer")) for _ in range(runs)]
+    measured = compare(ours, yanglint_command(answer), folder, runs)
     print(f"{neighbors} neighbors: {device.stat().st_size / 1e6:.0f} MB in, {answer.stat().st_size / 1e6:.0f} MB out")
     for i, (what, unit) in enumerate((("wall", "s"), ("cpu", "s"), ("peak", "MiB"))):
         mine = statistics.median(a[i] for a, _ in measured)
         others = statistics.median(b[i] for _, b in measured)
-        ratio = statistics.median(a[i] / b[i] for a, b in measured)
-        print(f"  {what:5} yfw {mine:8.2f} {unit}   yanglint {others:8.2f} {unit}   ratio {ratio:.2f}")
+        print(f"  {what:5} yfw {mine:8.2f} {unit}   yanglint {others:8.2f} {unit}   ratio {ratio(measured, i):.2f}")
     return statistics.median(a[1] for a, _ in measured)
 
 

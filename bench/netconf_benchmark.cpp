@@ -28,6 +28,7 @@ const yang::Schemas &schemas() {
 
 constexpr bench::DeviceSize small{4, 4, 1};
 constexpr bench::DeviceSize ten_thousand_interfaces{10000, 10000, 10};
+constexpr bench::DeviceSize hundred_thousand_interfaces{100000, 100000, 10};
 constexpr bench::DeviceSize ten_thousand_neighbors{2500, 10000, 10};
 
 // The durations of repeated runs, one by one.
@@ -77,7 +78,7 @@ void print(const lyd_node *data) {
     benchmark::DoNotOptimize(yang::printed(data, LYD_XML, LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS).c_str());
 }
 
-constexpr size_t baseline_runs = 20;
+constexpr size_t baseline_runs = 5;
 
 // The latency of one request; the baselines are libyang printing the answer, and reading the device alone.
 void measure_get(benchmark::State &state, sources::NativeSource &source, const std::string &operation) {
@@ -170,6 +171,10 @@ void open_and_close_session(benchmark::State &state) {
 
 BENCHMARK_CAPTURE(get_from_memory, one_leaf, small, one_leaf)->UseManualTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(get_from_memory, one_of_10000_interfaces, ten_thousand_interfaces, one_interface)
+    ->UseManualTime()
+    ->MinTime(5)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(get_from_memory, one_of_100000_interfaces, hundred_thousand_interfaces, one_interface)
     ->UseManualTime()
     ->MinTime(5)
     ->Unit(benchmark::kMillisecond);

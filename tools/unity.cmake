@@ -26,13 +26,14 @@ yfw_compile_apart(commits store_format.cpp)
 yfw_compile_apart(netconf_filters xpath_tokens.cpp)
 yfw_compile_apart(pictures topology_text.cpp)
 yfw_compile_apart(sources lldpd/wanted_settings.cpp)
+yfw_compile_apart(xml element_stream.cpp)
 
 yfw_compile_apart(access_test nacm_fixture.cpp nacm_read_test.cpp nacm_test.cpp nacm_write_test.cpp)
 yfw_compile_apart(base_test process_test.cpp run_program_test.cpp)
 yfw_compile_apart(commits_test killed_upgrade_test.cpp)
 yfw_compile_apart(device_test drift_test.cpp edit_commit_test.cpp suspended_settings_test.cpp)
 yfw_compile_apart(host_test
-  engine_passes_test.cpp engine_sequence_test.cpp native_selection_test.cpp node_hierarchy_test.cpp
+  engine_passes_test.cpp engine_sequence_test.cpp entry_index_test.cpp native_selection_test.cpp node_hierarchy_test.cpp
   several_mappings_test.cpp)
 yfw_compile_apart(ocextra_test response_test.cpp)
 yfw_compile_apart(oclldp_test

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string native = native_device("<enable>true</enable><timer>45</timer>");
+const std::string device_with_timer = native_device("<enable>true</enable><timer>45</timer>");
 const std::string new_name = config(element("system-name", "new"));
 
 // A device that outlives the processes that change it, and is changed in two steps.
@@ -81,7 +81,7 @@ protected:
 
 private:
     void commit_and_die() {
-        EditedDevice device{native, &target, directory.path()};
+        EditedDevice device{device_with_timer, &target, directory.path()};
         device.edit(config(element("hello-timer", "20")));
         if (const auto step = GetParam().step)
             device.on_step([step](commits::Step reached) {
@@ -95,26 +95,26 @@ private:
 };
 
 TEST_P(AKilledCommit, IsFinishedOrUndoneWhenTheNextServerStarts) {
-    EditedDevice device{native, &target, directory.path()};
+    EditedDevice device{device_with_timer, &target, directory.path()};
     device.device().serve();
     device.device().restore_after_restart();
     EXPECT_TRUE(runs(device, target.running()));
 }
 
 TEST_P(AKilledCommit, IsFinishedOrUndoneByTheNextCommitOfAnotherLeaf) {
-    EditedDevice device{native, &target, directory.path()};
+    EditedDevice device{device_with_timer, &target, directory.path()};
     device.edit(config(element("system-description", "other")));
     EXPECT_TRUE(runs(device, target.running()));
 }
 
 TEST_P(AKilledCommit, IsFinishedOrUndoneByTheNextEditThoughItChangesNothing) {
-    EditedDevice device{native, &target, directory.path()};
+    EditedDevice device{device_with_timer, &target, directory.path()};
     device.edit(config(element("hello-timer", "20")));
     EXPECT_TRUE(runs(device, target.running()));
 }
 
 TEST_P(AKilledCommit, IsRepairedOnceOnly) {
-    EditedDevice device{native, &target, directory.path()};
+    EditedDevice device{device_with_timer, &target, directory.path()};
     device.device().restore_after_restart();
     EXPECT_FALSE(device.device().restore_after_restart());
     device.edit(config(element("system-description", "other")));
@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(At, AKilledCommit,
 TEST(ACommit, ThatIsRefusedByTheDeviceLeavesNothingToRepair) {
     const yfw::test::TemporaryDirectory directory;
     ALastingDevice target{directory.path() / "device"};
-    EditedDevice device{native, &target, directory.path()};
+    EditedDevice device{device_with_timer, &target, directory.path()};
     device.edit(config(element("hello-timer", "20")));
     target.half_way = [] { throw Error(ErrorTag::operation_failed, "", "the device refuses it"); };
     EXPECT_THROW(device.edit(new_name), Error);

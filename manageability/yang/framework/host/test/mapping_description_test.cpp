@@ -238,6 +238,10 @@ INSTANTIATE_TEST_SUITE_P(
                        "\"top\": \"x\", \"suspensions\": [{\"leaf\": \"/x/a\", \"value\": \"b\", \"nodes\": "
                        "[\"/x/c\"], \"native\": [{\"path\": \"/x/d\"}]}]"),
               {"\"openconfig.suspensions[0].native[0].module\" is missing", "the name of a native module"}},
+        Fault{"AsAKeyWithoutThePathOfANativeOne",
+              replaced(smallest(), "\"top\": \"x\"",
+                       "\"top\": \"x\", \"keys\": [{\"leaf\": \"/x/l/k\", \"native\": [{\"module\": \"m\"}]}]"),
+              {"\"openconfig.keys[0].native[0].path\" is missing", "the schema path of a native node"}},
         Fault{"AsAnUnknownMemberOfAMember",
               replaced(smallest(), "\"top\"", "\"tops\": 1, \"top\""),
               {"\"openconfig.tops\" is unknown", "modules, state, suspensions, top"}},

@@ -100,6 +100,40 @@ TEST_F(SelectedNativeData, TakesATrailingSlashForNothing) {
     EXPECT_EQ(of(ifmgr_ns, "interface-configurations"), "interface-configurations{interface-configuration*}");
 }
 
+class ANarrowedList : public SelectedNativeData {
+protected:
+    void narrow() {
+        selected.narrow(schemas().find("Tarvo-QD-ethernet-lldp-oper", std::string(detail) + "/device-id"),
+                        "r2");
+    }
+};
+
+TEST_F(ANarrowedList, HasOnlyTheEntriesWithTheValue) {
+    add({oper(detail)});
+    narrow();
+    EXPECT_EQ(of(oper_ns, "lldp"), "lldp{nodes{node{neighbors{details{detail*{device-id=r2}}}}}}");
+    EXPECT_TRUE(selected.narrows());
+}
+
+TEST_F(ANarrowedList, HasOnlyTheseWhereAllAroundItIsSelected) {
+    add({oper("/lldp/nodes")});
+    narrow();
+    EXPECT_EQ(of(oper_ns, "lldp"), "lldp{nodes*{node{neighbors{details{detail{device-id=r2}}}}}}");
+}
+
+TEST_F(ANarrowedList, IsNotSelectedByThat) {
+    add({oper("/lldp/global-lldp"), oper("/lldp/nodes/node/statistics")});
+    narrow();
+    EXPECT_EQ(of(oper_ns, "lldp"), "lldp{global-lldp* nodes{node{statistics*}}}");
+    EXPECT_FALSE(selected.narrows());
+}
+
+TEST_F(ANarrowedList, MayBeInATreeThatIsNotSelected) {
+    add({read_of(cfg_ns, "/lldp/enable")});
+    narrow();
+    EXPECT_EQ(of(oper_ns, "lldp"), "");
+}
+
 struct UnknownPath : testing::TestWithParam<const char *> {};
 
 TEST_P(UnknownPath, IsRefusedByName) {
