@@ -234,8 +234,10 @@ void Datastores::refuse_other_confirmer(const Caller &caller,
 // Rolling the commit back would take the edit with it.
 void Datastores::refuse_during_confirmation(const Caller &caller) const {
     if (pending_.has_value() && pending_->actor.session != caller.session)
-        throw request_error(ErrorTag::in_use, "session " + std::to_string(pending_->actor.session) +
-                                                  " has an unconfirmed commit");
+        throw request_error(ErrorTag::in_use,
+                            (pending_->actor.session != 0 ? "session " + std::to_string(pending_->actor.session)
+                                                          : pending_->actor.user) +
+                                " has an unconfirmed commit");
 }
 
 void Datastores::commit(const Caller &caller, const std::optional<Confirmation> &confirmed,
