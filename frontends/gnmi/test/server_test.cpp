@@ -301,6 +301,14 @@ TEST(AServerInPlaintext, StaysOnThisMachine) {
     EXPECT_THROW(GnmiServer(options_for("[::]:9339"), device.service(), ignore), Error);
 }
 
+TEST(AUser, IsKnownByTheWholeName) {
+    access::AccessGroups groups;
+    groups.owner = geteuid();
+    EXPECT_TRUE(access::user_named(current_user(), groups).has_value());
+    EXPECT_FALSE(access::user_named(current_user() + '\0' + "x", groups).has_value());
+    EXPECT_FALSE(access::user_named("no-such-user", groups).has_value());
+}
+
 // ---- addresses
 
 struct Address {

@@ -65,7 +65,8 @@ std::optional<User> user_of_peer(int socket, const AccessGroups &groups) {
 std::optional<User> user_named(const std::string &name, const AccessGroups &groups) {
     const std::lock_guard<std::mutex> guard(lookup);
     const passwd *entry = getpwnam(name.c_str());
-    return entry != nullptr ? user_of(entry, entry->pw_name, entry->pw_uid, groups) : std::nullopt;
+    const bool is_known = entry != nullptr && name == entry->pw_name; // not only up to a NUL in it
+    return is_known ? user_of(entry, name, entry->pw_uid, groups) : std::nullopt;
 }
 
 } // namespace yfw::access
