@@ -228,7 +228,15 @@ private:
         return !matches(after_, entry).empty();
     }
 
-    // A container goes with what is in it, but a default in it comes back into use.
+    bool holds_entry(Index node) const {
+        for (Index at = node; at < before_[node].end; at++)
+            if (before_[at].schema != nullptr && before_[at].schema->nodetype == LYS_LIST)
+                return true;
+        return false;
+    }
+
+    // A container goes with what is in it, but a default in it comes back into use, and entries are told of one
+    // by one: who watches them need not know that the last one takes its container along.
     void removed(Index node) {
         const lysc_node *schema = before_[node].schema;
         if (yang::is_term(schema)) {
@@ -240,7 +248,9 @@ private:
                 writer_.remove(before_, node, after_.time());
             return;
         }
-        const bool is_whole = schema->nodetype == LYS_LIST || !is_entry_left(node) || !holds_default(node);
+        const bool is_entry = schema->nodetype == LYS_LIST;
+        const bool is_whole =
+            is_entry || (!holds_entry(node) && (!is_entry_left(node) || !holds_default(node)));
         if (is_whole && takes_whole(node)) {
             writer_.remove(before_, node, after_.time());
             return;

@@ -270,6 +270,18 @@ TEST_F(ASubscription, OnChangeTellsOfANeighborThatIsGoneByOnePath) {
     EXPECT_THAT(lines, Contains(eth1 + "/neighbors/neighbor[id=r9.example.net#eth1]/state/ttl = 8u"));
 }
 
+TEST_F(ASubscription, OnChangeTellsOfTheLastNeighborOfAnInterfaceByItsPath) {
+    client_.send(list(List::STREAM, {{"/lldp/interfaces"}}));
+    client_.take();
+    const std::string rest = "</interface-name>\n            <device-id>r2.example.net";
+    device_.change_state("<interface-name>eth1" + rest, "<interface-name>eth2" + rest);
+    const std::vector<std::string> lines = client_.wait_for_lines();
+    EXPECT_THAT(lines, Contains("- " + neighbor));
+    EXPECT_THAT(lines,
+                Contains("/lldp/interfaces/interface[name=eth2]/neighbors/neighbor[id=r2.example.net#eth1]"
+                         "/state/ttl = 8u"));
+}
+
 TEST_F(ASubscription, OnChangeOfALeafTellsOfItWhenItsEntryIsGone) {
     client_.send(list(List::STREAM, {{neighbor + "/state/ttl"}}));
     EXPECT_THAT(client_.take(), ElementsAre(neighbor + "/state/ttl = 8u", "sync"));
