@@ -193,7 +193,8 @@ void read_openconfig(Members members, MappingDescription &to) {
         for (const std::string &path : members.texts("state", "the schema paths of state"))
             to.state.push_back(checked_path(members, members.place_of("state"), path));
     if (members.has("sampled"))
-        for (const std::string &path : members.texts("sampled", "the schema paths of what changes all the time"))
+        for (const std::string &path :
+             members.texts("sampled", "the schema paths of what changes all the time"))
             to.sampled.push_back(checked_path(members, members.place_of("sampled"), path));
     if (members.has("suspensions"))
         members.each("suspensions", "what a leaf's value suspends",
