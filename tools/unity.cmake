@@ -15,8 +15,8 @@ endfunction()
 
 # The files of a plug-in mirror one another, with the same names.
 # host: programs that only read documents link some of its files without the platform that others call.
-# netconf_server_test: tables of the same form, with the same names.
-foreach(target oclldp ocextra oclldp_double host netconf_server_test)
+# netconf_server_test, gnmi_test: tables of the same form, with the same names.
+foreach(target oclldp ocextra oclldp_double host netconf_server_test gnmi_test)
   if(TARGET ${target})
     set_target_properties(${target} PROPERTIES UNITY_BUILD OFF)
   endif()

@@ -22,6 +22,7 @@
 #include "base/stop_signals.h"
 #include "device/commit_watch.h"
 #include "device/drift_keeper.h"
+#include "device/file_watch.h"
 #include "device/keeper.h"
 #include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
@@ -29,6 +30,7 @@
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
+#include "frontends/cli/serving/gnmi_door.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
 #include "frontends/netconf/events/server_events.h"
@@ -42,17 +44,21 @@ constexpr const char *serve_help = R"(
 Without --socket, it starts a private sshd on a loopback port with fresh keys, prints how to connect, and removes
 everything at the end. With --socket, it serves the system's sshd, whose configuration needs the line
   Subsystem netconf /usr/bin/yfw netconf-stdio
+With --gnmi, it serves gNMI beside NETCONF; without --cert, with throw-away certificates on a loopback port.
 
 Examples:
   yfw serve
   yfw serve --device lldpd: --port 8300
   yfw serve --device lldpd: --socket /run/yfw/netconf.sock --writers netadmin --readers netops
+  yfw serve --gnmi
+  yfw serve --device lldpd: --gnmi 9339 --cert server.pem --key server.key --client-ca clients.pem
 )";
 
 constexpr const char *default_socket = "/run/yfw/netconf.sock";
 
 struct ServeOptions {
     netconf::ServerOptions server;
+    GnmiOptions gnmi;
     std::string socket;
     std::string nacm;
     std::string recovery_user;
@@ -84,6 +90,14 @@ std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
     return access::Nacm(file, files, names);
 }
 
+// Where the data of a recorded device is; nowhere for another one.
+std::vector<std::filesystem::path> recorded_files(const DeviceOptions &options) {
+    if (!options.native_files.empty())
+        return options.native_files;
+    return std::filesystem::is_directory(options.device) ? std::vector{options.device}
+                                                         : std::vector<std::filesystem::path>();
+}
+
 // Calls `ready` when clients can connect; serves until the descriptor that it returns becomes readable.
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
                   const ServeOptions &serve, const std::function<int()> &ready) {
@@ -97,19 +111,31 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
     netconf::NetconfServer server(server_options, service, modules, events);
     const device::NeighborReporter reporter(named.device);
     const auto on_neighbor = [&](sources::NeighborEvent event) {
+        service.events().tell_state_change();
         if (const auto report = reporter.report(std::move(event)))
             publish(events, modules, *report);
     };
     if (named.device.restore_after_restart())
         say("the device was restarted, or a commit to it was interrupted; it has its configuration again");
     const device::CommitWatch commit_watch(service, say);
-    const device::Keeper keeper(named.device, on_neighbor, say);
+    const auto on_change = [&service] { service.events().tell_state_change(); };
+    const device::Keeper keeper(named.device, on_neighbor, say, on_change);
+    const device::FileWatch file_watch(recorded_files(options), on_change, say);
     std::optional<device::DriftKeeper> drift_keeper;
     if (serve.keep_applied && named.device.is_applied_to())
         drift_keeper.emplace(
             service, std::chrono::seconds(serve.drift_interval), say,
             [&](const std::vector<std::string> &paths) { netconf::publish_reapplied(events, modules, paths); });
-    server.run(ready());
+    std::optional<GnmiDoor> gnmi;
+    if (serve.gnmi.is_wanted)
+        gnmi.emplace(serve.gnmi, server_options.groups, service);
+    const int end = ready();
+    if (gnmi.has_value()) {
+        std::cout << gnmi->instructions();
+        finish_output();
+    }
+    server.run(end);
+    gnmi.reset();
     service.end();
 }
 
@@ -152,6 +178,7 @@ void require_user(const std::string &option, const std::string &user) {
 }
 
 void run_serve(const DeviceOptions &device, const ServeOptions &options) {
+    GnmiDoor::check(options.gnmi);
     const StopSignals stop;
     permit_many_descriptors();
     std::signal(SIGPIPE, SIG_IGN); // a vanished client shows as a write error instead
@@ -172,9 +199,35 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
 
 } // namespace
 
+namespace {
+
+// `options` must outlive the command.
+void add_gnmi_options(CLI::App &serve, GnmiOptions &options) {
+    auto *gnmi = serve.add_option_function<std::string>(
+        "--gnmi",
+        [&options](const std::string &address) {
+            options.is_wanted = true;
+            options.address = address;
+        },
+        "Serve gNMI, too; default: on a free loopback port");
+    gnmi->expected(0, 1)->option_text("[HOST:]PORT");
+    const auto add = [&](const char *name, std::string &value, const char *help) {
+        serve.add_option(name, value, help)->needs(gnmi)->option_text("FILE");
+    };
+    add("--cert", options.certificate, "gNMI: the server's certificate, PEM; read again when it changes");
+    add("--key", options.key, "gNMI: its key, PEM");
+    add("--client-ca", options.client_ca,
+        "gNMI: who signs clients' certificates, PEM; every client needs one then");
+    serve
+        .add_flag("--insecure", options.is_insecure, "gNMI: plaintext, on a loopback address or unix:PATH only")
+        ->needs(gnmi);
+}
+
+} // namespace
+
 void add_serve(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<ServeOptions>();
-    CLI::App *serve = app.add_subcommand("serve", "Serve a device over NETCONF");
+    CLI::App *serve = app.add_subcommand("serve", "Serve a device over NETCONF and gNMI");
     serve->footer(serve_help);
     auto *socket =
         serve->add_option("--socket", options->socket, "Unix socket to serve on, behind the system's sshd");
@@ -229,6 +282,7 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
                      "Longest message that is accepted; default: 64 MiB")
         ->check(number_range(1, std::numeric_limits<int64_t>::max()))
         ->option_text("BYTES");
+    add_gnmi_options(*serve, options->gnmi);
     add_device_options(*serve, device);
     serve->callback([&device, options, readers, writers, recovery] {
         if (readers->count() > 0)

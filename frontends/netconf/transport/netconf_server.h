@@ -9,13 +9,13 @@
 #include <memory>
 #include <string>
 
+#include "base/worker_pool.h"
 #include "device/access/groups.h"
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/messages/framing.h"
 #include "frontends/netconf/operations/conversation.h"
 #include "frontends/netconf/transport/server_log.h"
 #include "frontends/netconf/transport/session.h"
-#include "frontends/netconf/transport/worker_pool.h"
 
 struct event;
 struct event_base;

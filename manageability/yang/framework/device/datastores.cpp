@@ -7,6 +7,7 @@
 #include "base/utc_time.h"
 #include "device/events/edit_records.h"
 #include "device/pending_file.h"
+#include "yang/comparison.h"
 #include "yang/configuration_text.h"
 #include "yang/edit.h"
 #include "yang/tree_text.h"
@@ -233,8 +234,10 @@ void Datastores::refuse_other_confirmer(const Caller &caller,
 // Rolling the commit back would take the edit with it.
 void Datastores::refuse_during_confirmation(const Caller &caller) const {
     if (pending_.has_value() && pending_->actor.session != caller.session)
-        throw request_error(ErrorTag::in_use, "session " + std::to_string(pending_->actor.session) +
-                                                  " has an unconfirmed commit");
+        throw request_error(ErrorTag::in_use,
+                            (pending_->actor.session != 0 ? "session " + std::to_string(pending_->actor.session)
+                                                          : pending_->actor.user) +
+                                " has an unconfirmed commit");
 }
 
 void Datastores::commit(const Caller &caller, const std::optional<Confirmation> &confirmed,
@@ -246,19 +249,7 @@ void Datastores::commit(const Caller &caller, const std::optional<Confirmation> 
     // The very first commit stores the previous configuration as number 0.
     const int64_t before =
         pending_.has_value() ? pending_->back_to : std::max<int64_t>(device_.last_commit_number(), 0);
-    if (confirmed.has_value())
-        hold_store(caller.actor());
-    try {
-        if (confirmed.has_value())
-            remember_pending(device_.store(), before);
-        commit_candidate(caller);
-    } catch (...) {
-        if (!pending_.has_value())
-            forget_pending(device_.store());
-        if (confirmed.has_value())
-            release_store();
-        throw;
-    }
+    commit_prepared(caller, confirmed, before, [&] { commit_candidate(caller); });
     drop_candidate();
     if (confirmed.has_value()) {
         wait_for_confirmation(caller, *confirmed, before);
@@ -267,6 +258,65 @@ void Datastores::commit(const Caller &caller, const std::optional<Confirmation> 
     if (pending_.has_value())
         tell(caller.actor(), What::complete);
     end_pending();
+}
+
+void Datastores::commit_prepared(const Caller &caller, const std::optional<Confirmation> &confirmed,
+                                 int64_t back_to, const std::function<void()> &commit) {
+    if (confirmed.has_value())
+        hold_store(caller.actor());
+    try {
+        if (confirmed.has_value())
+            remember_pending(device_.store(), back_to);
+        commit();
+    } catch (...) {
+        if (!pending_.has_value())
+            forget_pending(device_.store());
+        if (confirmed.has_value())
+            release_store();
+        throw;
+    }
+}
+
+void Datastores::edit_running(const Caller &caller, const EditMaker &make,
+                              const std::optional<Confirmation> &confirmed) {
+    const Guard guard(mutex_);
+    if (const auto lock = locks_.find(Datastore::running); lock != locks_.end())
+        throw request_error(ErrorTag::in_use, "the configuration is locked by session " +
+                                                  std::to_string(lock->second.session) + " of " +
+                                                  lock->second.user);
+    if (pending_.has_value())
+        throw request_error(ErrorTag::in_use, "a commit of " + pending_->actor.user + " awaits confirmation");
+    const int64_t before = std::max<int64_t>(device_.last_commit_number(), 0);
+    commit_prepared(caller, confirmed, before, [&] {
+        yang::EditNode edit;
+        const std::optional<commits::Commit> commit = commit_made(caller, make, edit);
+        tell_change(commit, {caller.actor(), events::edit_records(edit)});
+    });
+    if (confirmed.has_value())
+        wait_for_confirmation(caller, *confirmed, before);
+}
+
+// Another process may commit between the making of the edit and its commit, which would then not be what was
+// asked.
+std::optional<commits::Commit> Datastores::commit_made(const Caller &caller, const EditMaker &make,
+                                                       yang::EditNode &made) {
+    struct RunningChanged {};
+    constexpr int most_attempts = 5;
+    const ChangeGuard may = guard_of(caller);
+    for (int attempt = 1; attempt <= most_attempts; attempt++) {
+        const Configuration running = device_.running_configuration();
+        made = make(running.openconfig.get());
+        try {
+            return device_.edit(made, note_of(caller), [&](const lyd_node *before, const lyd_node *after) {
+                if (!yang::is_same(before, running.openconfig.get()))
+                    throw RunningChanged();
+                if (may)
+                    may(before, after);
+            });
+        } catch (const RunningChanged &) {
+        }
+    }
+    throw request_error(ErrorTag::in_use, "other processes keep changing the configuration");
 }
 
 void Datastores::commit_candidate(const Caller &caller) {
@@ -292,6 +342,22 @@ void Datastores::cancel_commit(const Caller &caller, const std::optional<std::st
     refuse_others_commits();
     take_back(caller.actor());
     tell(caller.actor(), What::cancel);
+}
+
+void Datastores::confirm(const Caller &caller, const std::string &persist_id) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::running);
+    refuse_other_confirmer(caller, persist_id);
+    tell(caller.actor(), What::complete);
+    end_pending();
+}
+
+void Datastores::extend(const Caller &caller, const std::string &persist_id, std::chrono::seconds timeout) {
+    const Guard guard(mutex_);
+    refuse_if_locked(caller, Datastore::running);
+    refuse_other_confirmer(caller, persist_id);
+    deadline_ = std::chrono::steady_clock::now() + timeout;
+    tell(caller.actor(), What::extend, timeout);
 }
 
 void Datastores::tell(const events::Actor &actor, What what, std::optional<std::chrono::seconds> timeout) {

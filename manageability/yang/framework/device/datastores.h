@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -47,6 +48,9 @@ struct Confirmation {
     std::optional<std::string> persist;
 };
 
+// Makes an edit that depends on the running configuration, which may be NULL. May throw.
+using EditMaker = std::function<yang::EditNode(const lyd_node *running)>;
+
 // Observers are notified of changes to the running
 // configuration. Everything is borrowed. A rejected call throws Error and changes nothing.
 //
@@ -66,6 +70,10 @@ public:
     // part of running, but not of commits.
     void edit_with_rules(const Caller &caller, Datastore target, access::Nacm &rules, const Edits &edits,
                          bool only_test);
+    // Edits running in one transaction; `confirmed` as for commit(). No commit may be unconfirmed. For
+    // protocols without sessions, whose edits no lock of the caller's own and no candidate stands beside.
+    void edit_running(const Caller &caller, const EditMaker &make,
+                      const std::optional<Confirmation> &confirmed);
     void validate(Datastore datastore);
     // Checks that an edit of the running configuration would be valid.
     void validate(const yang::EditNode &edit);
@@ -78,6 +86,10 @@ public:
     void commit(const Caller &caller, const std::optional<Confirmation> &confirmed,
                 const std::optional<std::string> &persist_id);
     void cancel_commit(const Caller &caller, const std::optional<std::string> &persist_id);
+    // The same for the commit alone, whatever the candidate holds: confirms it, or gives it until `timeout`
+    // from now.
+    void confirm(const Caller &caller, const std::string &persist_id);
+    void extend(const Caller &caller, const std::string &persist_id, std::chrono::seconds timeout);
 
     void lock(const Caller &caller, Datastore datastore);
     void unlock(const Caller &caller, Datastore datastore);
@@ -151,6 +163,11 @@ private:
     void tell_of_others_up_to(int64_t number);
     void tell_change(const std::optional<commits::Commit> &made, const events::ConfigurationChange &change);
     void commit_candidate(const Caller &caller);
+    std::optional<commits::Commit> commit_made(const Caller &caller, const EditMaker &make,
+                                               yang::EditNode &made);
+    // Runs `commit`, which may await confirmation; nothing remains of a confirmation when that throws.
+    void commit_prepared(const Caller &caller, const std::optional<Confirmation> &confirmed, int64_t back_to,
+                         const std::function<void()> &commit);
     void wait_for_confirmation(const Caller &caller, const Confirmation &confirmed, int64_t back_to);
     void end_pending();
     void tell(const events::Actor &actor, events::ConfirmedCommit::What what,

@@ -1,5 +1,7 @@
 #include "device/keeper.h"
 
+#include <utility>
+
 #include "base/error.h"
 
 namespace yfw::device {
@@ -10,8 +12,9 @@ constexpr int milliseconds_between_attempts = 1000;
 } // namespace
 
 Keeper::Keeper(ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
-               std::function<void(const std::string &)> say)
-    : device_(device), on_neighbor_(std::move(on_neighbor)), say_(std::move(say)) {
+               std::function<void(const std::string &)> say, std::function<void()> on_back)
+    : device_(device), on_neighbor_(std::move(on_neighbor)), say_(std::move(say)),
+      on_back_(std::move(on_back)) {
     if (device_.tells_changes())
         thread_ = std::thread([this] { keep(); });
 }
@@ -29,6 +32,7 @@ void Keeper::restore() {
     } catch (const Error &error) {
         say_(std::string("the device is back, but its configuration cannot be restored: ") + error.what());
     }
+    on_back_();
 }
 
 void Keeper::pass_on(sources::NeighborEvent event) {
@@ -50,7 +54,8 @@ void Keeper::keep() {
         try {
             if (was_away)
                 device_.restore_after_restart(); // throws while the device is away
-            was_away = false;
+            if (std::exchange(was_away, false))
+                on_back_();
             device_.watch(stop_.descriptor(), listener);
             return;
         } catch (const Error &) {

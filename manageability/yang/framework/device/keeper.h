@@ -16,9 +16,11 @@ namespace yfw::device {
 // watch it occupies. The destructor ends the thread and waits for it.
 class Keeper {
 public:
-    // Both functions are called on the keeper's thread only; `say` takes messages for the server's operator.
-    Keeper(ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
-           std::function<void(const std::string &)> say);
+    // The functions are called on the keeper's thread only; `say` takes messages for the server's operator.
+    // `on_back`: the device can be reached again, and its neighbors may be others.
+    Keeper(
+        ManagedDevice &device, std::function<void(sources::NeighborEvent)> on_neighbor,
+        std::function<void(const std::string &)> say, std::function<void()> on_back = [] {});
     ~Keeper();
     Keeper(const Keeper &) = delete;
     Keeper &operator=(const Keeper &) = delete;
@@ -31,6 +33,7 @@ private:
     ManagedDevice &device_;
     std::function<void(sources::NeighborEvent)> on_neighbor_;
     std::function<void(const std::string &)> say_;
+    std::function<void()> on_back_;
     Wakeup stop_;
     std::thread thread_;
 };

@@ -192,6 +192,10 @@ void read_openconfig(Members members, MappingDescription &to) {
     if (members.has("state"))
         for (const std::string &path : members.texts("state", "the schema paths of state"))
             to.state.push_back(checked_path(members, members.place_of("state"), path));
+    if (members.has("sampled"))
+        for (const std::string &path :
+             members.texts("sampled", "the schema paths of what changes all the time"))
+            to.sampled.push_back(checked_path(members, members.place_of("sampled"), path));
     if (members.has("suspensions"))
         members.each("suspensions", "what a leaf's value suspends",
                      [&](const Json &value, const std::string &place) {
@@ -320,6 +324,8 @@ void refuse_main_members(Members &members, const MappingDescription &read) {
             refuse_main_member(members.file(), name);
     if (!read.suspensions.empty())
         refuse_main_member(members.file(), "openconfig.suspensions");
+    if (!read.sampled.empty())
+        refuse_main_member(members.file(), "openconfig.sampled");
 }
 
 void read_library(Members &members, MappingDescription &to) {

@@ -80,6 +80,7 @@ struct MappingDescription {
     yang::MappedModules modules;                  // of this mapping and of those beside it
     std::vector<std::string>
         state; // schema paths of the OpenConfig state that the request's descriptor tells of
+    std::vector<std::string> sampled; // schema paths of OpenConfig state that changes all the time
     std::vector<Suspension> suspensions;
     std::vector<SharedKey> keys;
     std::vector<MappedSubtree> subtrees;

@@ -28,6 +28,10 @@ std::vector<std::string> names_of(const std::vector<gid_t> &groups);
 // The user at the other end of a Unix socket; nothing when the user is in neither group. Root is a writer.
 std::optional<User> user_of_peer(int socket, const AccessGroups &groups);
 
+// The user of this name; nothing when this machine does not know the user, or the user is in neither group.
+// Root is a writer.
+std::optional<User> user_named(const std::string &name, const AccessGroups &groups);
+
 } // namespace yfw::access
 
 #endif

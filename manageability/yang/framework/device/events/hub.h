@@ -16,6 +16,7 @@ public:
     virtual ~Observer() = default;
     virtual void changed(const ConfigurationChange &change) = 0;
     virtual void changed(const ConfirmedCommit &commit) = 0;
+    virtual void state_changed() {}
 };
 
 // Any thread may call any member. All observers see events in the same order.
@@ -29,6 +30,14 @@ public:
         const std::lock_guard<std::mutex> guard(mutex_);
         for (Observer *observer : observers_)
             observer->changed(event);
+    }
+
+    // The device's state may have changed: a neighbor came, went or has other properties, or the device is
+    // back.
+    void tell_state_change() {
+        const std::lock_guard<std::mutex> guard(mutex_);
+        for (Observer *observer : observers_)
+            observer->state_changed();
     }
 
 private:

@@ -207,6 +207,9 @@ INSTANTIATE_TEST_SUITE_P(
                        "\"top\": \"x\", \"suspensions\": [{\"leaf\": \"/x/a\", \"value\": \"b\", \"nodes\": "
                        "[\"/x/c\"]}]"),
               {"\"openconfig.suspensions\": a mapping that is loaded beside"}},
+        Fault{"AsSampledState",
+              replaced(beside(), "\"top\": \"x\"", "\"top\": \"x\", \"sampled\": [\"/x/a\"]"),
+              {"\"openconfig.sampled\": a mapping that is loaded beside"}},
         Fault{"AsAnotherTop",
               replaced(beside(), "\"top\": \"x\"", "\"top\": \"y\""),
               {"\"openconfig\": expected the top container x of module openconfig-x", "libx.json"}},
@@ -244,7 +247,7 @@ INSTANTIATE_TEST_SUITE_P(
               {"\"openconfig.keys[0].native[0].path\" is missing", "the schema path of a native node"}},
         Fault{"AsAnUnknownMemberOfAMember",
               replaced(smallest(), "\"top\"", "\"tops\": 1, \"top\""),
-              {"\"openconfig.tops\" is unknown", "modules, state, suspensions, top"}},
+              {"\"openconfig.tops\" is unknown", "modules, sampled, state, suspensions, top"}},
         Fault{"AsANumberForAText",
               replaced(smallest(), "\"x_\"", "7"),
               {"\"walker-prefix\"", "expected", "as a text that is not empty"}},

@@ -1,11 +1,11 @@
-#include "frontends/netconf/transport/fair_queue.h"
+#include "base/fair_queue.h"
 
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-namespace yfw::netconf {
+namespace yfw {
 namespace {
 
 std::vector<std::string> popped(FairQueue<std::string> &queue) {
@@ -42,4 +42,4 @@ TEST(AFairQueue, PutsAUserWhoComesBackBehindTheOthers) {
 }
 
 } // namespace
-} // namespace yfw::netconf
+} // namespace yfw

@@ -1,13 +1,13 @@
 // A queue in which users take turns.
-#ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_FAIR_QUEUE_H
-#define YFW_FRONTENDS_NETCONF_TRANSPORT_FAIR_QUEUE_H
+#ifndef YFW_BASE_FAIR_QUEUE_H
+#define YFW_BASE_FAIR_QUEUE_H
 
 #include <algorithm>
 #include <deque>
 #include <string>
 #include <utility>
 
-namespace yfw::netconf {
+namespace yfw {
 
 // How long a user waits depends on the number of users, not on how much each of them has queued. A user's own
 // items stay in order. Not thread-safe.
@@ -44,6 +44,6 @@ private:
     std::deque<Turn> turns_;
 };
 
-} // namespace yfw::netconf
+} // namespace yfw
 
 #endif

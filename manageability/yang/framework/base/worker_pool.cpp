@@ -1,9 +1,9 @@
-#include "frontends/netconf/transport/worker_pool.h"
+#include "base/worker_pool.h"
 
 #include <algorithm>
 #include <csignal>
 
-namespace yfw::netconf {
+namespace yfw {
 namespace {
 
 // How many jobs of each lane run at once.
@@ -79,14 +79,15 @@ void WorkerPool::work() {
             return;
         last_lane_ = next_lane();
         Queue &queue = queues_[last_lane_];
-        const Job job = queue.waiting.pop();
+        Job job = queue.waiting.pop();
         queue.running++;
         lock.unlock();
         if (Finish finish = job())
             post(std::move(finish));
+        job = nullptr; // what it held may take locks of its own when it is freed
         lock.lock();
         queue.running--;
     }
 }
 
-} // namespace yfw::netconf
+} // namespace yfw

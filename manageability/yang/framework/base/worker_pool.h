@@ -1,6 +1,6 @@
 // Worker threads that answer requests while the event loop runs.
-#ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_WORKER_POOL_H
-#define YFW_FRONTENDS_NETCONF_TRANSPORT_WORKER_POOL_H
+#ifndef YFW_BASE_WORKER_POOL_H
+#define YFW_BASE_WORKER_POOL_H
 
 #include <array>
 #include <condition_variable>
@@ -10,10 +10,10 @@
 #include <thread>
 #include <vector>
 
+#include "base/fair_queue.h"
 #include "base/wakeup.h"
-#include "frontends/netconf/transport/fair_queue.h"
 
-namespace yfw::netconf {
+namespace yfw {
 
 // The kinds of jobs. Each has its own queue; all but `quick` run on a limited number of threads, so that some
 // are always left for quick jobs.
@@ -73,6 +73,6 @@ private:
     std::vector<std::thread> threads_;
 };
 
-} // namespace yfw::netconf
+} // namespace yfw
 
 #endif

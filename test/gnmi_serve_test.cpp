@@ -1,0 +1,263 @@
+// `yfw serve --gnmi`, as a user runs it.
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gnmi.grpc.pb.h>
+#include <grpcpp/create_channel.h>
+#include <grpcpp/security/credentials.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include "frontends/cli/serving/tls_tryout.h"
+#include "netconf_client.h"
+#include "support/child_process.h"
+#include "support/eventually.h"
+#include "support/files.h"
+#include "support/running_yfw.h"
+
+namespace yfw::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+namespace fs = std::filesystem;
+
+std::string current_user() {
+    return getpwuid(geteuid())->pw_name;
+}
+
+struct ClientFiles {
+    fs::path authority;
+    fs::path certificate;
+    fs::path key;
+};
+
+std::shared_ptr<grpc::ChannelCredentials> credentials_of(const ClientFiles &files) {
+    grpc::SslCredentialsOptions options;
+    options.pem_root_certs = read_file(files.authority);
+    if (!files.certificate.empty()) {
+        options.pem_cert_chain = read_file(files.certificate);
+        options.pem_private_key = read_file(files.key);
+    }
+    return grpc::SslCredentials(options);
+}
+
+// The files of throw-away certificates in this directory.
+ClientFiles files_in(const fs::path &directory) {
+    return {directory / "ca.pem", directory / "client.pem", directory / "client.key"};
+}
+
+::gnmi::Path name_path() {
+    ::gnmi::Path path;
+    for (const char *name : {"lldp", "config", "system-name"})
+        path.add_elem()->set_name(name);
+    return path;
+}
+
+// One client on a connection of its own.
+class GnmiClient {
+public:
+    GnmiClient(const std::string &address, const ClientFiles &files)
+        : stub_(::gnmi::gNMI::NewStub(grpc::CreateChannel(address, credentials_of(files)))) {}
+
+    grpc::Status set_name(const std::string &name) {
+        ::gnmi::SetRequest request;
+        ::gnmi::Update &update = *request.add_update();
+        *update.mutable_path() = name_path();
+        update.mutable_val()->set_string_val(name);
+        ::gnmi::SetResponse response;
+        return stub_->Set(context().get(), request, &response);
+    }
+
+    grpc::Status get_name(std::string &name) {
+        ::gnmi::GetRequest request;
+        *request.add_path() = name_path();
+        request.set_encoding(::gnmi::PROTO);
+        ::gnmi::GetResponse response;
+        const grpc::Status status = stub_->Get(context().get(), request, &response);
+        if (status.ok())
+            name = response.notification(0).update(0).val().string_val();
+        return status;
+    }
+
+    std::unique_ptr<::gnmi::gNMI::Stub> &stub() { return stub_; }
+    static std::unique_ptr<grpc::ClientContext> context() {
+        auto made = std::make_unique<grpc::ClientContext>();
+        made->set_deadline(std::chrono::system_clock::now() + 20s);
+        return made;
+    }
+
+private:
+    std::unique_ptr<::gnmi::gNMI::Stub> stub_;
+};
+
+// The text between two others.
+std::string between(const std::string &text, const std::string &begin, const std::string &end) {
+    const size_t at = text.find(begin);
+    if (at == std::string::npos)
+        return "";
+    const size_t from = at + begin.size();
+    return text.substr(from, text.find(end, from) - from);
+}
+
+class ServingGnmi : public testing::Test {
+protected:
+    ServingGnmi() {
+        fs::copy(YFW_EXAMPLES_DIR "/r1", device());
+        setenv("XDG_STATE_HOME", (directory_.path() / "state").c_str(), 1);
+        fs::permissions(directory_.path(), fs::perms(0755));
+    }
+
+    fs::path device() const { return directory_.path() / "device"; }
+    std::string socket() const { return (directory_.path() / "netconf.sock").string(); }
+
+    // Returns where it listens.
+    std::string serve(const std::vector<std::string> &options) {
+        std::vector<std::string> words{"serve", "--device", device().string(), "--socket", socket()};
+        words.insert(words.end(), options.begin(), options.end());
+        process_.emplace(words);
+        line_ = process_->line_with({"gNMI on "}).value_or("");
+        EXPECT_NE(line_, "") << process_->errors();
+        const std::string rest = line_.substr(line_.find("gNMI on ") + 8);
+        return rest.substr(0, rest.find_first_of(",\n"));
+    }
+
+    TemporaryDirectory directory_;
+    std::optional<RunningYfw> process_;
+    std::string line_;
+};
+
+TEST_F(ServingGnmi, PrintsHowToConnectWithThrowAwayCertificates) {
+    const std::string address = serve({"--gnmi"});
+    const fs::path files = between(line_ + "\n", "certificates in ", "\n");
+    ASSERT_TRUE(process_->line_with({"gnmic -a " + address, "--tls-ca", "get --path /lldp"}).has_value());
+    ASSERT_TRUE(process_->line_with({"print(client.get("}).has_value());
+    EXPECT_EQ(fs::status(files).permissions(), fs::perms(0700));
+    std::string name;
+    GnmiClient client(address, files_in(files));
+    const grpc::Status status = client.get_name(name);
+    EXPECT_TRUE(status.ok()) << status.error_message();
+    EXPECT_EQ(name, "r1.example.net");
+    process_->signal(SIGTERM);
+    EXPECT_EQ(process_->wait(), 0);
+    EXPECT_FALSE(fs::exists(files));
+}
+
+TEST_F(ServingGnmi, TurnsAClientWithoutACertificateAway) {
+    const std::string address = serve({"--gnmi"});
+    ClientFiles files = files_in(between(line_ + "\n", "certificates in ", "\n"));
+    files.certificate.clear();
+    std::string name;
+    EXPECT_EQ(GnmiClient(address, files).get_name(name).error_code(), grpc::StatusCode::UNAVAILABLE);
+}
+
+TEST_F(ServingGnmi, ShowsAClientOfNetconfWhatAnotherOneSet) {
+    const std::string address = serve({"--gnmi"});
+    GnmiClient client(address, files_in(between(line_ + "\n", "certificates in ", "\n")));
+    ASSERT_TRUE(client.set_name("by-gnmi").ok());
+    NetconfClient netconf(socket());
+    EXPECT_THAT(netconf.rpc("<get-config><source><running/></source></get-config>").printed,
+                HasSubstr("by-gnmi"));
+    netconf.rpc("<lock><target><running/></target></lock>");
+    const grpc::Status locked = client.set_name("locked");
+    EXPECT_EQ(locked.error_code(), grpc::StatusCode::FAILED_PRECONDITION);
+    EXPECT_THAT(locked.error_message(), HasSubstr("locked by session 1 of " + current_user()));
+}
+
+TEST_F(ServingGnmi, StreamsWhatAChangedFileSays) {
+    const std::string address = serve({"--gnmi"});
+    GnmiClient client(address, files_in(between(line_ + "\n", "certificates in ", "\n")));
+    const auto context = GnmiClient::context();
+    const auto stream = client.stub()->Subscribe(context.get());
+    ::gnmi::SubscribeRequest request;
+    request.mutable_subscribe()->set_encoding(::gnmi::PROTO);
+    ::gnmi::Subscription &subscription = *request.mutable_subscribe()->add_subscription();
+    for (const char *name : {"...", "port-description"})
+        subscription.mutable_path()->add_elem()->set_name(name);
+    subscription.set_mode(::gnmi::ON_CHANGE);
+    ASSERT_TRUE(stream->Write(request));
+    ::gnmi::SubscribeResponse response;
+    do
+        ASSERT_TRUE(stream->Read(&response));
+    while (!response.sync_response());
+    std::string text = read_file(device() / "oper.xml");
+    const std::string before = "<port-description>eth1<";
+    write_file(device() / "oper.xml",
+               text.replace(text.find(before), before.size(), "<port-description>changed<"));
+    ASSERT_TRUE(stream->Read(&response));
+    EXPECT_EQ(response.update().update(0).val().string_val(), "changed");
+    context->TryCancel();
+    while (stream->Read(&response)) {
+    }
+    stream->Finish();
+}
+
+TEST_F(ServingGnmi, UsesCertificatesThatAreReplaced) {
+    const fs::path files = directory_.path() / "tls";
+    fs::create_directory(files);
+    const auto copy_all = [&](const cli::TlsTryout &from) {
+        for (const auto &file : fs::directory_iterator(from.authority().parent_path()))
+            if (file.path().extension() == ".pem" || file.path().extension() == ".key") {
+                fs::copy_file(file, files / (file.path().filename().string() + ".new"));
+                fs::rename(files / (file.path().filename().string() + ".new"), files / file.path().filename());
+            }
+    };
+    copy_all(cli::TlsTryout(current_user()));
+    const std::string address =
+        serve({"--gnmi", "127.0.0.1:0", "--cert", files / "server.pem", "--key", files / "server.key",
+               "--client-ca", files / "ca.pem", "--writers", "root"});
+    std::string name;
+    ASSERT_TRUE(GnmiClient(address, files_in(files)).get_name(name).ok());
+    const cli::TlsTryout second(current_user());
+    copy_all(second);
+    EXPECT_TRUE(eventually([&] { return GnmiClient(address, files_in(files)).get_name(name).ok(); }));
+}
+
+struct WrongOptions {
+    std::string name;
+    std::vector<std::string> options;
+    std::string says;
+};
+
+class WrongGnmiOptions : public testing::TestWithParam<WrongOptions> {};
+
+TEST_P(WrongGnmiOptions, AreRefused) {
+    std::vector<std::string> words{"serve", "--device", YFW_EXAMPLES_DIR "/r1"};
+    words.insert(words.end(), GetParam().options.begin(), GetParam().options.end());
+    const Outcome outcome = run_yfw({words});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.errors, HasSubstr(GetParam().says));
+    EXPECT_EQ(outcome.output, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Like, WrongGnmiOptions,
+    testing::Values(
+        WrongOptions{"AnAddressThatIsNone", {"--gnmi", "here:there"}, "expected [HOST:]PORT"},
+        WrongOptions{"ACertificateWithoutAKey", {"--gnmi", "--cert", "c.pem"}, "--key"},
+        WrongOptions{"AKeyWithoutACertificate", {"--gnmi", "--key", "k.pem"}, "--cert"},
+        WrongOptions{"ACertificateWithoutGnmi", {"--cert", "c.pem"}, "--gnmi"},
+        WrongOptions{"PlaintextForOthers", {"--gnmi", "0.0.0.0:9339", "--insecure"}, "--insecure"},
+        WrongOptions{"ThrowAwayCertificatesForOthers", {"--gnmi", "0.0.0.0:9339"}, "without --cert and --key"},
+        WrongOptions{"PlaintextAndACertificate",
+                     {"--gnmi", "--insecure", "--cert", "c.pem", "--key", "k.pem"},
+                     "contradicts --cert"}),
+    [](const auto &row) { return row.param.name; });
+
+TEST(ACertificateThatCannotBeRead, IsNamed) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.add("server.pem", "no certificate");
+    const Outcome outcome =
+        run_yfw({{"serve", "--device", YFW_EXAMPLES_DIR "/r1", "--store",
+                  (directory.path() / "store.db").string(), "--socket", (directory.path() / "socket").string(),
+                  "--gnmi", "127.0.0.1:0", "--cert", file, "--key", file}});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.errors, HasSubstr(file + " is not a certificate in PEM"));
+}
+
+} // namespace
+} // namespace yfw::test
