@@ -13,7 +13,7 @@
 namespace yfw::cli {
 namespace {
 
-constexpr const char *loopback = "127.0.0.1";
+constexpr const char *loopback_host = "127.0.0.1";
 
 bool is_tryout(const GnmiOptions &options) {
     return options.certificate.empty() && !options.is_insecure;
@@ -22,7 +22,7 @@ bool is_tryout(const GnmiOptions &options) {
 gnmi::ListenAddress address_of(const GnmiOptions &options) {
     const bool is_private = options.certificate.empty(); // of this machine only, unless it says otherwise
     return gnmi::read_listen_address(options.address.empty() ? "0" : options.address, "--gnmi",
-                                     is_private ? loopback : "");
+                                     is_private ? loopback_host : "");
 }
 
 } // namespace
