@@ -3,12 +3,12 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "base/utf8.h"
 
 namespace yfw::cli {
 namespace {
 
 constexpr const char *blanks = " \t\r";
-constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
 
 std::string trim(const std::string &text) {
     const size_t first = text.find_first_not_of(blanks);

@@ -1,34 +1,15 @@
 #include "frontends/gnmi/paths/key_value.h"
 
+#include "yang/identity_value.h"
 #include "yang/leaf_type.h"
 #include "yang/yang_text.h"
 
 namespace yfw::gnmi {
-namespace {
-
-std::string qualified(const lysc_node *leaf, const std::string &value) {
-    const lysc_type *type = yang::leaf_type(leaf);
-    if (type->basetype != LY_TYPE_IDENT || value.find(':') != std::string::npos)
-        return value;
-    const auto *identities = reinterpret_cast<const lysc_type_identityref *>(type);
-    LY_ARRAY_COUNT_TYPE i = 0;
-    LY_ARRAY_FOR(identities->bases, i) {
-        const lysc_ident *base = identities->bases[i];
-        LY_ARRAY_COUNT_TYPE k = 0;
-        LY_ARRAY_FOR(base->derived, k) {
-            if (value == base->derived[k]->name)
-                return std::string(base->derived[k]->module->name) + ":" + value;
-        }
-    }
-    return value;
-}
-
-} // namespace
 
 std::optional<std::string> canonical_value(const lysc_node *leaf, const std::string &value) {
     if (!yang::is_yang_text(value))
         return std::nullopt;
-    const std::string full = qualified(leaf, value);
+    const std::string full = yang::qualified_identity(yang::leaf_type(leaf), value);
     const ly_ctx *context = leaf->module->ctx;
     const char *form = nullptr;
     const LY_ERR status = lyd_value_validate(context, leaf, full.c_str(), full.size(), nullptr, nullptr, &form);

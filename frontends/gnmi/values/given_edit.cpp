@@ -9,6 +9,7 @@
 #include "frontends/gnmi/paths/key_value.h"
 #include "frontends/gnmi/values/given_json.h"
 #include "yang/edit_element.h"
+#include "yang/json_values.h"
 #include "yang/leaf_type.h"
 #include "yang/node_kind.h"
 #include "yang/refused_value.h"
@@ -210,9 +211,7 @@ void add_keys(const PatternStep &step, Json &entry, const std::string &place) {
         const auto given = entry.find(full_name(key));
         if (given == entry.end()) {
             Json number = Json::parse(*value, nullptr, false);
-            const LY_DATA_TYPE type = yang::leaf_type(key)->basetype;
-            const bool is_bare = type == LY_TYPE_BOOL || (type >= LY_TYPE_UINT8 && type <= LY_TYPE_UINT32) ||
-                                 (type >= LY_TYPE_INT8 && type <= LY_TYPE_INT32);
+            const bool is_bare = yang::is_bare_in_json(yang::leaf_type(key)->basetype);
             keys[full_name(key)] = is_bare && !number.is_discarded() ? number : Json(*value);
         } else {
             const std::string text = given->is_string() ? given->get<std::string>() : given->dump();

@@ -2,6 +2,7 @@
 
 #include "frontends/gnmi/data/matching.h"
 #include "frontends/gnmi/paths/key_value.h"
+#include "yang/json_values.h"
 #include "yang/node_kind.h"
 
 namespace yfw::gnmi {
@@ -11,36 +12,12 @@ using Index = Snapshot::Index;
 
 // Whether a number or boolean is written without quotes.
 bool is_bare(LY_DATA_TYPE type, JsonForm form) {
-    switch (type) {
-    case LY_TYPE_INT8:
-    case LY_TYPE_INT16:
-    case LY_TYPE_INT32:
-    case LY_TYPE_UINT8:
-    case LY_TYPE_UINT16:
-    case LY_TYPE_UINT32:
-    case LY_TYPE_BOOL:
-        return true;
-    case LY_TYPE_INT64:
-    case LY_TYPE_UINT64:
-    case LY_TYPE_DEC64:
-        return form == JsonForm::plain;
-    default:
-        return false;
-    }
+    const bool is_long = type == LY_TYPE_INT64 || type == LY_TYPE_UINT64 || type == LY_TYPE_DEC64;
+    return yang::is_bare_in_json(type) || (is_long && form == JsonForm::plain);
 }
 
 void append_quoted(std::string &to, std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    to += '"';
-    for (const char c : text) {
-        if (c == '"' || c == '\\')
-            to.append(1, '\\').append(1, c);
-        else if (static_cast<unsigned char>(c) >= ' ')
-            to += c;
-        else
-            to.append("\\u00").append(1, digits[static_cast<unsigned char>(c) >> 4]).append(1, digits[c & 0xf]);
-    }
-    to += '"';
+    yang::write_json_string(text, [&to](std::string_view piece) { to += piece; });
 }
 
 } // namespace

@@ -7,6 +7,9 @@
 
 namespace yfw {
 
+// What some programs write at the beginning of a text, and which is not part of it (RFC 3629 section 6).
+constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
+
 // Removes the first character from the text, which must not be empty, and returns it. Bytes that are no UTF-8
 // are removed one at a time, and nothing is returned.
 std::optional<char32_t> take_character(std::string_view &text);

@@ -105,10 +105,6 @@ sources::Snapshot ConfiguredSource::snapshot(const ly_ctx *context) {
     return native;
 }
 
-yang::SharedData ConfiguredSource::configuration_in_force() {
-    return in_force_ == InForce::its_own ? yang::SharedData(recorded_configuration()) : running_configuration();
-}
-
 yang::SharedData ConfiguredSource::running_configuration() {
     const std::optional<yang::SharedData> committed = committed_configuration();
     return committed.has_value() ? *committed : yang::SharedData(recorded_configuration());

@@ -42,8 +42,6 @@ public:
 
     // The native configuration of the last commit, or the source's own before the first one.
     yang::SharedData running_configuration();
-    // The native configuration that is in force.
-    yang::SharedData configuration_in_force();
 
     // The configuration of this commit, the latest or an older one; parsed only once while it is the latest.
     yang::SharedData configuration_of(const commits::Commit &commit);

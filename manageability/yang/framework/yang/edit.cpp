@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "yang/edit_instance.h"
+#include "yang/identity_value.h"
 #include "yang/node_kind.h"
 #include "yang/refused_value.h"
 #include "yang/yang_text.h"
@@ -22,22 +23,8 @@ constexpr std::array<std::pair<Operation, std::string_view>, 6> operation_words{
     {Operation::none, "none"},
 }};
 
-// An identity may be given without its module name; the model requires it.
 std::string qualified(const lysc_node *leaf, const std::string &value) {
-    const auto *type = reinterpret_cast<const lysc_node_leaf *>(leaf)->type;
-    if (type->basetype != LY_TYPE_IDENT || value.find(':') != std::string::npos)
-        return value;
-    const auto *identities = reinterpret_cast<const lysc_type_identityref *>(type);
-    LY_ARRAY_COUNT_TYPE i = 0;
-    LY_ARRAY_FOR(identities->bases, i) {
-        const lysc_ident *base = identities->bases[i];
-        LY_ARRAY_COUNT_TYPE k = 0;
-        LY_ARRAY_FOR(base->derived, k) {
-            if (value == base->derived[k]->name)
-                return std::string(base->derived[k]->module->name) + ":" + value;
-        }
-    }
-    return value;
+    return qualified_identity(reinterpret_cast<const lysc_node_leaf *>(leaf)->type, value);
 }
 
 void check_value(const Path &path, const std::string &value) {

@@ -1,5 +1,6 @@
 // Edits as documents: in XML with NETCONF's operation attribute, in JSON with the same as an annotation.
 #include "base/error.h"
+#include "base/utf8.h"
 #include "xml/document.h"
 #include "xml/text.h"
 #include "xml/utf16.h"
@@ -9,7 +10,6 @@ namespace yfw::yang {
 namespace {
 
 EditElement element_of(const ly_ctx *context, const std::string &document) {
-    constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
     const size_t begin = document.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
     const size_t first = document.find_first_not_of(" \t\r\n", begin);
     if (first != std::string::npos && document[first] == '<')

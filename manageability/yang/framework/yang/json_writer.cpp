@@ -1,3 +1,4 @@
+#include "yang/json_values.h"
 #include "yang/text_writer.h"
 
 namespace yfw::yang {
@@ -5,22 +6,6 @@ namespace {
 
 bool is_list(const lysc_node *node) {
     return (node->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
-}
-
-// Whether JSON writes values of the type without quotes (RFC 7951 section 6).
-bool is_bare(LY_DATA_TYPE type) {
-    switch (type) {
-    case LY_TYPE_INT8:
-    case LY_TYPE_INT16:
-    case LY_TYPE_INT32:
-    case LY_TYPE_UINT8:
-    case LY_TYPE_UINT16:
-    case LY_TYPE_UINT32:
-    case LY_TYPE_BOOL:
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace
@@ -39,21 +24,7 @@ void JsonWriter::new_line() {
 }
 
 void JsonWriter::quoted(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    out_ << '"';
-    size_t begin = 0;
-    for (size_t at = 0; at < text.size(); at++) {
-        const char c = text[at];
-        if (c != '"' && c != '\\' && static_cast<unsigned char>(c) >= ' ')
-            continue;
-        out_ << text.substr(begin, at - begin);
-        if (c == '"' || c == '\\')
-            out_ << '\\' << c;
-        else
-            out_ << "\\u00" << digits[static_cast<unsigned char>(c) >> 4] << digits[c & 0xf];
-        begin = at + 1;
-    }
-    out_ << text.substr(begin) << '"';
+    write_json_string(text, [this](std::string_view piece) { out_ << piece; });
 }
 
 void JsonWriter::end_array() {
@@ -128,7 +99,7 @@ void JsonWriter::leaf(const lysc_node *node, const char *value) {
     }
     if (type == LY_TYPE_EMPTY)
         out_ << "[null]";
-    else if (is_bare(type))
+    else if (is_bare_in_json(type))
         out_ << text;
     else
         quoted(text);

@@ -12,7 +12,7 @@
 namespace yfw::yang {
 namespace {
 
-constexpr size_t most_known = 1024;
+constexpr size_t most_remembered = 1024;
 
 // Of an unsigned type without ranges: how many digits are certainly not too many.
 size_t digits_of(LY_DATA_TYPE type) {
@@ -76,7 +76,7 @@ const ValueCheck::Result &ValueCheck::of(const char *text) {
     if (found != known_.end())
         return found->second;
     last_ = ask_libyang(text);
-    if (known_.size() < most_known)
+    if (known_.size() < most_remembered)
         return known_.emplace(text, std::move(last_)).first->second;
     return last_;
 }

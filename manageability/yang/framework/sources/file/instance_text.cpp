@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "base/utf8.h"
 #include "xml/document.h"
 #include "xml/text.h"
 #include "xml/utf16.h"
@@ -146,7 +147,6 @@ void check_json(const std::string &text) {
 }
 
 std::string in_utf8(std::string document) {
-    constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
     try {
         if (std::optional<std::string> text = xml::from_utf16(document))
             document = std::move(*text);
