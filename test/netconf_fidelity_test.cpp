@@ -13,12 +13,14 @@
 
 #include "commits/commit_log.h"
 #include "configuration_lines.h"
+#include "device/stored_configuration.h"
 #include "edit_device.h"
 #include "edit_values.h"
 #include "native_settings.h"
 #include "netconf_server.h"
 #include "plain_configuration.h"
 #include "random_edits.h"
+#include "yang/schemas.h"
 
 namespace yfw::test {
 namespace {
@@ -168,8 +170,15 @@ private:
 
     Lines lines(const std::string &datastore) { return lines_of_tree(answer(datastore).get()); }
 
+    // With its configurations, which the store may have as changes of an earlier commit.
     commits::Commit commit(int64_t number) const {
-        return commits::CommitLog(*store(), false).find(number).value();
+        static const yang::Schemas schemas(
+            YFW_MODELS_DIR, YFW_MODELS_DIR,
+            {{"openconfig-lldp", "openconfig-lldp-types"},
+             "lldp",
+             {"Tarvo-QD-ifmgr-cfg", "Tarvo-QD-ethernet-lldp-cfg", "Tarvo-QD-ethernet-lldp-oper"}});
+        const commits::CommitLog log(*store(), false);
+        return device::with_texts(schemas, log, log.find(number).value(), store()->string());
     }
 
     Lines lines_of(int64_t number) const {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "device/store_errors.h"
+#include "device/stored_configuration.h"
 #include "frontends/cli/commands/commit_print.h"
 #include "frontends/cli/output/print.h"
 
@@ -11,10 +12,12 @@ namespace yfw::cli {
 namespace {
 
 nlohmann::ordered_json json_of_result(const NamedDevice &named, const commits::Commit &commit) {
-    const auto previous = device::in_store(
-        [&] { return commits::CommitLog(named.device.store(), false).find(commit.number - 1); });
-    nlohmann::ordered_json json = json_of(commit);
-    add_differences(json, differences_of(named.schemas, commit, previous));
+    const std::filesystem::path &file = named.device.store();
+    const auto [made, previous] = device::in_store([&] {
+        return device::with_previous(named.schemas, commits::CommitLog(file, false), commit, file.string());
+    });
+    nlohmann::ordered_json json = json_of(made);
+    add_differences(json, differences_of(named.schemas, made, previous));
     return json;
 }
 

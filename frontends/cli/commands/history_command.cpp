@@ -11,6 +11,7 @@
 #include "base/printable.h"
 #include "commits/commit_log.h"
 #include "device/store_errors.h"
+#include "device/stored_configuration.h"
 #include "frontends/cli/commands/commit_print.h"
 #include "frontends/cli/commands/commit_result.h"
 #include "frontends/cli/options/current_user.h"
@@ -79,10 +80,11 @@ yang::Schemas schemas_of(const DeviceOptions &device) {
     return {device.native_models, device.openconfig_models, host::read_mapping(device.plugin).modules};
 }
 
-void show(const DeviceOptions &device, const commits::CommitLog &store, const commits::Commit &commit,
-          bool json) {
-    const CommitDifferences differences =
-        differences_of(schemas_of(device), commit, store.find(commit.number - 1));
+void show(const DeviceOptions &device, const commits::CommitLog &store, const commits::Commit &stored,
+          const std::string &place, bool json) {
+    const yang::Schemas schemas = schemas_of(device);
+    const auto [commit, previous] = device::with_previous(schemas, store, stored, place);
+    const CommitDifferences differences = differences_of(schemas, commit, previous);
     if (json) {
         nlohmann::ordered_json all = json_of(commit);
         add_differences(all, differences);
@@ -95,13 +97,15 @@ void show(const DeviceOptions &device, const commits::CommitLog &store, const co
 }
 
 void show_difference(const DeviceOptions &device, const commits::CommitLog &store,
-                     const commits::Commit &commit, bool json) {
+                     const commits::Commit &stored, const std::string &place, bool json) {
     if (json) {
+        const yang::Schemas schemas = schemas_of(device);
+        const auto [commit, previous] = device::with_previous(schemas, store, stored, place);
         nlohmann::ordered_json all{{"commit", commit.number}};
-        add_differences(all, differences_of(schemas_of(device), commit, store.find(commit.number - 1)));
+        add_differences(all, differences_of(schemas, commit, previous));
         print_json(std::cout, all);
     } else {
-        std::cout << commit.difference;
+        std::cout << stored.difference;
     }
     finish_output();
 }
@@ -135,14 +139,14 @@ void add_history_commands(CLI::App &app, DeviceOptions &device) {
     add_number(*shown, *options)->required();
     shown->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
-            show(device, store, find_commit(store, options->number, place), options->json);
+            show(device, store, find_commit(store, options->number, place), place, options->json);
         });
     });
     CLI::App *diff = add("diff", "Print the native difference of a commit; default: the last one");
     add_number(*diff, *options);
     diff->callback([&device, options] {
         with_store(device, [&](const commits::CommitLog &store, const std::string &place) {
-            show_difference(device, store, find_commit(store, options->number, place), options->json);
+            show_difference(device, store, find_commit(store, options->number, place), place, options->json);
         });
     });
     CLI::App *rollback = add("rollback", "Make a commit's configuration the running one again");

@@ -1,5 +1,6 @@
 #include "commits/commit_log.h"
 
+#include <algorithm>
 #include <chrono>
 #include <limits>
 #include <thread>
@@ -21,26 +22,37 @@ constexpr int most_attempts = 100;
 // The columns in the order of the table: a commit of the first format has no text in OpenConfig.
 constexpr int openconfig_column = 7;
 
-Commit whole_row(const Statement &row) {
-    Commit commit{row.number(0), row.text(1), row.text(2), row.text(3),
-                  row.text(4),   row.text(5), row.text(6), std::nullopt};
+Commit whole_row(Database &database, const Statement &row) {
+    Commit commit{row.number(0), row.text(1), row.text(2),  row.text(3), row.text(4),
+                  row.text(5),   row.text(6), std::nullopt, std::nullopt};
     if (row.columns() > openconfig_column)
         commit.openconfig = row.optional_text(openconfig_column);
+    commit.change = change_of(database, commit.number);
     return commit;
 }
 
-std::optional<Commit> last_commit(Database &database) {
-    Statement rows(database, "SELECT * FROM commits ORDER BY number DESC LIMIT 1");
-    return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
+std::optional<Commit> find_row(Database &database, int64_t number) {
+    Statement rows(database, "SELECT * FROM commits WHERE number = ?");
+    rows.bind(1, number);
+    return rows.step() ? std::optional(whole_row(database, rows)) : std::nullopt;
 }
 
-int64_t next_number(const std::optional<Commit> &last, const std::filesystem::path &file) {
+std::optional<int64_t> last_number_in(Database &database) {
+    Statement rows(database, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
+    return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
+}
+
+std::optional<Commit> last_commit(Database &database) {
+    const std::optional<int64_t> number = last_number_in(database);
+    return number.has_value() ? find_row(database, *number) : std::nullopt;
+}
+
+int64_t next_number(const std::optional<int64_t> &last, const std::filesystem::path &file) {
     if (!last.has_value())
         return 0;
-    if (last->number < 0 || last->number == std::numeric_limits<int64_t>::max())
-        throw StoreError(file.string() + ": is damaged: its last commit has number " +
-                         std::to_string(last->number));
-    return last->number + 1;
+    if (*last < 0 || *last == std::numeric_limits<int64_t>::max())
+        throw StoreError(file.string() + ": is damaged: its last commit has number " + std::to_string(*last));
+    return *last + 1;
 }
 
 void insert(Database &database, const Commit &commit) {
@@ -49,6 +61,8 @@ void insert(Database &database, const Commit &commit) {
     statement.bind(1, commit.number).bind(2, commit.time).bind(3, commit.who).bind(4, commit.comment);
     statement.bind(5, commit.edit).bind(6, commit.difference).bind(7, commit.configuration);
     statement.bind(8, commit.openconfig).run();
+    if (commit.change.has_value())
+        insert_change(database, commit.number, *commit.change);
 }
 
 std::optional<std::string> known_value(Database &database, const char *name) {
@@ -174,17 +188,29 @@ std::optional<Commit> CommitLog::last() const {
 }
 
 std::optional<int64_t> CommitLog::last_number() const {
-    return read([](Database &database) {
-        Statement rows(database, "SELECT number FROM commits ORDER BY number DESC LIMIT 1");
-        return rows.step() ? std::optional(rows.number(0)) : std::nullopt;
-    });
+    return read(last_number_in);
 }
 
 std::optional<Commit> CommitLog::find(int64_t number) const {
-    return read([number](Database &database) {
-        Statement rows(database, "SELECT * FROM commits WHERE number = ?");
-        rows.bind(1, number);
-        return rows.step() ? std::optional(whole_row(rows)) : std::nullopt;
+    return read([number](Database &database) { return find_row(database, number); });
+}
+
+std::vector<Commit> CommitLog::since_whole(int64_t number) const {
+    return read([&](Database &database) {
+        std::vector<Commit> commits;
+        for (int64_t next = number;; next--) {
+            std::optional<Commit> commit = find_row(database, next);
+            if (!commit.has_value() && commits.empty())
+                break;
+            if (!commit.has_value())
+                throw StoreError(file_.string() + ": is damaged: commit " + std::to_string(next) +
+                                 " is missing, which later ones build on");
+            commits.push_back(std::move(*commit));
+            if (!commits.back().change.has_value())
+                break;
+        }
+        std::reverse(commits.begin(), commits.end());
+        return commits;
     });
 }
 
@@ -239,17 +265,20 @@ void CommitLog::write(Write work) {
 
 std::optional<Commit>
 CommitLog::commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make) {
+    return commit_after([&](int64_t number) { return make(number >= 0 ? find(number) : std::nullopt); });
+}
+
+std::optional<Commit> CommitLog::commit_after(const std::function<std::optional<Commit>(int64_t last)> &make) {
     const std::lock_guard one_at_a_time(writers_);
     if (is_making_)
         throw StoreError(file_.string() + ": a commit cannot be made within another");
     try {
         Transaction transaction(*this);
         reached(Step::begun);
-        const std::optional<Commit> before = last();
-        const int64_t number = next_number(before, file_);
+        const int64_t number = next_number(last_number(), file_);
         reached(Step::read);
         is_making_ = true;
-        std::optional<Commit> made = make(before);
+        std::optional<Commit> made = make(number - 1);
         is_making_ = false;
         reached(Step::prepared);
         if (made.has_value()) {

@@ -19,6 +19,13 @@ class Database;
 class StoreState;
 enum class Format;
 
+// How the configuration of a commit differs from that of the commit before it, in two texts that mean nothing
+// to the log.
+struct ConfigurationChange {
+    std::string native;
+    std::string openconfig;
+};
+
 struct Commit {
     int64_t number = 0; // from 0, the configuration before the first commit
     std::string time;   // UTC, RFC 3339
@@ -29,6 +36,8 @@ struct Commit {
     std::string configuration; // native, XML
     // OpenConfig, XML; nothing in a commit that an earlier version made.
     std::optional<std::string> openconfig;
+    // Instead of the two configurations, which are then empty.
+    std::optional<ConfigurationChange> change = std::nullopt;
 };
 
 // The steps of a commit, for tests that kill the process at each of them; `upgraded` only in a store that an
@@ -56,6 +65,9 @@ public:
     // The last commit; nothing when there is none.
     std::optional<Commit> last() const;
     std::optional<Commit> find(int64_t number) const;
+    // The commits up to this one, oldest first, from the last one that has its whole configuration. Empty when
+    // there is no such commit.
+    std::vector<Commit> since_whole(int64_t number) const;
     // Number of the last commit; nothing when there is none.
     std::optional<int64_t> last_number() const;
     // All commits, newest first, without edit, difference and configurations.
@@ -71,6 +83,8 @@ public:
     // time.
     std::optional<Commit>
     commit(const std::function<std::optional<Commit>(const std::optional<Commit> &last)> &make);
+    // The same, for a `make` that needs only the last commit's number, -1 when there is none.
+    std::optional<Commit> commit_after(const std::function<std::optional<Commit>(int64_t last)> &make);
 
     // When called by a `make`, these two are part of its commit: stored with it, or not at all, and not seen
     // before. Otherwise each is a transaction of its own.

@@ -92,6 +92,7 @@ void Database::open(const std::string &name, int flags) {
 }
 
 Database::~Database() {
+    kept_.clear();
     sqlite3_close(handle_);
 }
 
@@ -138,15 +139,36 @@ void Database::fail() const {
                         handle_ != nullptr ? sqlite3_errcode(handle_) : SQLITE_NOMEM);
 }
 
-void Statement::Finalize::operator()(sqlite3_stmt *statement) const {
+void Finalize::operator()(sqlite3_stmt *statement) const {
     sqlite3_finalize(statement);
 }
 
-Statement::Statement(Database &database, const char *sql) : database_(database) {
+PreparedStatement Database::prepared(const std::string &sql) {
+    if (auto kept = kept_.extract(sql))
+        return std::move(kept.mapped());
     sqlite3_stmt *statement = nullptr;
-    const int result = sqlite3_prepare_v2(database.handle(), sql, -1, &statement, nullptr);
-    statement_.reset(statement);
-    check(result);
+    if (sqlite3_prepare_v2(handle_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
+        fail();
+    return PreparedStatement(statement);
+}
+
+// SQLite may run a pragma when it is prepared.
+void Database::keep(const std::string &sql, PreparedStatement statement) noexcept {
+    if (statement == nullptr || sql.starts_with("PRAGMA"))
+        return;
+    sqlite3_reset(statement.get());
+    sqlite3_clear_bindings(statement.get());
+    try {
+        kept_.try_emplace(sql, std::move(statement));
+    } catch (const std::bad_alloc &) { // it is prepared anew
+    }
+}
+
+Statement::Statement(Database &database, const char *sql)
+    : database_(database), sql_(sql), statement_(database.prepared(sql_)) {}
+
+Statement::~Statement() {
+    database_.keep(sql_, std::move(statement_));
 }
 
 void Statement::check(int result) const {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "commits/store_error.h"
 
@@ -33,6 +34,11 @@ public:
 private:
     int code_;
 };
+
+struct Finalize {
+    void operator()(sqlite3_stmt *statement) const;
+};
+using PreparedStatement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
 enum class Access {
     writable,
@@ -67,6 +73,11 @@ public:
     [[noreturn]] void fail() const;
     sqlite3 *handle() const { return handle_; }
 
+    // A statement that was kept, or a new one.
+    PreparedStatement prepared(const std::string &sql);
+    // Keeps a statement for the next one with this text: preparing one takes longer than many a statement.
+    void keep(const std::string &sql, PreparedStatement statement) noexcept;
+
 private:
     void open(const std::string &name, int flags);
 
@@ -74,12 +85,16 @@ private:
     Access access_;
     bool uses_log_ = false;
     sqlite3 *handle_ = nullptr;
+    std::unordered_map<std::string, PreparedStatement> kept_;
 };
 
 // One prepared statement; parameters count from 1, columns from 0. Borrows the database.
 class Statement {
 public:
     Statement(Database &database, const char *sql);
+    ~Statement();
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
 
     Statement &bind(int position, int64_t value);
     Statement &bind(int position, const std::string &text);
@@ -102,11 +117,9 @@ public:
 private:
     void check(int result) const;
 
-    struct Finalize {
-        void operator()(sqlite3_stmt *statement) const;
-    };
     Database &database_;
-    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+    const std::string sql_;
+    PreparedStatement statement_;
 };
 
 } // namespace yfw::commits

@@ -11,6 +11,8 @@ constexpr const char *commits_table = "CREATE TABLE commits ("
                                       " comment TEXT NOT NULL, edit TEXT NOT NULL, difference TEXT NOT NULL,"
                                       " configuration TEXT NOT NULL, openconfig TEXT)";
 constexpr const char *openconfig_column = "ALTER TABLE commits ADD COLUMN openconfig TEXT";
+constexpr const char *changes_table =
+    "CREATE TABLE changes (number INTEGER PRIMARY KEY, native TEXT NOT NULL, openconfig TEXT NOT NULL)";
 constexpr const char *meta_table = "CREATE TABLE meta (name TEXT PRIMARY KEY, value TEXT NOT NULL)";
 
 std::vector<std::string> texts(Database &database, const char *sql) {
@@ -30,9 +32,17 @@ bool is_first_format(Database &database) {
            texts(database, "SELECT name FROM pragma_table_info('commits')") == columns;
 }
 
+void mark_version(Database &database, int64_t version) {
+    database.execute(("PRAGMA user_version = " + std::to_string(version)).c_str());
+}
+
 void mark(Database &database) {
     database.execute(("PRAGMA application_id = " + std::to_string(application)).c_str());
-    database.execute(("PRAGMA user_version = " + std::to_string(current_version)).c_str());
+    mark_version(database, current_version);
+}
+
+bool has_changes(Database &database) {
+    return database.number("PRAGMA user_version") == version_with_changes;
 }
 
 // An earlier version kept the empty text for every device that was given as files.
@@ -55,12 +65,12 @@ std::string described(const std::string &owner) {
 Format format_of(Database &database) {
     const int64_t program = database.number("PRAGMA application_id");
     const int64_t version = database.number("PRAGMA user_version");
-    if (program == application && version == current_version)
+    if (program == application && (version == current_version || version == version_with_changes))
         return Format::current;
-    if (program == application && version > current_version)
+    if (program == application && version > version_with_changes)
         refuse(database, "is a store of version " + std::to_string(version) +
                              ", made by a newer yfw; this one reads " + "versions up to " +
-                             std::to_string(current_version));
+                             std::to_string(version_with_changes));
     if (program == 0 && version == 0 && is_first_format(database))
         return Format::first;
     refuse(database, "is a database of another program, not a store of commits");
@@ -85,6 +95,23 @@ void upgrade(Database &database) {
     database.execute(openconfig_column);
     database.execute(meta_table);
     mark(database);
+}
+
+std::optional<ConfigurationChange> change_of(Database &database, int64_t number) {
+    if (!has_changes(database))
+        return std::nullopt;
+    Statement rows(database, "SELECT native, openconfig FROM changes WHERE number = ?");
+    rows.bind(1, number);
+    return rows.step() ? std::optional(ConfigurationChange{rows.text(0), rows.text(1)}) : std::nullopt;
+}
+
+void insert_change(Database &database, int64_t number, const ConfigurationChange &change) {
+    if (!has_changes(database)) {
+        database.execute(changes_table);
+        mark_version(database, version_with_changes);
+    }
+    Statement statement(database, "INSERT INTO changes (number, native, openconfig) VALUES (?, ?, ?)");
+    statement.bind(1, number).bind(2, change.native).bind(3, change.openconfig).run();
 }
 
 std::optional<std::string> meta_value(Database &database, const char *name) {

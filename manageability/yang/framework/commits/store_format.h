@@ -6,13 +6,16 @@
 #include <optional>
 #include <string>
 
+#include "commits/commit_log.h"
 #include "commits/database.h"
 
 namespace yfw::commits {
 
-// SQLite's application_id of a store, "yfwc", and its user_version.
+// SQLite's application_id of a store, "yfwc", and its user_version. A store with a table of changes has the
+// latter one, so that programs that do not know the table refuse it.
 constexpr int64_t application = 0x79667763;
 constexpr int64_t current_version = 2;
+constexpr int64_t version_with_changes = 3;
 
 enum class Format {
     first,  // the table of commits alone, without an OpenConfig text; neither application_id nor user_version
@@ -38,6 +41,11 @@ void make_tables(Database &database);
 
 // Turns the first format into the current one; to be called within a transaction.
 void upgrade(Database &database);
+
+// How a commit differs from the one before; nothing for one that is stored whole.
+std::optional<ConfigurationChange> change_of(Database &database, int64_t number);
+// Makes the table first if there is none. To be called within a transaction, of the current format.
+void insert_change(Database &database, int64_t number, const ConfigurationChange &change);
 
 // Of the current format. Nothing when there is no such name.
 std::optional<std::string> meta_value(Database &database, const char *name);

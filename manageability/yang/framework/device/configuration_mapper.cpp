@@ -291,6 +291,14 @@ void ConfigurationMapper::make_independent_of_history(Mapped &mapped, const Conf
     remove_surplus(mapped, present.get(), after, suspended);
 }
 
+bool ConfigurationMapper::concerns_only_part(const Configuration &before, const Configuration &after) const {
+    const auto is_plain = [&](const Configuration &configuration) {
+        return engine_.is_enabled(configuration.native.get()) &&
+               !Suspensions(schemas_, mapping_, configuration.openconfig.get()).any();
+    };
+    return is_plain(before) && is_plain(after);
+}
+
 std::optional<ConfigurationMapper::Mapped>
 ConfigurationMapper::map_as_if_in_force(const Configuration &configuration) {
     const Suspensions suspended(schemas_, mapping_, configuration.openconfig.get());

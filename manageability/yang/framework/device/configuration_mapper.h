@@ -44,6 +44,10 @@ public:
     // changes nothing more. The result is valid native data. Throws Error.
     Mapped map(const yang::EditNode &edit, const Configuration &before, const lyd_node *after);
 
+    // Whether a change of a part of the configuration leaves the rest as it is: the device is on before and
+    // after it, and nothing is suspended.
+    bool concerns_only_part(const Configuration &before, const Configuration &after) const;
+
     // What the configuration would lead to if nothing of it were suspended: nothing when nothing is. Throws
     // Error when that cannot be mapped, or is not valid.
     std::optional<Mapped> map_as_if_in_force(const Configuration &configuration);

@@ -1,36 +1,47 @@
 #include "device/configurations.h"
 
-#include "yang/configuration_text.h"
+#include "base/error.h"
 
 namespace yfw::device {
 
-Configuration Configurations::of(const commits::Commit &commit) {
-    const yang::SharedData native = source_.configuration_of(commit);
-    {
-        const std::lock_guard<std::mutex> guard(mutex_);
-        if (kept_.has_value() && kept_->number == commit.number && kept_->native == native)
-            return {kept_->openconfig, native};
+std::optional<Configuration> Configurations::find(int64_t number) {
+    CommittedConfiguration &kept = source_.kept();
+    if (std::optional<Configuration> both = kept.both(number))
+        return both;
+    std::optional<StoredConfiguration> stored = source_.read_configuration(number);
+    if (!stored.has_value())
+        return std::nullopt;
+    const bool is_last = number == source_.last_number();
+    if (!stored->openconfig.has_value()) {
+        yang::DataTree translated = mapper_.translate(stored->native.get());
+        if (is_last)
+            return kept.keep_translated(number, std::move(*stored), std::move(translated));
+        return Configuration{std::move(translated), std::move(stored->native)};
     }
-    yang::SharedData openconfig =
-        commit.openconfig.has_value()
-            ? yang::parse_configuration(schemas_, *commit.openconfig, source_.store().string())
-            : mapper_.translate(native.get());
-    const std::lock_guard<std::mutex> guard(mutex_);
-    kept_ = Kept{commit.number, native, openconfig};
-    return {std::move(openconfig), native};
+    if (is_last)
+        return kept.keep(number, std::move(*stored));
+    return Configuration{std::move(*stored->openconfig), std::move(stored->native)};
+}
+
+Configuration Configurations::of(int64_t number) {
+    std::optional<Configuration> found = find(number);
+    if (!found.has_value())
+        throw Error(ErrorTag::data_missing, source_.store().string(),
+                    "there is no commit " + std::to_string(number));
+    return std::move(*found);
 }
 
 std::optional<Configuration> Configurations::committed() {
     const std::optional<int64_t> number = source_.last_number();
-    if (!number.has_value())
-        return std::nullopt;
-    if (const std::optional<yang::SharedData> native = source_.kept_configuration(*number)) {
-        const std::lock_guard<std::mutex> guard(mutex_);
-        if (kept_.has_value() && kept_->number == *number && kept_->native == *native)
-            return Configuration{kept_->openconfig, *native};
-    }
-    const std::optional<commits::Commit> last = source_.find_commit(*number);
-    return last.has_value() ? std::optional(of(*last)) : std::nullopt;
+    return number.has_value() ? find(*number) : std::nullopt;
+}
+
+std::optional<Part> Configurations::part(int64_t number, const IndependentEntries &entries,
+                                         const EntryNames &names) {
+    std::optional<Part> part = source_.kept().part(number, entries, names);
+    if (!part.has_value() && find(number).has_value()) // which reads it
+        part = source_.kept().part(number, entries, names);
+    return part;
 }
 
 Configuration Configurations::recorded() {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include "device/store_errors.h"
+#include "device/stored_configuration.h"
 #include "yang/configuration_text.h"
 #include "yang/forest.h"
 
@@ -24,7 +25,7 @@ std::shared_ptr<commits::CommitLog> ConfiguredSource::log(bool create) const {
         std::optional<StoreIdentity> identity = identity_of(store_);
         if (identity == identity_ && (log_ != nullptr || !create))
             return log_;
-        kept_.reset();
+        kept_.clear();
         log_.reset();
         identity_.reset(); // in case opening fails
         if (identity.has_value() || create)
@@ -49,39 +50,37 @@ std::optional<int64_t> ConfiguredSource::last_number() const {
     return in_store([&] { return store != nullptr ? store->last_number() : std::nullopt; });
 }
 
-std::optional<yang::SharedData> ConfiguredSource::kept_configuration(int64_t number) const {
-    const std::lock_guard<std::mutex> guard(mutex_);
-    return kept_.has_value() && kept_->number == number ? std::optional(kept_->configuration) : std::nullopt;
+std::optional<StoredConfiguration> ConfiguredSource::read_configuration(int64_t number) const {
+    const std::shared_ptr<commits::CommitLog> store = log(false);
+    return in_store([&] {
+        return store != nullptr ? read_stored(schemas_, *store, number, store_.string()) : std::nullopt;
+    });
 }
 
-yang::SharedData ConfiguredSource::configuration_of(const commits::Commit &commit) {
-    const std::lock_guard<std::mutex> guard(mutex_);
-    if (!kept_.has_value() || kept_->number != commit.number)
-        kept_ = Kept{commit.number, yang::parse_configuration(schemas_, commit.configuration, store_.string()),
-                     nullptr};
-    return kept_->configuration;
-}
-
-std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
+std::optional<int64_t> ConfiguredSource::keep_last() {
     const std::optional<int64_t> number = last_number();
-    if (!number.has_value())
+    if (!number.has_value() || kept_.native(*number).has_value())
+        return number;
+    std::optional<StoredConfiguration> stored = read_configuration(*number);
+    if (!stored.has_value())
         return std::nullopt;
-    if (std::optional<yang::SharedData> kept = kept_configuration(*number))
-        return kept;
-    const std::optional<commits::Commit> commit = find_commit(*number);
-    return commit.has_value() ? std::optional(configuration_of(*commit)) : std::nullopt;
+    kept_.keep(*number, std::move(*stored));
+    return number;
+}
+
+// Another commit may be kept in its place meanwhile.
+std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
+    while (const std::optional<int64_t> number = keep_last())
+        if (std::optional<yang::SharedData> native = kept_.native(*number))
+            return native;
+    return std::nullopt;
 }
 
 std::optional<yang::SharedForest> ConfiguredSource::committed_forest() {
-    const std::optional<yang::SharedData> committed = committed_configuration();
-    if (!committed.has_value())
-        return std::nullopt;
-    const std::lock_guard<std::mutex> guard(mutex_);
-    if (!kept_.has_value() || kept_->configuration != *committed) // another thread has read another commit
-        return yang::instance_forest(committed->get());
-    if (kept_->forest == nullptr)
-        kept_->forest = yang::instance_forest(committed->get());
-    return kept_->forest;
+    while (const std::optional<int64_t> number = keep_last())
+        if (std::optional<yang::SharedForest> forest = kept_.forest(*number))
+            return forest;
+    return std::nullopt;
 }
 
 yang::DataTree ConfiguredSource::read(const ly_ctx *context) {

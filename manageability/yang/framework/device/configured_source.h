@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "commits/commit_log.h"
+#include "device/committed_configuration.h"
 #include "sources/native_source.h"
 #include "yang/schemas.h"
 
@@ -43,14 +44,14 @@ public:
     // The native configuration of the last commit, or the source's own before the first one.
     yang::SharedData running_configuration();
 
-    // The configuration of this commit, the latest or an older one; parsed only once while it is the latest.
-    yang::SharedData configuration_of(const commits::Commit &commit);
-
     // Of the last commit; nothing when there is none yet.
     std::optional<int64_t> last_number() const;
-    // The native configuration of this commit if it was read last; nothing otherwise.
-    std::optional<yang::SharedData> kept_configuration(int64_t number) const;
+    // As it is stored: with its configurations, or with a change.
     std::optional<commits::Commit> find_commit(int64_t number) const;
+    // The configuration of a commit, anew; nothing when there is no such commit.
+    std::optional<StoredConfiguration> read_configuration(int64_t number) const;
+    // That of the commit that was read or made last.
+    CommittedConfiguration &kept() const { return kept_; }
     // Newest first, without edit, difference and configuration texts.
     std::vector<commits::Commit> history() const;
 
@@ -67,6 +68,8 @@ private:
         bool operator==(const StoreIdentity &) const = default;
     };
     static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
+    // Makes sure that the last commit's configuration is kept; returns its number, nothing before the first.
+    std::optional<int64_t> keep_last();
     std::optional<yang::SharedData> committed_configuration();
     std::optional<yang::SharedForest> committed_forest();
 
@@ -79,13 +82,7 @@ private:
     mutable std::mutex mutex_;                      // guards the members below
     mutable std::optional<StoreIdentity> identity_; // of log_
     mutable std::shared_ptr<commits::CommitLog> log_;
-    // The configuration of the last commit read.
-    struct Kept {
-        int64_t number = 0;
-        yang::SharedData configuration;
-        yang::SharedForest forest; // the same; NULL until a snapshot is taken
-    };
-    mutable std::optional<Kept> kept_;
+    mutable CommittedConfiguration kept_;
 };
 
 } // namespace yfw::device

@@ -289,34 +289,13 @@ void Datastores::edit_running(const Caller &caller, const EditMaker &make,
     const int64_t before = std::max<int64_t>(device_.last_commit_number(), 0);
     commit_prepared(caller, confirmed, before, [&] {
         yang::EditNode edit;
-        const std::optional<commits::Commit> commit = commit_made(caller, make, edit);
+        const EditMaker remembered = [&](const lyd_node *running) { return edit = make(running); };
+        const std::optional<commits::Commit> commit =
+            device_.edit(remembered, note_of(caller), guard_of(caller));
         tell_change(commit, {caller.actor(), events::edit_records(edit)});
     });
     if (confirmed.has_value())
         wait_for_confirmation(caller, *confirmed, before);
-}
-
-// Another process may commit between the making of the edit and its commit, which would then not be what was
-// asked.
-std::optional<commits::Commit> Datastores::commit_made(const Caller &caller, const EditMaker &make,
-                                                       yang::EditNode &made) {
-    struct RunningChanged {};
-    constexpr int most_attempts = 5;
-    const ChangeGuard may = guard_of(caller);
-    for (int attempt = 1; attempt <= most_attempts; attempt++) {
-        const Configuration running = device_.running_configuration();
-        made = make(running.openconfig.get());
-        try {
-            return device_.edit(made, note_of(caller), [&](const lyd_node *before, const lyd_node *after) {
-                if (!yang::is_same(before, running.openconfig.get()))
-                    throw RunningChanged();
-                if (may)
-                    may(before, after);
-            });
-        } catch (const RunningChanged &) {
-        }
-    }
-    throw request_error(ErrorTag::in_use, "other processes keep changing the configuration");
 }
 
 void Datastores::commit_candidate(const Caller &caller) {

@@ -48,9 +48,6 @@ struct Confirmation {
     std::optional<std::string> persist;
 };
 
-// Makes an edit that depends on the running configuration, which may be NULL. May throw.
-using EditMaker = std::function<yang::EditNode(const lyd_node *running)>;
-
 // Observers are notified of changes to the running
 // configuration. Everything is borrowed. A rejected call throws Error and changes nothing.
 //
@@ -163,8 +160,6 @@ private:
     void tell_of_others_up_to(int64_t number);
     void tell_change(const std::optional<commits::Commit> &made, const events::ConfigurationChange &change);
     void commit_candidate(const Caller &caller);
-    std::optional<commits::Commit> commit_made(const Caller &caller, const EditMaker &make,
-                                               yang::EditNode &made);
     // Runs `commit`, which may await confirmation; nothing remains of a confirmation when that throws.
     void commit_prepared(const Caller &caller, const std::optional<Confirmation> &confirmed, int64_t back_to,
                          const std::function<void()> &commit);

@@ -54,12 +54,43 @@ Editor::Change Editor::changed(const yang::EditNode &edit, const Configuration &
     if (guard)
         guard(before.openconfig.get(), openconfig.get());
     if (yang::is_same(before.openconfig.get(), openconfig.get()) && !touches_state(whole))
-        return {before, {}, {}};
+        return {before, before, {}};
     ConfigurationMapper::Mapped mapped = mapper_.map(whole, before, openconfig.get());
     yang::validate_openconfig(schemas_, openconfig.get());
-    Change change{{std::move(openconfig), std::move(mapped.native)}, std::move(mapped.edits), {}};
+    Change change{before, {std::move(openconfig), std::move(mapped.native)}, std::move(mapped.edits)};
     mapper_.map_as_if_in_force(change.after);
     return change;
+}
+
+std::optional<Editor::Change> Editor::changed_in_part(const yang::EditNode &edit, Running &running,
+                                                      const ChangeGuard &guard) {
+    const std::optional<EntryNames> names = entries_.named_in(edit);
+    std::optional<Part> part = names.has_value() ? running.part(entries_, *names) : std::nullopt;
+    if (!part.has_value())
+        return std::nullopt;
+    bool is_denied = false;
+    const ChangeGuard noted = [&](const lyd_node *before, const lyd_node *after) {
+        is_denied = true;
+        guard(before, after);
+        is_denied = false;
+    };
+    try {
+        Change change = changed(edit, part->configuration, guard ? noted : guard);
+        if (!mapper_.concerns_only_part(change.before, change.after))
+            return std::nullopt;
+        change.part = std::move(part);
+        return change;
+    } catch (const Error &) {
+        if (is_denied)
+            throw;
+        return std::nullopt;
+    }
+}
+
+// A target compares whole configurations.
+Editor::Change Editor::edited(const yang::EditNode &edit, Running &running, const ChangeGuard &guard) {
+    std::optional<Change> change = target_ == nullptr ? changed_in_part(edit, running, guard) : std::nullopt;
+    return change.has_value() ? std::move(*change) : changed(edit, running.whole(), guard);
 }
 
 void Editor::check_target(const Configuration &before, const Change &change) {
@@ -84,11 +115,12 @@ void Editor::check_suspended(const Configuration &before, const Configuration &a
 }
 
 std::string Editor::try_edit(const yang::EditNode &edit) {
-    const Configuration running = configurations_.running();
-    const Change change = changed(edit, running, {});
+    const std::optional<int64_t> last = source_.last_number();
+    Running running = last.has_value() ? Running(configurations_, *last) : Running(configurations_.recorded());
+    const Change change = edited(edit, running, {});
     if (target_ != nullptr)
-        check_target(running, change);
-    return difference(running, change.after);
+        check_target(change.before, change);
+    return difference(change.before, change.after);
 }
 
 void Editor::ensure_first_commit(commits::CommitLog &store) {
@@ -111,11 +143,11 @@ void Editor::ensure_first_commit(commits::CommitLog &store) {
 std::optional<Editor::Prepared> Editor::prepare_first(const MakeChange &make) {
     if (source_.log(false) != nullptr)
         return std::nullopt;
-    const Configuration running = configurations_.recorded();
-    Prepared prepared{yang::print_configuration(running.native.get()), make(running), true};
-    prepared.changes = !is_same(running, prepared.change.after);
+    Running running(configurations_.recorded());
+    Prepared prepared{yang::print_configuration(running.whole().native.get()), make(running), true};
+    prepared.changes = !is_same(prepared.change.before, prepared.change.after);
     if (prepared.changes && target_ != nullptr)
-        check_target(running, prepared.change);
+        check_target(prepared.change.before, prepared.change);
     return prepared;
 }
 
@@ -127,11 +159,11 @@ bool Editor::needs_restoring() {
            });
 }
 
-void Editor::finish_interrupted(int64_t last, const Configuration &running) {
+void Editor::finish_interrupted(int64_t last, Running &running) {
     unmark_applying(source_.store(), last); // it was stored
     if (target_ == nullptr || !is_marked_applying(source_.store(), last + 1))
         return;
-    target_->restore(running.native.get());
+    target_->restore(running.whole().native.get());
     unmark_applying(source_.store(), last + 1);
 }
 
@@ -168,10 +200,10 @@ void Editor::restore() {
     if (store == nullptr)
         return;
     in_store([&] {
-        store->commit([&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
-            if (last.has_value()) { // and no other can be made meanwhile
-                target_->restore(configurations_.of(*last).native.get());
-                unmark_applying(source_.store(), last->number + 1);
+        store->commit_after([&](int64_t last) -> std::optional<commits::Commit> {
+            if (last >= 0) { // and no other can be made meanwhile
+                target_->restore(configurations_.of(last).native.get());
+                unmark_applying(source_.store(), last + 1);
             }
             return std::nullopt;
         });
@@ -179,28 +211,33 @@ void Editor::restore() {
     });
 }
 
-std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change change,
-                                               const Configuration &before, int64_t before_number,
-                                               std::optional<Applied> &applied) {
-    if (is_same(before, change.after))
-        return std::nullopt;
-    commits::Commit made = std::move(change.record);
-    made.configuration = yang::print_configuration(change.after.native.get());
-    made.openconfig = yang::print_configuration(change.after.openconfig.get());
-    made.difference = difference(before, change.after);
-    if (target_ != nullptr) {
-        check_suspended(before, change.after);
-        applied = Applied{before.native, change.after.native, before_number + 1};
-        mark_applying(source_.store(), applied->number);
-        try {
-            with_openconfig_errors(change.edits, [&] { put_into_force(store, before, change.after); });
-        } catch (...) { // the target has undone what it had written
-            unmark_applying(source_.store(), applied->number);
-            applied.reset();
-            throw;
-        }
+void Editor::apply_to_target(commits::CommitLog &store, const Change &change, Made &made) {
+    check_suspended(change.before, change.after);
+    made.applied = {change.before.native, change.after.native};
+    mark_applying(source_.store(), made.number);
+    try {
+        with_openconfig_errors(change.edits, [&] { put_into_force(store, change.before, change.after); });
+    } catch (...) { // the target has undone what it had written
+        unmark_applying(source_.store(), made.number);
+        made.applied.reset();
+        throw;
     }
-    return made;
+}
+
+std::optional<commits::Commit> Editor::made_of(commits::CommitLog &store, Change change, int64_t last,
+                                               Made &made) {
+    if (is_same(change.before, change.after))
+        return std::nullopt;
+    commits::Commit commit = std::move(change.record);
+    commit.difference = difference(change.before, change.after);
+    made.number = last + 1;
+    if (change.part.has_value())
+        made.written = writer_.write_part(last, *change.part, change.after, commit);
+    else
+        writer_.write_whole(change.after, commit);
+    if (target_ != nullptr)
+        apply_to_target(store, change, made);
+    return commit;
 }
 
 std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
@@ -213,32 +250,40 @@ std::optional<commits::Commit> Editor::commit(const MakeChange &make) {
     return commit_in_turn(make, std::move(prepared));
 }
 
+Editor::Change Editor::change_after(commits::CommitLog &store, int64_t last, const MakeChange &make,
+                                    std::optional<Prepared> &prepared) {
+    Running running(configurations_, last);
+    finish_interrupted(last, running);
+    configurations_.of(last); // reads it, if that is still to be done
+    if (!source_.kept().size(last).has_value())
+        store.set_openconfig(last,
+                             yang::print_configuration(running.whole().openconfig.get())); // translated once
+    if (prepared.has_value() && prepared->running == yang::print_configuration(running.whole().native.get()))
+        return std::move(prepared->change);
+    return make(running);
+}
+
 std::optional<commits::Commit> Editor::commit_in_turn(const MakeChange &make,
                                                       std::optional<Prepared> prepared) {
-    std::optional<Applied> applied; // what the target now runs
+    Made made;
     try {
         return in_store([&] {
             const std::shared_ptr<commits::CommitLog> store = source_.log(true);
             ensure_first_commit(*store);
             store->on_step(observer_);
-            const auto made = store->commit(
-                [&](const std::optional<commits::Commit> &last) -> std::optional<commits::Commit> {
-                    const Configuration before = configurations_.of(*last);
-                    finish_interrupted(last->number, before);
-                    if (!last->openconfig.has_value()) // translated once
-                        store->set_openconfig(last->number, yang::print_configuration(before.openconfig.get()));
-                    const bool is_prepared = prepared.has_value() && prepared->running == last->configuration;
-                    return made_of(*store, is_prepared ? std::move(prepared->change) : make(before), before,
-                                   last->number, applied);
-                });
-            if (applied.has_value())
-                unmark_applying(source_.store(), applied->number);
-            return made;
+            std::optional<commits::Commit> commit = store->commit_after([&](int64_t last) {
+                return made_of(*store, change_after(*store, last, make, prepared), last, made);
+            });
+            if (made.applied.has_value())
+                unmark_applying(source_.store(), made.number);
+            if (commit.has_value())
+                writer_.stored(made.number - 1, std::move(made.written));
+            return commit;
         });
     } catch (...) {
-        if (applied.has_value()) { // the target accepted it, but the store failed
-            target_->apply(applied->after.get(), applied->before.get());
-            unmark_applying(source_.store(), applied->number);
+        if (made.applied.has_value()) { // the target accepted it, but the store failed
+            target_->apply(made.applied->after.get(), made.applied->before.get());
+            unmark_applying(source_.store(), made.number);
         }
         throw;
     }
@@ -251,32 +296,39 @@ Configuration Editor::apply(const yang::EditNode &edit, const Configuration &bef
 std::optional<commits::Commit> Editor::commit_configuration(const Configuration &configuration,
                                                             const std::string &edit, const CommitNote &note,
                                                             const ChangeGuard &guard) {
-    return commit([&](const Configuration &running) {
+    return commit([&](Running &running) {
         if (guard)
-            guard(running.openconfig.get(), configuration.openconfig.get());
-        return Change{configuration, {}, record_of(note, edit)};
+            guard(running.whole().openconfig.get(), configuration.openconfig.get());
+        return Change{running.whole(), configuration, {}, record_of(note, edit)};
     });
+}
+
+Editor::Change Editor::recorded_edit(const yang::EditNode &edit, Running &running, const CommitNote &note,
+                                     const ChangeGuard &guard) {
+    Change change = edited(edit, running, guard);
+    change.record =
+        record_of(note, yang::print_edit(yang::with_deleted_values(edit, change.before.openconfig.get())));
+    return change;
 }
 
 std::optional<commits::Commit> Editor::edit(const yang::EditNode &edit, const CommitNote &note,
                                             const ChangeGuard &guard) {
-    return commit([&](const Configuration &running) {
-        Change change = changed(edit, running, guard);
-        change.record =
-            record_of(note, yang::print_edit(yang::with_deleted_values(edit, running.openconfig.get())));
-        return change;
+    return commit([&](Running &running) { return recorded_edit(edit, running, note, guard); });
+}
+
+std::optional<commits::Commit> Editor::edit(const EditMaker &make, const CommitNote &note,
+                                            const ChangeGuard &guard) {
+    return commit([&](Running &running) {
+        return recorded_edit(make(running.whole().openconfig.get()), running, note, guard);
     });
 }
 
 Editor::MakeChange Editor::restoring(int64_t number, const CommitNote &note) {
-    const std::optional<commits::Commit> target = source_.find_commit(number);
-    if (!target.has_value())
-        throw Error(ErrorTag::data_missing, source_.store().string(),
-                    "there is no commit " + std::to_string(number));
-    return [this, target, note](const Configuration &) {
-        Change change{configurations_.of(*target), {}, record_of(note, "")};
+    const Configuration target = configurations_.of(number);
+    return [number, target, note](Running &running) {
+        Change change{running.whole(), target, {}, record_of(note, "")};
         if (note.comment.empty())
-            change.record.comment = "rollback to " + std::to_string(target->number);
+            change.record.comment = "rollback to " + std::to_string(number);
         return change;
     };
 }

@@ -8,10 +8,13 @@
 #include <vector>
 
 #include "commits/commit_log.h"
+#include "device/commit_writer.h"
 #include "device/configuration.h"
 #include "device/configuration_mapper.h"
 #include "device/configurations.h"
 #include "device/configured_source.h"
+#include "device/independent_entries.h"
+#include "device/running.h"
 #include "device/store_lock.h"
 #include "sources/native_target.h"
 #include "yang/edit.h"
@@ -24,8 +27,12 @@ struct CommitNote {
     std::string comment;
 };
 
-// Rejects a change by throwing, given the configuration that an OpenConfig client sees before and after it.
+// Rejects a change by throwing, given the configuration that an OpenConfig client sees before and after it, or
+// as much of it as the change concerns.
 using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *after)>;
+
+// Makes an edit that depends on the running configuration in OpenConfig terms, which may be NULL. May throw.
+using EditMaker = std::function<yang::EditNode(const lyd_node *running)>;
 
 // Commits edits. Everything is borrowed; without a target (NULL) configurations are only stored. The guard, if
 // any, is called before anything changes. Any thread may call try_edit(), apply() and shown(). The others,
@@ -33,9 +40,10 @@ using ChangeGuard = std::function<void(const lyd_node *before, const lyd_node *a
 class Editor {
 public:
     Editor(const yang::Schemas &schemas, ConfiguredSource &source, Configurations &configurations,
-           ConfigurationMapper &mapper, sources::NativeTarget *target, const StoreLock &lock)
-        : schemas_(schemas), source_(source), configurations_(configurations), mapper_(mapper), target_(target),
-          lock_(lock) {}
+           ConfigurationMapper &mapper, const IndependentEntries &entries, sources::NativeTarget *target,
+           const StoreLock &lock)
+        : schemas_(schemas), source_(source), configurations_(configurations), mapper_(mapper),
+          entries_(entries), writer_(source.kept(), configurations, entries), target_(target), lock_(lock) {}
 
     // The native difference that the edit would make; writes nothing. Throws Error.
     std::string try_edit(const yang::EditNode &edit);
@@ -70,14 +78,21 @@ public:
     // Called at each step of a commit, on the committing thread. Set it before any commit.
     void on_step(std::function<void(commits::Step)> observer) { observer_ = std::move(observer); }
 
+    // The same for the edit that `make` returns, given the running configuration in OpenConfig terms. It is
+    // called again if that has changed meanwhile.
+    std::optional<commits::Commit> edit(const EditMaker &make, const CommitNote &note,
+                                        const ChangeGuard &guard = {});
+
 private:
     // A configuration to replace the running one.
     struct Change {
+        Configuration before;
         Configuration after;
         std::vector<host::NativePath> edits;
-        commits::Commit record; // who, comment, edit
+        commits::Commit record = {};             // who, comment, edit
+        std::optional<Part> part = std::nullopt; // which the configurations are of, if they are not whole
     };
-    using MakeChange = std::function<Change(const Configuration &running)>;
+    using MakeChange = std::function<Change(Running &running)>;
 
     struct Prepared {
         std::string running; // the native configuration the change is based on
@@ -92,30 +107,48 @@ private:
     MakeChange restoring(int64_t number, const CommitNote &note);
     // The change that `edit` makes to a configuration.
     Change changed(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard);
+    // The same, of no more of it than necessary.
+    Change edited(const yang::EditNode &edit, Running &running, const ChangeGuard &guard);
+    // The same, with its record.
+    Change recorded_edit(const yang::EditNode &edit, Running &running, const CommitNote &note,
+                         const ChangeGuard &guard);
+    // Nothing when the edit concerns more than a part, or is refused, which the whole is to tell.
+    std::optional<Change> changed_in_part(const yang::EditNode &edit, Running &running,
+                                          const ChangeGuard &guard);
     // Throws what the target would refuse, changing nothing.
     void check_target(const Configuration &before, const Change &change);
     // The same for both configurations as if nothing of them were suspended.
     void check_suspended(const Configuration &before, const Configuration &after);
-    // Applies the change to the last commit, and the result to the target. Nothing when it changes nothing.
-    struct Applied {
-        yang::SharedData before;
-        yang::SharedData after;
-        int64_t number = 0; // of the commit
+
+    // What remains to be done about a commit once it is stored.
+    struct Made {
+        struct Applied {
+            yang::SharedData before;
+            yang::SharedData after;
+        };
+        std::optional<Applied> applied; // what the target now runs
+        int64_t number = 0;
+        CommitWriter::Written written;
     };
-    std::optional<commits::Commit> made_of(commits::CommitLog &store, Change change,
-                                           const Configuration &before, int64_t before_number,
-                                           std::optional<Applied> &applied);
+    std::optional<commits::Commit> made_of(commits::CommitLog &store, Change change, int64_t last, Made &made);
+    // Applies the change to the target.
+    void apply_to_target(commits::CommitLog &store, const Change &change, Made &made);
+    // The change that `make` makes to a commit, unless it is prepared.
+    Change change_after(commits::CommitLog &store, int64_t last, const MakeChange &make,
+                        std::optional<Prepared> &prepared);
     void ensure_first_commit(commits::CommitLog &store);
     bool was_restarted(const commits::CommitLog &store);
     void put_into_force(commits::CommitLog &store, const Configuration &before, const Configuration &after);
     // Makes the target run the last commit if a process was killed while it applied the next one.
-    void finish_interrupted(int64_t last, const Configuration &running);
+    void finish_interrupted(int64_t last, Running &running);
     void remember_instance(commits::CommitLog &store);
 
     const yang::Schemas &schemas_;
     ConfiguredSource &source_;
     Configurations &configurations_;
     ConfigurationMapper &mapper_;
+    const IndependentEntries &entries_;
+    const CommitWriter writer_;
     sources::NativeTarget *target_;
     const StoreLock &lock_;
     std::function<void(commits::Step)> observer_;

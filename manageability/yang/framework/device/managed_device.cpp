@@ -30,9 +30,9 @@ ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource
     : schemas_(schemas), mapping_(std::move(mapping)), opened_(std::move(opened)), target_(target),
       source_(schemas, source, std::move(store), std::move(owner),
               target != nullptr ? InForce::its_own : InForce::committed),
-      engine_(schemas, source_, mapping_), mapper_(schemas, engine_, mapping_),
-      configurations_(schemas, source_, mapper_), lock_(source_.store()),
-      editor_(schemas, source_, configurations_, mapper_, target, lock_) {}
+      engine_(schemas, source_, mapping_), mapper_(schemas, engine_, mapping_), entries_(schemas, mapping_),
+      configurations_(source_, mapper_), lock_(source_.store()),
+      editor_(schemas, source_, configurations_, mapper_, entries_, target, lock_) {}
 
 ManagedDevice::ManagedDevice(const yang::Schemas &schemas, sources::OpenedSource opened,
                              std::filesystem::path store, host::MappingDescription mapping,
@@ -98,6 +98,12 @@ std::optional<commits::Commit> ManagedDevice::edit(const yang::EditNode &edit, c
                                                    const ChangeGuard &guard) {
     require_store();
     return editor_.edit(edit, note, guard);
+}
+
+std::optional<commits::Commit> ManagedDevice::edit(const EditMaker &make, const CommitNote &note,
+                                                   const ChangeGuard &guard) {
+    require_store();
+    return editor_.edit(make, note, guard);
 }
 
 std::optional<commits::Commit> ManagedDevice::commit(const Configuration &configuration,

@@ -14,6 +14,7 @@
 #include "device/configured_source.h"
 #include "device/drift.h"
 #include "device/editor.h"
+#include "device/independent_entries.h"
 #include "device/store_lock.h"
 #include "host/engine.h"
 #include "host/mapping_description.h"
@@ -92,6 +93,9 @@ public:
     // Each makes one commit, both on the device and in the store or in neither; nothing when nothing changes.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,
                                         const ChangeGuard &guard = {});
+    // The edit that `make` returns, given the running configuration in OpenConfig terms.
+    std::optional<commits::Commit> edit(const EditMaker &make, const CommitNote &note,
+                                        const ChangeGuard &guard = {});
     // `edit`: the origin of the configuration, for the record.
     std::optional<commits::Commit> commit(const Configuration &configuration, const std::string &edit,
                                           const CommitNote &note, const ChangeGuard &guard = {});
@@ -157,6 +161,7 @@ private:
     ConfiguredSource source_;
     host::Engine engine_;
     ConfigurationMapper mapper_;
+    const IndependentEntries entries_;
     Configurations configurations_;
     StoreLock lock_;
     Editor editor_;

@@ -206,6 +206,11 @@ void read_openconfig(Members members, MappingDescription &to) {
                      [&](const Json &value, const std::string &place) {
                          to.keys.push_back(read_key({value, place, members.file()}));
                      });
+    if (members.has("entries"))
+        members.each("entries", "the lists whose entries are mapped independently of one another",
+                     [&](const Json &value, const std::string &place) {
+                         to.entries.push_back(read_key({value, place, members.file()}));
+                     });
     members.refuse_others();
 }
 
@@ -326,6 +331,8 @@ void refuse_main_members(Members &members, const MappingDescription &read) {
         refuse_main_member(members.file(), "openconfig.suspensions");
     if (!read.sampled.empty())
         refuse_main_member(members.file(), "openconfig.sampled");
+    if (!read.entries.empty())
+        refuse_main_member(members.file(), "openconfig.entries");
 }
 
 void read_library(Members &members, MappingDescription &to) {

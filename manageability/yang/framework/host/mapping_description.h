@@ -63,8 +63,7 @@ struct Suspension {
     std::vector<NativeNode> native; // what the native configuration is without meanwhile
 };
 
-// A list's key in the OpenConfig model whose value is that of native keys: a read of one entry needs only the
-// native entries that have it, too.
+// A list's key in the OpenConfig model whose value is that of native keys.
 struct SharedKey {
     std::string leaf;               // the schema path of the OpenConfig key
     std::vector<NativeNode> native; // the native keys
@@ -82,7 +81,8 @@ struct MappingDescription {
         state; // schema paths of the OpenConfig state that the request's descriptor tells of
     std::vector<std::string> sampled; // schema paths of OpenConfig state that changes all the time
     std::vector<Suspension> suspensions;
-    std::vector<SharedKey> keys;
+    std::vector<SharedKey> keys;    // a read of one entry needs only the native entries that have its key
+    std::vector<SharedKey> entries; // configuration that the mapping maps entry by entry
     std::vector<MappedSubtree> subtrees;
     DeviceAnswers device;
     std::optional<ChangeNotification> notification;

@@ -141,12 +141,12 @@ class AStoreOfANewerVersion : public testing::Test {
 protected:
     AStoreOfANewerVersion() {
         keep_numbered(store);
-        run_sql(file, "PRAGMA user_version = 3");
+        run_sql(file, "PRAGMA user_version = 4");
     }
 
     void expect_named(const std::string &message) const {
         EXPECT_NE(message.find(file.string()), std::string::npos) << message;
-        EXPECT_NE(message.find("version 3"), std::string::npos) << message;
+        EXPECT_NE(message.find("version 4"), std::string::npos) << message;
     }
 
     const yfw::test::TemporaryDirectory directory;
