@@ -1,6 +1,7 @@
 #include "yang/tree_change.h"
 
 #include "base/error.h"
+#include "yang/comparison.h"
 #include "yang/forest.h"
 #include "yang/tree_text.h"
 
@@ -13,11 +14,34 @@ void check(LY_ERR status, const ly_ctx *context, const char *what) {
                     std::string(what) + " a configuration failed: " + take_yang_error(context));
 }
 
+bool is_empty_container(const lyd_node *node) {
+    return node->schema->nodetype == LYS_CONTAINER && (node->schema->flags & LYS_PRESENCE) == 0 &&
+           lyd_child(node) == nullptr;
+}
+
+// What a change has taken everything out of is not there when the configuration is read from a text.
+void drop_emptied(DataTree &configuration, const lyd_node *siblings, const lyd_node *change) {
+    for (; change != nullptr && siblings != nullptr; change = change->next) {
+        if ((change->schema->nodetype & LYD_NODE_INNER) == 0)
+            continue;
+        auto *changed = const_cast<lyd_node *>(counterpart(change, siblings));
+        if (changed == nullptr)
+            continue;
+        drop_emptied(configuration, lyd_child(changed), lyd_child(change));
+        if (!is_empty_container(changed))
+            continue;
+        const bool is_first = changed == siblings;
+        const lyd_node *next = changed->next;
+        remove(configuration, changed);
+        if (is_first)
+            siblings = next;
+    }
+}
+
 bool is_implicit(const lyd_node *node) {
     if ((node->schema->nodetype & LYD_NODE_TERM) != 0)
         return (node->flags & LYD_DEFAULT) != 0;
-    return node->schema->nodetype == LYS_CONTAINER && (node->schema->flags & LYS_PRESENCE) == 0 &&
-           lyd_child(node) == nullptr;
+    return is_empty_container(node);
 }
 
 void drop_implicit_among(DataTree &forest, lyd_node *first) {
@@ -45,6 +69,7 @@ void apply_change(DataTree &configuration, const lyd_node *change) {
         return;
     check(change_first(configuration, [&](lyd_node *&first) { return lyd_diff_apply_all(&first, change); }),
           LYD_CTX(change), "changing");
+    drop_emptied(configuration, configuration.get(), change);
 }
 
 std::string print_change(const lyd_node *change) {

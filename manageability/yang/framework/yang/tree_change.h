@@ -13,8 +13,9 @@ namespace yfw::yang {
 // Either configuration may be NULL. Throws Error.
 DataTree change_between(const lyd_node *before, const lyd_node *after);
 
-// Makes the configuration of `before` that of `after`, in time by the size of the change. NULL changes nothing.
-// Throws Error, leaving it partly changed, when it lacks what the change is about.
+// Makes the configuration of `before` that of `after`, in time by the size of the change, but without
+// containers that the change leaves empty. NULL changes nothing. Throws Error, leaving it partly changed, when
+// it lacks what the change is about.
 void apply_change(DataTree &configuration, const lyd_node *change);
 
 // As XML without blanks; empty for NULL.
