@@ -209,7 +209,15 @@ private:
         return false;
     }
 
-    // Whether the entry around the node is still there: its leaves have their defaults then.
+    bool is_configured(Index entry) const {
+        for (Index at = entry; at < after_[entry].end; at++)
+            if (yang::is_term(after_[at].schema) && (after_[at].schema->flags & LYS_CONFIG_W) != 0 &&
+                !lysc_is_key(after_[at].schema))
+                return true;
+        return false;
+    }
+
+    // Whether the entry around the node is still configured: its leaves have their defaults then.
     bool is_entry_left(Index node) const {
         Index at = before_[node].parent;
         while (at != Snapshot::root && before_[at].schema->nodetype != LYS_LIST)
@@ -225,7 +233,8 @@ private:
                     step.keys.emplace_back(before_[key].value);
             entry.steps.insert(entry.steps.begin(), std::move(step));
         }
-        return !matches(after_, entry).empty();
+        const std::vector<Index> found = matches(after_, entry);
+        return !found.empty() && is_configured(found.front());
     }
 
     bool holds_entry(Index node) const {
