@@ -23,6 +23,9 @@ public:
     // Discards commits and readers. `has_rules`: whether access rules hide the value, and forbid some writes.
     void begin_anew(bool has_rules);
 
+    // Ends its thread; nothing may be asked of it until the next begin_anew().
+    void end() { state_.reset(); }
+
     const Target &target() const { return state_->target; }
     Publisher &publisher() { return state_->publisher; }
     // Whoever sends the input's requests.

@@ -347,7 +347,10 @@ void yfw::fuzz::run(std::string_view bytes) {
     const bool has_rules = (flags & 2U) != 0;
     const std::string_view input = bytes.substr(1);
     target.begin_anew(has_rules);
-    Client client(target, (flags & 1U) == 0, has_rules, input);
-    for (const auto &request : requests_of(input))
-        client.send(request);
+    {
+        Client client(target, (flags & 1U) == 0, has_rules, input);
+        for (const auto &request : requests_of(input))
+            client.send(request);
+    }
+    target.end(); // a thread that still runs may hold what looks leaked
 }
