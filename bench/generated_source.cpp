@@ -6,11 +6,15 @@
 
 namespace yfw::bench {
 
-GeneratedSource::GeneratedSource(const yang::Schemas &schemas, const DeviceSize &size) {
+std::string generated_device(const DeviceSize &size) {
     std::ostringstream xml;
     write_device(xml, size);
+    return xml.str();
+}
+
+GeneratedSource::GeneratedSource(const yang::Schemas &schemas, const std::string &xml) {
     lyd_node *data = nullptr;
-    if (lyd_parse_data_mem(schemas.context(), xml.str().c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_ORDERED, 0,
+    if (lyd_parse_data_mem(schemas.context(), xml.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_ORDERED, 0,
                            &data) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", yang::take_yang_error(schemas.context()));
     data_.reset(data);

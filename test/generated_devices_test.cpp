@@ -4,8 +4,6 @@
 #include <chrono>
 #include <cstdio>
 #include <map>
-#include <optional>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "random_neighbors.h"
 #include "support/answers.h"
 #include "support/child_process.h"
 #include "support/files.h"
@@ -193,77 +192,6 @@ TEST_P(ALastClearOfNever, IsTheStartOfTheSystem) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Zone, ALastClearOfNever, testing::Values(ClearedIn{"UTC0", "+00:00", 0}));
-
-// One random announcement, and the neighbor's expected id in the answer.
-struct RandomNeighbor {
-    std::string interface;
-    std::string device;
-    std::optional<std::string> port;
-
-    std::string id() const {
-        const std::string shown = device == "[DISABLED]" ? "DISABLED" : device;
-        return (port ? shown + "#" + *port : shown).substr(0, 255);
-    }
-};
-
-class RandomTable {
-public:
-    explicit RandomTable(unsigned seed) : engine_(seed) {}
-
-    std::vector<RandomNeighbor> make(std::size_t count) {
-        std::vector<RandomNeighbor> table;
-        std::set<std::pair<std::string, std::string>> keys;
-        while (table.size() < count) {
-            RandomNeighbor neighbor{pick(interfaces), pick(devices), std::nullopt};
-            if (number() % 5 != 0)
-                neighbor.port = pick(ports);
-            if (keys.emplace(neighbor.interface, neighbor.device).second)
-                table.push_back(neighbor);
-        }
-        return table;
-    }
-
-    std::string announcement(const RandomNeighbor &neighbor) {
-        std::string detail =
-            element("last-update", std::to_string(wide())) + element("age", std::to_string(wide()));
-        for (const char *leaf : {"port-description", "system-name", "system-description"})
-            detail = element(leaf, escaped(pick(devices))) + detail;
-        std::string tlvs;
-        for (unsigned i = number() % 4; i > 0; --i)
-            tlvs += element("lldp-org-def-tlv-entry", element("oui", pick(ports)) +
-                                                          element("tlv-subtype", std::to_string(number() % 3)) +
-                                                          element("tlv-value", escaped(pick(devices))));
-        const std::string mib = element("combined-capabilities", std::to_string(number())) +
-                                element("chassis-id-sub-type", std::to_string(1 + number() % 7)) +
-                                element("port-id-sub-type", std::to_string(1 + number() % 7)) +
-                                element("org-def-tlv-list", tlvs);
-        return (neighbor.port ? element("port-id-detail", escaped(*neighbor.port)) : "") +
-               element("hold-time", std::to_string(number())) + element("detail", detail) + element("mib", mib);
-    }
-
-private:
-    static const Strings interfaces;
-    static const Strings devices;
-    static const Strings ports;
-
-    unsigned number() { return static_cast<unsigned>(engine_()); }
-    unsigned long long wide() { return static_cast<unsigned long long>(number()) << (number() % 33); }
-    const std::string &pick(const Strings &texts) { return texts[number() % texts.size()]; }
-
-    std::mt19937 engine_;
-};
-
-const Strings RandomTable::interfaces{"Ethernet0",
-                                      "Ethernet0/1",
-                                      "it's",
-                                      "\xc3\xbc"
-                                      "ber",
-                                      "a b",
-                                      std::string(200, 'i')};
-const Strings RandomTable::devices{
-    "sw1",   "sw#1", "[DISABLED]",          "DISABLED",           "Z\xc3\xbcrich <&> \"core\"",
-    "#lead", "",     std::string(300, 'd'), std::string(255, 'e')};
-const Strings RandomTable::ports{"Ethernet1/1", "p#2", "", "00:00:5e:00:53:01", std::string(300, 'p')};
 
 class ARandomNeighborTable : public AGeneratedDevice, public testing::WithParamInterface<unsigned> {};
 

@@ -5,13 +5,9 @@
 #include <string>
 
 #include <gmock/gmock.h>
-#include <gnmi.grpc.pb.h>
-#include <grpcpp/create_channel.h>
-#include <grpcpp/security/credentials.h>
-#include <pwd.h>
-#include <unistd.h>
 
 #include "frontends/cli/serving/tls_tryout.h"
+#include "gnmi_client.h"
 #include "netconf_client.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
@@ -25,84 +21,6 @@ using namespace std::chrono_literals;
 using testing::HasSubstr;
 
 namespace fs = std::filesystem;
-
-std::string current_user() {
-    return getpwuid(geteuid())->pw_name;
-}
-
-struct ClientFiles {
-    fs::path authority;
-    fs::path certificate;
-    fs::path key;
-};
-
-std::shared_ptr<grpc::ChannelCredentials> credentials_of(const ClientFiles &files) {
-    grpc::SslCredentialsOptions options;
-    options.pem_root_certs = read_file(files.authority);
-    if (!files.certificate.empty()) {
-        options.pem_cert_chain = read_file(files.certificate);
-        options.pem_private_key = read_file(files.key);
-    }
-    return grpc::SslCredentials(options);
-}
-
-// The files of throw-away certificates in this directory.
-ClientFiles files_in(const fs::path &directory) {
-    return {directory / "ca.pem", directory / "client.pem", directory / "client.key"};
-}
-
-::gnmi::Path name_path() {
-    ::gnmi::Path path;
-    for (const char *name : {"lldp", "config", "system-name"})
-        path.add_elem()->set_name(name);
-    return path;
-}
-
-// One client on a connection of its own.
-class GnmiClient {
-public:
-    GnmiClient(const std::string &address, const ClientFiles &files)
-        : stub_(::gnmi::gNMI::NewStub(grpc::CreateChannel(address, credentials_of(files)))) {}
-
-    grpc::Status set_name(const std::string &name) {
-        ::gnmi::SetRequest request;
-        ::gnmi::Update &update = *request.add_update();
-        *update.mutable_path() = name_path();
-        update.mutable_val()->set_string_val(name);
-        ::gnmi::SetResponse response;
-        return stub_->Set(context().get(), request, &response);
-    }
-
-    grpc::Status get_name(std::string &name) {
-        ::gnmi::GetRequest request;
-        *request.add_path() = name_path();
-        request.set_encoding(::gnmi::PROTO);
-        ::gnmi::GetResponse response;
-        const grpc::Status status = stub_->Get(context().get(), request, &response);
-        if (status.ok())
-            name = response.notification(0).update(0).val().string_val();
-        return status;
-    }
-
-    std::unique_ptr<::gnmi::gNMI::Stub> &stub() { return stub_; }
-    static std::unique_ptr<grpc::ClientContext> context() {
-        auto made = std::make_unique<grpc::ClientContext>();
-        made->set_deadline(std::chrono::system_clock::now() + 20s);
-        return made;
-    }
-
-private:
-    std::unique_ptr<::gnmi::gNMI::Stub> stub_;
-};
-
-// The text between two others.
-std::string between(const std::string &text, const std::string &begin, const std::string &end) {
-    const size_t at = text.find(begin);
-    if (at == std::string::npos)
-        return "";
-    const size_t from = at + begin.size();
-    return text.substr(from, text.find(end, from) - from);
-}
 
 class ServingGnmi : public testing::Test {
 protected:
@@ -122,8 +40,7 @@ protected:
         process_.emplace(words);
         line_ = process_->line_with({"gNMI on "}).value_or("");
         EXPECT_NE(line_, "") << process_->errors();
-        const std::string rest = line_.substr(line_.find("gNMI on ") + 8);
-        return rest.substr(0, rest.find_first_of(",\n"));
+        return address_of(line_);
     }
 
     TemporaryDirectory directory_;
@@ -133,7 +50,7 @@ protected:
 
 TEST_F(ServingGnmi, PrintsHowToConnectWithThrowAwayCertificates) {
     const std::string address = serve({"--gnmi"});
-    const fs::path files = between(line_ + "\n", "certificates in ", "\n");
+    const fs::path files = certificates_of(line_);
     ASSERT_TRUE(process_->line_with({"gnmic -a " + address, "--tls-ca", "get --path /lldp"}).has_value());
     ASSERT_TRUE(process_->line_with({"print(client.get("}).has_value());
     EXPECT_EQ(fs::status(files).permissions(), fs::perms(0700));
@@ -149,7 +66,7 @@ TEST_F(ServingGnmi, PrintsHowToConnectWithThrowAwayCertificates) {
 
 TEST_F(ServingGnmi, TurnsAClientWithoutACertificateAway) {
     const std::string address = serve({"--gnmi"});
-    ClientFiles files = files_in(between(line_ + "\n", "certificates in ", "\n"));
+    ClientFiles files = files_in(certificates_of(line_));
     files.certificate.clear();
     std::string name;
     EXPECT_EQ(GnmiClient(address, files).get_name(name).error_code(), grpc::StatusCode::UNAVAILABLE);
@@ -157,7 +74,7 @@ TEST_F(ServingGnmi, TurnsAClientWithoutACertificateAway) {
 
 TEST_F(ServingGnmi, ShowsAClientOfNetconfWhatAnotherOneSet) {
     const std::string address = serve({"--gnmi"});
-    GnmiClient client(address, files_in(between(line_ + "\n", "certificates in ", "\n")));
+    GnmiClient client(address, files_in(certificates_of(line_)));
     ASSERT_TRUE(client.set_name("by-gnmi").ok());
     NetconfClient netconf(socket());
     EXPECT_THAT(netconf.rpc("<get-config><source><running/></source></get-config>").printed,
@@ -170,7 +87,7 @@ TEST_F(ServingGnmi, ShowsAClientOfNetconfWhatAnotherOneSet) {
 
 TEST_F(ServingGnmi, StreamsWhatAChangedFileSays) {
     const std::string address = serve({"--gnmi"});
-    GnmiClient client(address, files_in(between(line_ + "\n", "certificates in ", "\n")));
+    GnmiClient client(address, files_in(certificates_of(line_)));
     const auto context = GnmiClient::context();
     const auto stream = client.stub()->Subscribe(context.get());
     ::gnmi::SubscribeRequest request;

@@ -26,10 +26,10 @@ std::string mac_chassis(int last) {
 
 std::string LldpFrame::octets() const {
     const std::string nearest_bridge = from_hexadecimal("0180c200000e"),
-                      sender = from_hexadecimal("020000000001"), ether_type = from_hexadecimal("88cc"),
-                      two_minutes = from_hexadecimal("0078");
+                      sender = from_hexadecimal("020000000001"), ether_type = from_hexadecimal("88cc");
+    const std::string seconds{static_cast<char>(valid_for >> 8), static_cast<char>(valid_for & 0xff)};
     return nearest_bridge + sender + ether_type + lldp_tlv(1, chassis) + lldp_tlv(2, port) +
-           lldp_tlv(3, two_minutes) + (name.has_value() ? lldp_tlv(5, *name) : "") + more + lldp_tlv(0, "");
+           lldp_tlv(3, seconds) + (name.has_value() ? lldp_tlv(5, *name) : "") + more + lldp_tlv(0, "");
 }
 
 } // namespace yfw::test

@@ -20,9 +20,10 @@ struct LldpFrame {
     std::string chassis; // subtype and id
     std::string port;    // subtype and id
     std::optional<std::string> name = {};
-    std::string more = {}; // TLVs
+    std::string more = {};    // TLVs
+    uint16_t valid_for = 120; // seconds; 0: the neighbor is gone
 
-    /// As on the wire, to the nearest bridge, valid for two minutes.
+    /// As on the wire, to the nearest bridge.
     std::string octets() const;
 };
 

@@ -136,11 +136,11 @@ std::string TlsTryout::instructions(const std::string &host, int port) const {
     const std::string address = (is_ipv6 ? "[" + host + "]" : host) + ":" + number;
     return "gNMI on " + address + ", user " + user_ + ", certificates in " + at + "\n\n  gnmic -a " + address +
            " --tls-ca " + at + "/ca.pem --tls-cert " + at + "/client.pem --tls-key " + at +
-           "/client.key get --path /lldp\n\n  from pygnmi.client import gNMIclient\n  with "
+           "/client.key get --path /lldp\n\nfrom pygnmi.client import gNMIclient\nwith "
            "gNMIclient(target=(\"" +
-           host + "\", " + number + "), path_root=\"" + at + "/ca.pem\",\n                  path_cert=\"" + at +
+           host + "\", " + number + "), path_root=\"" + at + "/ca.pem\",\n                path_cert=\"" + at +
            "/client.pem\", path_key=\"" + at +
-           "/client.key\") as client:\n      print(client.get(path=[\"/lldp\"]))\n\n";
+           "/client.key\") as client:\n    print(client.get(path=[\"/lldp\"]))\n\n";
 }
 
 } // namespace yfw::cli

@@ -61,12 +61,9 @@ void write(const lyd_node *node, const Leaves &defaults, yang::TreeWriter &to) {
 }
 
 void add_defaults(yang::DataTree &data, const lysc_node *root) {
-    if (data == nullptr) {
-        lyd_node *top = nullptr;
-        lyd_new_inner(nullptr, root->module, root->name, 0, &top);
-        data.reset(top);
-    }
-    lyd_new_implicit_tree(data.get(), LYD_IMPLICIT_NO_STATE, nullptr);
+    lyd_node *top = data.release();
+    lyd_new_implicit_module(&top, root->module, LYD_IMPLICIT_NO_STATE, nullptr);
+    data.reset(top);
 }
 
 } // namespace

@@ -19,7 +19,7 @@ constexpr size_t most_in_a_piece = 2000;
 } // namespace
 
 const std::string &Prepared::bytes() const {
-    std::call_once(serialized_, [this] { bytes_ = message_.SerializeAsString(); });
+    std::call_once(serialized_, [this] { bytes_ = message_->SerializeAsString(); });
     return bytes_;
 }
 
@@ -63,11 +63,14 @@ Index BundleWriter::bundle_of(const Snapshot &snapshot, Index node) const {
 ::gnmi::Notification &BundleWriter::bundle(const Snapshot &snapshot, Index about, int64_t time) {
     const bool is_same = !bundles_.empty() && last_snapshot_ == &snapshot && last_about_ == about;
     if (is_same) {
-        ::gnmi::Notification &last = *bundles_.back().mutable_update();
+        ::gnmi::Notification &last = *bundles_.back()->mutable_update();
         if (last.update_size() + last.delete__size() < most_updates)
             return last;
     }
-    ::gnmi::Notification &made = *bundles_.emplace_back().mutable_update();
+    if (arena_ == nullptr)
+        arena_ = std::make_shared<google::protobuf::Arena>();
+    bundles_.push_back(google::protobuf::Arena::CreateMessage<::gnmi::SubscribeResponse>(arena_.get()));
+    ::gnmi::Notification &made = *bundles_.back()->mutable_update();
     made.set_timestamp(time);
     if (!prefix_target_.empty())
         made.mutable_prefix()->set_target(prefix_target_);
@@ -121,9 +124,11 @@ void BundleWriter::remove(const Snapshot &before, Index node, int64_t time) {
 std::vector<SharedMessage> BundleWriter::finish() {
     std::vector<SharedMessage> messages;
     messages.reserve(bundles_.size());
-    for (::gnmi::SubscribeResponse &bundle : bundles_)
-        messages.push_back(std::make_shared<const Prepared>(std::move(bundle)));
+    for (::gnmi::SubscribeResponse *bundle : bundles_)
+        messages.push_back(
+            std::make_shared<const Prepared>(std::shared_ptr<const ::gnmi::SubscribeResponse>(arena_, bundle)));
     bundles_.clear();
+    arena_.reset();
     last_snapshot_ = nullptr;
     return messages;
 }
@@ -209,7 +214,15 @@ private:
         return false;
     }
 
-    // Whether the entry around the node is still there: its leaves have their defaults then.
+    bool is_configured(Index entry) const {
+        for (Index at = entry; at < after_[entry].end; at++)
+            if (yang::is_term(after_[at].schema) && (after_[at].schema->flags & LYS_CONFIG_W) != 0 &&
+                !lysc_is_key(after_[at].schema))
+                return true;
+        return false;
+    }
+
+    // Whether the entry around the node is still configured: its leaves have their defaults then.
     bool is_entry_left(Index node) const {
         Index at = before_[node].parent;
         while (at != Snapshot::root && before_[at].schema->nodetype != LYS_LIST)
@@ -225,7 +238,8 @@ private:
                     step.keys.emplace_back(before_[key].value);
             entry.steps.insert(entry.steps.begin(), std::move(step));
         }
-        return !matches(after_, entry).empty();
+        const std::vector<Index> found = matches(after_, entry);
+        return !found.empty() && is_configured(found.front());
     }
 
     bool holds_entry(Index node) const {

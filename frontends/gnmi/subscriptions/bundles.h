@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <gnmi.pb.h>
+#include <google/protobuf/arena.h>
 
 #include "frontends/gnmi/data/differences.h"
 #include "frontends/gnmi/data/snapshot.h"
@@ -21,16 +22,18 @@ namespace yfw::gnmi {
 // A message that many streams share; it is serialized once. Immutable: any thread may call any member.
 class Prepared {
 public:
+    explicit Prepared(std::shared_ptr<const ::gnmi::SubscribeResponse> message)
+        : message_(std::move(message)), size_(message_->ByteSizeLong()) {}
     explicit Prepared(::gnmi::SubscribeResponse message)
-        : message_(std::move(message)), size_(message_.ByteSizeLong()) {}
+        : Prepared(std::make_shared<const ::gnmi::SubscribeResponse>(std::move(message))) {}
 
-    const ::gnmi::SubscribeResponse &message() const { return message_; }
+    const ::gnmi::SubscribeResponse &message() const { return *message_; }
     const std::string &bytes() const;
     // How many bytes there are.
     size_t size() const { return size_; }
 
 private:
-    ::gnmi::SubscribeResponse message_;
+    std::shared_ptr<const ::gnmi::SubscribeResponse> message_;
     size_t size_;
     mutable std::once_flag serialized_;
     mutable std::string bytes_;
@@ -74,7 +77,8 @@ private:
     ::gnmi::Encoding encoding_;
     std::string prefix_target_;
     JsonValues json_;
-    std::vector<::gnmi::SubscribeResponse> bundles_;
+    std::shared_ptr<google::protobuf::Arena> arena_; // of the bundles: thousands of messages are freed at once
+    std::vector<::gnmi::SubscribeResponse *> bundles_;
     const Snapshot *last_snapshot_ = nullptr; // of the last bundle
     Snapshot::Index last_about_ = 0;
 };

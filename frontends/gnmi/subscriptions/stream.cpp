@@ -162,6 +162,10 @@ void Stream::coalesce() {
     failure_ = Refusal(Code::resource_exhausted, "the client takes changes more slowly than they come");
 }
 
+bool Stream::lasts() const {
+    return order_.has_value() && order_->mode != List::ONCE;
+}
+
 bool Stream::is_over() const {
     const Guard guard(mutex_);
     return ends_with_rounds_ && rounds_.empty();

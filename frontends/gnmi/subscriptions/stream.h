@@ -43,6 +43,8 @@ public:
     // The next message to be sent; NULL when there is none now.
     SharedMessage take();
 
+    // Whether it goes on after its first values: it is not of the mode ONCE. Called by the thread of receive().
+    bool lasts() const;
     // Whether nothing more will come, once take() has had nothing.
     bool is_over() const;
     // Why it ended early.

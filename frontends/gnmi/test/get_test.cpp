@@ -257,6 +257,16 @@ TEST(ADefault, IsAnsweredWhereItIsInUse) {
     EXPECT_THAT(answer(device, request({"/lldp/config"}, ::gnmi::PROTO)), Not(HasSubstr("enabled")));
 }
 
+TEST(ADefault, IsAnsweredWhereNothingIsConfigured) {
+    ServedDevice device;
+    const yang::EditNode edit = yang::parse_edit(
+        schemas(), R"({"openconfig-lldp:lldp":{"config":{"@":{"ietf-netconf:operation":"remove"}}}})",
+        yang::Operation::merge);
+    device.service().datastores().edit(device.caller(), device::Datastore::running, edit, false);
+    EXPECT_EQ(answer(device, request({"/lldp/config/enabled"}, ::gnmi::PROTO)),
+              "/lldp/config/enabled = true\n");
+}
+
 TEST(ADefaultOfAnEntryThatDoesNotExist, IsNotInUse) {
     ServedDevice device;
     const auto refusal = refusal_of_call([&] {

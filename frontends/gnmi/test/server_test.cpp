@@ -1,5 +1,7 @@
 // The server, through the stubs that are generated for clients.
+#include <algorithm>
 #include <chrono>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +15,7 @@
 
 #include "frontends/gnmi/transport/gnmi_server.h"
 #include "gnmi_fixture.h"
+#include "support/eventually.h"
 
 namespace yfw::gnmi::test {
 namespace {
@@ -82,8 +85,26 @@ protected:
         return request;
     }
 
+    // Waits for a line of the server's log.
+    bool says(const std::string &line) {
+        return yfw::test::eventually([&] {
+            const std::lock_guard<std::mutex> guard(said_mutex_);
+            return std::find(said_.begin(), said_.end(), line) != said_.end();
+        });
+    }
+    std::vector<std::string> said() {
+        const std::lock_guard<std::mutex> guard(said_mutex_);
+        return said_;
+    }
+
+    std::mutex said_mutex_;
+    std::vector<std::string> said_;
     ServedDevice device_;
-    std::optional<GnmiServer> server_{std::in_place, options_for("0"), device_.service(), ignore};
+    std::optional<GnmiServer> server_{std::in_place, options_for("0"), device_.service(),
+                                      [this](const std::string &line) {
+                                          const std::lock_guard<std::mutex> guard(said_mutex_);
+                                          said_.push_back(line);
+                                      }};
     const std::string address_ = "127.0.0.1:" + std::to_string(server_->port());
     std::unique_ptr<::gnmi::gNMI::Stub> stub_ =
         ::gnmi::gNMI::NewStub(grpc::CreateChannel(address_, grpc::InsecureChannelCredentials()));
@@ -241,6 +262,56 @@ TEST_F(AServer, EndsWithSubscribersOnIt) {
     while (stream->Read(&response)) {
     }
     EXPECT_FALSE(stream->Finish().ok());
+}
+
+// ---- the log
+
+const std::string me = "user " + current_user() + " from 127.0.0.1: ";
+
+TEST_F(AServer, LogsEachSetAndEachRefusal) {
+    ::gnmi::GetResponse response;
+    ASSERT_TRUE(get("/lldp/config/enabled", response).ok());
+    EXPECT_EQ(get("/lldp/config/hello-timer", response).error_code(), grpc::StatusCode::NOT_FOUND);
+    EXPECT_TRUE(set_name("x").ok());
+    EXPECT_FALSE(set_name(std::string(300, 'x')).ok());
+    EXPECT_TRUE(says(me + "Set is done"));
+    EXPECT_THAT(said(), SizeIs(3)) << "reads that succeed are not logged";
+    EXPECT_EQ(said()[0],
+              me + "Get is refused: NOT_FOUND: /lldp/config/hello-timer: the device has no data there");
+    EXPECT_THAT(said()[2], HasSubstr(me + "Set is refused: INVALID_ARGUMENT: update /lldp/config/system-name"));
+}
+
+TEST_F(AServer, LogsWhoIsTurnedAway) {
+    capabilities_for(current_user(), "wrong");
+    capabilities_for("", "");
+    EXPECT_TRUE(says(me + "Capabilities is refused: UNAUTHENTICATED: the username or the password is wrong"));
+    EXPECT_TRUE(says("a client from 127.0.0.1: Capabilities is refused: UNAUTHENTICATED: a client certificate, "
+                     "or a username and a password, are required"));
+}
+
+TEST_F(AServer, LogsTheBeginAndTheEndOfAStream) {
+    const auto streaming = context();
+    const auto stream = stub_->Subscribe(streaming.get());
+    ASSERT_TRUE(stream->Write(list(::gnmi::SubscriptionList::STREAM, "/lldp/config/system-name")));
+    EXPECT_TRUE(says(me + "a stream begins"));
+    streaming->TryCancel();
+    ::gnmi::SubscribeResponse response;
+    while (stream->Read(&response)) {
+    }
+    stream->Finish();
+    EXPECT_TRUE(says(me + "a stream ends: CANCELLED"));
+    EXPECT_THAT(said(), SizeIs(2));
+}
+
+TEST_F(AServer, LogsARefusedStream) {
+    const auto streaming = context();
+    const auto stream = stub_->Subscribe(streaming.get());
+    ASSERT_TRUE(stream->Write(list(::gnmi::SubscriptionList::STREAM, "/lldp/colour")));
+    ::gnmi::SubscribeResponse response;
+    EXPECT_FALSE(stream->Read(&response));
+    stream->Finish();
+    ASSERT_THAT(said(), SizeIs(1));
+    EXPECT_THAT(said()[0], HasSubstr(me + "Subscribe is refused: INVALID_ARGUMENT: "));
 }
 
 TEST_F(AServer, DoesNotShareItsPort) {

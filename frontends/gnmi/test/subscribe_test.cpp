@@ -252,6 +252,33 @@ TEST_F(ASubscription, OnChangeTellsOfADefaultThatComesBack) {
     EXPECT_THAT(client_.wait_for_lines(), ElementsAre("/lldp/config/enabled = true"));
 }
 
+// The interface still has state, but what is not configured has no defaults.
+TEST_F(ASubscription, OnChangeTellsOfNoDefaultOfAnInterfaceThatIsNotConfiguredAnyMore) {
+    client_.send(list(List::STREAM, {{eth1}}));
+    client_.take();
+    const yang::EditNode edit = yang::parse_edit(
+        schemas(),
+        R"({"openconfig-lldp:lldp":{"interfaces":{"interface":[{"@":{"ietf-netconf:operation":"remove"},"name":"eth1"}]}}})",
+        yang::Operation::merge);
+    device_.service().datastores().edit(device_.caller(), device::Datastore::running, edit, false);
+    EXPECT_THAT(client_.wait_for_lines(), ElementsAre("- " + eth1 + "/config"));
+}
+
+TEST_F(ASubscription, OnChangeTellsOfTheDefaultsOfAContainerThatIsEmptied) {
+    client_.send(list(List::STREAM, {{"/lldp"}}));
+    client_.take();
+    const yang::EditNode edit = yang::parse_edit(
+        schemas(), R"({"openconfig-lldp:lldp":{"config":{"@":{"ietf-netconf:operation":"remove"}}}})",
+        yang::Operation::merge);
+    device_.service().datastores().edit(device_.caller(), device::Datastore::running, edit, false);
+    EXPECT_THAT(client_.wait_for_lines(),
+                ElementsAre("- /lldp/config/system-name", "- /lldp/config/system-description",
+                            "/lldp/config/enabled = true", "/lldp/state/enabled = false"));
+    Client another(device_, publisher_, device_.caller());
+    another.send(list(List::ONCE, {{"/lldp/config/enabled"}}));
+    EXPECT_THAT(another.take(), ElementsAre("/lldp/config/enabled = true", "sync"));
+}
+
 TEST_F(ASubscription, OnChangeTellsOfANeighborThatChanges) {
     client_.send(list(List::STREAM, {{"/lldp/interfaces"}}));
     client_.take();

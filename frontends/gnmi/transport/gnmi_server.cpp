@@ -11,6 +11,7 @@
 #include "device/confirmation_timer.h"
 #include "frontends/gnmi/operations/target.h"
 #include "frontends/gnmi/transport/authentication.h"
+#include "frontends/gnmi/transport/request_log.h"
 #include "frontends/gnmi/transport/service_door.h"
 
 namespace yfw::gnmi {
@@ -43,8 +44,8 @@ struct GnmiServer::Parts {
     Parts(const ServerOptions &options, device::Service &service,
           const std::function<void(const std::string &)> &say)
         : target(service), authentication(service, options.groups, options.is_password_of),
-          publisher(target, say), workers(options.threads), door(target, authentication, publisher, workers),
-          timer(service, say) {
+          publisher(target, say), log(say), workers(options.threads),
+          door(target, authentication, publisher, log, workers), timer(service, say) {
         refuse_taken_socket(options.address);
         grpc::ServerBuilder builder;
         builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0); // or a second server would share the port
@@ -64,6 +65,7 @@ struct GnmiServer::Parts {
     Target target;
     Authentication authentication;
     Publisher publisher;
+    RequestLog log;
     WorkerPool workers; // its jobs use all of the above
     ServiceDoor door;
     device::ConfirmationTimer timer;

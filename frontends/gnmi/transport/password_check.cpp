@@ -29,18 +29,27 @@ int converse(int count, const pam_message **messages, pam_response **responses, 
     return PAM_SUCCESS;
 }
 
-} // namespace
-
-bool is_password_of(const std::string &user, const std::string &password) {
+// `directory`: of the services' files; NULL: the system's.
+bool is_password(const char *directory, const std::string &user, const std::string &password) {
     const pam_conv conversation{converse, const_cast<char *>(password.c_str())};
     pam_handle_t *handle = nullptr;
-    if (pam_start(service, user.c_str(), &conversation, &handle) != PAM_SUCCESS)
+    if (pam_start_confdir(service, user.c_str(), &conversation, directory, &handle) != PAM_SUCCESS)
         return false;
     int status = pam_authenticate(handle, PAM_SILENT | PAM_DISALLOW_NULL_AUTHTOK);
     if (status == PAM_SUCCESS)
         status = pam_acct_mgmt(handle, PAM_SILENT);
     pam_end(handle, status);
     return status == PAM_SUCCESS;
+}
+
+} // namespace
+
+bool is_password_of(const std::string &user, const std::string &password) {
+    return is_password(nullptr, user, password);
+}
+
+bool is_password_by(const std::string &directory, const std::string &user, const std::string &password) {
+    return is_password(directory.c_str(), user, password);
 }
 
 } // namespace yfw::gnmi

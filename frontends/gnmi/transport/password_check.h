@@ -13,6 +13,9 @@ using PasswordCheck = std::function<bool(const std::string &user, const std::str
 // By PAM's service "yfw", see /etc/pam.d/yfw.
 bool is_password_of(const std::string &user, const std::string &password);
 
+// The same, with the service's file in another directory.
+bool is_password_by(const std::string &directory, const std::string &user, const std::string &password);
+
 } // namespace yfw::gnmi
 
 #endif

@@ -7,21 +7,37 @@
 
 namespace yfw::gnmi {
 
-// Who sends it is found out in the lane of quick jobs, so that a slow check of a password holds up no edit.
-grpc::ServerUnaryReactor *ServiceDoor::answer(grpc::CallbackServerContext *context, Lane lane,
+// Who sends it is found out in the lane of quick jobs, so that a slow check of a password holds up no edit. A
+// certificate has been checked already: who reads with one waits for a worker only once.
+grpc::ServerUnaryReactor *ServiceDoor::answer(grpc::CallbackServerContext *context, const Rpc &rpc,
                                               std::function<void(const Caller &)> work) {
     grpc::ServerUnaryReactor *reactor = context->DefaultReactor();
     const Credentials credentials = credentials_of(*context);
     const std::string turn = credentials.certified.value_or(credentials.user);
-    workers_.add(Lane::quick, turn, [this, reactor, lane, turn, credentials, work = std::move(work)] {
+    const auto finish = [this, reactor, rpc, credentials](const grpc::Status &status) {
+        if (!status.ok())
+            log_.refused(credentials, rpc.name, status);
+        else if (rpc.writes)
+            log_.done(credentials, rpc.name);
+        reactor->Finish(status);
+    };
+    const auto user = [this, credentials] { return authentication_.user_of(credentials).caller; };
+    if (credentials.certified.has_value() && !rpc.writes) {
+        workers_.add(rpc.lane, turn, [user, finish, work = std::move(work)] {
+            finish(status_of([&] { work(user()); }));
+            return WorkerPool::Finish();
+        });
+        return reactor;
+    }
+    workers_.add(Lane::quick, turn, [this, rpc, turn, user, finish, work = std::move(work)] {
         Caller caller;
-        const grpc::Status known = status_of([&] { caller = authentication_.user_of(credentials).caller; });
+        const grpc::Status known = status_of([&] { caller = user(); });
         if (!known.ok()) {
-            reactor->Finish(known);
+            finish(known);
             return WorkerPool::Finish();
         }
-        workers_.add(lane, turn, [reactor, caller, work] {
-            reactor->Finish(status_of([&] { work(caller); }));
+        workers_.add(rpc.lane, turn, [caller, finish, work] {
+            finish(status_of([&] { work(caller); }));
             return WorkerPool::Finish();
         });
         return WorkerPool::Finish();
@@ -32,26 +48,26 @@ grpc::ServerUnaryReactor *ServiceDoor::answer(grpc::CallbackServerContext *conte
 grpc::ServerUnaryReactor *ServiceDoor::Capabilities(grpc::CallbackServerContext *context,
                                                     const ::gnmi::CapabilityRequest *request,
                                                     ::gnmi::CapabilityResponse *response) {
-    return answer(context, Lane::quick,
+    return answer(context, {"Capabilities", Lane::quick},
                   [this, request, response](const Caller &) { *response = capabilities(target_, *request); });
 }
 
 grpc::ServerUnaryReactor *ServiceDoor::Get(grpc::CallbackServerContext *context,
                                            const ::gnmi::GetRequest *request, ::gnmi::GetResponse *response) {
-    return answer(context, Lane::costly, [this, request, response](const Caller &caller) {
+    return answer(context, {"Get", Lane::costly}, [this, request, response](const Caller &caller) {
         *response = get(target_, caller, *request);
     });
 }
 
 grpc::ServerUnaryReactor *ServiceDoor::Set(grpc::CallbackServerContext *context,
                                            const ::gnmi::SetRequest *request, ::gnmi::SetResponse *response) {
-    return answer(context, Lane::edit, [this, request, response](const Caller &caller) {
+    return answer(context, {"Set", Lane::edit, true}, [this, request, response](const Caller &caller) {
         *response = set(target_, caller, *request);
     });
 }
 
 SubscribeReactorBase *ServiceDoor::Subscribe(grpc::CallbackServerContext *context) {
-    return SubscribeReactor::start({target_, publisher_, authentication_, workers_}, *context);
+    return SubscribeReactor::start({target_, publisher_, authentication_, log_, workers_}, *context);
 }
 
 } // namespace yfw::gnmi

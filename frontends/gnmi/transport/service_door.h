@@ -9,6 +9,7 @@
 #include "base/worker_pool.h"
 #include "frontends/gnmi/operations/target.h"
 #include "frontends/gnmi/transport/authentication.h"
+#include "frontends/gnmi/transport/request_log.h"
 #include "frontends/gnmi/transport/subscribe_reactor.h"
 
 namespace yfw::gnmi {
@@ -22,8 +23,9 @@ using GnmiServiceBase = ::gnmi::gNMI::WithCallbackMethod_Capabilities<
 class ServiceDoor final : public GnmiServiceBase {
 public:
     ServiceDoor(const Target &target, const Authentication &authentication, Publisher &publisher,
-                WorkerPool &workers)
-        : target_(target), authentication_(authentication), publisher_(publisher), workers_(workers) {}
+                const RequestLog &log, WorkerPool &workers)
+        : target_(target), authentication_(authentication), publisher_(publisher), log_(log),
+          workers_(workers) {}
 
     grpc::ServerUnaryReactor *Capabilities(grpc::CallbackServerContext *context,
                                            const ::gnmi::CapabilityRequest *request,
@@ -35,12 +37,18 @@ public:
     SubscribeReactorBase *Subscribe(grpc::CallbackServerContext *context) override;
 
 private:
-    grpc::ServerUnaryReactor *answer(grpc::CallbackServerContext *context, Lane lane,
+    struct Rpc {
+        const char *name;
+        Lane lane;
+        bool writes = false;
+    };
+    grpc::ServerUnaryReactor *answer(grpc::CallbackServerContext *context, const Rpc &rpc,
                                      std::function<void(const Caller &)> work);
 
     const Target &target_;
     const Authentication &authentication_;
     Publisher &publisher_;
+    const RequestLog &log_;
     WorkerPool &workers_;
 };
 

@@ -80,6 +80,8 @@ void SubscribeReactor::OnReadDone(bool ok) {
 void SubscribeReactor::receive() {
     const grpc::Status status = status_of([this] { stream_->receive(parsed(received_)); });
     received_.Clear();
+    if (status.ok() && stream_->lasts())
+        log_begin();
     if (status.ok())
         read_more();
     else
@@ -124,6 +126,27 @@ std::optional<grpc::Status> SubscribeReactor::end() {
     return std::nullopt;
 }
 
+void SubscribeReactor::log_begin() {
+    {
+        const Guard guard(mutex_);
+        if (is_finished_ || std::exchange(is_begun_, true))
+            return;
+    }
+    with_.log.stream_begins(credentials_);
+}
+
+void SubscribeReactor::log_end(const grpc::Status &status) {
+    bool is_begun = false;
+    {
+        const Guard guard(mutex_);
+        is_begun = is_begun_;
+    }
+    if (is_begun)
+        with_.log.stream_ends(credentials_, status);
+    else if (!status.ok() && status.error_code() != grpc::StatusCode::CANCELLED)
+        with_.log.refused(credentials_, "Subscribe", status);
+}
+
 void SubscribeReactor::send() {
     for (;;) {
         std::optional<grpc::Status> status = end();
@@ -144,8 +167,10 @@ void SubscribeReactor::send() {
             }
             is_finished_ = status.has_value();
         }
-        if (status.has_value())
+        if (status.has_value()) {
+            log_end(*status);
             return Finish(*status);
+        }
     }
 }
 

@@ -15,6 +15,7 @@
 #include "frontends/gnmi/subscriptions/publisher.h"
 #include "frontends/gnmi/subscriptions/stream.h"
 #include "frontends/gnmi/transport/authentication.h"
+#include "frontends/gnmi/transport/request_log.h"
 
 namespace yfw::gnmi {
 
@@ -23,6 +24,7 @@ struct StreamSurroundings {
     const Target &target;
     Publisher &publisher;
     const Authentication &authentication;
+    const RequestLog &log;
     WorkerPool &workers;
 };
 
@@ -59,6 +61,8 @@ private:
     void wake();
     void read_more();
     void end_with(const grpc::Status &status);
+    void log_begin();
+    void log_end(const grpc::Status &status);
     std::optional<grpc::Status> end();
 
     const StreamSurroundings with_;
@@ -73,6 +77,7 @@ private:
     bool is_sending_ = true; // begin() does, so that nothing ends before it
     bool is_woken_ = false;  // meanwhile
     bool is_finished_ = false;
+    bool is_begun_ = false;           // for the log
     std::optional<grpc::Status> end_; // with which it has to end
 };
 

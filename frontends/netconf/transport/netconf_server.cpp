@@ -12,6 +12,7 @@
 #include "base/say.h"
 #include "base/system_error.h"
 #include "base/unix_socket.h"
+#include "device/events/actor_text.h"
 #include "frontends/netconf/events/server_events.h"
 
 namespace yfw::netconf {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/say.h"
+#include "device/events/actor_text.h"
 #include "frontends/netconf/events/server_events.h"
 #include "yang/yang_text.h"
 
@@ -24,13 +25,6 @@ bool writes(std::string_view operation) {
 
 void log_line(std::string_view text) {
     say(yang::shortened(text, longest_line));
-}
-
-std::string described(const events::Actor &actor) {
-    if (actor.session == 0)
-        return actor.user.empty() ? "the server" : "user " + actor.user;
-    return "session " + std::to_string(actor.session) + " of " + actor.user +
-           (actor.host.empty() ? "" : " from " + actor.host);
 }
 
 void log_reply(const Caller &caller, const Reply &reply) {

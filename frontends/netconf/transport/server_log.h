@@ -14,9 +14,6 @@ namespace yfw::netconf {
 // Prints "yfw: TEXT" on standard error as one line; a long text is cut. Any thread may call it.
 void log_line(std::string_view text);
 
-// "session 4 of alice from 192.0.2.1".
-std::string described(const events::Actor &actor);
-
 // What an operation did or why it was refused. Successful reads are not logged.
 void log_reply(const Caller &caller, const Reply &reply);
 

@@ -8,6 +8,7 @@
 #include <event2/bufferevent.h>
 #include <event2/event.h>
 
+#include "device/events/actor_text.h"
 #include "frontends/netconf/events/server_events.h"
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/transport/netconf_server.h"
