@@ -37,6 +37,8 @@ constexpr const char *get_examples = R"(
 Examples:
   yfw get /lldp
   yfw get --state "/lldp/interfaces/interface[name='eth1']/neighbors"
+  yfw get /lldp/interfaces/interface[name=eth1]/config
+  yfw get "//neighbor/state/system-name" "/lldp/*/enabled"
   yfw get --config /lldp/config /lldp/interfaces --format xml
   yfw get --applied /lldp/config --device lldpd:
   yfw get /lldp/state --device examples/r2
@@ -46,8 +48,10 @@ Examples:
 void add_get(CLI::App &app, DeviceOptions &device, GetOptions &options) {
     CLI::App *get = app.add_subcommand("get", "Read OpenConfig data from a device");
     get->footer(get_examples);
-    get->add_option("PATH", options.paths,
-                    "What to read, with optional list keys: /lldp/interfaces/interface[name='eth1']")
+    get->add_option(
+           "PATH", options.paths,
+           "What to read, with optional list keys: /lldp/interfaces/interface[name=eth1]; * is any node or "
+           "key, // and ... are any number of nodes")
         ->required()
         ->option_text("...");
     auto *config = get->add_flag_callback(

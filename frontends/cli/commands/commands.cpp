@@ -2,11 +2,12 @@
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "base/say.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/print.h"
-#include "yang/path.h"
+#include "yang/typed_path.h"
 
 namespace yfw::cli {
 namespace {
@@ -15,7 +16,8 @@ host::ReadRequest read_request(const yang::Schemas &schemas, const GetOptions &o
     host::ReadRequest request;
     request.content = options.content;
     for (const std::string &path : options.paths)
-        request.paths.push_back(yang::parse_path(schemas.openconfig_root(), path));
+        for (yang::Path &node : yang::parse_typed_path(schemas.openconfig_root(), path).nodes)
+            request.paths.push_back(std::move(node));
     return request;
 }
 
