@@ -14,6 +14,7 @@
 #include "frontends/cli/commands/explain_command.h"
 #include "frontends/cli/commands/history_command.h"
 #include "frontends/cli/commands/lab_command.h"
+#include "frontends/cli/commands/neighbors_command.h"
 #include "frontends/cli/commands/serve_command.h"
 #include "frontends/cli/commands/status_command.h"
 #include "frontends/cli/commands/topology_command.h"
@@ -128,6 +129,7 @@ int run_program(int argc, char **argv) {
     add_history_commands(app, device);
     add_explain(app, device);
     add_lab(app);
+    add_neighbors(app, device);
     add_serve(app, device);
     add_status_commands(app, device);
     add_topology(app, device);
@@ -141,6 +143,8 @@ int run_program(int argc, char **argv) {
     } catch (const Error &error) {
         return report(error, edits(app), device.trace);
     } catch (const ReaderGone &) { // as quiet as a program that the signal ends
+        return exit_failed;
+    } catch (const FailureTold &) {
         return exit_failed;
     } catch (const std::exception &error) {
         say(error.what());

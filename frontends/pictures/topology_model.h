@@ -18,6 +18,10 @@ struct Neighbor {
     std::string chassis_id;
     std::string port_id;
     std::string port_description;
+    std::string system_description{};
+    std::string management_address{};
+    std::string age{};                       // in seconds
+    std::vector<std::string> capabilities{}; // that it uses, by the names of their identities
 };
 
 struct Interface {

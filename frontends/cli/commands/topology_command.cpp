@@ -4,16 +4,14 @@
 #include <memory>
 #include <stdexcept>
 
-#include "base/say.h"
+#include "frontends/cli/commands/device_reports.h"
+#include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/installation.h"
-#include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/print.h"
 #include "frontends/pictures/graphviz.h"
-#include "frontends/pictures/topology_answer.h"
 #include "frontends/pictures/topology_drawing.h"
 #include "frontends/pictures/topology_model.h"
 #include "lab/lab.h"
-#include "yang/path.h"
 
 namespace yfw::cli {
 namespace {
@@ -37,18 +35,6 @@ struct TopologyOptions {
     std::filesystem::path svg;
 };
 
-// The device as `get` shows it, with the configuration that was committed.
-pictures::Report read_device(const std::filesystem::path &directory, DeviceOptions options) {
-    options.device = directory;
-    NamedDevice named(options);
-    host::ReadRequest request;
-    request.paths.push_back(yang::parse_path(named.schemas.openconfig_root(), "/lldp"));
-    const host::Answer answer = named.device.read(request);
-    for (const std::string &warning : answer.warnings)
-        warn(directory.string() + ": " + warning);
-    return pictures::read_answer(directory.string(), answer.data.get());
-}
-
 void print(const std::string &text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
         refuse_output();
@@ -62,15 +48,15 @@ std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {
 }
 
 void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
-    std::vector<pictures::Report> reports;
-    for (const std::filesystem::path &directory :
-         options.lab.empty() ? options.devices : devices_of_lab(options.lab))
-        reports.push_back(read_device(directory, device));
-    const pictures::Topology topology = pictures::build(reports);
+    const DeviceReports read =
+        read_devices(options.lab.empty() ? options.devices : devices_of_lab(options.lab), device);
+    const pictures::Topology topology = pictures::build(read.reports);
     if (!options.svg.empty())
         pictures::write_file(options.svg, pictures::make_svg(pictures::draw_dot(topology)));
     else
         print(options.dot ? pictures::draw_dot(topology) : pictures::draw_text(topology));
+    if (!read.is_complete)
+        throw FailureTold{};
 }
 
 } // namespace
@@ -81,14 +67,7 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         options->devices.emplace_back(installation().examples / name);
     CLI::App *command = app.add_subcommand("topology", "Draw which routers are connected");
     command->footer(topology_examples);
-    auto *devices =
-        command
-            ->add_option(
-                "--device", options->devices,
-                "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: the shipped "
-                "r1 to r4")
-            ->option_text("DEVICE");
-    devices->allow_extra_args(false);
+    auto *devices = add_devices_option(*command, options->devices, "r1 to r4");
     command->add_option("--lab", options->lab, "Draw the routers of this laboratory; default: yfw")
         ->expected(0, 1)
         ->default_str(lab::Place().name)
@@ -98,15 +77,7 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
     command->add_option("--svg", options->svg, "Write the picture to this file; needs Graphviz")
         ->option_text("FILE")
         ->excludes(dot);
-    command
-        ->add_option("--models", device.openconfig_models,
-                     "Directory of OpenConfig modules to use instead of the shipped ones")
-        ->option_text("DIR");
-    command
-        ->add_option("--plugin", device.plugin,
-                     "The mapping plug-in to load: its library, or the description next to it")
-        ->option_text("FILE");
-    command->add_flag("--trace", device.trace, "Print the plug-in's debug log on standard error");
+    add_mapping_options(*command, device);
     command->callback([&device, options] { run_topology(device, *options); });
 }
 

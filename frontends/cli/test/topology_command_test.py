@@ -60,11 +60,22 @@ class Topology(unittest.TestCase):
         self.assert_expected("r1-alone.txt", run(*devices("r1")))
         self.assert_expected("r1-alone.dot", run("--dot", *devices("r1")))
 
-    def test_a_device_that_cannot_be_read_is_named_and_nothing_is_drawn(self):
+    def test_a_device_that_cannot_be_read_is_named_and_left_out(self):
         with tempfile.TemporaryDirectory() as empty:
             missing = os.path.join(empty, "missing")
             for place in (empty, missing):
-                self.assert_refused(run(*devices("r1"), "--device", place), 2, f"^yfw: {place}: ")
+                result = run("--device", place, *devices("r1"))
+                self.assertEqual(result.returncode, 1)
+                self.assertRegex(result.stderr, f"^yfw: {place}: .*; it is left out\n$")
+                self.assertEqual(result.stdout, (EXPECTED / "r1-alone.txt").read_text(encoding="utf-8"))
+
+    def test_nothing_is_drawn_when_no_device_can_be_read(self):
+        with tempfile.TemporaryDirectory() as empty:
+            missing = os.path.join(empty, "missing")
+            self.assert_refused(run("--device", missing), 2, f"^yfw: {missing}: ")
+            result = run("--device", empty, "--device", missing)
+            self.assertEqual((result.returncode, result.stdout), (2, ""))
+            self.assertRegex(result.stderr, f"^yfw: {empty}: .*\nyfw: {missing}: .*\n$")
 
     def test_options_that_exclude_each_other_are_refused(self):
         result = run("--dot", "--svg", "network.svg")
