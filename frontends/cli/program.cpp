@@ -10,6 +10,7 @@
 #include "base/error.h"
 #include "base/say.h"
 #include "frontends/cli/commands/commands.h"
+#include "frontends/cli/commands/complete_command.h"
 #include "frontends/cli/commands/edit_command.h"
 #include "frontends/cli/commands/explain_command.h"
 #include "frontends/cli/commands/history_command.h"
@@ -134,6 +135,7 @@ int run_program(int argc, char **argv) {
     add_status_commands(app, device);
     add_topology(app, device);
     add_watch(app, device);
+    add_complete(app);
     try {
         parse(app, argc, argv);
         return 0;
