@@ -18,20 +18,6 @@ std::string router_text(const Topology &topology, size_t port) {
     return printable(topology.router_of(port).label);
 }
 
-std::string summary(const Topology &topology) {
-    const auto shared = static_cast<size_t>(std::count_if(topology.segments.begin(), topology.segments.end(),
-                                                          [](const Segment &s) { return s.shared(); }));
-    const size_t links = topology.segments.size() - shared;
-    std::string text = count(topology.routers.size(), "router") + ", ";
-    text += links == 0 ? "no links" : count(links, "link");
-    if (shared != 0)
-        text += ", " + count(shared, "shared segment");
-    if (topology.routers.size() > 1)
-        text += topology.networks == 1 ? ", all connected"
-                                       : ", in " + count(topology.networks, "part") + " without a connection";
-    return text + '\n';
-}
-
 std::string routers(const Topology &topology) {
     TextTable table({Align::left, Align::left, Align::left});
     for (const Router &router : topology.routers)
@@ -122,8 +108,22 @@ std::string ports_without_neighbors(const Topology &topology) {
 
 } // namespace
 
+std::string summary(const Topology &topology) {
+    const auto shared = static_cast<size_t>(std::count_if(topology.segments.begin(), topology.segments.end(),
+                                                          [](const Segment &s) { return s.shared(); }));
+    const size_t links = topology.segments.size() - shared;
+    std::string text = count(topology.routers.size(), "router") + ", ";
+    text += links == 0 ? "no links" : count(links, "link");
+    if (shared != 0)
+        text += ", " + count(shared, "shared segment");
+    if (topology.routers.size() > 1)
+        text += topology.networks == 1 ? ", all connected"
+                                       : ", in " + count(topology.networks, "part") + " without a connection";
+    return text;
+}
+
 std::string draw_text(const Topology &topology) {
-    return summary(topology) + routers(topology) + links(topology) + shared_segments(topology) +
+    return summary(topology) + '\n' + routers(topology) + links(topology) + shared_segments(topology) +
            ports_without_neighbors(topology);
 }
 

@@ -4,13 +4,16 @@
 #include <memory>
 #include <stdexcept>
 
+#include "base/status_line.h"
 #include "frontends/cli/commands/device_reports.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/installation.h"
 #include "frontends/cli/output/print.h"
 #include "frontends/pictures/graphviz.h"
 #include "frontends/pictures/topology_drawing.h"
+#include "frontends/pictures/topology_html.h"
 #include "frontends/pictures/topology_model.h"
+#include "frontends/pictures/topology_picture.h"
 #include "lab/lab.h"
 
 namespace yfw::cli {
@@ -25,6 +28,7 @@ Examples:
   yfw topology --device examples/r1 --device examples/r2
   yfw topology --dot | neato -Tpng -o network.png
   yfw topology --svg network.svg
+  yfw topology --html network.html
   yfw topology --lab
 )";
 
@@ -33,6 +37,7 @@ struct TopologyOptions {
     std::string lab; // its name; empty: none
     bool dot = false;
     std::filesystem::path svg;
+    std::filesystem::path html;
 };
 
 void print(const std::string &text) {
@@ -47,12 +52,23 @@ std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {
     return devices;
 }
 
+void write_pictures(const pictures::Topology &topology, const TopologyOptions &options) {
+    const std::string title = "LLDP: " + pictures::summary(topology);
+    show_status("drawing the picture");
+    const std::string svg = pictures::make_svg(pictures::draw_picture(topology, title));
+    if (!options.svg.empty())
+        pictures::write_file(options.svg, svg);
+    if (!options.html.empty())
+        pictures::write_file(options.html, pictures::draw_html(topology, title, svg));
+    clear_status();
+}
+
 void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
     const DeviceReports read =
         read_devices(options.lab.empty() ? options.devices : devices_of_lab(options.lab), device);
     const pictures::Topology topology = pictures::build(read.reports);
-    if (!options.svg.empty())
-        pictures::write_file(options.svg, pictures::make_svg(pictures::draw_dot(topology)));
+    if (!options.svg.empty() || !options.html.empty())
+        write_pictures(topology, options);
     else
         print(options.dot ? pictures::draw_dot(topology) : pictures::draw_text(topology));
     if (!read.is_complete)
@@ -75,6 +91,11 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         ->excludes(devices);
     auto *dot = command->add_flag("--dot", options->dot, "Print the graph in the DOT language of Graphviz");
     command->add_option("--svg", options->svg, "Write the picture to this file; needs Graphviz")
+        ->option_text("FILE")
+        ->excludes(dot);
+    command
+        ->add_option("--html", options->html,
+                     "Write a page with the picture, to move, zoom and click, to this file; needs Graphviz")
         ->option_text("FILE")
         ->excludes(dot);
     add_mapping_options(*command, device);

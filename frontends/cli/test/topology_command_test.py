@@ -113,7 +113,10 @@ class Topology(unittest.TestCase):
         self.assertEqual(svg.tag, "{http://www.w3.org/2000/svg}svg")
         texts = sorted(text.text for text in svg.iter("{http://www.w3.org/2000/svg}text"))
         ports = 3 * ["eth1"] + 3 * ["eth2"] + 3 * ["eth3"]
-        self.assertEqual(texts, ports + [f"r{number}.example.net" for number in (1, 2, 3, 4)])
+        routers = [f"r{number}.example.net" for number in (1, 2, 3, 4)]
+        segment = [f"r{number}.example.net eth3" for number in (1, 2, 4)]
+        title = ["LLDP: 4 routers, 3 links, 1 shared segment, all connected"]
+        self.assertEqual(texts, sorted(ports + routers + segment + title))
 
 
 if __name__ == "__main__":
