@@ -15,6 +15,7 @@
 #include "frontends/cli/commands/explain_command.h"
 #include "frontends/cli/commands/history_command.h"
 #include "frontends/cli/commands/lab_command.h"
+#include "frontends/cli/commands/manual_command.h"
 #include "frontends/cli/commands/neighbors_command.h"
 #include "frontends/cli/commands/serve_command.h"
 #include "frontends/cli/commands/status_command.h"
@@ -136,6 +137,7 @@ int run_program(int argc, char **argv) {
     add_topology(app, device);
     add_watch(app, device);
     add_complete(app);
+    add_manual(app, "yfw " YFW_VERSION);
     try {
         parse(app, argc, argv);
         return 0;

@@ -21,7 +21,7 @@ body { display: flex; }
 #picture svg { width: 100%; height: 100%; display: block; }
 #tools { position: absolute; left: 12px; bottom: 12px; }
 #tools button { font-size: 16px; min-width: 36px; height: 36px; }
-#details { width: 22em; overflow: auto; border-left: 1px solid #ccc; padding: 12px 16px; box-sizing: border-box; }
+#details { width: 26em; overflow: auto; border-left: 1px solid #ccc; padding: 12px 16px; box-sizing: border-box; }
 #details h2 { font-size: 16px; margin: 16px 0 4px; overflow-wrap: anywhere; }
 #details h3 { font-size: 13px; margin: 8px 0 2px; font-weight: normal; color: #555; }
 #details td { vertical-align: top; padding: 1px 8px 1px 0; overflow-wrap: anywhere; }
