@@ -6,6 +6,7 @@
 #include "fuzz/support/fuzzed_device.h"
 #include "host/request.h"
 #include "yang/path.h"
+#include "yang/typed_path.h"
 
 namespace yfw::fuzz {
 namespace {
@@ -43,18 +44,38 @@ void check_accepted(const yang::Path &path, const std::string &text) {
     }
 }
 
+void check_typed(const std::string &text) {
+    const yang::TypedPath typed = yang::parse_typed_path(shipped_schemas().openconfig_root(), text);
+    require(!typed.nodes.empty(), "An accepted path stands for nothing.", text);
+    require(typed.has_wildcards || typed.nodes.size() == 1,
+            "A path without wildcards stands for several nodes.", text);
+    for (const yang::Path &path : typed.nodes)
+        check_accepted(path, text);
+}
+
+// Whether the check accepts the path; a refusal names it.
+template <class Check> bool accepts(const std::string &text, Check &&check) {
+    try {
+        check();
+        return true;
+    } catch (const Error &error) {
+        require(error.path() == text && *error.what() != '\0', "A refusal does not name the path.", text);
+        return false;
+    }
+}
+
 } // namespace
 
 void run(std::string_view bytes) {
     const std::string text(bytes);
-    try {
+    const bool is_exact = accepts(text, [&] {
         const yang::Path path = yang::parse_path(shipped_schemas().openconfig_root(), text);
         require(!path.empty(), "An accepted path is empty.", text);
         check_accepted(path, text);
         host::split_by_list_entry(host::merge_paths({path, path}));
-    } catch (const Error &error) {
-        require(error.path() == text && *error.what() != '\0', "A refusal does not name the path.", text);
-    }
+    });
+    const bool is_typed = accepts(text, [&] { check_typed(text); });
+    require(is_typed || !is_exact, "A path in quotes is refused when people type it.", text);
 }
 
 } // namespace yfw::fuzz

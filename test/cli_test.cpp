@@ -115,21 +115,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Malformed, APathThatIsRefused,
-    testing::Values(PathCase{"WithoutASlash", "lldp", {"character 1"}},
-                    PathCase{"BlankFirst", " /lldp", {"character 1"}},
-                    PathCase{"BlankLast", "/lldp/config ", {"character 13"}},
-                    PathCase{"OnlyASlash", "/", {"character 2"}},
-                    PathCase{"TwoSlashesFirst", "//lldp", {"character 2"}},
-                    PathCase{"TwoSlashesWithin", "/lldp//config", {"character 7"}},
-                    PathCase{"Star", "/lldp/*", {"character 7"}},
-                    PathCase{"KeyWithoutEnd", "/lldp/interfaces/interface[name='eth1'", {"character 39"}},
-                    PathCase{"KeyWithoutQuotes", "/lldp/interfaces/interface[name=eth1]", {"character 33"}},
-                    PathCase{"KeyWithoutValue", "/lldp/interfaces/interface[name=]", {"character 33"}},
-                    PathCase{"KeyWithoutEquals", "/lldp/interfaces/interface[name]", {"character 32"}},
-                    PathCase{"KeyWithoutName", "/lldp/interfaces/interface[='eth1']", {"character 28"}},
-                    PathCase{"KeyThatIsEmpty", "/lldp/interfaces/interface[]", {"character 28"}},
-                    PathCase{"KeyWithQuotesThatDiffer", "/lldp/interfaces/interface[name='eth1\"]", {"quote"}},
-                    PathCase{"WordBehindAKey", "/lldp/interfaces/interface[name='a']b", {"character 37"}}),
+    testing::Values(
+        PathCase{"WithoutASlash", "lldp", {"character 1"}}, PathCase{"BlankFirst", " /lldp", {"character 1"}},
+        PathCase{"BlankLast", "/lldp/config ", {"character 13"}}, PathCase{"OnlyASlash", "/", {"character 2"}},
+        PathCase{"TwoSlashesFirst", "//lldp", {"character 2"}},
+        PathCase{"ThreeSlashesWithin", "/lldp///config", {"character 8"}},
+        PathCase{"WordBehindAStar", "/lldp/*x", {"character 8"}},
+        PathCase{"KeyWithoutEnd", "/lldp/interfaces/interface[name='eth1'", {"character 39"}},
+        PathCase{"WordBehindAKeyWithoutQuotes", "/lldp/interfaces/interface[name=eth1]b", {"character 38"}},
+        PathCase{"KeyWithoutValue", "/lldp/interfaces/interface[name=]", {"character 33"}},
+        PathCase{"KeyWithoutEquals", "/lldp/interfaces/interface[name]", {"character 32"}},
+        PathCase{"KeyWithoutName", "/lldp/interfaces/interface[='eth1']", {"character 28"}},
+        PathCase{"KeyThatIsEmpty", "/lldp/interfaces/interface[]", {"character 28"}},
+        PathCase{"KeyWithQuotesThatDiffer", "/lldp/interfaces/interface[name='eth1\"]", {"quote"}},
+        PathCase{"WordBehindAKey", "/lldp/interfaces/interface[name='a']b", {"character 37"}}),
     [](const auto &path) { return path.param.name; });
 
 TEST(AnEmptyPath, IsRefused) {

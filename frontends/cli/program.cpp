@@ -10,10 +10,13 @@
 #include "base/error.h"
 #include "base/say.h"
 #include "frontends/cli/commands/commands.h"
+#include "frontends/cli/commands/complete_command.h"
 #include "frontends/cli/commands/edit_command.h"
 #include "frontends/cli/commands/explain_command.h"
 #include "frontends/cli/commands/history_command.h"
 #include "frontends/cli/commands/lab_command.h"
+#include "frontends/cli/commands/manual_command.h"
+#include "frontends/cli/commands/neighbors_command.h"
 #include "frontends/cli/commands/serve_command.h"
 #include "frontends/cli/commands/status_command.h"
 #include "frontends/cli/commands/topology_command.h"
@@ -37,6 +40,8 @@ constexpr const char *get_examples = R"(
 Examples:
   yfw get /lldp
   yfw get --state "/lldp/interfaces/interface[name='eth1']/neighbors"
+  yfw get /lldp/interfaces/interface[name=eth1]/config
+  yfw get "//neighbor/state/system-name" "/lldp/*/enabled"
   yfw get --config /lldp/config /lldp/interfaces --format xml
   yfw get --applied /lldp/config --device lldpd:
   yfw get /lldp/state --device examples/r2
@@ -46,8 +51,10 @@ Examples:
 void add_get(CLI::App &app, DeviceOptions &device, GetOptions &options) {
     CLI::App *get = app.add_subcommand("get", "Read OpenConfig data from a device");
     get->footer(get_examples);
-    get->add_option("PATH", options.paths,
-                    "What to read, with optional list keys: /lldp/interfaces/interface[name='eth1']")
+    get->add_option(
+           "PATH", options.paths,
+           "What to read, with optional list keys: /lldp/interfaces/interface[name=eth1]; * is any node or "
+           "key, // and ... are any number of nodes")
         ->required()
         ->option_text("...");
     auto *config = get->add_flag_callback(
@@ -124,10 +131,13 @@ int run_program(int argc, char **argv) {
     add_history_commands(app, device);
     add_explain(app, device);
     add_lab(app);
+    add_neighbors(app, device);
     add_serve(app, device);
     add_status_commands(app, device);
     add_topology(app, device);
     add_watch(app, device);
+    add_complete(app);
+    add_manual(app, "yfw " YFW_VERSION);
     try {
         parse(app, argc, argv);
         return 0;
@@ -137,6 +147,8 @@ int run_program(int argc, char **argv) {
     } catch (const Error &error) {
         return report(error, edits(app), device.trace);
     } catch (const ReaderGone &) { // as quiet as a program that the signal ends
+        return exit_failed;
+    } catch (const FailureTold &) {
         return exit_failed;
     } catch (const std::exception &error) {
         say(error.what());

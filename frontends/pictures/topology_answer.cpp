@@ -29,10 +29,30 @@ template <class Visit> void for_each_entry(const lyd_node *parent, const char *l
             visit(node);
 }
 
+std::string without_module(const std::string &identity) {
+    return identity.substr(identity.find(':') + 1);
+}
+
+std::vector<std::string> read_capabilities(const lyd_node *entry) {
+    std::vector<std::string> used;
+    for_each_entry(child(entry, "capabilities"), "capability", [&](const lyd_node *capability) {
+        if (text(child(capability, "state"), "enabled") == "true")
+            used.push_back(without_module(text(capability, "name")));
+    });
+    return used;
+}
+
 Neighbor read_neighbor(const lyd_node *entry) {
     const lyd_node *state = child(entry, "state");
-    return {text(entry, "id"), text(state, "system-name"), text(state, "chassis-id"), text(state, "port-id"),
-            text(state, "port-description")};
+    return {text(entry, "id"),
+            text(state, "system-name"),
+            text(state, "chassis-id"),
+            text(state, "port-id"),
+            text(state, "port-description"),
+            text(state, "system-description"),
+            text(state, "management-address"),
+            text(state, "age"),
+            read_capabilities(entry)};
 }
 
 Interface read_interface(const lyd_node *entry) {

@@ -1,44 +1,17 @@
-#include <algorithm>
 #include <unordered_set>
 
 #include <fmt/format.h>
 
-#include "base/printable.h"
+#include "frontends/pictures/dot_text.h"
 #include "frontends/pictures/topology_drawing.h"
 
 namespace yfw::pictures {
 namespace {
 
-// A name. Inside quotes, Graphviz takes everything literally except quotes, and backslashes before them.
-std::string dot_text(const std::string &name) {
-    std::string text = "\"";
-    for (const char c : printable(name)) {
-        if (c == '"' || c == '\\')
-            text += '\\';
-        text += c;
-    }
-    return text + '"';
-}
-
-// A label, or a part of one: Graphviz expands backslashes and HTML character entities in it.
-std::string label(const std::string &shown) {
-    std::string text;
-    for (const char c : printable(shown)) {
-        if (c == '&') {
-            text += "&amp;";
-            continue;
-        }
-        if (c == '"' || c == '\\')
-            text += '\\';
-        text += c;
-    }
-    return text;
-}
-
 std::string routers(const Topology &topology) {
     std::string text;
     for (const Router &router : topology.routers)
-        text += fmt::format("    {} [label=\"{}{}\"{}];\n", dot_text(router.label), label(router.label),
+        text += fmt::format("    {} [label=\"{}{}\"{}];\n", dot_text(router.label), dot_label(router.label),
                             router.read ? "" : "\\n(not read)", router.read ? "" : ", style=dashed");
     return text;
 }
@@ -48,7 +21,7 @@ std::string node_of(const Topology &topology, size_t port) {
 }
 
 std::string port_label(const Topology &topology, size_t port) {
-    return '"' + label(port_text(topology.ports[port])) + '"';
+    return '"' + dot_label(port_text(topology.ports[port])) + '"';
 }
 
 // The arrow points at the port that does not report the other one.
@@ -59,14 +32,6 @@ std::string link_edge(const Topology &topology, const Segment &link) {
     return fmt::format("    {} -- {} [taillabel={}, headlabel={}{}];\n", node_of(topology, left),
                        node_of(topology, right), port_label(topology, left), port_label(topology, right),
                        style);
-}
-
-// Whether only one side reports that the port is on its segment.
-bool is_one_sided(const Segment &segment, size_t port) {
-    const auto tells = [port](const Sighting &s) { return s.by == port; };
-    const auto is_told = [port](const Sighting &s) { return s.of == port; };
-    return std::none_of(segment.sightings.begin(), segment.sightings.end(), tells) ||
-           std::none_of(segment.sightings.begin(), segment.sightings.end(), is_told);
 }
 
 std::string segment_edges(const Topology &topology, const Segment &segment, const std::string &node) {

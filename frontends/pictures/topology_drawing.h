@@ -8,6 +8,9 @@
 
 namespace yfw::pictures {
 
+// How many routers and links there are, in one line without its end: "4 routers, 3 links, all connected".
+std::string summary(const Topology &topology);
+
 // Aligned plain text, one link per line.
 std::string draw_text(const Topology &topology);
 

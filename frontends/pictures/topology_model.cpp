@@ -150,7 +150,7 @@ private:
         if (assignment_.routers[router].read) {
             for (const std::string *name : {&neighbor.port_id, &neighbor.port_description}) {
                 if (!name->empty() && table_.has(router, *name)) {
-                    see(by, table_.get(router, *name), neighbor.port_id);
+                    see(by, table_.get(router, *name), neighbor);
                     return;
                 }
             }
@@ -176,12 +176,14 @@ private:
             const size_t port = known          ? *candidates.begin()
                                 : name.empty() ? table_.add_nameless(unnamed.router, unnamed.by)
                                                : table_.get(unnamed.router, name);
-            see(unnamed.by, port, name);
+            see(unnamed.by, port, *unnamed.neighbor);
         }
     }
 
-    void see(size_t by, size_t of, const std::string &port_id) {
+    void see(size_t by, size_t of, const Neighbor &neighbor) {
+        const std::string &port_id = neighbor.port_id;
         sightings_.insert({by, of});
+        heard_.try_emplace({by, of}, &neighbor);
         Port &port = table_.ports()[of];
         if (!port_id.empty() && port_id != port.name)
             port.announced_as.push_back(port_id);
@@ -200,6 +202,8 @@ private:
         std::set<Sighting> moved;
         for (const Sighting &sighting : sightings_)
             moved.insert({port_order[sighting.by], port_order[sighting.of]});
+        for (const auto &[sighting, neighbor] : heard_)
+            topology_.heard.insert({{port_order[sighting.by], port_order[sighting.of]}, *neighbor});
         sightings_ = std::move(moved);
     }
 
@@ -253,6 +257,7 @@ private:
     RouterAssignment assignment_;
     PortTable table_;
     std::set<Sighting> sightings_;
+    std::map<Sighting, const Neighbor *> heard_;
     std::vector<Unnamed> unnamed_;
     Topology topology_;
 };

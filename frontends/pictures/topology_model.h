@@ -4,6 +4,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,10 @@ struct Neighbor {
     std::string chassis_id;
     std::string port_id;
     std::string port_description;
+    std::string system_description{};
+    std::string management_address{};
+    std::string age{};                       // in seconds
+    std::vector<std::string> capabilities{}; // that it uses, by the names of their identities
 };
 
 struct Interface {
@@ -70,7 +75,8 @@ struct Topology {
     std::vector<Router> routers;
     std::vector<Port> ports; // those of the read routers, and those of others that a port hears
     std::vector<Segment> segments;
-    size_t networks = 0; // groups of routers without a connection between them
+    std::map<Sighting, Neighbor> heard; // what the port heard of the other one, for each sighting
+    size_t networks = 0;                // groups of routers without a connection between them
 
     const Router &router_of(size_t port) const { return routers[ports[port].router]; }
 };

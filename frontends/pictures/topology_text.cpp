@@ -1,52 +1,14 @@
 #include <algorithm>
-#include <array>
 #include <map>
 
 #include <fmt/format.h>
 
 #include "base/printable.h"
+#include "base/text_table.h"
 #include "frontends/pictures/topology_drawing.h"
 
 namespace yfw::pictures {
 namespace {
-
-enum class Align { left, right };
-
-// Counts characters, not bytes: names are UTF-8.
-size_t width(const std::string &text) {
-    return static_cast<size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-}
-
-// Lines with the same number of cells; two spaces precede each line and separate the cells.
-template <size_t columns> class Table {
-public:
-    explicit Table(std::array<Align, columns> aligns) : aligns_(aligns) {}
-
-    void add(std::array<std::string, columns> row) { rows_.push_back(std::move(row)); }
-
-    std::string text() const {
-        std::array<size_t, columns> widths{};
-        for (const auto &row : rows_)
-            for (size_t i = 0; i < columns; i++)
-                widths[i] = std::max(widths[i], width(row[i]));
-        std::string text;
-        for (const auto &row : rows_) {
-            std::string line;
-            for (size_t i = 0; i < columns; i++) {
-                const std::string padding(widths[i] - width(row[i]), ' ');
-                line += "  " + (aligns_[i] == Align::left ? row[i] + padding : padding + row[i]);
-            }
-            line.erase(line.find_last_not_of(' ') + 1);
-            text += line + '\n';
-        }
-        return text;
-    }
-
-private:
-    std::array<Align, columns> aligns_;
-    std::vector<std::array<std::string, columns>> rows_;
-};
 
 std::string count(size_t number, const std::string &thing) {
     return fmt::format("{} {}{}", number, thing, number == 1 ? "" : "s");
@@ -56,22 +18,8 @@ std::string router_text(const Topology &topology, size_t port) {
     return printable(topology.router_of(port).label);
 }
 
-std::string summary(const Topology &topology) {
-    const auto shared = static_cast<size_t>(std::count_if(topology.segments.begin(), topology.segments.end(),
-                                                          [](const Segment &s) { return s.shared(); }));
-    const size_t links = topology.segments.size() - shared;
-    std::string text = count(topology.routers.size(), "router") + ", ";
-    text += links == 0 ? "no links" : count(links, "link");
-    if (shared != 0)
-        text += ", " + count(shared, "shared segment");
-    if (topology.routers.size() > 1)
-        text += topology.networks == 1 ? ", all connected"
-                                       : ", in " + count(topology.networks, "part") + " without a connection";
-    return text + '\n';
-}
-
 std::string routers(const Topology &topology) {
-    Table<3> table({Align::left, Align::left, Align::left});
+    TextTable table({Align::left, Align::left, Align::left});
     for (const Router &router : topology.routers)
         table.add({printable(router.label), router.chassis_id.empty() ? "-" : printable(router.chassis_id),
                    router.read ? "" : "not read"});
@@ -97,7 +45,7 @@ std::string link_note(const Topology &topology, const Segment &link) {
 }
 
 std::string links(const Topology &topology) {
-    Table<6> table({Align::left, Align::right, Align::left, Align::left, Align::left, Align::left});
+    TextTable table({Align::left, Align::right, Align::left, Align::left, Align::left, Align::left});
     for (const Segment &link : topology.segments) {
         if (link.shared())
             continue;
@@ -131,7 +79,7 @@ std::string shared_segments(const Topology &topology) {
         if (!segment.shared())
             continue;
         text += fmt::format("\nShared segment {}\n", ++number);
-        Table<4> table({Align::left, Align::left, Align::left, Align::left});
+        TextTable table({Align::left, Align::left, Align::left, Align::left});
         for (const size_t port : segment.ports)
             table.add({"|--", port_text(topology.ports[port]), router_text(topology, port),
                        topology.router_of(port).read ? "" : "not read"});
@@ -152,7 +100,7 @@ std::string ports_without_neighbors(const Topology &topology) {
         std::string &names = ports[topology.ports[port].router];
         names += (names.empty() ? "" : " ") + port_text(topology.ports[port]);
     }
-    Table<2> table({Align::left, Align::left});
+    TextTable table({Align::left, Align::left});
     for (const auto &[router, names] : ports)
         table.add({printable(topology.routers[router].label), names});
     return ports.empty() ? "" : "\nPorts without neighbors\n" + table.text();
@@ -160,8 +108,22 @@ std::string ports_without_neighbors(const Topology &topology) {
 
 } // namespace
 
+std::string summary(const Topology &topology) {
+    const auto shared = static_cast<size_t>(std::count_if(topology.segments.begin(), topology.segments.end(),
+                                                          [](const Segment &s) { return s.shared(); }));
+    const size_t links = topology.segments.size() - shared;
+    std::string text = count(topology.routers.size(), "router") + ", ";
+    text += links == 0 ? "no links" : count(links, "link");
+    if (shared != 0)
+        text += ", " + count(shared, "shared segment");
+    if (topology.routers.size() > 1)
+        text += topology.networks == 1 ? ", all connected"
+                                       : ", in " + count(topology.networks, "part") + " without a connection";
+    return text;
+}
+
 std::string draw_text(const Topology &topology) {
-    return summary(topology) + routers(topology) + links(topology) + shared_segments(topology) +
+    return summary(topology) + '\n' + routers(topology) + links(topology) + shared_segments(topology) +
            ports_without_neighbors(topology);
 }
 

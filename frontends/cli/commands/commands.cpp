@@ -2,11 +2,14 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "base/say.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/print.h"
-#include "yang/path.h"
+#include "frontends/cli/output/progress.h"
+#include "yang/typed_path.h"
 
 namespace yfw::cli {
 namespace {
@@ -15,7 +18,8 @@ host::ReadRequest read_request(const yang::Schemas &schemas, const GetOptions &o
     host::ReadRequest request;
     request.content = options.content;
     for (const std::string &path : options.paths)
-        request.paths.push_back(yang::parse_path(schemas.openconfig_root(), path));
+        for (yang::Path &node : yang::parse_typed_path(schemas.openconfig_root(), path).nodes)
+            request.paths.push_back(std::move(node));
     return request;
 }
 
@@ -40,9 +44,11 @@ Reading &reading_until_exit(const DeviceOptions &options) {
 } // namespace
 
 void run_get(const DeviceOptions &device, const GetOptions &get) {
+    std::optional<Progress> progress(std::in_place, "reading " + device.device.string());
     auto &[named, answer] = reading_until_exit(device);
     const host::ReadRequest request = read_request(named.schemas, get);
     answer = get.applied ? named.device.answer_applied(request) : named.device.answer(request);
+    progress.reset();
     for (const std::string &warning : answer.warnings())
         warn(warning);
     print_answer(stdout, named.schemas, answer, get.format);

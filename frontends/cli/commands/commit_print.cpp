@@ -1,6 +1,8 @@
 #include "frontends/cli/commands/commit_print.h"
 
 #include "base/printable.h"
+#include "frontends/cli/output/shown_document.h"
+#include "frontends/cli/output/terminal.h"
 
 namespace yfw::cli {
 namespace {
@@ -31,6 +33,11 @@ Json list_of(const std::vector<yang::Difference> &differences) {
     return all;
 }
 
+// A document that was stored.
+std::string shown(const std::string &xml) {
+    return is_terminal(stdout) ? shown_xml(xml) : xml;
+}
+
 } // namespace
 
 CommitDifferences differences_of(const yang::Schemas &schemas, const commits::Commit &commit,
@@ -58,11 +65,11 @@ void print_commit(std::ostream &to, const commits::Commit &commit, const CommitD
     to << "commit  " << commit.number << "\ntime    " << commit.time << "\nwho     " << printable(commit.who)
        << "\ncomment " << printable(commit.comment) << "\n\n";
     if (!commit.edit.empty())
-        to << "edit:\n" << commit.edit << '\n';
+        to << "edit:\n" << shown(commit.edit) << '\n';
     print_differences(to, differences);
     if (commit.openconfig.has_value())
-        to << "\nOpenConfig configuration:\n" << *commit.openconfig;
-    to << "\nnative configuration:\n" << commit.configuration;
+        to << "\nOpenConfig configuration:\n" << shown(*commit.openconfig);
+    to << "\nnative configuration:\n" << shown(commit.configuration);
 }
 
 Json json_of(const commits::Commit &commit) {

@@ -14,6 +14,7 @@
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
+#include "yang/typed_path.h"
 
 namespace yfw::cli {
 namespace {
@@ -21,8 +22,10 @@ namespace {
 constexpr const char *edit_examples = R"(
 Examples:
   yfw set /lldp/config/hello-timer 30
-  yfw set "/lldp/interfaces/interface[name='eth1']/config/enabled" false --dry-run
+  yfw set /lldp/interfaces/interface[name=eth1]/config/enabled false --dry-run
+  yfw set "/lldp/interfaces/interface[name=*]/config/enabled" true
   yfw delete /lldp/config/system-name --comment "back to the default"
+  yfw delete /lldp/config/hello-timer "/lldp/config/suppress-tlv-advertisement[.='SYSTEM_NAME']"
   yfw edit change.xml --operation replace
   yfw commit -f changes.txt
   yfw commit -- set /lldp/config/enabled true set /lldp/config/hello-timer 10
@@ -30,7 +33,8 @@ Examples:
 )";
 
 struct EditOptions {
-    std::string path;
+    std::string path;               // of set
+    std::vector<std::string> paths; // of delete
     std::string value;
     std::string file;
     std::vector<std::string> words;
@@ -40,12 +44,23 @@ struct EditOptions {
     bool json = false;
 };
 
-yang::EditNode edit_of(const yang::Schemas &schemas, const std::vector<Change> &changes) {
+// Wildcards stand for what the running configuration has.
+std::vector<yang::Path> meant_paths(NamedDevice &named, const Change &change) {
+    const yang::TypedPath path = yang::parse_typed_path(named.schemas.openconfig_root(), change.path);
+    if (!path.has_wildcards)
+        return path.nodes;
+    const device::Configuration running = named.device.running_configuration();
+    return yang::existing_paths(path, running.openconfig.get(), !change.value.has_value());
+}
+
+yang::EditNode edit_of(NamedDevice &named, const std::vector<Change> &changes) {
     yang::EditNode root;
-    root.node = schemas.openconfig_root();
+    root.node = named.schemas.openconfig_root();
     for (const Change &change : changes)
-        yang::add_edit(root, yang::parse_path(root.node, change.path), change.value,
-                       change.value.has_value() ? yang::Operation::merge : yang::Operation::delete_existing);
+        for (const yang::Path &path : meant_paths(named, change))
+            yang::add_edit(root, path, change.value,
+                           change.value.has_value() ? yang::Operation::merge
+                                                    : yang::Operation::delete_existing);
     return root;
 }
 
@@ -76,9 +91,9 @@ yang::EditNode parse_file(const yang::Schemas &schemas, const EditOptions &optio
 }
 
 void run(const DeviceOptions &device, const EditOptions &options,
-         const std::function<yang::EditNode(const yang::Schemas &)> &make_edit) {
+         const std::function<yang::EditNode(NamedDevice &)> &make_edit) {
     NamedDevice named(device);
-    const yang::EditNode edit = make_edit(named.schemas);
+    const yang::EditNode edit = make_edit(named);
     if (options.dry_run)
         print_dry_run(named, edit, options.json);
     else
@@ -103,21 +118,23 @@ void add_set(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOpt
         ->option_text(" ");
     command->add_option("VALUE", options->value, "Its value")->required()->option_text(" ");
     command->callback([&device, options] {
-        run(device, *options, [&](const auto &schemas) {
-            return edit_of(schemas, {{options->path, options->value}});
+        run(device, *options, [&](NamedDevice &named) {
+            return edit_of(named, {{options->path, options->value}});
         });
     });
 }
 
 void add_delete(CLI::App &app, DeviceOptions &device, const std::shared_ptr<EditOptions> &options) {
-    CLI::App *command =
-        add_command(app, device, *options, "delete", "Delete an OpenConfig node, as one commit");
-    command->add_option("PATH", options->path, "Path of the node, with list keys")
+    CLI::App *command = add_command(app, device, *options, "delete", "Delete OpenConfig nodes, as one commit");
+    command->add_option("PATH", options->paths, "Paths of the nodes, with list keys")
         ->required()
-        ->option_text(" ");
+        ->option_text("...");
     command->callback([&device, options] {
-        run(device, *options, [&](const auto &schemas) {
-            return edit_of(schemas, {{options->path, std::nullopt}});
+        run(device, *options, [&](NamedDevice &named) {
+            std::vector<Change> changes;
+            for (const std::string &path : options->paths)
+                changes.push_back({path, std::nullopt});
+            return edit_of(named, changes);
         });
     });
 }
@@ -133,7 +150,7 @@ void add_edit_file(CLI::App &app, DeviceOptions &device, const std::shared_ptr<E
         ->check(CLI::IsMember({"merge", "replace", "create", "delete", "remove", "none"}))
         ->option_text("OPERATION");
     command->callback([&device, options] {
-        run(device, *options, [&](const auto &schemas) { return parse_file(schemas, *options); });
+        run(device, *options, [&](NamedDevice &named) { return parse_file(named.schemas, *options); });
     });
 }
 
@@ -155,7 +172,7 @@ void add_commit(CLI::App &app, DeviceOptions &device, const std::shared_ptr<Edit
     command->callback([&device, options] {
         if (options->file.empty() && options->words.empty())
             throw Error(ErrorTag::missing_element, "", "commit needs -f FILE or changes after --");
-        run(device, *options, [&](const auto &schemas) { return edit_of(schemas, changes_of(*options)); });
+        run(device, *options, [&](NamedDevice &named) { return edit_of(named, changes_of(*options)); });
     });
 }
 

@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "base/say.h"
+#include "base/status_line.h"
+#include "frontends/cli/commands/commit_print.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
@@ -58,8 +60,12 @@ struct LabOptions {
     bool json = false;
 };
 
+// On a terminal one line, which the next one replaces and standard output's text ends.
 void report_progress(const std::string &line) {
-    say("lab: " + line);
+    if (has_status_line())
+        show_status("lab: " + line);
+    else
+        say("lab: " + line);
 }
 
 std::string text_of(const lab::Port &port) {
@@ -106,7 +112,9 @@ std::string status_json(const lab::Place &place, const lab::Status &status) {
                            {"routers", routers},
                            {"links", links},
                            {"segments", segments}};
-    return all.dump(2) + "\n";
+    std::ostringstream text;
+    print_json(text, all);
+    return text.str();
 }
 
 std::string no_laboratory(const lab::Place &place) {
@@ -167,6 +175,7 @@ void run_up(const LabOptions &options) {
     const lab::Topology topology =
         options.topology.empty() ? lab::default_topology() : lab::read_topology_file(options.topology);
     lab::up(options.place, topology, options.tx_interval, report_progress);
+    clear_status();
     const lab::Status status = lab::status(options.place);
     for (const lab::RouterStatus &router : status.routers)
         forget_commits(router.socket);
@@ -181,7 +190,9 @@ void run_status(const LabOptions &options) {
 }
 
 void run_down(const LabOptions &options) {
-    if (lab::down(options.place, report_progress))
+    const bool was_there = lab::down(options.place, report_progress);
+    clear_status();
+    if (was_there)
         std::cout << "laboratory " << options.place.name << " removed\n";
     else
         std::cout << no_laboratory(options.place);
@@ -189,7 +200,9 @@ void run_down(const LabOptions &options) {
 }
 
 void run_record(const LabOptions &options) {
-    for (const lab::Port &port : lab::record(options.place, options.recordings, report_progress))
+    const std::vector<lab::Port> deaf = lab::record(options.place, options.recordings, report_progress);
+    clear_status();
+    for (const lab::Port &port : deaf)
         warn(text_of(port) + " has not heard all its neighbors");
 }
 

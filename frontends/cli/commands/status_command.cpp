@@ -117,8 +117,9 @@ DriftCount print_status_json(const DeviceOptions &options, NamedDevice &named) {
 
 DriftCount print_status_text(const DeviceOptions &options, NamedDevice &named) {
     const std::vector<commits::Commit> history = named.device.history();
-    std::cout << "device  " << device_name(options) << '\n';
-    std::cout << "store   " << (named.device.store().empty() ? "none" : named.device.store().string()) << '\n';
+    std::cout << "device  " << printable(device_name(options)) << '\n';
+    std::cout << "store   "
+              << (named.device.store().empty() ? "none" : printable(named.device.store().string())) << '\n';
     if (history.empty()) {
         std::cout << "commit  none: the configuration is the device's own\n";
         return {0, ""};

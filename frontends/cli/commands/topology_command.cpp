@@ -4,16 +4,17 @@
 #include <memory>
 #include <stdexcept>
 
-#include "base/say.h"
+#include "base/status_line.h"
+#include "frontends/cli/commands/device_reports.h"
+#include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/installation.h"
-#include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/print.h"
 #include "frontends/pictures/graphviz.h"
-#include "frontends/pictures/topology_answer.h"
 #include "frontends/pictures/topology_drawing.h"
+#include "frontends/pictures/topology_html.h"
 #include "frontends/pictures/topology_model.h"
+#include "frontends/pictures/topology_picture.h"
 #include "lab/lab.h"
-#include "yang/path.h"
 
 namespace yfw::cli {
 namespace {
@@ -27,6 +28,7 @@ Examples:
   yfw topology --device examples/r1 --device examples/r2
   yfw topology --dot | neato -Tpng -o network.png
   yfw topology --svg network.svg
+  yfw topology --html network.html
   yfw topology --lab
 )";
 
@@ -35,19 +37,8 @@ struct TopologyOptions {
     std::string lab; // its name; empty: none
     bool dot = false;
     std::filesystem::path svg;
+    std::filesystem::path html;
 };
-
-// The device as `get` shows it, with the configuration that was committed.
-pictures::Report read_device(const std::filesystem::path &directory, DeviceOptions options) {
-    options.device = directory;
-    NamedDevice named(options);
-    host::ReadRequest request;
-    request.paths.push_back(yang::parse_path(named.schemas.openconfig_root(), "/lldp"));
-    const host::Answer answer = named.device.read(request);
-    for (const std::string &warning : answer.warnings)
-        warn(directory.string() + ": " + warning);
-    return pictures::read_answer(directory.string(), answer.data.get());
-}
 
 void print(const std::string &text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
@@ -61,16 +52,27 @@ std::vector<std::filesystem::path> devices_of_lab(const std::string &name) {
     return devices;
 }
 
-void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
-    std::vector<pictures::Report> reports;
-    for (const std::filesystem::path &directory :
-         options.lab.empty() ? options.devices : devices_of_lab(options.lab))
-        reports.push_back(read_device(directory, device));
-    const pictures::Topology topology = pictures::build(reports);
+void write_pictures(const pictures::Topology &topology, const TopologyOptions &options) {
+    const std::string title = "LLDP: " + pictures::summary(topology);
+    show_status("drawing the picture");
+    const std::string svg = pictures::make_svg(pictures::draw_picture(topology, title));
     if (!options.svg.empty())
-        pictures::write_file(options.svg, pictures::make_svg(pictures::draw_dot(topology)));
+        pictures::write_file(options.svg, svg);
+    if (!options.html.empty())
+        pictures::write_file(options.html, pictures::draw_html(topology, title, svg));
+    clear_status();
+}
+
+void run_topology(const DeviceOptions &device, const TopologyOptions &options) {
+    const DeviceReports read =
+        read_devices(options.lab.empty() ? options.devices : devices_of_lab(options.lab), device);
+    const pictures::Topology topology = pictures::build(read.reports);
+    if (!options.svg.empty() || !options.html.empty())
+        write_pictures(topology, options);
     else
         print(options.dot ? pictures::draw_dot(topology) : pictures::draw_text(topology));
+    if (!read.is_complete)
+        throw FailureTold{};
 }
 
 } // namespace
@@ -81,14 +83,7 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         options->devices.emplace_back(installation().examples / name);
     CLI::App *command = app.add_subcommand("topology", "Draw which routers are connected");
     command->footer(topology_examples);
-    auto *devices =
-        command
-            ->add_option(
-                "--device", options->devices,
-                "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: the shipped "
-                "r1 to r4")
-            ->option_text("DEVICE");
-    devices->allow_extra_args(false);
+    auto *devices = add_devices_option(*command, options->devices, "r1 to r4");
     command->add_option("--lab", options->lab, "Draw the routers of this laboratory; default: yfw")
         ->expected(0, 1)
         ->default_str(lab::Place().name)
@@ -99,14 +94,11 @@ void add_topology(CLI::App &app, DeviceOptions &device) {
         ->option_text("FILE")
         ->excludes(dot);
     command
-        ->add_option("--models", device.openconfig_models,
-                     "Directory of OpenConfig modules to use instead of the shipped ones")
-        ->option_text("DIR");
-    command
-        ->add_option("--plugin", device.plugin,
-                     "The mapping plug-in to load: its library, or the description next to it")
-        ->option_text("FILE");
-    command->add_flag("--trace", device.trace, "Print the plug-in's debug log on standard error");
+        ->add_option("--html", options->html,
+                     "Write a page with the picture, to move, zoom and click, to this file; needs Graphviz")
+        ->option_text("FILE")
+        ->excludes(dot);
+    add_mapping_options(*command, device);
     command->callback([&device, options] { run_topology(device, *options); });
 }
 

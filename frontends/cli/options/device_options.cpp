@@ -5,6 +5,31 @@
 
 namespace yfw::cli {
 
+void add_mapping_options(CLI::App &command, DeviceOptions &options) {
+    command
+        .add_option("--models", options.openconfig_models,
+                    "Directory of OpenConfig modules to use instead of the shipped ones")
+        ->option_text("DIR");
+    command
+        .add_option("--plugin", options.plugin,
+                    "The mapping plug-in to load: its library, or the description next to it")
+        ->option_text("FILE");
+    command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
+}
+
+CLI::Option *add_devices_option(CLI::App &command, std::vector<std::filesystem::path> &devices,
+                                const std::string &standard) {
+    auto *option = command
+                       .add_option("--device", devices,
+                                   "Directory of a recorded device, or lldpd:SOCKET; may be repeated; default: "
+                                   "the shipped " +
+                                       standard)
+                       ->option_text("DEVICE")
+                       ->check(not_empty());
+    option->allow_extra_args(false);
+    return option;
+}
+
 void add_device_options(CLI::App &command, DeviceOptions &options) {
     const Installation &files = installation();
     options.device = files.examples / "r1";
@@ -28,15 +53,7 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
             "File of the device's commits; default: one in the user's state directory, named after the device")
         ->option_text("FILE")
         ->check(not_empty());
-    command
-        .add_option("--models", options.openconfig_models,
-                    "Directory of OpenConfig modules to use instead of the shipped ones")
-        ->option_text("DIR");
-    command
-        .add_option("--plugin", options.plugin,
-                    "The mapping plug-in to load: its library, or the description next to it")
-        ->option_text("FILE");
-    command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
+    add_mapping_options(command, options);
 }
 
 CLI::App *add_device_command(CLI::App &app, DeviceOptions &device, bool &json, const char *name,

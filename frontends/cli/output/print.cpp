@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 #include "base/system_error.h"
+#include "frontends/cli/output/shown_document.h"
+#include "frontends/cli/output/terminal.h"
 #include "yang/text_writer.h"
 
 namespace yfw::cli {
@@ -33,12 +35,24 @@ void finish_output() {
         refuse_output();
 }
 
-void print_answer(std::FILE *to, const yang::Schemas &schemas, const host::SettledAnswer &answer,
-                  Format format) {
-    const yang::TextSink sink = [to](std::string_view piece) {
+namespace {
+
+yang::TextSink sink_to(std::FILE *to, Format format) {
+    const auto write = [to](std::string_view piece) {
         if (std::fwrite(piece.data(), 1, piece.size(), to) != piece.size())
             refuse_output();
     };
+    if (!is_terminal(to))
+        return write;
+    const auto shown = format == Format::json ? shown_json : shown_xml;
+    return [write, shown](std::string_view piece) { write(shown(piece)); };
+}
+
+} // namespace
+
+void print_answer(std::FILE *to, const yang::Schemas &schemas, const host::SettledAnswer &answer,
+                  Format format) {
+    const yang::TextSink sink = sink_to(to, format);
     if (format == Format::json) {
         yang::JsonWriter writer(sink, yang::Layout::indented);
         answer.write(writer);

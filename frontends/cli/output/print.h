@@ -16,11 +16,15 @@ struct ReaderGone {};
 // For output that could not be written: throws ReaderGone or, with the reason, std::runtime_error.
 [[noreturn]] void refuse_output();
 
+// Thrown when something failed that the user has been told about, and the rest was done.
+struct FailureTold {};
+
 // Flushes standard output. Throws as refuse_output() when not everything that was printed could be written.
 void finish_output();
 
 // Writes the answer as JSON (RFC 7951) or XML, with a final newline. An empty one is an empty object or the
-// empty top container. Throws as refuse_output() when the output cannot be written.
+// empty top container. A terminal gets it with harmful characters escaped. Throws as refuse_output() when the
+// output cannot be written.
 void print_answer(std::FILE *to, const yang::Schemas &schemas, const host::SettledAnswer &answer,
                   Format format);
 

@@ -114,6 +114,7 @@ std::optional<std::string> SshTryout::start_daemon() {
     daemon_ = Process(
         Program{.arguments = {sshd_, "-D", "-f", (files_.path() / "sshd_config").string(), "-E", log.string()},
                 .errors = STDERR_FILENO,
+                .in_own_group = true, // Ctrl-C ends the server, which then ends it
                 .ends_with_parent = true}); // even if the server crashes
     const auto end = std::chrono::steady_clock::now() + patience;
     for (;;) {

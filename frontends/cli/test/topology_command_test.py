@@ -60,11 +60,22 @@ class Topology(unittest.TestCase):
         self.assert_expected("r1-alone.txt", run(*devices("r1")))
         self.assert_expected("r1-alone.dot", run("--dot", *devices("r1")))
 
-    def test_a_device_that_cannot_be_read_is_named_and_nothing_is_drawn(self):
+    def test_a_device_that_cannot_be_read_is_named_and_left_out(self):
         with tempfile.TemporaryDirectory() as empty:
             missing = os.path.join(empty, "missing")
             for place in (empty, missing):
-                self.assert_refused(run(*devices("r1"), "--device", place), 2, f"^yfw: {place}: ")
+                result = run("--device", place, *devices("r1"))
+                self.assertEqual(result.returncode, 1)
+                self.assertRegex(result.stderr, f"^yfw: {place}: .*; it is left out\n$")
+                self.assertEqual(result.stdout, (EXPECTED / "r1-alone.txt").read_text(encoding="utf-8"))
+
+    def test_nothing_is_drawn_when_no_device_can_be_read(self):
+        with tempfile.TemporaryDirectory() as empty:
+            missing = os.path.join(empty, "missing")
+            self.assert_refused(run("--device", missing), 2, f"^yfw: {missing}: ")
+            result = run("--device", empty, "--device", missing)
+            self.assertEqual((result.returncode, result.stdout), (2, ""))
+            self.assertRegex(result.stderr, f"^yfw: {empty}: .*\nyfw: {missing}: .*\n$")
 
     def test_options_that_exclude_each_other_are_refused(self):
         result = run("--dot", "--svg", "network.svg")
@@ -102,7 +113,10 @@ class Topology(unittest.TestCase):
         self.assertEqual(svg.tag, "{http://www.w3.org/2000/svg}svg")
         texts = sorted(text.text for text in svg.iter("{http://www.w3.org/2000/svg}text"))
         ports = 3 * ["eth1"] + 3 * ["eth2"] + 3 * ["eth3"]
-        self.assertEqual(texts, ports + [f"r{number}.example.net" for number in (1, 2, 3, 4)])
+        routers = [f"r{number}.example.net" for number in (1, 2, 3, 4)]
+        segment = [f"r{number}.example.net eth3" for number in (1, 2, 4)]
+        title = ["LLDP: 4 routers, 3 links, 1 shared segment, all connected"]
+        self.assertEqual(texts, sorted(ports + routers + segment + title))
 
 
 if __name__ == "__main__":

@@ -34,22 +34,22 @@ void write(std::string &to, const char *format, unsigned number) {
 
 } // namespace
 
+bool is_printable(char32_t character) {
+    const auto has = [&](const Range &range) { return character >= range.first && character <= range.last; };
+    return !is_control(character) && std::none_of(std::begin(escaped), std::end(escaped), has);
+}
+
 std::string printable(std::string_view text) {
     std::string line;
     while (!text.empty()) {
         const std::string_view rest = text;
         const std::optional<char32_t> character = take_character(text);
-        const auto is_within = [&](const Range &range) {
-            return *character >= range.first && *character <= range.last;
-        };
         if (!character.has_value())
             write(line, "\\x%02x", static_cast<unsigned char>(rest.front()));
-        else if (is_control(*character))
-            write(line, *character < 0x80 ? "\\x%02x" : "\\u%04x", *character);
-        else if (std::any_of(std::begin(escaped), std::end(escaped), is_within))
-            write(line, "\\u%04x", *character);
-        else
+        else if (is_printable(*character))
             line += rest.substr(0, rest.size() - text.size());
+        else
+            write(line, *character < 0x80 ? "\\x%02x" : "\\u%04x", *character);
     }
     return line;
 }

@@ -13,6 +13,10 @@ namespace yfw {
 // through here: a neighbor may announce any bytes as its name.
 std::string printable(std::string_view text);
 
+// Whether printable() leaves the character as it is. Formats with an escape of their own, such as JSON, use it
+// for the others.
+bool is_printable(char32_t character);
+
 } // namespace yfw
 
 #endif

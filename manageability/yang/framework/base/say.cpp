@@ -4,12 +4,14 @@
 #include <string>
 
 #include "base/printable.h"
+#include "base/status_line.h"
 
 namespace yfw {
 namespace {
 
 // In one piece, since threads and processes may share standard error.
 void say_line(std::string line) {
+    clear_status();
     line += '\n';
     std::cerr << line << std::flush;
 }

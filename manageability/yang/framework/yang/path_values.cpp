@@ -18,15 +18,6 @@ std::set<const lysc_node *> named_leaf_lists(const std::vector<Path> &paths) {
     return named;
 }
 
-bool meets(const lyd_node *node, const Predicate &predicate) {
-    if (predicate.leaf == node->schema)
-        return holds_value(node, predicate.value);
-    for (const lyd_node *child = lyd_child(node); child != nullptr; child = child->next)
-        if (child->schema == predicate.leaf)
-            return holds_value(child, predicate.value);
-    return false;
-}
-
 // Whether the path selects the node or one around it.
 bool selects(const Path &path, const lyd_node *node) {
     std::vector<const lyd_node *> line;
@@ -66,6 +57,15 @@ void remove_with_empty_containers(DataTree &data, lyd_node *node) {
 }
 
 } // namespace
+
+bool meets(const lyd_node *node, const Predicate &predicate) {
+    if (predicate.leaf == node->schema)
+        return holds_value(node, predicate.value);
+    for (const lyd_node *child = lyd_child(node); child != nullptr; child = child->next)
+        if (child->schema == predicate.leaf)
+            return holds_value(child, predicate.value);
+    return false;
+}
 
 std::vector<Path> without_values(std::vector<Path> paths) {
     for (Path &path : paths)
