@@ -8,7 +8,7 @@ target_precompile_headers(test_headers PRIVATE ${CMAKE_SOURCE_DIR}/tools/test_he
 # most of the same errors. The code under test keeps the flags of the build. -fPIC throughout, since code that uses a
 # precompiled header must have the header's flags.
 function(yfw_test_flags target)
-  target_compile_options(${target} PRIVATE -O0 -g1 -fPIC)
+  target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE -g1 -fPIC)
   if(YFW_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=vptr,null,alignment,object-size)
   endif()
