@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "frontends/cli/options/module_places.h"
 #include "frontends/cli/options/store_name.h"
 
 namespace yfw::cli {
@@ -53,7 +54,8 @@ NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use)
 
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use,
                          const host::MappingDescription &mapping)
-    : schemas(options.native_models, options.openconfig_models, mapping.modules),
+    : schemas(options.native_models, options.openconfig_models, mapping.modules,
+              import_directories(options.openconfig_models)),
       device(schemas, sources::open_source(address_of(options), use), store_of(options), mapping,
              owner_of(options)) {
     device.set_trace(options.trace);

@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "base/error.h"
+#include "yang/not_served.h"
 #include "yang/schemas.h"
 #include "yang/yang_text.h"
 
@@ -71,9 +72,9 @@ private:
             node = root_;
         if (node == nullptr || (!module.empty() && module != node->module->name))
             throw Error(ErrorTag::unknown_element, std::string(text_),
-                        "unknown node \"" + std::string(name) + "\"" +
-                            (parent != nullptr ? " under \"" + schema_path(parent) + "\""
-                                               : ": paths start with /" + std::string(root_->name)));
+                        parent != nullptr ? unknown_child(parent, name)
+                                          : "unknown node \"" + std::string(name) + "\": paths start with /" +
+                                                std::string(root_->name));
         return node;
     }
 
