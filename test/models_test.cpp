@@ -116,6 +116,49 @@ TEST_F(OtherModels, ThatReferToWhatIsNotServedTakeEdits) {
     EXPECT_NE(outcome.output.find("eth9"), std::string::npos) << outcome.output;
 }
 
+// As OpenConfig's repository keeps the modules of others.
+TEST_F(OtherModels, TakeImportsFromTheRepositoryThatTheyArePartOf) {
+    const TemporaryDirectory repository;
+    fs::create_directories(repository.path() / "release/models/lldp");
+    fs::create_directories(repository.path() / "third_party/ietf");
+    for (const char *module : {"openconfig-lldp.yang", "openconfig-lldp-types.yang"})
+        fs::copy_file(directory_.path() / module, repository.path() / "release/models/lldp" / module);
+    const std::string text = read_file(directory_.path() / "openconfig-lldp.yang");
+    const std::string import = "  import openconfig-lldp-types {";
+    repository.add("release/models/lldp/openconfig-lldp.yang",
+                   std::string(text).replace(text.find(import), 0, "  import ports { prefix p; }\n"));
+    repository.add("third_party/ietf/ports.yang",
+                   "module ports { namespace \"urn:ports\"; prefix p; import ietf-interfaces { prefix i; } }");
+    const Outcome outcome = read("/lldp/config", repository.path() / "release/models");
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.output, read_with_shipped_models("/lldp/config").output);
+}
+
+TEST_F(OtherModels, ThatLackAnImportAreRefusedWithTheNamesOfTheImportAndOfTheModuleThatImportsIt) {
+    directory_.add("ports.yang",
+                   "module ports { namespace \"urn:ports\"; prefix p; import cables { prefix c; } }");
+    replace("openconfig-lldp.yang", "  import openconfig-lldp-types {", "{",
+            "  import ports { prefix p; }\n  import openconfig-lldp-types {");
+    const Outcome outcome = read("/lldp");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.output, "");
+    ASSERT_EQ(lines_of(outcome.errors).size(), 1U) << outcome.errors;
+    EXPECT_EQ(outcome.errors.rfind("yfw: cables.yang: no such YANG module in " + directory_.path().string(), 0),
+              0U)
+        << outcome.errors;
+    EXPECT_NE(outcome.errors.find("; ports imports it\n"), std::string::npos) << outcome.errors;
+}
+
+TEST_F(OtherModels, ThatLackSeveralLeavesCostASingleWarning) {
+    replace("openconfig-lldp.yang", "leaf chassis-id {", "{", "leaf chassis-identifier {");
+    replace("openconfig-lldp.yang", "leaf age {", "{", "leaf years {");
+    const Outcome outcome = read("/lldp");
+    EXPECT_EQ(outcome.status, 0);
+    ASSERT_EQ(lines_of(outcome.errors).size(), 1U) << outcome.errors;
+    for (const char *missing : {"/lldp/state/chassis-id", "neighbor/state/chassis-id", "neighbor/state/age"})
+        EXPECT_NE(outcome.errors.find(missing), std::string::npos) << outcome.errors;
+}
+
 struct Refusal {
     const char *what;
     const char *file; // replaced with the content, or removed if that is null

@@ -11,6 +11,7 @@
 #include "base/say.h"
 #include "frontends/cli/commands/commands.h"
 #include "frontends/cli/commands/complete_command.h"
+#include "frontends/cli/commands/coverage_command.h"
 #include "frontends/cli/commands/edit_command.h"
 #include "frontends/cli/commands/explain_command.h"
 #include "frontends/cli/commands/history_command.h"
@@ -130,6 +131,7 @@ int run_program(int argc, char **argv) {
     add_edit_commands(app, device);
     add_history_commands(app, device);
     add_explain(app, device);
+    add_coverage(app, device);
     add_lab(app);
     add_neighbors(app, device);
     add_serve(app, device);

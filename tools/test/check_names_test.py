@@ -25,6 +25,7 @@ class Names(unittest.TestCase):
         self.top = Path(directory.name).resolve()
         self.write(FRAMEWORK + "host/engine.cpp", '#include "yfw_map.h"\n\nint answer() { return 1; }\n')
         self.write(FRAMEWORK + "device/editor.h", "// Commits of edits.\n")
+        self.write(FRAMEWORK + "coverage/samples.h", "// Values to try.\n")
         self.write("frontends/netconf/session.cpp", "// A session.\n")
         self.write("frontends/gnmi/server.cpp", "// A server.\n")
 

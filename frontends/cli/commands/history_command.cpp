@@ -16,6 +16,7 @@
 #include "frontends/cli/commands/commit_result.h"
 #include "frontends/cli/options/current_user.h"
 #include "frontends/cli/options/device_options.h"
+#include "frontends/cli/options/module_places.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
@@ -77,7 +78,8 @@ void print_history(const commits::CommitLog &store, bool json) {
 
 // The modules alone: the device need not be there.
 yang::Schemas schemas_of(const DeviceOptions &device) {
-    return {device.native_models, device.openconfig_models, host::read_mapping(device.plugin).modules};
+    return {device.native_models, device.openconfig_models, host::read_mapping(device.plugin).modules,
+            import_directories(device.openconfig_models)};
 }
 
 void show(const DeviceOptions &device, const commits::CommitLog &store, const commits::Commit &stored,

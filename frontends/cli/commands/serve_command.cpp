@@ -26,7 +26,7 @@
 #include "device/keeper.h"
 #include "device/neighbor_report.h"
 #include "frontends/cli/options/device_options.h"
-#include "frontends/cli/options/installation.h"
+#include "frontends/cli/options/module_places.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
@@ -103,9 +103,12 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
                   const ServeOptions &serve, const std::function<int()> &ready) {
     netconf::NetconfServer::require_unanswered(server_options.socket); // the likeliest reason first
     NamedDevice named(options, sources::Use::serving);
-    const yang::ModuleFiles files(
-        {options.openconfig_models, options.native_models, installation().standard_models});
-    const netconf::ProtocolModules modules(files, named.device.mapping(), !serve.nacm.empty());
+    std::vector<std::filesystem::path> directories = {options.openconfig_models, options.native_models};
+    for (const std::filesystem::path &imports : import_directories(options.openconfig_models))
+        directories.push_back(imports);
+    const yang::ModuleFiles files(directories);
+    const netconf::ProtocolModules modules(files, named.device.mapping(), !serve.nacm.empty(),
+                                           named.schemas.deviations());
     device::Service service(named.device, access_rules(files, modules, serve.nacm), serve.recovery_user);
     netconf::EventStream events;
     netconf::NetconfServer server(server_options, service, modules, events);

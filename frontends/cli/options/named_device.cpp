@@ -5,6 +5,9 @@
 #include <string>
 #include <system_error>
 
+#include "coverage/deviations.h"
+#include "frontends/cli/options/installation.h"
+#include "frontends/cli/options/module_places.h"
 #include "frontends/cli/options/store_name.h"
 
 namespace yfw::cli {
@@ -48,12 +51,28 @@ std::string owner_of(const DeviceOptions &options) {
     return has_store ? sources::identity_of(address_of(options)) : "";
 }
 
+ModelInUse::ModelInUse(const DeviceOptions &options)
+    : ModelInUse(options, host::read_mapping(options.plugin)) {}
+
+ModelInUse::ModelInUse(const DeviceOptions &options, const host::MappingDescription &mapping)
+    : schemas(options.native_models, options.openconfig_models, mapping.modules,
+              import_directories(options.openconfig_models)),
+      coverage(coverage::cover(schemas, mapping)) {}
+
+std::string deviations_in_use(const DeviceOptions &options, const host::MappingDescription &mapping) {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(options.openconfig_models, installation().models, ignored))
+        return "";
+    return coverage::deviations_of(ModelInUse(options, mapping).coverage);
+}
+
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use)
     : NamedDevice(options, use, host::read_mapping(options.plugin)) {}
 
 NamedDevice::NamedDevice(const DeviceOptions &options, sources::Use use,
                          const host::MappingDescription &mapping)
-    : schemas(options.native_models, options.openconfig_models, mapping.modules),
+    : schemas(options.native_models, options.openconfig_models, mapping.modules,
+              import_directories(options.openconfig_models), deviations_in_use(options, mapping)),
       device(schemas, sources::open_source(address_of(options), use), store_of(options), mapping,
              owner_of(options)) {
     device.set_trace(options.trace);

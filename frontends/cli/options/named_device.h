@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "coverage/coverage.h"
 #include "device/managed_device.h"
 #include "frontends/cli/options/options.h"
 
@@ -20,6 +21,20 @@ struct NamedDevice {
 private:
     NamedDevice(const DeviceOptions &options, sources::Use use, const host::MappingDescription &mapping);
 };
+
+// The OpenConfig modules in use as they are, and what the device serves of them. Loads the mapping: no
+// NamedDevice may exist meanwhile. Throws Error.
+struct ModelInUse {
+    explicit ModelInUse(const DeviceOptions &options);
+    ModelInUse(const DeviceOptions &options, const host::MappingDescription &mapping);
+
+    yang::Schemas schemas;
+    coverage::Coverage coverage;
+};
+
+// The module of deviations that makes these modules what the device serves, as text; empty for the shipped
+// modules, which define what is served.
+std::string deviations_in_use(const DeviceOptions &options, const host::MappingDescription &mapping);
 
 // Where the device's commits are: the file given with --store, otherwise one in the user's state directory,
 // named after the device's path. One that an earlier version made is used under the name that it has. Empty for

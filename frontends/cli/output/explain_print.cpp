@@ -49,18 +49,13 @@ std::string joined(const std::vector<std::string> &words) {
     return text;
 }
 
-void print_lines(std::ostream &to, const char *label, const std::vector<std::string> &lines) {
-    for (const std::string &line : lines)
-        to << "  " << label << ' ' << line << '\n';
-}
-
-} // namespace
-
 std::string edit_text(const host::NativePath &path) {
     std::string text = operation_of(path);
     text.resize(7, ' ');
     return text + path.path + (path.value.has_value() ? " = " + *path.value : "");
 }
+
+} // namespace
 
 void print_explanation(std::ostream &to, const host::Explanation &explanation, bool edit) {
     for (const host::ExplainedNode &node : explanation) {
@@ -85,31 +80,6 @@ void print_explanation_json(std::ostream &to, const host::Explanation &explanati
         rows.push_back(std::move(row));
     }
     to << rows.dump(2) << '\n';
-}
-
-void print_correspondence(std::ostream &to, const std::vector<Correspondence> &rows) {
-    for (const Correspondence &row : rows) {
-        to << row.openconfig << '\n';
-        print_lines(to, "read ", row.sources);
-        if (row.sources.empty())
-            to << "  read  not mapped\n";
-        print_lines(to, "write", row.targets);
-        if (row.targets.empty())
-            to << (row.writable ? "  write not mapped\n" : "  write read-only\n");
-    }
-}
-
-void print_correspondence_json(std::ostream &to, const std::vector<Correspondence> &rows) {
-    auto list = nlohmann::ordered_json::array();
-    for (const Correspondence &row : rows) {
-        nlohmann::ordered_json json;
-        json["openconfig"] = row.openconfig;
-        json["sources"] = row.sources;
-        json["targets"] = row.targets;
-        json["writable"] = row.writable;
-        list.push_back(std::move(json));
-    }
-    to << list.dump(2) << '\n';
 }
 
 } // namespace yfw::cli

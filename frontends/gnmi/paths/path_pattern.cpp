@@ -5,6 +5,7 @@
 #include "frontends/gnmi/messages/refusal.h"
 #include "frontends/gnmi/paths/key_value.h"
 #include "frontends/gnmi/paths/path_text.h"
+#include "yang/not_served.h"
 #include "yang/schemas.h"
 
 namespace yfw::gnmi {
@@ -60,6 +61,8 @@ public:
 
     std::vector<PathPattern> read() {
         follow(0);
+        if (found_.empty() && is_not_served_)
+            throw Refusal(Code::unimplemented, place_ + ": " + why_);
         if (found_.empty())
             refuse(place_, why_.empty() ? "names no node of the model" : why_);
         return minimal();
@@ -83,9 +86,11 @@ private:
             if (const auto step = step_of(child, element))
                 with(*step, [&] { follow(at + 1); });
         }
-        if (!is_known && why_.empty())
-            why_ = "unknown node \"" + element.name() + "\"" +
-                   (parent != nullptr ? " under \"" + yang::schema_path(parent) + "\"" : "");
+        if (is_known || !why_.empty())
+            return;
+        is_not_served_ = parent != nullptr && yang::is_not_served(parent, element.name());
+        why_ = parent != nullptr ? yang::unknown_child(parent, element.name())
+                                 : "unknown node \"" + element.name() + "\"";
     }
 
     // None, or any child and so on below it. Several in a row mean no more than one.
@@ -161,6 +166,7 @@ private:
     PathPattern pattern_;
     std::vector<PathPattern> found_;
     std::string why_; // nothing was found
+    bool is_not_served_ = false;
 };
 
 bool covers_step(const PatternStep &step, const PatternStep &other) {

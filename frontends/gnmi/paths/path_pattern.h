@@ -36,7 +36,8 @@ struct PathPattern {
 
 // Reads the path, with the elements of its prefix before its own. A wildcard in a name may stand for several
 // nodes; patterns that another one covers are left out. `root`: the top container. Throws Refusal:
-// INVALID_ARGUMENT for a path that is malformed, of another origin or not in the schema.
+// INVALID_ARGUMENT for a path that is malformed, of another origin or not in the schema, UNIMPLEMENTED for a
+// node that the device does not serve.
 std::vector<PathPattern> read_path(const lysc_node *root, const ::gnmi::Path &prefix, const ::gnmi::Path &path);
 
 // The same for a path that must name a single node: without wildcards and with all keys.

@@ -6,6 +6,8 @@
 
 #include "frontends/netconf/messages/rpc_error.h"
 #include "yang/leaf_type.h"
+#include "yang/not_served.h"
+#include "yang/path.h"
 #include "yang/schemas.h"
 
 namespace yfw::netconf {
@@ -169,6 +171,34 @@ Filter filter_of(const Element &filter) {
         throw RpcError("protocol", "bad-element", "an xpath filter must be empty")
             .with_info(bad_name("bad-element", filter.children().front().name()));
     return {FilterType::xpath, filter, *select, filter.prefixes()};
+}
+
+void require_served(const lysc_node *parent, std::string_view name) {
+    if (yang::is_not_served(parent, name))
+        throw RpcError("application", "unknown-element", yang::unknown_child(parent, name))
+            .at(yang::schema_path(parent))
+            .with_info(bad_name("bad-element", name));
+}
+
+namespace {
+
+void refuse_not_served_below(const Element &filter, const lysc_node *node) {
+    for (const Element &child : filter.children()) {
+        if (const lysc_node *below = node_meant(child, node)) {
+            refuse_not_served_below(child, below);
+            continue;
+        }
+        if (takes_namespace(child, node->module->ns))
+            require_served(node, child.name());
+    }
+}
+
+} // namespace
+
+void refuse_not_served(const Element &filter, const lysc_node *root) {
+    for (const Element &top : filter.children())
+        if (means(top, root))
+            refuse_not_served_below(top, root);
 }
 
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root) {

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontends/netconf/filters/selected.h"
@@ -32,6 +33,13 @@ void refuse_filter_text(const Element &filter);
 // What a subtree filter selects below `root`, so that nothing else is mapped; nothing when it selects nothing
 // there. `filter`: the <filter> element.
 std::optional<host::Selection> subtree_selection(const Element &filter, const lysc_node *root);
+
+// Throws RpcError ("unknown-element") for a child that the module of `parent` has and the device does not
+// serve. RFC 6241 section 6 leaves it open, and an empty answer would be taken for missing data.
+void require_served(const lysc_node *parent, std::string_view name);
+
+// The same for every element of a subtree filter that names a node below `root`.
+void refuse_not_served(const Element &filter, const lysc_node *root);
 
 // What the evaluation is for: a client's request, or an event on the event loop, which must not block for long.
 enum class XPathUse { request, event };

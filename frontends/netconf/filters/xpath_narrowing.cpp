@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "frontends/netconf/filters/filter.h"
 #include "frontends/netconf/filters/xpath_tokens.h"
 
 namespace yfw::netconf {
@@ -64,8 +65,10 @@ public:
         at_++;
         while (take_predicates(path.back()) && takes("/") && is_name()) {
             const lysc_node *child = child_meant(path.back().node);
-            if (child == nullptr)
+            if (child == nullptr) {
+                require_served(path.back().node, local_name(path.back().node->module));
                 break;
+            }
             path.push_back({child, {}});
             at_++;
         }
@@ -93,6 +96,16 @@ private:
         const auto prefix = prefixes_.find(name.substr(0, colon));
         return prefix != prefixes_.end() && prefix->second == node->module->ns &&
                name.substr(colon + 1) == node->name;
+    }
+
+    // The step's name without its prefix; empty when that is not of this module.
+    std::string_view local_name(const lys_module *module) const {
+        const std::string_view name = tokens_[at_].text;
+        const size_t colon = name.find(':');
+        if (colon == std::string_view::npos)
+            return name;
+        const auto prefix = prefixes_.find(name.substr(0, colon));
+        return prefix != prefixes_.end() && prefix->second == module->ns ? name.substr(colon + 1) : "";
     }
 
     // NULL when there is no such child, or more than one.

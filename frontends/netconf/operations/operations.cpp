@@ -87,7 +87,8 @@ std::vector<std::string> capabilities(const ProtocolModules &modules) {
         if (module.offered)
             all.push_back(module.ns + "?module=" + module.name +
                           (module.revision.empty() ? "" : "&revision=" + module.revision) +
-                          (module.features.empty() ? "" : "&features=" + module.features));
+                          (module.features.empty() ? "" : "&features=" + module.features) +
+                          (module.deviations.empty() ? "" : "&deviations=" + module.deviations));
     }
     return all;
 }

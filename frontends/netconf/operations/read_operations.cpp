@@ -48,13 +48,16 @@ yang::DataTree read_readable(const Call &call, const Wanted &wanted, const host:
     return data;
 }
 
-// The part of the OpenConfig tree that the filter needs; nothing when it needs none of it.
+// The part of the OpenConfig tree that the filter needs; nothing when it needs none of it. Throws RpcError for
+// one that names a node that is not served.
 std::optional<host::Selection> needed_for(const std::optional<Filter> &filter, const lysc_node *root) {
     const host::Selection whole{root, std::nullopt, {}, false};
     if (!filter.has_value())
         return whole;
-    if (filter->type == FilterType::subtree)
+    if (filter->type == FilterType::subtree) {
+        refuse_not_served(filter->element, root);
         return subtree_selection(filter->element, root);
+    }
     const auto paths = xpath_narrowing(filter->expression, filter->prefixes, root);
     if (!paths.has_value())
         return whole;

@@ -18,6 +18,16 @@ std::string with_commas(const std::vector<const char *> &words) {
     return text;
 }
 
+// `modules`: a sized array of libyang.
+std::vector<const char *> names_of(lys_module *const *modules) {
+    std::vector<const char *> names;
+    LY_ARRAY_COUNT_TYPE i = 0;
+    LY_ARRAY_FOR(modules, i) {
+        names.push_back(modules[i]->name);
+    }
+    return names;
+}
+
 } // namespace
 
 // In the order of the capabilities in a <hello>.
@@ -45,17 +55,27 @@ std::vector<ProtocolModules::Loaded> ProtocolModules::loaded_with(const host::Ma
 }
 
 ProtocolModules::ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping,
-                                 bool has_access_rules)
+                                 bool has_access_rules, const std::string &deviations)
     : context_(yang::ModuleFiles::make_context()), notification_(mapping.notification) {
-    const std::vector<Loaded> loaded = loaded_with(mapping, has_access_rules);
+    std::vector<Loaded> loaded = loaded_with(mapping, has_access_rules);
     for (const Loaded &module : loaded)
         files.load(context_.get(), module.name, module.features);
+    if (!deviations.empty())
+        loaded.push_back({add_deviations(deviations), {}});
     const std::string top = "/" + mapping.modules.openconfig.front() + ":" + mapping.modules.top;
     openconfig_root_ = lys_find_path(context_.get(), nullptr, top.c_str(), 0);
     if (openconfig_root_ == nullptr)
         throw Error(ErrorTag::operation_failed, top, yang::take_yang_error(context_.get()));
     list_modules(loaded);
     make_library();
+}
+
+// Returns the module's name.
+std::string ProtocolModules::add_deviations(const std::string &text) {
+    lys_module *module = nullptr;
+    if (lys_parse_mem(context_.get(), text.c_str(), LYS_IN_YANG, &module) != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "deviations", yang::take_yang_error(context_.get()));
+    return module->name;
 }
 
 void ProtocolModules::list_modules(const std::vector<Loaded> &loaded) {
@@ -66,7 +86,8 @@ void ProtocolModules::list_modules(const std::vector<Loaded> &loaded) {
                                           [&](const Loaded &one) { return one.name == module->name; });
         const bool is_offered = offered != loaded.end();
         modules_.push_back({module->name, module->revision != nullptr ? module->revision : "", module->ns,
-                            is_offered, is_offered ? with_commas(offered->features) : ""});
+                            is_offered, is_offered ? with_commas(offered->features) : "",
+                            with_commas(names_of(module->deviated_by))});
         all += modules_.back().name + "@" + modules_.back().revision + (module->implemented != 0 ? "!" : "") +
                modules_.back().features + ";" + text(module->name, modules_.back().revision).value_or("");
     }

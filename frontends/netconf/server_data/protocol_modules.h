@@ -16,8 +16,9 @@ struct ModuleName {
     std::string name;
     std::string revision; // may be empty
     std::string ns;
-    bool offered = true;  // rather than only imported or internal to libyang
-    std::string features; // the offered ones, separated by commas
+    bool offered = true;      // rather than only imported or internal to libyang
+    std::string features;     // the offered ones, separated by commas
+    std::string deviations{}; // the modules with deviations from it, separated by commas
 };
 
 // The modules that clients are offered. Immutable once constructed: any thread may call any member.
@@ -25,9 +26,10 @@ class ProtocolModules {
 public:
     // Loads the mapping's OpenConfig modules, the protocol's, and the one with the mapping's notification.
     // Throws Error when a module is missing or cannot be loaded.
-    // `has_access_rules`: clients are offered ietf-netconf-acm, too.
+    // `has_access_rules`: clients are offered ietf-netconf-acm, too. `deviations`: the text of a module that
+    // deviates from those of the mapping; clients are offered it, too. Empty: none.
     ProtocolModules(const yang::ModuleFiles &files, const host::MappingDescription &mapping,
-                    bool has_access_rules = false);
+                    bool has_access_rules = false, const std::string &deviations = "");
 
     const std::vector<ModuleName> &modules() const { return modules_; }
 
@@ -73,6 +75,7 @@ private:
     };
     static std::vector<Loaded> loaded_with(const host::MappingDescription &mapping, bool has_access_rules);
 
+    std::string add_deviations(const std::string &text);
     void list_modules(const std::vector<Loaded> &loaded);
     void make_library();
 

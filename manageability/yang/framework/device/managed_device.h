@@ -72,6 +72,15 @@ public:
         return engine_.explain(edit, source_.running_configuration());
     }
 
+    // What it does with an edit of a device with this configuration.
+    host::Explanation explain(const yang::EditNode &edit, const Configuration &configuration) {
+        return engine_.explain(edit, configuration.native);
+    }
+    // Which leaves it writes in a read of everything on native data from elsewhere, and what writes them.
+    std::vector<host::WrittenNode> explain_answer(const yang::DataTree &native) {
+        return engine_.explain_answer({yang::instance_forest(native.get())});
+    }
+
     // When tracing, the plug-in's debug log contains every callback's steps.
     void set_trace(bool on) { engine_.set_trace(on); }
 

@@ -158,6 +158,8 @@ void AnswerTree::index_key(AnswerEntry &entry, const char *before, const char *n
 // An add without a value keeps the existing one.
 const char **AnswerTree::set_value(AnswerEntry &parent, const AnswerNode &target, const char *value) {
     AnswerSlot &slot = parent.slots[target.index];
+    if (value != nullptr)
+        record(target);
     if (target.is_leaf()) {
         if (value != nullptr) {
             const char *before = slot.text;
@@ -231,6 +233,7 @@ tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std:
     AnswerEntry &entry = append_entry(above, *schema);
     const char *text = keep(key_value);
     entry.slots[key->index].text = text;
+    record(*key);
     entries_by_key_.emplace(EntryKey{&list, {text, key_value.size()}}, &entry);
     return handle_of(entry);
 }

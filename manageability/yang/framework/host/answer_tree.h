@@ -16,6 +16,7 @@
 #include "host/answer_schema.h"
 #include "host/request.h"
 #include "host/tree_owner.h"
+#include "platform/trace_buffer.h"
 
 namespace yfw::host {
 
@@ -107,6 +108,15 @@ public:
     // Takes over how many native entries another tree dropped for its counterpart.
     void set_dropped(const AnswerEntry &entry, size_t count) { origins_.at(&entry).dropped = count; }
 
+    // A leaf that was written, and the length of the trace at that time.
+    struct Written {
+        const AnswerNode *node;
+        uint64_t trace_lines;
+    };
+    // Records from now on what is written. The trace is borrowed.
+    void follow(const platform::TraceBuffer &trace) { trace_ = &trace; }
+    const std::vector<Written> &written() const { return written_; }
+
     // Paths that were added but are not in the model, as the plug-in spelled them.
     const std::set<std::string, std::less<>> &unknown_paths() const { return unknown_paths_; }
 
@@ -153,6 +163,10 @@ private:
     AnswerEntry &reach(AnswerEntry &start, const AnswerNode &schema);
     AnswerEntry &start_for(tidl_yfw_datatree &parent, const AnswerNode &target);
     const AnswerNode *resolve(tidl_yfw_datatree &parent, std::string_view path) const;
+    void record(const AnswerNode &leaf) {
+        if (trace_ != nullptr)
+            written_.push_back({&leaf, trace_->written()});
+    }
     void index_key(AnswerEntry &entry, const char *before, const char *now);
     const char **set_value(AnswerEntry &parent, const AnswerNode &target, const char *value);
     tidl_yfw_datatree *hand_out(const char **text, const AnswerNode &target);
@@ -171,6 +185,8 @@ private:
     std::pmr::unordered_map<const AnswerEntry *, Origin> origins_{&memory_};
     std::pmr::deque<LeafHandle> handles_{&memory_};
     AnswerEntry *root_;
+    const platform::TraceBuffer *trace_ = nullptr; // NULL: nothing is recorded
+    std::vector<Written> written_;
     std::set<std::string, std::less<>> unknown_paths_;
 };
 

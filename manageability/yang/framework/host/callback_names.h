@@ -18,8 +18,10 @@ public:
     // `prefix`: common to the names of the mapping's walkers.
     CallbackNames(std::string_view prefix, const lysc_node *top);
 
-    // The node that a walker handles; NULL for a function that is not a walker.
-    const lysc_node *node_of_walker(std::string_view function) const;
+    // The node that a walker handles; NULL for a function that is not a walker. `parent`: the node whose walker
+    // calls it, or NULL. Of nodes with the same names it is the one below `parent`: a model in use that has
+    // more of them than the one that the walkers are named after shifts the letters.
+    const lysc_node *node_of_walker(std::string_view function, const lysc_node *parent) const;
 
 private:
     void add(const lysc_node *node);
@@ -31,6 +33,7 @@ private:
     std::string prefix_;
     std::map<std::string, char> next_level_;
     std::unordered_map<std::string, const lysc_node *, Hash, std::equal_to<>> walkers_;
+    std::multimap<std::string, const lysc_node *, std::less<>> by_words_;
 };
 
 } // namespace yfw::host

@@ -116,7 +116,11 @@ SettledAnswer Engine::settled(std::vector<std::shared_ptr<AnswerTree>> written,
     std::vector<std::string> warnings;
     for (size_t i = 0; i < passes.size(); i++) {
         make_own(written[i], passes[i]);
-        settle(*written[i], passes[i], request.content, warnings);
+        std::vector<std::string> added;
+        settle(*written[i], passes[i], request.content, added);
+        for (std::string &warning : added) // passes may share what they warn of
+            if (std::find(warnings.begin(), warnings.end(), warning) == warnings.end())
+                warnings.push_back(std::move(warning));
     }
     if (passes.size() == 1 && !yang::names_values(request.paths))
         return {std::move(written.front()), std::move(warnings)};
@@ -183,6 +187,24 @@ Explanation Engine::explain(const ReadRequest &request) {
     for (const std::unique_ptr<Mapping> &mapping : mappings_)
         add_explanation(*mapping, mapping->explain_read(passes, request.content, tracing()), explanation);
     return explanation;
+}
+
+std::vector<WrittenNode> Engine::explain_answer(sources::Snapshot native) {
+    const std::lock_guard<std::mutex> serialised(one_request_);
+    std::shared_ptr<DeviceIndex> index = index_.of(native);
+    const DeviceSnapshot device(questions_, std::move(native), std::move(index));
+    platform_.settings().device = &device;
+    const platform::Platform::Scope in_use(platform_);
+    const RequestEnd end_of_request(platform_);
+    const Selection all{schemas_.openconfig_root(), std::nullopt, {}, false};
+    std::vector<WrittenNode> nodes;
+    for (const std::unique_ptr<Mapping> &mapping : mappings_)
+        for (WrittenNode &node : mapping->explain_answer(all, device, tracing())) {
+            if (mapping != mappings_.front())
+                node.callback.insert(0, mapping->description().library.filename().string() + ":");
+            nodes.push_back(std::move(node));
+        }
+    return nodes;
 }
 
 void Engine::add_explanation(const Mapping &mapping, Explanation added, Explanation &to) const {

@@ -73,6 +73,9 @@ public:
     Explanation explain(const ReadRequest &request);
     Explanation explain(const yang::EditNode &edit, yang::SharedData running);
 
+    // Which leaves the mappings write in a read of everything on these native data, and what writes them.
+    std::vector<WrittenNode> explain_answer(sources::Snapshot native);
+
 private:
     class WholeReads;
 

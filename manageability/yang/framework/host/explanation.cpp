@@ -51,16 +51,18 @@ private:
     struct Running {
         std::string function;
         size_t row; // of the node whose callback is running
+        const lysc_node *node;
     };
 
     void enter(const std::string &function) {
-        if (const lysc_node *node = names_.node_of_walker(function)) {
+        const lysc_node *above = running_.empty() ? nullptr : running_.back().node;
+        if (const lysc_node *node = names_.node_of_walker(function, above)) {
             into_.push_back({yang::schema_path(node), {}, {}});
-            running_.push_back({function, into_.size() - 1});
+            running_.push_back({function, into_.size() - 1, node});
             return;
         }
         note_callback(function);
-        running_.push_back({function, running_.empty() ? no_row : running_.back().row});
+        running_.push_back({function, running_.empty() ? no_row : running_.back().row, above});
     }
 
     void note_callback(const std::string &function) {
@@ -97,6 +99,41 @@ Explanation explain_walk(const CallbackNames &names, const std::vector<std::stri
     while (next < paths.size())
         replay.path(paths[next++]);
     return explanation;
+}
+
+namespace {
+
+// Which functions run at a line of the trace. The innermost one that wrote is the callback.
+class Running {
+public:
+    void line(const std::string &text) {
+        const TraceLine line = parse_line(text);
+        if (line.message == "Start")
+            functions_.push_back(line.function);
+        else if (const auto found = std::find(functions_.rbegin(), functions_.rend(), line.function);
+                 found != functions_.rend())
+            functions_.erase(line.message == "End" ? std::prev(found.base()) : found.base(), functions_.end());
+    }
+
+    std::string innermost() const { return functions_.empty() ? "" : functions_.back(); }
+
+private:
+    std::vector<std::string> functions_;
+};
+
+} // namespace
+
+std::vector<WrittenNode> explain_answer_walk(const std::vector<std::string> &trace,
+                                             const std::vector<AnswerTree::Written> &written) {
+    std::vector<WrittenNode> nodes;
+    Running running;
+    size_t line = 0;
+    for (const AnswerTree::Written &one : written) {
+        for (; line < one.trace_lines && line < trace.size(); line++)
+            running.line(trace[line]);
+        nodes.push_back({yang::schema_path(one.node->schema), running.innermost(), true});
+    }
+    return nodes;
 }
 
 void append_beside(Explanation &to, Explanation added, const std::string &library) {

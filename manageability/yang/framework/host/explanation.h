@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/answer_tree.h"
 #include "host/callback_names.h"
 #include "host/native_paths.h"
 
@@ -23,6 +24,17 @@ using Explanation = std::vector<ExplainedNode>;
 // walk; `paths` record the trace's length when they were added.
 Explanation explain_walk(const CallbackNames &names, const std::vector<std::string> &trace,
                          const std::vector<NativePath> &paths);
+
+// A leaf of an answer, and the callback that wrote it.
+struct WrittenNode {
+    std::string openconfig; // the schema path
+    std::string callback;
+    bool is_known = true; // whether the model in use has it; the callback is not known otherwise
+};
+
+// `trace`: every line of a read, its responses included; `written` records the trace's length at each leaf.
+std::vector<WrittenNode> explain_answer_walk(const std::vector<std::string> &trace,
+                                             const std::vector<AnswerTree::Written> &written);
 
 // Appends what a mapping beside the main one did: the nodes that it has native paths for, with the library's
 // file name before each callback.

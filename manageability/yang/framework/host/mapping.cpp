@@ -148,16 +148,20 @@ terrno Mapping::walk_tree(Pass &pass, const RequestTree &request, NativePaths &p
 
 std::unique_ptr<AnswerTree> Mapping::walk_responses(Pass &pass, NativeResponses &responses) {
     auto answer = std::make_unique<AnswerTree>(answer_schema_);
-    for (const yfw_map_registration &tree : plugin_->trees()) {
-        const lysc_node *top = schemas_.native_root(tree.native_ns, tree.native_top);
-        if (const tidl_yfw_datatree *response = responses.of_tree(top)) {
-            offer_subtrees(pass, top, *response);
-            walk_response(pass, tree, *response, *answer);
-            pass.context.set_subtrees({});
-        }
-    }
+    for (const yfw_map_registration &tree : plugin_->trees())
+        answer_from(pass, tree, schemas_.native_root(tree.native_ns, tree.native_top), responses, *answer);
     answer->qualify_identities(schemas_.context());
     return answer;
+}
+
+void Mapping::answer_from(Pass &pass, const yfw_map_registration &tree, const lysc_node *top,
+                          NativeResponses &responses, AnswerTree &answer) {
+    const tidl_yfw_datatree *response = responses.of_tree(top);
+    if (response == nullptr)
+        return;
+    offer_subtrees(pass, top, *response);
+    walk_response(pass, tree, *response, answer);
+    pass.context.set_subtrees({});
 }
 
 void Mapping::walk_response(Pass &pass, const yfw_map_registration &tree, const tidl_yfw_datatree &response,
@@ -265,6 +269,32 @@ Explanation Mapping::explain_read(const std::vector<Selection> &passes, Content 
         walk_request(pass, selection, paths);
     }
     return explain_walk(names_, tracing.buffer.snapshot(), paths.paths());
+}
+
+std::vector<WrittenNode> Mapping::explain_answer(const Selection &all, const DeviceSnapshot &device,
+                                                 const Tracing &tracing) {
+    tracing.buffer.clear();
+    RequestTraits traits = traits_of_read(all, Content::all, tracing.on);
+    traits.number_trace = true;
+    Pass pass(traits, tracing.buffer);
+    NativePaths paths;
+    AnswerTree answer(answer_schema_);
+    answer.follow(tracing.buffer);
+    try {
+        walk_request(pass, all, paths);
+        NativeResponses responses(schemas_, paths, device, description_.offer_absent_tops,
+                                  NativeResponses::Keep::one);
+        for (const yfw_map_registration &tree : plugin_->trees())
+            if (const lysc_node *top = schemas_.native_root(tree.native_ns, tree.native_top))
+                answer_from(pass, tree, top, responses, answer);
+    } catch (const Error &error) {
+        if (error.status() == 0)
+            throw;
+    }
+    std::vector<WrittenNode> nodes = explain_answer_walk(tracing.buffer.snapshot(), answer.written());
+    for (const std::string &path : answer.unknown_paths())
+        nodes.push_back({path, "", false});
+    return nodes;
 }
 
 // ---- edits ----------------------------------------------------------------------------------------------

@@ -66,6 +66,11 @@ public:
     // What the library does with a read's request. Clears the trace buffer first.
     Explanation explain_read(const std::vector<Selection> &passes, Content content, const Tracing &tracing);
 
+    // Which leaves it writes in a read of everything on these native data, and what writes them: all that come
+    // before a failure. Clears the trace buffer first.
+    std::vector<WrittenNode> explain_answer(const Selection &all, const DeviceSnapshot &device,
+                                            const Tracing &tracing);
+
     // The native edits of an OpenConfig edit, in order.
     std::vector<NativePath> map_edit(const yang::EditNode &edit, const Tracing &tracing);
     // What the library does with an edit. Clears the trace buffer first.
@@ -83,6 +88,8 @@ private:
     bool walk_edit_once(const yang::EditNode &edit, bool replace_as_merge, Purpose purpose,
                         const Tracing &tracing, NativePaths &paths);
     std::unique_ptr<AnswerTree> walk_responses(Pass &pass, NativeResponses &responses);
+    void answer_from(Pass &pass, const yfw_map_registration &tree, const lysc_node *top,
+                     NativeResponses &responses, AnswerTree &answer);
     void walk_response(Pass &pass, const yfw_map_registration &tree, const tidl_yfw_datatree &response,
                        AnswerTree &answer);
     bool confirm(const NamedEntries &named, AnswerTree &answer, const Selection &all, Content content,

@@ -223,6 +223,15 @@ MappedSubtree read_subtree(Members members) {
     return subtree;
 }
 
+Example read_example(Members members) {
+    Example example;
+    example.module = members.text("module", "the name of a native module");
+    example.path = path_in(members, "path", "the schema path of a native leaf");
+    example.value = members.text("value", "a value that the mapping understands");
+    members.refuse_others();
+    return example;
+}
+
 InterfaceEntries read_entries(Members members) {
     InterfaceEntries entries;
     entries.module = members.text("module", "the name of a native module");
@@ -305,6 +314,7 @@ void add_beside(const std::string &name, MappingDescription &to) {
                                 " of module " + to.modules.openconfig.front() + ", as in " + to.file.string());
     add_new(to.modules.openconfig, beside.modules.openconfig);
     add_new(to.modules.native, beside.modules.native);
+    to.examples.insert(to.examples.end(), beside.examples.begin(), beside.examples.end());
     to.beside.push_back(std::move(beside));
 }
 
@@ -346,6 +356,11 @@ void read_library(Members &members, MappingDescription &to) {
             members.texts("allocated-variables", "the library's pointers that its loader frees", 0);
     if (members.has("subtrees"))
         read_subtrees(members, to);
+    if (members.has("examples"))
+        members.each("examples", "values that the mapping understands",
+                     [&](const Json &value, const std::string &place) {
+                         to.examples.push_back(read_example({value, place, members.file()}));
+                     });
     if (members.has("edits"))
         to.edits = members.flag("edits", "whether the library maps edits");
     if (members.has("offer-absent-tops"))

@@ -69,6 +69,13 @@ struct SharedKey {
     std::vector<NativeNode> native; // the native keys
 };
 
+// A value for a native leaf that the mapping understands, where the type allows others.
+struct Example {
+    std::string module;
+    std::string path; // the schema path
+    std::string value;
+};
+
 // A mapping, and those beside it.
 struct MappingDescription {
     std::filesystem::path file;    // of the description
@@ -84,6 +91,7 @@ struct MappingDescription {
     std::vector<SharedKey> keys;    // a read of one entry needs only the native entries that have its key
     std::vector<SharedKey> entries; // configuration that the mapping maps entry by entry
     std::vector<MappedSubtree> subtrees;
+    std::vector<Example> examples; // of this mapping and of those beside it
     DeviceAnswers device;
     std::optional<ChangeNotification> notification;
     bool edits = true; // whether the library maps edits; beside another one, it does not by default

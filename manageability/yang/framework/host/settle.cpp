@@ -1,6 +1,7 @@
 #include "host/settle.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <unordered_map>
 
@@ -207,9 +208,24 @@ private:
 
 } // namespace
 
+namespace {
+
+// One warning, however many nodes an older model lacks.
+void tell_unknown(const AnswerTree &tree, std::vector<std::string> &warnings) {
+    const auto &unknown = tree.unknown_paths();
+    if (unknown.empty())
+        return;
+    std::string others;
+    for (auto path = std::next(unknown.begin()); path != unknown.end(); ++path)
+        others += (others.empty() ? ", nor " : ", ") + *path;
+    warnings.push_back(*unknown.begin() + ": the OpenConfig model in use has no such node" + others +
+                       (others.empty() ? "; it is left out" : "; they are left out"));
+}
+
+} // namespace
+
 void settle(AnswerTree &tree, const Selection &selection, Content content, std::vector<std::string> &warnings) {
-    for (const std::string &path : tree.unknown_paths())
-        warnings.push_back(path + ": the OpenConfig model in use has no such node; it is left out");
+    tell_unknown(tree, warnings);
     Settler(tree, content, warnings).settle(selection);
 }
 

@@ -5,6 +5,7 @@
 #include "yang/edit_element.h"
 #include "yang/leaf_type.h"
 #include "yang/node_kind.h"
+#include "yang/not_served.h"
 #include "yang/refused_value.h"
 #include "yang/yang_text.h"
 
@@ -73,7 +74,10 @@ const lysc_node *child_named(const lysc_node *parent, const EditElement &element
     if (parent != nullptr && schema_child(parent, element.name) != nullptr)
         throw Error(ErrorTag::unknown_namespace, path, "the node belongs to another namespace")
             .about(element.ns);
-    throw Error(ErrorTag::unknown_element, path, "unknown node \"" + element.name + "\"");
+    throw Error(ErrorTag::unknown_element, path,
+                parent != nullptr && is_not_served(parent, element.name)
+                    ? "this device does not serve \"" + element.name + "\""
+                    : "unknown node \"" + element.name + "\"");
 }
 
 // What the nodes around an element say about it.

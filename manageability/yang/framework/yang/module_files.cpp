@@ -6,7 +6,9 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <regex>
 #include <string_view>
+#include <utility>
 
 #include "base/error.h"
 #include "base/system_error.h"
@@ -44,9 +46,13 @@ const Needed *needed(std::string_view name) {
     return found != std::end(needed_modules) ? found : nullptr;
 }
 
-Error missing(const ModuleFiles &files, const std::string &name, const std::string &revision) {
+// `importer`: the module that needs it; may be empty.
+Error missing(const ModuleFiles &files, const std::string &name, const std::string &revision,
+              const std::string &importer) {
     const Needed *module = needed(name);
     std::string message = "no such YANG module in " + files.directories();
+    if (!importer.empty())
+        message += "; " + importer + " imports it";
     if (module != nullptr && module->package != nullptr && module->revision == revision)
         message += std::string("; the Debian package ") + module->package + " provides it";
     return {ErrorTag::operation_failed, name + (revision.empty() ? "" : "@" + revision) + ".yang", message};
@@ -80,7 +86,21 @@ struct Loading {
     const ModuleFiles &files;
     const ly_ctx *context;
     std::optional<Error> error{};
+    std::vector<std::pair<std::string, std::string>> given{}; // names and texts
 };
+
+// Whether the text has the statement "import NAME" or "include NAME" (RFC 7950 sections 7.1.5 and 7.1.6).
+bool imports(const std::string &text, const std::string &name) {
+    const std::regex statement(R"(\b(import|include)\s+["']?)" + name + R"(["']?\s*[;{])");
+    return std::regex_search(text, statement);
+}
+
+// libyang does not say whose import it follows: the last module that it was given and that has such an import.
+std::string importer_of(const Loading &loading, const std::string &name) {
+    const auto found = std::find_if(loading.given.rbegin(), loading.given.rend(),
+                                    [&](const auto &given) { return imports(given.second, name); });
+    return found != loading.given.rend() ? found->first : "";
+}
 
 // The file's content, to be released with free(); NULL with the error.
 char *read(const std::filesystem::path &file, std::optional<Error> &error) {
@@ -105,11 +125,13 @@ LY_ERR give_module(const char *name, const char *revision, const char *submodule
     const std::string wanted_revision = asked != nullptr ? asked : revision_of(wanted);
     const std::filesystem::path file = loading.files.find(wanted, wanted_revision);
     if (file.empty()) {
-        loading.error = missing(loading.files, wanted, wanted_revision);
+        loading.error = missing(loading.files, wanted, wanted_revision, importer_of(loading, wanted));
         return LY_ENOTFOUND;
     }
     *format = file.extension() == ".yin" ? LYS_IN_YIN : LYS_IN_YANG;
     *text = read(file, loading.error);
+    if (*text != nullptr)
+        loading.given.emplace_back(wanted, *text);
     *release = [](void *given, void *) { std::free(given); };
     return *text != nullptr ? LY_SUCCESS : LY_ESYS;
 }
@@ -150,7 +172,8 @@ void ModuleFiles::load(ly_ctx *context, const std::string &name, std::vector<con
     if (module != nullptr)
         return;
     const std::string said = take_yang_error(context);
-    throw loading.error.value_or(Error(ErrorTag::operation_failed, name, said));
+    const std::filesystem::path file = find(name);
+    throw loading.error.value_or(Error(ErrorTag::operation_failed, file.empty() ? name : file.string(), said));
 }
 
 std::string ModuleFiles::directories() const {

@@ -25,7 +25,8 @@ public:
     static YangContext make_context();
 
     // Implements the module with these features and loads its imports. `context` must come from make_context().
-    // Throws Error; for a missing file it names the file, its Debian package and the directories.
+    // Throws Error; for a missing file it names the file, the module that imports it, its Debian package and
+    // the directories.
     void load(ly_ctx *context, const std::string &name, std::vector<const char *> features = {}) const;
 
     // The directories, separated by commas, for messages.

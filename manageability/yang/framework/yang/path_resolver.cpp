@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "yang/near_name.h"
+#include "yang/not_served.h"
 #include "yang/schemas.h"
 
 namespace yfw::yang {
@@ -103,6 +104,8 @@ private:
         } else if (parent == nullptr) {
             place = ": paths start with /" + std::string(root_->name);
         } else {
+            if (is_not_served(parent, name))
+                return {ErrorTag::unknown_element, std::string(text_), unknown_child(parent, name)};
             near = near_child(parent, name);
             place = " under \"" + schema_path(parent) + "\"";
         }

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "base/error.h"
+#include "yang/module_files.h"
 #include "yang/path_words.h"
 
 namespace yfw::yang {
@@ -28,13 +29,13 @@ constexpr const char *origin_module =
     " identity origin; identity intended { base origin; } identity system { base origin; }"
     " md:annotation origin { type identityref { base origin; } } }";
 
-void load(ly_ctx *context, const std::string &module, const std::filesystem::path &dir) {
+// The modules of `dir`, and the imports that it lacks from the directories in `more`.
+ModuleFiles files_of(const std::filesystem::path &dir, const std::vector<std::filesystem::path> &more) {
     if (!std::filesystem::is_directory(dir))
         throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
-    ly_ctx_unset_searchdir(context, nullptr);
-    ly_ctx_set_searchdir(context, dir.c_str());
-    if (ly_ctx_load_module(context, module.c_str(), nullptr, nullptr) == nullptr)
-        throw Error(ErrorTag::operation_failed, (dir / module).string() + ".yang", take_yang_error(context));
+    std::vector<std::filesystem::path> dirs = {dir};
+    dirs.insert(dirs.end(), more.begin(), more.end());
+    return ModuleFiles(dirs);
 }
 
 const lysc_node *top_node(const lys_module *module, std::string_view name) {
@@ -81,30 +82,49 @@ std::string one_line(std::string text) {
 } // namespace
 
 Schemas::Schemas(const std::filesystem::path &native_dir, const std::filesystem::path &openconfig_dir,
-                 const MappedModules &modules)
-    : native_modules_(modules.native) {
+                 const MappedModules &modules, const std::vector<std::filesystem::path> &import_dirs,
+                 const std::string &deviations)
+    : native_modules_(modules.native), deviations_(deviations) {
     // Callers fetch errors themselves; libyang must not print any.
     ly_log_options(LY_LOSTORE_LAST);
     ly_ctx *context = nullptr;
-    if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &context) != LY_SUCCESS)
+    if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIRS, &context) != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", "the YANG library could not be started");
     context_.reset(context);
     for (const char *module : {operation_module, defaults_module, origin_module})
         if (lys_parse_mem(context, module, LYS_IN_YANG, nullptr) != LY_SUCCESS)
             throw Error(ErrorTag::operation_failed, module, take_yang_error(context));
+    const ModuleFiles native_files = files_of(native_dir, {});
     for (const std::string &module : modules.native)
-        load(context, module, native_dir);
+        native_files.load(context, module);
+    const ModuleFiles openconfig_files = files_of(openconfig_dir, import_dirs);
     for (const std::string &module : modules.openconfig)
-        load(context, module, openconfig_dir);
-    const std::string &openconfig = modules.openconfig.front();
-    openconfig_root_ = top_node(ly_ctx_get_module_implemented(context, openconfig.c_str()), modules.top);
-    if (openconfig_root_ == nullptr)
-        throw Error(ErrorTag::operation_failed, openconfig_dir.string(),
-                    "module " + openconfig + " has no top container " + modules.top);
+        openconfig_files.load(context, module);
+    find_root(modules, openconfig_dir);
+    if (!deviations_.empty())
+        deviate(modules, openconfig_dir);
     Modules mapped;
     for (const std::string &module : modules.openconfig)
         mapped.insert(ly_ctx_get_module_implemented(context, module.c_str()));
     let_references_dangle(openconfig_root_, mapped);
+}
+
+void Schemas::find_root(const MappedModules &modules, const std::filesystem::path &openconfig_dir) {
+    const std::string &openconfig = modules.openconfig.front();
+    openconfig_root_ = top_node(ly_ctx_get_module_implemented(context(), openconfig.c_str()), modules.top);
+    if (openconfig_root_ == nullptr)
+        throw Error(ErrorTag::operation_failed, openconfig_dir.string(),
+                    "module " + openconfig + " has no top container " + modules.top);
+}
+
+// The modules are compiled anew, with other nodes.
+void Schemas::deviate(const MappedModules &modules, const std::filesystem::path &openconfig_dir) {
+    const NotServed before = all_nodes(openconfig_root_);
+    if (lys_parse_mem(context(), deviations_.c_str(), LYS_IN_YANG, nullptr) != LY_SUCCESS)
+        throw Error(ErrorTag::operation_failed, "deviations", take_yang_error(context()));
+    find_root(modules, openconfig_dir);
+    *not_served_ = taken_away(before, openconfig_root_);
+    set_not_served(openconfig_root_, *not_served_);
 }
 
 const lysc_node *Schemas::native_root(std::string_view ns, std::string_view name) const {
