@@ -19,7 +19,7 @@ const yang::Schemas &schemas() {
 
 bench::GeneratedSource source_with(int64_t neighbors) {
     const auto count = static_cast<unsigned>(neighbors);
-    return {schemas(), {count / 4, count, count / 1000 + 1}};
+    return {schemas(), bench::DeviceSize{count / 4, count, count / 1000 + 1}};
 }
 
 host::ReadRequest request_for(const char *path) {

@@ -6,6 +6,7 @@
 #include "frontends/netconf/operations/conversation.h"
 #include "host/mapping_description.h"
 #include "sources/opened_source.h"
+#include "yang/configuration_text.h"
 #include "yang/module_files.h"
 
 namespace yfw::test {
@@ -71,8 +72,9 @@ std::string BothProtocols::netconf(const std::string &operation) {
 }
 
 std::string BothProtocols::native() const {
-    const auto commit = parts_->device.find_commit(parts_->device.last_commit_number());
-    return commit.has_value() ? commit->configuration : "";
+    if (parts_->device.last_commit_number() < 0)
+        return "";
+    return yang::print_configuration(parts_->device.running_configuration().native.get());
 }
 
 } // namespace yfw::test

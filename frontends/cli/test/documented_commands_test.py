@@ -80,8 +80,10 @@ class Place:
                 shutil.copy(example, self.directory / name)
             else:
                 (self.directory / name).write_text("{}")
-        self.environment = {**os.environ, "XDG_STATE_HOME": str(self.directory / "state"), "TERM": "dumb",
-                            "PATH": f"{YFW.parent}:{os.environ['PATH']}"}
+        (self.directory / "openconfig").mkdir()
+        os.symlink(SOURCE / "manageability/yang/framework/models", self.directory / "openconfig/public")
+        self.environment = {**os.environ, "HOME": directory, "XDG_STATE_HOME": str(self.directory / "state"),
+                            "TERM": "dumb", "PATH": f"{YFW.parent}:{os.environ['PATH']}"}
 
     def make_certificates(self):
         for name in ("server", "clients"):

@@ -6,7 +6,6 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <regex>
 #include <string_view>
 #include <utility>
 
@@ -91,8 +90,19 @@ struct Loading {
 
 // Whether the text has the statement "import NAME" or "include NAME" (RFC 7950 sections 7.1.5 and 7.1.6).
 bool imports(const std::string &text, const std::string &name) {
-    const std::regex statement(R"(\b(import|include)\s+["']?)" + name + R"(["']?\s*[;{])");
-    return std::regex_search(text, statement);
+    constexpr std::string_view blanks = " \t\r\n", quotes = "\"'", ends = " \t\r\n;{\"'";
+    for (const std::string_view keyword : {"import", "include"})
+        for (size_t at = text.find(keyword); at != std::string::npos; at = text.find(keyword, at + 1)) {
+            size_t start = text.find_first_not_of(blanks, at + keyword.size());
+            if (start == std::string::npos || start == at + keyword.size())
+                continue;
+            start += quotes.find(text[start]) != std::string_view::npos ? 1 : 0;
+            const size_t end = start + name.size();
+            if (text.compare(start, name.size(), name) == 0 && end < text.size() &&
+                ends.find(text[end]) != std::string_view::npos)
+                return true;
+        }
+    return false;
 }
 
 // libyang does not say whose import it follows: the last module that it was given and that has such an import.
@@ -173,7 +183,8 @@ void ModuleFiles::load(ly_ctx *context, const std::string &name, std::vector<con
         return;
     const std::string said = take_yang_error(context);
     const std::filesystem::path file = find(name);
-    throw loading.error.value_or(Error(ErrorTag::operation_failed, file.empty() ? name : file.string(), said));
+    throw loading.error.value_or(
+        Error(ErrorTag::operation_failed, name, (file.empty() ? "" : file.string() + ": ") + said));
 }
 
 std::string ModuleFiles::directories() const {
