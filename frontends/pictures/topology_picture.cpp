@@ -26,7 +26,7 @@ std::string settings(const std::string &title) {
                        font, dot_label(title), link_color);
 }
 
-std::string routers(const Topology &topology) {
+std::string placed_routers(const Topology &topology) {
     std::string text;
     for (size_t i = 0; i < topology.routers.size(); i++) {
         const Router &router = topology.routers[i];
@@ -80,7 +80,7 @@ std::string shared_segment(const Topology &topology, const Segment &segment, siz
 } // namespace
 
 std::string draw_picture(const Topology &topology, const std::string &title) {
-    std::string text = "graph lldp {\n" + settings(title) + routers(topology) + '\n';
+    std::string text = "graph lldp {\n" + settings(title) + placed_routers(topology) + '\n';
     for (size_t i = 0; i < topology.segments.size(); i++) {
         const Segment &segment = topology.segments[i];
         for (const size_t port : segment.ports)

@@ -93,7 +93,7 @@ void read_word(Typed &typed, const std::string &word) {
     }
 }
 
-Typed read_words(CLI::App &app, const Strings &words) {
+Typed read_typed(CLI::App &app, const Strings &words) {
     Typed typed;
     typed.command = &app;
     CLI::App defaults;
@@ -201,7 +201,7 @@ Strings complete_positional(const Typed &typed, const std::string &word) {
 }
 
 Strings candidates(CLI::App &app, const Strings &words) {
-    const Typed typed = read_words(app, words);
+    const Typed typed = read_typed(app, words);
     const std::string &word = words.back();
     Strings all;
     if (typed.awaiting != nullptr)

@@ -33,7 +33,7 @@ std::string cell(const std::string &text) {
     return text.empty() ? "-" : printable(text);
 }
 
-std::string joined(const std::vector<std::string> &words) {
+std::string comma_separated(const std::vector<std::string> &words) {
     std::string text;
     for (const std::string &word : words)
         text += (text.empty() ? "" : ", ") + word;
@@ -77,9 +77,10 @@ std::string neighbor_table(const std::vector<Report> &reports, std::optional<siz
     table.add(heading);
     size_t count = 0;
     for_each_neighbor(reports, [&](const Report &report, const Interface &interface, const Neighbor &neighbor) {
-        std::vector<std::string> row{cell(interface.name),         cell(neighbor.system_name),
-                                     cell(neighbor.port_id),       cell(neighbor.chassis_id),
-                                     cell(age_text(neighbor.age)), cell(joined(neighbor.capabilities))};
+        std::vector<std::string> row{
+            cell(interface.name),         cell(neighbor.system_name),
+            cell(neighbor.port_id),       cell(neighbor.chassis_id),
+            cell(age_text(neighbor.age)), cell(comma_separated(neighbor.capabilities))};
         if (with_device)
             row.insert(row.begin(), cell(device_name(report)));
         table.add(std::move(row));
