@@ -36,6 +36,24 @@ INSTANTIATE_TEST_SUITE_P(Of, AWord,
                          testing::Values("[abc]", "[a,b]", "[a;b]", "[]", "[[a]]", "[", "]", "{a}", "\"a\"",
                                          "'a'", "a,b", "-x", "--", "++", "set", "get", "a b"));
 
+TEST(AnExplanation, TakesPathsAsTheyAreTyped) {
+    const EditedDevice device{configured_device()};
+    const std::string quoted = "/lldp/interfaces/interface[name='eth1']/config/enabled";
+    for (const Strings &command : {Strings{"explain", "get"}, Strings{"explain", "delete"}}) {
+        Strings plain = command, typed = command;
+        plain.push_back(quoted);
+        typed.push_back("/lldp/interfaces/interface[name=eth1]/config/enabled");
+        EXPECT_EQ(device.run(typed).output, device.run(plain).output);
+        EXPECT_EQ(device.run(typed).status, 0);
+    }
+    const Outcome all =
+        device.run({"explain", "set", "/lldp/interfaces/interface[name=*]/config/enabled", "false"});
+    EXPECT_EQ(all.status, 0) << all.errors;
+    EXPECT_NE(all.output.find("/lldp/interfaces/interface/config/enabled"), std::string::npos) << all.output;
+    EXPECT_NE(device.run({"explain", "get", "//counters"}).output.find("/lldp/state/counters"),
+              std::string::npos);
+}
+
 TEST(APathInBrackets, IsRefusedAsItWasTyped) {
     const Outcome outcome = run_yfw({.arguments = {"get", "[/lldp]"}});
     EXPECT_EQ(outcome.status, 2);

@@ -4,11 +4,13 @@
 #include <memory>
 
 #include "base/error.h"
+#include "frontends/cli/commands/typed_edit.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
 #include "frontends/cli/output/coverage_print.h"
 #include "frontends/cli/output/explain_print.h"
 #include "frontends/cli/output/print.h"
+#include "yang/typed_path.h"
 
 namespace yfw::cli {
 namespace {
@@ -21,6 +23,7 @@ Examples:
   yfw explain get /lldp/state/counters
   yfw explain set /lldp/config/system-name core1
   yfw explain delete "/lldp/interfaces/interface[name='eth1']"
+  yfw explain get //counters
   yfw explain get /lldp --json
   yfw explain --all
 )";
@@ -33,28 +36,23 @@ struct ExplainOptions {
 
 host::Explanation explain_get(NamedDevice &named, const std::string &path) {
     host::ReadRequest request;
-    request.paths.push_back(yang::parse_path(named.schemas.openconfig_root(), path));
+    request.paths = yang::parse_typed_path(named.schemas.openconfig_root(), path).nodes;
     return named.device.explain(request);
 }
 
-host::Explanation explain_edit(NamedDevice &named, const yang::Path &path,
-                               const std::optional<std::string> &value) {
-    yang::EditNode edit;
-    edit.node = named.schemas.openconfig_root();
-    yang::add_edit(edit, path, value,
-                   value.has_value() ? yang::Operation::merge : yang::Operation::delete_existing);
+host::Explanation explain_edit(NamedDevice &named, const Change &change) {
+    yang::EditNode edit = edit_of(named, {change});
     yang::drop_deleted_content(edit);
     return named.device.explain(edit);
 }
 
 host::Explanation explain_words(NamedDevice &named, const std::vector<std::string> &words) {
-    const lysc_node *root = named.schemas.openconfig_root();
     if (words.size() == 2 && words[0] == "get")
         return explain_get(named, words[1]);
     if (words.size() == 3 && words[0] == "set")
-        return explain_edit(named, yang::parse_path(root, words[1]), words[2]);
+        return explain_edit(named, {words[1], words[2]});
     if (words.size() == 2 && words[0] == "delete")
-        return explain_edit(named, yang::parse_path(root, words[1]), std::nullopt);
+        return explain_edit(named, {words[1], std::nullopt});
     throw Error(ErrorTag::invalid_value, "explain",
                 "expected \"get PATH\", \"set PATH VALUE\", \"delete PATH\" or --all");
 }
