@@ -1,7 +1,7 @@
 // The fuzz target for the bytes of a store. An input consists of
 //
 //   byte 0    the sum of these flags; the characters '0' to '?' are all combinations:
-//               1  the rest changes a store with three commits; otherwise it is the store
+//               1  the rest changes a store with four commits; otherwise it is the store
 //               2  ... or rather its log, as a killed process leaves it
 //               4  the store may be created
 //               8  the store may belong to any device
@@ -24,7 +24,7 @@ using commits::Commit;
 using commits::CommitLog;
 using commits::StoreError;
 
-// The files of a store with three commits that was not closed.
+// The files of a store with four commits, the last one as a change, that was not closed.
 struct Store {
     std::string database;
     std::string log;
@@ -48,6 +48,12 @@ Store make_store(const fs::path &file) {
     CommitLog log(file, true, "r1");
     for (const char *comment : {"first", "second", "third"})
         make_commit(log, comment);
+    log.commit_after([](int64_t) {
+        Commit commit;
+        commit.comment = "fourth";
+        commit.change = {"<native/>", "<openconfig/>"};
+        return std::optional(commit);
+    });
     log.set_applied_to("run 7");
     return {read_file(file), read_file(log_of(file))};
 }
@@ -96,7 +102,10 @@ template <class Work> bool is_done(const fs::path &file, Work &&work) {
 void use(CommitLog &store, const fs::path &file) {
     is_done(file, [&] {
         for (const Commit &commit : store.history())
-            is_done(file, [&] { store.find(commit.number); });
+            is_done(file, [&] {
+                store.find(commit.number);
+                store.since_whole(commit.number);
+            });
     });
     is_done(file, [&] { store.last(); });
     is_done(file, [&] { store.owner(); });
