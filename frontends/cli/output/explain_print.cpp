@@ -3,24 +3,10 @@
 #include <nlohmann/json.hpp>
 
 #include "base/printable.h"
+#include "host/operation_name.h"
 
 namespace yfw::cli {
 namespace {
-
-const char *operation_of(const host::NativePath &path) {
-    switch (path.operation) {
-    case YFW_OP_REPLACE:
-        return "replace";
-    case YFW_OP_CREATE:
-        return "create";
-    case YFW_OP_DELETE:
-        return "delete";
-    case YFW_OP_REMOVE:
-        return "remove";
-    default:
-        return "merge";
-    }
-}
 
 std::string read_text(const host::NativePath &path) {
     return "read   " + path.path + (path.value.has_value() ? " = " + *path.value : "");
@@ -36,7 +22,7 @@ nlohmann::ordered_json json_of(const host::NativePath &path, bool edit) {
     json["path"] = path.path;
     json["module"] = module_of(path.ns);
     if (edit)
-        json["operation"] = operation_of(path);
+        json["operation"] = host::operation_name(path);
     if (path.value.has_value())
         json["value"] = *path.value;
     return json;
@@ -50,7 +36,7 @@ std::string joined(const std::vector<std::string> &words) {
 }
 
 std::string edit_text(const host::NativePath &path) {
-    std::string text = operation_of(path);
+    std::string text = host::operation_name(path);
     text.resize(7, ' ');
     return text + path.path + (path.value.has_value() ? " = " + *path.value : "");
 }

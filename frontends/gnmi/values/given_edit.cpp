@@ -46,6 +46,8 @@ std::string text_of(const ::gnmi::Decimal64 &number) {
 
 // The types that a scalar may set; what a string says is for the type to judge.
 bool fits(const ::gnmi::TypedValue &value, LY_DATA_TYPE type) {
+    if (yang::is_integer(type))
+        return value.has_int_val() || value.has_uint_val();
     switch (type) {
     case LY_TYPE_BOOL:
         return value.has_bool_val();
@@ -54,15 +56,6 @@ bool fits(const ::gnmi::TypedValue &value, LY_DATA_TYPE type) {
     case LY_TYPE_DEC64:
         return value.has_double_val() || value.has_float_val() || value.has_decimal_val() ||
                value.has_int_val() || value.has_uint_val();
-    case LY_TYPE_INT8:
-    case LY_TYPE_INT16:
-    case LY_TYPE_INT32:
-    case LY_TYPE_INT64:
-    case LY_TYPE_UINT8:
-    case LY_TYPE_UINT16:
-    case LY_TYPE_UINT32:
-    case LY_TYPE_UINT64:
-        return value.has_int_val() || value.has_uint_val();
     case LY_TYPE_EMPTY:
         return value.has_bool_val() && value.bool_val();
     case LY_TYPE_UNION:

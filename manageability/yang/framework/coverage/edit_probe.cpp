@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "coverage/samples.h"
 #include "yang/leaf_type.h"
+#include "yang/schema_place.h"
 #include "yang/schemas.h"
 
 namespace yfw::coverage {
@@ -24,22 +25,6 @@ yang::EditNode edit_of(const Row &row, const std::optional<std::string> &value, 
     return edit;
 }
 
-bool is_integer(const lysc_type *type) {
-    switch (type->basetype) {
-    case LY_TYPE_INT8:
-    case LY_TYPE_INT16:
-    case LY_TYPE_INT32:
-    case LY_TYPE_INT64:
-    case LY_TYPE_UINT8:
-    case LY_TYPE_UINT16:
-    case LY_TYPE_UINT32:
-    case LY_TYPE_UINT64:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool is_unsigned(const lysc_type *type) {
     return type->basetype == LY_TYPE_UINT8 || type->basetype == LY_TYPE_UINT16 ||
            type->basetype == LY_TYPE_UINT32 || type->basetype == LY_TYPE_UINT64;
@@ -47,7 +32,8 @@ bool is_unsigned(const lysc_type *type) {
 
 // The bounds of the range that a number's type declares; nothing when it declares none.
 std::optional<std::pair<std::string, std::string>> bounds_of(const lysc_type *type) {
-    const lysc_range *range = is_integer(type) ? reinterpret_cast<const lysc_type_num *>(type)->range : nullptr;
+    const lysc_range *range =
+        yang::is_integer(type->basetype) ? reinterpret_cast<const lysc_type_num *>(type)->range : nullptr;
     if (range == nullptr)
         return std::nullopt;
     const lysc_range::lysc_range_part &first = range->parts[0];
@@ -124,7 +110,7 @@ void EditProbe::find_range(Row &row) {
 
 void EditProbe::find_limits(Row &row) {
     const lysc_type *type = yang::leaf_type(row.node);
-    if (is_integer(type) && !bounds_of(type).has_value())
+    if (yang::is_integer(type->basetype) && !bounds_of(type).has_value())
         find_range(row);
     const bool repeats_key = row.node->parent->parent != nullptr &&
                              row.node->parent->parent->nodetype == LYS_LIST &&
@@ -142,10 +128,7 @@ void EditProbe::check_default(Row &row) {
     const lysc_node *above = row.node->parent->parent;
     const lysc_node *state = above != nullptr ? yang::schema_child(above, "state") : nullptr;
     const lysc_node *twin = state != nullptr ? yang::schema_child(state, row.node->name) : nullptr;
-    for (const lysc_node *node = twin; node != nullptr; node = node->parent)
-        if (node->nodetype == LYS_LIST)
-            return;
-    if (leaf->dflt == nullptr || twin == nullptr || twin == row.node)
+    if (leaf->dflt == nullptr || twin == nullptr || twin == row.node || yang::has_list_above(twin))
         return;
     const std::optional<std::string> value = tried_.value_without_data(twin);
     const char *canonical = lyd_value_get_canonical(row.node->module->ctx, leaf->dflt);

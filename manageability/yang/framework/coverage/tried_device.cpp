@@ -1,39 +1,15 @@
 #include "coverage/tried_device.h"
 
 #include "coverage/samples.h"
+#include "host/operation_name.h"
+#include "host/whole_request.h"
 #include "yang/forest.h"
 
 namespace yfw::coverage {
-namespace {
-
-host::ReadRequest whole_read(const yang::Schemas &schemas, host::Content content) {
-    host::ReadRequest request;
-    request.content = content;
-    request.selection = host::Selection{schemas.openconfig_root(), std::nullopt, {}, false};
-    return request;
-}
-
-const char *operation_of(const host::NativePath &path) {
-    switch (path.operation) {
-    case YFW_OP_REPLACE:
-        return "replace";
-    case YFW_OP_CREATE:
-        return "create";
-    case YFW_OP_DELETE:
-        return "delete";
-    case YFW_OP_REMOVE:
-        return "remove";
-    default:
-        return "merge";
-    }
-}
-
-} // namespace
-
 TriedDevice::TriedDevice(const yang::Schemas &used, const host::MappingDescription &mapping)
     : schemas(used), device(used, nothing, {}, mapping), whole(whole_native_data(used, mapping)) {
     yang::DataTree native = native_data_of_on(used, mapping);
-    on.openconfig = device.read_applied(whole_read(used, host::Content::config), native).data;
+    on.openconfig = device.read_applied(host::whole_request(used, host::Content::config), native).data;
     on.native = std::move(native);
 }
 
@@ -42,12 +18,12 @@ NativeUse TriedDevice::use_of(const host::NativePath &path, bool is_edit) const 
     NativeUse use{path.path, module != nullptr ? module->name : path.ns.substr(path.ns.rfind(':') + 1)};
     use.value = path.value;
     if (is_edit)
-        use.operation = operation_of(path);
+        use.operation = host::operation_name(path);
     return use;
 }
 
 std::optional<std::string> TriedDevice::value_without_data(const lysc_node *leaf) {
-    const host::Answer answer = device.read_applied(whole_read(schemas, host::Content::all), yang::DataTree());
+    const host::Answer answer = device.read_applied(host::whole_request(schemas), yang::DataTree());
     const lyd_node *found = yang::instance_of(leaf, answer.data.get());
     return found != nullptr ? std::optional<std::string>(lyd_get_value(found)) : std::nullopt;
 }

@@ -7,11 +7,13 @@
 #include "device/leaf_edits.h"
 #include "device/native_edits.h"
 #include "device/openconfig_terms.h"
+#include "host/whole_request.h"
 #include "yang/comparison.h"
 #include "yang/configuration_text.h"
 #include "yang/edit_apply.h"
 #include "yang/forest.h"
 #include "yang/instance_data.h"
+#include "yang/schema_place.h"
 
 namespace yfw::device {
 namespace {
@@ -21,13 +23,6 @@ constexpr int most_rounds = 8;
 
 bool has_same_value(const lyd_node *a, const lyd_node *b) {
     return std::strcmp(lyd_get_value(a), lyd_get_value(b)) == 0;
-}
-
-bool is_in_entry(const lyd_node *node) {
-    for (node = lyd_parent(node); node != nullptr; node = lyd_parent(node))
-        if (node->schema->nodetype == LYS_LIST)
-            return true;
-    return false;
 }
 
 // Whether the edit does anything at all.
@@ -121,10 +116,7 @@ std::vector<host::NativePath> ConfigurationMapper::edits_of(const lyd_node *open
 }
 
 host::ReadRequest ConfigurationMapper::whole_configuration() const {
-    host::ReadRequest whole;
-    whole.content = host::Content::config;
-    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
-    return whole;
+    return host::whole_request(schemas_, host::Content::config);
 }
 
 yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
@@ -166,7 +158,7 @@ yang::DataTree ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wante
 bool ConfigurationMapper::map_outside_entries(Mapped &mapped, const lyd_node *wanted) {
     const yang::EditNode edit =
         leaf_edit(schemas_.openconfig_root(), wanted, nullptr, [](const lyd_node *leaf, const lyd_node *) {
-            return chosen_if(!is_in_entry(leaf), yang::Operation::merge);
+            return chosen_if(!yang::has_list_above(leaf->schema), yang::Operation::merge);
         });
     return does_something(edit) && apply(edit, mapped);
 }
@@ -176,7 +168,7 @@ void ConfigurationMapper::clear_entries(Mapped &mapped, const lyd_node *wanted, 
     const yang::EditNode edit =
         leaf_edit(schemas_.openconfig_root(), wanted, before, [](const lyd_node *leaf, const lyd_node *old) {
             const bool is_changed = old == nullptr || !has_same_value(leaf, old);
-            return chosen_if(is_changed && is_in_entry(leaf) && !yang::repeats_key(leaf),
+            return chosen_if(is_changed && yang::has_list_above(leaf->schema) && !yang::repeats_key(leaf),
                              yang::Operation::remove);
         });
     if (does_something(edit))

@@ -69,18 +69,19 @@ std::optional<int64_t> ConfiguredSource::keep_last() {
 }
 
 // Another commit may be kept in its place meanwhile.
-std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
+template <class Get> auto ConfiguredSource::of_last(Get &&get) -> decltype(get(int64_t())) {
     while (const std::optional<int64_t> number = keep_last())
-        if (std::optional<yang::SharedData> native = kept_.native(*number))
-            return native;
+        if (auto found = get(*number))
+            return found;
     return std::nullopt;
 }
 
+std::optional<yang::SharedData> ConfiguredSource::committed_configuration() {
+    return of_last([&](int64_t number) { return kept_.native(number); });
+}
+
 std::optional<yang::SharedForest> ConfiguredSource::committed_forest() {
-    while (const std::optional<int64_t> number = keep_last())
-        if (std::optional<yang::SharedForest> forest = kept_.forest(*number))
-            return forest;
-    return std::nullopt;
+    return of_last([&](int64_t number) { return kept_.forest(number); });
 }
 
 yang::DataTree ConfiguredSource::read(const ly_ctx *context) {

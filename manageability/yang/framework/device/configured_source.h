@@ -70,6 +70,8 @@ private:
     static std::optional<StoreIdentity> identity_of(const std::filesystem::path &store);
     // Makes sure that the last commit's configuration is kept; returns its number, nothing before the first.
     std::optional<int64_t> keep_last();
+    // What `get` finds of the last commit; nothing before the first.
+    template <class Get> auto of_last(Get &&get) -> decltype(get(int64_t()));
     std::optional<yang::SharedData> committed_configuration();
     std::optional<yang::SharedForest> committed_forest();
 

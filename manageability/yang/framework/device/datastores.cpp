@@ -7,7 +7,6 @@
 #include "base/utc_time.h"
 #include "device/events/edit_records.h"
 #include "device/pending_file.h"
-#include "yang/comparison.h"
 #include "yang/configuration_text.h"
 #include "yang/edit.h"
 #include "yang/tree_text.h"

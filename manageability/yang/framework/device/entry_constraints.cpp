@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "yang/schema_place.h"
+
 namespace yfw::device {
 namespace {
 
@@ -11,13 +13,6 @@ struct FreeSet {
     void operator()(ly_set *set) const { ly_set_free(set, nullptr); }
 };
 using Atoms = std::unique_ptr<ly_set, FreeSet>;
-
-bool is_at_or_below(const lysc_node *node, const lysc_node *top) {
-    for (; node != nullptr; node = node->parent)
-        if (node == top)
-            return true;
-    return false;
-}
 
 class Constraints {
 public:
@@ -36,8 +31,9 @@ public:
 
 private:
     const lysc_node *list_of(const lysc_node *node) const {
-        const auto found = std::find_if(lists_.begin(), lists_.end(),
-                                        [&](const lysc_node *list) { return is_at_or_below(node, list); });
+        const auto found = std::find_if(lists_.begin(), lists_.end(), [&](const lysc_node *list) {
+            return yang::is_at_or_below(node, list);
+        });
         return found != lists_.end() ? *found : nullptr;
     }
 
@@ -60,7 +56,8 @@ private:
         const lysc_node *own = list_of(node);
         return std::any_of(atoms->snodes, atoms->snodes + atoms->count, [&](const lysc_node *atom) {
             const lysc_node *other = list_of(atom);
-            return (other != nullptr && other != own) || (own != nullptr && is_at_or_below(own->parent, atom));
+            return (other != nullptr && other != own) ||
+                   (own != nullptr && yang::is_at_or_below(own->parent, atom));
         });
     }
 

@@ -4,16 +4,10 @@
 
 #include "base/error.h"
 #include "device/entry_constraints.h"
+#include "yang/schema_place.h"
 
 namespace yfw::device {
 namespace {
-
-bool has_list_above(const lysc_node *node) {
-    for (node = node->parent; node != nullptr; node = node->parent)
-        if (node->nodetype == LYS_LIST)
-            return true;
-    return false;
-}
 
 // What is done to the list as a whole, if it is done to a container above it.
 bool is_about_all_below(const yang::EditNode &edit) {
@@ -34,7 +28,7 @@ IndependentEntries::IndependentEntries(const yang::Schemas &schemas, const host:
     const auto add = [&](size_t kind, const std::string &module, const std::string &path) {
         const lysc_node *key = schemas.find(module, path);
         if (key == nullptr || !lysc_is_key(key) || key->parent->parent == nullptr ||
-            has_list_above(key->parent))
+            yang::has_list_above(key->parent))
             throw Error(ErrorTag::invalid_value, mapping.file.string(),
                         "member \"openconfig.entries\" names " + path +
                             ", which is not a key of a list of module " + module +

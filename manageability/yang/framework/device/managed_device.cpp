@@ -5,6 +5,7 @@
 #include "base/error.h"
 #include "device/native_edits.h"
 #include "device/untold_drift.h"
+#include "host/whole_request.h"
 #include "yang/configuration_text.h"
 #include "yang/edit_apply.h"
 #include "yang/forest.h"
@@ -126,8 +127,7 @@ std::vector<Drift> ManagedDevice::drift() {
     const std::optional<Configuration> committed = configurations_.committed();
     if (!committed.has_value())
         return {};
-    host::ReadRequest whole;
-    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
+    const host::ReadRequest whole = host::whole_request(schemas_);
     const host::Answer applied = read_applied(whole);
     const lyd_node *openconfig = committed->openconfig.get();
     const Suspensions suspended(schemas_, mapping_, openconfig);
@@ -146,8 +146,7 @@ std::vector<Drift> ManagedDevice::drift_of_target(const Configuration &committed
     const lyd_node *openconfig = committed.openconfig.get();
     const lyd_node *native = committed.native.get();
     const std::optional<yang::DataTree> as_read = target_->as_read(schemas_.context(), native);
-    host::ReadRequest whole;
-    whole.selection = host::Selection{schemas_.openconfig_root(), std::nullopt, {}, false};
+    const host::ReadRequest whole = host::whole_request(schemas_);
     const lyd_node *told = as_read.has_value() ? as_read->get() : native;
     const yang::DataTree expected = answer_translated(whole, {yang::instance_forest(told)}).take_data();
     std::vector<Drift> found = find_drift(openconfig, applied, expected.get(), suspended);

@@ -5,16 +5,10 @@
 #include "base/error.h"
 #include "yang/edit_instance.h"
 #include "yang/forest.h"
+#include "yang/schema_place.h"
 
 namespace yfw::device {
 namespace {
-
-bool is_at_or_below(const lysc_node *node, const lysc_node *top) {
-    for (; node != nullptr; node = node->parent)
-        if (node == top)
-            return true;
-    return false;
-}
 
 const lysc_node *found(const yang::Schemas &schemas, const host::MappingDescription &mapping,
                        const std::string &module, const std::string &path) {
@@ -31,7 +25,7 @@ void collect(lyd_node *siblings, const lysc_node *wanted, std::vector<lyd_node *
     for (lyd_node *node = siblings; node != nullptr; node = node->next) {
         if (node->schema == wanted)
             instances.push_back(node);
-        else if (is_at_or_below(wanted, node->schema))
+        else if (yang::is_at_or_below(wanted, node->schema))
             collect(lyd_child(node), wanted, instances);
     }
 }
@@ -58,7 +52,7 @@ const std::string *Suspensions::reason(const lysc_node *node) const {
     if ((node->flags & LYS_CONFIG_R) != 0)
         return nullptr;
     for (const Held &held : held_)
-        if (node != held.leaf && is_at_or_below(node, held.node))
+        if (node != held.leaf && yang::is_at_or_below(node, held.node))
             return &held.reason;
     return nullptr;
 }
@@ -69,7 +63,7 @@ bool Suspensions::is_cause(const lysc_node *leaf) const {
 
 bool Suspensions::holds_all_below(const lysc_node *node) const {
     return holds(node) && std::none_of(held_.begin(), held_.end(),
-                                       [&](const Held &held) { return is_at_or_below(held.leaf, node); });
+                                       [&](const Held &held) { return yang::is_at_or_below(held.leaf, node); });
 }
 
 // Returns whether anything of the node remains.

@@ -173,6 +173,15 @@ SharedKey read_key(Members members) {
     return key;
 }
 
+std::vector<SharedKey> read_keys(Members &members, const char *name, const char *expected) {
+    std::vector<SharedKey> keys;
+    if (members.has(name))
+        members.each(name, expected, [&](const Json &value, const std::string &place) {
+            keys.push_back(read_key({value, place, members.file()}));
+        });
+    return keys;
+}
+
 Suspension read_suspension(Members members) {
     Suspension suspension;
     suspension.leaf = path_in(members, "leaf", "the schema path of an OpenConfig leaf");
@@ -201,16 +210,9 @@ void read_openconfig(Members members, MappingDescription &to) {
                      [&](const Json &value, const std::string &place) {
                          to.suspensions.push_back(read_suspension({value, place, members.file()}));
                      });
-    if (members.has("keys"))
-        members.each("keys", "the keys that are native keys, too",
-                     [&](const Json &value, const std::string &place) {
-                         to.keys.push_back(read_key({value, place, members.file()}));
-                     });
-    if (members.has("entries"))
-        members.each("entries", "the lists whose entries are mapped independently of one another",
-                     [&](const Json &value, const std::string &place) {
-                         to.entries.push_back(read_key({value, place, members.file()}));
-                     });
+    to.keys = read_keys(members, "keys", "the keys that are native keys, too");
+    to.entries =
+        read_keys(members, "entries", "the lists whose entries are mapped independently of one another");
     members.refuse_others();
 }
 

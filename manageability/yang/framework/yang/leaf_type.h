@@ -16,6 +16,22 @@ inline const lysc_type *leaf_type(const lysc_node *leaf) {
     return type;
 }
 
+inline bool is_integer(LY_DATA_TYPE type) {
+    switch (type) {
+    case LY_TYPE_INT8:
+    case LY_TYPE_INT16:
+    case LY_TYPE_INT32:
+    case LY_TYPE_INT64:
+    case LY_TYPE_UINT8:
+    case LY_TYPE_UINT16:
+    case LY_TYPE_UINT32:
+    case LY_TYPE_UINT64:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace yfw::yang
 
 #endif

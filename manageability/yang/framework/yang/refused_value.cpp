@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "yang/leaf_type.h"
 #include "yang/yang_text.h"
 
 namespace yfw::yang {
@@ -110,16 +111,9 @@ std::string identities_of(const lysc_type &type, std::string_view value) {
 }
 
 std::string values_of(const lysc_type &type, std::string_view value) {
-    switch (type.basetype) {
-    case LY_TYPE_INT8:
-    case LY_TYPE_INT16:
-    case LY_TYPE_INT32:
-    case LY_TYPE_INT64:
-    case LY_TYPE_UINT8:
-    case LY_TYPE_UINT16:
-    case LY_TYPE_UINT32:
-    case LY_TYPE_UINT64:
+    if (is_integer(type.basetype))
         return numbers_of(type);
+    switch (type.basetype) {
     case LY_TYPE_DEC64:
         return "a decimal number";
     case LY_TYPE_STRING:
