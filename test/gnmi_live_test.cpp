@@ -62,9 +62,9 @@ protected:
     }
 
     // A neighbor with this description; one that is not valid any more is gone.
-    static void announce(const std::string &description, uint16_t valid_for = 120) {
+    static void announce(const std::string &text, uint16_t valid_for = 120) {
         LldpFrame frame{mac_chassis(1), "\x07port", "phone"};
-        frame.more = lldp_tlv(6, description);
+        frame.more = lldp_tlv(6, text);
         frame.valid_for = valid_for;
         lab_->send("b", "eth1", {frame.octets()});
     }
