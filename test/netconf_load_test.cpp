@@ -114,6 +114,29 @@ TEST(AClientThatReadsNothing, HoldsUpNobodyAndTakesLittleMemory) {
         EXPECT_GT(greedy.receive_text().size(), 900u << 10);
 }
 
+TEST(AClientThatReadsNothing, LeavesItsAnswerOutOfMemory) {
+    constexpr size_t clients = 8;
+    const TemporaryDirectory device;
+    device.add("config.xml", read_file(YFW_EXAMPLES_DIR "/r1/config.xml"));
+    device.add("oper.xml", many_neighbors());
+    NetconfServer server({}, Runs::as_program, device.path());
+    NetconfClient other(server.socket());
+    for (size_t i = 0; i < clients; i++) // what the workers keep for themselves
+        ASSERT_GT(other.rpc("<get/>").printed.size(), 900u << 10);
+    const auto before = server.private_memory();
+    std::vector<std::unique_ptr<NetconfClient>> silent;
+    for (size_t i = 0; i < clients; i++) {
+        silent.push_back(std::make_unique<NetconfClient>(server.socket()));
+        ASSERT_TRUE(silent.back()->connection().send(in_one_chunk(rpc_message("<get/>")), seconds(1)));
+    }
+    for (const auto &each : silent) // its answer is made
+        ASSERT_TRUE(each->connection().has_more(patience));
+    const auto allowed = before + clients * (1u << 20) + kept_by_sanitizer;
+    EXPECT_TRUE(eventually([&] { return server.private_memory() < allowed; })) << server.private_memory();
+    for (const auto &each : silent)
+        EXPECT_GT(each->receive_text().size(), 900u << 10);
+}
+
 // utime plus stime of the server's process, in clock ticks.
 unsigned long ticks(pid_t process) {
     std::string text = read_file("/proc/" + std::to_string(process) + "/stat");

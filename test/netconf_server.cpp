@@ -68,9 +68,17 @@ std::string NetconfServer::process_file(const std::string &name) const {
     return "/proc/" + std::to_string(number_) + "/" + name;
 }
 
-size_t NetconfServer::peak_memory() const {
+size_t NetconfServer::memory(const std::string &kind) const {
     const std::string text = read_file(process_file("status"));
-    return std::stoul(text.substr(text.find("VmHWM:") + 6)) << 10;
+    return std::stoul(text.substr(text.find(kind) + kind.size())) << 10;
+}
+
+size_t NetconfServer::peak_memory() const {
+    return memory("VmHWM:");
+}
+
+size_t NetconfServer::private_memory() const {
+    return memory("RssAnon:");
 }
 
 size_t NetconfServer::descriptors() const {

@@ -55,6 +55,8 @@ public:
 
     /// The largest resident size so far, in bytes.
     size_t peak_memory() const;
+    /// The memory of its own at present, in bytes, without what is mapped from files.
+    size_t private_memory() const;
     /// The number of open descriptors of the process that the server runs in.
     size_t descriptors() const;
 
@@ -66,6 +68,8 @@ private:
     void start_program();
     void wait_for_hello();
     std::string process_file(const std::string &name) const;
+    /// In bytes; `kind` as /proc names it.
+    size_t memory(const std::string &kind) const;
 
     TemporaryDirectory directory_;
     std::string served_; // the value of --device
