@@ -120,9 +120,8 @@ void AnswerTree::load_list(const lyd_node *first, const AnswerNode &schema, Answ
 AnswerEntry &AnswerTree::entry_for(const lyd_node *data, const AnswerNode &schema, AnswerEntry &parent) {
     AnswerList &list = list_at(parent, schema);
     if (schema.keys.size() == 1) {
-        const auto found = entries_by_key_.find({&list, lyd_get_value(lyd_child(data))});
-        if (found != entries_by_key_.end())
-            return *found->second;
+        if (AnswerEntry *found = find_entry(list, schema, lyd_get_value(lyd_child(data))))
+            return *found;
     } else {
         for (AnswerEntry *entry = list.first; entry != nullptr; entry = entry->next) {
             const lyd_node *key = lyd_child(data);

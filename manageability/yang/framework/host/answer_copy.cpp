@@ -40,8 +40,7 @@ void AnswerTree::copy_list(AnswerEntry &parent, const AnswerNode &schema, const 
             continue;
         AnswerEntry &copied = append_entry(parent, schema);
         copy_entry(copied, *entry, other, matching);
-        if (const size_t dropped = other.dropped_for(*entry); dropped != 0)
-            origins_.try_emplace(&copied, Origin{nullptr, dropped});
+        set_dropped(copied, other.dropped_for(*entry));
     }
 }
 

@@ -6,6 +6,15 @@
 #include "host/answer_tree.h"
 
 namespace yfw::host {
+namespace {
+
+// Of an entry with one key; one without a value counts as empty.
+std::string_view text_of_key(const AnswerEntry &entry) {
+    const char *text = entry.slots[entry.schema->keys.front()->index].text;
+    return text != nullptr ? text : "";
+}
+
+} // namespace
 
 void AnswerTree::join(const AnswerTree &other) {
     unknown_paths_.insert(other.unknown_paths_.begin(), other.unknown_paths_.end());
@@ -33,18 +42,24 @@ void AnswerTree::join_entry(AnswerEntry &to, const AnswerEntry &from, const Answ
 // Entries of a list without keys are all different.
 void AnswerTree::join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,
                            const AnswerTree &other) {
-    std::unordered_map<std::string, AnswerEntry *> known;
-    for (AnswerEntry *entry = list_at(parent, schema).first; entry != nullptr; entry = entry->next)
-        known.emplace(keys_of(*entry), entry);
+    const AnswerList &list = list_at(parent, schema);
+    std::unordered_map<std::string, AnswerEntry *> of_several_keys;
+    if (schema.keys.size() > 1)
+        for (AnswerEntry *entry = list.first; entry != nullptr; entry = entry->next)
+            of_several_keys.emplace(keys_of(*entry), entry);
+    const auto same_as = [&](const AnswerEntry &entry) -> AnswerEntry * {
+        if (schema.keys.size() == 1)
+            return find_entry(list, schema, text_of_key(entry));
+        const auto found = of_several_keys.find(keys_of(entry));
+        return found != of_several_keys.end() ? found->second : nullptr;
+    };
     for (const AnswerEntry *entry = from.first; entry != nullptr; entry = entry->next) {
-        AnswerEntry *&same = known[keys_of(*entry)];
-        if (same == nullptr || schema.keys.empty())
-            same = &append_entry(parent, schema);
-        join_entry(*same, *entry, other);
-        if (const size_t dropped = other.dropped_for(*entry); dropped != 0) {
-            Origin &origin = origins_.try_emplace(same, Origin{nullptr}).first->second;
-            origin.dropped = std::max(origin.dropped, dropped); // both met the same native entries
-        }
+        AnswerEntry *same = same_as(*entry);
+        AnswerEntry &to = same != nullptr ? *same : append_entry(parent, schema);
+        if (same == nullptr && schema.keys.size() > 1)
+            of_several_keys.emplace(keys_of(*entry), &to);
+        join_entry(to, *entry, other);
+        set_dropped(to, std::max(dropped_for(to), other.dropped_for(*entry))); // of the same native ones
     }
 }
 

@@ -17,6 +17,11 @@ bool stands_on_path(const AnswerNode &candidate, const AnswerNode &target) {
     return false;
 }
 
+// Of all members zero.
+template <class Entry> Entry *new_in(std::pmr::memory_resource &memory) {
+    return new (memory.allocate(sizeof(Entry), alignof(Entry))) Entry{};
+}
+
 } // namespace
 
 std::string keys_of(const AnswerEntry &entry) {
@@ -42,11 +47,6 @@ std::string path_of(const AnswerEntry &entry) {
         path.append("[").append(key->schema->name).append("=") += quote + value + quote + "]";
     }
     return path;
-}
-
-size_t AnswerTree::EntryKeyHash::operator()(const EntryKey &key) const {
-    const size_t list = reinterpret_cast<uintptr_t>(key.list) / alignof(AnswerList);
-    return std::hash<std::string_view>{}(key.value) ^ (list * 0x9e3779b97f4a7c15u);
 }
 
 AnswerTree::AnswerTree(const AnswerSchema &schema)
@@ -84,32 +84,13 @@ tidl_yfw_datatree *AnswerTree::handle_of(AnswerEntry &entry) {
 }
 
 AnswerEntry *AnswerTree::make_entry(const AnswerNode &schema, AnswerEntry *parent) {
-    auto *entry = static_cast<AnswerEntry *>(memory_.allocate(sizeof(AnswerEntry), alignof(AnswerEntry)));
-    *entry = AnswerEntry{};
+    AnswerEntry *entry = schema.is_list() ? new_in<AnswerListEntry>(memory_) : new_in<AnswerEntry>(memory_);
     entry->schema = &schema;
     entry->parent = parent;
     const size_t count = schema.children.size();
     entry->slots = static_cast<AnswerSlot *>(memory_.allocate(count * sizeof(AnswerSlot), alignof(AnswerSlot)));
     std::fill_n(entry->slots, count, AnswerSlot{nullptr});
     return entry;
-}
-
-AnswerList &AnswerTree::list_at(AnswerEntry &parent, const AnswerNode &schema) {
-    AnswerSlot &slot = parent.slots[schema.index];
-    if (slot.list == nullptr) {
-        slot.list = static_cast<AnswerList *>(memory_.allocate(sizeof(AnswerList), alignof(AnswerList)));
-        *slot.list = AnswerList{};
-    }
-    return *slot.list;
-}
-
-AnswerEntry &AnswerTree::append_entry(AnswerEntry &parent, const AnswerNode &schema) {
-    AnswerList &list = list_at(parent, schema);
-    AnswerEntry *entry = make_entry(schema, &parent);
-    (list.last != nullptr ? list.last->next : list.first) = entry;
-    list.last = entry;
-    list.current = entry;
-    return *entry;
 }
 
 AnswerEntry &AnswerTree::current_child(AnswerEntry &parent, const AnswerNode &schema) {
@@ -140,19 +121,6 @@ const AnswerNode *AnswerTree::resolve(tidl_yfw_datatree &parent, std::string_vie
     while (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     return schema_.find(path);
-}
-
-// Re-indexes an entry of a single-key list under its key's new value.
-void AnswerTree::index_key(AnswerEntry &entry, const char *before, const char *now) {
-    if (entry.schema->keys.size() != 1)
-        return;
-    const AnswerList *list = entry.parent->slots[entry.schema->index].list;
-    if (before != nullptr) {
-        const auto old = entries_by_key_.find({list, before});
-        if (old != entries_by_key_.end() && old->second == &entry)
-            entries_by_key_.erase(old);
-    }
-    entries_by_key_.emplace(EntryKey{list, now}, &entry);
 }
 
 // An add without a value keeps the existing one.
@@ -215,70 +183,6 @@ terrno AnswerTree::add(tidl_yfw_datatree &parent, const AddArguments &arguments)
     if (arguments.slot != nullptr)
         *arguments.slot = handle_of(added);
     return YMAP_OK;
-}
-
-tidl_yfw_datatree *AnswerTree::find_or_add_entry(tidl_yfw_datatree &parent, std::string_view list_path,
-                                                 std::string_view key_name, std::string_view key_value) {
-    const AnswerNode *schema = resolve(parent, list_path);
-    const AnswerNode *key = schema != nullptr ? schema->child(key_name) : nullptr;
-    if (key == nullptr || !schema->is_list())
-        return nullptr;
-    AnswerEntry &above = reach(start_for(parent, *schema), *schema->parent);
-    AnswerList &list = list_at(above, *schema);
-    const auto found = entries_by_key_.find({&list, key_value});
-    if (found != entries_by_key_.end()) {
-        list.current = found->second;
-        return handle_of(*found->second);
-    }
-    AnswerEntry &entry = append_entry(above, *schema);
-    const char *text = keep(key_value);
-    entry.slots[key->index].text = text;
-    record(*key);
-    entries_by_key_.emplace(EntryKey{&list, {text, key_value.size()}}, &entry);
-    return handle_of(entry);
-}
-
-// What is added for a second native entry goes to an entry that is in no list.
-tidl_yfw_datatree *AnswerTree::map_entry(tidl_yfw_datatree &parent, std::string_view list_path,
-                                         std::string_view key_name, std::string_view key_value,
-                                         const tidl_yfw_datatree *source) {
-    tidl_yfw_datatree *handle = find_or_add_entry(parent, list_path, key_name, key_value);
-    if (handle == nullptr || source == nullptr)
-        return handle;
-    AnswerEntry &entry = entry_of(*handle);
-    Origin &origin = origins_.try_emplace(&entry, Origin{source}).first->second;
-    if (origin.source == source)
-        return handle;
-    origin.dropped++;
-    AnswerEntry *aside = make_entry(*entry.schema, entry.parent);
-    entry.parent->slots[entry.schema->index].list->current = aside;
-    return handle_of(*aside);
-}
-
-const tidl_yfw_datatree *AnswerTree::source_of(const AnswerEntry &entry) const {
-    const auto found = origins_.find(&entry);
-    return found != origins_.end() ? found->second.source : nullptr;
-}
-
-size_t AnswerTree::dropped_for(const AnswerEntry &entry) const {
-    const auto found = origins_.find(&entry);
-    return found != origins_.end() ? found->second.dropped : 0;
-}
-
-const AnswerEntry *AnswerTree::counterpart(const AnswerEntry &entry) const {
-    if (entry.parent == nullptr)
-        return root_;
-    const AnswerEntry *parent = counterpart(*entry.parent);
-    if (parent == nullptr)
-        return nullptr;
-    const AnswerSlot &slot = parent->slots[entry.schema->index];
-    if (!entry.schema->is_list())
-        return slot.container;
-    if (entry.schema->keys.size() != 1)
-        return nullptr;
-    const char *key = entry.slots[entry.schema->keys.front()->index].text;
-    const auto found = entries_by_key_.find({slot.list, key != nullptr ? key : ""});
-    return found != entries_by_key_.end() ? found->second : nullptr;
 }
 
 void AnswerTree::qualify_identities(const ly_ctx *context) {

@@ -22,11 +22,16 @@ namespace yfw::host {
 
 struct AnswerEntry;
 
+// Entries by the text of their key.
+using AnswerIndex = std::pmr::unordered_map<std::string_view, AnswerEntry *>;
+
 // A list below one parent. Adds without a key go to the current entry.
 struct AnswerList {
     AnswerEntry *first = nullptr;
     AnswerEntry *last = nullptr;
     AnswerEntry *current = nullptr;
+    AnswerIndex *index = nullptr; // NULL while the list is so short that it is searched instead
+    size_t length = 0;
 };
 
 struct AnswerLeafListValue {
@@ -49,6 +54,13 @@ struct AnswerEntry {
     AnswerEntry *parent;
     AnswerEntry *next; // of the same list
     AnswerSlot *slots; // one for each of the schema's children
+};
+
+// A list entry, and how it came from native ones.
+struct AnswerListEntry : AnswerEntry {
+    const tidl_yfw_datatree *source; // only compared, never followed; NULL when it came from none
+    uint32_t dropped;                // how many more native entries were mapped to it
+    bool is_aside;                   // in no list: what was added for one of those
 };
 
 // The values of a list entry's keys, as one text; a key without a value counts as an empty one.
@@ -102,11 +114,8 @@ public:
     // How many more native entries were mapped to it, and dropped.
     size_t dropped_for(const AnswerEntry &entry) const;
 
-    // The entry of this tree with the same place and keys as one of another tree of the same schema; NULL when
-    // there is none, and below lists of several keys.
-    const AnswerEntry *counterpart(const AnswerEntry &entry) const;
-    // Takes over how many native entries another tree dropped for its counterpart.
-    void set_dropped(const AnswerEntry &entry, size_t count) { origins_.at(&entry).dropped = count; }
+    // Takes over how many native entries another tree dropped for this entry of a list.
+    void set_dropped(const AnswerEntry &entry, size_t count);
 
     // A leaf that was written, and the length of the trace at that time.
     struct Written {
@@ -121,14 +130,6 @@ public:
     const std::set<std::string, std::less<>> &unknown_paths() const { return unknown_paths_; }
 
 private:
-    struct EntryKey {
-        const AnswerList *list;
-        std::string_view value;
-        bool operator==(const EntryKey &) const = default;
-    };
-    struct EntryKeyHash {
-        size_t operator()(const EntryKey &key) const;
-    };
     // What the plug-in receives for an entry; leads back to the entry.
     struct EntryHandle {
         tidl_yfw_datatree node;
@@ -138,12 +139,6 @@ private:
     struct LeafHandle {
         tidl_yfw_datatree node;
         const char **text;
-    };
-
-    // How an entry came from native ones.
-    struct Origin {
-        const tidl_yfw_datatree *source; // only compared, never followed
-        size_t dropped = 0;
     };
 
     static AnswerEntry &entry_of(tidl_yfw_datatree &node);
@@ -157,6 +152,10 @@ private:
     tidl_yfw_datatree *handle_of(AnswerEntry &entry);
     AnswerEntry *make_entry(const AnswerNode &schema, AnswerEntry *parent);
     AnswerList &list_at(AnswerEntry &parent, const AnswerNode &schema);
+    AnswerIndex &index_of(AnswerList &list);
+    // Of several keys, any; only entries that were made for a key are found by it then. NULL when there is
+    // none.
+    static AnswerEntry *find_entry(const AnswerList &list, const AnswerNode &schema, std::string_view key);
     AnswerEntry &append_entry(AnswerEntry &parent, const AnswerNode &schema);
     AnswerEntry &current_child(AnswerEntry &parent, const AnswerNode &schema);
     // The entry for `schema` below `start`, created if missing.
@@ -181,8 +180,6 @@ private:
     const AnswerSchema &schema_;
     MappedMemory pages_;
     std::pmr::monotonic_buffer_resource memory_{&pages_}; // of everything below
-    std::pmr::unordered_map<EntryKey, AnswerEntry *, EntryKeyHash> entries_by_key_{&memory_};
-    std::pmr::unordered_map<const AnswerEntry *, Origin> origins_{&memory_};
     std::pmr::deque<LeafHandle> handles_{&memory_};
     AnswerEntry *root_;
     const platform::TraceBuffer *trace_ = nullptr; // NULL: nothing is recorded

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
-#include <unordered_map>
 
 #include "host/answer_selection.h"
+#include "host/repeated_keys.h"
 #include "yang/octet_text.h"
 #include "yang/value_check.h"
 #include "yang/yang_text.h"
@@ -114,30 +114,25 @@ private:
 
     bool list(AnswerList &list, const AnswerNode &schema, const Selections &selections,
               const AnswerEntry &parent) {
-        std::unordered_map<std::string, size_t> more; // by keys, how many entries follow the first with them
-        std::vector<const size_t *> repeated;         // in the order of the answer
+        RepeatedKeys keys;
         const bool several = list.first != list.last;
         AnswerEntry *next = list.first;
-        list = AnswerList{};
+        list.first = list.last = list.current = nullptr;
         while (AnswerEntry *entry = next) {
             next = entry->next;
             Selections matching;
             if (!match_entry(*entry, selections, matching))
                 continue;
-            const auto seen = several ? more.try_emplace(keys_of(*entry), 0) : std::pair(more.end(), true);
-            if (!seen.second) {
-                if (++seen.first->second == 1)
-                    repeated.push_back(&seen.first->second);
-            } else if (list_entry(*entry, schema, matching, parent)) {
+            if (!(several && keys.repeats(*entry)) && list_entry(*entry, schema, matching, parent)) {
                 entry->next = nullptr;
                 (list.last != nullptr ? list.last->next : list.first) = entry;
                 list.last = entry;
             }
         }
-        for (const size_t *count : repeated)
+        for (const size_t count : keys.counts())
             warnings_.push_back(place(parent, schema) + ": " +
-                                (*count == 1 ? "a second entry" : std::to_string(*count) + " more entries") +
-                                " with the same keys " + (*count == 1 ? "is" : "are") + " left out");
+                                (count == 1 ? "a second entry" : std::to_string(count) + " more entries") +
+                                " with the same keys " + (count == 1 ? "is" : "are") + " left out");
         return list.first != nullptr;
     }
 

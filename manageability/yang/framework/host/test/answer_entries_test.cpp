@@ -27,6 +27,55 @@ TEST_F(AnswerEntries, AreFoundAgainByTheirKey) {
     EXPECT_EQ(interfaces(), (Lines{"[name='eth1']", "[name='eth2']"}));
 }
 
+TEST_F(AnswerEntries, OfALongListAreFoundAgainByTheirKey) {
+    std::vector<tidl_yfw_datatree *> entries;
+    for (int i = 0; i < 100; i++)
+        entries.push_back(interface("eth" + std::to_string(i)));
+    for (int i = 99; i >= 0; i--)
+        EXPECT_EQ(interface("eth" + std::to_string(i)), entries[static_cast<size_t>(i)]);
+    EXPECT_EQ(interfaces().size(), 100u);
+}
+
+class EntriesThatAreOpened : public AnswerEntries, public testing::WithParamInterface<int> {};
+
+// However long the list is.
+TEST_P(EntriesThatAreOpened, AreFoundByAKeyThatIsGivenToThemLater) {
+    for (int i = 0; i < GetParam(); i++) {
+        open_entry(interface_list);
+        add(std::string(interface_list) + "/name", ("eth" + std::to_string(i)).c_str());
+    }
+    interface("eth1");
+    add(std::string(interface_list) + "/state/enabled", "true");
+    const Lines entries = below(answer(), "/lldp/interfaces/interface");
+    EXPECT_EQ(entries.size(), static_cast<size_t>(GetParam()));
+    EXPECT_EQ(entries.at(1), "[name='eth1']/state/enabled=true");
+}
+
+TEST_P(EntriesThatAreOpened, AreFoundByTheirNewKeyOnly) {
+    for (int i = 0; i < GetParam(); i++)
+        interface("eth" + std::to_string(i));
+    interface("eth1");
+    add(std::string(interface_list) + "/name", "renamed");
+    tidl_yfw_datatree *const renamed = interface("renamed");
+    EXPECT_NE(interface("eth1"), renamed);
+    EXPECT_EQ(interface("renamed"), renamed);
+    EXPECT_EQ(interfaces().size(), static_cast<size_t>(GetParam()) + 1);
+}
+
+TEST_P(EntriesThatAreOpened, AreLeftOutWhenTheyRepeatAKey) {
+    for (int i = 0; i < GetParam(); i++) {
+        open_entry(interface_list);
+        add(std::string(interface_list) + "/name", ("eth" + std::to_string(i % (GetParam() - 1))).c_str());
+        add(std::string(interface_list) + "/state/name", std::to_string(i).c_str());
+    }
+    EXPECT_EQ(answer().size(), static_cast<size_t>(GetParam()) - 1);
+    EXPECT_EQ(answer().front(), "/lldp/interfaces/interface[name='eth0']/state/name=0");
+    EXPECT_EQ(warning(),
+              "/openconfig-lldp:lldp/interfaces/interface: a second entry with the same keys is left out");
+}
+
+INSTANTIATE_TEST_SUITE_P(InLists, EntriesThatAreOpened, testing::Values(2, 8, 9, 10, 40));
+
 TEST_F(AnswerEntries, AreTheCurrentOnesOnceFound) {
     interface("eth1");
     interface("eth2");
