@@ -3,6 +3,7 @@
 #define YFW_YANG_VALUE_CHECK_H
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include <libyang/libyang.h>
@@ -27,18 +28,20 @@ public:
 
 private:
     // How much of the check is needed.
-    enum class Kind { every_text, digits, libyang };
+    enum class Kind { length, digits, libyang };
 
     struct Hash {
         using is_transparent = void;
         size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
     };
 
+    bool is_certainly_allowed(std::string_view text) const;
     Result ask_libyang(const char *text) const;
 
     const lysc_node *leaf_;
     Kind kind_ = Kind::libyang;
-    size_t most_digits_ = 0; // that any number of the type may have
+    size_t least_ = 0; // octets of a text, or digits of a number, that are certainly allowed
+    size_t most_ = 0;
     std::unordered_map<std::string, Result, Hash, std::equal_to<>> known_;
     Result last_;
 };
