@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstdio>
+#include <string_view>
 #include <system_error>
 #include <thread>
 
@@ -13,6 +14,12 @@ namespace yfw::commits {
 namespace {
 
 constexpr int primary_code = 0xff;
+
+// A pragma may do its work when it is prepared; one that reads a number of the file's header does it when it
+// runs.
+bool may_be_kept(std::string_view sql) {
+    return !sql.starts_with("PRAGMA") || sql == "PRAGMA application_id" || sql == "PRAGMA user_version";
+}
 
 std::string reason_of(sqlite3 *handle) {
     if (handle == nullptr)
@@ -152,9 +159,8 @@ PreparedStatement Database::prepared(const std::string &sql) {
     return PreparedStatement(statement);
 }
 
-// SQLite may run a pragma when it is prepared.
 void Database::keep(const std::string &sql, PreparedStatement statement) noexcept {
-    if (statement == nullptr || sql.starts_with("PRAGMA"))
+    if (statement == nullptr || !may_be_kept(sql))
         return;
     sqlite3_reset(statement.get());
     sqlite3_clear_bindings(statement.get());

@@ -159,9 +159,12 @@ bool Editor::needs_restoring() {
            });
 }
 
+// Only commits to a target are marked.
 void Editor::finish_interrupted(int64_t last, Running &running) {
+    if (target_ == nullptr)
+        return;
     unmark_applying(source_.store(), last); // it was stored
-    if (target_ == nullptr || !is_marked_applying(source_.store(), last + 1))
+    if (!is_marked_applying(source_.store(), last + 1))
         return;
     target_->restore(running.whole().native.get());
     unmark_applying(source_.store(), last + 1);

@@ -36,7 +36,10 @@ void remember_pending(const std::filesystem::path &store, int64_t back_to) {
 }
 
 std::optional<int64_t> remembered_pending(const std::filesystem::path &store) {
-    std::ifstream file(pending_file(store));
+    const std::filesystem::path path = pending_file(store);
+    if (access(path.c_str(), F_OK) != 0) // as nearly always, and sooner than a stream fails to open it
+        return std::nullopt;
+    std::ifstream file(path);
     int64_t back_to = -1;
     return file >> back_to && back_to >= 0 ? std::optional(back_to) : std::nullopt;
 }

@@ -65,6 +65,8 @@ bool is_locked_by_another(int file, off_t byte) {
 // Behind links, as SQLite has its own files.
 fs::path real_path(const fs::path &store) {
     std::error_code error;
+    if (!fs::is_symlink(store, error))
+        return store;
     const fs::path real = fs::weakly_canonical(store, error);
     return error ? store : real;
 }
