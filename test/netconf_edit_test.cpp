@@ -102,6 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
                      with_interfaces({"true", "new", description}),
                      "<default-operation>merge</default-operation><test-option>test-then-set</test-option>"
                      "<error-option>rollback-on-error</error-option>"},
+            EditCase{"EmptyConfigThatReplaces", "", {}, "<default-operation>replace</default-operation>"},
             EditCase{"EmptyConfig", "", with_interfaces(original)}),
         testing::Values("running", "candidate")),
     [](const auto &test) { return std::string(std::get<0>(test.param).name) + "_" + std::get<1>(test.param); });

@@ -78,6 +78,12 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"OfTwoContainers", subtree(lldp("<config/><interfaces/>")), whole},
         FilterCase{"OfALeaf", subtree(lldp("<config><system-name/></config>")),
                    lldp("<config><system-name>r1.example.net</system-name></config>")},
+        FilterCase{"OfWhatIsBelowALeaf",
+                   subtree(lldp("<config><system-name><nonsense/></system-name></config>")), ""},
+        FilterCase{
+            "OfALeafBesideWhatIsBelowAnother",
+            subtree(lldp("<config><enabled/><system-name><nonsense>x</nonsense></system-name></config>")),
+            lldp("<config><enabled>true</enabled></config>")},
         FilterCase{"OfTheKeysOfAll", subtree(interfaces("<interface><name/></interface>")),
                    interfaces(interface_of("eth1") + interface_of("eth2") + interface_of("eth3"))},
         FilterCase{"OfALeafOfAllEntries",

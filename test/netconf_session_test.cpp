@@ -197,6 +197,13 @@ TEST_F(NetconfMessage, IsRefusedWithoutAMessageIdAndTheSessionGoesOn) {
     EXPECT_EQ(name(client), "r1.example.net");
 }
 
+TEST_F(NetconfMessage, IsRefusedWithAMessageIdOfAnotherProtocol) {
+    NetconfClient client(server().socket());
+    client.send("<rpc xmlns=\"" + base_namespace + "\" xmlns:z=\"urn:z\" z:message-id=\"1\"><get/></rpc>");
+    const Xml reply = client.receive();
+    EXPECT_EQ(error_info(expect_error(reply, "rpc", "missing-attribute"), "bad-attribute"), "message-id");
+}
+
 TEST_F(NetconfMessage, MayHaveAPrefixForTheProtocol) {
     NetconfClient client(server().socket());
     client.send("<nc:rpc xmlns:nc=\"" + base_namespace +

@@ -106,8 +106,8 @@ std::optional<host::Selection> select(const Element &filter, const lysc_node *no
     if (!filter.attributes().empty()) // the data has no attributes to match
         return std::nullopt;
     const bool holds_text = is_leaf(node);
-    if (!holds_text && !filter.children().empty())
-        return select_children(filter, node, space);
+    if (!filter.children().empty()) // a leaf has no children to match
+        return holds_text ? std::nullopt : select_children(filter, node, space);
     host::Selection selected{node, std::nullopt, {}, false};
     if (!filter.text().empty() && !holds_text)
         return std::nullopt;

@@ -1,5 +1,7 @@
 #include "frontends/netconf/operations/conversation.h"
 
+#include <algorithm>
+
 #include "frontends/netconf/messages/rpc_error.h"
 #include "frontends/netconf/messages/wire_path.h"
 
@@ -46,8 +48,16 @@ void wrap(Reply &reply, const std::string &attributes) {
     reply.tail = "</rpc-reply>";
 }
 
+// In no namespace (RFC 6241 section 4.1), or in that of the element.
+bool has_message_id(const Element &rpc) {
+    const std::vector<Element::Attribute> attributes = rpc.attributes();
+    return std::any_of(attributes.begin(), attributes.end(), [&](const Element::Attribute &attribute) {
+        return attribute.name == "message-id" && (attribute.ns.empty() || attribute.ns == base_ns);
+    });
+}
+
 Element operation_of(const Element &rpc) {
-    if (!rpc.attribute("message-id").has_value())
+    if (!has_message_id(rpc))
         throw RpcError("rpc", "missing-attribute", "an <rpc> must have a message-id")
             .with_info("<bad-attribute>message-id</bad-attribute><bad-element>rpc</bad-element>");
     const std::vector<Element> operations = rpc.children();

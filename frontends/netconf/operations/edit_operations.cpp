@@ -51,10 +51,22 @@ void refuse_url(const Element &operation) {
         throw RpcError("protocol", "operation-not-supported", "this server does not read from URLs");
 }
 
-// Applies the operation's <config>; an empty one changes nothing.
+// What replacing a configuration by one without the device's top node amounts to. One without <nacm> leaves the
+// access rules alone: most callers may not read them.
+yang::EditNode removal_of_all(const Server &server) {
+    yang::EditNode edit;
+    edit.node = server.schemas().openconfig_root();
+    edit.operation = yang::Operation::remove;
+    return edit;
+}
+
+// Applies the operation's <config>; an empty one changes nothing, unless it replaces everything (RFC 6241
+// section 7.2).
 Spool edit_datastore(const Call &call, Datastore target, bool only_test) {
-    const device::Edits edits =
-        edits_of(call.server, required(call.operation, "config"), default_operation_of(call.operation));
+    const yang::Operation operation = default_operation_of(call.operation);
+    device::Edits edits = edits_of(call.server, required(call.operation, "config"), operation);
+    if (operation == yang::Operation::replace && !edits.openconfig.has_value())
+        edits.openconfig = removal_of_all(call.server);
     call.server.service.edit(call.caller, target, edits, only_test);
     return ok;
 }
@@ -98,15 +110,6 @@ std::optional<Element> inline_configuration(const Call &call) {
     if (config.has_value())
         refuse_others(source, {"config"});
     return config;
-}
-
-// What copying a configuration without the device's top node amounts to. One without <nacm> leaves the access
-// rules alone: most callers may not read them.
-yang::EditNode removal_of_all(const Server &server) {
-    yang::EditNode edit;
-    edit.node = server.schemas().openconfig_root();
-    edit.operation = yang::Operation::remove;
-    return edit;
 }
 
 } // namespace
