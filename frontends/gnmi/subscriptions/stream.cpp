@@ -134,6 +134,13 @@ SharedMessage Stream::take() {
     return message;
 }
 
+bool Stream::is_quick() const {
+    if (!piece_.empty())
+        return true;
+    const Guard guard(mutex_);
+    return walks_.empty() && !is_in_round_ && rounds_.empty();
+}
+
 void Stream::offer(const std::vector<SharedMessage> &messages) {
     {
         const Guard guard(mutex_);

@@ -42,6 +42,8 @@ public:
 
     // The next message to be sent; NULL when there is none now.
     SharedMessage take();
+    // Whether take() would neither block nor write out data. Called by the thread of take().
+    bool is_quick() const;
 
     // Whether it goes on after its first values: it is not of the mode ONCE. Called by the thread of receive().
     bool lasts() const;

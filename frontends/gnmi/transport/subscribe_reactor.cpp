@@ -174,13 +174,17 @@ void SubscribeReactor::send() {
     }
 }
 
+// Passing it to a worker takes longer than sending what is at hand.
 void SubscribeReactor::OnWriteDone(bool ok) {
-    if (!ok) {
+    {
         const Guard guard(mutex_);
-        if (!end_.has_value())
+        if (!ok && !end_.has_value())
             end_ = grpc::Status::CANCELLED;
     }
-    add_job(Lane::quick, &SubscribeReactor::send);
+    if (ok && stream_->is_quick())
+        send();
+    else
+        add_job(Lane::quick, &SubscribeReactor::send);
 }
 
 void SubscribeReactor::OnCancel() {

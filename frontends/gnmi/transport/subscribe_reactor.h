@@ -30,8 +30,8 @@ struct StreamSurroundings {
 
 using SubscribeReactorBase = grpc::ServerBidiReactor<grpc::ByteBuffer, grpc::ByteBuffer>;
 
-// Joins a Stream to gRPC. Whatever may take long is a worker's job; gRPC's threads only move messages. Lives
-// until gRPC is done with it and its last job has ended.
+// Joins a Stream to gRPC. Whatever may take long is a worker's job; gRPC's threads only move messages that are
+// at hand. Lives until gRPC is done with it and its last job has ended.
 class SubscribeReactor final : public SubscribeReactorBase,
                                public std::enable_shared_from_this<SubscribeReactor> {
 public:
@@ -55,7 +55,7 @@ private:
     void begin();
     void receive();
     void receive_end();
-    // Sends what there is to send, one message at a time. Only one job does so at a time, and none while a
+    // Sends what there is to send, one message at a time. Only one thread does so at a time, and none while a
     // message is on its way.
     void send();
     void wake();
