@@ -16,8 +16,7 @@ namespace {
 using namespace yfw;
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR,
-                                      host::read_mapping(YFW_PLUGIN_LIBRARY).modules);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR, host::read_mapping(YFW_PLUGINS).modules);
     return loaded;
 }
 
@@ -46,8 +45,8 @@ private:
 struct Device {
     explicit Device(int64_t interfaces)
         : directory(std::filesystem::temp_directory_path() / ("yfw-bench-" + std::to_string(getpid()))),
-          files(configuration(interfaces)), engine(schemas(), files, host::read_mapping(YFW_PLUGIN_LIBRARY)),
-          managed(schemas(), files, directory / "commits.db", host::read_mapping(YFW_PLUGIN_LIBRARY)) {
+          files(configuration(interfaces)), engine(schemas(), files, host::read_mapping(YFW_PLUGINS)),
+          managed(schemas(), files, directory / "commits.db", host::read_mapping(YFW_PLUGINS)) {
         std::filesystem::create_directories(directory);
     }
     ~Device() { std::filesystem::remove_all(directory); }

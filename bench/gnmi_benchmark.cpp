@@ -35,7 +35,7 @@ constexpr bench::DeviceSize small{4, 4, 1};
 constexpr bench::DeviceSize ten_thousand_neighbors{2500, 10000, 10};
 
 const host::MappingDescription &mapping() {
-    static const host::MappingDescription read = host::read_mapping(YFW_PLUGIN_LIBRARY);
+    static const host::MappingDescription read = host::read_mapping(YFW_PLUGINS);
     return read;
 }
 

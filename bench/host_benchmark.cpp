@@ -12,8 +12,7 @@ namespace {
 using namespace yfw;
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR,
-                                      host::read_mapping(YFW_PLUGIN_LIBRARY).modules);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR, host::read_mapping(YFW_PLUGINS).modules);
     return loaded;
 }
 
@@ -30,7 +29,7 @@ host::ReadRequest request_for(const char *path) {
 
 void map_everything(benchmark::State &state) {
     bench::GeneratedSource source = source_with(state.range(0));
-    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY));
+    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGINS));
     const host::ReadRequest request = request_for("/lldp");
     for (auto _ : state)
         benchmark::DoNotOptimize(engine.read(request).data);
@@ -39,7 +38,7 @@ void map_everything(benchmark::State &state) {
 
 void map_one_interface(benchmark::State &state) {
     bench::GeneratedSource source = source_with(state.range(0));
-    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY));
+    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGINS));
     const host::ReadRequest request = request_for("/lldp/interfaces/interface[name='eth7']");
     for (auto _ : state)
         benchmark::DoNotOptimize(engine.read(request).data);
@@ -55,7 +54,7 @@ void copy_native_data(benchmark::State &state) {
 
 void print_answer(benchmark::State &state) {
     bench::GeneratedSource source = source_with(state.range(0));
-    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGIN_LIBRARY));
+    host::Engine engine(schemas(), source, host::read_mapping(YFW_PLUGINS));
     const host::Answer answer = engine.read(request_for("/lldp"));
     for (auto _ : state)
         benchmark::DoNotOptimize(yang::printed(answer.data.get(), LYD_XML, LYD_PRINT_WITHSIBLINGS).c_str());

@@ -21,8 +21,7 @@ namespace {
 using namespace yfw;
 
 const yang::Schemas &schemas() {
-    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR,
-                                      host::read_mapping(YFW_PLUGIN_LIBRARY).modules);
+    static const yang::Schemas loaded(YFW_MODELS_DIR, YFW_MODELS_DIR, host::read_mapping(YFW_PLUGINS).modules);
     return loaded;
 }
 

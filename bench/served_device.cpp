@@ -15,7 +15,7 @@ netconf::ServerOptions options_with(const std::filesystem::path &socket) {
 } // namespace
 
 ServedDevice::ServedDevice(const yang::Schemas &schemas, sources::NativeSource &source)
-    : mapping_(host::read_mapping(YFW_PLUGIN_LIBRARY)),
+    : mapping_(host::read_mapping(YFW_PLUGINS)),
       device_(schemas, source, directory_.path() / "commits.db", mapping_), service_(device_),
       modules_(yang::ModuleFiles({YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR}), mapping_),
       server_(options_with(socket()), service_, modules_, events_),

@@ -16,7 +16,7 @@ constexpr uint32_t session = 1;
 constexpr const char *user = "alice";
 
 const host::MappingDescription &mapping() {
-    static const host::MappingDescription read = host::read_mapping(YFW_PLUGIN_LIBRARY);
+    static const host::MappingDescription read = host::read_mapping(YFW_PLUGINS);
     return read;
 }
 

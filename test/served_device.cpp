@@ -27,7 +27,7 @@ using Options = std::map<std::string, std::string>;
 // Immutable, so tests share what was loaded from a directory of OpenConfig modules.
 struct Models {
     explicit Models(const fs::path &directory, bool has_rules)
-        : mapping(host::read_mapping(YFW_PLUGIN_LIBRARY)), schemas(YFW_MODELS_DIR, directory, mapping.modules),
+        : mapping(host::read_mapping(YFW_PLUGINS)), schemas(YFW_MODELS_DIR, directory, mapping.modules),
           files({directory, YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR}), protocol(files, mapping, has_rules) {}
 
     host::MappingDescription mapping;

@@ -3,7 +3,7 @@
 namespace yfw::fuzz {
 
 const host::MappingDescription &shipped_mapping() {
-    static const host::MappingDescription mapping = host::read_mapping(YFW_PLUGIN_LIBRARY);
+    static const host::MappingDescription mapping = host::read_mapping(YFW_PLUGINS);
     return mapping;
 }
 

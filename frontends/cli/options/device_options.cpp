@@ -11,8 +11,10 @@ void add_mapping_options(CLI::App &command, DeviceOptions &options) {
                     "Directory of OpenConfig modules to use instead of the shipped ones")
         ->option_text("DIR");
     command
-        .add_option("--plugin", options.plugin,
-                    "The mapping plug-in to load: its library, or the description next to it")
+        .add_option(
+            "--plugin", options.plugin,
+            "The mapping plug-in to load, by its library or its description, or a directory of them; default: "
+            "the installed ones")
         ->option_text("FILE");
     command.add_flag("--trace", options.trace, "Print the plug-in's debug log on standard error");
 }
@@ -35,7 +37,7 @@ void add_device_options(CLI::App &command, DeviceOptions &options) {
     options.device = files.examples / "r1";
     options.openconfig_models = files.models;
     options.native_models = files.models;
-    options.plugin = files.plugin;
+    options.plugin = files.plugins;
     auto *native = command.add_option("--native", options.native_files,
                                       "File of native instance data, XML or JSON; may be repeated");
     native->option_text("FILE")->check(not_empty());

@@ -9,9 +9,8 @@ Installation find_installation() {
     const std::filesystem::path prefix = program.parent_path().parent_path();
     const std::filesystem::path shared = prefix / "share/yfw";
     if (!error && std::filesystem::is_directory(shared / "models", error))
-        return {shared / "models", YFW_STANDARD_MODELS_DIR, shared / "examples",
-                prefix / "lib/yfw/liboclldp.so"};
-    return {YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR, YFW_EXAMPLES_DIR, YFW_PLUGIN_LIBRARY};
+        return {shared / "models", YFW_STANDARD_MODELS_DIR, shared / "examples", prefix / "lib/yfw"};
+    return {YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR, YFW_EXAMPLES_DIR, YFW_PLUGINS};
 }
 
 } // namespace

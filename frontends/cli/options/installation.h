@@ -10,7 +10,7 @@ struct Installation {
     std::filesystem::path models;          // its own YANG modules
     std::filesystem::path standard_models; // the IETF's modules, from a Debian package
     std::filesystem::path examples;        // recorded devices
-    std::filesystem::path plugin;          // its library, or its description
+    std::filesystem::path plugins;         // a directory of mapping plug-ins
 };
 
 // An installed program's files are below its prefix; otherwise they are in the build tree.

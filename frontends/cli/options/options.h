@@ -18,8 +18,8 @@ struct DeviceOptions {
     std::filesystem::path device;
     std::filesystem::path openconfig_models;
     std::filesystem::path native_models;
-    std::filesystem::path plugin;
-    std::filesystem::path store; // empty: derived from the device's name
+    std::filesystem::path plugin; // a library, its description, or a directory of plug-ins
+    std::filesystem::path store;  // empty: derived from the device's name
     bool trace = false;
 };
 

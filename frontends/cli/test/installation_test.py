@@ -141,6 +141,29 @@ class Installation(unittest.TestCase):
                 self.assertNotEqual(answer.returncode, 0)
                 self.assertIn(str(file), answer.stderr)
 
+    def test_answers_with_a_plugin_that_is_installed_next_to_the_others(self):
+        description = json.loads((self.prefix / "lib/yfw/libocextra.json").read_text())
+        description["native-modules"].append("no-such-module")
+        another = self.prefix / "lib/yfw/another.json"
+        another.write_text(json.dumps(description))
+        self.addCleanup(another.unlink)
+        answer = self.yfw("get", "/lldp/config")
+        self.assertEqual(answer.returncode, 2)
+        self.assertIn("no-such-module", answer.stderr)
+
+    def test_loads_a_plugin_that_is_named_by_itself(self):
+        with open(self.path("nothing.json"), "w") as native:
+            native.write("{}")
+        answer = self.yfw("get", "/lldp/state/enabled", "--native", native.name, "--plugin",
+                          self.prefix / "lib/yfw/liboclldp.so")
+        self.assertEqual((answer.returncode, answer.stderr, answer.stdout.strip()), (0, "", "{}"))
+
+    def test_refuses_a_directory_without_plugins(self):
+        answer = self.yfw("get", "/lldp/config", "--plugin", self.prefix / "share")
+        self.assertEqual(answer.returncode, 2)
+        self.assertEqual(answer.stderr, f"yfw: {self.prefix}/share: no mapping plug-in here; expected a description, "
+                                        "*.json, of at least one\n")
+
     def test_takes_the_plugin_by_its_description_too(self):
         answer = self.yfw("get", "/lldp/config/enabled", "--plugin", self.prefix / "lib/yfw/liboclldp.json")
         self.assertEqual((answer.returncode, answer.stderr), (0, ""))

@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 const host::MappingDescription &mapping() {
-    static const host::MappingDescription read = host::read_mapping(YFW_PLUGIN_LIBRARY);
+    static const host::MappingDescription read = host::read_mapping(YFW_PLUGINS);
     return read;
 }
 

@@ -307,9 +307,7 @@ enum class Role { main, beside };
 // `naming`: which file names the plug-in, for the message about one that is missing.
 MappingDescription read_description(const std::filesystem::path &plugin, Role role, const std::string &naming);
 
-void add_beside(const std::string &name, MappingDescription &to) {
-    MappingDescription beside =
-        read_description(folder_of(to.file) / name, Role::beside, ", which " + to.file.string() + " names");
+void add_beside(MappingDescription beside, MappingDescription &to) {
     if (beside.modules.top != to.modules.top ||
         beside.modules.openconfig.front() != to.modules.openconfig.front())
         refuse(beside.file, "member \"openconfig\": expected the top container " + to.modules.top +
@@ -328,7 +326,9 @@ void read_main_members(Members &members, MappingDescription &to) {
         to.notification = read_notification(members.object("notification", "the notification of changes"));
     if (members.has("beside"))
         for (const std::string &name : members.texts("beside", "the plug-ins that are loaded with this one"))
-            add_beside(name, to);
+            add_beside(read_description(folder_of(to.file) / name, Role::beside,
+                                        ", which " + to.file.string() + " names"),
+                       to);
 }
 
 void refuse_main_member(const std::filesystem::path &file, const std::string &name) {
@@ -385,24 +385,104 @@ MappingDescription read_members(Members members, Role role) {
     return made;
 }
 
-MappingDescription read_description(const std::filesystem::path &plugin, Role role, const std::string &naming) {
+// A description's file, parsed but not yet read.
+struct Document {
+    std::filesystem::path file;
+    Json json;
+
+    MappingDescription read(Role role) const { return read_members({json, "", file}, role); }
+};
+
+Document parse_description(const std::filesystem::path &plugin, const std::string &naming) {
     std::filesystem::path file = plugin;
     if (file.extension() == ".so")
         file.replace_extension(".json");
     const std::string text = read_text(file, plugin.string() + naming);
-    Json document;
     try {
-        document = yang::parse_json(text);
+        return {file, yang::parse_json(text)};
     } catch (const Error &error) {
         refuse(file, error.what());
     }
-    return read_members({document, "", file}, role);
+}
+
+MappingDescription read_description(const std::filesystem::path &plugin, Role role, const std::string &naming) {
+    return parse_description(plugin, naming).read(role);
+}
+
+// ---- a directory of plug-ins ----------------------------------------------------------------------------
+
+std::vector<std::filesystem::path> files_in(const std::filesystem::path &directory, const char *extension) {
+    std::vector<std::filesystem::path> files;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error))
+        if (entry->path().extension() == extension)
+            files.push_back(entry->path());
+    if (error)
+        refuse(directory, "cannot be read: " + error.message());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+bool says_that_it_maps_edits(const Document &document) {
+    const auto edits = document.json.is_object() ? document.json.find("edits") : document.json.end();
+    return edits != document.json.end() && edits->is_boolean() && edits->get<bool>();
+}
+
+// The one that maps edits; one that is alone is the main mapping whatever it maps.
+size_t main_of(const std::vector<Document> &documents, const std::filesystem::path &directory) {
+    const auto main = std::find_if(documents.begin(), documents.end(), says_that_it_maps_edits);
+    if (main == documents.end() && documents.size() > 1)
+        refuse(directory, "none of the descriptions here has \"edits\": true; expected it in that of the main "
+                          "mapping");
+    if (main == documents.end())
+        return 0;
+    const auto other = std::find_if(main + 1, documents.end(), says_that_it_maps_edits);
+    if (other != documents.end())
+        refuse(other->file, "member \"edits\": true is for the main mapping, which " + main->file.string() +
+                                " describes already");
+    return static_cast<size_t>(main - documents.begin());
+}
+
+bool describes(const MappingDescription &mapping, const std::filesystem::path &library) {
+    std::error_code ignored;
+    return mapping.library == library || std::filesystem::equivalent(mapping.library, library, ignored);
+}
+
+// A library that is forgotten would go unnoticed: its nodes would just be missing.
+void expect_descriptions_of_all(const std::filesystem::path &directory, const MappingDescription &main) {
+    for (const std::filesystem::path &library : files_in(directory, ".so"))
+        if (!describes(main, library) &&
+            std::none_of(main.beside.begin(), main.beside.end(),
+                         [&](const MappingDescription &beside) { return describes(beside, library); }))
+            refuse(library, "no description of this mapping plug-in; expected one in " +
+                                std::filesystem::path(library).replace_extension(".json").string());
+}
+
+MappingDescription read_directory(const std::filesystem::path &directory) {
+    std::vector<Document> documents;
+    for (const std::filesystem::path &file : files_in(directory, ".json"))
+        documents.push_back(parse_description(file, ""));
+    if (documents.empty())
+        refuse(directory, "no mapping plug-in here; expected a description, *.json, of at least one");
+    const size_t main = main_of(documents, directory);
+    MappingDescription made = documents[main].read(Role::main);
+    for (size_t i = 0; i < documents.size(); i++)
+        if (i != main &&
+            std::none_of(made.beside.begin(), made.beside.end(), [&](const MappingDescription &known) {
+                return known.file == documents[i].file; // named by "beside"
+            }))
+            add_beside(documents[i].read(Role::beside), made);
+    expect_descriptions_of_all(directory, made);
+    return made;
 }
 
 } // namespace
 
 MappingDescription read_mapping(const std::filesystem::path &plugin) {
-    return read_description(plugin, Role::main, "");
+    std::error_code ignored;
+    return std::filesystem::is_directory(plugin, ignored) ? read_directory(plugin)
+                                                          : read_description(plugin, Role::main, "");
 }
 
 } // namespace yfw::host

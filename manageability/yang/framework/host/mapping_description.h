@@ -100,8 +100,10 @@ struct MappingDescription {
 };
 
 // Reads the description of a plug-in, given by its library (FILE.so, described in FILE.json beside it) or by
-// the description itself, and the descriptions that it names. Members are documented in
-// docs/plugin-contract.md. Throws Error that names the file, the member and what was expected.
+// the description itself, and the descriptions that it names. Of a directory of plug-ins it reads every
+// description, *.json, by name: the one with "edits": true is the main mapping, the others are loaded beside
+// it. Members are documented in docs/plugin-contract.md. Throws Error that names the file, the member and what
+// was expected.
 MappingDescription read_mapping(const std::filesystem::path &plugin);
 
 } // namespace yfw::host

@@ -9,7 +9,7 @@ EditedDevice::EditedDevice(const std::string &native, sources::NativeTarget *tar
                            const std::filesystem::path &directory)
     : device_(yang::test::schemas(), source_,
               (directory.empty() ? own_directory_.emplace().path() : directory) / "commits.db",
-              host::read_mapping(OCLLDP_LIBRARY), target) {
+              host::read_mapping(YFW_PLUGINS), target) {
     source_.xml = native;
 }
 

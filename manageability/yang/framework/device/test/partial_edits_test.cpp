@@ -148,7 +148,7 @@ Result run(uint32_t seed, bool in_parts) {
     const std::filesystem::path file = directory.path() / "commits.db";
     host::test::TextSource source;
     source.xml = native_with_interfaces();
-    host::MappingDescription mapping = host::read_mapping(OCLLDP_LIBRARY);
+    host::MappingDescription mapping = host::read_mapping(YFW_PLUGINS);
     EXPECT_FALSE(mapping.entries.empty());
     if (!in_parts)
         mapping.entries.clear();

@@ -208,7 +208,7 @@ TEST_F(EngineRead, PassesOnWhyTheDeviceCannotBeRead) {
             throw Error(ErrorTag::resource_denied, "device", "is out of reach");
         }
     } source;
-    Engine engine(schemas(), source, read_mapping(OCLLDP_LIBRARY));
+    Engine engine(schemas(), source, read_mapping(YFW_PLUGINS));
     try {
         engine.read(request({"/lldp"}));
         FAIL() << "the read succeeded";

@@ -33,7 +33,7 @@ protected:
     }
 
     TextSource source;
-    Engine engine{schemas(), source, read_mapping(OCLLDP_LIBRARY)};
+    Engine engine{schemas(), source, read_mapping(YFW_PLUGINS)};
 };
 
 struct Device {

@@ -5,7 +5,7 @@
 namespace yfw::yang::test {
 
 const MappedModules &models() {
-    static const host::MappingDescription mapping = host::read_mapping(YFW_MAPPING_DESCRIPTION);
+    static const host::MappingDescription mapping = host::read_mapping(YFW_PLUGINS);
     return mapping.modules;
 }
 
