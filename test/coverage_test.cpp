@@ -228,13 +228,16 @@ protected:
         insert("openconfig-lldp.yang", "  import openconfig-lldp-types {", "  import ports { prefix p; }\n");
         insert("openconfig-lldp.yang", "  grouping lldp-common-config {", "  feature labels;\n");
         insert("openconfig-lldp.yang", "    leaf hello-timer {",
-               "    leaf ttl { type uint16; }\n"
+               "    leaf age { type uint16; }\n"
                "    leaf port { type leafref { path \"/p:ports/p:port/p:name\"; } }\n"
                "    leaf label { if-feature labels; type string; }\n");
         insert("openconfig-lldp.yang", "      uses lldp-interfaces;",
                "      container addresses { config false; list address { key ip;"
                " leaf ip { type leafref { path \"../state/ip\"; } }"
                " container state { leaf ip { type string; } leaf number { type uint32; } } } }\n");
+        insert("openconfig-lldp.yang", "  uses lldp-top;",
+               "  augment \"/lldp/interfaces/interface/state\" { leaf noted { type string; }"
+               " container notes { leaf-list note { type string; } } }\n");
         insert("openconfig-lldp-types.yang", "  identity SYSTEM_NAME {",
                "  identity LATER_TLV { base LLDP_TLV; }\n");
     }
@@ -257,8 +260,26 @@ TEST_F(ExtendedModel, IsServedAsFarAsTheShippedOne) {
     const Json shipped = table_of(YFW_MODELS_DIR);
     EXPECT_EQ(leaves(table, "read"), leaves(shipped, "read"));
     EXPECT_EQ(leaves(table, "written"), leaves(shipped, "written"));
-    for (const char *path : {"/lldp/config/ttl", "/lldp/state/ttl", "/lldp/config/port", "/lldp/addresses"})
+    for (const char *path : {"/lldp/config/age", "/lldp/state/age", "/lldp/config/port", "/lldp/addresses"})
         EXPECT_FALSE(is_served(row_of(table, path))) << path;
+}
+
+TEST_F(ExtendedModel, HasNodesFromAnAugmentThatAreNotServed) {
+    const Json table = table_of(models());
+    for (const char *path : {"/lldp/interfaces/interface/state/noted", "/lldp/interfaces/interface/state/notes",
+                             "/lldp/interfaces/interface/state/notes/note"})
+        EXPECT_FALSE(is_served(row_of(table, path))) << path;
+    EXPECT_TRUE(is_served(row_of(table, "/lldp/interfaces/interface/state/enabled")));
+}
+
+TEST_F(ExtendedModel, RefusesToReadWhatAnAugmentAdds) {
+    for (const char *path :
+         {"/lldp/interfaces/interface/state/noted", "/lldp/interfaces/interface/state/notes"}) {
+        const Outcome outcome = run_yfw({.arguments = {"get", path, "--models", models().string()}});
+        EXPECT_EQ(outcome.status, 2) << path;
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_NE(outcome.errors.find(path), std::string::npos) << outcome.errors;
+    }
 }
 
 TEST_F(ExtendedModel, IsReadAsTheTableSays) {
@@ -279,10 +300,10 @@ TEST_F(ExtendedModel, NamesAnIdentityThatTheDeviceDoesNotKnow) {
 TEST_F(ExtendedModel, IsExplainedThroughoutAndByTheNodesOfTheMapping) {
     const Outcome outcome = run_yfw({.arguments = {"explain", "--all", "--models", models().string()}});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_THAT(outcome.output, HasSubstr("/lldp/state/ttl   not served\n"));
+    EXPECT_THAT(outcome.output, HasSubstr("/lldp/state/age   not served\n"));
     EXPECT_THAT(outcome.output,
-                HasSubstr("/lldp/interfaces/interface/neighbors/neighbor/state/ttl   read\n"
-                          "  read   /lldp/nodes/node/neighbors/details/detail/lldp-neighbor/hold-time"));
+                HasSubstr("/lldp/interfaces/interface/neighbors/neighbor/state/age   read\n"
+                          "  read   /lldp/nodes/node/neighbors/details/detail/lldp-neighbor/detail/age"));
 }
 
 TEST_F(ExtendedModel, IsDeviatedFromByAModuleThatAValidatorAcceptsBesideIt) {
@@ -297,6 +318,7 @@ TEST_F(ExtendedModel, IsDeviatedFromByAModuleThatAValidatorAcceptsBesideIt) {
     EXPECT_EQ(std::system(command.c_str()), 0) << read_file(errors);
     EXPECT_THAT(read_file(errors), IsEmpty());
     EXPECT_THAT(outcome.output, HasSubstr("range \"5..65534\";"));
+    EXPECT_THAT(outcome.output, HasSubstr("/oc-lldp:state/oc-lldp:noted\" {"));
 }
 
 TEST(ShippedModel, IsServedWhole) {

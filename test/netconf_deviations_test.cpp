@@ -23,7 +23,7 @@ protected:
         fs::copy_file(fs::path(YFW_MODELS_DIR) / "openconfig-lldp-types.yang",
                       models_.path() / "openconfig-lldp-types.yang");
         std::string text = read_file(fs::path(YFW_MODELS_DIR) / "openconfig-lldp.yang");
-        text.insert(text.find("    leaf hello-timer {"), "    leaf ttl { type uint16; }\n");
+        text.insert(text.find("    leaf hello-timer {"), "    leaf age { type uint16; }\n");
         models_.add("openconfig-lldp.yang", text);
         server_.emplace(std::vector<std::string>{"--models", models_.path().string()}, Runs::as_program);
         server_->start();
@@ -52,30 +52,51 @@ TEST_F(UnservedNodes, AreInTheYangLibraryAndInASchema) {
     const Xml schema =
         client_->rpc("<get-schema xmlns=\"urn:ietf:params:xml:ns:yang:ietf-netconf-monitoring\"><identifier>" +
                      std::string(module_name) + "</identifier></get-schema>");
-    EXPECT_THAT(schema.printed, HasSubstr("config/oc-lldp:ttl\" {"));
+    EXPECT_THAT(schema.printed, HasSubstr("config/oc-lldp:age\" {"));
 }
 
 TEST_F(UnservedNodes, AreRefusedInSubtreeFilters) {
     for (const char *container : {"config", "state"}) {
-        const Xml error = refused("<get><filter>" + std::string(lldp) + "<" + container + "><ttl/></" +
+        const Xml error = refused("<get><filter>" + std::string(lldp) + "<" + container + "><age/></" +
                                   container + "></lldp></filter></get>");
-        EXPECT_EQ(error_info(error, "bad-element"), "ttl");
+        EXPECT_EQ(error_info(error, "bad-element"), "age");
         EXPECT_THAT(error.text_at("error-message"), HasSubstr("is not served by this device"));
     }
 }
 
 TEST_F(UnservedNodes, AreRefusedInXPathFilters) {
     refused("<get><filter type=\"xpath\" xmlns:l=\"http://openconfig.net/yang/lldp\""
-            " select=\"/l:lldp/l:config/l:ttl\"/></get>");
+            " select=\"/l:lldp/l:config/l:age\"/></get>");
+}
+
+// What such an expression selects is only known when it is evaluated, which it is on the data that is there.
+TEST_F(UnservedNodes, AreSelectedByNoXPathFilterWithOtherStepsThanNames) {
+    for (const char *select :
+         {"//l:config/l:age", "/l:lldp//l:config/l:age", "/l:lldp/l:config/child::l:age",
+          "/l:lldp/l:config/l:enabled/following-sibling::l:age", "/l:lldp/l:config/*[name()='age']",
+          "/l:lldp/l:state/../l:config/l:age", "/l:lldp/l:config[l:age]"}) {
+        const Xml reply =
+            client_->rpc("<get><filter type=\"xpath\" xmlns:l=\"http://openconfig.net/yang/lldp\" select=\"" +
+                         std::string(select) + "\"/></get>");
+        EXPECT_EQ(reply.at("rpc-error"), nullptr) << select << reply.printed;
+        ASSERT_NE(reply.at("data"), nullptr) << select << reply.printed;
+        EXPECT_TRUE(reply.at("data")->children.empty()) << select << reply.printed;
+    }
+}
+
+TEST_F(UnservedNodes, DoNotKeepAnXPathFilterFromSelectingWhatIsServed) {
+    const Xml reply = client_->rpc("<get><filter type=\"xpath\" xmlns:l=\"http://openconfig.net/yang/lldp\""
+                                   " select=\"//l:config/l:system-name | //l:config/l:age\"/></get>");
+    EXPECT_EQ(reply.text_at("data/lldp/config/system-name"), "r1.example.net");
 }
 
 TEST_F(UnservedNodes, AreRefusedInEdits) {
     for (const char *operation : {"merge", "replace", "create", "delete", "remove"}) {
         const Xml error = refused("<edit-config><target><candidate/></target><config"
                                   " xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\">" +
-                                  std::string(lldp) + "<config><ttl nc:operation=\"" + operation +
-                                  "\">120</ttl></config></lldp></config></edit-config>");
-        EXPECT_EQ(error_info(error, "bad-element"), "ttl") << operation;
+                                  std::string(lldp) + "<config><age nc:operation=\"" + operation +
+                                  "\">120</age></config></lldp></config></edit-config>");
+        EXPECT_EQ(error_info(error, "bad-element"), "age") << operation;
     }
 }
 

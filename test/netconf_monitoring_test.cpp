@@ -119,7 +119,7 @@ TEST_F(NetconfMonitoring, GivesEveryModuleItsText) {
 }
 
 TEST_F(NetconfMonitoring, GivesAModuleByVersionAndFormat) {
-    const std::string wanted = identifier("openconfig-lldp") + "<version>2024-11-21</version>";
+    const std::string wanted = identifier("openconfig-lldp") + "<version>2026-11-22</version>";
     EXPECT_NE(client.rpc(get_schema(wanted)).child("data"), nullptr);
     EXPECT_NE(client.rpc(get_schema(wanted + "<format>yang</format>")).child("data"), nullptr);
 }
@@ -155,7 +155,7 @@ TEST_F(NetconfMonitoring, AdvertisesTheRevisionsThatItWasWrittenFor) {
                                       "ietf-netconf-nmda@2019-01-07", "ietf-netconf-notifications@2012-02-06",
                                       "ietf-netconf-with-defaults@2011-06-01", "ietf-yang-library@2019-01-04",
                                       "ietf-datastores@2018-02-14", "notifications@2008-07-14",
-                                      "nc-notifications@2008-07-14", "openconfig-lldp@2024-11-21",
+                                      "nc-notifications@2008-07-14", "openconfig-lldp@2026-11-22",
                                       "openconfig-lldp-types@2024-11-21", "yfw-lldp-notifications@2026-11-22"));
 }
 
@@ -331,7 +331,7 @@ TEST_F(NetconfMonitoring, HasALibraryThatIsValidAndNamesItsModules) {
     EXPECT_THAT(values_at(tree.get(),
                           "/ietf-yang-library:yang-library/module-set/module[name='openconfig-lldp']"
                           "/revision"),
-                ElementsAre("2024-11-21"));
+                ElementsAre("2026-11-22"));
     EXPECT_THAT(values_at(tree.get(), "/ietf-yang-library:yang-library/datastore/name"),
                 Contains("ietf-datastores:running"));
 }

@@ -17,7 +17,7 @@ TEST(Capabilities, NameTheVersionTheModelsAndTheEncodings) {
     ASSERT_EQ(response.supported_models_size(), 2);
     EXPECT_EQ(response.supported_models(0).name(), "openconfig-lldp");
     EXPECT_EQ(response.supported_models(0).organization(), "Maintained with this repository.");
-    EXPECT_EQ(response.supported_models(0).version(), "2024-11-21");
+    EXPECT_EQ(response.supported_models(0).version(), "2026-11-22");
     EXPECT_EQ(response.supported_models(1).name(), "openconfig-lldp-types");
 }
 

@@ -384,7 +384,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(AModelThatIsServed, MayBeNamed) {
     ServedDevice device;
     EXPECT_NE(answer(device, with_model("openconfig-lldp", "")), "");
-    EXPECT_NE(answer(device, with_model("openconfig-lldp", "2024-11-21")), "");
+    EXPECT_NE(answer(device, with_model("openconfig-lldp", "2026-11-22")), "");
 }
 
 } // namespace

@@ -16,12 +16,12 @@ std::string_view text_of_key(const AnswerEntry &entry) {
 
 } // namespace
 
-void AnswerTree::join(const AnswerTree &other) {
+void AnswerTree::join(const AnswerTree &other, const std::vector<const lysc_node *> &extended) {
     unknown_paths_.insert(other.unknown_paths_.begin(), other.unknown_paths_.end());
-    join_entry(*root_, *other.root_, other);
+    join_entry(*root_, *other.root_, {other, extended});
 }
 
-void AnswerTree::join_entry(AnswerEntry &to, const AnswerEntry &from, const AnswerTree &other) {
+void AnswerTree::join_entry(AnswerEntry &to, const AnswerEntry &from, const Joined &other) {
     for (const AnswerNode *child : from.schema->children) {
         const AnswerSlot &slot = from.slots[child->index];
         if (slot.text == nullptr) // any member: nothing is there
@@ -41,7 +41,9 @@ void AnswerTree::join_entry(AnswerEntry &to, const AnswerEntry &from, const Answ
 
 // Entries of a list without keys are all different.
 void AnswerTree::join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,
-                           const AnswerTree &other) {
+                           const Joined &other) {
+    const bool is_extended =
+        std::find(other.extended.begin(), other.extended.end(), schema.schema) != other.extended.end();
     const AnswerList &list = list_at(parent, schema);
     std::unordered_map<std::string, AnswerEntry *> of_several_keys;
     if (schema.keys.size() > 1)
@@ -55,11 +57,13 @@ void AnswerTree::join_list(AnswerEntry &parent, const AnswerNode &schema, const 
     };
     for (const AnswerEntry *entry = from.first; entry != nullptr; entry = entry->next) {
         AnswerEntry *same = same_as(*entry);
+        if (same == nullptr && is_extended)
+            continue;
         AnswerEntry &to = same != nullptr ? *same : append_entry(parent, schema);
         if (same == nullptr && schema.keys.size() > 1)
             of_several_keys.emplace(keys_of(*entry), &to);
         join_entry(to, *entry, other);
-        set_dropped(to, std::max(dropped_for(to), other.dropped_for(*entry))); // of the same native ones
+        set_dropped(to, std::max(dropped_for(to), other.tree.dropped_for(*entry))); // of the same native ones
     }
 }
 

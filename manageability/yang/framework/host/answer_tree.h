@@ -96,7 +96,8 @@ public:
 
     // Adds what `other` has and this tree lacks. A leaf's value in this tree stands, the values of leaf-lists
     // are united, and list entries with the same keys become one. Copies texts.
-    void join(const AnswerTree &other);
+    // Of `extended` lists, entries that are not here are left out.
+    void join(const AnswerTree &other, const std::vector<const lysc_node *> &extended = {});
 
     // Makes this tree, which is empty, a copy of what `selection` selects of `other`.
     void copy(const AnswerTree &other, const Selection &selection);
@@ -169,9 +170,12 @@ private:
     void index_key(AnswerEntry &entry, const char *before, const char *now);
     const char **set_value(AnswerEntry &parent, const AnswerNode &target, const char *value);
     tidl_yfw_datatree *hand_out(const char **text, const AnswerNode &target);
-    void join_entry(AnswerEntry &to, const AnswerEntry &from, const AnswerTree &other);
-    void join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,
-                   const AnswerTree &other);
+    struct Joined {
+        const AnswerTree &tree;
+        const std::vector<const lysc_node *> &extended;
+    };
+    void join_entry(AnswerEntry &to, const AnswerEntry &from, const Joined &other);
+    void join_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from, const Joined &other);
     void copy_entry(AnswerEntry &to, const AnswerEntry &from, const AnswerTree &other,
                     const std::vector<const Selection *> &selections);
     void copy_list(AnswerEntry &parent, const AnswerNode &schema, const AnswerList &from,

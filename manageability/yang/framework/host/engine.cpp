@@ -154,7 +154,8 @@ std::shared_ptr<AnswerTree> Engine::map_pass(const Selection &selection, Content
                                              const DeviceSnapshot &device) {
     std::unique_ptr<AnswerTree> answer = main_mapping().read(selection, content, device, tracing());
     for (size_t i = 1; i < mappings_.size(); i++)
-        answer->join(*mappings_[i]->read(selection, content, device, tracing()));
+        answer->join(*mappings_[i]->read(selection, content, device, tracing()),
+                     mappings_[i]->extended_lists());
     return answer;
 }
 
@@ -165,7 +166,7 @@ std::shared_ptr<AnswerTree> Engine::map_named(const Selection &selection, Conten
     NamedAnswer named = main_mapping().read_named(selection, content, device, tracing());
     for (size_t i = 1; i < mappings_.size(); i++) {
         const NamedAnswer beside = mappings_[i]->read_named(selection, content, device, tracing());
-        named.answer->join(*beside.answer);
+        named.answer->join(*beside.answer, mappings_[i]->extended_lists());
         named.finding = std::max(named.finding, beside.finding);
     }
     if (named.finding == NamedAnswer::Finding::confirmed)

@@ -51,6 +51,19 @@ const lysc_node *named_key(const MappingDescription &mapping, const yang::Schema
     return node;
 }
 
+std::vector<const lysc_node *> lists_extended_by(const MappingDescription &mapping,
+                                                 const yang::Schemas &schemas) {
+    std::vector<const lysc_node *> lists;
+    for (const std::string &path : mapping.extends) {
+        lists.push_back(
+            named_node(mapping, schemas, "openconfig.extends", {mapping.modules.openconfig.front(), path}));
+        if (lists.back()->nodetype != LYS_LIST)
+            throw Error(ErrorTag::invalid_value, mapping.file.string(),
+                        "member \"openconfig.extends\" names " + path + ", which is not a list");
+    }
+    return lists;
+}
+
 std::vector<const lysc_node *> state_nodes(const MappingDescription &mapping, const yang::Schemas &schemas) {
     std::vector<const lysc_node *> nodes;
     for (const std::string &path : mapping.state)
@@ -74,7 +87,8 @@ const tidl_yfw_datatree *node_at(const tidl_yfw_datatree &root, std::string_view
 Mapping::Mapping(const yang::Schemas &schemas, const AnswerSchema &answer_schema,
                  MappingDescription description)
     : schemas_(schemas), answer_schema_(answer_schema), description_(std::move(description)),
-      names_(description_.walker_prefix, schemas.openconfig_root()), state_(state_nodes(description_, schemas)),
+      names_(description_.walker_prefix, schemas.openconfig_root()),
+      extended_lists_(lists_extended_by(description_, schemas)), state_(state_nodes(description_, schemas)),
       plugin_(std::make_unique<Plugin>(description_)) {
     for (const SharedKey &shared : description_.keys) {
         Key &key = keys_.emplace_back();
@@ -197,7 +211,7 @@ NamedAnswer Mapping::read_named(const Selection &selection, Content content, con
     NamedAnswer read{walk_responses(pass, responses)};
     if (!responses.are_narrowed())
         return read;
-    const NamedEntries named(*read.answer, selection, content);
+    const NamedEntries named(*read.answer, selection, content, extended_lists_);
     if (named.are_missing())
         read.finding = NamedAnswer::Finding::missing;
     else if (!confirm(named, *read.answer, without_keys(selection), content, responses, device, tracing))

@@ -56,6 +56,9 @@ public:
 
     const MappingDescription &description() const { return description_; }
 
+    // The OpenConfig lists to whose entries it only adds.
+    const std::vector<const lysc_node *> &extended_lists() const { return extended_lists_; }
+
     // Maps one pass of a read on native data.
     std::unique_ptr<AnswerTree> read(const Selection &selection, Content content, const DeviceSnapshot &device,
                                      const Tracing &tracing);
@@ -108,6 +111,7 @@ private:
         std::vector<const lysc_node *> native; // keys with the same value
     };
     std::vector<Key> keys_;
+    std::vector<const lysc_node *> extended_lists_;
     std::vector<const lysc_node *> state_; // those whose selection the library must know about
     std::unique_ptr<Plugin> plugin_;
     bool sums_may_be_left_ = false; // in the library, after a response with several nodes

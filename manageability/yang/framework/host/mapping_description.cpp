@@ -210,6 +210,10 @@ void read_openconfig(Members members, MappingDescription &to) {
                      [&](const Json &value, const std::string &place) {
                          to.suspensions.push_back(read_suspension({value, place, members.file()}));
                      });
+    if (members.has("extends"))
+        for (const std::string &path :
+             members.texts("extends", "the schema paths of lists whose entries are another mapping's"))
+            to.extends.push_back(checked_path(members, members.place_of("extends"), path));
     to.keys = read_keys(members, "keys", "the keys that are native keys, too");
     to.entries =
         read_keys(members, "entries", "the lists whose entries are mapped independently of one another");

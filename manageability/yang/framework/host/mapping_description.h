@@ -88,8 +88,9 @@ struct MappingDescription {
         state; // schema paths of the OpenConfig state that the request's descriptor tells of
     std::vector<std::string> sampled; // schema paths of OpenConfig state that changes all the time
     std::vector<Suspension> suspensions;
-    std::vector<SharedKey> keys;    // a read of one entry needs only the native entries that have its key
-    std::vector<SharedKey> entries; // configuration that the mapping maps entry by entry
+    std::vector<std::string> extends; // schema paths of OpenConfig lists whose entries are another mapping's
+    std::vector<SharedKey> keys;      // a read of one entry needs only the native entries that have its key
+    std::vector<SharedKey> entries;   // configuration that the mapping maps entry by entry
     std::vector<MappedSubtree> subtrees;
     std::vector<Example> examples; // of this mapping and of those beside it
     DeviceAnswers device;

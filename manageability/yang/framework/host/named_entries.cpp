@@ -58,8 +58,9 @@ Selection without_keys(const Selection &selection) {
     return all;
 }
 
-NamedEntries::NamedEntries(const AnswerTree &answer, const Selection &selection, Content content)
-    : answer_(answer), content_(content) {
+NamedEntries::NamedEntries(const AnswerTree &answer, const Selection &selection, Content content,
+                           const std::vector<const lysc_node *> &extended)
+    : answer_(answer), content_(content), extended_(extended) {
     look_below({&answer.root_entry()}, {nullptr, std::nullopt, {selection}, false});
 }
 
@@ -70,7 +71,9 @@ void NamedEntries::look_below(const Entries &entries, const Selection &selection
         if (!names_entries(child, content_))
             continue;
         Entries below = children(entries, child);
-        missing_ = missing_ || (below.empty() && is_keyed(child));
+        const bool is_another_mappings =
+            std::find(extended_.begin(), extended_.end(), child.node) != extended_.end();
+        missing_ = missing_ || (below.empty() && is_keyed(child) && !is_another_mappings);
         const auto native = std::partition(below.begin(), below.end(), [&](const AnswerEntry *entry) {
             return answer_.source_of(*entry) == nullptr;
         });

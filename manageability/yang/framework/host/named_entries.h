@@ -17,10 +17,12 @@ Selection without_keys(const Selection &selection);
 
 // What a mapping that was given keys has found. A mapping may translate a key into a native one that fits other
 // entries too, or none; what it found is therefore compared with what it shows without the keys. Borrows the
-// answer.
+// answer and the lists.
 class NamedEntries {
 public:
-    NamedEntries(const AnswerTree &answer, const Selection &selection, Content content);
+    // `extended`: lists whose entries are another mapping's; that one of them is not here means nothing.
+    NamedEntries(const AnswerTree &answer, const Selection &selection, Content content,
+                 const std::vector<const lysc_node *> &extended);
 
     // Whether an entry that was asked for by key is not there.
     bool are_missing() const { return missing_; }
@@ -36,6 +38,7 @@ private:
 
     const AnswerTree &answer_;
     Content content_;
+    const std::vector<const lysc_node *> &extended_;
     bool missing_ = false;
     Entries found_;
 };

@@ -102,6 +102,26 @@ TEST_F(JoinedAnswer, TellsEntriesApartByAllTheirKeys) {
     EXPECT_TRUE(warnings.empty());
 }
 
+TEST_F(JoinedAnswer, HasNoEntriesThatAreNewInAListThatIsOnlyExtended) {
+    add_to_interface(tree, "eth1", "/state/enabled", "true");
+    add_to_interface(second, "eth1", "/state/name", "eth1");
+    add_to_interface(second, "eth2", "/state/enabled", "true");
+    tree.join(second, {schemas().find("openconfig-lldp", interface_list)});
+    EXPECT_EQ(answer(), (Lines{"/lldp/interfaces/interface[name='eth1']/state/name=eth1",
+                               "/lldp/interfaces/interface[name='eth1']/state/enabled=true"}));
+    EXPECT_TRUE(warnings.empty());
+}
+
+TEST_F(JoinedAnswer, HasNewEntriesOfOtherListsThanTheExtendedOnes) {
+    add_tlv_to(tree, "9", "/state/value", "YQ==");
+    add_tlv_to(second, "1", "/state/value", "Yg==");
+    tree.join(second, {schemas().find("openconfig-lldp", interface_list),
+                       schemas().find("openconfig-lldp", neighbor_list)});
+    EXPECT_EQ(below(answer(), tlvs_of_r2),
+              (Lines{"/tlv[type='127'][oui='00:80:c2'][oui-subtype='9']/state/value=YQ==",
+                     "/tlv[type='127'][oui='00:80:c2'][oui-subtype='1']/state/value=Yg=="}));
+}
+
 TEST_F(JoinedAnswer, IsSelectedFromAsOne) {
     add_to(tree, "/lldp/state/system-name", "r1");
     add_to(second, "/lldp/state/chassis-id", "c1");

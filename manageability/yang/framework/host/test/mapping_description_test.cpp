@@ -117,6 +117,15 @@ TEST(ADescription, HasTheModulesOfTheMappingsBesideItToo) {
     EXPECT_EQ(mapping.modules.native, (std::vector<std::string>{"x-cfg", "y-oper"}));
 }
 
+TEST(ADescriptionBesideAnother, NamesTheListsToWhoseEntriesItOnlyAdds) {
+    const TemporaryDirectory directory;
+    directory.add("liby.json", replaced(beside(), "\"top\": \"x\"", "\"top\": \"x\", \"extends\": [\"/x/l\"]"));
+    const MappingDescription mapping =
+        read_mapping(directory.add("libx.json", smallest(R"(, "beside": ["liby.so"])")));
+    EXPECT_EQ(mapping.beside[0].extends, std::vector<std::string>{"/x/l"});
+    EXPECT_TRUE(mapping.extends.empty());
+}
+
 TEST(ADescriptionBesideAnother, MapsEditsOnlyIfItSaysSo) {
     const TemporaryDirectory directory;
     const std::string main = directory.add("libx.json", smallest(R"(, "beside": ["liby.so"])"));

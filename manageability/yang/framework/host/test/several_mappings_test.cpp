@@ -123,6 +123,21 @@ TEST_F(TwoMappings, RefuseAnEditThatNoneMaps) {
     }
 }
 
+TEST_F(TwoMappings, AreNotUsedWhenTheSecondExtendsWhatIsNoList) {
+    for (const char *path : {"/beacon/state", "/beacon/no-such-list"}) {
+        mapping.beside.front().extends = {path};
+        try {
+            const Engine engine(schemas, lamp, mapping);
+            FAIL() << "was loaded";
+        } catch (const Error &error) {
+            EXPECT_EQ(error.path(), mapping.beside.front().file.string());
+            EXPECT_NE(std::string(error.what()).find("\"openconfig.extends\" names " + std::string(path)),
+                      std::string::npos)
+                << error.what();
+        }
+    }
+}
+
 TEST_F(TwoMappings, AreNotUsedWhenTheSecondCannotBeLoaded) {
     mapping.beside.front().library = "/no/such/libglow.so";
     try {

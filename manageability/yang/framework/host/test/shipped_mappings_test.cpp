@@ -32,6 +32,9 @@ protected:
         return leaves(answer.data.get());
     }
 
+    // Warnings may come with it.
+    Lines engine_lines(const Lines &paths) { return leaves(engine.read(request(paths)).data.get()); }
+
     TextSource source;
     Engine engine{schemas(), source, read_mapping(YFW_PLUGINS)};
 };
@@ -115,7 +118,7 @@ TEST_F(TheShippedMappings, KeepAnsweringWhenTheMainOneIsLoadedAnew) {
                   (Lines{"/lldp/state/enabled=false", "/lldp/state/counters/frame-in=42"}));
 }
 
-// The main mapping asks for "sw" and finds another neighbor; the one beside it has no neighbors at all.
+// The main mapping asks for "sw" and finds another neighbor; the one beside it has all of the interface's.
 TEST_F(TheShippedMappings, FindANeighborByAnIdThatCannotBeTakenApart) {
     const Announcement asked{"p", {{"chassis-id", "c1"}}}, other{"p", {{"chassis-id", "c2"}}};
     source.xml = Table{{{"0/0", {{"eth1", "sw", {other}}, {"eth1", "sw#1", {asked}}}}}}.xml();
@@ -124,6 +127,88 @@ TEST_F(TheShippedMappings, FindANeighborByAnIdThatCannotBeTakenApart) {
     EXPECT_EQ(std::count(found.begin(), found.end(), entry + "/state/chassis-id=c1"), 1);
     EXPECT_EQ(std::count(found.begin(), found.end(), std::string(enabled) + "=false"), 1);
     EXPECT_EQ(read({entry + "/state/chassis-id"}), Lines{entry + "/state/chassis-id=c1"});
+}
+
+// Two neighbors on eth1, one of them with addresses, and one on eth2.
+Table neighbors_with_addresses() {
+    const Announcement addressed{
+        "p1", {}, {}, {}, {{"ipv4-address", "192.0.2.1"}, {"ipv6-address", "2001:db8::1"}}};
+    const Announcement plain{"p2"};
+    const Announcement cable{"p3", {}, {}, {{"combined-capabilities", "5242880"}}}; // also a router
+    return Table{{{"0/0", {{"eth1", "r2", {addressed}}, {"eth1", "r3", {plain}}, {"eth2", "r4", {cable}}}}}};
+}
+
+TEST_F(TheShippedMappings, HaveEachNeighborOnceWithItsAddressesInIt) {
+    source.xml = neighbors_with_addresses().xml();
+    const Lines whole = engine_lines({"/lldp"});
+    for (const NeighborKey &key : {NeighborKey{"eth1", "r2#p1"}, {"eth1", "r3#p2"}, {"eth2", "r4#p3"}})
+        EXPECT_EQ(std::count(whole.begin(), whole.end(), neighbor_path(key) + "/state/id=" + key.second), 1);
+    Lines addresses;
+    for (const std::string &line : whole)
+        if (line.find("/mgmt-address[") != std::string::npos)
+            addresses.push_back(line);
+    const std::string list = neighbor_path({"eth1", "r2#p1"}) + "/mgmt-addresses/mgmt-address";
+    EXPECT_EQ(addresses, (Lines{list + "[address='192.0.2.1']/state/address=192.0.2.1",
+                                list + "[address='2001:db8::1']/state/address=2001:db8::1"}));
+}
+
+TEST_F(TheShippedMappings, ReadTheAddressesOfOneNeighbor) {
+    source.xml = neighbors_with_addresses().xml();
+    const std::string list = neighbor_path({"eth1", "r2#p1"}) + "/mgmt-addresses/mgmt-address";
+    EXPECT_EQ(read({list + "/state/address"}),
+              (Lines{list + "[address='192.0.2.1']/state/address=192.0.2.1",
+                     list + "[address='2001:db8::1']/state/address=2001:db8::1"}));
+    EXPECT_EQ(read({neighbor_path({"eth1", "r3#p2"}) + "/mgmt-addresses"}), Lines{});
+    EXPECT_EQ(read({neighbor_path({"eth1", "r9#p9"}) + "/mgmt-addresses"}), Lines{});
+}
+
+TEST_F(TheShippedMappings, ReadOneAddressByItsKey) {
+    source.xml = neighbors_with_addresses().xml();
+    const std::string list = neighbor_path({"eth1", "r2#p1"}) + "/mgmt-addresses/mgmt-address";
+    EXPECT_EQ(read({list + "[address='2001:db8::1']/state"}),
+              Lines{list + "[address='2001:db8::1']/state/address=2001:db8::1"});
+    EXPECT_EQ(read({list + "[address='192.0.2.9']"}), Lines{});
+}
+
+// The main mapping finds the first of them.
+TEST_F(TheShippedMappings, ShowNoNeighborsThatTheMainOneDoesNot) {
+    const Announcement same{"p", {}, {}, {}, {{"ipv4-address", "192.0.2.1"}}};
+    source.xml = Table{{{"0/0", {{"eth1", "r2", {same}}, {"eth2", "r2", {same}}}}}}.xml();
+    const std::string found =
+        neighbor_path({"eth1", "r2#p"}) + "/mgmt-addresses/mgmt-address[address='192.0.2.1']";
+    EXPECT_EQ(read({"/lldp/interfaces/interface/neighbors/neighbor[id='r2#p']/mgmt-addresses"}),
+              Lines{found + "/state/address=192.0.2.1"});
+}
+
+TEST_F(TheShippedMappings, SayNothingOfAddressesInAReadOfConfiguration) {
+    source.xml = neighbors_with_addresses().xml();
+    for (const std::string &line : leaves(engine.read(request({"/lldp"}, Content::config)).data.get()))
+        EXPECT_EQ(line.find("neighbor"), std::string::npos) << line;
+}
+
+TEST_F(TheShippedMappings, NameTheCapabilityOfACableDeviceAsPublished) {
+    source.xml = neighbors_with_addresses().xml();
+    const std::string list = neighbor_path({"eth2", "r4#p3"}) + "/capabilities/capability";
+    const Answer answer = engine.read(request({list + "/state/enabled"}));
+    EXPECT_EQ(leaves(answer.data.get()),
+              (Lines{list + "[name='openconfig-lldp-types:ROUTER']/state/enabled=false",
+                     list + "[name='openconfig-lldp-types:DOCSIS_CABLE_DEVICE']/state/enabled=false"}));
+}
+
+TEST_F(TheShippedMappings, HaveTheTimeToLiveThatIsConfigured) {
+    source.xml = configured("<enable>true</enable><holdtime>120</holdtime>");
+    EXPECT_EQ(read({"/lldp/state/ttl"}), Lines{"/lldp/state/ttl=120"});
+    EXPECT_EQ(read({"/lldp/state/ttl"}, Content::config), Lines{});
+    source.xml = configured("<enable>true</enable>");
+    EXPECT_EQ(read({"/lldp/state/ttl"}), Lines{});
+}
+
+TEST_F(TheShippedMappings, LeaveOutATimeToLiveThatNoFrameCanCarry) {
+    source.xml = configured("<holdtime>65536</holdtime>");
+    const Answer answer = engine.read(request({"/lldp/state/ttl"}));
+    EXPECT_EQ(answer.data, nullptr);
+    ASSERT_EQ(answer.warnings.size(), 1u);
+    EXPECT_NE(answer.warnings[0].find(":lldp/state/ttl"), std::string::npos);
 }
 
 TEST_F(TheShippedMappings, AreToldApartInAnExplanation) {

@@ -55,6 +55,11 @@ terrno write_state(frame &f, const node *lldp, node *out) {
     if (const terrno status = write(f, out, "/lldp/state/enabled", is_on(lldp) ? "true" : "false");
         status != YMAP_OK)
         return status;
+    if (const node *holdtime = child_of(lldp, cfg_ns, "holdtime"))
+        if (const terrno status =
+                ymap_qo_ocextra_tarvoqdethernetlldpcfg_leaf_lvla_lldp_holdtime(f.ctx, holdtime, out);
+            status != YMAP_OK)
+            return status;
     for (const tlv_row &row : tlv_rows)
         if (is_suppressed(lldp, row))
             if (const terrno status = write_identity(f, out, row.identity); status != YMAP_OK)
@@ -68,3 +73,5 @@ terrno write_state(frame &f, const node *lldp, node *out) {
 using namespace ocextra;
 
 YMAP_DEFINE(ymap_qo_ocextra_tarvoqdethernetlldpcfg_lvla_lldp, invalid_arguments, write_state(f, in, out))
+YMAP_DEFINE(ymap_qo_ocextra_tarvoqdethernetlldpcfg_leaf_lvla_lldp_holdtime, invalid_arguments,
+            has_text(in->value) ? copy(f, in, out, "/lldp/state/ttl") : YMAP_OK)

@@ -15,6 +15,12 @@ using namespace oclldp_test;
 
 inline const std::string request_root = "ymap_oq_ocextra_openconfiglldp_lvla_lldp";
 inline const std::string response_root = "ymap_qo_ocextra_tarvoqdethernetlldpcfg_lvla_lldp";
+inline const std::string holdtime_callback = "ymap_qo_ocextra_tarvoqdethernetlldpcfg_leaf_lvla_lldp_holdtime";
+inline const std::string oper = "ymap_qo_ocextra_tarvoqdethernetlldpoper_";
+inline const std::string oper_response_root = oper + "lvla_lldp";
+inline const std::string neighbor_callback = oper + "list_lvla_lldp_detail_lldpneighbor";
+inline const std::string address_callback = oper + "list_lvla_lldp_networkaddresses_lldpaddrentry";
+inline const std::string capabilities_callback = oper + "leaf_lvla_lldp_mib_combinedcapabilities";
 
 class OcextraTest : public ::testing::Test {
 protected:

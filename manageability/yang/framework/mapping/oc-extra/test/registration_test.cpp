@@ -18,8 +18,10 @@ protected:
         record.framework_callbacks[0] = record.framework_callbacks[1] = untouched;
         record.flag_a = record.flag_b = 99;
         record.framework_slot = this;
-        plugin.symbol<void(yfw_map_registration *)>("yfw_map_reg_ocextra_cfg")(&record);
+        fill("yfw_map_reg_ocextra_cfg");
     }
+
+    void fill(const char *function) { plugin.symbol<void(yfw_map_registration *)>(function)(&record); }
 
     yfw_map_registration record{};
 };
@@ -35,6 +37,17 @@ TEST_F(TheRegistrationRecord, NamesTheTreeTheModelsAndTheirTopNodes) {
 TEST_F(TheRegistrationRecord, HasTheRootsOfBothDirections) {
     EXPECT_EQ(record.oc_to_native, plugin.callback(request_root));
     EXPECT_EQ(record.native_to_oc, plugin.callback(response_root));
+}
+
+TEST_F(TheRegistrationRecord, OfOperationalDataHasARootOfItsOwnForResponses) {
+    fill("yfw_map_reg_ocextra_oper");
+    EXPECT_STREQ(record.tree_name, "OC lldp extra oper tree");
+    EXPECT_STREQ(record.native_ns, native_oper_ns);
+    EXPECT_STREQ(record.native_top, "lldp");
+    EXPECT_STREQ(record.oc_ns, oc_ns);
+    EXPECT_STREQ(record.oc_top, "lldp");
+    EXPECT_EQ(record.oc_to_native, plugin.callback(request_root));
+    EXPECT_EQ(record.native_to_oc, plugin.callback(oper_response_root));
 }
 
 TEST_F(TheRegistrationRecord, HasNoFlagsAndNoDisableCapabilityCallback) {

@@ -30,6 +30,21 @@ Paths both_of(Paths first, const Paths &second) {
 
 const Paths for_enabled = both_of({"/lldp/enable", "/lldp/timer"}, for_suppressed);
 const Paths for_both = both_of(for_enabled, for_suppressed);
+const Paths for_ttl = {"/lldp/holdtime"};
+const Paths for_state = both_of(both_of(for_enabled, for_ttl), for_suppressed);
+
+const std::string announcement = "/lldp/nodes/node/neighbors/details/detail/lldp-neighbor";
+const std::string address_entry = announcement + "/detail/network-addresses/lldp-addr-entry";
+
+const Paths for_entry = {announcement + "/port-id-detail"};
+const Paths for_address = {address_entry + "/address/address-type", address_entry + "/address/ipv4-address",
+                           address_entry + "/address/ipv6-address"};
+const Paths for_number = both_of(for_address, {address_entry + "/if-num"});
+const Paths for_address_state = both_of(for_address, for_number);
+const Paths for_addresses = both_of(for_address, for_address_state);
+const Paths for_capabilities = {announcement + "/mib/combined-capabilities"};
+const Paths for_neighbors = both_of(for_entry, both_of(for_addresses, for_capabilities));
+const Paths for_everything = both_of(for_state, for_neighbors);
 
 Node lldp(std::vector<Node> children) {
     return node("lldp").children(std::move(children));
@@ -37,6 +52,18 @@ Node lldp(std::vector<Node> children) {
 
 Node state(std::vector<Node> children) {
     return node("state").children(std::move(children));
+}
+
+Node neighbor(std::vector<Node> children) {
+    return node("interfaces")
+        .children(
+            {node("interface")
+                 .children({match("name", "eth1"),
+                            node("neighbors").children({node("neighbor").children(std::move(children))})})});
+}
+
+Node address(std::vector<Node> children) {
+    return neighbor({node("mgmt-addresses").children({node("mgmt-address").children(std::move(children))})});
 }
 
 struct Request {
@@ -61,19 +88,38 @@ TEST_P(ARead, AsksForWhatItNeedsAndForNothingElse) {
 INSTANTIATE_TEST_SUITE_P(
     Of, ARead,
     ::testing::Values(
-        Request{"Everything", node("lldp"), for_both},
-        Request{"TheWholeState", lldp({node("state")}), for_both},
+        Request{"Everything", node("lldp"), for_everything},
+        Request{"TheWholeState", lldp({node("state")}), for_state},
         Request{"Enabled", lldp({state({node("enabled")})}), for_enabled},
+        Request{"TheTimeToLive", lldp({state({node("ttl")})}), for_ttl},
         Request{"SuppressedTlvs", lldp({state({node("suppress-tlv-advertisement")})}), for_suppressed},
         Request{"BothLeaves", lldp({state({node("suppress-tlv-advertisement"), node("enabled")})}), for_both},
         Request{"OtherLeavesOfTheState", lldp({state({node("hello-timer"), node("counters")})}), {}},
-        Request{"AllStateWhereAnotherLeafMatches", lldp({state({match("system-name", "r1")})}), for_both},
+        Request{"AllStateWhereAnotherLeafMatches", lldp({state({match("system-name", "r1")})}), for_state},
         Request{"AnotherLeafWhereEnabledMatches",
                 lldp({state({match("enabled", "false"), node("hello-timer")})}), for_enabled},
-        Request{"AllStateWhereEnabledMatches", lldp({state({match("enabled", "false")})}), for_both},
+        Request{"AllStateWhereEnabledMatches", lldp({state({match("enabled", "false")})}), for_state},
         Request{"Configuration", lldp({node("config")}), {}},
-        Request{"InterfacesOnly", lldp({node("interfaces").children({node("interface")})}), {}},
-        Request{"StateBesideInterfaces", lldp({node("interfaces"), state({node("enabled")})}), for_enabled},
+        Request{"InterfacesOnly", lldp({node("interfaces").children({node("interface")})}), for_neighbors},
+        Request{"AnInterfacesState",
+                lldp({node("interfaces").children({node("interface").children({node("state")})})}),
+                {}},
+        Request{"StateBesideInterfaces", lldp({node("interfaces"), state({node("enabled")})}),
+                both_of(for_enabled, for_neighbors)},
+        Request{"ANeighbor", lldp({neighbor({match("id", "r2#p")})}), for_neighbors},
+        Request{"ANeighborsState", lldp({neighbor({match("id", "r2#p"), node("state")})}), {}},
+        Request{"ANeighborsAddresses", lldp({neighbor({match("id", "r2#p"), node("mgmt-addresses")})}),
+                both_of(for_entry, for_addresses)},
+        Request{"TheKeyOfAnAddress", lldp({address({node("address")})}), both_of(for_entry, for_address)},
+        Request{"AnAddressByItsKey", lldp({address({match("address", "192.0.2.1")})}),
+                both_of(for_entry, for_addresses)},
+        Request{"TheInterfaceNumberOfAnAddress",
+                lldp({address({node("state").children({node("interface-number")})})}),
+                both_of(for_entry, for_number)},
+        Request{"AnAddressOfItsState", lldp({address({node("state").children({node("address")})})}),
+                both_of(for_entry, for_address)},
+        Request{"ANeighborsCapabilities", lldp({neighbor({node("capabilities")})}),
+                both_of(for_entry, for_capabilities)},
         Request{"TheStateOfAnotherModel", lldp({node("state").in(foreign_ns)}), {}},
         Request{"EnabledOfAnotherModel", lldp({state({node("enabled").in(foreign_ns)})}), {}}),
     [](const auto &test) { return std::string(test.param.name); });
@@ -84,7 +130,8 @@ TEST_F(ARequest, AddsItsPathsInTheNativeModelWithoutValueAndSource) {
     Context context(YMAP_REQ_GET);
     Tree request(node("lldp"));
     call(request_root, context, request);
-    EXPECT_THAT(fw.adds, Each(Field(&Add::ns, native_cfg_ns)));
+    for (const Add &add : fw.adds)
+        EXPECT_EQ(add.ns, add.path.starts_with("/lldp/nodes") ? native_oper_ns : native_cfg_ns) << add.path;
     EXPECT_THAT(fw.adds, Each(Field(&Add::value, std::nullopt)));
     EXPECT_THAT(fw.adds, Each(Field(&Add::source, nullptr)));
     EXPECT_THAT(fw.adds, Each(Field(&Add::parent, &output)));
@@ -96,7 +143,7 @@ TEST_F(ARequest, AsksForTheSameWhenOnlyStateIsWanted) {
     context.descriptor.req_content = YFW_CONTENT_OPERATIONAL;
     Tree request(node("lldp"));
     EXPECT_EQ(call(request_root, context, request), YMAP_OK);
-    EXPECT_EQ(fw.add_paths(), for_both);
+    EXPECT_EQ(fw.add_paths(), for_everything);
 }
 
 TEST_F(ARequest, AsksForNothingWhenOnlyConfigurationIsWanted) {
@@ -130,7 +177,7 @@ TEST_F(ARequest, WithoutADescriptorAsksForNothing) {
 
 // However far it got.
 TEST_F(ARequest, EndsWithTheStatusOfThePathThatCannotBeAdded) {
-    for (unsigned nth = 1; nth <= for_both.size(); nth++) {
+    for (unsigned nth = 1; nth <= for_everything.size(); nth++) {
         fw.reset();
         fw.fail("yfw_map_datatree_add_path_flagged", nth, 77);
         Context context(YMAP_REQ_GET);
@@ -141,7 +188,8 @@ TEST_F(ARequest, EndsWithTheStatusOfThePathThatCannotBeAdded) {
 }
 
 TEST_F(ARequest, WithABrokenArrayOfChildrenFails) {
-    for (const Node &root : {node("lldp").broken_children(2), lldp({node("state").broken_children(2)})}) {
+    for (const Node &root : {node("lldp").broken_children(2), lldp({node("state").broken_children(2)}),
+                             lldp({node("interfaces").broken_children(1)})}) {
         fw.reset();
         Context context(YMAP_REQ_GET);
         Tree request(root);
@@ -180,12 +228,19 @@ TEST_P(ACallback, AbortsWithoutAContext) {
     EXPECT_DEATH(plugin.call(GetParam(), nullptr, in, &output), "NULL != ctx");
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, ACallback,
-                         ::testing::Values(request_root, request_root + "_state",
-                                           request_root + "_state_enabled",
-                                           request_root + "_state_suppresstlvadvertisement", enabled_callback,
-                                           suppressed_callback, response_root),
-                         [](const auto &test) { return test.param; });
+INSTANTIATE_TEST_SUITE_P(
+    Of, ACallback,
+    ::testing::Values(request_root, request_root + "_state", request_root + "_state_enabled",
+                      request_root + "_state_suppresstlvadvertisement", enabled_callback, suppressed_callback,
+                      response_root, request_root + "_state_ttl", request_root + "_interfaces",
+                      request_root + "_interfaces_interface", request_root + "_interface_neighbors",
+                      request_root + "_neighbors_neighbor", request_root + "_neighbor_mgmtaddresses",
+                      request_root + "_mgmtaddresses_mgmtaddress", request_root + "_mgmtaddress_address",
+                      request_root + "_mgmtaddress_state", request_root + "_state_address",
+                      request_root + "_state_interfacenumber", request_root + "_neighbor_capabilities",
+                      oper_response_root, neighbor_callback, address_callback, capabilities_callback,
+                      holdtime_callback),
+    [](const auto &test) { return test.param; });
 
 } // namespace
 } // namespace ocextra_test

@@ -94,6 +94,17 @@ TEST_F(AResponse, NamesNoTlvThatIsNotSuppressed) {
               (Lines{"/lldp/state/enabled=true", std::string(suppressed) + "=SYSTEM_DESCRIPTION"}));
 }
 
+TEST_F(AResponse, HasTheTimeToLiveBetweenTheOtherTwo) {
+    EXPECT_EQ(
+        answer(lldp({leaf("holdtime", "120"), node("tlv-select").children({disable("system-name", "true")})})),
+        (Lines{"/lldp/state/enabled=true", "/lldp/state/ttl=120", std::string(suppressed) + "=SYSTEM_NAME"}));
+}
+
+TEST_F(AResponse, HasNoTimeToLiveWithoutAValueOrOfAnotherModel) {
+    EXPECT_EQ(answer(lldp({node("holdtime"), leaf("holdtime", "9").in(foreign_ns)})),
+              Lines{"/lldp/state/enabled=false"});
+}
+
 TEST_F(AResponse, IsAnsweredInTheOpenConfigModelWithIdentitiesOfItsTypes) {
     answer(lldp({node("tlv-select").children({disable("system-name", "true")})}));
     EXPECT_THAT(fw.adds, Each(::testing::Field(&Add::ns, oc_ns)));
@@ -128,11 +139,13 @@ TEST_F(AResponse, IsNotAnsweredWhenOnlyConfigurationIsWanted) {
 }
 
 TEST_F(AResponse, EndsWithTheStatusOfTheLeafThatCannotBeAdded) {
-    for (unsigned nth = 1; nth <= 2; nth++) {
+    for (unsigned nth = 1; nth <= 3; nth++) {
         fw.reset();
         fw.fail("yfw_map_datatree_add_path_flagged", nth, 77);
         Context context(YMAP_REQ_GET);
-        Tree response(lldp({node("tlv-select").children({disable("system-name", "true")})}), native_cfg_ns);
+        Tree response(
+            lldp({leaf("holdtime", "120"), node("tlv-select").children({disable("system-name", "true")})}),
+            native_cfg_ns);
         EXPECT_EQ(call(response_root, context, response), 77u);
         EXPECT_EQ(fw.calls_of("yfw_map_datatree_add_path_flagged").size(), nth);
     }
