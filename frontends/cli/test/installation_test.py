@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Installs the program below a temporary prefix and uses it there.
 
-  installation_test.py CMAKE BUILD_DIRECTORY PACKAGING STANDARD_MODELS
+  installation_test.py CMAKE BUILD_DIRECTORY PACKAGING STANDARD_MODELS DOCUMENTS
 """
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -14,6 +15,7 @@ import threading
 import unittest
 
 CMAKE, BUILD, PACKAGING, STANDARD_MODELS = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3]), sys.argv[4]
+DOCUMENTS = pathlib.Path(sys.argv[5])
 SSHD = shutil.which("sshd") or "/usr/sbin/sshd"
 
 
@@ -24,6 +26,20 @@ def run(*words, **more):
 # Runs a program in a new mount namespace, where the package's directory is empty.
 WITHOUT_PACKAGE = ("unshare", "--map-root-user", "--mount", "sh", "-c",
                    'mount -t tmpfs none "$0" && exec "$@"', STANDARD_MODELS)
+
+
+def blocks_of(page):
+    """The indented blocks of a page, each with the file that the line before it names, or None."""
+    found = []
+    for name, block in re.findall(r"(?:^`(\S+)`:\n\n)?((?:^    .*\n|^\n(?=    ))+)", page, re.M):
+        found.append((name or None, "".join(line[4:] or "\n" for line in block.splitlines(keepends=True))))
+    return found
+
+
+def session_of(text):
+    """The commands of a block, with the output that it shows for each, empty where it shows none."""
+    parts = re.split(r"^\$ (.*)\n", text, flags=re.M)
+    return list(zip(parts[1::2], parts[2::2]))
 
 
 def can_hide_packages():
@@ -72,6 +88,23 @@ class Installation(unittest.TestCase):
         source.write_text("#include <yfw_map.h>\n#include <oclldp_callbacks.h>\nyfw_map_register_function registers;\n")
         compiled = run("cc", "-std=c11", "-Wall", "-Werror", *flags.stdout.split(), "-fsyntax-only", str(source))
         self.assertEqual((compiled.returncode, compiled.stderr), (0, ""))
+
+    def test_builds_and_runs_the_mapping_that_the_documentation_writes(self):
+        page = (DOCUMENTS / "writing-a-mapping.md").read_text()
+        environment = {**self.state, "PKG_CONFIG_PATH": str(self.prefix / "lib/pkgconfig"),
+                       "PATH": f"{self.prefix}/bin:{os.environ['PATH']}"}
+        commands = 0
+        with tempfile.TemporaryDirectory() as directory:
+            for name, block in blocks_of(page):
+                if name:
+                    (pathlib.Path(directory) / name).write_text(block)
+                for command, shown in session_of(block):
+                    with self.subTest(command):
+                        done = run("bash", "-o", "pipefail", "-c", command, cwd=directory, env=environment)
+                        self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
+                        self.assertEqual(done.stdout.strip("\n"), shown.strip("\n"))
+                    commands += 1
+        self.assertEqual(commands, 7)
 
     def test_uses_no_models_from_elsewhere(self):
         module = self.prefix / "share/yfw/models/openconfig-lldp.yang"
