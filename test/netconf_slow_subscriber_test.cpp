@@ -21,7 +21,7 @@ constexpr int interfaces_of_an_edit = 20;
 std::string long_edit(int number) {
     std::string interfaces;
     for (int i = 0; i < interfaces_of_an_edit; i++) {
-        const std::string name = std::string(4000, 'x') + std::to_string(i);
+        const std::string name = std::string(2000, 'x') + std::to_string(i);
         interfaces += "<interface><name>" + name + "</name><config><name>" + name + "</name><enabled>" +
                       (number % 2 == 0 ? "true" : "false") + "</enabled></config></interface>";
     }
