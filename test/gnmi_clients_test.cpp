@@ -80,6 +80,16 @@ protected:
         fs::rename(fresh, packages_, is_there_by_now);
     }
 
+    // Runs a script on the server; returns the lines that it printed. Fails unless it ends well.
+    std::vector<std::string> lines_of_script(const std::string &name) const {
+        const Finished finished =
+            run({"/usr/bin/env", "PYTHONPATH=" + packages_.string(), "python3", YFW_GNMI_SCRIPTS_DIR "/" + name,
+                 "127.0.0.1", port_, certificates_ + "/ca.pem", certificates_ + "/client.pem",
+                 certificates_ + "/client.key"});
+        EXPECT_EQ(finished.status, 0) << finished.errors;
+        return lines_of(finished.output);
+    }
+
     fs::path packages_;
 };
 
@@ -94,16 +104,33 @@ TEST_F(APygnmi, RunsTheLinesThatTheServerPrints) {
 }
 
 TEST_F(APygnmi, ReadsSetsAndStreams) {
-    const Finished finished =
-        run({"/usr/bin/env", "PYTHONPATH=" + packages_.string(), "python3",
-             YFW_GNMI_SCRIPTS_DIR "/pygnmi_session.py", "127.0.0.1", port_, certificates_ + "/ca.pem",
-             certificates_ + "/client.pem", certificates_ + "/client.key"});
-    EXPECT_EQ(finished.status, 0) << finished.errors;
-    EXPECT_THAT(lines_of(finished.output),
+    EXPECT_THAT(lines_of_script("pygnmi_session.py"),
                 ElementsAre("version: 0.10.0", "encodings: json,json_ietf,proto", "json: [\"r1.example.net\"]",
                             "json_ietf: [\"r1.example.net\"]", "proto: [\"r1.example.net\"]", "all: 1",
                             "update: updated", "replace: {\"system-name\": \"replaced\"}", "delete: True",
                             "once: streamed", "first: streamed", "then: changed"));
+}
+
+TEST_F(APygnmi, ConfirmsCancelsAndProlongsCommits) {
+    EXPECT_THAT(lines_of_script("pygnmi_commits.py"),
+                ElementsAre("committed: first", "another commit: FAILED_PRECONDITION",
+                            "without an id: FAILED_PRECONDITION", "of another id: INVALID_ARGUMENT",
+                            "confirmed: first", "confirmed again: FAILED_PRECONDITION",
+                            "to be cancelled: second", "cancelled: first", "not confirmed in time: first",
+                            "no time at all: INVALID_ARGUMENT", "to be shortened: fourth",
+                            "not confirmed in the shorter time: first", "with more time: fifth",
+                            "confirmed at last: fifth"));
+}
+
+TEST_F(APygnmi, PollsAndSamples) {
+    EXPECT_THAT(lines_of_script("pygnmi_streams.py"),
+                ElementsAre("polled: ['at first']", "polled again: ['at first']", "told without a poll: False",
+                            "polled after a change: ['between polls']", "current: ['between polls']",
+                            "sampled: ['between polls'] ['between polls']", "in their time: True",
+                            "sampled after a change: ['between samples']", "current: ['between samples']",
+                            "sampled without a change: False",
+                            "sampled after a change: ['no longer redundant']",
+                            "current: ['no longer redundant']", "with the heartbeat: ['no longer redundant']"));
 }
 
 } // namespace

@@ -115,16 +115,27 @@ std::string Xml::text_at(std::string_view names) const {
     return found != nullptr ? found->text : "";
 }
 
+namespace {
+
+// Without modules. Each thread has its own: making one takes longer than parsing most messages.
+const ly_ctx *empty_context() {
+    static thread_local const Context context = [] {
+        ly_log_options(LY_LOSTORE_LAST);
+        ly_ctx *created = nullptr;
+        if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIRS, &created) != LY_SUCCESS)
+            throw std::runtime_error("no libyang context");
+        return Context(created);
+    }();
+    return context.get();
+}
+
+} // namespace
+
 Xml parse_xml(const std::string &text) {
-    ly_log_options(LY_LOSTORE_LAST);
-    ly_ctx *created = nullptr;
-    if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY, &created) != LY_SUCCESS)
-        throw std::runtime_error("no libyang context");
-    const Context context(created);
     lyd_node *tree = nullptr;
-    if (lyd_parse_data_mem(created, text.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &tree) !=
+    if (lyd_parse_data_mem(empty_context(), text.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &tree) !=
         LY_SUCCESS)
-        throw std::runtime_error(text_of(ly_errmsg(created)) + " in " + text.substr(0, 1000));
+        throw std::runtime_error(text_of(ly_errmsg(empty_context())) + " in " + text.substr(0, 1000));
     const Tree owner(tree);
     if (tree == nullptr || tree->schema != nullptr || tree->next != nullptr)
         throw std::runtime_error("no document: " + text.substr(0, 1000));

@@ -104,8 +104,8 @@ protected:
         setenv("XDG_STATE_HOME", state_home.c_str(), 1);
         const Outcome outcome = device.edit(expected_.document(), {"--operation", "replace"});
         ASSERT_EQ(outcome.status, 0) << outcome.errors;
-        if (!device.commits().empty()) {
-            EXPECT_EQ(difference(native_settings(device.native()),
+        if (const std::optional<int64_t> made = last_commit_in(device.store())) {
+            EXPECT_EQ(difference(native_settings(commit_in(device.store(), *made).configuration),
                                  native_settings(commit(last_commit()).configuration)),
                       "")
                 << expected_.document();
@@ -134,7 +134,7 @@ protected:
     // -1 before the first one.
     int64_t last_commit() const {
         const auto file = store();
-        return file.has_value() ? commits::CommitLog(*file, false).last_number().value_or(-1) : -1;
+        return file.has_value() ? last_commit_in(*file).value_or(-1) : -1;
     }
 
     RandomEdits edits_;
@@ -170,15 +170,21 @@ private:
 
     Lines lines(const std::string &datastore) { return lines_of_tree(answer(datastore).get()); }
 
+    static std::optional<int64_t> last_commit_in(const fs::path &store) {
+        return fs::exists(store) ? commits::CommitLog(store, false).last_number() : std::nullopt;
+    }
+
+    commits::Commit commit(int64_t number) const { return commit_in(*store(), number); }
+
     // With its configurations, which the store may have as changes of an earlier commit.
-    commits::Commit commit(int64_t number) const {
+    static commits::Commit commit_in(const fs::path &store, int64_t number) {
         static const yang::Schemas schemas(
             YFW_MODELS_DIR, YFW_MODELS_DIR,
             {{"openconfig-lldp", "openconfig-lldp-types"},
              "lldp",
              {"Tarvo-QD-ifmgr-cfg", "Tarvo-QD-ethernet-lldp-cfg", "Tarvo-QD-ethernet-lldp-oper"}});
-        const commits::CommitLog log(*store(), false);
-        return device::with_texts(schemas, log, log.find(number).value(), store()->string());
+        const commits::CommitLog log(store, false);
+        return device::with_texts(schemas, log, log.find(number).value(), store.string());
     }
 
     Lines lines_of(int64_t number) const {

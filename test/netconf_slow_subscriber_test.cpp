@@ -14,11 +14,14 @@ namespace {
 
 using std::chrono::seconds;
 
-// An edit of many leaves, so that its event is long.
+constexpr int interfaces_of_an_edit = 20;
+
+// An edit of interfaces with long names, so that its event is long: an edit of many leaves takes the server
+// longer.
 std::string long_edit(int number) {
     std::string interfaces;
-    for (int i = 0; i < 200; i++) {
-        const std::string name = "an-interface-with-a-name-that-is-rather-long-" + std::to_string(i);
+    for (int i = 0; i < interfaces_of_an_edit; i++) {
+        const std::string name = std::string(2000, 'x') + std::to_string(i);
         interfaces += "<interface><name>" + name + "</name><config><name>" + name + "</name><enabled>" +
                       (number % 2 == 0 ? "true" : "false") + "</enabled></config></interface>";
     }
@@ -53,7 +56,7 @@ TEST_F(ASubscriberThatReadsNothing, IsClosedAndNobodyElseNotices) {
         expect_ok(client.rpc(long_edit(edits)));
         EXPECT_LT(std::chrono::steady_clock::now() - start, seconds(5));
         const Xml change = next_event(reader, config_change);
-        EXPECT_GE(targets_of(change).size(), 200u);
+        EXPECT_GE(targets_of(change).size(), size_t{interfaces_of_an_edit});
         told += change.printed.size();
     }
     EXPECT_FALSE(is_there(greedy)) << told << " bytes of events";

@@ -1,4 +1,5 @@
-# Run by ctest: adds the suites of a test program as tests. yfw_add_tests sets program, executable, whole, cost, labels.
+# Run by ctest: adds the suites of a test program as tests. yfw_add_tests sets program, executable, cost, labels,
+# demanding.
 if(NOT EXISTS "${executable}")
   add_test(${program}_NOT_BUILT ${program}_NOT_BUILT)
   return()
@@ -12,13 +13,6 @@ macro(yfw_add_suite name)
                        SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\] [^ \n]+\n$")
 endmacro()
 
-if(whole)
-  yfw_add_suite(${program})
-  # Its laboratories have limits on how long daemons take to start, beside whatever else runs.
-  set_tests_properties(${program} PROPERTIES RUN_SERIAL ON)
-  return()
-endif()
-
 execute_process(COMMAND ${executable} --gtest_list_tests OUTPUT_VARIABLE listed RESULT_VARIABLE result)
 string(REGEX MATCHALL "(^|\n)[A-Za-z0-9_/]+\\." suites "${listed}")
 if(NOT result EQUAL 0 OR NOT suites)
@@ -27,4 +21,7 @@ endif()
 foreach(suite IN LISTS suites)
   string(REGEX MATCH "[A-Za-z0-9_/]+" suite "${suite}")
   yfw_add_suite(${program}.${suite} --gtest_filter=${suite}.*)
+  if(";${demanding};" MATCHES ";${suite};") # ctest has no IN_LIST here
+    set_tests_properties(${program}.${suite} PROPERTIES PROCESSORS 3)
+  endif()
 endforeach()

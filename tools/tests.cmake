@@ -26,12 +26,13 @@ function(yfw_test_code)
   endforeach()
 endfunction()
 
-# yfw_add_tests(PROGRAM [WHOLE] [COST SECONDS] [LABELS LABEL ...]): adds a GoogleTest program to ctest, one ctest test
-# per suite: starting a process for each of the thousands of tests would take longer than most tests. Suites are listed
-# when ctest runs, so a new scenario needs no build. WHOLE: the program is one test. COST: roughly how long its longest
-# suite takes; tests with a high cost are started first. LABELS: for ctest.
+# yfw_add_tests(PROGRAM [COST SECONDS] [LABELS LABEL ...] [DEMANDING SUITE ...]): adds a GoogleTest program to ctest, one
+# ctest test per suite: starting a process for each of the thousands of tests would take longer than most tests. Suites
+# are listed when ctest runs, so a new scenario needs no build. COST: roughly how long its longest suite takes; tests
+# with a high cost are started first. LABELS: for ctest. DEMANDING: suites that count for three of the tests that ctest
+# runs at the same time.
 function(yfw_add_tests program)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "WHOLE" "COST" "LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COST" "LABELS;DEMANDING")
   yfw_test_code(${program})
   if(NOT arg_COST)
     set(arg_COST 0)
@@ -39,9 +40,9 @@ function(yfw_add_tests program)
   set(listing ${CMAKE_CURRENT_BINARY_DIR}/${program}_suites.cmake)
   file(GENERATE OUTPUT ${listing} CONTENT "set(program ${program})
 set(executable \"$<TARGET_FILE:${program}>\")
-set(whole ${arg_WHOLE})
 set(cost ${arg_COST})
 set(labels \"${arg_LABELS}\")
+set(demanding \"${arg_DEMANDING}\")
 include(\"${CMAKE_SOURCE_DIR}/tools/test-suites.cmake\")
 ")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${listing})

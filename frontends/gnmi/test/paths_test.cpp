@@ -1,4 +1,5 @@
 // Paths of requests: what they select, and what is refused.
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "frontends/gnmi/paths/path_pattern.h"
 #include "frontends/gnmi/paths/path_text.h"
 #include "gnmi_fixture.h"
+#include "yang/schemas.h"
 
 namespace yfw::gnmi::test {
 namespace {
@@ -139,6 +141,21 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(TheOriginOfTheModel, MayStandInThePathOrInThePrefix) {
     EXPECT_THAT(selected({}, path_of_origin("openconfig", "/lldp")), ElementsAre("/lldp"));
     EXPECT_THAT(selected(path_of_origin("openconfig", "/lldp"), {}), ElementsAre("/lldp"));
+}
+
+TEST(APathToANodeThatDeviationsTakeAway, IsNotImplementedRatherThanUnknown) {
+    const yang::Schemas deviated(
+        YFW_MODELS_DIR, YFW_MODELS_DIR, {{"openconfig-lldp", "openconfig-lldp-types"}, "lldp", {}}, {},
+        "module devs { namespace \"urn:devs\"; prefix d; import openconfig-lldp { prefix l; }"
+        " deviation /l:lldp/l:state/l:counters { deviate not-supported; } }");
+    const auto code = [&](const std::string &text) {
+        const auto refusal = refusal_of_call([&] { read_path(deviated.openconfig_root(), {}, path(text)); });
+        return refusal.has_value() ? std::optional(refusal->code()) : std::nullopt;
+    };
+    EXPECT_EQ(code("/lldp/state/counters"), Code::unimplemented);
+    EXPECT_EQ(code("/lldp/state/counters/frame-in"), Code::unimplemented);
+    EXPECT_EQ(code("/lldp/state/no-such-container"), Code::invalid_argument);
+    EXPECT_EQ(code("/lldp/state/enabled"), std::nullopt);
 }
 
 TEST(ASinglePath, HasNeitherWildcardsNorMissingKeys) {
