@@ -17,6 +17,11 @@ bool stands_on_path(const AnswerNode &candidate, const AnswerNode &target) {
     return false;
 }
 
+const lys_module *module_of(const ly_ctx *context, const char *ns) {
+    const lys_module *implemented = ly_ctx_get_module_implemented_ns(context, ns);
+    return implemented != nullptr ? implemented : ly_ctx_get_module_latest_ns(context, ns);
+}
+
 // Of all members zero.
 template <class Entry> Entry *new_in(std::pmr::memory_resource &memory) {
     return new (memory.allocate(sizeof(Entry), alignof(Entry))) Entry{};
@@ -186,14 +191,17 @@ terrno AnswerTree::add(tidl_yfw_datatree &parent, const AddArguments &arguments)
 }
 
 void AnswerTree::qualify_identities(const ly_ctx *context) {
+    std::string_view ns; // of the last value; most are of the same
+    const lys_module *module = nullptr;
     for (LeafHandle &handle : handles_) {
         tidl_yfw_datatree &node = handle.node;
         if ((node.framework_flags & YFW_FW_HAS_VALUE_NS) == 0 || node.value_ns == nullptr ||
             *handle.text == nullptr)
             continue;
-        const lys_module *module = ly_ctx_get_module_implemented_ns(context, node.value_ns);
-        if (module == nullptr)
-            module = ly_ctx_get_module_latest_ns(context, node.value_ns);
+        if (ns.data() == nullptr || ns != node.value_ns) {
+            ns = node.value_ns;
+            module = module_of(context, node.value_ns);
+        }
         if (module != nullptr && std::strchr(*handle.text, ':') == nullptr)
             *handle.text = keep(std::string(module->name) + ":" + *handle.text);
     }
