@@ -76,7 +76,7 @@ TEST(AnAnswerWithTwoEntriesOfAKey, IsNotValid) {
 }
 
 // The device's interfaces, as a device has them that serves openconfig-interfaces too.
-std::string interfaces(const std::set<std::string> &names) {
+std::string interface_data(const std::set<std::string> &names) {
     std::string entries;
     for (const std::string &name : names)
         entries += "<interface><name>" + name + "</name><config><name>" + name + "</name></config></interface>";
@@ -102,19 +102,19 @@ TEST_P(AnAnswerInPublishedTerms, IsValidWithTheInterfacesThatItRefersTo) {
     const std::vector<std::string> names =
         values_at(tree.get(), "/openconfig-lldp:lldp/interfaces/interface/name");
     ASSERT_FALSE(names.empty());
-    EXPECT_EQ(violation_in(context.get(), answer + interfaces({names.begin(), names.end()})), "");
-    EXPECT_NE(violation_in(context.get(), answer + interfaces({"another"})), "");
+    EXPECT_EQ(violation_in(context.get(), answer + interface_data({names.begin(), names.end()})), "");
+    EXPECT_NE(violation_in(context.get(), answer + interface_data({"another"})), "");
 }
 
 std::string name_of(const testing::TestParamInfo<const char *> &test) {
     return fs::path(test.param).filename().string();
 }
 
-constexpr const char *devices[] = {YFW_EXAMPLES_DIR "/r1", YFW_EXAMPLES_DIR "/r2", YFW_EXAMPLES_DIR "/r3",
-                                   YFW_EXAMPLES_DIR "/r4"};
+constexpr const char *recorded_devices[] = {YFW_EXAMPLES_DIR "/r1", YFW_EXAMPLES_DIR "/r2",
+                                            YFW_EXAMPLES_DIR "/r3", YFW_EXAMPLES_DIR "/r4"};
 
-INSTANTIATE_TEST_SUITE_P(Of, AnAnswer, testing::ValuesIn(devices), name_of);
-INSTANTIATE_TEST_SUITE_P(Of, AnAnswerInPublishedTerms, testing::ValuesIn(devices), name_of);
+INSTANTIATE_TEST_SUITE_P(Of, AnAnswer, testing::ValuesIn(recorded_devices), name_of);
+INSTANTIATE_TEST_SUITE_P(Of, AnAnswerInPublishedTerms, testing::ValuesIn(recorded_devices), name_of);
 
 } // namespace
 } // namespace yfw::test

@@ -66,18 +66,18 @@ TEST(ADirectoryOfPlugIns, HasAMappingOnceThatTheMainOneNamesToo) {
 
 // --- refused ---
 
-struct Fault {
+struct FaultyFile {
     const char *name;
     std::vector<std::pair<const char *, std::string>> files;
     const char *path; // in the directory; empty: the directory
     const char *told; // part of the message
 };
 
-void PrintTo(const Fault &fault, std::ostream *out) {
+void PrintTo(const FaultyFile &fault, std::ostream *out) {
     *out << fault.name;
 }
 
-class ADirectory : public testing::TestWithParam<Fault> {};
+class ADirectory : public testing::TestWithParam<FaultyFile> {};
 
 TEST_P(ADirectory, IsRefusedWithTheFileAtFault) {
     const TemporaryDirectory directory;
@@ -98,39 +98,40 @@ TEST_P(ADirectory, IsRefusedWithTheFileAtFault) {
 INSTANTIATE_TEST_SUITE_P(
     That, ADirectory,
     testing::Values(
-        Fault{"IsEmpty", {}, "", "no mapping plug-in here"},
-        Fault{"HasNoDescription", {{"README", "text"}}, "", "no mapping plug-in here"},
-        Fault{"HasADescriptionThatIsNoJson",
-              {{"a.json", description("a", maps_edits)}, {"b.json", "text"}},
-              "b.json",
-              "is no JSON"},
-        Fault{"HasADescriptionWithAnUnknownMember",
-              {{"a.json", description("a", maps_edits)}, {"b.json", description("b", ", \"colour\": 1")}},
-              "b.json",
-              "\"colour\" is unknown"},
-        Fault{"HasADescriptionOfAnotherModel",
-              {{"a.json", description("a")},
-               {"b.json", R"({"library": "libb.so", "registration-functions": ["reg"], "walker-prefix": "x_",
+        FaultyFile{"IsEmpty", {}, "", "no mapping plug-in here"},
+        FaultyFile{"HasNoDescription", {{"README", "text"}}, "", "no mapping plug-in here"},
+        FaultyFile{"HasADescriptionThatIsNoJson",
+                   {{"a.json", description("a", maps_edits)}, {"b.json", "text"}},
+                   "b.json",
+                   "is no JSON"},
+        FaultyFile{"HasADescriptionWithAnUnknownMember",
+                   {{"a.json", description("a", maps_edits)}, {"b.json", description("b", ", \"colour\": 1")}},
+                   "b.json",
+                   "\"colour\" is unknown"},
+        FaultyFile{
+            "HasADescriptionOfAnotherModel",
+            {{"a.json", description("a")},
+             {"b.json", R"({"library": "libb.so", "registration-functions": ["reg"], "walker-prefix": "x_",
   "openconfig": {"modules": ["openconfig-y"], "top": "y"}, "native-modules": ["b"], "edits": true})"}},
-              "a.json",
-              "expected the top container y of module openconfig-y"},
-        Fault{"HasAMainMembersInAnotherThanTheMainOne",
-              {{"a.json", description("a", maps_edits)},
-               {"b.json", description("b", R"(, "device": {"interfaces": []})")}},
-              "b.json",
-              "\"device\": a mapping that is loaded beside another one cannot have it"},
-        Fault{"HasNoMainMapping",
-              {{"a.json", description("a")}, {"b.json", description("b", ", \"edits\": false")}},
-              "",
-              "none of the descriptions here has \"edits\": true"},
-        Fault{"HasTwoMainMappings",
-              {{"a.json", description("a", maps_edits)}, {"b.json", description("b", maps_edits)}},
-              "b.json",
-              "which"},
-        Fault{"HasALibraryWithoutADescription",
-              {{"a.json", description("a", maps_edits)}, {"liba.so", ""}, {"libb.so", ""}},
-              "libb.so",
-              "libb.json"}),
+            "a.json",
+            "expected the top container y of module openconfig-y"},
+        FaultyFile{"HasAMainMembersInAnotherThanTheMainOne",
+                   {{"a.json", description("a", maps_edits)},
+                    {"b.json", description("b", R"(, "device": {"interfaces": []})")}},
+                   "b.json",
+                   "\"device\": a mapping that is loaded beside another one cannot have it"},
+        FaultyFile{"HasNoMainMapping",
+                   {{"a.json", description("a")}, {"b.json", description("b", ", \"edits\": false")}},
+                   "",
+                   "none of the descriptions here has \"edits\": true"},
+        FaultyFile{"HasTwoMainMappings",
+                   {{"a.json", description("a", maps_edits)}, {"b.json", description("b", maps_edits)}},
+                   "b.json",
+                   "which"},
+        FaultyFile{"HasALibraryWithoutADescription",
+                   {{"a.json", description("a", maps_edits)}, {"liba.so", ""}, {"libb.so", ""}},
+                   "libb.so",
+                   "libb.json"}),
     [](const auto &test) { return test.param.name; });
 
 TEST(ADirectoryThatDoesNotExist, IsTakenForAPlugIn) {

@@ -13,9 +13,9 @@ using Lines = std::vector<std::string>;
 
 const std::string native_detail = "/lldp/nodes/node/neighbors/details/detail";
 const std::string native_neighbor = native_detail + "/lldp-neighbor";
-const std::string neighbor = "/lldp/interfaces/interface/neighbors/neighbor";
-const std::string address_list = neighbor + "/mgmt-addresses/mgmt-address";
-const std::string capability_list = neighbor + "/capabilities/capability";
+const std::string neighbor_entry = "/lldp/interfaces/interface/neighbors/neighbor";
+const std::string address_list = neighbor_entry + "/mgmt-addresses/mgmt-address";
+const std::string capability_list = neighbor_entry + "/capabilities/capability";
 
 // A node above has one child.
 Node above(const char *name, Node child) {
@@ -93,7 +93,7 @@ TEST_F(ANeighbor, HasTheEntryOfItsInterfaceDeviceAndPort) {
     EXPECT_EQ(entries(), Lines{entry("eth1", "r2#p1")});
     ASSERT_EQ(fw.stitches.size(), 1u);
     EXPECT_EQ(fw.stitches[0].parent, &output);
-    EXPECT_EQ(fw.stitches[0].list_path, neighbor);
+    EXPECT_EQ(fw.stitches[0].list_path, neighbor_entry);
     EXPECT_STREQ(fw.stitches[0].ns, oc_ns);
 }
 
