@@ -45,6 +45,22 @@ TEST(AReadPath, WithWildcardsReadsEachNodeOfThatName) {
     EXPECT_THAT(enabled, HasSubstr("\"state\": {\n      \"enabled\": true"));
 }
 
+TEST(AWildcardBelowALeaf, IsRefusedByEachCommand) {
+    const std::string path = "/lldp/config/enabled/*";
+    const std::vector<Strings> commands = {{"get", path},
+                                           {"delete", path},
+                                           {"set", path, "true"},
+                                           {"explain", "get", path},
+                                           {"explain", "delete", path},
+                                           {"explain", "set", path, "true"}};
+    const EditedDevice device{empty_device()};
+    for (const Strings &command : commands) {
+        const Outcome outcome = device.run(command);
+        EXPECT_EQ(outcome.status, 2) << command.front();
+        EXPECT_THAT(outcome.errors, HasSubstr(path + ": matches nothing in the model")) << command.front();
+    }
+}
+
 TEST(AnUnknownNameInAPath, IsAnsweredWithTheOneThatWasMeant) {
     const Outcome outcome = run_yfw({.arguments = {"get", "/lldp/interfces"}});
     EXPECT_EQ(outcome.status, 2);

@@ -24,7 +24,7 @@ public:
     std::vector<Path> resolve() {
         follow(0);
         if (found_.empty())
-            throw *why_;
+            throw why_.has_value() ? *why_ : nothing_below();
         return std::move(found_);
     }
 
@@ -113,6 +113,11 @@ private:
         return {ErrorTag::unknown_element, std::string(text_),
                 "unknown node \"" + std::string(name) + "\"" + place +
                     (is_told ? ": did you mean \"" + near + "\"?" : "")};
+    }
+
+    // Only wildcards lead below leaves, or deeper than the model: no name was refused.
+    Error nothing_below() const {
+        return {ErrorTag::unknown_element, std::string(text_), "matches nothing in the model"};
     }
 
     Error invalid(const std::string &message) const {

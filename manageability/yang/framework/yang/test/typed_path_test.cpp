@@ -128,7 +128,11 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{"/lldp/config/enable", unknown, "did you mean \"enabled\"?"},
                     Refused{"//neighbour", unknown, "\"neighbour\": did you mean \"neighbor\"?"},
                     Refused{"/lldp/*/sistem-name", unknown, "did you mean \"system-name\"?"},
-                    Refused{"/lldp//config[id=x]", unknown, "unknown node \"id\""}));
+                    Refused{"/lldp//config[id=x]", unknown, "unknown node \"id\""},
+                    Refused{"/lldp/config/enabled/*", unknown, "matches nothing in the model"},
+                    Refused{"/lldp/config/*/*", unknown, "matches nothing in the model"},
+                    Refused{"//*//*//*//*//*//*//*//*//*//*", unknown, "matches nothing in the model"},
+                    Refused{"/*/*/*/*/*/*/*/*/*/*/*", unknown, "matches nothing in the model"}));
 
 TEST(AnUnknownNode, ThatNothingComesCloseToHasNoSuggestion) {
     for (const std::string text : {"/lldp/colour", "//colour", "/lldp/config/x", "/lldp/interfaces/eth1"})
