@@ -42,6 +42,14 @@ void refuse_top_below_itself(const lysc_node *root, std::string_view text, const
         refuse_malformed_path(text, 1, "one \"/\" before \"" + std::string(root->name) + "\"");
 }
 
+// Several in a row mean no more than one, and would be followed in every combination.
+void join_any_depths(std::vector<PathWord> &words) {
+    const auto are_any_depth = [](const PathWord &a, const PathWord &b) {
+        return a.kind == PathWord::Kind::any_depth && b.kind == PathWord::Kind::any_depth;
+    };
+    words.erase(std::unique(words.begin(), words.end(), are_any_depth), words.end());
+}
+
 bool lacks_a_key(const PathStep &step) {
     if (step.node->nodetype != LYS_LIST)
         return false;
@@ -112,8 +120,9 @@ private:
 } // namespace
 
 TypedPath parse_typed_path(const lysc_node *root, std::string_view text) {
-    const std::vector<PathWord> words = read_path_words(text, PathGrammar::typed);
+    std::vector<PathWord> words = read_path_words(text, PathGrammar::typed);
     refuse_top_below_itself(root, text, words);
+    join_any_depths(words);
     const bool has_wildcards = std::any_of(words.begin(), words.end(), [](const PathWord &word) {
         return word.kind != PathWord::Kind::name ||
                std::any_of(word.conditions.begin(), word.conditions.end(),

@@ -78,6 +78,31 @@ INSTANTIATE_TEST_SUITE_P(
                     Typed{"/lldp/config/suppress-tlv-advertisement[.=*]",
                           {"/lldp/config/suppress-tlv-advertisement"}}));
 
+std::string repeated(const std::string &word, int times) {
+    std::string text;
+    for (int i = 0; i < times; i++)
+        text += word;
+    return text;
+}
+
+TEST(SeveralDepthsInARow, SelectWhatOneDoes) {
+    for (const std::string end : {"/hello-timer", "/neighbor[id=x]/state", "/*"}) {
+        EXPECT_EQ(nodes(repeated("/...", 3000) + end), nodes("/..." + end)) << end;
+        EXPECT_EQ(nodes(repeated("//...", 3000) + end), nodes("/..." + end)) << end;
+    }
+    EXPECT_EQ(nodes(repeated("/...", 3000)), nodes("/..."));
+}
+
+TEST(DepthsBetweenWildcards, EndWhereTheModelDoes) {
+    for (const int times : {5, 300})
+        try {
+            nodes("/lldp" + repeated("/.../*", times) + "/hello-timer");
+            FAIL() << times;
+        } catch (const Error &error) {
+            EXPECT_EQ(error.tag(), ErrorTag::unknown_element);
+        }
+}
+
 struct Refused {
     const char *text;
     ErrorTag tag;
