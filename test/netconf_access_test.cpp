@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "netconf_events.h"
 #include "netconf_rules.h"
@@ -177,6 +178,22 @@ TEST_F(ARulesFile, IsRefusedWhenItIsMissing) {
 
 TEST_F(ARulesFile, IsRefusedWhenItIsADirectory) {
     expect_refused(files_.path().string());
+}
+
+TEST_F(ARulesFile, IsRefusedWhenItIsAPipe) {
+    const std::string pipe = (files_.path() / "pipe").string();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    expect_refused(pipe);
+}
+
+TEST_F(ARulesFile, IsRefusedWhenItIsADevice) {
+    expect_refused("/dev/zero");
+}
+
+TEST_F(ARulesFile, IsRefusedWhenItIsTooLarge) {
+    const std::string file = files_.add("rules.xml", "");
+    std::filesystem::resize_file(file, std::uintmax_t{20} << 30);
+    expect_refused(file);
 }
 
 const std::string action = "<action>deny</action>";

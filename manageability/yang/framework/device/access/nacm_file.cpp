@@ -1,11 +1,9 @@
 #include <algorithm>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
+#include "base/bounded_text.h"
 #include "base/error.h"
-#include "base/system_error.h"
 #include "device/access/nacm_rules.h"
 #include "yang/schemas.h"
 
@@ -15,6 +13,7 @@ namespace {
 using About = AccessRule::About;
 
 constexpr const char *access_module = "ietf-netconf-acm";
+constexpr uint64_t largest_file = 64 * mebibyte;
 
 [[noreturn]] void refuse(const std::string &place, const std::string &why) {
     throw Error(ErrorTag::operation_failed, place, why);
@@ -140,12 +139,7 @@ RuleList list_from(const lyd_node *node, const ly_ctx *context, const std::strin
 } // namespace
 
 std::string read_rules_text(const std::filesystem::path &file) {
-    if (std::filesystem::is_directory(file))
-        refuse(file.string(), "is a directory");
-    std::ifstream in(file, std::ios::binary);
-    if (!in)
-        refuse(file.string(), system_error_text());
-    return {std::istreambuf_iterator<char>(in), {}};
+    return bounded_file_text(file, largest_file);
 }
 
 AccessRules read_access_rules(const std::string &text, const std::filesystem::path &file,
