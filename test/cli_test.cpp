@@ -364,6 +364,14 @@ TEST(ANativeFile, ThatIsNotThereIsRefused) {
     expect_refusal(run_get({"/lldp", "--native", path}), {path, "No such file"});
 }
 
+TEST(ANativeFile, ThatIsTooLargeIsRefused) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.add("a.xml", native_configuration(element("timer", "30")));
+    std::filesystem::resize_file(path, std::uintmax_t{20} << 30);
+    expect_refusal(run_get({"/lldp", "--native", path}), {path + ": is larger than 1024 MiB"});
+    expect_refusal(run_get({"/lldp", "--device", directory.path().string()}), {path + ": is larger than"});
+}
+
 TEST(ANativeFile, ThatIsADirectoryIsRefused) {
     const TemporaryDirectory directory;
     expect_refusal(run_get({"/lldp", "--native", directory.path().string()}), {directory.path().string()});

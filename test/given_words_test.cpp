@@ -1,9 +1,12 @@
 // The words of a command line, and of a file of changes, arrive as they were given.
+#include <chrono>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "base/run_program.h"
 #include "edit_device.h"
 #include "support/files.h"
 
@@ -131,6 +134,28 @@ TEST(AFileOfChanges, ThatIsADirectoryIsRefusedAsSuch) {
     const std::string directory = device.directory().path().string();
     expect_refused(device.run({"commit", "-f", directory}), {directory, "is a directory"}, "invalid-value");
     expect_refused(device.run({"edit", directory}), {directory, "is a directory"}, "invalid-value");
+}
+
+TEST(ADocument, ThatIsTooLargeIsRefused) {
+    const EditedDevice device{empty_device()};
+    const std::string file = device.directory().add("changes", "");
+    std::filesystem::resize_file(file, std::uintmax_t{20} << 30);
+    for (const std::string &large : {file, std::string("/dev/zero")})
+        for (const Strings &command : {Strings{"commit", "-f"}, Strings{"edit"}}) {
+            Strings arguments = command;
+            arguments.push_back(large);
+            expect_refused(device.run(arguments), {large, "is larger than 64 MiB"}, "invalid-value");
+        }
+}
+
+TEST(AFileOfChanges, MayBeAPipe) {
+    const EditedDevice device{empty_device()};
+    const Program commit =
+        program_under_test({"commit", "--device", (device.directory().path() / "device").string(), "--store",
+                            device.store().string(), "-f", "/dev/stdin"});
+    const Finished finished = yfw::run(commit, "set " + description + " piped\n", std::chrono::seconds(60));
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+    EXPECT_EQ(device.values("/*/*/*[local-name()='system-description']"), Strings{"piped"});
 }
 
 // --- limits and lines ---

@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 
+#include "base/bounded_text.h"
 #include "base/error.h"
 #include "base/system_error.h"
 #include "frontends/cli/commands/commit_result.h"
@@ -44,19 +45,19 @@ struct EditOptions {
     bool json = false;
 };
 
+// What a NETCONF server takes in one message, too.
+constexpr uint64_t largest_document = 64 * mebibyte;
+
+// The file may be a pipe, as a shell's <(...) is.
 std::string read_file(const std::string &file) {
-    std::ostringstream text;
-    if (file == "-") {
-        text << std::cin.rdbuf();
-        return text.str();
-    }
+    if (file == "-")
+        return bounded_text(std::cin, largest_document, "standard input");
     if (std::error_code error; std::filesystem::is_directory(file, error))
         throw Error(ErrorTag::invalid_value, file, "is a directory");
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw Error(ErrorTag::invalid_value, file, "cannot be read: " + system_error_text());
-    text << stream.rdbuf();
-    return text.str();
+    return bounded_text(stream, largest_document, file);
 }
 
 // An error without a path concerns the document as a whole: it gets the file's name.

@@ -1,16 +1,14 @@
 #include "sources/file/file_source.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <string_view>
 #include <system_error>
 
 #include <sys/stat.h>
 #include <time.h>
 
+#include "base/bounded_text.h"
 #include "base/error.h"
-#include "base/system_error.h"
 #include "sources/file/instance_text.h"
 #include "yang/forest.h"
 #include "yang/node_kind.h"
@@ -30,14 +28,12 @@ using yang::DataTree;
 // Keeps the order of the file, since the mapping processes data in the order given.
 constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT | LYD_PARSE_ORDERED;
 
+constexpr uint64_t largest_file = 1024 * mebibyte; // data of about a million neighbors
+
 InstanceText text_of(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        fail(file, "cannot be read: " + system_error_text());
-    std::ostringstream text;
-    text << stream.rdbuf();
+    std::string text = bounded_file_text(file, largest_file);
     try {
-        return instance_text(std::move(text).str());
+        return instance_text(std::move(text));
     } catch (const Error &error) {
         fail(file, error.what());
     }
@@ -73,9 +69,6 @@ std::string brief_error(const ly_ctx *context) {
 }
 
 DataTree parse(const ly_ctx *context, const std::filesystem::path &file) {
-    if (!std::filesystem::is_regular_file(file))
-        fail(file,
-             std::filesystem::exists(file) ? "is not a file" : "cannot be read: No such file or directory");
     const InstanceText instance = text_of(file);
     const LYD_FORMAT format = instance.format == InstanceFormat::xml ? LYD_XML : LYD_JSON;
     lyd_node *data = nullptr;
@@ -167,10 +160,12 @@ std::filesystem::path FileSource::place() const {
 
 // Reads all files, or none: false where libyang has to read them, or to say what is wrong.
 bool FileSource::read_plainly(PlainReader &reader, const ly_ctx *context, DataTree &configuration) const {
-    for (const auto &file : files_)
-        if (!std::filesystem::is_regular_file(file) || !reader.read(file))
-            return false;
     try {
+        for (const auto &file : files_) {
+            require_bounded_file(file, largest_file);
+            if (!reader.read(file))
+                return false;
+        }
         configuration = yang::parse_data(context, reader.configuration(), LYD_XML, parse_options);
         validate_configuration(configuration, place());
     } catch (const Error &) {
