@@ -190,14 +190,46 @@ TEST(TheDifference, IsSafeForATerminal) {
     }
 }
 
-TEST(TheStatusOfADaemonThatIsDown, TellsWhatIsKnown) {
-    const TemporaryDirectory directory;
-    const Strings device{"--device", "lldpd:" + (directory.path() / "socket").string(), "--store",
-                         (directory.path() / "store").string()};
-    Strings status{"status"};
-    status.insert(status.end(), device.begin(), device.end());
-    const Outcome outcome = run_yfw({.arguments = status});
+class ADaemonThatIsDown : public testing::Test {
+protected:
+    Outcome run(Strings command) const {
+        const Strings device{"--device", "lldpd:" + (directory_.path() / "socket").string(), "--store",
+                             (directory_.path() / "store").string()};
+        command.insert(command.end(), device.begin(), device.end());
+        return run_yfw({.arguments = command});
+    }
+
+    // One line that says what is wrong.
+    static void expect_failure(const Outcome &outcome) {
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(lines_of(outcome.errors).size(), 1U) << outcome.errors;
+        EXPECT_NE(outcome.errors.find("cannot connect"), std::string::npos) << outcome.errors;
+    }
+
+private:
+    const TemporaryDirectory directory_;
+};
+
+TEST_F(ADaemonThatIsDown, HasAStatusThatTellsWhatIsKnown) {
+    const Outcome outcome = run({"status"});
     EXPECT_EQ(outcome.output.substr(0, 8), "device  ") << outcome.errors;
+    EXPECT_NE(outcome.output.find("drift   unknown: the device cannot be read\n"), std::string::npos)
+        << outcome.output;
+    expect_failure(outcome);
+}
+
+TEST_F(ADaemonThatIsDown, HasAnUnknownDriftInJson) {
+    const Outcome outcome = run({"status", "--json"});
+    EXPECT_NE(outcome.output.find("\"drift\": null"), std::string::npos) << outcome.output;
+    expect_failure(outcome);
+}
+
+TEST_F(ADaemonThatIsDown, IsNotSaidToBeWithoutDrift) {
+    for (const Strings &command : {Strings{"drift"}, Strings{"drift", "--json"}}) {
+        const Outcome outcome = run(command);
+        EXPECT_EQ(outcome.output, "");
+        expect_failure(outcome);
+    }
 }
 
 } // namespace

@@ -34,6 +34,18 @@ Examples:
   yfw get --applied /lldp/config --device lldpd:
 )";
 
+// Before the first commit nothing can drift. The device is read all the same: one that cannot be is no good
+// news.
+std::vector<device::Drift> drift_of(NamedDevice &named) {
+    if (named.device.last_commit_number() < 0)
+        named.device.running_configuration();
+    return named.device.drift();
+}
+
+std::string text_of(const Error &error) {
+    return (error.path().empty() ? "" : error.path() + ": ") + error.what();
+}
+
 std::string line_of(const device::Drift &drift) {
     std::string line = drift.path + ": ";
     line += drift.configured.has_value() ? "configured \"" + *drift.configured + "\"" : "not configured";
@@ -52,9 +64,20 @@ Json json_of_drift(const device::Drift &drift) {
     return json;
 }
 
+// A device that cannot be reached is no mistake of whoever asks.
+std::vector<device::Drift> drift_or_failure(NamedDevice &named) {
+    try {
+        return drift_of(named);
+    } catch (const Error &error) {
+        if (error.tag() != ErrorTag::operation_failed)
+            throw;
+        throw std::runtime_error(text_of(error));
+    }
+}
+
 void print_drift(const DeviceOptions &options, bool json) {
     NamedDevice named(options);
-    const std::vector<device::Drift> drift = named.device.drift();
+    const std::vector<device::Drift> drift = drift_or_failure(named);
     if (json) {
         Json all = Json::array();
         for (const device::Drift &one : drift)
@@ -90,9 +113,9 @@ struct DriftCount {
 
 DriftCount count_drift(NamedDevice &named) {
     try {
-        return {named.device.drift().size(), ""};
+        return {drift_of(named).size(), ""};
     } catch (const Error &error) {
-        return {std::nullopt, (error.path().empty() ? "" : error.path() + ": ") + error.what()};
+        return {std::nullopt, text_of(error)};
     }
 }
 
@@ -100,6 +123,14 @@ std::string line_of(const DriftCount &drift) {
     if (!drift.number.has_value())
         return "unknown: the device cannot be read";
     return *drift.number == 0 ? "none" : counted(*drift.number, "leaf value") + " (see yfw drift)";
+}
+
+constexpr const char *no_commit = "none: the configuration is the device's own";
+
+std::string line_of(const commits::Commit &commit) {
+    return std::to_string(commit.number) + ", " + commit.time +
+           printable((commit.who.empty() ? "" : ", by " + commit.who) +
+                     (commit.comment.empty() ? "" : ": " + commit.comment));
 }
 
 DriftCount print_status_json(const DeviceOptions &options, NamedDevice &named) {
@@ -120,17 +151,10 @@ DriftCount print_status_text(const DeviceOptions &options, NamedDevice &named) {
     std::cout << "device  " << printable(device_name(options)) << '\n';
     std::cout << "store   "
               << (named.device.store().empty() ? "none" : printable(named.device.store().string())) << '\n';
-    if (history.empty()) {
-        std::cout << "commit  none: the configuration is the device's own\n";
-        return {0, ""};
-    }
-    const commits::Commit &last = history.front();
-    std::cout << "commit  " << last.number << ", " << last.time
-              << printable((last.who.empty() ? "" : ", by " + last.who) +
-                           (last.comment.empty() ? "" : ": " + last.comment))
-              << '\n';
+    std::cout << "commit  " << (history.empty() ? no_commit : line_of(history.front())) << '\n';
     const DriftCount drift = count_drift(named);
-    std::cout << "drift   " << line_of(drift) << '\n';
+    if (!history.empty() || !drift.number.has_value())
+        std::cout << "drift   " << line_of(drift) << '\n';
     return drift;
 }
 
