@@ -145,7 +145,7 @@ TEST(APathWithALineBreak, IsRefusedInOneLine) {
 
 TEST(AListKeyNamedTwice, FailsTheReadAndIsNamed) {
     const Outcome outcome = run_get({"/lldp/interfaces/interface[name='eth1'][name='eth2']"});
-    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(lines_of(outcome.errors).size(), 1U) << outcome.errors;
     EXPECT_NE(outcome.errors.find("name: List key node error."), std::string::npos) << outcome.errors;

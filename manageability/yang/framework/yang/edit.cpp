@@ -228,11 +228,23 @@ void check_conditions(const EditNode &node, const lyd_node *data, const std::str
     }
 }
 
+bool is_state(const EditNode &node) {
+    return (node.node->flags & LYS_CONFIG_R) != 0;
+}
+
+// State may well exist, where it is no configuration. Other operations on it are the mapping's to refuse.
+void check_deletion(const EditNode &node, const lyd_node *data, const std::string &path) {
+    if (node.operation != Operation::delete_existing || data != nullptr)
+        return;
+    if (is_state(node))
+        throw Error(ErrorTag::unknown_element, path, "is state, which cannot be changed");
+    throw Error(ErrorTag::data_missing, path, "cannot be deleted: it does not exist");
+}
+
 // RFC 6241 section 7.2: without an operation of its own, an entry or a leaf must be there.
 void check_level(const EditNode &node, const lyd_node *data, const std::string &path) {
     const bool is_named = node.operation == Operation::none && !node.is_step && !node.is_key();
-    const bool is_state = (node.node->flags & LYS_CONFIG_R) != 0; // the mapping refuses it
-    if (is_named && data == nullptr && !is_state && node.node->nodetype != LYS_CONTAINER)
+    if (is_named && data == nullptr && !is_state(node) && node.node->nodetype != LYS_CONTAINER)
         throw Error(ErrorTag::data_missing, path, "does not exist, and the edit does not create it");
 }
 
@@ -242,8 +254,7 @@ void check_node(const EditNode &node, const lyd_node *siblings, bool is_new, std
     const std::string path = instance_path(parent, node);
     if (node.operation == Operation::create && data != nullptr && !is_new)
         throw Error(ErrorTag::data_exists, path, "cannot be created: it already exists");
-    if (node.operation == Operation::delete_existing && data == nullptr)
-        throw Error(ErrorTag::data_missing, path, "cannot be deleted: it does not exist");
+    check_deletion(node, data, path);
     check_level(node, data, path);
     check_conditions(node, data, path);
     if (takes_away(node.operation))
