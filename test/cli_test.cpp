@@ -377,6 +377,19 @@ TEST(ANativeFile, ThatIsADirectoryIsRefused) {
     expect_refusal(run_get({"/lldp", "--native", directory.path().string()}), {directory.path().string()});
 }
 
+// --native and --device refuse a chain of links without an end as they refuse a missing file.
+TEST(ALinkToItself, IsRefusedAsAFileAndAsADirectory) {
+    const TemporaryDirectory directory;
+    const std::string loop = (directory.path() / "loop").string();
+    std::filesystem::create_symlink("loop", loop);
+    const std::string why = "Too many levels of symbolic links";
+    expect_refusal(run_get({"/lldp", "--native", loop}), {loop + ": cannot be read: " + why});
+    expect_refusal(run_get({"/lldp", "--device", loop}), {loop, why});
+    expect_refusal(run_get({"/lldp", "--models", loop}), {loop + ": is not a directory of YANG modules"});
+    expect_refusal(run({"serve", "--nacm", loop, "--socket", (directory.path() / "socket").string()}),
+                   {loop + ": cannot be read: " + why});
+}
+
 TEST(ADevice, ThatIsNotThereIsRefused) {
     const TemporaryDirectory directory;
     const std::string path = (directory.path() / "nowhere").string();

@@ -95,8 +95,9 @@ std::optional<access::Nacm> access_rules(const yang::ModuleFiles &files,
 std::vector<std::filesystem::path> recorded_files(const DeviceOptions &options) {
     if (!options.native_files.empty())
         return options.native_files;
-    return std::filesystem::is_directory(options.device) ? std::vector{options.device}
-                                                         : std::vector<std::filesystem::path>();
+    std::error_code error;
+    return std::filesystem::is_directory(options.device, error) ? std::vector{options.device}
+                                                                : std::vector<std::filesystem::path>();
 }
 
 // Calls `ready` when clients can connect; serves until the descriptor that it returns becomes readable.

@@ -38,10 +38,18 @@ void remove_left_behind(const std::filesystem::path &among, const std::string &n
     throw Error(ErrorTag::operation_failed, path.string(), "cannot be created: " + system_error_text());
 }
 
+std::filesystem::path directory_for_temporary_files() {
+    std::error_code error;
+    std::filesystem::path directory = std::filesystem::temp_directory_path(error);
+    if (error)
+        throw Error(ErrorTag::operation_failed, "", "there is no directory for temporary files: see TMPDIR");
+    return directory;
+}
+
 } // namespace
 
 PrivateDirectory::PrivateDirectory(const std::string &name) {
-    const std::filesystem::path among = std::filesystem::temp_directory_path();
+    const std::filesystem::path among = directory_for_temporary_files();
     remove_left_behind(among, name);
     std::string pattern = (among / (name + "-XXXXXX")).string();
     if (mkdtemp(pattern.data()) == nullptr)

@@ -25,7 +25,8 @@ FileWatch::FileWatch(const std::vector<fs::path> &places, std::function<void()> 
                      const std::function<void(const std::string &)> &say)
     : on_change_(std::move(on_change)), changes_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
     for (const fs::path &place : places) {
-        const bool is_directory = fs::is_directory(place);
+        std::error_code error;
+        const bool is_directory = fs::is_directory(place, error);
         const fs::path directory = is_directory              ? place
                                    : place.has_parent_path() ? place.parent_path()
                                                              : fs::path(".");

@@ -31,7 +31,7 @@ constexpr const char *origin_module =
 
 // The modules of `dir`, and the imports that it lacks from the directories in `more`.
 ModuleFiles files_of(const std::filesystem::path &dir, const std::vector<std::filesystem::path> &more) {
-    if (!std::filesystem::is_directory(dir))
+    if (std::error_code error; !std::filesystem::is_directory(dir, error))
         throw Error(ErrorTag::operation_failed, dir.string(), "is not a directory of YANG modules");
     std::vector<std::filesystem::path> dirs = {dir};
     dirs.insert(dirs.end(), more.begin(), more.end());

@@ -1,11 +1,16 @@
 // Directories for a program's own files.
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
+#include <string>
 
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
 #include "base/directories.h"
+#include "base/error.h"
+#include "base/private_directory.h"
 #include "support/files.h"
 
 namespace yfw::test {
@@ -58,6 +63,42 @@ TEST_F(APrivateDirectory, IsNotMadeBelowAFile) {
 TEST_F(APrivateDirectory, IsBroughtToDisk) {
     EXPECT_FALSE(sync_directory(directory.path()));
     EXPECT_TRUE(sync_directory(directory.path() / "missing"));
+}
+
+// Restored with the object.
+class ADirectoryForTemporaryFiles : public testing::Test {
+protected:
+    ADirectoryForTemporaryFiles() {
+        if (const char *value = getenv("TMPDIR"))
+            before_ = value;
+    }
+    ~ADirectoryForTemporaryFiles() override {
+        if (before_.has_value())
+            setenv("TMPDIR", before_->c_str(), 1);
+        else
+            unsetenv("TMPDIR");
+    }
+
+    const TemporaryDirectory directory;
+
+private:
+    std::optional<std::string> before_;
+};
+
+TEST_F(ADirectoryForTemporaryFiles, IsAskedForWhereItIsMissing) {
+    setenv("TMPDIR", (directory.path() / "missing").c_str(), 1);
+    try {
+        const PrivateDirectory made("yfw-test");
+        FAIL() << made.path();
+    } catch (const Error &error) {
+        EXPECT_STREQ(error.what(), "there is no directory for temporary files: see TMPDIR");
+    }
+}
+
+TEST_F(ADirectoryForTemporaryFiles, HoldsThePrivateOnes) {
+    setenv("TMPDIR", directory.path().c_str(), 1);
+    const PrivateDirectory made("yfw-test");
+    EXPECT_EQ(made.path().parent_path(), directory.path());
 }
 
 } // namespace
