@@ -178,6 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OptionCase{"ACommitBelowZero", {"show", "-1"}, {"COMMIT", "9223372036854775807"}},
                     OptionCase{
                         "BothContents", {"get", "--config", "--state", "/lldp"}, {"--config", "--state"}},
+                    OptionCase{"AllBesideARequest", {"explain", "--all", "get", "/lldp"}, {"--all", "REQUEST"}},
                     OptionCase{"ANativeFileWithoutName", {"get", "/lldp", "--native"}, {"--native"}},
                     OptionCase{"ADeviceBesideNativeFiles",
                                {"get", "/lldp", "--device", "x", "--native", "y"},

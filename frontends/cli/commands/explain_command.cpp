@@ -90,9 +90,10 @@ void add_explain(CLI::App &app, DeviceOptions &device) {
     const auto options = std::make_shared<ExplainOptions>();
     CLI::App *command = app.add_subcommand("explain", "Show what the mapping does with a request");
     command->footer(explain_examples);
-    command->add_option("REQUEST", options->words, "get PATH | set PATH VALUE | delete PATH")->option_text(" ");
-    command->add_flag("--all", options->all,
-                      "Print what each leaf of the model is mapped to, with every value");
+    auto *request = command->add_option("REQUEST", options->words, "get PATH | set PATH VALUE | delete PATH");
+    request->option_text(" ");
+    command->add_flag("--all", options->all, "Print what each leaf of the model is mapped to, with every value")
+        ->excludes(request);
     command->add_flag("--json", options->json, "For tools");
     add_device_options(*command, device);
     command->callback([&device, options] { run(device, *options); });
