@@ -4,6 +4,7 @@
 #include <chrono>
 #include <functional>
 
+#include "base/interruption.h"
 #include "frontends/gnmi/data/snapshot.h"
 #include "frontends/gnmi/messages/extensions.h"
 #include "frontends/gnmi/messages/refusal.h"
@@ -32,6 +33,7 @@ bool is_configuration(const PathPattern &pattern) {
 
 // Runs a step of an operation; what it throws names the operation.
 template <class Work> auto in_place(const std::string &operation, const std::string &path, Work &&work) {
+    end_if_interrupted();
     try {
         return work();
     } catch (const Error &error) {

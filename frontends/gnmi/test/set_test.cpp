@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "base/interruption.h"
 #include "frontends/gnmi/operations/set_operation.h"
 #include "gnmi_fixture.h"
 
@@ -406,6 +407,32 @@ TEST(AValueThatTheDeviceRefuses, IsNamedWithItsOperation) {
     EXPECT_EQ(refusal->code(), Code::invalid_argument) << refusal->what();
     EXPECT_THAT(refusal->what(), HasSubstr("update /lldp/config/hello-timer"));
     EXPECT_THAT(device.configuration(), HasSubstr("r1.example.net"));
+}
+
+// ---- interruptions
+
+TEST(ASetThatIsInterrupted, ChangesNothingAtAnyStep) {
+    ServedDevice device;
+    const std::string before = device.configuration();
+    const ::gnmi::SetRequest request = Request()
+                                           .remove(eth1)
+                                           .replacing("/lldp/config", json(R"({"system-name":"x"})"))
+                                           .updating("/lldp/config/hello-timer", number(9));
+    int step = 0;
+    for (bool is_interrupted = true; is_interrupted; step++) {
+        ASSERT_LT(step, 1000);
+        int asked = 0;
+        const Interruptible interruptible([&] { return asked++ == step; });
+        try {
+            set(device.target(), device.caller(), request);
+            is_interrupted = false;
+        } catch (const Interrupted &) {
+            EXPECT_EQ(device.configuration(), before) << "interrupted at step " << step;
+        }
+    }
+    EXPECT_GT(step, 8) << "of parsing, combining, applying and mapping";
+    EXPECT_THAT(device.configuration(), HasSubstr(R"("config":{"hello-timer":"9","system-name":"x"})"));
+    EXPECT_THAT(device.service().device().history(), testing::SizeIs(2)) << "the first commit, and one";
 }
 
 // ---- who may
