@@ -68,13 +68,16 @@ public:
 
     // All of them as one edit.
     EditNode edit(const lyd_node *running) const {
-        EditNode edit;
-        edit.node = target_.root();
-        edit.is_step = true;
-        for (const Change &change : changes_)
+        EditNode root;
+        root.node = target_.root();
+        root.is_step = true;
+        CombinedEdit combined(std::move(root));
+        for (const Change &change : changes_) {
+            end_if_interrupted();
             for (const EditNode &next : change.edits(running))
-                combine(edit, next);
-        return with_values_resolved(edit, running);
+                combined.add(next);
+        }
+        return with_values_resolved(combined.edit(), running);
     }
 
     // The operation that an error of the whole edit comes from, if it can be told by the path of the node at

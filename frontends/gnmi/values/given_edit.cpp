@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <map>
+#include <set>
 
 #include "base/base64.h"
 #include "frontends/gnmi/messages/refusal.h"
@@ -181,9 +183,10 @@ yang::EditNode leaf_list_edit(const PathPattern &path, const ::gnmi::ScalarArray
     if (leaf_list == nullptr || leaf_list->nodetype != LYS_LEAFLIST)
         refuse(place, "an array of scalars can only be the value of a leaf-list");
     std::vector<std::string> values;
+    std::set<std::string> seen;
     for (const ::gnmi::TypedValue &each : array.element()) {
         const std::string value = scalar_of(leaf_list, each, place);
-        if (std::find(values.begin(), values.end(), value) != values.end())
+        if (!seen.insert(value).second)
             refuse(place, "the value \"" + value + "\" is repeated");
         values.push_back(value);
     }
