@@ -191,7 +191,19 @@ void add_results(const ::gnmi::SetRequest &request, ::gnmi::SetResponse &to) {
 
 // ---- confirmed commits
 
+// What the definition of the type allows: 10,000 years, and one sign for both parts.
+bool is_valid(const google::protobuf::Duration &duration) {
+    constexpr int64_t most_seconds = 315'576'000'000;
+    constexpr int32_t most_nanos = 999'999'999;
+    const bool has_two_signs =
+        (duration.seconds() < 0 && duration.nanos() > 0) || (duration.seconds() > 0 && duration.nanos() < 0);
+    return duration.seconds() >= -most_seconds && duration.seconds() <= most_seconds &&
+           duration.nanos() >= -most_nanos && duration.nanos() <= most_nanos && !has_two_signs;
+}
+
 std::chrono::seconds duration_of(const google::protobuf::Duration &given) {
+    if (!is_valid(given))
+        throw Refusal(Code::invalid_argument, "the rollback duration is no valid Duration");
     if (given.seconds() <= 0 && given.nanos() <= 0)
         throw Refusal(Code::invalid_argument, "the rollback duration must be above 0");
     constexpr int64_t most = 10LL * 365 * 24 * 3600; // what clocks can add up safely

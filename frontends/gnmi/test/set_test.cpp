@@ -627,6 +627,27 @@ TEST_F(AConfirmedCommit, NeedsAnIdAnActionAndATimeAboveZero) {
     EXPECT_TRUE(is_pending());
 }
 
+TEST_F(AConfirmedCommit, NeedsATimeThatIsADuration) {
+    const auto start_for = [this](int64_t seconds, int32_t nanos) {
+        return act(
+            "a",
+            [&](gnmi_ext::Commit &commit) {
+                google::protobuf::Duration &time = *commit.mutable_commit()->mutable_rollback_duration();
+                time.set_seconds(seconds);
+                time.set_nanos(nanos);
+            },
+            Request().updating("/lldp/config/system-name", string("x")));
+    };
+    EXPECT_EQ(start_for(1, -5), Code::invalid_argument);
+    EXPECT_EQ(start_for(-1, 5), Code::invalid_argument);
+    EXPECT_EQ(start_for(1, 1'000'000'000), Code::invalid_argument);
+    EXPECT_EQ(start_for(int64_t{1} << 62, 0), Code::invalid_argument);
+    EXPECT_FALSE(is_pending());
+    ASSERT_EQ(start_for(60, 999'999'999), std::nullopt);
+    EXPECT_EQ(left(), std::chrono::seconds(61));
+    EXPECT_EQ(act("a", last(int64_t{1} << 62)), Code::invalid_argument);
+}
+
 TEST_F(AConfirmedCommit, LeavesNothingWhenItIsRefused) {
     EXPECT_EQ(act(
                   "a", [](gnmi_ext::Commit &commit) { commit.mutable_commit(); },
