@@ -17,34 +17,47 @@ bool adds(const EditNode &edit) {
     return edit.operation != Operation::none || std::any_of(edit.children.begin(), edit.children.end(), adds);
 }
 
-bool is_same_node(const EditNode &a, const EditNode &b) {
-    if (a.node != b.node)
-        return false;
-    if (a.node->nodetype == LYS_LEAFLIST)
-        return a.value == b.value;
-    for (const EditNode &key : a.children)
-        if (key.is_key() && std::none_of(b.children.begin(), b.children.end(), [&key](const EditNode &other) {
-                return other.node == key.node && other.value == key.value;
-            }))
-            return false;
-    return true;
+void append_value(std::string &to, const std::optional<std::string> &value) {
+    to += value.has_value() ? std::to_string(value->size()) + ":" + *value : "-";
 }
 
-// Removing all values of a leaf-list overrides what was done to single ones.
-void add_child(EditNode &parent, const EditNode &next) {
-    if (next.node->nodetype == LYS_LEAFLIST && !next.value.has_value())
-        std::erase_if(parent.children, [&next](const EditNode &child) { return child.node == next.node; });
-    for (EditNode &child : parent.children)
-        if (is_same_node(child, next))
-            return combine(child, next);
-    parent.children.push_back(next);
+// What tells a node from others below the same one: its name, the values of its keys, its own value in a
+// leaf-list.
+std::string identity_of(const EditNode &edit) {
+    std::string identity = edit.node->module->name + std::string(":") + edit.node->name + "/";
+    if (edit.node->nodetype == LYS_LEAFLIST)
+        append_value(identity, edit.value);
+    for (const EditNode &key : edit.children)
+        if (key.is_key())
+            append_value(identity, key.value);
+    return identity;
 }
 
 } // namespace
 
-void combine(EditNode &edit, const EditNode &next) {
+// Removing all values of a leaf-list overrides what was done to single ones.
+void CombinedEdit::add_child(EditNode &parent, Index &index, const EditNode &next) {
+    if (next.node->nodetype == LYS_LEAFLIST && !next.value.has_value()) {
+        std::erase_if(parent.children, [&next](const EditNode &child) { return child.node == next.node; });
+        index = {};
+    }
+    if (!index.is_made) {
+        index.is_made = true;
+        for (size_t i = 0; i < parent.children.size(); i++)
+            index.places.emplace(identity_of(parent.children[i]), i);
+        index.below.resize(parent.children.size());
+    }
+    const auto [place, is_new] = index.places.try_emplace(identity_of(next), parent.children.size());
+    if (!is_new)
+        return combine(parent.children[place->second], index.below[place->second], next);
+    parent.children.push_back(next);
+    index.below.emplace_back();
+}
+
+void CombinedEdit::combine(EditNode &edit, Index &index, const EditNode &next) {
     if (yang::takes_away(next.operation) || next.operation == Operation::replace || yang::is_term(next.node)) {
         edit = next;
+        index = {};
         return;
     }
     if (yang::takes_away(edit.operation)) {
@@ -53,6 +66,7 @@ void combine(EditNode &edit, const EditNode &next) {
         edit = next; // only the new content remains
         edit.operation = Operation::replace;
         edit.is_step = false;
+        index = {};
         return;
     }
     if (edit.operation == Operation::none)
@@ -60,7 +74,7 @@ void combine(EditNode &edit, const EditNode &next) {
     edit.is_step = edit.is_step && next.is_step;
     for (const EditNode &child : next.children)
         if (!child.is_key())
-            add_child(edit, child);
+            add_child(edit, index, child);
 }
 
 EditNode with_values_resolved(const EditNode &edit, const lyd_node *running) {

@@ -1,6 +1,9 @@
 #include "frontends/gnmi/operations/removal.h"
 
+#include <algorithm>
+
 #include "frontends/gnmi/values/given_edit.h"
+#include "yang/edit_instance.h"
 
 namespace yfw::gnmi {
 namespace {
@@ -16,6 +19,22 @@ std::optional<std::vector<std::optional<std::string>>> keys_of(const lyd_node *e
         key = key->next;
     }
     return keys;
+}
+
+// The entry with the keys of the step, which must have them all.
+const lyd_node *entry_with_keys(const lyd_node *siblings, const PatternStep &step) {
+    yang::EditNode entry{step.node, std::nullopt, {}};
+    const lysc_node *key = lysc_node_child(step.node);
+    for (const auto &value : step.keys) {
+        entry.children.push_back({key, value, {}});
+        key = key->next;
+    }
+    return yang::find_instance(siblings, entry);
+}
+
+bool names_one_entry(const PatternStep &step) {
+    return step.node->nodetype == LYS_LIST && !step.keys.empty() &&
+           std::all_of(step.keys.begin(), step.keys.end(), [](const auto &key) { return key.has_value(); });
 }
 
 class Finder {
@@ -35,18 +54,28 @@ private:
             return;
         }
         const PatternStep &step = pattern_.steps[depth];
+        if (names_one_entry(step)) {
+            if (const lyd_node *entry = entry_with_keys(siblings, step))
+                enter(entry, step, step.keys, depth);
+            return;
+        }
         for (const lyd_node *node = siblings; node != nullptr; node = node->next) {
             if (node->schema != step.node)
                 continue;
             const auto keys = keys_of(node, step);
             if (!keys.has_value())
                 continue;
-            path_.steps.push_back({step.node, *keys});
-            descend(lyd_child(node), depth + 1);
-            path_.steps.pop_back();
+            enter(node, step, *keys, depth);
             if (node->schema->nodetype == LYS_LEAFLIST) // all values at once
                 return;
         }
+    }
+
+    void enter(const lyd_node *node, const PatternStep &step,
+               const std::vector<std::optional<std::string>> &keys, size_t depth) {
+        path_.steps.push_back({step.node, keys});
+        descend(lyd_child(node), depth + 1);
+        path_.steps.pop_back();
     }
 
     const yang::Schemas &schemas_;

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <functional>
 
+#include "base/interruption.h"
 #include "frontends/gnmi/data/snapshot.h"
 #include "frontends/gnmi/messages/extensions.h"
 #include "frontends/gnmi/messages/refusal.h"
@@ -32,6 +33,7 @@ bool is_configuration(const PathPattern &pattern) {
 
 // Runs a step of an operation; what it throws names the operation.
 template <class Work> auto in_place(const std::string &operation, const std::string &path, Work &&work) {
+    end_if_interrupted();
     try {
         return work();
     } catch (const Error &error) {
@@ -66,13 +68,16 @@ public:
 
     // All of them as one edit.
     EditNode edit(const lyd_node *running) const {
-        EditNode edit;
-        edit.node = target_.root();
-        edit.is_step = true;
-        for (const Change &change : changes_)
+        EditNode root;
+        root.node = target_.root();
+        root.is_step = true;
+        CombinedEdit combined(std::move(root));
+        for (const Change &change : changes_) {
+            end_if_interrupted();
             for (const EditNode &next : change.edits(running))
-                combine(edit, next);
-        return with_values_resolved(edit, running);
+                combined.add(next);
+        }
+        return with_values_resolved(combined.edit(), running);
     }
 
     // The operation that an error of the whole edit comes from, if it can be told by the path of the node at
@@ -186,7 +191,19 @@ void add_results(const ::gnmi::SetRequest &request, ::gnmi::SetResponse &to) {
 
 // ---- confirmed commits
 
+// What the definition of the type allows: 10,000 years, and one sign for both parts.
+bool is_valid(const google::protobuf::Duration &duration) {
+    constexpr int64_t most_seconds = 315'576'000'000;
+    constexpr int32_t most_nanos = 999'999'999;
+    const bool has_two_signs =
+        (duration.seconds() < 0 && duration.nanos() > 0) || (duration.seconds() > 0 && duration.nanos() < 0);
+    return duration.seconds() >= -most_seconds && duration.seconds() <= most_seconds &&
+           duration.nanos() >= -most_nanos && duration.nanos() <= most_nanos && !has_two_signs;
+}
+
 std::chrono::seconds duration_of(const google::protobuf::Duration &given) {
+    if (!is_valid(given))
+        throw Refusal(Code::invalid_argument, "the rollback duration is no valid Duration");
     if (given.seconds() <= 0 && given.nanos() <= 0)
         throw Refusal(Code::invalid_argument, "the rollback duration must be above 0");
     constexpr int64_t most = 10LL * 365 * 24 * 3600; // what clocks can add up safely

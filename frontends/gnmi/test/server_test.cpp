@@ -1,9 +1,11 @@
 // The server, through the stubs that are generated for clients.
 #include <algorithm>
 #include <chrono>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -66,13 +68,15 @@ protected:
         return stub_->Get(context().get(), request, &response);
     }
 
-    grpc::Status set_name(const std::string &name) {
+    grpc::Status set_name(const std::string &name) { return set_name(name, *context()); }
+
+    grpc::Status set_name(const std::string &name, grpc::ClientContext &in) {
         ::gnmi::SetRequest request;
         ::gnmi::Update &update = *request.add_update();
         *update.mutable_path() = path("/lldp/config/system-name");
         update.mutable_val()->set_string_val(name);
         ::gnmi::SetResponse response;
-        return stub_->Set(context().get(), request, &response);
+        return stub_->Set(&in, request, &response);
     }
 
     static ::gnmi::SubscribeRequest list(::gnmi::SubscriptionList::Mode mode, const std::string &at) {
@@ -262,6 +266,69 @@ TEST_F(AServer, EndsWithSubscribersOnIt) {
     while (stream->Read(&response)) {
     }
     EXPECT_FALSE(stream->Finish().ok());
+}
+
+// ---- Sets that nobody waits for
+
+// An edit of somebody else that takes until it is let go.
+class EditInTheWay {
+public:
+    explicit EditInTheWay(device::Service &service) : thread_([this, &service] { hold(service); }) {
+        begun_.get_future().wait();
+    }
+    ~EditInTheWay() { let_go(); }
+    EditInTheWay(const EditInTheWay &) = delete;
+    EditInTheWay &operator=(const EditInTheWay &) = delete;
+
+    void let_go() {
+        if (!thread_.joinable())
+            return;
+        end_.set_value();
+        thread_.join();
+    }
+
+private:
+    void hold(device::Service &service) {
+        const auto make = [&](const lyd_node *) -> yang::EditNode {
+            begun_.set_value();
+            end_.get_future().wait();
+            throw Error(ErrorTag::operation_failed, "", "let go");
+        };
+        EXPECT_THROW(service.datastores().edit_running({}, make, std::nullopt), Error);
+    }
+
+    std::promise<void> begun_;
+    std::promise<void> end_;
+    std::thread thread_;
+};
+
+TEST_F(AServer, EndsASetWhoseClientHasCancelledIt) {
+    EditInTheWay edit(device_.service());
+    const auto setting = context();
+    auto outcome = std::async(std::launch::async, [&] { return set_name("x", *setting); });
+    std::this_thread::sleep_for(300ms); // until it waits for its turn
+    setting->TryCancel();
+    EXPECT_EQ(outcome.get().error_code(), grpc::StatusCode::CANCELLED);
+    EXPECT_EQ(capabilities_for(current_user(), "right"), grpc::StatusCode::OK) << "it is told after that";
+    std::this_thread::sleep_for(300ms);
+    edit.let_go();
+    EXPECT_TRUE(says("user " + current_user() + " from 127.0.0.1: Set is refused: CANCELLED: the client has " +
+                     "cancelled it, or the server ends"));
+    EXPECT_THAT(device_.configuration(), HasSubstr("r1.example.net"));
+    EXPECT_TRUE(set_name("y").ok());
+}
+
+TEST_F(AServer, EndsWithASetThatIsNotDone) {
+    EditInTheWay edit(device_.service());
+    const auto setting = context();
+    auto outcome = std::async(std::launch::async, [&] { return set_name("x", *setting); });
+    std::this_thread::sleep_for(300ms); // until it waits for its turn
+    auto ended = std::async(std::launch::async, [&] { server_.reset(); });
+    EXPECT_FALSE(outcome.get().ok());
+    std::this_thread::sleep_for(1s);
+    edit.let_go();
+    EXPECT_EQ(ended.wait_for(10s), std::future_status::ready);
+    EXPECT_THAT(device_.configuration(), HasSubstr("r1.example.net"));
 }
 
 // ---- the log

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "base/interruption.h"
 #include "frontends/gnmi/operations/set_operation.h"
 #include "gnmi_fixture.h"
 
@@ -185,6 +186,9 @@ INSTANTIATE_TEST_SUITE_P(
                eth1_disabled()},
         Change{"UpdatesAnEntryWithItsKeyInTheValue",
                Request().updating(eth1, json(R"({"name":"eth1","config":{"enabled":false}})")), r1_config,
+               eth1_disabled()},
+        Change{"UpdatesAnEntryWithItsKeyInConfig",
+               Request().updating(eth1, json(R"({"config":{"name":"eth1","enabled":false}})")), r1_config,
                eth1_disabled()},
         Change{"UpdatesEntriesByJson",
                Request().updating("/lldp/interfaces",
@@ -384,6 +388,38 @@ INSTANTIATE_TEST_SUITE_P(
                 "the key \"name\" of \"interface\" is missing"),
         invalid("HasAnotherKeyInTheValue", Request().updating(eth1, json(R"({"name":"eth2"})")),
                 "the key \"name\" has another value than in the path"),
+        invalid("HasAnotherNameInTheValueThanItsKey",
+                Request().updating(eth1, json(R"({"config":{"name":"eth2"}})")),
+                "update " + eth1 +
+                    ": \"name\" of /lldp/interfaces/interface[name='eth1'] differs from the key "
+                    "\"name\""),
+        invalid("HasAnEntryWithAnotherNameThanItsKey",
+                Request().replacing("/lldp/interfaces",
+                                    json(R"({"interface":[{"name":"eth1","config":{"name":"eth2"}}]})")),
+                "differs from the key \"name\""),
+        invalid("GivesAnEntryAnotherName", Request().updating(eth1 + "/config/name", string("eth2")),
+                "differs from the key \"name\""),
+        invalid("GivesANewEntryAnotherName",
+                Request().updating("/lldp/interfaces/interface[name=new]/config", json(R"({"name":"eth2"})")),
+                "differs from the key \"name\""),
+        invalid("HasJsonThatIsNotUtf8", Request().updating("/lldp/config/hello-timer", ietf("\xff")),
+                "update /lldp/config/hello-timer: the value is not UTF-8"),
+        invalid("HasAWordInJsonThatIsNotUtf8", Request().updating("/lldp/config/system-name", json("a\x94")),
+                "update /lldp/config/system-name: the value is not UTF-8"),
+        invalid("HasAContainerThatIsNotUtf8",
+                Request().replacing("/lldp/config", json("{\"system-name\":\"\x94\"}")),
+                "replace /lldp/config: the value is not UTF-8"),
+        invalid("HasAValueOfALeafListTwice", Request().updating(tlvs, json(R"(["SYSTEM_NAME","SYSTEM_NAME"])")),
+                "is repeated"),
+        invalid("HasAValueOfALeafListTwiceInTwoForms",
+                Request().updating(tlvs, ietf(R"(["SYSTEM_NAME","openconfig-lldp-types:SYSTEM_NAME"])")),
+                "is repeated"),
+        invalid("HasAValueOfALeafListTwiceInAContainer",
+                Request().replacing("/lldp/config",
+                                    json(R"({"suppress-tlv-advertisement":["SYSTEM_NAME","SYSTEM_NAME"]})")),
+                "is repeated"),
+        invalid("HasAScalarOfALeafListTwice", Request().updating(tlvs, strings({"SYSTEM_NAME", "SYSTEM_NAME"})),
+                "is repeated"),
         invalid("UpdatesState", Request().updating("/lldp/state/enabled", boolean(true)), "is state"),
         invalid("DeletesState", Request().remove("/lldp/state"), "delete /lldp/state: is state"),
         invalid("DeletesAKey", Request().remove(eth1 + "/name"), "a key cannot be deleted"),
@@ -406,6 +442,32 @@ TEST(AValueThatTheDeviceRefuses, IsNamedWithItsOperation) {
     EXPECT_EQ(refusal->code(), Code::invalid_argument) << refusal->what();
     EXPECT_THAT(refusal->what(), HasSubstr("update /lldp/config/hello-timer"));
     EXPECT_THAT(device.configuration(), HasSubstr("r1.example.net"));
+}
+
+// ---- interruptions
+
+TEST(ASetThatIsInterrupted, ChangesNothingAtAnyStep) {
+    ServedDevice device;
+    const std::string before = device.configuration();
+    const ::gnmi::SetRequest request = Request()
+                                           .remove(eth1)
+                                           .replacing("/lldp/config", json(R"({"system-name":"x"})"))
+                                           .updating("/lldp/config/hello-timer", number(9));
+    int step = 0;
+    for (bool is_interrupted = true; is_interrupted; step++) {
+        ASSERT_LT(step, 1000);
+        int asked = 0;
+        const Interruptible interruptible([&] { return asked++ == step; });
+        try {
+            set(device.target(), device.caller(), request);
+            is_interrupted = false;
+        } catch (const Interrupted &) {
+            EXPECT_EQ(device.configuration(), before) << "interrupted at step " << step;
+        }
+    }
+    EXPECT_GT(step, 8) << "of parsing, combining, applying and mapping";
+    EXPECT_THAT(device.configuration(), HasSubstr(R"("config":{"hello-timer":"9","system-name":"x"})"));
+    EXPECT_THAT(device.service().device().history(), testing::SizeIs(2)) << "the first commit, and one";
 }
 
 // ---- who may
@@ -563,6 +625,27 @@ TEST_F(AConfirmedCommit, NeedsAnIdAnActionAndATimeAboveZero) {
     EXPECT_EQ(act("a", last(0)), Code::invalid_argument);
     EXPECT_EQ(act("a", confirm, Request().remove("/lldp/config")), Code::invalid_argument);
     EXPECT_TRUE(is_pending());
+}
+
+TEST_F(AConfirmedCommit, NeedsATimeThatIsADuration) {
+    const auto start_for = [this](int64_t seconds, int32_t nanos) {
+        return act(
+            "a",
+            [&](gnmi_ext::Commit &commit) {
+                google::protobuf::Duration &time = *commit.mutable_commit()->mutable_rollback_duration();
+                time.set_seconds(seconds);
+                time.set_nanos(nanos);
+            },
+            Request().updating("/lldp/config/system-name", string("x")));
+    };
+    EXPECT_EQ(start_for(1, -5), Code::invalid_argument);
+    EXPECT_EQ(start_for(-1, 5), Code::invalid_argument);
+    EXPECT_EQ(start_for(1, 1'000'000'000), Code::invalid_argument);
+    EXPECT_EQ(start_for(int64_t{1} << 62, 0), Code::invalid_argument);
+    EXPECT_FALSE(is_pending());
+    ASSERT_EQ(start_for(60, 999'999'999), std::nullopt);
+    EXPECT_EQ(left(), std::chrono::seconds(61));
+    EXPECT_EQ(act("a", last(int64_t{1} << 62)), Code::invalid_argument);
 }
 
 TEST_F(AConfirmedCommit, LeavesNothingWhenItIsRefused) {

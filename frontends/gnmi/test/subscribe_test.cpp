@@ -237,6 +237,14 @@ TEST_F(ASubscription, OnChangeHasTheValuesASyncAndThenWhatChanges) {
     EXPECT_THAT(client_.wait_for_lines(), ElementsAre("/lldp/config/system-name = 'z'"));
 }
 
+// Collectors send these with every subscription; they mean something for samples only.
+TEST_F(ASubscription, OnChangeIgnoresASampleIntervalAndSuppressRedundant) {
+    client_.send(list(List::STREAM, {{"/lldp/config/system-name", ::gnmi::ON_CHANGE, 1ns, true}}));
+    EXPECT_THAT(client_.take(), ElementsAre("/lldp/config/system-name = 'r1.example.net'", "sync"));
+    configure(R"("system-name":"x")");
+    EXPECT_THAT(client_.wait_for_lines(), ElementsAre("/lldp/config/system-name = 'x'"));
+}
+
 TEST_F(ASubscription, OnChangeTellsOfWhatIsDeleted) {
     client_.send(list(List::STREAM, {{"/lldp/config"}}));
     client_.take();

@@ -1,11 +1,25 @@
 #include "frontends/gnmi/transport/service_door.h"
 
+#include "base/interruption.h"
 #include "frontends/gnmi/operations/capabilities.h"
 #include "frontends/gnmi/operations/get_operation.h"
 #include "frontends/gnmi/operations/set_operation.h"
 #include "frontends/gnmi/transport/status.h"
 
 namespace yfw::gnmi {
+namespace {
+
+// Runs the work of an RPC that has not been cancelled, up to the step at which it is. Once the server ends, all
+// are.
+grpc::Status outcome_of(const grpc::CallbackServerContext &context, const std::function<void()> &work) {
+    return status_of([&] {
+        const Interruptible interruptible([&context] { return context.IsCancelled(); });
+        end_if_interrupted();
+        work();
+    });
+}
+
+} // namespace
 
 // Who sends it is found out in the lane of quick jobs, so that a slow check of a password holds up no edit. A
 // certificate has been checked already: who reads with one waits for a worker only once.
@@ -23,21 +37,21 @@ grpc::ServerUnaryReactor *ServiceDoor::answer(grpc::CallbackServerContext *conte
     };
     const auto user = [this, credentials] { return authentication_.user_of(credentials).caller; };
     if (credentials.certified.has_value() && !rpc.writes) {
-        workers_.add(rpc.lane, turn, [user, finish, work = std::move(work)] {
-            finish(status_of([&] { work(user()); }));
+        workers_.add(rpc.lane, turn, [context, user, finish, work = std::move(work)] {
+            finish(outcome_of(*context, [&] { work(user()); }));
             return WorkerPool::Finish();
         });
         return reactor;
     }
-    workers_.add(Lane::quick, turn, [this, rpc, turn, user, finish, work = std::move(work)] {
+    workers_.add(Lane::quick, turn, [this, context, rpc, turn, user, finish, work = std::move(work)] {
         Caller caller;
         const grpc::Status known = status_of([&] { caller = user(); });
         if (!known.ok()) {
             finish(known);
             return WorkerPool::Finish();
         }
-        workers_.add(rpc.lane, turn, [caller, finish, work] {
-            finish(status_of([&] { work(caller); }));
+        workers_.add(rpc.lane, turn, [context, caller, finish, work] {
+            finish(outcome_of(*context, [&] { work(caller); }));
             return WorkerPool::Finish();
         });
         return WorkerPool::Finish();

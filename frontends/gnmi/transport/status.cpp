@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include "base/interruption.h"
+
 namespace yfw::gnmi {
 namespace {
 
@@ -28,6 +30,8 @@ grpc::Status status_of(const std::function<void()> &work) {
         return status_of(refusal);
     } catch (const Error &error) {
         return status_of(refusal_of(error));
+    } catch (const Interrupted &) {
+        return grpc::Status(grpc::StatusCode::CANCELLED, "the client has cancelled it, or the server ends");
     } catch (const std::exception &error) {
         return status_with(Code::internal, error.what());
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <map>
+#include <set>
 
 #include "base/base64.h"
 #include "frontends/gnmi/messages/refusal.h"
@@ -10,6 +12,7 @@
 #include "frontends/gnmi/values/given_json.h"
 #include "yang/edit_element.h"
 #include "yang/json_values.h"
+#include "yang/key_reference.h"
 #include "yang/leaf_type.h"
 #include "yang/node_kind.h"
 #include "yang/refused_value.h"
@@ -181,9 +184,10 @@ yang::EditNode leaf_list_edit(const PathPattern &path, const ::gnmi::ScalarArray
     if (leaf_list == nullptr || leaf_list->nodetype != LYS_LEAFLIST)
         refuse(place, "an array of scalars can only be the value of a leaf-list");
     std::vector<std::string> values;
+    std::set<std::string> seen;
     for (const ::gnmi::TypedValue &each : array.element()) {
         const std::string value = scalar_of(leaf_list, each, place);
-        if (std::find(values.begin(), values.end(), value) != values.end())
+        if (!seen.insert(value).second)
             refuse(place, "the value \"" + value + "\" is repeated");
         values.push_back(value);
     }
@@ -306,21 +310,56 @@ yang::EditNode json_edit(const yang::Schemas &schemas, PathPattern path, const s
     return values_edit(path, values, keeps);
 }
 
-} // namespace
+// ---- keys that are leaves of the entry, too
 
-yang::EditNode edit_at(const yang::Schemas &schemas, const PathPattern &path, Operation operation) {
-    PathPattern full = path;
-    if (full.steps.empty())
-        full.steps.push_back({schemas.openconfig_root(), {}});
-    yang::EditNode root;
-    yang::EditNode &target = steps_of(full, root);
-    target.operation = operation;
-    target.is_step = operation == Operation::none;
-    return root;
+// The node at the end of the steps below an entry; NULL when the edit has none.
+const yang::EditNode *find_below(const yang::EditNode &entry, const std::vector<const lysc_node *> &steps) {
+    const yang::EditNode *at = &entry;
+    for (const lysc_node *step : steps) {
+        const auto next = std::find_if(at->children.begin(), at->children.end(),
+                                       [step](const yang::EditNode &child) { return child.node == step; });
+        if (next == at->children.end())
+            return nullptr;
+        at = &*next;
+    }
+    return at;
 }
 
-yang::EditNode edit_of(const yang::Schemas &schemas, const PathPattern &path, const ::gnmi::TypedValue &value,
-                       Keeps keeps, const std::string &place) {
+// Refuses values of leaves that keys refer to, such as config/name, when they differ from the keys.
+class KeyCheck {
+public:
+    explicit KeyCheck(const std::string &place) : place_(place) {}
+
+    void check(const yang::EditNode &edit, const std::string &parent) {
+        const std::string path = yang::instance_path(parent, edit);
+        for (const yang::EditNode &child : edit.children) {
+            if (child.is_key())
+                check_key(edit, child, path);
+            else if (!yang::is_term(child.node))
+                check(child, path);
+        }
+    }
+
+private:
+    void check_key(const yang::EditNode &entry, const yang::EditNode &key, const std::string &path) {
+        const auto [steps, is_new] = steps_.try_emplace(key.node);
+        if (is_new)
+            steps->second = yang::leaf_behind_key(key.node);
+        if (steps->second.empty())
+            return;
+        const yang::EditNode *leaf = find_below(entry, steps->second);
+        if (leaf == nullptr || !leaf->value.has_value() || leaf->value == key.value)
+            return;
+        const std::string name = steps->second.back()->name;
+        refuse(place_, "\"" + name + "\" of " + path + " differs from the key \"" + key.node->name + "\"");
+    }
+
+    const std::string &place_;
+    std::map<const lysc_node *, std::vector<const lysc_node *>> steps_;
+};
+
+yang::EditNode unchecked_edit_of(const yang::Schemas &schemas, const PathPattern &path,
+                                 const ::gnmi::TypedValue &value, Keeps keeps, const std::string &place) {
     switch (value.value_case()) {
     case ::gnmi::TypedValue::kJsonVal:
         return json_edit(schemas, path, value.json_val(), keeps, place);
@@ -337,6 +376,26 @@ yang::EditNode edit_of(const yang::Schemas &schemas, const PathPattern &path, co
     default:
         return scalar_edit(schemas, path, value, place);
     }
+}
+
+} // namespace
+
+yang::EditNode edit_at(const yang::Schemas &schemas, const PathPattern &path, Operation operation) {
+    PathPattern full = path;
+    if (full.steps.empty())
+        full.steps.push_back({schemas.openconfig_root(), {}});
+    yang::EditNode root;
+    yang::EditNode &target = steps_of(full, root);
+    target.operation = operation;
+    target.is_step = operation == Operation::none;
+    return root;
+}
+
+yang::EditNode edit_of(const yang::Schemas &schemas, const PathPattern &path, const ::gnmi::TypedValue &value,
+                       Keeps keeps, const std::string &place) {
+    yang::EditNode edit = unchecked_edit_of(schemas, path, value, keeps, place);
+    KeyCheck(place).check(edit, "");
+    return edit;
 }
 
 } // namespace yfw::gnmi

@@ -1,6 +1,7 @@
 #include "frontends/gnmi/values/given_json.h"
 
 #include "base/error.h"
+#include "base/utf8.h"
 #include "frontends/gnmi/messages/refusal.h"
 #include "frontends/gnmi/paths/key_value.h"
 #include "yang/json_text.h"
@@ -56,9 +57,18 @@ Json object_value(const lysc_node *node, Json value, const std::string &place) {
     return made;
 }
 
+bool is_utf8(std::string_view text) {
+    while (!text.empty())
+        if (!take_character(text).has_value())
+            return false;
+    return true;
+}
+
 } // namespace
 
 Json parse_given(const lysc_node *node, const std::string &text, const std::string &place) {
+    if (!is_utf8(text)) // RFC 8259 section 8.1
+        throw Refusal(Code::invalid_argument, place + ": the value is not UTF-8");
     try {
         return yang::parse_json(text);
     } catch (const Error &error) {

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "base/error.h"
+#include "base/interruption.h"
 #include "device/leaf_edits.h"
 #include "device/native_edits.h"
 #include "device/openconfig_terms.h"
@@ -124,6 +125,7 @@ yang::DataTree ConfigurationMapper::read_back(const lyd_node *native) {
 }
 
 bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {
+    end_if_interrupted();
     std::vector<host::NativePath> edits = engine_.map_edit(edit, yang::borrowed(mapped.native.get()));
     yang::DataTree result = yang::copy_configuration(mapped.native.get());
     apply_native_edits(schemas_, edits, result);
@@ -136,6 +138,7 @@ bool ConfigurationMapper::apply(const yang::EditNode &edit, Mapped &mapped) {
 yang::DataTree ConfigurationMapper::settle(Mapped &mapped, const lyd_node *wanted,
                                            const Suspensions &suspended) {
     for (int round = 0;; round++) {
+        end_if_interrupted();
         yang::DataTree present = read_back(mapped.native.get());
         const yang::EditNode missing =
             leaf_edit(schemas_.openconfig_root(), wanted, present.get(),

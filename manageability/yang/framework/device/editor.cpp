@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/interruption.h"
 #include "device/applying_mark.h"
 #include "device/openconfig_terms.h"
 #include "device/pending_file.h"
@@ -51,6 +52,7 @@ Editor::Change Editor::changed(const yang::EditNode &edit, const Configuration &
     yang::check_existence(whole, before.openconfig.get());
     yang::DataTree openconfig = yang::copy_configuration(before.openconfig.get());
     yang::apply_edit(whole, openconfig);
+    end_if_interrupted();
     if (guard)
         guard(before.openconfig.get(), openconfig.get());
     if (yang::is_same(before.openconfig.get(), openconfig.get()) && !touches_state(whole))
@@ -59,6 +61,7 @@ Editor::Change Editor::changed(const yang::EditNode &edit, const Configuration &
     yang::validate_openconfig(schemas_, openconfig.get());
     Change change{before, {std::move(openconfig), std::move(mapped.native)}, std::move(mapped.edits)};
     mapper_.map_as_if_in_force(change.after);
+    end_if_interrupted();
     return change;
 }
 

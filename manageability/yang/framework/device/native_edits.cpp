@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "base/interruption.h"
 #include "device/octet_limits.h"
 #include "yang/forest.h"
 #include "yang/path_words.h"
@@ -230,8 +231,10 @@ private:
 void apply_native_edits(const yang::Schemas &schemas, const std::vector<host::NativePath> &edits,
                         yang::DataTree &configuration) {
     Applier applier(schemas, configuration);
-    for (const host::NativePath &edit : edits)
+    for (const host::NativePath &edit : edits) {
+        end_if_interrupted();
         applier.apply(edit);
+    }
     applier.finish();
 }
 

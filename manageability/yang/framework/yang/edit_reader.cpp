@@ -229,7 +229,7 @@ void sort_by_model(const lysc_node *parent, std::vector<EditNode> &children) {
 
 void read_children(EditNode &to, const EditElement &from, const Around &around, const std::string &path) {
     const Around below = around_children(to.operation, around);
-    std::set<std::string> seen; // a leaf-list entry may be repeated
+    std::set<std::string> seen;
     for (const EditElement &child : from.children) {
         const lysc_node *schema = child_named(to.node, child);
         if (schema == nullptr)
@@ -239,7 +239,7 @@ void read_children(EditNode &to, const EditElement &from, const Around &around, 
             continue;
         to.children.push_back(read_node(schema, child, below, path));
         const std::string place = instance_path(path, to.children.back());
-        if (schema->nodetype != LYS_LEAFLIST && !seen.insert(place).second)
+        if (!seen.insert(place).second) // values of a leaf-list, too: RFC 7950 section 7.7
             throw Error(ErrorTag::bad_element, place, "is repeated");
     }
     sort_by_model(to.node, to.children);

@@ -193,6 +193,27 @@ struct ContradictionCase {
     std::string path;
 };
 
+TEST(AnEditWithAValueOfALeafListTwice, IsRefused) {
+    const std::string value = "t:SYSTEM_NAME</suppress-tlv-advertisement>";
+    for (const std::string operation : {"merge", "create", "delete", "remove"}) {
+        const std::string once = "<suppress-tlv-advertisement nc:operation='" + operation + "'>";
+        const std::string other = "<suppress-tlv-advertisement nc:operation='remove'>";
+        const std::string document = "<lldp xmlns=\"http://openconfig.net/yang/lldp\" "
+                                     "xmlns:t=\"http://openconfig.net/yang/lldp/types\" "
+                                     "xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\"><config>" +
+                                     once + value + other + value + "</config></lldp>";
+        try {
+            parse_edit(schemas(), document, Operation::merge);
+            FAIL() << "the edit was accepted";
+        } catch (const Error &error) {
+            EXPECT_EQ(error.tag(), ErrorTag::bad_element);
+            EXPECT_EQ(error.path(),
+                      "/lldp/config/suppress-tlv-advertisement[.='openconfig-lldp-types:SYSTEM_NAME']");
+            EXPECT_STREQ(error.what(), "is repeated");
+        }
+    }
+}
+
 class AContradictionInAnEdit : public testing::TestWithParam<ContradictionCase> {};
 
 TEST_P(AContradictionInAnEdit, IsRefusedAsABadAttribute) {
