@@ -14,7 +14,7 @@
 namespace yfw::yang::test {
 namespace {
 
-constexpr const char *types_module = R"(module types {
+constexpr const char *leaves_module = R"(module types {
   yang-version 1.1; namespace "urn:types"; prefix t;
   leaf any { type string; }
   leaf at-most { type string { length "0..5"; } }
@@ -108,7 +108,7 @@ protected:
         ly_ctx_new(nullptr, 0, &context);
         context_.reset(context);
         lys_module *module = nullptr;
-        EXPECT_EQ(lys_parse_mem(context, types_module, LYS_IN_YANG, &module), LY_SUCCESS);
+        EXPECT_EQ(lys_parse_mem(context, leaves_module, LYS_IN_YANG, &module), LY_SUCCESS);
     }
 
     const lysc_node *leaf(const char *name) const {
