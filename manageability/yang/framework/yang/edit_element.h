@@ -23,9 +23,11 @@ struct EditElement {
     std::string name;
     std::string ns;                     // the namespace in XML, the name of the module in JSON
     const lys_module *module = nullptr; // NULL: no module has that namespace
-    // The value as written, except that an identity's XML prefix is replaced with its module's name. Nothing
-    // for a JSON object.
+    // The value as written; nothing for a JSON object.
     std::optional<std::string> text;
+    // What the value is if it names an identity: with the module's name instead of the XML prefix. Nothing
+    // where that is no other text.
+    std::optional<std::string> as_identity;
     Written written = Written::text;
     std::optional<bool> in_array; // JSON only: whether it is an entry of an array
     bool is_empty_array = false;  // JSON only: no node, but its name has to be known

@@ -150,6 +150,13 @@ std::optional<std::string> canonical(const lysc_node *leaf, const std::string &v
     return made;
 }
 
+// A text is a text, whatever stands before a colon in it.
+const std::string &written_value(const lysc_node *leaf, const EditElement &from) {
+    const LY_DATA_TYPE type = leaf_type(leaf)->basetype;
+    const bool may_be_identity = type == LY_TYPE_IDENT || type == LY_TYPE_UNION || type == LY_TYPE_INST;
+    return may_be_identity && from.as_identity.has_value() ? *from.as_identity : *from.text;
+}
+
 // A leaf may be deleted without giving its value; an entry of a leaf-list is known by it (RFC 7950
 // section 7.7.9).
 std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &from, Operation operation,
@@ -163,10 +170,10 @@ std::optional<std::string> value_of(const lysc_node *leaf, const EditElement &fr
         throw Error(ErrorTag::missing_element, path, "needs a value");
     if (!is_absent)
         check_written(leaf, from, path);
-    std::optional<std::string> value = canonical(leaf, *from.text);
+    std::optional<std::string> value = canonical(leaf, written_value(leaf, from));
     ly_err_clean(leaf->module->ctx, nullptr);
     if (!value.has_value() && !is_absent)
-        throw Error(ErrorTag::invalid_value, path, refused_value(leaf, *from.text));
+        throw Error(ErrorTag::invalid_value, path, refused_value(leaf, written_value(leaf, from)));
     if (!value.has_value() && leaf->nodetype == LYS_LEAFLIST)
         throw Error(ErrorTag::missing_element, path, "the value of the entry to be deleted is missing");
     return value;

@@ -12,13 +12,14 @@ const lys_module *module_of(const ly_ctx *context, const std::string &ns) {
     return ns.empty() ? nullptr : ly_ctx_get_module_implemented_ns(context, ns.c_str());
 }
 
-// A value may be an identity whose prefix the document declares; the module's name replaces the prefix. Text
-// before a colon that is not a declared prefix is left as it is.
-std::string with_module_name(const ly_ctx *context, const xml::Element &element, std::string text) {
+// A value may be an identity whose prefix the document declares; the module's name replaces the prefix. Nothing
+// for text without a declared prefix.
+std::optional<std::string> with_module_name(const ly_ctx *context, const xml::Element &element,
+                                            const std::string &text) {
     const size_t colon = text.find(':');
     const auto ns = colon == std::string::npos ? std::nullopt : element.namespace_of(text.substr(0, colon));
     const lys_module *module = ns.has_value() ? module_of(context, *ns) : nullptr;
-    return module != nullptr ? module->name + text.substr(colon) : text;
+    return module != nullptr ? std::optional(module->name + text.substr(colon)) : std::nullopt;
 }
 
 void read_attributes(const xml::Element &from, EditElement &to) {
@@ -39,7 +40,8 @@ EditElement edit_element_from(const ly_ctx *context, const xml::Element &element
     made.name = element.name();
     made.ns = element.ns();
     made.module = module_of(context, made.ns);
-    made.text = with_module_name(context, element, element.character_data());
+    made.text = element.character_data();
+    made.as_identity = with_module_name(context, element, *made.text);
     read_attributes(element, made);
     for (const xml::Element &child : element.children())
         made.children.push_back(edit_element_from(context, child));

@@ -47,6 +47,14 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         WrittenCase{"Plainly", xml("<system-name>r1</system-name>"), "r1"},
         WrittenCase{"WithAByteOrderMark", "\xef\xbb\xbf" + xml("<system-name>r1</system-name>"), "r1"},
+        WrittenCase{"WithAColonInFront", xml("<system-name>:r1</system-name>"), ":r1"},
+        WrittenCase{"WithWhatIsAPrefixElsewhere",
+                    xml("<system-name xmlns:o=\"http://openconfig.net/yang/lldp\">o:r1</system-name>"), "o:r1"},
+        WrittenCase{
+            "WithAPrefixOfAnIdentity",
+            xml("<suppress-tlv-advertisement xmlns:t=\"http://openconfig.net/yang/lldp/types\">t:SYSTEM_NAME"
+                "</suppress-tlv-advertisement>"),
+            "openconfig-lldp-types:SYSTEM_NAME"},
         WrittenCase{"WithACommentInsideText", xml("<system-name>r<!-- one -->1</system-name>"), "r1"},
         WrittenCase{"WithCarriageReturnsAtItsEndsOfLines", xml("<system-name>r\r\n1</system-name>"), "r\n1"},
         WrittenCase{"WithACarriageReturnOfItsOwn", xml("<system-name>r&#13;1</system-name>"), "r\r1"},
