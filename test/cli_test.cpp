@@ -79,6 +79,27 @@ TEST(VersionText, IsTheProgramAndItsVersion) {
     EXPECT_EQ(outcome.output, "yfw " YFW_VERSION "\n");
 }
 
+// --- devices ---
+
+class ACommandOnAnLldpdThatDoesNotRun : public testing::TestWithParam<Strings> {};
+
+TEST_P(ACommandOnAnLldpdThatDoesNotRun, FailsAndSaysSo) {
+    const TemporaryDirectory directory;
+    Strings arguments = GetParam();
+    arguments.push_back("--device");
+    arguments.push_back("lldpd:" + (directory.path() / "none.sock").string());
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_NE(outcome.errors.find("cannot connect: No such file or directory"), std::string::npos)
+        << outcome.errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(Such, ACommandOnAnLldpdThatDoesNotRun,
+                         testing::Values(Strings{"get", "/lldp"}, Strings{"watch"}, Strings{"neighbors"},
+                                         Strings{"set", "/lldp/config/system-name", "r1"}),
+                         [](const auto &command) { return command.param[0]; });
+
 // --- paths ---
 
 struct PathCase {

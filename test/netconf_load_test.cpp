@@ -250,6 +250,24 @@ TEST_F(NetconfDaemon, EndsWithStatusZeroWhenItIsToldTo) {
     }
 }
 
+TEST_F(NetconfDaemon, GivesUpALongEditThatHasNotChangedAnythingWhenItIsToldToEnd) {
+    std::string interfaces;
+    for (int i = 0; i < 20000; i++) {
+        const std::string name = leaf_edit("name", "e" + std::to_string(i));
+        interfaces += "<interface>" + name + "<config>" + name + "</config></interface>";
+    }
+    NetconfClient client(server().socket());
+    const std::string before = everything(client);
+    client.send(rpc_message(edit_config("running", lldp("<interfaces>" + interfaces + "</interfaces>"))));
+    NetconfClient other(server().socket());
+    EXPECT_EQ(name(other), "r1.example.net"); // the edit has arrived by now
+    server().process().signal(SIGTERM);
+    EXPECT_EQ(server().process().wait(milliseconds(1000)), 0) << "it waits for the edit";
+    server().start();
+    NetconfClient next(server().socket());
+    EXPECT_EQ(everything(next), before);
+}
+
 TEST_F(NetconfDaemon, ReplacesASocketThatWasLeftBehind) {
     server().process().signal(SIGKILL);
     server().process().wait();

@@ -33,14 +33,14 @@ The sockets of laboratories.
 Switches colors off if it is not empty.
 .TP
 .B XDG_STATE_HOME
-The user's directory of states.
+The user's directory of states. A relative path is ignored.
 .SH EXIT STATUS
 .TP
 .B 0
 Success.
 .TP
 .B 1
-The mapping failed, a device could not be read, or the output could not be written or drawn.
+The mapping failed, a running lldpd could not be reached, or the output could not be written or drawn.
 .TP
 .B 2
 The request, a file or its data is wrong. Nothing is printed on standard output; one line on standard error names the

@@ -22,11 +22,11 @@ std::string environment(const char *name) {
     return value != nullptr ? value : "";
 }
 
-// XDG base directories.
+// The XDG Base Directory Specification has programs ignore a relative path.
 std::filesystem::path state_directory() {
-    const std::string state = environment("XDG_STATE_HOME");
-    if (!state.empty())
-        return std::filesystem::path(state) / "yfw";
+    const std::filesystem::path state = environment("XDG_STATE_HOME");
+    if (state.is_absolute())
+        return state / "yfw";
     const std::string home = environment("HOME");
     return std::filesystem::path(home.empty() ? "/var/lib" : home + "/.local/state") / "yfw";
 }

@@ -95,6 +95,13 @@ TEST_F(TheStoreOfADevice, IsAnotherForEachPath) {
         EXPECT_EQ(store.parent_path(), place);
 }
 
+// XDG Base Directory Specification: a relative path is invalid and to be ignored.
+TEST_F(TheStoreOfADevice, IsNotBelowARelativePath) {
+    setenv("XDG_STATE_HOME", "state", 1);
+    const fs::path store = store_of(device(directory.path() / "r1"));
+    EXPECT_EQ(store.parent_path(), fs::path(getenv("HOME")) / ".local/state/yfw");
+}
+
 TEST_F(TheStoreOfADevice, IsTheFileThatIsNamed) {
     DeviceOptions options = device(directory.path() / "r1");
     options.store = "commits.db";

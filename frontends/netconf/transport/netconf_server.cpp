@@ -9,6 +9,7 @@
 #include <event2/listener.h>
 
 #include "base/error.h"
+#include "base/interruption.h"
 #include "base/say.h"
 #include "base/system_error.h"
 #include "base/unix_socket.h"
@@ -213,7 +214,9 @@ void NetconfServer::dispatch(Session &session, std::string message) {
         });
 }
 
+// What a gone client asked for is done all the same, unless the server ends before it has changed anything.
 WorkerPool::Finish NetconfServer::answered(const Caller &caller, const Request &request) {
+    const Interruptible interruptible([this] { return ends_.load(); });
     Reply reply = answer(server_, caller, request);
     if (reply.content.has_file()) // each thread keeps what it has freed
         ::malloc_trim(0);
@@ -253,6 +256,7 @@ void NetconfServer::run(int stop) {
     stop_ = event_new(base_.get(), stop, EV_READ, stopped, base_.get());
     event_add(stop_, nullptr);
     event_base_dispatch(base_.get());
+    ends_ = true;
     for (const auto &[id, session] : sessions_)
         session->is_gone()->store(true); // their requests need not be finished
     sessions_.clear();

@@ -2,6 +2,7 @@
 #ifndef YFW_FRONTENDS_NETCONF_TRANSPORT_NETCONF_SERVER_H
 #define YFW_FRONTENDS_NETCONF_TRANSPORT_NETCONF_SERVER_H
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -84,6 +85,7 @@ private:
     std::mutex known_mutex_;
     std::map<uint32_t, bool> known_; // sessions, for access by other threads
     uint32_t last_session_ = 0;
+    std::atomic<bool> ends_ = false;
     WorkerPool workers_; // destroyed first: its jobs use all of the above
 };
 

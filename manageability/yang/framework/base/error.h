@@ -52,6 +52,13 @@ public:
     }
     bool is_by_request() const { return is_by_request_; }
 
+    // The device cannot be reached or does not do what it should, whatever the request.
+    Error &&by_device() && {
+        is_by_device_ = true;
+        return std::move(*this);
+    }
+    bool is_by_device() const { return is_by_device_; }
+
     ErrorTag tag() const { return tag_; }
     const std::string &path() const { return path_; }
     uint32_t status() const { return status_; }
@@ -62,6 +69,7 @@ private:
     std::string subject_;
     uint32_t status_;
     bool is_by_request_ = false;
+    bool is_by_device_ = false;
 };
 
 } // namespace yfw

@@ -1,13 +1,11 @@
 #include "host/mapping_description.h"
 
 #include <algorithm>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string_view>
 
+#include "base/bounded_text.h"
 #include "base/error.h"
-#include "base/system_error.h"
 #include "yang/json_text.h"
 #include "yfw_map.h"
 
@@ -20,15 +18,14 @@ using Json = nlohmann::ordered_json;
     throw Error(ErrorTag::invalid_value, file.string(), why);
 }
 
+constexpr uint64_t largest_description = mebibyte;
+
 std::string read_text(const std::filesystem::path &file, const std::string &plugin) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    if (in)
-        text << in.rdbuf();
-    if (!in || text.bad())
-        refuse(file, "cannot be read: " + system_error_text() +
-                         "; expected the description of the mapping plug-in " + plugin);
-    return text.str();
+    try {
+        return bounded_file_text(file, largest_description);
+    } catch (const Error &error) {
+        refuse(file, error.what() + ("; expected the description of the mapping plug-in " + plugin));
+    }
 }
 
 // The members of an object, read by name and expected type.

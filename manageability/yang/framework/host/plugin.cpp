@@ -1,6 +1,7 @@
 #include "host/plugin.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 #include <dlfcn.h>
 
@@ -28,17 +29,29 @@ void free_allocated(void *library, const std::string &variable) {
     }
 }
 
+[[noreturn]] void refuse(const std::filesystem::path &library, const std::string &reason) {
+    throw Error(ErrorTag::operation_failed, library.string(),
+                "the mapping plug-in cannot be loaded: " + reason);
+}
+
+void *open_library(const std::filesystem::path &library) {
+    std::error_code missing;
+    const auto status = std::filesystem::status(library, missing);
+    if (library.has_parent_path() && std::filesystem::exists(status) &&
+        !std::filesystem::is_regular_file(status))
+        refuse(library, "it is not a file"); // dlopen would wait for the writer of a named pipe
+    void *opened = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (opened == nullptr) {
+        const char *reason = dlerror();
+        refuse(library, reason != nullptr ? reason : "unknown");
+    }
+    return opened;
+}
+
 } // namespace
 
 Plugin::Plugin(const MappingDescription &mapping)
-    : library_(dlopen(mapping.library.c_str(), RTLD_NOW | RTLD_LOCAL)),
-      allocated_variables_(mapping.allocated_variables) {
-    if (library_ == nullptr) {
-        const char *reason = dlerror();
-        throw Error(ErrorTag::operation_failed, mapping.library.string(),
-                    std::string("the mapping plug-in cannot be loaded: ") +
-                        (reason != nullptr ? reason : "unknown"));
-    }
+    : library_(open_library(mapping.library)), allocated_variables_(mapping.allocated_variables) {
     try {
         for (const std::string &name : mapping.registration_functions)
             trees_.push_back(register_tree(library_, mapping.library, name));

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "base/bounded_text.h"
 #include "base/error.h"
-#include "base/system_error.h"
 #include "yang/schemas.h"
 
 namespace yfw::yang {
@@ -80,6 +80,8 @@ std::filesystem::path newest_file(const std::filesystem::path &dir, const std::s
     return found != nullptr ? found : std::filesystem::path();
 }
 
+constexpr uint64_t largest_module = 16 * mebibyte;
+
 // A module being loaded, and any error from its file or an import.
 struct Loading {
     const ModuleFiles &files;
@@ -112,14 +114,16 @@ std::string importer_of(const Loading &loading, const std::string &name) {
     return found != loading.given.rend() ? found->first : "";
 }
 
-// The file's content, to be released with free(); NULL with the error.
-char *read(const std::filesystem::path &file, std::optional<Error> &error) {
-    std::ifstream in(file, std::ios::binary);
-    std::string text;
-    std::getline(in, text, '\0'); // all of it; unlike an iterator it does not throw
-    if (in.is_open() && !in.bad())
-        return strdup(text.c_str());
-    error.emplace(ErrorTag::operation_failed, file.string(), system_error_text());
+// The module's text, to be released with free(); NULL with the error.
+char *read(const std::filesystem::path &file, std::optional<Error> &error) noexcept {
+    try {
+        const std::string text = bounded_file_text(file, largest_module);
+        if (text.find('\0') == std::string::npos)
+            return strdup(text.c_str());
+        error.emplace(ErrorTag::invalid_value, file.string(), "has a zero octet; expected a YANG module");
+    } catch (const Error &unreadable) {
+        error = unreadable;
+    }
     return nullptr;
 }
 

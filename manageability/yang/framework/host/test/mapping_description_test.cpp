@@ -3,6 +3,8 @@
 
 #include <ostream>
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
 #include "base/error.h"
@@ -153,6 +155,16 @@ TEST(ADescriptionThatIsMissing, IsNamedWithThePlugInThatItIsOf) {
     EXPECT_EQ(std::string(error.what()),
               "cannot be read: No such file or directory; expected the description of "
               "the mapping plug-in /no/such/libx.so");
+}
+
+TEST(ADescriptionThatIsAPipe, IsRefusedAndNotWaitedFor) {
+    const TemporaryDirectory directory;
+    const std::string file = (directory.path() / "libx.json").string();
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    const Error error = error_of(file);
+    EXPECT_EQ(error.path(), file);
+    EXPECT_NE(std::string(error.what()).find("is not a file; expected the description of"), std::string::npos)
+        << error.what();
 }
 
 TEST(ADescriptionBesideAnotherThatIsMissing, IsNamedWithTheFileThatNamesIt) {

@@ -39,6 +39,16 @@ TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
     }
 }
 
+TEST(PluginThatCannotBeUsed, IsNamedWhenItIsNoFile) {
+    try {
+        const Plugin plugin(mapping_of("/dev/null"));
+        FAIL() << "the library was loaded";
+    } catch (const Error &error) {
+        EXPECT_EQ(error.path(), "/dev/null");
+        EXPECT_NE(std::string(error.what()).find("it is not a file"), std::string::npos) << error.what();
+    }
+}
+
 TEST(PluginThatCannotBeUsed, IsNamedWhenItRegistersNothing) {
     try {
         const Plugin plugin(mapping_of("libm.so.6"));

@@ -34,7 +34,7 @@ Connection::~Connection() {
 
 void Connection::fail(const std::string &doing) const {
     const std::string reason = trouble_.empty() ? std::string(lldpctl_last_strerror(handle_)) : trouble_;
-    throw Error(ErrorTag::operation_failed, place(), doing + ": " + reason);
+    throw Error(ErrorTag::operation_failed, place(), doing + ": " + reason).by_device();
 }
 
 Atom Connection::expect(lldpctl_atom_t *atom, const std::string &doing) const {

@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -138,7 +140,26 @@ TEST_F(ModuleDirectories, AreNamedWithAModuleThatCannotBeRead) {
     const std::optional<Error> said = error();
     ASSERT_TRUE(said.has_value());
     EXPECT_EQ(said->path(), file.string());
-    EXPECT_THAT(said->what(), HasSubstr("Is a directory"));
+    EXPECT_THAT(said->what(), HasSubstr("is not a file"));
+}
+
+TEST_F(ModuleDirectories, DoNotMakeTheReaderWaitForThoseWhoWritePipes) {
+    const fs::path file = packaged() / "ietf-origin@2018-02-14.yang";
+    fs::remove(file);
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    const std::optional<Error> said = error();
+    ASSERT_TRUE(said.has_value());
+    EXPECT_EQ(said->path(), file.string());
+    EXPECT_STREQ(said->what(), "is not a file");
+}
+
+TEST_F(ModuleDirectories, AreNamedWithAModuleThatIsNoText) {
+    const fs::path file = packaged() / "ietf-origin@2018-02-14.yang";
+    write_file(file, read_file(file) + std::string("\0 }", 3));
+    const std::optional<Error> said = error();
+    ASSERT_TRUE(said.has_value());
+    EXPECT_EQ(said->path(), file.string());
+    EXPECT_THAT(said->what(), HasSubstr("zero octet"));
 }
 
 TEST_F(ModuleDirectories, NeedNotExist) {
