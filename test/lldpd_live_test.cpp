@@ -286,6 +286,20 @@ TEST_F(LldpdLab, ListsWhatOpenConfigDoesNotShowByItsNativePath) {
     EXPECT_EQ(yfw("r1", {"apply"}).status, 0);
 }
 
+// lldpd sends the product of the two as the time to live, which has 16 bits.
+TEST_F(LldpdLab, SaysThatASettingDoesNotFitWhatSomebodyElseSet) {
+    edit("r1", {"set", "/lldp/config/hello-timer", "7000"});
+    lab().configure("r1", {"lldp", "tx-hold", "10"});
+    EXPECT_EQ(yfw("r1", {"drift"}).output, "no drift\n") << "the daemon still has the interval";
+    lab().configure("r1", {"lldp", "tx-interval", "30"});
+    const std::string drift = "/lldp/config/hello-timer: configured \"7000\", the device has \"30\"\n";
+    EXPECT_EQ(yfw("r1", {"drift"}).output, drift);
+    const Outcome applied = yfw("r1", {"apply"});
+    EXPECT_EQ(applied.status, 1);
+    EXPECT_THAT(applied.errors, HasSubstr("the device does not take a setting: " + drift));
+    EXPECT_EQ(yfw("r1", {"drift"}).output, drift);
+}
+
 TEST_F(LldpdLab, KeepsSettingsWhileLldpIsSwitchedOff) {
     edit("r1",
          {"commit", "--", "set", "/lldp/config/hello-timer", "20", "set", "/lldp/config/system-name", "kept"});

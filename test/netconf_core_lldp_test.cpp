@@ -192,6 +192,20 @@ TEST_F(CoreLldp, ThatIsDisabledIsSilentOnAnInterfaceThatIsEnabledAfterwards) {
     EXPECT_TRUE(eventually([] { return heard_by_r2() == Strings{"r1.example.net"}; }));
 }
 
+TEST_F(CoreLldp, IsAskedWhenAnEditIsOnlyValidated) {
+    const std::string commits = history("r1");
+    const std::string interface = "<interfaces><interface><name>eth9</name><config><name>eth9</name>"
+                                  "<enabled>true</enabled></config></interface></interfaces>";
+    expect_error(client().rpc(edit_config("running", lldp(interface), "<test-option>test-only</test-option>")),
+                 "application", "invalid-value");
+    expect_ok(client().rpc(edit_config("candidate", lldp(interface))));
+    expect_error(client().rpc("<validate><source><candidate/></source></validate>"), "application",
+                 "invalid-value");
+    expect_ok(client().rpc("<discard-changes/>"));
+    expect_ok(client().rpc("<validate><source><candidate/></source></validate>"));
+    EXPECT_EQ(history("r1"), commits);
+}
+
 TEST_F(CoreLldp, ThatIsDisabledRefusesAnInterfaceThatIsMissing) {
     switch_lldp(false);
     const std::string commits = history("r1");

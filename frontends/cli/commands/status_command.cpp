@@ -11,6 +11,7 @@
 
 #include "base/error.h"
 #include "base/printable.h"
+#include "base/say.h"
 #include "frontends/cli/commands/commit_print.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
@@ -166,6 +167,18 @@ void print_status(const DeviceOptions &options, bool json) {
         throw std::runtime_error(drift.failure);
 }
 
+// Says what a device does not do although it should. False if there is such a thing.
+bool does_all(NamedDevice &named) {
+    bool all = true;
+    for (const device::Drift &one : drift_of(named)) {
+        if (!one.configured.has_value() || !one.reason.empty())
+            continue;
+        say("the device does not take a setting: " + line_of(one));
+        all = false;
+    }
+    return all;
+}
+
 void apply(const DeviceOptions &options, bool json) {
     NamedDevice named(options);
     named.device.apply_last_commit();
@@ -175,6 +188,8 @@ void apply(const DeviceOptions &options, bool json) {
     else
         std::cout << "commit " << number << " is applied\n";
     finish_output();
+    if (!does_all(named))
+        throw FailureTold{};
 }
 
 using Run = void (*)(const DeviceOptions &options, bool json);

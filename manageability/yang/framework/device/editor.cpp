@@ -126,6 +126,13 @@ std::string Editor::try_edit(const yang::EditNode &edit) {
     return difference(change.before, change.after);
 }
 
+void Editor::check_with_device(const Configuration &configuration) {
+    if (target_ != nullptr) {
+        const Configuration running = configurations_.running();
+        check_target(running, {running, configuration, {}});
+    }
+}
+
 void Editor::ensure_first_commit(commits::CommitLog &store) {
     if (store.last_number().has_value())
         return;

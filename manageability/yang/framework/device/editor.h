@@ -48,6 +48,10 @@ public:
     // The native difference that the edit would make; writes nothing. Throws Error.
     std::string try_edit(const yang::EditNode &edit);
 
+    // Throws what the device would refuse if the running configuration were replaced with this one; changes
+    // nothing.
+    void check_with_device(const Configuration &configuration);
+
     // The result of applying the edit to a configuration; writes nothing. Throws Error.
     Configuration apply(const yang::EditNode &edit, const Configuration &before, const ChangeGuard &guard = {});
 

@@ -83,10 +83,11 @@ host::Answer ManagedDevice::read(const host::ReadRequest &request) {
     return host::data_of(answer(request));
 }
 
-void ManagedDevice::validate(const Configuration &configuration) const {
+void ManagedDevice::validate(const Configuration &configuration) {
     yang::validate_openconfig(schemas_, configuration.openconfig.get());
     yang::DataTree copy = yang::copy_configuration(configuration.native.get());
     validate_configuration(schemas_, copy);
+    editor_.check_with_device(configuration);
 }
 
 void ManagedDevice::require_store() const {

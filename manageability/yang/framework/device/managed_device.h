@@ -96,8 +96,8 @@ public:
                         const ChangeGuard &guard = {}) {
         return editor_.apply(edit, configuration, guard);
     }
-    // Validates a configuration against the models on both sides.
-    void validate(const Configuration &configuration) const;
+    // Validates a configuration against the models on both sides, and against what the device can do.
+    void validate(const Configuration &configuration);
 
     // Each makes one commit, both on the device and in the store or in neither; nothing when nothing changes.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,

@@ -84,15 +84,12 @@ void LldpdSource::restore(const lyd_node *configuration) {
 std::vector<PendingSetting> LldpdSource::pending(const lyd_node *configuration) {
     const WantedSettings wanted = supported_settings(configuration);
     const Connection connection(socket_);
-    const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
-    return SettingsWriter(connection).pending(without_what_lldp_cannot_carry(wanted, hold_multiplier));
+    return SettingsWriter(connection).pending(wanted);
 }
 
 std::optional<yang::DataTree> LldpdSource::as_read(const ly_ctx *context, const lyd_node *configuration) {
     const Connection connection(socket_);
-    const uint32_t hold_multiplier = read_settings(connection).hold_multiplier;
-    const WantedSettings wanted =
-        without_what_lldp_cannot_carry(supported_settings(configuration), hold_multiplier);
+    const WantedSettings wanted = supported_settings(configuration);
     return configuration_data(context, state_under(wanted, read_port_statuses(connection)));
 }
 

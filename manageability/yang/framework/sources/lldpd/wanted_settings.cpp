@@ -71,7 +71,8 @@ void read_ports(const lyd_node *configuration, WantedSettings &wanted) {
         const lyd_node *lldp = below(entry, {"lldp"});
         const std::optional<std::string> name = text(child(lyd_child(entry), ifmgr_module, "interface-name"));
         const bool in_force = text(child(lyd_child(entry), ifmgr_module, "active")) == "act";
-        if (lldp == nullptr || !name.has_value() || !in_force)
+        const bool has_settings = lldp != nullptr && lyd_child(lldp) != nullptr; // others may be left empty
+        if (!has_settings || !name.has_value() || !in_force)
             continue;
         const PortStatus status = port_status(lldp, wanted.everywhere);
         wanted.runs = wanted.runs || status.transmits || status.receives;

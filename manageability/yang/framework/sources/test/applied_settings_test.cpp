@@ -51,6 +51,12 @@ TEST_F(AConfiguration, OfOneInterfaceUnderNoGlobalLldpIsOfThatInterfaceAlone) {
     EXPECT_TRUE(eventually([] { return !hears("b", "eth1") && hears("b", "eth2"); }));
 }
 
+// Removing an interface's settings may leave their container behind.
+TEST_F(AConfiguration, OfAnInterfaceThatIsGoneMayLeaveNothingOfItsSettings) {
+    EXPECT_NO_THROW(apply(native_configuration(on), with_interface(on, "eth9", "")));
+    EXPECT_THROW(apply(native_configuration(on), with_interface(on, "eth9", on)), Error);
+}
+
 TEST_F(AConfiguration, WithoutLldpPausesTheDaemon) {
     apply(native_configuration(on), native_configuration(element("enable", "false")));
     EXPECT_TRUE(eventually([] { return !hears("b", "eth1") && !hears("b", "eth2"); }));
