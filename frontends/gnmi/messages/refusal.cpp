@@ -4,6 +4,8 @@ namespace yfw::gnmi {
 namespace {
 
 Code code_of(const Error &error) {
+    if (error.is_by_device())
+        return Code::unavailable;
     switch (error.tag()) {
     case ErrorTag::access_denied:
         return Code::permission_denied;

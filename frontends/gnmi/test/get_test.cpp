@@ -267,6 +267,14 @@ TEST(ADefault, IsAnsweredWhereNothingIsConfigured) {
               "/lldp/config/enabled = true\n");
 }
 
+TEST(ADeviceThatCannotBeRead, IsNotTheClientsFault) {
+    ServedDevice device;
+    device.remove_files();
+    const auto refusal = refusal_of_call([&] { answer(device, request({"/lldp/state"}, ::gnmi::JSON)); });
+    ASSERT_TRUE(refusal.has_value());
+    EXPECT_EQ(refusal->code(), Code::unavailable) << refusal->what();
+}
+
 TEST(ADefaultOfAnEntryThatDoesNotExist, IsNotInUse) {
     ServedDevice device;
     const auto refusal = refusal_of_call([&] {

@@ -57,6 +57,10 @@ void ServedDevice::change_state(const std::string &from, const std::string &to) 
     service_.events().tell_state_change();
 }
 
+void ServedDevice::remove_files() {
+    fs::remove_all(directory_.path() / "device");
+}
+
 std::string ServedDevice::configuration() {
     std::string text;
     yang::JsonWriter writer([&text](std::string_view piece) { text += piece; }, yang::Layout::compact);

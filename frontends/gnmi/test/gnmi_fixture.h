@@ -32,6 +32,9 @@ public:
     /// std::runtime_error when the text is not there.
     void change_state(const std::string &from, const std::string &to);
 
+    /// Leaves nothing to be read of the device.
+    void remove_files();
+
     /// What NETCONF's clients and `yfw get` see: the configuration as compact JSON.
     std::string configuration();
 

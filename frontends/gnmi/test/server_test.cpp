@@ -135,6 +135,11 @@ TEST_F(AServer, SaysWhyAGetFails) {
     EXPECT_EQ(get("/lldp/config/hello-timer", response).error_code(), grpc::StatusCode::NOT_FOUND);
 }
 
+TEST_F(AServer, EscapesWhatAMessageQuotes) {
+    ::gnmi::GetResponse response;
+    EXPECT_THAT(get("/lldp/co\x1blour", response).error_message(), HasSubstr("co\\x1b"));
+}
+
 TEST_F(AServer, CommitsASetInTheUsersName) {
     const grpc::Status status = set_name("x");
     ASSERT_TRUE(status.ok()) << status.error_message();

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "base/interruption.h"
+#include "base/printable.h"
 
 namespace yfw::gnmi {
 namespace {
@@ -10,7 +11,9 @@ namespace {
 // Clients limit the size of headers, and a status travels in them.
 constexpr size_t longest_message = 2048;
 
-grpc::Status status_with(Code code, std::string message) {
+// A message may quote what a client sent.
+grpc::Status status_with(Code code, const std::string &text) {
+    std::string message = printable(text);
     if (message.size() > longest_message)
         message.replace(longest_message, std::string::npos, "...");
     return {static_cast<grpc::StatusCode>(code), message};
