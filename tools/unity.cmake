@@ -1,5 +1,5 @@
 # Files that are compiled apart in a unity build (YFW_UNITY), because they have names in common with another file of
-# their target. If a build with sanitizers reports a name that is defined twice, rename one of the two, or add a file here.
+# their target. If such a build reports a name that is defined twice, rename one of the two, or add a file here.
 if(NOT YFW_UNITY)
   return()
 endif()
