@@ -22,7 +22,7 @@ std::string environment(const char *name) {
     return value != nullptr ? value : "";
 }
 
-// The XDG Base Directory Specification has programs ignore a relative path.
+// XDG base directories: a relative path is invalid, and ignored.
 std::filesystem::path state_directory() {
     const std::filesystem::path state = environment("XDG_STATE_HOME");
     if (state.is_absolute())

@@ -95,7 +95,7 @@ TEST_F(TheStoreOfADevice, IsAnotherForEachPath) {
         EXPECT_EQ(store.parent_path(), place);
 }
 
-// XDG Base Directory Specification: a relative path is invalid and to be ignored.
+// XDG base directories: a relative path is invalid, and ignored.
 TEST_F(TheStoreOfADevice, IsNotBelowARelativePath) {
     setenv("XDG_STATE_HOME", "state", 1);
     const fs::path store = store_of(device(directory.path() / "r1"));
