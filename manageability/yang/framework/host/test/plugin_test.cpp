@@ -29,34 +29,30 @@ TEST(LoadedPlugin, NamesTopNodesThatTheModelsHave) {
         EXPECT_NE(schemas().native_root(tree.native_ns, tree.native_top), nullptr) << tree.tree_name;
 }
 
-TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
+// The error that names the library when it is loaded.
+Error error_of(const char *library) {
     try {
-        const Plugin plugin(mapping_of("/no/such/library.so"));
-        FAIL() << "the library was loaded";
+        const Plugin plugin(mapping_of(library));
     } catch (const Error &error) {
-        EXPECT_EQ(error.path(), "/no/such/library.so");
-        EXPECT_EQ(error.tag(), ErrorTag::operation_failed);
+        EXPECT_EQ(error.path(), library);
+        return error;
     }
+    ADD_FAILURE() << "the library was loaded";
+    return {ErrorTag::in_use, "", ""};
+}
+
+TEST(PluginThatCannotBeUsed, IsNamedWhenItsFileIsMissing) {
+    EXPECT_EQ(error_of("/no/such/library.so").tag(), ErrorTag::operation_failed);
 }
 
 TEST(PluginThatCannotBeUsed, IsNamedWhenItIsNoFile) {
-    try {
-        const Plugin plugin(mapping_of("/dev/null"));
-        FAIL() << "the library was loaded";
-    } catch (const Error &error) {
-        EXPECT_EQ(error.path(), "/dev/null");
-        EXPECT_NE(std::string(error.what()).find("it is not a file"), std::string::npos) << error.what();
-    }
+    const Error error = error_of("/dev/null");
+    EXPECT_NE(std::string(error.what()).find("it is not a file"), std::string::npos) << error.what();
 }
 
 TEST(PluginThatCannotBeUsed, IsNamedWhenItRegistersNothing) {
-    try {
-        const Plugin plugin(mapping_of("libm.so.6"));
-        FAIL() << "the library was loaded";
-    } catch (const Error &error) {
-        EXPECT_EQ(error.path(), "libm.so.6");
-        EXPECT_NE(std::string(error.what()).find("yfw_map_reg_oclldp_cfg"), std::string::npos) << error.what();
-    }
+    const Error error = error_of("libm.so.6");
+    EXPECT_NE(std::string(error.what()).find("yfw_map_reg_oclldp_cfg"), std::string::npos) << error.what();
 }
 
 } // namespace
