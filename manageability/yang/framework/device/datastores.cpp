@@ -181,7 +181,7 @@ void Datastores::edit_locked(const Caller &caller, Datastore target, const yang:
         target == Datastore::candidate ? candidate_or_running() : device_.running_configuration();
     Configuration after = device_.apply(edit, before, guard_of(caller));
     if (only_test)
-        return device_.validate(after);
+        return device_.check_with_device(after);
     candidate_ = std::move(after);
     candidate_edits_.push_back(yang::print_edit(edit));
     const std::vector<events::EditRecord> records = events::edit_records(edit);
@@ -197,7 +197,7 @@ void Datastores::validate(Datastore datastore) {
 
 void Datastores::validate(const yang::EditNode &edit) {
     const Guard guard(mutex_);
-    device_.validate(device_.apply(edit, device_.running_configuration()));
+    device_.check_with_device(device_.apply(edit, device_.running_configuration()));
 }
 
 void Datastores::copy(const Caller &caller, Datastore from, Datastore to) {

@@ -58,7 +58,6 @@ bool FileWatch::watch_directory(const fs::path &directory, const std::string &na
         return false;
     Watched &watched = watched_[watch];
     watched.directory = directory;
-    watched.any = watched.any || name.empty();
     watched.names.insert(name);
     return true;
 }
@@ -95,9 +94,12 @@ bool FileWatch::is_change(int watch, uint32_t what, const std::string &name) con
     if ((what & IN_Q_OVERFLOW) != 0)
         return true;
     const auto found = watched_.find(watch);
-    if (found == watched_.end() || (!found->second.any && !found->second.names.contains(name)))
+    if (found == watched_.end())
         return false;
-    return (what & IN_CREATE) == 0 || is_closed(found->second.directory / name);
+    const auto &[directory, names] = found->second;
+    if (!names.contains("") && !names.contains(name))
+        return false;
+    return (what & IN_CREATE) == 0 || is_closed(directory / name);
 }
 
 // Reads all that is reported.

@@ -29,11 +29,10 @@ public:
     FileWatch &operator=(const FileWatch &) = delete;
 
 private:
-    // Which names in a directory matter.
+    // Which names in a directory matter; with the empty one, all do.
     struct Watched {
         std::filesystem::path directory;
         std::set<std::string> names;
-        bool any = false;
     };
 
     bool watch_directory(const std::filesystem::path &directory, const std::string &name);

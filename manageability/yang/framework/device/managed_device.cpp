@@ -87,7 +87,7 @@ void ManagedDevice::validate(const Configuration &configuration) {
     yang::validate_openconfig(schemas_, configuration.openconfig.get());
     yang::DataTree copy = yang::copy_configuration(configuration.native.get());
     validate_configuration(schemas_, copy);
-    editor_.check_with_device(configuration);
+    check_with_device(configuration);
 }
 
 void ManagedDevice::require_store() const {

@@ -98,6 +98,8 @@ public:
     }
     // Validates a configuration against the models on both sides, and against what the device can do.
     void validate(const Configuration &configuration);
+    // The latter alone, for what apply() has returned, which is valid. Throws Error.
+    void check_with_device(const Configuration &configuration) { editor_.check_with_device(configuration); }
 
     // Each makes one commit, both on the device and in the store or in neither; nothing when nothing changes.
     std::optional<commits::Commit> edit(const yang::EditNode &edit, const CommitNote &note,
