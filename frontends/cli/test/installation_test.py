@@ -208,6 +208,8 @@ class Installation(unittest.TestCase):
         config = pathlib.Path(self.directory.name) / "sshd_config"
         snippet = (self.prefix / "share/yfw/sshd-yfw-netconf.conf").read_text()
         config.write_text(f"HostKey {key}\n{snippet}")
+        if os.geteuid() == 0:
+            os.makedirs("/run/sshd", mode=0o755, exist_ok=True)  # sshd requires it; its service makes it
         checked = run(SSHD, "-T", "-f", str(config))
         self.assertEqual((checked.returncode, checked.stderr), (0, ""))
         self.assertIn("subsystem netconf /usr/bin/yfw netconf-stdio", checked.stdout)
