@@ -46,7 +46,7 @@ Xml element_of(const lyd_node *node) {
         element.attributes[each->name.name] = each->value;
     for (const lyd_node *child = opaque->child; child != nullptr; child = child->next)
         element.children.push_back(element_of(child));
-    element.printed = yang::printed(node, LYD_XML, LYD_PRINT_SHRINK).c_str();
+    element.printed = yang::printed(node, LYD_XML, LYD_PRINT_SHRINK);
     return element;
 }
 

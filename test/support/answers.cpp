@@ -41,7 +41,7 @@ void compare_with_twin(const lyd_node *key, const char *container, std::vector<s
 }
 
 std::string printed(const lyd_node *tree, uint32_t options) {
-    return without_times(yang::printed(tree, LYD_XML, options).c_str());
+    return without_times(yang::printed(tree, LYD_XML, options));
 }
 
 // Answers are not printed by libyang, but look as if they were.
@@ -50,7 +50,7 @@ void expect_bytes_of_libyang(const lyd_node *tree, LYD_FORMAT format, std::strin
         return;
     for (size_t at = answer.find("&#13;"); at != std::string::npos; at = answer.find("&#13;", at))
         answer.replace(at, 5, "\r"); // libyang prints what would be read as a line feed
-    EXPECT_EQ(answer, yang::printed(tree, format, LYD_PRINT_WITHSIBLINGS).c_str());
+    EXPECT_EQ(answer, yang::printed(tree, format, LYD_PRINT_WITHSIBLINGS));
 }
 
 } // namespace

@@ -30,8 +30,8 @@ Examples:
 )";
 
 nlohmann::ordered_json data_of(const lyd_node *node) {
-    const yang::LibyangText text = yang::printed(node, LYD_JSON, LYD_PRINT_SHRINK);
-    nlohmann::ordered_json data = nlohmann::ordered_json::parse(text ? text.c_str() : "{}");
+    const std::string text = yang::printed(node, LYD_JSON, LYD_PRINT_SHRINK);
+    nlohmann::ordered_json data = nlohmann::ordered_json::parse(text.empty() ? "{}" : text);
     return data.empty() ? data : data.front().front(); // the entry, without its module and list around it
 }
 

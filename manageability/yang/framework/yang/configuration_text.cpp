@@ -41,7 +41,7 @@ std::string line_of(const Difference &difference) {
 } // namespace
 
 std::string print_configuration(const lyd_node *configuration) {
-    return printed(configuration, LYD_XML, LYD_PRINT_WITHSIBLINGS).c_str();
+    return printed(configuration, LYD_XML, LYD_PRINT_WITHSIBLINGS);
 }
 
 DataTree parse_configuration(const Schemas &schemas, const std::string &text, const std::string &place) {

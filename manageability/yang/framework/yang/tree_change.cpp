@@ -73,7 +73,7 @@ void apply_change(DataTree &configuration, const lyd_node *change) {
 }
 
 std::string print_change(const lyd_node *change) {
-    return printed(change, LYD_XML, LYD_PRINT_WITHSIBLINGS | LYD_PRINT_SHRINK).c_str();
+    return printed(change, LYD_XML, LYD_PRINT_WITHSIBLINGS | LYD_PRINT_SHRINK);
 }
 
 DataTree parse_change(const Schemas &schemas, const std::string &text, const std::string &place) {

@@ -1,6 +1,5 @@
 #include "yang/tree_text.h"
 
-#include <cstring>
 #include <exception>
 
 #include "base/error.h"
@@ -22,50 +21,57 @@ std::string with_escaped_returns(std::string_view text) {
     return escaped;
 }
 
-} // namespace
-
-std::string path_of(const lyd_node *node) {
-    return LibyangText(lyd_path(node, LYD_PATH_STD, nullptr, 0)).c_str();
-}
-
-LibyangText printed(const lyd_node *data, LYD_FORMAT format, uint32_t options) {
-    char *text = nullptr;
-    if (data != nullptr)
-        lyd_print_mem(&text, data, format, options);
-    LibyangText made(text);
-    if (text == nullptr || std::strchr(text, '\r') == nullptr)
-        return made;
-    return LibyangText(strdup(with_escaped_returns(text).c_str()));
-}
-
-void print(const lyd_node *data, LYD_FORMAT format, uint32_t options, const TextSink &sink) {
+// Hands what libyang prints, which are pieces of a few bytes, to `take`; what that throws ends the printing.
+void print_to(const TextSink &take, const lyd_node *data, LYD_FORMAT format, uint32_t options) {
     struct Printing {
-        TextPieces pieces;
+        const TextSink &take;
         std::exception_ptr failure;
-    } printing{TextPieces(sink), nullptr};
-    const auto take = [](void *to, const void *text, size_t size) -> ssize_t {
+    } printing{take, nullptr};
+    const auto write = [](void *to, const void *text, size_t size) -> ssize_t {
         auto &into = *static_cast<Printing *>(to);
         try {
             const std::string_view piece(static_cast<const char *>(text), size);
             if (piece.find('\r') == std::string_view::npos)
-                into.pieces << piece;
+                into.take(piece);
             else
-                into.pieces << with_escaped_returns(piece);
-            into.pieces.pass_on();
+                into.take(with_escaped_returns(piece));
             return static_cast<ssize_t>(size);
         } catch (...) {
             into.failure = std::current_exception();
             return -1;
         }
     };
-    if (data == nullptr)
-        return;
-    const LY_ERR status = lyd_print_clb(take, &printing, data, format, options);
+    const LY_ERR status = lyd_print_clb(write, &printing, data, format, options);
     if (printing.failure != nullptr)
         std::rethrow_exception(printing.failure);
     if (status != LY_SUCCESS)
         throw Error(ErrorTag::operation_failed, "", take_yang_error(data->schema->module->ctx));
-    printing.pieces.flush();
+}
+
+} // namespace
+
+std::string path_of(const lyd_node *node) {
+    return LibyangText(lyd_path(node, LYD_PATH_STD, nullptr, 0)).c_str();
+}
+
+// Not with lyd_print_mem(), whose text grows by a kilobyte at a time and may be copied each time.
+std::string printed(const lyd_node *data, LYD_FORMAT format, uint32_t options) {
+    std::string text;
+    if (data != nullptr)
+        print_to([&text](std::string_view piece) { text += piece; }, data, format, options);
+    return text;
+}
+
+void print(const lyd_node *data, LYD_FORMAT format, uint32_t options, const TextSink &sink) {
+    if (data == nullptr)
+        return;
+    TextPieces pieces(sink);
+    const auto take = [&pieces](std::string_view piece) {
+        pieces << piece;
+        pieces.pass_on();
+    };
+    print_to(take, data, format, options);
+    pieces.flush();
 }
 
 DataTree parse_data(const ly_ctx *context, const std::string &text, LYD_FORMAT format, uint32_t options,

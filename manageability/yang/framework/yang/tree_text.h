@@ -30,12 +30,11 @@ private:
 // The node's instance path: "/module:list[key='value']/leaf".
 std::string path_of(const lyd_node *node);
 
-// The tree as XML or JSON; with LYD_PRINT_WITHSIBLINGS, its siblings too. No text when `data` is NULL or cannot
-// be printed. `options`: LYD_PRINT_*.
-LibyangText printed(const lyd_node *data, LYD_FORMAT format, uint32_t options);
+// The tree as XML or JSON; with LYD_PRINT_WITHSIBLINGS, its siblings too. Empty when `data` is NULL. `options`:
+// LYD_PRINT_*. Throws Error if it cannot be printed.
+std::string printed(const lyd_node *data, LYD_FORMAT format, uint32_t options);
 
-// The same handed to `sink` in pieces; what that throws ends the printing. Throws Error if it cannot be
-// printed.
+// The same handed to `sink` in pieces; what that throws ends the printing.
 void print(const lyd_node *data, LYD_FORMAT format, uint32_t options, const TextSink &sink);
 
 // Parses instance data; NULL when the text holds none. `options`: LYD_PARSE_*. Throws Error naming `place`,

@@ -45,9 +45,7 @@ yang::DataTree applied(const yang::EditNode &edit, const lyd_node *before) {
 }
 
 std::string printed(const lyd_node *tree) {
-    const yang::LibyangText text =
-        yang::printed(tree, LYD_XML, LYD_PRINT_WD_EXPLICIT | LYD_PRINT_KEEPEMPTYCONT);
-    return text.c_str();
+    return yang::printed(tree, LYD_XML, LYD_PRINT_WD_EXPLICIT | LYD_PRINT_KEEPEMPTYCONT);
 }
 
 } // namespace

@@ -82,10 +82,10 @@ TEST_P(EveryTable, GivesForANeighborOnAnyInterfaceWhatTheWholeReadHoldsForIt) {
 }
 
 void expect_to_be_read_back(const lyd_node *answer, LYD_FORMAT format) {
-    const yang::LibyangText text = yang::printed(answer, format, LYD_PRINT_WITHSIBLINGS);
-    ASSERT_TRUE(text);
+    const std::string text = yang::printed(answer, format, LYD_PRINT_WITHSIBLINGS);
+    ASSERT_NE(text, "");
     const yang::DataTree parsed =
-        yang::parse_data(schemas().context(), text.c_str(), format, LYD_PARSE_ONLY | LYD_PARSE_STRICT);
+        yang::parse_data(schemas().context(), text, format, LYD_PARSE_ONLY | LYD_PARSE_STRICT);
     EXPECT_TRUE(same(leaves(parsed.get()), leaves(answer)));
 }
 
@@ -114,7 +114,8 @@ TEST_P(EveryTable, LosesALeafOnlyWithAWarning) {
             const auto shows = [line = "/state/" + name + "=" + value](const std::string &text_line) {
                 return text_line.ends_with(line);
             };
-            const auto names = [&, place = "/" + name, shown = value.substr(0, 100)](const std::string &warning) {
+            const auto names = [&, place = "/" + name,
+                                shown = value.substr(0, 100)](const std::string &warning) {
                 return warning.find(place) != std::string::npos && warning.find(shown) != std::string::npos &&
                        warning.find(key.second) != std::string::npos;
             };

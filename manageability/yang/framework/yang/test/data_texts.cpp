@@ -77,7 +77,7 @@ testing::AssertionResult same(const Lines &found, const Lines &wanted) {
 }
 
 std::string xml(const lyd_node *data) {
-    return printed(data, LYD_XML, LYD_PRINT_WITHSIBLINGS).c_str();
+    return printed(data, LYD_XML, LYD_PRINT_WITHSIBLINGS);
 }
 
 } // namespace yfw::yang::test

@@ -79,10 +79,10 @@ protected:
     static void expect_as_libyang(const lyd_node *tree) {
         const auto options = [](Layout layout) { return layout == Layout::compact ? LYD_PRINT_SHRINK : 0u; };
         for (const Layout layout : {Layout::indented, Layout::compact}) {
-            const LibyangText xml = printed(tree, LYD_XML, LYD_PRINT_KEEPEMPTYCONT | options(layout));
-            EXPECT_EQ(written<XmlWriter>(tree, layout), xml.c_str());
-            const LibyangText json = printed(tree, LYD_JSON, LYD_PRINT_KEEPEMPTYCONT | options(layout));
-            EXPECT_EQ(written<JsonWriter>(tree, layout), json.c_str());
+            const std::string xml = printed(tree, LYD_XML, LYD_PRINT_KEEPEMPTYCONT | options(layout));
+            EXPECT_EQ(written<XmlWriter>(tree, layout), xml);
+            const std::string json = printed(tree, LYD_JSON, LYD_PRINT_KEEPEMPTYCONT | options(layout));
+            EXPECT_EQ(written<JsonWriter>(tree, layout), json);
         }
     }
 

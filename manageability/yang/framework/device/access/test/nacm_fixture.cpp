@@ -155,8 +155,7 @@ yang::DataTree parse_valid(const std::string &xml, const ly_ctx *context) {
 
 std::string print(const yang::DataTree &data) {
     return yang::printed(data != nullptr ? lyd_first_sibling(data.get()) : nullptr, LYD_XML,
-                         LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | LYD_PRINT_KEEPEMPTYCONT)
-        .c_str();
+                         LYD_PRINT_SHRINK | LYD_PRINT_WITHSIBLINGS | LYD_PRINT_KEEPEMPTYCONT);
 }
 
 std::string lldp(const std::string &inside) {
