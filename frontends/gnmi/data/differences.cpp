@@ -81,7 +81,7 @@ private:
         for (Index at = group.begin; at < group.end; at++) {
             if (!yang::is_term(after_[at].schema))
                 continue;
-            found_.updated.push_back(at);
+            found_.updated.push_back({at, true});
             if (after_[at].schema->nodetype == LYS_LEAFLIST)
                 at = end_of_values(after_, at) - 1;
         }
@@ -93,7 +93,7 @@ private:
         else if (!yang::is_term(now.schema))
             children(old.begin, now.begin);
         else if (!same_values(old, now))
-            found_.updated.push_back(now.begin);
+            found_.updated.push_back({now.begin, false});
     }
 
     bool same_values(const Group &old, const Group &now) const {

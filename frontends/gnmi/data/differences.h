@@ -8,10 +8,15 @@
 
 namespace yfw::gnmi {
 
+struct UpdatedLeaf {
+    Snapshot::Index leaf;
+    bool is_new; // it was not there before
+};
+
 struct Differences {
     // Of the later snapshot, in document order: the leaves that are new or have another value. Of a leaf-list,
     // the first value stands for all.
-    std::vector<Snapshot::Index> updated;
+    std::vector<UpdatedLeaf> updated;
     // Of the earlier snapshot, in document order: the topmost nodes that are gone.
     std::vector<Snapshot::Index> removed;
 };

@@ -185,13 +185,18 @@ public:
         for (const Index node : found.removed)
             gone(node);
         const std::vector<PathPattern> &patterns = writer_.wanted().patterns;
-        for (const Index leaf : found.updated)
-            if (writer_.reports_change_of(after_[leaf].schema) && is_selected(after_, leaf, patterns))
+        for (const auto &[leaf, is_new] : found.updated)
+            if (is_told(after_[leaf].schema, is_new) && is_selected(after_, leaf, patterns))
                 writer_.update(after_, leaf);
         return writer_.finish();
     }
 
 private:
+    // An entry that comes later has everything that those have which were there from the start.
+    bool is_told(const lysc_node *leaf, bool is_new) const {
+        return is_new ? writer_.takes(leaf) : writer_.reports_change_of(leaf);
+    }
+
     void gone(Index node) {
         const std::vector<PathPattern> &patterns = writer_.wanted().patterns;
         if (is_selected(before_, node, patterns))

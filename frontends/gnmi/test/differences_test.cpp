@@ -1,4 +1,5 @@
 // What has changed between two snapshots.
+#include <map>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -37,8 +38,8 @@ std::string compared(const std::string &before, const std::string &after) {
     std::string text;
     for (const Snapshot::Index node : found.removed)
         text += "- " + path_text(old, node) + "\n";
-    for (const Snapshot::Index node : found.updated)
-        text += path_text(now, node) + " = " + now[node].value + "\n";
+    for (const UpdatedLeaf &updated : found.updated)
+        text += path_text(now, updated.leaf) + " = " + now[updated.leaf].value + "\n";
     return text;
 }
 
@@ -98,6 +99,18 @@ INSTANTIATE_TEST_SUITE_P(
                  "openconfig-lldp-types:SYSTEM_DESCRIPTION"]}})",
              R"({"config":{"enabled":true}})", "- /lldp/config/suppress-tlv-advertisement\n"}),
     [](const auto &row) { return row.param.name; });
+
+TEST(ALeafThatIsThereForTheFirstTime, IsToldFromOneThatChanges) {
+    Snapshot old;
+    Snapshot now;
+    fill(old, R"({"config":{"system-name":"r1"}})");
+    fill(now, R"({"config":{"system-name":"r2","hello-timer":"30"}})");
+    std::map<std::string, bool> is_new;
+    for (const UpdatedLeaf &updated : differences(old, now).updated)
+        is_new[path_text(now, updated.leaf)] = updated.is_new;
+    EXPECT_EQ(is_new, (std::map<std::string, bool>{{"/lldp/config/hello-timer", true},
+                                                   {"/lldp/config/system-name", false}}));
+}
 
 } // namespace
 } // namespace yfw::gnmi::test

@@ -333,6 +333,18 @@ TEST_F(ASubscription, OnChangeIsNotTroubledByAges) {
     EXPECT_THAT(client_.wait_for_lines(), ElementsAre(neighbor + "/state/port-description = 'new'"));
 }
 
+TEST_F(ASubscription, OnChangeTellsTheAgeOfANewNeighborOnce) {
+    client_.send(list(List::STREAM, {{"/lldp/interfaces"}}));
+    client_.take();
+    rename_neighbor();
+    const std::string renamed = eth1 + "/neighbors/neighbor[id=r9.example.net#eth1]/state";
+    EXPECT_THAT(client_.wait_for_lines(), Contains(renamed + "/age = 31u"));
+    device_.change_state("<age>31</age>", "<age>32</age>");
+    device_.change_state("<port-description>eth1</port-description>",
+                         "<port-description>new</port-description>");
+    EXPECT_THAT(client_.wait_for_lines(), ElementsAre(renamed + "/port-description = 'new'"));
+}
+
 TEST_F(ASubscription, OnChangeOfAnAgeTellsOfIt) {
     client_.send(list(List::STREAM, {{neighbor + "/state/age"}}));
     client_.take();
