@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "device/pending_file.h"
 #include "edit_device.h"
+#include "support/files.h"
 #include "support/native_xml.h"
 
 namespace yfw::test {
@@ -136,6 +138,29 @@ TEST_F(ShownCommits, AreCountedInTheStatus) {
     EXPECT_GT(status.at("drift"), 0);
     EXPECT_EQ(status.at("store"), device.store().string());
     EXPECT_EQ(status.at("drift"), json({"drift", "--json"}).size());
+}
+
+TEST_F(ShownCommits, AreNotUnconfirmed) {
+    EXPECT_FALSE(json({"status", "--json"}).contains("unconfirmed"));
+    EXPECT_EQ(device.run({"status"}).output.find("unconfirmed"), std::string::npos);
+    EXPECT_EQ(device.run({"history"}).output.find("unconfirmed"), std::string::npos);
+}
+
+TEST_F(ShownCommits, AreMarkedUntilTheyAreConfirmed) {
+    device::remember_pending(device.store(), 1);
+    EXPECT_EQ(json({"status", "--json"}).at("unconfirmed").at("back-to"), 1);
+    EXPECT_NE(
+        device.run({"status"})
+            .output.find(
+                "\n        unconfirmed: unless it is confirmed, the configuration of commit 1 comes back\n"),
+        std::string::npos);
+    const Json history = json({"history", "--json"});
+    EXPECT_EQ(history.at(0).at("unconfirmed"), true);
+    EXPECT_FALSE(history.at(1).contains("unconfirmed"));
+    const Strings lines = lines_of(device.run({"history"}).output);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_TRUE(lines[0].ends_with(" (unconfirmed)")) << lines[0];
+    EXPECT_TRUE(lines[1].ends_with("quiet")) << lines[1];
 }
 
 TEST(TheStatusBeforeTheFirstCommit, SaysSoInJson) {

@@ -1,5 +1,6 @@
 #include "frontends/cli/commands/history_command.h"
 
+#include <cstdint>
 #include <functional>
 #include <iomanip>
 #include <iostream>
@@ -10,6 +11,7 @@
 #include "base/error.h"
 #include "base/printable.h"
 #include "commits/commit_log.h"
+#include "device/pending_file.h"
 #include "device/store_errors.h"
 #include "device/stored_configuration.h"
 #include "frontends/cli/commands/commit_print.h"
@@ -62,17 +64,27 @@ void with_store(const DeviceOptions &device,
     device::in_store([&] { work(commits::CommitLog(file, false, owner_of(device)), file.string()); });
 }
 
-void print_history(const commits::CommitLog &store, bool json) {
+void print_history_text(const std::vector<commits::Commit> &history, int64_t last_confirmed) {
+    for (const commits::Commit &commit : history)
+        std::cout << std::right << std::setw(6) << commit.number << "  " << commit.time << "  " << std::left
+                  << std::setw(12) << printable(commit.who) << "  " << printable(commit.comment)
+                  << (commit.number > last_confirmed ? " (unconfirmed)" : "") << '\n';
+}
+
+void print_history_json(const std::vector<commits::Commit> &history, int64_t last_confirmed) {
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
-    for (const commits::Commit &commit : store.history()) {
-        if (json)
-            all.push_back(json_of(commit));
-        else
-            std::cout << std::right << std::setw(6) << commit.number << "  " << commit.time << "  " << std::left
-                      << std::setw(12) << printable(commit.who) << "  " << printable(commit.comment) << '\n';
+    for (const commits::Commit &commit : history) {
+        all.push_back(json_of(commit));
+        if (commit.number > last_confirmed)
+            all.back()["unconfirmed"] = true;
     }
-    if (json)
-        print_json(std::cout, all);
+    print_json(std::cout, all);
+}
+
+void print_history(const commits::CommitLog &store, const std::string &file, bool json) {
+    const int64_t last_confirmed =
+        device::remembered_pending(file).value_or(std::numeric_limits<int64_t>::max());
+    (json ? print_history_json : print_history_text)(store.history(), last_confirmed);
     finish_output();
 }
 
@@ -133,8 +145,8 @@ void add_history_commands(CLI::App &app, DeviceOptions &device) {
     };
     CLI::App *history = add("history", "List the commits, newest first");
     history->callback([&device, options] {
-        with_store(device, [&](const commits::CommitLog &store, const std::string &) {
-            print_history(store, options->json);
+        with_store(device, [&](const commits::CommitLog &store, const std::string &file) {
+            print_history(store, file, options->json);
         });
     });
     CLI::App *shown = add("show", "Show a commit: who, when, the edit, what it changed");

@@ -1,5 +1,7 @@
 #include "frontends/cli/commands/status_command.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -12,6 +14,7 @@
 #include "base/error.h"
 #include "base/printable.h"
 #include "base/say.h"
+#include "device/pending_file.h"
 #include "frontends/cli/commands/commit_print.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/named_device.h"
@@ -126,6 +129,13 @@ std::string line_of(const DriftCount &drift) {
     return *drift.number == 0 ? "none" : counted(*drift.number, "leaf value") + " (see yfw drift)";
 }
 
+// The commit whose configuration comes back unless a later one is confirmed. A device without commits has no
+// store.
+std::optional<int64_t> pending_of(const NamedDevice &named) {
+    const std::filesystem::path store = named.device.store();
+    return store.empty() ? std::nullopt : device::remembered_pending(store);
+}
+
 constexpr const char *no_commit = "none: the configuration is the device's own";
 
 std::string line_of(const commits::Commit &commit) {
@@ -141,6 +151,8 @@ DriftCount print_status_json(const DeviceOptions &options, NamedDevice &named) {
     const std::vector<commits::Commit> history = named.device.history();
     if (!history.empty())
         json["commit"] = json_of(history.front());
+    if (const std::optional<int64_t> back_to = pending_of(named))
+        json["unconfirmed"] = Json{{"back-to", *back_to}};
     const DriftCount drift = count_drift(named);
     json["drift"] = drift.number.has_value() ? Json(*drift.number) : Json();
     print_json(std::cout, json);
@@ -153,6 +165,9 @@ DriftCount print_status_text(const DeviceOptions &options, NamedDevice &named) {
     std::cout << "store   "
               << (named.device.store().empty() ? "none" : printable(named.device.store().string())) << '\n';
     std::cout << "commit  " << (history.empty() ? no_commit : line_of(history.front())) << '\n';
+    if (const std::optional<int64_t> back_to = pending_of(named))
+        std::cout << "        unconfirmed: unless it is confirmed, the configuration of commit " << *back_to
+                  << " comes back\n";
     const DriftCount drift = count_drift(named);
     if (!history.empty() || !drift.number.has_value())
         std::cout << "drift   " << line_of(drift) << '\n';
