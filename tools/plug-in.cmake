@@ -8,6 +8,9 @@ function(yfw_plug_in target)
                          # This check would make the library export type information.
                          $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>
                          -fno-optimize-sibling-calls)
+  if(YFW_SANITIZE) # the tables of a C interface: casts, offsets, lengths
+    target_compile_options(${target} PRIVATE -fsanitize=null,alignment,object-size)
+  endif()
   target_link_options(${target} PRIVATE -Wl,--as-needed -Wl,-z,now)
   set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/yfw)
   configure_file(lib${target}.json ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/yfw/lib${target}.json COPYONLY)

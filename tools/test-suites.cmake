@@ -22,6 +22,7 @@ foreach(suite IN LISTS suites)
   string(REGEX MATCH "[A-Za-z0-9_/]+" suite "${suite}")
   yfw_add_suite(${program}.${suite} --gtest_filter=${suite}.*)
   if(";${demanding};" MATCHES ";${suite};") # ctest has no IN_LIST here
-    set_tests_properties(${program}.${suite} PROPERTIES PROCESSORS 3)
+    # They are started first. At the end, they would wait for the others, and be alone.
+    set_tests_properties(${program}.${suite} PROPERTIES PROCESSORS 3 COST 1000)
   endif()
 endforeach()
