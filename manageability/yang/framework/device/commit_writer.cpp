@@ -1,17 +1,22 @@
 #include "device/commit_writer.h"
 
+#include <algorithm>
+
 #include "yang/configuration_text.h"
 #include "yang/tree_change.h"
 
 namespace yfw::device {
 namespace {
 
-// Changes are read one by one when the store is opened, so there are fewer of them than take as long as reading
-// the whole.
-constexpr size_t most_changes = 1000;
+// Changes are read one by one when the store is opened. Each takes as long as this many bytes of a whole
+// configuration, and together they are to take no longer than the whole; up to a thousand take too little time
+// to matter.
+constexpr size_t bytes_per_change = 1000;
+constexpr size_t few_changes = 1000;
 
 bool is_stored_whole(const StoredSize &size) {
-    return size.changes > size.whole || size.number_of_changes > most_changes;
+    return size.changes > size.whole ||
+           size.number_of_changes > std::max(few_changes, size.whole / bytes_per_change);
 }
 
 yang::DataTree changed_copy(const yang::SharedData &tree, const SideChange &side) {
