@@ -19,7 +19,7 @@
 
 #include "base/private_directory.h"
 #include "device/service.h"
-#include "frontends/cli/serving/tls_tryout.h"
+#include "frontends/cli/gnmi/tls_tryout.h"
 #include "frontends/gnmi/transport/gnmi_server.h"
 #include "generated_source.h"
 #include "gnmi_clients.h"

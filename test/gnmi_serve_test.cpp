@@ -4,9 +4,13 @@
 #include <optional>
 #include <string>
 
+#include <arpa/inet.h>
 #include <gmock/gmock.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
-#include "frontends/cli/serving/tls_tryout.h"
+#include "base/descriptor.h"
+#include "frontends/cli/gnmi/tls_tryout.h"
 #include "gnmi_client.h"
 #include "netconf_client.h"
 #include "support/child_process.h"
@@ -18,6 +22,7 @@ namespace yfw::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace fs = std::filesystem;
@@ -165,15 +170,52 @@ INSTANTIATE_TEST_SUITE_P(
                      "contradicts --cert"}),
     [](const auto &row) { return row.param.name; });
 
+// The program's answer to these options besides those of a server.
+Outcome served_with(const TemporaryDirectory &directory, const std::vector<std::string> &options) {
+    std::vector<std::string> arguments{"serve",
+                                       "--device",
+                                       YFW_EXAMPLES_DIR "/r1",
+                                       "--store",
+                                       (directory.path() / "store.db").string(),
+                                       "--socket",
+                                       (directory.path() / "socket").string(),
+                                       "--gnmi"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return run_yfw({arguments});
+}
+
 TEST(ACertificateThatCannotBeRead, IsNamed) {
     const TemporaryDirectory directory;
     const std::string file = directory.add("server.pem", "no certificate");
-    const Outcome outcome =
-        run_yfw({{"serve", "--device", YFW_EXAMPLES_DIR "/r1", "--store",
-                  (directory.path() / "store.db").string(), "--socket", (directory.path() / "socket").string(),
-                  "--gnmi", "127.0.0.1:0", "--cert", file, "--key", file}});
+    const Outcome outcome = served_with(directory, {"127.0.0.1:0", "--cert", file, "--key", file});
     EXPECT_EQ(outcome.status, 2);
     EXPECT_THAT(outcome.errors, HasSubstr(file + " is not a certificate in PEM"));
+}
+
+TEST(ACertificateThatIsNotThere, IsNamed) {
+    const TemporaryDirectory directory;
+    const std::string file = (directory.path() / "server.pem").string();
+    const Outcome outcome = served_with(directory, {"127.0.0.1:0", "--cert", file, "--key", file});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.errors, HasSubstr("--cert: " + file + ": No such file or directory"));
+}
+
+TEST(ATakenPort, IsToldInOneLine) {
+    const TemporaryDirectory directory;
+    const Descriptor listening(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ASSERT_EQ(bind(listening.get(), reinterpret_cast<const sockaddr *>(&address), size), 0);
+    ASSERT_EQ(listen(listening.get(), 1), 0);
+    ASSERT_EQ(getsockname(listening.get(), reinterpret_cast<sockaddr *>(&address), &size), 0);
+    const std::string taken = "127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    const Outcome outcome = served_with(directory, {taken, "--insecure"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(lines_of(outcome.errors),
+                ElementsAre("yfw: " + taken +
+                            ": cannot listen there: the address is in use, or not one of this machine"));
 }
 
 } // namespace

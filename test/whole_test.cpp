@@ -4,7 +4,7 @@
 namespace {
 
 [[maybe_unused]] const bool in_this_process = [] {
-    yfw::test::run_yfw_in_this_process(yfw::cli::run_program);
+    yfw::test::run_yfw_in_this_process([](int argc, char **argv) { return yfw::cli::run_program(argc, argv); });
     return true;
 }();
 

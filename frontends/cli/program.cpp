@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <exception>
+#include <functional>
+#include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -24,6 +28,7 @@
 #include "frontends/cli/commands/watch_command.h"
 #include "frontends/cli/options/device_options.h"
 #include "frontends/cli/options/typed_words.h"
+#include "frontends/cli/options/unknown_word.h"
 #include "frontends/cli/output/print.h"
 #include "yang/yang_text.h"
 
@@ -102,9 +107,28 @@ int report(const Error &error, bool edits, bool trace) {
 }
 
 bool edits(const CLI::App &app) {
-    const char *const commands[] = {"set", "delete", "edit", "commit", "rollback"};
-    return std::any_of(std::begin(commands), std::end(commands),
-                       [&](const char *name) { return app.got_subcommand(name); });
+    const std::set<std::string> commands{"set", "delete", "edit", "commit", "rollback"};
+    const std::vector<CLI::App *> given = app.get_subcommands();
+    return std::any_of(given.begin(), given.end(),
+                       [&](const CLI::App *command) { return commands.contains(command->get_name()); });
+}
+
+// Commands that are added together.
+struct Commands {
+    std::vector<std::string_view> names;
+    std::function<void()> add;
+};
+
+// Adds the commands around the one that the arguments begin with: to describe them all takes longer than to run
+// most of them. If it is none of these, adds them all, for those who ask for help, mistype one, or complete
+// one.
+void add_needed(const std::vector<Commands> &all, int argc, const char *const *argv) {
+    const std::string_view given = argc > 1 ? argv[1] : "";
+    for (const Commands &commands : all)
+        if (std::find(commands.names.begin(), commands.names.end(), given) != commands.names.end())
+            return commands.add();
+    for (const Commands &commands : all)
+        commands.add();
 }
 
 // Help and version are errors for CLI11.
@@ -121,33 +145,44 @@ void parse(CLI::App &app, int argc, char **argv) {
     }
 }
 
+// A word that was not understood is often the reason why another one is missing.
+std::string text_of(const CLI::ParseError &error, const CLI::App &app) {
+    const bool is_about_words = dynamic_cast<const CLI::ExtrasError *>(&error) != nullptr ||
+                                dynamic_cast<const CLI::RequiredError *>(&error) != nullptr;
+    const std::string unknown = is_about_words ? unknown_word(app) : "";
+    return yang::shortened(unknown.empty() ? error.what() : unknown, longest_message);
+}
+
 } // namespace
 
-int run_program(int argc, char **argv) {
+int run_program(int argc, char **argv, const GnmiDoors *gnmi) {
     CLI::App app{"OpenConfig LLDP for devices that speak native models", "yfw"};
     app.require_subcommand(0, 1); // report an unknown command before a missing one
     app.set_version_flag("--version", "yfw " YFW_VERSION);
     app.footer("Examples:\n  yfw get /lldp\n  yfw get --help\n  yfw topology\n");
-    DeviceOptions device;
+    DeviceOptions device = shipped_device();
     GetOptions get;
-    add_get(app, device, get);
-    add_edit_commands(app, device);
-    add_history_commands(app, device);
-    add_explain(app, device);
-    add_coverage(app, device);
-    add_lab(app);
-    add_neighbors(app, device);
-    add_serve(app, device);
-    add_status_commands(app, device);
-    add_topology(app, device);
-    add_watch(app, device);
-    add_complete(app);
-    add_manual(app, "yfw " YFW_VERSION);
+    const std::vector<Commands> commands{
+        {{"get"}, [&] { add_get(app, device, get); }},
+        {{"set", "delete", "edit", "commit"}, [&] { add_edit_commands(app, device); }},
+        {{"history", "show", "diff", "rollback"}, [&] { add_history_commands(app, device); }},
+        {{"explain"}, [&] { add_explain(app, device); }},
+        {{"coverage"}, [&] { add_coverage(app, device); }},
+        {{"lab"}, [&] { add_lab(app); }},
+        {{"neighbors"}, [&] { add_neighbors(app, device); }},
+        {{"serve", "netconf-stdio"}, [&] { add_serve(app, device, gnmi); }},
+        {{"status", "drift", "apply"}, [&] { add_status_commands(app, device); }},
+        {{"topology"}, [&] { add_topology(app, device); }},
+        {{"watch"}, [&] { add_watch(app, device); }},
+        {{}, [&] { add_complete(app); }},
+        {{}, [&] { add_manual(app, "yfw " YFW_VERSION); }},
+    };
+    add_needed(commands, argc, argv);
     try {
         parse(app, argc, argv);
         return 0;
     } catch (const CLI::ParseError &error) {
-        say(yang::shortened(error.what(), longest_message) + " (see yfw --help)");
+        say(text_of(error, app) + " (see yfw --help)");
         return exit_refused;
     } catch (const Error &error) {
         return report(error, edits(app), device.trace);

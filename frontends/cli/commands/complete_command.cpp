@@ -39,7 +39,7 @@ struct Typed {
     CLI::Option *awaiting = nullptr; // an option that takes the word as its value
     bool ends_options = false;       // there was a "--"
     Strings positionals;
-    DeviceOptions device;
+    DeviceOptions device = shipped_device();
 };
 
 bool is_hidden(const CLI::App &command) {
@@ -96,8 +96,6 @@ void read_word(Typed &typed, const std::string &word) {
 Typed read_typed(CLI::App &app, const Strings &words) {
     Typed typed;
     typed.command = &app;
-    CLI::App defaults;
-    add_device_options(defaults, typed.device);
     for (size_t i = 1; i + 1 < words.size(); i++) // the first one is the program
         read_word(typed, words[i]);
     return typed;

@@ -32,6 +32,7 @@
 #include "frontends/cli/options/option_checks.h"
 #include "frontends/cli/output/print.h"
 #include "frontends/cli/serving/gnmi_door.h"
+#include "frontends/cli/serving/gnmi_program.h"
 #include "frontends/cli/serving/ssh_tryout.h"
 #include "frontends/cli/serving/stdio_joint.h"
 #include "frontends/netconf/events/server_events.h"
@@ -102,7 +103,7 @@ std::vector<std::filesystem::path> recorded_files(const DeviceOptions &options) 
 
 // Calls `ready` when clients can connect; serves until the descriptor that it returns becomes readable.
 void serve_device(const DeviceOptions &options, const netconf::ServerOptions &server_options,
-                  const ServeOptions &serve, const std::function<int()> &ready) {
+                  const ServeOptions &serve, const GnmiDoors *doors, const std::function<int()> &ready) {
     netconf::NetconfServer::require_unanswered(server_options.socket); // the likeliest reason first
     NamedDevice named(options, sources::Use::serving);
     std::vector<std::filesystem::path> directories = {options.openconfig_models, options.native_models};
@@ -131,11 +132,11 @@ void serve_device(const DeviceOptions &options, const netconf::ServerOptions &se
         drift_keeper.emplace(
             service, std::chrono::seconds(serve.drift_interval), say,
             [&](const std::vector<std::string> &paths) { netconf::publish_reapplied(events, modules, paths); });
-    std::optional<GnmiDoor> gnmi;
+    std::unique_ptr<GnmiDoor> gnmi;
     if (serve.gnmi.is_wanted)
-        gnmi.emplace(serve.gnmi, server_options.groups, service);
+        gnmi = doors->open(serve.gnmi, server_options.groups, service);
     const int end = ready();
-    if (gnmi.has_value()) {
+    if (gnmi != nullptr) {
         std::cout << gnmi->instructions();
         finish_output();
     }
@@ -163,12 +164,12 @@ void return_freed_memory() {
 
 // Without its SSH server nobody could reach the server any more.
 void serve_with_ssh(const DeviceOptions &device, const ServeOptions &options, netconf::ServerOptions server,
-                    int stop) {
+                    const GnmiDoors *gnmi, int stop) {
     SshTryout ssh(options.port);
     server.socket = ssh.socket();
     server.groups.owner = geteuid();
     std::optional<AnyReadable> end;
-    serve_device(device, server, options, [&] {
+    serve_device(device, server, options, gnmi, [&] {
         ssh.start();
         std::cout << ssh.instructions();
         finish_output();
@@ -189,8 +190,11 @@ void require_user(const std::string &option, const std::string &user) {
         throw Error(ErrorTag::invalid_value, option, "this machine has no user \"" + user + "\"");
 }
 
-void run_serve(const DeviceOptions &device, const ServeOptions &options) {
-    GnmiDoor::check(options.gnmi);
+void run_serve(const DeviceOptions &device, const ServeOptions &options, const GnmiDoors *gnmi) {
+    if (options.gnmi.is_wanted && gnmi == nullptr)
+        continue_with_gnmi();
+    if (options.gnmi.is_wanted)
+        gnmi->check(options.gnmi);
     const StopSignals stop;
     permit_many_descriptors();
     return_freed_memory();
@@ -201,13 +205,13 @@ void run_serve(const DeviceOptions &device, const ServeOptions &options) {
     server.limits = {options.largest_chunk, options.largest_message};
     if (!options.socket.empty()) {
         server.socket = options.socket;
-        serve_device(device, server, options, [&] {
+        serve_device(device, server, options, gnmi, [&] {
             say("NETCONF on " + server.socket.string());
             return stop.descriptor();
         });
         return;
     }
-    serve_with_ssh(device, options, server, stop.descriptor());
+    serve_with_ssh(device, options, server, gnmi, stop.descriptor());
 }
 
 } // namespace
@@ -238,7 +242,7 @@ void add_gnmi_options(CLI::App &serve, GnmiOptions &options) {
 
 } // namespace
 
-void add_serve(CLI::App &app, DeviceOptions &device) {
+void add_serve(CLI::App &app, DeviceOptions &device, const GnmiDoors *gnmi) {
     const auto options = std::make_shared<ServeOptions>();
     CLI::App *serve = app.add_subcommand("serve", "Serve a device over NETCONF and gNMI");
     serve->footer(serve_help);
@@ -297,14 +301,14 @@ void add_serve(CLI::App &app, DeviceOptions &device) {
         ->option_text("BYTES");
     add_gnmi_options(*serve, options->gnmi);
     add_device_options(*serve, device);
-    serve->callback([&device, options, readers, writers, recovery] {
+    serve->callback([&device, options, gnmi, readers, writers, recovery] {
         if (readers->count() > 0)
             require_group("--readers", options->server.groups.readers);
         if (writers->count() > 0)
             require_group("--writers", options->server.groups.writers);
         if (recovery->count() > 0)
             require_user("--recovery-user", options->recovery_user);
-        run_serve(device, *options);
+        run_serve(device, *options, gnmi);
     });
 
     CLI::App *stdio =

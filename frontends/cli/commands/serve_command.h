@@ -8,8 +8,11 @@
 
 namespace yfw::cli {
 
-// `device` must outlive the commands.
-void add_serve(CLI::App &app, DeviceOptions &device);
+class GnmiDoors;
+
+// `device` must outlive the commands, and so must `gnmi`, which may be NULL: the program that can serve gNMI
+// takes over then.
+void add_serve(CLI::App &app, DeviceOptions &device, const GnmiDoors *gnmi);
 
 } // namespace yfw::cli
 

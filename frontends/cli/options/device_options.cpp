@@ -5,6 +5,16 @@
 
 namespace yfw::cli {
 
+DeviceOptions shipped_device() {
+    const Installation &files = installation();
+    DeviceOptions options;
+    options.device = files.examples / "r1";
+    options.openconfig_models = files.models;
+    options.native_models = files.models;
+    options.plugin = files.plugins;
+    return options;
+}
+
 void add_mapping_options(CLI::App &command, DeviceOptions &options) {
     command
         .add_option("--models", options.openconfig_models,
@@ -33,11 +43,6 @@ CLI::Option *add_devices_option(CLI::App &command, std::vector<std::filesystem::
 }
 
 void add_device_options(CLI::App &command, DeviceOptions &options) {
-    const Installation &files = installation();
-    options.device = files.examples / "r1";
-    options.openconfig_models = files.models;
-    options.native_models = files.models;
-    options.plugin = files.plugins;
     auto *native = command.add_option("--native", options.native_files,
                                       "File of native instance data, XML or JSON; may be repeated");
     native->option_text("FILE")->check(not_empty());

@@ -12,7 +12,10 @@
 
 namespace yfw::cli {
 
-// Adds --native, --device, --store, --models, --plugin and --trace, with their defaults. `options` must outlive
+// What is used without options: the shipped device and what is installed with the program.
+DeviceOptions shipped_device();
+
+// Adds --native, --device, --store, --models, --plugin and --trace. `options`, which has the defaults, must outlive
 // the command.
 void add_device_options(CLI::App &command, DeviceOptions &options);
 

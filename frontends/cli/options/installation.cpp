@@ -9,8 +9,10 @@ Installation find_installation() {
     const std::filesystem::path prefix = program.parent_path().parent_path();
     const std::filesystem::path shared = prefix / "share/yfw";
     if (!error && std::filesystem::is_directory(shared / "models", error))
-        return {shared / "models", YFW_STANDARD_MODELS_DIR, shared / "examples", prefix / "lib/yfw"};
-    return {YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR, YFW_EXAMPLES_DIR, YFW_PLUGINS};
+        return {shared / "models", YFW_STANDARD_MODELS_DIR, shared / "examples", prefix / "lib/yfw",
+                prefix / "libexec/yfw-gnmi"};
+    return {YFW_MODELS_DIR, YFW_STANDARD_MODELS_DIR, YFW_EXAMPLES_DIR, YFW_PLUGINS,
+            program.parent_path() / "yfw-gnmi"};
 }
 
 } // namespace

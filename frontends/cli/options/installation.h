@@ -11,6 +11,7 @@ struct Installation {
     std::filesystem::path standard_models; // the IETF's modules, from a Debian package
     std::filesystem::path examples;        // recorded devices
     std::filesystem::path plugins;         // a directory of mapping plug-ins
+    std::filesystem::path gnmi_program;    // yfw with gNMI
 };
 
 // An installed program's files are below its prefix; otherwise they are in the build tree.

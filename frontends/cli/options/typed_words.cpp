@@ -1,6 +1,5 @@
 #include "frontends/cli/options/typed_words.h"
 
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -15,19 +14,19 @@ std::string marked(std::string word) {
     return is_list || word.starts_with(mark) ? mark + word : word;
 }
 
-std::string without_mark(const std::string &word) {
-    return word.starts_with(mark) ? word.substr(1) : word;
-}
-
 void remove_marks(CLI::App &app) {
     for (CLI::Option *option : app.get_options())
         if (option->get_items_expected_max() > 0)
-            option->transform(std::function<std::string(std::string)>(without_mark));
+            option->transform(std::function<std::string(std::string)>(as_typed));
     for (CLI::App *command : app.get_subcommands({}))
         remove_marks(*command);
 }
 
 } // namespace
+
+std::string as_typed(const std::string &word) {
+    return word.starts_with(mark) ? word.substr(1) : word;
+}
 
 void parse_as_typed(CLI::App &app, int argc, const char *const *argv) {
     remove_marks(app);

@@ -19,25 +19,27 @@ struct GnmiOptions {
     bool is_insecure = false;
 };
 
-// Serves gNMI as long as it exists. Borrows the service.
+// Serves gNMI as long as it exists.
 class GnmiDoor {
 public:
-    // Without a certificate, and unless it is to be insecure, it makes throw-away ones for the current user.
-    // Throws Error, also where the program was built without gNMI.
-    GnmiDoor(const GnmiOptions &options, access::AccessGroups groups, device::Service &service);
-    ~GnmiDoor();
-    GnmiDoor(const GnmiDoor &) = delete;
-    GnmiDoor &operator=(const GnmiDoor &) = delete;
+    virtual ~GnmiDoor() = default;
 
     // What to tell the user: where it listens, and how to connect.
-    const std::string &instructions() const;
+    virtual const std::string &instructions() const = 0;
+};
 
-    // Throws Error for options that contradict each other, or that this build cannot honor.
-    static void check(const GnmiOptions &options);
+// What a program that serves gNMI has, and one that does not serve it need not load. Not thread-safe.
+class GnmiDoors {
+public:
+    virtual ~GnmiDoors() = default;
 
-private:
-    struct Parts;
-    std::unique_ptr<Parts> parts_;
+    // Throws Error for options that contradict each other.
+    virtual void check(const GnmiOptions &options) const = 0;
+
+    // Borrows the service. Without a certificate, and unless it is to be insecure, it makes throw-away ones for
+    // the current user. Throws Error.
+    virtual std::unique_ptr<GnmiDoor> open(const GnmiOptions &options, access::AccessGroups groups,
+                                           device::Service &service) const = 0;
 };
 
 } // namespace yfw::cli

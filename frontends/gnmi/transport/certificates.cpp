@@ -6,8 +6,10 @@
 #include <grpcpp/security/tls_credentials_options.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
+#include <unistd.h>
 
 #include "base/error.h"
+#include "base/system_error.h"
 
 namespace yfw::gnmi {
 namespace {
@@ -21,9 +23,18 @@ constexpr unsigned seconds_between_looks = 1;
                 file.string() + " " + what + (reason != nullptr ? std::string(": ") + reason : ""));
 }
 
+void require_readable(const char *option, const std::filesystem::path &file) {
+    if (::access(file.c_str(), R_OK) != 0)
+        throw Error(ErrorTag::invalid_value, option, file.string() + ": " + system_error_text());
+}
+
 } // namespace
 
 void check_files(const TlsFiles &files) {
+    require_readable("--cert", files.certificate);
+    require_readable("--key", files.key);
+    if (!files.client_ca.empty())
+        require_readable("--client-ca", files.client_ca);
     const std::unique_ptr<SSL_CTX, void (*)(SSL_CTX *)> context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
     ERR_clear_error();
     if (SSL_CTX_use_certificate_chain_file(context.get(), files.certificate.c_str()) != 1)

@@ -1,7 +1,9 @@
 #include "frontends/gnmi/transport/gnmi_server.h"
 
 #include <chrono>
+#include <cstdlib>
 
+#include <grpc/support/log.h>
 #include <grpcpp/server.h>
 #include <grpcpp/server_builder.h>
 
@@ -38,6 +40,12 @@ void refuse_taken_socket(const ListenAddress &address) {
         throw Error(ErrorTag::in_use, address.text(), "another server listens there");
 }
 
+// What goes wrong is told by our own messages. With its variable, gRPC writes its log to standard error.
+void keep_grpc_quiet() {
+    if (std::getenv("GRPC_VERBOSITY") == nullptr)
+        gpr_set_log_function([](gpr_log_func_args *) {});
+}
+
 } // namespace
 
 struct GnmiServer::Parts {
@@ -47,6 +55,7 @@ struct GnmiServer::Parts {
           publisher(target, say), log(say), workers(options.threads),
           door(target, authentication, publisher, log, workers), timer(service, say) {
         refuse_taken_socket(options.address);
+        keep_grpc_quiet();
         grpc::ServerBuilder builder;
         builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0); // or a second server would share the port
         builder.AddListeningPort(options.address.text(), listening_credentials(options), &port);

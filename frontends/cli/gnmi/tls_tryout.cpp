@@ -1,4 +1,4 @@
-#include "frontends/cli/serving/tls_tryout.h"
+#include "frontends/cli/gnmi/tls_tryout.h"
 
 #include <cstdio>
 #include <memory>

@@ -1,6 +1,6 @@
 // Throw-away certificates for trying out the gNMI server.
-#ifndef YFW_FRONTENDS_CLI_SERVING_TLS_TRYOUT_H
-#define YFW_FRONTENDS_CLI_SERVING_TLS_TRYOUT_H
+#ifndef YFW_FRONTENDS_CLI_GNMI_TLS_TRYOUT_H
+#define YFW_FRONTENDS_CLI_GNMI_TLS_TRYOUT_H
 
 #include <filesystem>
 #include <string>

@@ -1,13 +1,14 @@
-#include "frontends/cli/serving/gnmi_door.h"
+#include "frontends/cli/gnmi/gnmi_doors.h"
 
 #include <optional>
+#include <string>
 
 #include <unistd.h>
 
 #include "base/error.h"
 #include "base/say.h"
+#include "frontends/cli/gnmi/tls_tryout.h"
 #include "frontends/cli/options/current_user.h"
-#include "frontends/cli/serving/tls_tryout.h"
 #include "frontends/gnmi/transport/gnmi_server.h"
 
 namespace yfw::cli {
@@ -25,47 +26,45 @@ gnmi::ListenAddress address_of(const GnmiOptions &options) {
                                      is_private ? loopback_host : "");
 }
 
-} // namespace
-
-struct GnmiDoor::Parts {
-    Parts(const GnmiOptions &options, access::AccessGroups groups, device::Service &service) {
+class TlsDoor final : public GnmiDoor {
+public:
+    TlsDoor(const GnmiOptions &options, access::AccessGroups groups, device::Service &service) {
         gnmi::ServerOptions server_options;
         server_options.address = address_of(options);
         if (is_tryout(options)) {
-            tryout.emplace(current_user());
-            server_options.tls = gnmi::TlsFiles{tryout->certificate(), tryout->key(), tryout->authority()};
+            tryout_.emplace(current_user());
+            server_options.tls = gnmi::TlsFiles{tryout_->certificate(), tryout_->key(), tryout_->authority()};
             groups.owner = geteuid(); // whom the certificate names
         } else if (!options.is_insecure) {
             server_options.tls = gnmi::TlsFiles{options.certificate, options.key, options.client_ca};
         }
         server_options.groups = groups;
-        server = std::make_unique<gnmi::GnmiServer>(server_options, service, say);
+        server_ = std::make_unique<gnmi::GnmiServer>(server_options, service, say);
         gnmi::ListenAddress listening = server_options.address;
         if (listening.socket.empty())
-            listening.port = std::to_string(server->port());
-        instructions =
-            tryout.has_value() && listening.socket.empty()
-                ? tryout->instructions(listening.host, server->port())
+            listening.port = std::to_string(server_->port());
+        instructions_ =
+            tryout_.has_value() && listening.socket.empty()
+                ? tryout_->instructions(listening.host, server_->port())
                 : "gNMI on " + listening.text() + (options.is_insecure ? ", in plaintext" : "") + "\n";
     }
 
-    std::optional<TlsTryout> tryout;
-    std::unique_ptr<gnmi::GnmiServer> server;
-    std::string instructions;
+    const std::string &instructions() const override { return instructions_; }
+
+private:
+    std::optional<TlsTryout> tryout_;
+    std::unique_ptr<gnmi::GnmiServer> server_;
+    std::string instructions_;
 };
 
-GnmiDoor::GnmiDoor(const GnmiOptions &options, access::AccessGroups groups, device::Service &service)
-    : parts_(std::make_unique<Parts>(options, std::move(groups), service)) {}
+} // namespace
 
-GnmiDoor::~GnmiDoor() = default;
-
-const std::string &GnmiDoor::instructions() const {
-    return parts_->instructions;
+std::unique_ptr<GnmiDoor> TlsDoors::open(const GnmiOptions &options, access::AccessGroups groups,
+                                         device::Service &service) const {
+    return std::make_unique<TlsDoor>(options, groups, service);
 }
 
-void GnmiDoor::check(const GnmiOptions &options) {
-    if (!options.is_wanted)
-        return;
+void TlsDoors::check(const GnmiOptions &options) const {
     const gnmi::ListenAddress address = address_of(options);
     if (options.certificate.empty() != options.key.empty())
         throw Error(ErrorTag::invalid_value, options.key.empty() ? "--key" : "--cert",
