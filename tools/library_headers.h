@@ -17,3 +17,4 @@
 #include <vector>
 
 #include <libyang/libyang.h>
+#include <nlohmann/json.hpp>
