@@ -1,7 +1,7 @@
 # yfw_precompile_for(TARGET ...): precompiles the headers that nearly every library includes. This saves a quarter of
-# the compile time with AddressSanitizer and half with ThreadSanitizer. It hides a missing #include, so only the
-# packages and the builds with sanitizers do it (YFW_PCH): ./run and the preset "plain" compile each file alone. Code
-# with the fuzzer's counters has other flags and thus needs its own headers.
+# the compile time with AddressSanitizer and half with ThreadSanitizer. It hides a missing #include: the preset "plain"
+# compiles each file alone, without YFW_PCH. Code with the fuzzer's counters has other flags and thus needs its own
+# headers.
 function(yfw_precompile_for)
   if(NOT YFW_PCH)
     return()
