@@ -63,6 +63,10 @@ class Installation(unittest.TestCase):
     def state(self):
         return {**os.environ, "XDG_STATE_HOME": self.directory.name}
 
+    @property
+    def gnmi_program(self):
+        return self.prefix / "libexec/yfw/yfw-gnmi"
+
     def yfw(self, *words, before=()):
         return run(*before, self.prefix / "bin/yfw", *words, env=self.state)
 
@@ -126,6 +130,30 @@ class Installation(unittest.TestCase):
             self.assertEqual(server.stderr.readline(), f"yfw: NETCONF on {self.path('socket')}\n")
             server.terminate()
             self.assertEqual(server.wait(), 0)
+
+    def test_serves_gnmi_with_the_program_that_has_it(self):
+        if not self.gnmi_program.exists():
+            self.skipTest("built without gNMI")
+        command = [self.prefix / "bin/yfw", "serve", "--socket", self.path("socket"), "--gnmi", "--insecure"]
+        with subprocess.Popen(command, env=self.state, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              text=True) as server:
+            limit = threading.Timer(60, server.kill)
+            limit.start()
+            self.addCleanup(limit.cancel)
+            self.assertRegex(server.stdout.readline(), r"^gNMI on 127\.0\.0\.1:\d+, in plaintext\n$")
+            self.assertEqual(os.readlink(f"/proc/{server.pid}/exe"), str(self.gnmi_program))
+            server.terminate()
+            self.assertEqual(server.wait(), 0)
+
+    def test_names_the_program_that_serves_gnmi_where_it_is_missing(self):
+        aside = self.gnmi_program.with_suffix(".aside")
+        if self.gnmi_program.exists():
+            self.gnmi_program.rename(aside)
+            self.addCleanup(aside.rename, self.gnmi_program)
+        answer = self.yfw("serve", "--socket", self.path("socket"), "--gnmi")
+        self.assertEqual(answer.returncode, 2)
+        self.assertEqual(answer.stderr, "yfw: --gnmi: cannot run the program that serves gNMI, "
+                                        f"{self.gnmi_program}: No such file or directory\n")
 
     @unittest.skipUnless(can_hide_packages(), "cannot create mount namespaces here")
     def test_names_the_package_whose_modules_are_missing(self):
