@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int unknown_status = -1;
 
-// Blocks signals during the fork: until it executes the program, the child still has this process's handlers.
+// Blocks signals meanwhile: until it executes the program, the child still has this process's handlers.
 class BlockedSignals {
 public:
     BlockedSignals() {
@@ -54,8 +54,8 @@ std::vector<char *> pointers_to(std::vector<std::string> &texts) {
     return pointers;
 }
 
-// Prepares everything before the fork: the child of a process with threads must not take locks, so it must not
-// allocate.
+// Prepares everything beforehand: the child shares this process's memory and must leave it as it is. It must
+// not allocate, either: it has no other thread that could release a lock.
 class Start {
 public:
     Start(const Program &program, int failure_end, pid_t parent)
@@ -128,6 +128,21 @@ private:
     pid_t parent_;
 };
 
+// The child shares this process's memory until it becomes the program: copying the page tables of a large
+// process, and freeing them, takes longer than many a program. Returns what fork() does.
+pid_t started(Start &start) {
+    const pid_t number = ::vfork();
+    if (number == 0)
+        ::_exit(start.become_program());
+    return number;
+}
+
+pid_t require_created(pid_t number) {
+    if (number < 0)
+        throw std::runtime_error("cannot create a process: " + system_error_text());
+    return number;
+}
+
 int status_from(int told) {
     return WIFEXITED(told) ? WEXITSTATUS(told) : 128 + WTERMSIG(told);
 }
@@ -147,9 +162,7 @@ Process::Process(pid_t number)
 }
 
 Process Process::copy(const std::function<int()> &body) {
-    const pid_t number = ::fork();
-    if (number < 0)
-        throw std::runtime_error("cannot create a process: " + system_error_text());
+    const pid_t number = require_created(::fork());
     if (number > 0)
         return Process(number);
     int status = EXIT_FAILURE;
@@ -165,7 +178,7 @@ Process::Process(const Program &program) {
     Start start(program, failure.write_end.get(), ::getpid());
     {
         const BlockedSignals blocked;
-        *this = copy([&start] { return start.become_program(); });
+        *this = Process(require_created(started(start)));
     }
     failure.write_end.close();
     std::string reason;
