@@ -84,8 +84,8 @@ void add_get(CLI::App &app, DeviceOptions &device, GetOptions &options) {
 // An edit that the mapping refuses is as wrong as one that the host refuses. A read that it fails is not,
 // unless that is for the keys in the request's path: none, or one of them twice.
 bool is_request_wrong(const Error &error, bool edits) {
-    if (error.is_by_device())
-        return false;
+    if (error.is_by_device()) // of a recorded device, it is a file that was given
+        return error.tag() == ErrorTag::invalid_value;
     if (error.status() == 0 || error.tag() == ErrorTag::missing_element)
         return true;
     return edits && error.tag() != ErrorTag::operation_failed && error.tag() != ErrorTag::resource_denied;

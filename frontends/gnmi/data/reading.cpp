@@ -66,17 +66,6 @@ void add_defaults(yang::DataTree &data, const lysc_node *root) {
     data.reset(top);
 }
 
-// The paths have been checked: what is wrong now is the device's data, not the request.
-host::SettledAnswer answer_of(device::ManagedDevice &device, const host::ReadRequest &request) {
-    try {
-        return device.answer(request);
-    } catch (const Error &error) {
-        if (error.status() != 0 || error.tag() != ErrorTag::invalid_value)
-            throw;
-        throw Error(error).by_device();
-    }
-}
-
 } // namespace
 
 std::shared_ptr<const Snapshot> read_snapshot(device::Service &service, const access::UserRules *rules,
@@ -85,7 +74,7 @@ std::shared_ptr<const Snapshot> read_snapshot(device::Service &service, const ac
     SnapshotWriter writer(*snapshot, now_in_nanoseconds());
     const lysc_node *root = service.device().schemas().openconfig_root();
     const Leaves defaults = named_with_defaults(patterns, content);
-    host::SettledAnswer answer = answer_of(service.device(), request_for(patterns, content, root, defaults));
+    host::SettledAnswer answer = service.device().answer(request_for(patterns, content, root, defaults));
     if (rules == nullptr && defaults.empty()) {
         answer.write(writer);
         return snapshot;

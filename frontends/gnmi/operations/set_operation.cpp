@@ -257,7 +257,7 @@ void make_changes(const Target &target, const Caller &caller, const Changes &cha
         target.service().datastores().edit_running(
             caller, [&](const lyd_node *running) { return changes.edit(running); }, confirmation_of(commit));
     } catch (const Error &error) {
-        const Change *fault = changes.at_fault(error);
+        const Change *fault = error.is_by_device() ? nullptr : changes.at_fault(error);
         throw refusal_of(error, fault != nullptr ? fault->place : "");
     }
 }

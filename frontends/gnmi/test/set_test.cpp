@@ -446,6 +446,18 @@ TEST(AValueThatTheDeviceRefuses, IsNamedWithItsOperation) {
 
 // ---- interruptions
 
+TEST(ADeviceThatCannotBeRead, IsNotTheFaultOfASet) {
+    ServedDevice device;
+    device.remove_files();
+    const auto refusal = refusal_of_call([&] {
+        set(device.target(), device.caller(),
+            Request().updating("/lldp/config/system-name", string("new")).remove("/lldp/config/enabled"));
+    });
+    ASSERT_TRUE(refusal.has_value());
+    EXPECT_EQ(refusal->code(), Code::unavailable) << refusal->what();
+    EXPECT_THAT(refusal->what(), Not(HasSubstr("/lldp/config")));
+}
+
 TEST(ASetThatIsInterrupted, ChangesNothingAtAnyStep) {
     ServedDevice device;
     const std::string before = device.configuration();

@@ -52,7 +52,8 @@ public:
     }
     bool is_by_request() const { return is_by_request_; }
 
-    // The device cannot be reached or does not do what it should, whatever the request.
+    // The device cannot be reached or does not do what it should, or its recorded data is wrong (then the tag is
+    // invalid_value), whatever the request.
     Error &&by_device() && {
         is_by_device_ = true;
         return std::move(*this);

@@ -22,7 +22,7 @@ namespace {
 using yang::DataTree;
 
 [[noreturn]] void fail(const std::filesystem::path &file, const std::string &message) {
-    throw Error(ErrorTag::invalid_value, file.string(), message);
+    throw Error(ErrorTag::invalid_value, file.string(), message).by_device();
 }
 
 // Keeps the order of the file, since the mapping processes data in the order given.
@@ -31,9 +31,8 @@ constexpr uint32_t parse_options = LYD_PARSE_ONLY | LYD_PARSE_STRICT | LYD_PARSE
 constexpr uint64_t largest_file = 1024 * mebibyte; // data of about a million neighbors
 
 InstanceText text_of(const std::filesystem::path &file) {
-    std::string text = bounded_file_text(file, largest_file);
     try {
-        return instance_text(std::move(text));
+        return instance_text(bounded_file_text(file, largest_file));
     } catch (const Error &error) {
         fail(file, error.what());
     }
