@@ -16,7 +16,7 @@ std::string suggestion(const NearWord &near) {
     return near.found().empty() ? "" : ": did you mean " + quoted(near.found()) + "?";
 }
 
-// Commands that nobody types have no description.
+// Commands that nobody types are in no group.
 std::string unknown_command(const CLI::App &app, const std::string &word) {
     NearWord near(word);
     for (const CLI::App *command :
