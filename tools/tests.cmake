@@ -3,7 +3,7 @@ add_library(test_headers OBJECT ${CMAKE_SOURCE_DIR}/tools/test_headers.cpp)
 target_link_libraries(test_headers PRIVATE GTest::gmock)
 target_precompile_headers(test_headers PRIVATE ${CMAKE_SOURCE_DIR}/tools/test_headers.h)
 
-# Test code is compiled for a short compile time: not optimised and without sanitizers, which would take twice as long.
+# Test code is compiled for a short compile time: not optimised and without sanitizers, which would take half as long again.
 # The code under test keeps the flags of the build. -fPIC throughout, since code that uses a precompiled header must have
 # the header's flags.
 function(yfw_test_flags target)

@@ -129,8 +129,8 @@ std::string line_of(const DriftCount &drift) {
     return *drift.number == 0 ? "none" : counted(*drift.number, "leaf value") + " (see yfw drift)";
 }
 
-// The commit whose configuration comes back unless a later one is confirmed. A device without commits has no
-// store.
+// The commit whose configuration comes back unless a later one is confirmed. A device given with --native may
+// have no store.
 std::optional<int64_t> pending_of(const NamedDevice &named) {
     const std::filesystem::path store = named.device.store();
     return store.empty() ? std::nullopt : device::remembered_pending(store);

@@ -3,6 +3,7 @@
 
   installation_test.py CMAKE BUILD_DIRECTORY PACKAGING STANDARD_MODELS DOCUMENTS
 """
+import contextlib
 import json
 import os
 import pathlib
@@ -70,6 +71,19 @@ class Installation(unittest.TestCase):
     def yfw(self, *words, before=()):
         return run(*before, self.prefix / "bin/yfw", *words, env=self.state)
 
+    @contextlib.contextmanager
+    def serving(self, *options):
+        """A server on the socket, which ends well when it is told to."""
+        command = [self.prefix / "bin/yfw", "serve", "--socket", self.path("socket"), *options]
+        with subprocess.Popen(command, env=self.state, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              text=True) as server:
+            limit = threading.Timer(60, server.kill)
+            limit.start()
+            self.addCleanup(limit.cancel)
+            yield server
+            server.terminate()
+            self.assertEqual(server.wait(), 0)
+
     def path(self, name):
         return os.path.join(self.directory.name, name)
 
@@ -122,28 +136,15 @@ class Installation(unittest.TestCase):
     def test_serves_with_the_modules_of_packages(self):
         with open(self.path("rules.xml"), "w") as rules:
             rules.write('<nacm xmlns="urn:ietf:params:xml:ns:yang:ietf-netconf-acm"/>')
-        command = [self.prefix / "bin/yfw", "serve", "--socket", self.path("socket"), "--nacm", rules.name]
-        with subprocess.Popen(command, env=self.state, stderr=subprocess.PIPE, text=True) as server:
-            limit = threading.Timer(60, server.kill)
-            limit.start()
-            self.addCleanup(limit.cancel)
+        with self.serving("--nacm", rules.name) as server:
             self.assertEqual(server.stderr.readline(), f"yfw: NETCONF on {self.path('socket')}\n")
-            server.terminate()
-            self.assertEqual(server.wait(), 0)
 
     def test_serves_gnmi_with_the_program_that_has_it(self):
         if not self.gnmi_program.exists():
             self.skipTest("built without gNMI")
-        command = [self.prefix / "bin/yfw", "serve", "--socket", self.path("socket"), "--gnmi", "--insecure"]
-        with subprocess.Popen(command, env=self.state, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              text=True) as server:
-            limit = threading.Timer(60, server.kill)
-            limit.start()
-            self.addCleanup(limit.cancel)
+        with self.serving("--gnmi", "--insecure") as server:
             self.assertRegex(server.stdout.readline(), r"^gNMI on 127\.0\.0\.1:\d+, in plaintext\n$")
             self.assertEqual(os.readlink(f"/proc/{server.pid}/exe"), str(self.gnmi_program))
-            server.terminate()
-            self.assertEqual(server.wait(), 0)
 
     def test_names_the_program_that_serves_gnmi_where_it_is_missing(self):
         aside = self.gnmi_program.with_suffix(".aside")

@@ -444,8 +444,6 @@ TEST(AValueThatTheDeviceRefuses, IsNamedWithItsOperation) {
     EXPECT_THAT(device.configuration(), HasSubstr("r1.example.net"));
 }
 
-// ---- interruptions
-
 TEST(ADeviceThatCannotBeRead, IsNotTheFaultOfASet) {
     ServedDevice device;
     device.remove_files();
@@ -457,6 +455,8 @@ TEST(ADeviceThatCannotBeRead, IsNotTheFaultOfASet) {
     EXPECT_EQ(refusal->code(), Code::unavailable) << refusal->what();
     EXPECT_THAT(refusal->what(), Not(HasSubstr("/lldp/config")));
 }
+
+// ---- interruptions
 
 TEST(ASetThatIsInterrupted, ChangesNothingAtAnyStep) {
     ServedDevice device;
